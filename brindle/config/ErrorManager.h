@@ -1,0 +1,80 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/config/Errors.h>
+
+#include <boost/core/noncopyable.hpp>
+#include <boost/function.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+
+#include <atomic>
+#include <cstdint>
+#include <list>
+
+namespace brindle::config {
+
+class DeferredErrorReporter;
+
+/// What the host derives from to decide what an error does: show it, log it, throw.
+///
+/// The host installs one object with `Set` before it uses the library, keeps it alive as long as
+/// any reporter, and owns it throughout. The list of reporters has no lock: hosts that defer errors
+/// on several threads at once hold a lock of their own round reporters and `ThrowError`.
+class BRN_API ErrorManager : private boost::noncopyable {
+public:
+    virtual ~ErrorManager();
+
+    /// A hook for the host; the library never calls it. The base returns false.
+    virtual bool PurgeMemory(unsigned int inAmount);
+    /// Hooks for the host; the base does nothing.
+    virtual void IncrementLazilyDisplayErrors();
+    virtual void DecrementLazilyDisplayErrors();
+
+    /// Calls the function and returns its result, or 1 if anything at all was thrown, also by an
+    /// empty function. Nothing leaves this call.
+    virtual std::int32_t
+    ExecuteFunctionWithTopLevelExceptionHandler(boost::function<std::int32_t()> inFunction);
+
+    /// A reporter that records deferrable errors from now until it goes.
+    virtual boost::intrusive_ptr<DeferredErrorReporter>
+    NewDeferredErrorReporter(bool inReportWhenFinished);
+
+    /// Does with an error what the host wants done; it may throw. Called for a deferred error too:
+    /// ask `IsErrorReportingDeferred`.
+    virtual void ThrowErrorImpl(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
+                                std::int32_t inCode, bool inDeferrable,
+                                ReplacementValue const& inFirst, ReplacementValue const& inSecond,
+                                ReplacementValue const& inThird,
+                                ReplacementValue const& inFourth) = 0;
+
+    /// Installs a manager without taking ownership; null uninstalls.
+    static void Set(ErrorManager* inManager) noexcept;
+
+    /// The installed manager. Throws `std::logic_error` if there is none.
+    static ErrorManager* Get();
+
+    bool IsErrorReportingDeferred() const noexcept { return !mReporters.empty(); }
+
+    /// Lets the newest reporter record a deferrable error, then reports it in any case.
+    void ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
+                            std::int32_t inCode, bool inDeferrable, ReplacementValue const& inFirst,
+                            ReplacementValue const& inSecond, ReplacementValue const& inThird,
+                            ReplacementValue const& inFourth) const;
+
+protected:
+    ErrorManager();
+
+    /// Puts a reporter in front of the others; null is ignored. The list does not own it.
+    void AddDeferredErrorReporter(DeferredErrorReporter* inReporter);
+    /// Takes a reporter out of the list, if it is there.
+    void RemoveDeferredErrorReporter(DeferredErrorReporter* inReporter) noexcept;
+
+private:
+    friend class DeferredErrorReporter;
+
+    static std::atomic<ErrorManager*> S_managerP;
+
+    std::list<DeferredErrorReporter*> mReporters;
+};
+
+} // namespace brindle::config

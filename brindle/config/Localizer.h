@@ -1,0 +1,39 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/utility/TextTypes.h>
+
+#include <boost/core/noncopyable.hpp>
+
+#include <atomic>
+
+namespace brindle::config {
+
+/// What the host derives from to translate the library's texts.
+///
+/// A text is named by one literal, "$$$/path=default text": `$$$/`, a path without `=`, the first
+/// `=`, and the English text, in which `^1` or `@0` stand for values.
+/// The host installs one object with `Set` at start-up, before other threads use the library, and
+/// owns it.
+class BRN_API Localizer : private boost::noncopyable {
+public:
+    virtual ~Localizer();
+
+    /// The text for the whole literal, `=` and default text included, with its placeholders still
+    /// in it.
+    virtual UTF16String LocalizeString(char const* inLiteral) = 0;
+
+    /// Installs a localiser without taking ownership; null uninstalls.
+    static void Set(Localizer* inLocalizer) noexcept;
+    /// The installed localiser. Throws `std::logic_error` if there is none.
+    static Localizer* Get();
+    static bool Initialized() noexcept;
+
+protected:
+    Localizer();
+
+private:
+    static std::atomic<Localizer*> S_localizerP;
+};
+
+} // namespace brindle::config

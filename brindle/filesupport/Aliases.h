@@ -1,0 +1,34 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/filesupport/Dir.h>
+#include <brindle/filesupport/File.h>
+#include <brindle/utility/TextTypes.h>
+
+#include <cstdint>
+
+namespace brindle::filesupport {
+
+/// If `inFile` is an existing shortcut, an extension ".lnk" in any case, with an existing target:
+/// sets the file or the directory that it leads to, tells which, and returns true. Otherwise false,
+/// and nothing is set.
+BRN_API bool ResolveIfAlias(File const& inFile, File& outResolvedFile, Dir& outResolvedDir,
+                            bool& outIsDir);
+
+/// Replaces a shortcut to a file by that file. Anything else stays as it is.
+BRN_API void ResolveIfAliasFileOnly(File& ioFile);
+
+/// Makes a shortcut; a failure is ignored.
+BRN_API void CreateShortCut(File const& inShortcut, Dir const& inTarget);
+BRN_API void CreateShortCut(File const& inShortcut, File const& inTarget);
+
+/// The shortcut operations of `utility::FileUtils` under another name, for clients of this
+/// namespace.
+class BRN_API FileUtils {
+public:
+    static std::int32_t ResolveIT(UTF16String& ioPath, bool& outIsDirectory);
+    static std::int32_t CreateLink(UTF16String const& inTarget, UTF16String const& inLinkPath,
+                                   UTF16String const& inDescription);
+};
+
+} // namespace brindle::filesupport

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/utility/TextTypes.h>
+
+#include <cstdint>
+#include <string>
+
+namespace brindle::filesupport {
+
+/// The path of a directory in normal form: backslashes between names, no long-path prefix, no
+/// doubled backslash but the two that begin a network path. One trailing backslash is dropped:
+/// "C:\" is "C:".
+class BRN_API DirHelper {
+public:
+    DirHelper() = default;
+    explicit DirHelper(UTF16String const& inPath);
+
+    UTF16String const& Path() const noexcept { return mPath; }
+
+    /// The path with the prefix that lifts the system's limit on its length.
+    UTF16String FullNativePath() const;
+
+private:
+    UTF16String mPath;
+};
+
+/// A value that names a directory, which need not exist: no handle, no lock, nothing cached.
+///
+/// Only the operations told below touch the file system; they report what the system reports at
+/// that moment. Independent objects may be used on different threads.
+class BRN_API Dir {
+public:
+    class DirIterator;
+    class FileIterator;
+
+    Dir() = default;
+    explicit Dir(UTF16String const& inPath) : mHelper(inPath) {}
+    explicit Dir(DirHelper const& inHelper) : mHelper(inHelper) {}
+    /// The directory `inName` of `inParent`, whose path is not empty.
+    Dir(Dir const& inParent, UTF16String const& inName);
+    /// As above; with `inResolveAlias`, and if that name is a shortcut to a directory, the
+    /// shortcut's target.
+    Dir(Dir const& inParent, UTF16String const& inName, bool inResolveAlias);
+
+    DirHelper const& Helper() const noexcept { return mHelper; }
+
+    UTF16String FullPath() const { return mHelper.Path(); }
+    /// The path in the system's 8-bit code page.
+    std::string FullPathMultiByte() const;
+    UTF16String GetName() const;
+    /// The directory that holds this one; empty for a path without a separator.
+    Dir Parent() const;
+    /// True for a drive, and for whatever has nothing in front of its last separator.
+    bool IsTopLevelDir() const;
+
+    /// True if a directory stands at the path; any failure is false.
+    bool Exists() const;
+    /// Times in 100-nanosecond ticks since the start of 1601 UTC. Throw `dir_not_found_exception`
+    /// if there is no such directory, `dir_exception` on any other failure.
+    std::uint64_t Modified() const;
+    std::uint64_t Created() const;
+
+    /// Makes the directory, the last level alone; one that exists already is success.
+    /// Throws `dir_exception`.
+    void Create() const;
+    /// Removes the directory with all it holds, and links without what they point to. What fails
+    /// stops the removal, and what was removed by then stays removed. Throws
+    /// `file_delete_exception`, `dir_exception`.
+    void Delete() const;
+    /// Gives the directory another name in the same parent; this object then names it by that.
+    /// Throws `rename_dir_already_exists` if the name is taken, otherwise `rename_dir`.
+    void Rename(UTF16String const& inNewName);
+
+    // The listings below are snapshots, scanned as a whole when the begin iterator is made; a
+    // directory that cannot be read is empty. With `inResolveAliases` a shortcut (".lnk") is listed
+    // as its target and a broken one not at all. Include DirectoryIterators.h to use them.
+
+    DirIterator BeginSubdirs(bool inResolveAliases) const;
+    DirIterator EndSubdirs() const;
+    FileIterator BeginFiles(bool inResolveAliases) const;
+    FileIterator EndFiles() const;
+    /// The volumes of the machine, without removable ones.
+    static DirIterator BeginVolumes();
+    static DirIterator EndVolumes();
+
+private:
+    DirHelper mHelper;
+};
+
+/// Compares the two paths unit by unit, upper and lower case apart.
+inline bool operator==(Dir const& inLHS, Dir const& inRHS) noexcept {
+    return inLHS.Helper().Path() == inRHS.Helper().Path();
+}
+
+inline bool operator!=(Dir const& inLHS, Dir const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
+} // namespace brindle::filesupport

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/filesupport/Dir.h>
+#include <brindle/filesupport/File.h>
+#include <brindle/utility/TextTypes.h>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace brindle::filesupport {
+
+/// A place in a listing, a snapshot that was taken as a whole: what happens to the directory later
+/// does not matter. Copies keep their own place. One thread at a time.
+class BRN_API IteratorHelper {
+public:
+    bool AtEnd() const noexcept { return !mPaths || mIndex >= mPaths->size(); }
+
+    /// The full path of the current entry, empty at the end.
+    UTF16String CurrentPath() const { return AtEnd() ? UTF16String() : (*mPaths)[mIndex]; }
+
+    /// Goes to the next entry; at the end it stays there.
+    void Step() noexcept { mIndex += AtEnd() ? 0 : 1; }
+
+    /// All at their end are equal; otherwise the listing, what it was asked for and the place
+    /// count.
+    BRN_API friend bool operator==(IteratorHelper const& inLHS, IteratorHelper const& inRHS);
+
+protected:
+    friend class Dir;
+    friend class RecursiveFileIterator;
+    using Paths = std::vector<UTF16String>;
+
+    /// The end of any listing.
+    IteratorHelper() = default;
+    /// Scans the directory at `inPath`; one that cannot be read is empty.
+    IteratorHelper(bool inWantDirs, UTF16String const& inPath, bool inResolveAliases);
+
+private:
+    IteratorHelper(bool inWantDirs, bool inResolveAliases, Paths inPaths);
+
+    bool mWantDirs = false;
+    bool mResolveAliases = false;
+    std::shared_ptr<Paths const> mPaths; // never changed, so copies share it
+    std::size_t mIndex = 0;
+};
+
+/// Walks the subdirectories of a directory, or the volumes of the machine, in the system's order.
+/// An end iterator equals every iterator at its end; a default-constructed one equals only its own
+/// kind.
+class BRN_API Dir::DirIterator {
+public:
+    DirIterator() = default;
+    explicit DirIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
+
+    /// The current directory; an empty one at the end. It is made at each call.
+    Dir operator*() const { return mHelper ? Dir(mHelper->CurrentPath()) : Dir(); }
+
+    DirIterator& operator++();
+    DirIterator operator++(int);
+
+    friend bool operator==(DirIterator const& inLHS, DirIterator const& inRHS) {
+        return inLHS.mHelper == inRHS.mHelper;
+    }
+    friend bool operator!=(DirIterator const& inLHS, DirIterator const& inRHS) {
+        return !(inLHS == inRHS);
+    }
+
+private:
+    std::optional<IteratorHelper> mHelper;
+};
+
+/// Walks the files of a directory, and whatever else is no directory, in the system's order.
+/// An end iterator equals every iterator at its end; a default-constructed one equals only its own
+/// kind.
+class BRN_API Dir::FileIterator {
+public:
+    FileIterator() = default;
+    explicit FileIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
+
+    /// The current file; an empty one at the end. It is made at each call.
+    File operator*() const { return mHelper ? File(mHelper->CurrentPath()) : File(); }
+
+    FileIterator& operator++();
+    FileIterator operator++(int);
+
+    friend bool operator==(FileIterator const& inLHS, FileIterator const& inRHS) {
+        return inLHS.mHelper == inRHS.mHelper;
+    }
+    friend bool operator!=(FileIterator const& inLHS, FileIterator const& inRHS) {
+        return !(inLHS == inRHS);
+    }
+
+private:
+    friend class RecursiveFileIterator;
+    bool AtEnd() const noexcept { return !mHelper || mHelper->AtEnd(); }
+
+    std::optional<IteratorHelper> mHelper;
+};
+
+} // namespace brindle::filesupport

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/filesupport/Dir.h>
+#include <brindle/utility/TextTypes.h>
+
+#include <cstdint>
+#include <string>
+
+namespace brindle::filesupport {
+
+/// The path of a file in normal form, as told for `DirHelper`, but a trailing backslash stays.
+class BRN_API FileHelper {
+public:
+    FileHelper() = default;
+    explicit FileHelper(UTF16String const& inPath);
+    FileHelper(Dir const& inDir, UTF16String const& inName);
+    /// From text in the system's 8-bit code page.
+    explicit FileHelper(std::string const& inPath);
+
+    UTF16String const& Path() const noexcept { return mPath; }
+
+    /// The path with the prefix that lifts the system's limit on its length.
+    UTF16String FullNativePath() const;
+
+private:
+    UTF16String mPath;
+};
+
+/// Which part of a file `File::Size` measures. There is one stream to a file, so whatever includes
+/// it is the file's length, and the resource stream is empty.
+enum FileSizeSelector : std::int32_t {
+    kFileSize_Data = 0,
+    kFileSize_Resource = 1,
+    kFileSize_Total = 2,
+    kFileSize_DataOnDisk = 3,
+    kFileSize_ResourceOnDisk = 4,
+    kFileSize_TotalOnDisk = 5
+};
+
+/// A value that names a file, which need not exist: no handle, no lock, nothing cached.
+///
+/// Only the operations told below touch the file system; they report what the system reports at
+/// that moment. Independent objects may be used on different threads.
+class BRN_API File {
+public:
+    File() = default;
+    explicit File(UTF16String const& inPath) : mHelper(inPath) {}
+    explicit File(FileHelper const& inHelper) : mHelper(inHelper) {}
+    /// The file `inName` of `inDir`.
+    File(Dir const& inDir, UTF16String const& inName) : mHelper(inDir, inName) {}
+    /// As above; with `inResolveAlias`, and if that name is a shortcut to a file, the shortcut's
+    /// target.
+    File(Dir const& inDir, UTF16String const& inName, bool inResolveAlias);
+
+    FileHelper const& Helper() const noexcept { return mHelper; }
+    FileHelper& Helper() noexcept { return mHelper; }
+
+    UTF16String FullPath() const { return mHelper.Path(); }
+    /// The path in the system's 8-bit code page.
+    std::string FullPathMultiByte() const;
+    /// Title and extension together.
+    UTF16String GetName() const;
+    /// The last component without its extension.
+    UTF16String GetTitle() const;
+    /// The extension with its ".", empty if there is none. A path without a separator has none.
+    UTF16String GetExtension(bool inToLower) const;
+    /// The directory that holds the file; empty for a path without a separator.
+    Dir Parent() const;
+
+    /// True if anything stands at the path, a directory too; any failure is false.
+    bool Exists() const;
+    /// Times in 100-nanosecond ticks since the start of 1601 UTC. Throw `file_not_found_exception`
+    /// if there is no such file, `file_exception` on any other failure.
+    std::uint64_t Modified() const;
+    std::uint64_t Created() const;
+    /// Bytes; 0 on any failure.
+    std::uint64_t Size(FileSizeSelector inSelector) const;
+
+    /// Makes an empty file, or empties the one that exists. Throws a class of `create_exception`.
+    void Create() const;
+    /// Throws `file_delete_exception`.
+    void Delete() const;
+    /// Gives the file another name in the same directory; this object then names it by that. A name
+    /// that is taken is a failure. Throws `rename_file`.
+    void Rename(UTF16String const& inNewName);
+
+private:
+    FileHelper mHelper;
+};
+
+/// Compares the two paths unit by unit, upper and lower case apart.
+inline bool operator==(File const& inLHS, File const& inRHS) noexcept {
+    return inLHS.Helper().Path() == inRHS.Helper().Path();
+}
+
+inline bool operator!=(File const& inLHS, File const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
+} // namespace brindle::filesupport

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/filesupport/File.h>
+#include <brindle/utility/TextTypes.h>
+
+namespace brindle::filesupport {
+
+/// Orders two file names as the user of the system sorts them, ignoring case, the kind of kana and
+/// the width of characters: -1, 0 or 1, or -2 if the system cannot tell. Only what stands before a
+/// NUL counts.
+BRN_API int CompareFileNames(UTF16String const& inLHS, UTF16String const& inRHS);
+
+/// False for an empty path, for one that begins with a separator, and for one that begins with a
+/// drive.
+BRN_API bool IsNormalizedRelativePath(UTF16String const& inPath);
+
+/// The path of `inTarget` as seen from the directory of `inBase`, with "/" between names; empty if
+/// the two have no directory in common.
+BRN_API UTF16String MakeNormalizedRelativePath(File const& inTarget, File const& inBase);
+
+/// The file that `inPath`, with "/" between names, means beside `inBase`; a path that is not
+/// relative is taken as it is. A path that ends in "/" means no file: the result is empty.
+BRN_API File MakeFileFromPath(UTF16String const& inPath, File const& inBase);
+
+} // namespace brindle::filesupport

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/filesupport/ByteStream.h>
+#include <brindle/filesupport/File.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace brindle::platform {
+class OpenFile;
+}
+
+namespace brindle::filesupport {
+
+/// Reads an existing regular file, which other readers may read at the same time.
+///
+/// One system call for each `Get` and each `ReadBlock`: wrap it in `IBufferedByteStream` to read by
+/// the byte. Throws `io_error` on a failure of the system, also where the position of a stream is
+/// concerned.
+class BRN_API IPlatformByteStream : public IByteStream {
+public:
+    /// Throws `file_not_found_exception` if there is no such file, `io_error` on any other failure:
+    /// no regular file, no permission, or open for writing elsewhere.
+    explicit IPlatformByteStream(File const& inFile);
+    ~IPlatformByteStream() override;
+
+    /// Throws `eof_error` at the end.
+    std::uint8_t Get() override;
+    /// Throws `eof_error` if the file ends first; `outBytes` then begins with what there was.
+    void ReadBlock(std::uint8_t* outBytes, std::uint32_t inCount) override;
+    void CurPos(std::uint64_t inPosition) override;
+    std::uint64_t CurPos() const override;
+    std::uint64_t Length() const override;
+
+private:
+    std::unique_ptr<platform::OpenFile> mFile;
+};
+
+/// Writes over an existing regular file from its beginning, alone. It neither makes a file nor
+/// shortens one: what lies behind the last byte written survives.
+///
+/// One system call for each `Put` and each `WriteBlock`: wrap it in `OBufferedByteStream` to write
+/// by the byte. Throws `io_error` on a failure of the system, such as a full disk.
+class BRN_API OPlatformByteStream : public OByteStream {
+public:
+    /// Throws `file_not_found_exception` if there is no such file, `io_error` on any other failure:
+    /// no regular file, no permission, or open elsewhere.
+    explicit OPlatformByteStream(File const& inFile);
+    ~OPlatformByteStream() override;
+
+    void Put(std::uint8_t inByte) override;
+    void WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) override;
+    void CurPos(std::uint64_t inPosition) override;
+    std::uint64_t CurPos() const override;
+    /// The file's size in bytes.
+    virtual std::uint64_t Length() const;
+
+private:
+    std::unique_ptr<platform::OpenFile> mFile;
+};
+
+} // namespace brindle::filesupport

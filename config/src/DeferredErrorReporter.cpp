@@ -1,0 +1,46 @@
+#include <brindle/config/DeferredErrorReporter.h>
+#include <brindle/config/ErrorManager.h>
+
+namespace brindle::config {
+
+DeferredErrorReporter::DeferredErrorReporter(bool inReportErrorWhenFinished)
+    : mReportErrorWhenFinished(inReportErrorWhenFinished) {
+    ErrorManager::Get()->AddDeferredErrorReporter(this);
+}
+
+DeferredErrorReporter::~DeferredErrorReporter() {
+    // A host that uninstalled its manager too early has lost the list, not the process.
+    if (ErrorManager* const manager = ErrorManager::S_managerP.load(std::memory_order_acquire)) {
+        manager->RemoveDeferredErrorReporter(this);
+    }
+}
+
+void DeferredErrorReporter::Finish() {
+    if (!mReportErrorWhenFinished || mPendingCount < 1) {
+        return;
+    }
+    mPendingCount = 0;
+    ErrorManager::Get()->ThrowErrorImpl(mLastLevel, mLastKey.c_str(), mLastModule, mLastCode, true,
+                                        mFirst, mSecond, mThird, mFourth);
+}
+
+void DeferredErrorReporter::SetLastError(ErrorLevel inLevel, char const* inKey,
+                                         std::uint32_t inModule, std::int32_t inCode,
+                                         ReplacementValue const& inFirst,
+                                         ReplacementValue const& inSecond,
+                                         ReplacementValue const& inThird,
+                                         ReplacementValue const& inFourth) {
+    if (mPendingCount < INT32_MAX) {
+        ++mPendingCount;
+    }
+    mLastLevel = inLevel;
+    mLastKey = inKey;
+    mLastModule = inModule;
+    mLastCode = inCode;
+    mFirst = inFirst;
+    mSecond = inSecond;
+    mThird = inThird;
+    mFourth = inFourth;
+}
+
+} // namespace brindle::config

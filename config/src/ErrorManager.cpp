@@ -1,0 +1,78 @@
+#include <brindle/config/DeferredErrorReporter.h>
+#include <brindle/config/ErrorManager.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace brindle::config {
+
+std::atomic<ErrorManager*> ErrorManager::S_managerP{nullptr};
+
+ErrorManager::ErrorManager() = default;
+ErrorManager::~ErrorManager() = default;
+
+bool ErrorManager::PurgeMemory(unsigned int) {
+    return false;
+}
+
+void ErrorManager::IncrementLazilyDisplayErrors() {}
+
+void ErrorManager::DecrementLazilyDisplayErrors() {}
+
+std::int32_t ErrorManager::ExecuteFunctionWithTopLevelExceptionHandler(
+    boost::function<std::int32_t()> inFunction) {
+    constexpr std::int32_t kFailed = 1;
+    try {
+        return inFunction();
+    } catch (...) {
+        return kFailed;
+    }
+}
+
+boost::intrusive_ptr<DeferredErrorReporter>
+ErrorManager::NewDeferredErrorReporter(bool inReportWhenFinished) {
+    return new DeferredErrorReporter(inReportWhenFinished);
+}
+
+void ErrorManager::Set(ErrorManager* inManager) noexcept {
+    S_managerP.store(inManager, std::memory_order_release);
+}
+
+ErrorManager* ErrorManager::Get() {
+    ErrorManager* const manager = S_managerP.load(std::memory_order_acquire);
+    if (manager == nullptr) {
+        throw std::logic_error(
+            "brn::config::ErrorManager not initialized. Check brn/config/Errors.");
+    }
+    return manager;
+}
+
+void ErrorManager::ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
+                                      std::int32_t inCode, bool inDeferrable,
+                                      ReplacementValue const& inFirst,
+                                      ReplacementValue const& inSecond,
+                                      ReplacementValue const& inThird,
+                                      ReplacementValue const& inFourth) const {
+    if (inDeferrable && !mReporters.empty()) {
+        mReporters.front()->SetLastError(inLevel, inKey, inModule, inCode, inFirst, inSecond,
+                                         inThird, inFourth);
+    }
+    // Dispatch leaves the manager as it is; what the host's reporting changes is the host's own.
+    const_cast<ErrorManager*>(this)->ThrowErrorImpl(inLevel, inKey, inModule, inCode, inDeferrable,
+                                                    inFirst, inSecond, inThird, inFourth);
+}
+
+void ErrorManager::AddDeferredErrorReporter(DeferredErrorReporter* inReporter) {
+    if (inReporter != nullptr) {
+        mReporters.push_front(inReporter);
+    }
+}
+
+void ErrorManager::RemoveDeferredErrorReporter(DeferredErrorReporter* inReporter) noexcept {
+    auto const found = std::find(mReporters.begin(), mReporters.end(), inReporter);
+    if (found != mReporters.end()) {
+        mReporters.erase(found);
+    }
+}
+
+} // namespace brindle::config

@@ -1,0 +1,166 @@
+#include "filesupport/src/PathText.h"
+
+#include "platform/Files.h"
+#include "platform/TextEncoding.h"
+
+#include <brindle/filesupport/Aliases.h>
+#include <brindle/filesupport/File.h>
+#include <brindle/filesupport/FileExceptions.h>
+
+#include <cwctype>
+
+namespace brindle::filesupport {
+
+namespace {
+
+/// Where the extension of a path begins: at its dot, or at the end if it has none.
+std::size_t ExtensionStart(UTF16String const& inPath) {
+    std::size_t const separator = LastSeparator(inPath);
+    std::size_t const dot = inPath.rfind(u'.');
+    bool const hasExtension =
+        separator != UTF16String::npos && dot != UTF16String::npos && dot > separator;
+    return hasExtension ? dot : inPath.size();
+}
+
+platform::FileInfo InspectOrThrow(File const& inFile) {
+    auto const info = platform::Inspect(inFile.Helper().FullNativePath());
+    if (info.error == platform::kError_FileNotFound) {
+        throw file_not_found_exception(inFile);
+    }
+    if (!info) {
+        throw file_exception(inFile);
+    }
+    return info.value;
+}
+
+[[noreturn]] void ThrowCreateFailure(File const& inFile, platform::ErrorCode inError) {
+    switch (inError) {
+    case 2:
+    case 6:
+    case 18:
+    case 107:
+        throw create_fnf_exception(inFile);
+    case 3:
+        throw create_invalidpath_exception(inFile);
+    case 19:
+        throw create_locked_exception(inFile);
+    case 5:
+    case 12:
+    case 29:
+    case 54:
+    case 58:
+    case 64:
+    case 65:
+    case 71:
+    case 80:
+    case 82:
+    case 86:
+    case 170:
+    case 183:
+    case 999:
+        throw create_accessdenied_exception(inFile);
+    default:
+        throw create_exception(inFile);
+    }
+}
+
+} // namespace
+
+FileHelper::FileHelper(UTF16String const& inPath) : mPath(inPath) {
+    NormalizePath(mPath);
+}
+
+FileHelper::FileHelper(Dir const& inDir, UTF16String const& inName)
+    : FileHelper(JoinedPath(inDir.Helper().Path(), inName)) {}
+
+FileHelper::FileHelper(std::string const& inPath) : FileHelper(platform::FromCodePage(inPath)) {}
+
+UTF16String FileHelper::FullNativePath() const {
+    return PrefixedPath(mPath);
+}
+
+File::File(Dir const& inDir, UTF16String const& inName, bool inResolveAlias)
+    : mHelper(inDir, inName) {
+    if (inResolveAlias) {
+        ResolveIfAliasFileOnly(*this);
+    }
+}
+
+std::string File::FullPathMultiByte() const {
+    return platform::ToCodePage(mHelper.Path());
+}
+
+UTF16String File::GetName() const {
+    return LastComponent(mHelper.Path());
+}
+
+UTF16String File::GetTitle() const {
+    UTF16String const& path = mHelper.Path();
+    std::size_t const start = LastSeparator(path) + 1; // npos + 1 is 0
+    return path.substr(start, ExtensionStart(path) - start);
+}
+
+UTF16String File::GetExtension(bool inToLower) const {
+    UTF16String const& path = mHelper.Path();
+    UTF16String extension = path.substr(ExtensionStart(path));
+    if (inToLower) {
+        for (std::uint16_t& unit : extension) {
+            unit = static_cast<std::uint16_t>(std::towlower(unit));
+        }
+    }
+    return extension;
+}
+
+Dir File::Parent() const {
+    return Dir(BeforeLastComponent(mHelper.Path()));
+}
+
+bool File::Exists() const {
+    return static_cast<bool>(platform::Inspect(mHelper.FullNativePath()));
+}
+
+std::uint64_t File::Modified() const {
+    return InspectOrThrow(*this).modified;
+}
+
+std::uint64_t File::Created() const {
+    return InspectOrThrow(*this).created;
+}
+
+std::uint64_t File::Size(FileSizeSelector inSelector) const {
+    switch (inSelector) {
+    case kFileSize_Data:
+    case kFileSize_Total:
+    case kFileSize_DataOnDisk:
+    case kFileSize_TotalOnDisk: {
+        auto const info = platform::Inspect(mHelper.FullNativePath());
+        return info && info.value.kind == platform::FileKind::kFile ? info.value.size : 0;
+    }
+    case kFileSize_Resource:
+    case kFileSize_ResourceOnDisk:
+        break;
+    }
+    return 0;
+}
+
+void File::Create() const {
+    if (auto const error = platform::CreateEmptyFile(mHelper.FullNativePath())) {
+        ThrowCreateFailure(*this, error);
+    }
+}
+
+void File::Delete() const {
+    if (platform::DeleteFile(mHelper.FullNativePath()) != platform::kError_None) {
+        throw file_delete_exception(*this);
+    }
+}
+
+void File::Rename(UTF16String const& inNewName) {
+    UTF16String const newPath = WithLastComponent(mHelper.Path(), inNewName);
+    if (platform::Move(mHelper.FullNativePath(), PrefixedPath(newPath)) != platform::kError_None) {
+        throw rename_file(*this, inNewName);
+    }
+    mHelper = FileHelper(newPath);
+}
+
+} // namespace brindle::filesupport

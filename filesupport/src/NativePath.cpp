@@ -1,0 +1,30 @@
+#include "platform/Paths.h"
+
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/NativePath.h>
+
+namespace brindle::filesupport {
+
+File FileFromNative(std::string const& inNativePath) {
+    return File(platform::PathFromNative(inNativePath));
+}
+
+Dir DirFromNative(std::string const& inNativePath) {
+    return Dir(platform::PathFromNative(inNativePath));
+}
+
+std::string NativePath(File const& inFile) {
+    return platform::NativePath(inFile.Helper().Path()).value;
+}
+
+std::string NativePath(Dir const& inDir) {
+    return platform::NativePath(inDir.Helper().Path()).value;
+}
+
+void MapVolume(char inLetter, Dir const& inDir) {
+    if (platform::MapVolume(inLetter, inDir.Helper().Path()) != platform::kError_None) {
+        throw dir_exception(inDir);
+    }
+}
+
+} // namespace brindle::filesupport
