@@ -23,7 +23,7 @@ public:
     UTF16String CurrentPath() const { return AtEnd() ? UTF16String() : (*mPaths)[mIndex]; }
 
     /// Goes to the next entry; at the end it stays there.
-    void Step() noexcept { mIndex += AtEnd() ? 0 : 1; }
+    void Step() noexcept { mIndex += AtEnd() ? 0u : 1u; }
 
     /// All at their end are equal; otherwise the listing, what it was asked for and the place
     /// count.

@@ -51,7 +51,7 @@ private:
             subdirs; // never changed, so copies share it
         std::size_t next;
 
-        friend bool operator==(Level const& inLHS, Level const& inRHS);
+        bool operator==(Level const& inRHS) const;
     };
 
     bool AtEnd() const noexcept { return mFile.AtEnd() && mBranch.empty(); }

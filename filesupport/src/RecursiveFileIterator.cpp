@@ -39,10 +39,8 @@ bool operator==(RecursiveFileIterator const& inLHS, RecursiveFileIterator const&
            inLHS.mBranch == inRHS.mBranch;
 }
 
-bool operator==(RecursiveFileIterator::Level const& inLHS,
-                RecursiveFileIterator::Level const& inRHS) {
-    return inLHS.next == inRHS.next &&
-           (inLHS.subdirs == inRHS.subdirs || *inLHS.subdirs == *inRHS.subdirs);
+bool RecursiveFileIterator::Level::operator==(Level const& inRHS) const {
+    return next == inRHS.next && (subdirs == inRHS.subdirs || *subdirs == *inRHS.subdirs);
 }
 
 void RecursiveFileIterator::Enter(Dir const& inDir) {
