@@ -63,7 +63,7 @@ public:
     /// limit.
     ErrorCode Write(void const* inBytes, std::size_t inCount);
 
-    Result<std::uint64_t> Position() const;
+    std::uint64_t Position() const noexcept { return mPosition; }
     /// Any position up to 2^63 - 1 is allowed, also beyond the end. Error: 87.
     ErrorCode SetPosition(std::uint64_t inPosition);
     Result<std::uint64_t> Size() const;
@@ -75,6 +75,7 @@ private:
     explicit OpenFile(std::intptr_t inHandle) noexcept : mHandle(inHandle) {}
 
     std::intptr_t mHandle = kInvalidHandle;
+    std::uint64_t mPosition = 0;
 };
 
 /// Opens an existing regular file for reading, sharing it with other readers. What is no regular

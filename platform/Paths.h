@@ -4,6 +4,7 @@
 
 #include "platform/Errors.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -25,8 +26,8 @@ Result<std::string> NativePath(UTF16String const& inPath);
 /// `C:`; a relative one stays relative.
 UTF16String PathFromNative(std::string const& inNativePath);
 
-/// One name of a directory, both ways as told above.
-UTF16String NameFromNative(char const* inName, std::size_t inLength);
+/// One name of a directory as told above; `outName` keeps its storage from call to call.
+void NameFromNative(char const* inName, std::size_t inLength, UTF16String& outName);
 
 enum class VolumeKind { kFixed, kRemote };
 

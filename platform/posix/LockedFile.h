@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Errors.h"
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PathAt.h"
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace brindle::platform {
+
+enum class Lock { kShared, kExclusive };
+
+/// Opens a regular file and locks it without waiting; the lock goes with the descriptor. What is no
+/// regular file is refused (5) without being opened. `inFlags` are those of `open`; with `O_CREAT`
+/// a missing file is made. Under an exclusive lock the descriptor is the file that the path names,
+/// not one that was replaced meanwhile.
+Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock);
+
+/// Writes all the bytes at the offset; `outWritten` tells how many arrived, also on failure.
+ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
+                     std::uint64_t inOffset, std::size_t& outWritten);
+
+} // namespace brindle::platform
