@@ -1,0 +1,220 @@
+#include <brindle/filesupport/ByteStreamOperators.h>
+
+#include <charconv>
+#include <cstddef>
+#include <limits>
+#include <locale>
+#include <sstream>
+#include <type_traits>
+
+namespace brindle::filesupport {
+
+namespace {
+
+template <typename Integer>
+OByteStream& PutInteger(OByteStream& outStream, Integer inValue) {
+    auto const bits = static_cast<std::make_unsigned_t<Integer>>(inValue);
+    for (unsigned shift = 8 * sizeof(bits); shift != 0;) {
+        shift -= 8;
+        outStream.Put(static_cast<std::uint8_t>(bits >> shift));
+    }
+    return outStream;
+}
+
+template <typename Integer>
+IByteStream& GetInteger(IByteStream& inStream, Integer& outValue) {
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < sizeof(Integer); ++i) {
+        bits = bits << 8 | inStream.Get();
+    }
+    outValue = static_cast<Integer>(bits);
+    return inStream;
+}
+
+template <typename String>
+OByteStream& PutString(OByteStream& outStream, String const& inText) {
+    if (inText.size() > std::numeric_limits<std::uint16_t>::max()) {
+        throw byte_stream_exception();
+    }
+    PutInteger(outStream, static_cast<std::uint16_t>(inText.size()));
+    for (auto const unit : inText) {
+        PutInteger(outStream, unit);
+    }
+    return outStream;
+}
+
+template <typename String>
+IByteStream& GetString(IByteStream& inStream, String& outText) {
+    outText.clear();
+    std::uint16_t length = 0;
+    GetInteger(inStream, length);
+    for (; length != 0; --length) {
+        typename String::value_type unit{};
+        GetInteger(inStream, unit);
+        outText.push_back(unit);
+    }
+    return inStream;
+}
+
+template <typename Float>
+OByteStream& PutFloat(OByteStream& outStream, Float inValue) {
+    // 36 digits, sign, point, "000" behind a leading "0." or an exponent of at most 5 digits.
+    char text[64];
+    constexpr int kPrecision = 36;
+    auto const result =
+        std::to_chars(text, text + sizeof text, inValue, std::chars_format::general, kPrecision);
+    return PutString(outStream, std::string(text, result.ptr));
+}
+
+template <typename Float>
+IByteStream& GetFloat(IByteStream& inStream, Float& outValue) {
+    std::string text;
+    GetString(inStream, text);
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    stream >> outValue;
+    return inStream;
+}
+
+} // namespace
+
+OByteStream& operator<<(OByteStream& outStream, bool const& inValue) {
+    return PutInteger(outStream, static_cast<std::uint8_t>(inValue));
+}
+
+OByteStream& operator<<(OByteStream& outStream, char const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::int8_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::uint8_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::int16_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::uint16_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::int32_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::uint32_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::int64_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::uint64_t const& inValue) {
+    return PutInteger(outStream, inValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, bool& outValue) {
+    outValue = inStream.Get() != 0;
+    return inStream;
+}
+
+IByteStream& operator>>(IByteStream& inStream, char& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::int8_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::uint8_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::int16_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::uint16_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::int32_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::uint32_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::int64_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::uint64_t& outValue) {
+    return GetInteger(inStream, outValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, std::string const& inText) {
+    return PutString(outStream, inText);
+}
+
+OByteStream& operator<<(OByteStream& outStream, UTF16String const& inText) {
+    return PutString(outStream, inText);
+}
+
+IByteStream& operator>>(IByteStream& inStream, std::string& outText) {
+    return GetString(inStream, outText);
+}
+
+IByteStream& operator>>(IByteStream& inStream, UTF16String& outText) {
+    return GetString(inStream, outText);
+}
+
+OByteStream& operator<<(OByteStream& outStream, float const& inValue) {
+    return PutFloat(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, double const& inValue) {
+    return PutFloat(outStream, inValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, long double const& inValue) {
+    return PutFloat(outStream, inValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, float& outValue) {
+    return GetFloat(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, double& outValue) {
+    return GetFloat(inStream, outValue);
+}
+
+IByteStream& operator>>(IByteStream& inStream, long double& outValue) {
+    return GetFloat(inStream, outValue);
+}
+
+OByteStream& operator<<(OByteStream& outStream, IByteStream& inStream) {
+    if (std::uint64_t const length = inStream.Length(); length != 0) {
+        for (std::uint64_t i = 0; i < length; ++i) {
+            outStream.Put(inStream.Get());
+        }
+        return outStream;
+    }
+    for (;;) {
+        std::uint8_t value = 0;
+        try {
+            value = inStream.Get();
+        } catch (eof_error const&) {
+            return outStream;
+        }
+        outStream.Put(value);
+    }
+}
+
+} // namespace brindle::filesupport
