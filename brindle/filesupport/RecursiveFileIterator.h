@@ -3,6 +3,8 @@
 #include <brindle/Export.h>
 #include <brindle/filesupport/DirectoryIterators.h>
 
+#include <boost/function.hpp>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -60,6 +62,7 @@ private:
     void SkipToFile();
 
     bool mResolveAliases = false;
+    boost::function<void(Dir const&)> mUnreadable;
     Dir::FileIterator mFile;
     std::vector<Level> mBranch;
     Dir mCurrentDir;

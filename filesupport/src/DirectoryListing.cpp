@@ -21,6 +21,7 @@ bool NamesShortcut(UTF16String const& inPath) {
 DirectoryListing ListDirectory(UTF16String const& inPath, bool inResolveAliases) {
     DirectoryListing listing;
     platform::DirectoryScan scan(PrefixedPath(inPath));
+    listing.isReadable = scan.Error() == platform::kError_None;
     platform::DirectoryEntry entry;
     while (scan.Next(entry)) {
         UTF16String path = JoinedPath(inPath, entry.name);

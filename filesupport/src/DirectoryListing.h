@@ -11,6 +11,7 @@ struct DirectoryListing {
     std::vector<UTF16String> files;         ///< whatever is no directory
     std::vector<UTF16String> subdirs;       ///< directories, targets of shortcuts among them
     std::vector<UTF16String> linkedSubdirs; ///< symbolic links to directories
+    bool isReadable = true;
 };
 
 /// Lists a directory in one pass; one that cannot be read is empty. With `inResolveAliases` a file

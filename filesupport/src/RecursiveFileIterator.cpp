@@ -9,8 +9,9 @@
 
 namespace brindle::filesupport {
 
-RecursiveFileIterator::RecursiveFileIterator(Dir const& inStart, bool inResolveAliases)
-    : mResolveAliases(inResolveAliases) {
+RecursiveFileIterator::RecursiveFileIterator(Dir const& inStart, bool inResolveAliases,
+                                             boost::function<void(Dir const&)> inUnreadable)
+    : mResolveAliases(inResolveAliases), mUnreadable(std::move(inUnreadable)) {
     try {
         Enter(inStart);
         SkipToFile();
@@ -58,6 +59,9 @@ void RecursiveFileIterator::Enter(Dir const& inDir) {
         }
     }
     DirectoryListing listing = ListDirectory(inDir.Helper().Path(), mResolveAliases);
+    if (!listing.isReadable && mUnreadable) {
+        mUnreadable(inDir);
+    }
     level.subdirs = std::make_shared<std::vector<UTF16String> const>(std::move(listing.subdirs));
     mFile = Dir::FileIterator(IteratorHelper(false, mResolveAliases, std::move(listing.files)));
     mBranch.push_back(std::move(level));
