@@ -67,11 +67,11 @@ std::string Unescaped(std::string_view inValue) {
 
 std::string Escaped(std::string_view inText) {
     std::string value;
-    for (auto const character : inText) {
-        switch (character) {
+    for (std::size_t i = 0; i < inText.size(); ++i) {
+        switch (auto const character = inText[i]) {
         case ' ':
             // A blank inside is itself; one at either end would be trimmed.
-            value += value.empty() || &character == &inText.back() ? "\\s" : " ";
+            value += i == 0 || i + 1 == inText.size() ? "\\s" : " ";
             break;
         case '\n':
             value += "\\n";
