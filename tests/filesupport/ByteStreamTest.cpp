@@ -56,10 +56,13 @@ TEST(WireForm, IsTheSameForEver) {
     ExpectWire("a\0\xFF"s, "\0\3a\0\xFF"s);
     ExpectWire(UTF16String(), "\0\0"s);
     ExpectWire(u"\u0102\U0001F600"_utf16, "\0\3\1\2\xD8\x3D\xDE\0"s);
-    ExpectWire(1.5, "\0\3" "1.5"s);
-    ExpectWire(-0.1f, "\0\x1d-0.100000001490116119384765625"s);
-    ExpectWire(0.0001, "\0\x26" "0.000100000000000000004792173602385929598"s);
-    ExpectWire(1e36L, "\0\5" "1e+36"s);
+    ExpectWire(1.5, "\0\3"
+                    "1.5"s);
+    ExpectWire(-0.1f, "\0\x1e-0.100000001490116119384765625"s);
+    ExpectWire(0.0001, "\0\x29"
+                       "0.000100000000000000004792173602385929598"s);
+    ExpectWire(0x1p200L, "\0\x28"
+                         "1.6069380442589902755419620923411626e+60"s);
     EXPECT_TRUE(Unwire<bool>("\x40"));
     EXPECT_EQ(Unwire<std::int32_t>(Wire(std::uint32_t{0x80000000})),
               std::numeric_limits<std::int32_t>::min());
@@ -85,7 +88,8 @@ TEST(WireForm, FloatTextIgnoresTheLocale) {
         std::string do_grouping() const override { return "\3"; }
     };
     auto const before = std::locale::global(std::locale(std::locale(), new Commas));
-    ExpectWire(1234.5, "\0\6" "1234.5"s);
+    ExpectWire(1234.5, "\0\6"
+                       "1234.5"s);
     std::locale::global(before);
 }
 
@@ -93,8 +97,12 @@ TEST(WireForm, TextThatIsNoNumberLeavesWhatStandardExtractionLeaves) {
     struct {
         std::string text;
         double left;
-    } const cases[] = {{"", 7},          {"  ", 7},    {"inf", 0},
-                       {"x1", 0},        {"1.5x", 1.5}, {" 2", 2},
+    } const cases[] = {{"", 7},
+                       {"  ", 7},
+                       {"inf", 0},
+                       {"x1", 0},
+                       {"1.5x", 1.5},
+                       {" 2", 2},
                        {"1e999", std::numeric_limits<double>::max()}};
     for (auto const& c : cases) {
         EXPECT_EQ(Unwire<double>(Wire(c.text), 7), c.left) << c.text;
@@ -112,7 +120,8 @@ TEST(WireForm, LongestStringPassesAndOneMoreIsRefusedWhole) {
 }
 
 TEST(WireForm, EndInsideAValueIsReportedAndStringsKeepWhatCame) {
-    std::string bytes = "\xFF\xFF" "abc";
+    std::string bytes = "\xFF\xFF"
+                        "abc";
     IStringByteStream stream(bytes);
     std::string text = "before";
     EXPECT_THROW(stream >> text, eof_error);

@@ -164,7 +164,8 @@ TEST(StandardStreams, WriteAtThePositionSet) {
     stream.CurPos(1);
     stream.Put(0xFF);
     EXPECT_EQ(stream.CurPos(), 2u);
-    EXPECT_EQ(standard.str(), "a\xFF" "cde");
+    EXPECT_EQ(standard.str(), "a\xFF"
+                              "cde");
     stream.CurPos(kFar);
     EXPECT_TRUE(standard.fail());
     EXPECT_EQ(stream.CurPos(), kFar);

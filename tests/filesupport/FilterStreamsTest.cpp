@@ -1,0 +1,322 @@
+#include <brindle/filesupport/BufferByteStream.h>
+#include <brindle/filesupport/ByteStreamOperators.h>
+#include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/RLEByteStream.h>
+#include <brindle/filesupport/StringByteStream.h>
+
+#include "filesupport/src/CRC32.h"
+#include "tests/filesupport/RecordingStreams.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <random>
+
+namespace brindle::filesupport {
+namespace {
+
+using namespace std::string_literals;
+
+std::uint8_t const* Bytes(std::string const& inText) {
+    return reinterpret_cast<std::uint8_t const*>(inText.data());
+}
+
+TEST(OCountingByteStream, CountsTheFurthestByteWritten) {
+    constexpr auto kFar = std::numeric_limits<std::uint64_t>::max();
+    OCountingByteStream stream;
+    stream.WriteBlock(Bytes("12345"), 5);
+    stream.CurPos(2);
+    stream.Put('x');
+    EXPECT_EQ(stream.Count(), 5u);
+    EXPECT_EQ(stream.CurPos(), 3u);
+    stream.CurPos(100);
+    stream.WriteBlock(nullptr, 0);
+    EXPECT_EQ(stream.Count(), 5u);
+
+    // Blocks count as their bytes do, up to the end of all positions and round it.
+    for (std::uint64_t const start : {kFar - 3, kFar - 2, kFar - 1, kFar}) {
+        OCountingByteStream single, block;
+        single.CurPos(start);
+        block.CurPos(start);
+        for (int i = 0; i < 3; ++i) {
+            single.Put('x');
+        }
+        block.WriteBlock(Bytes("xxx"), 3);
+        EXPECT_EQ(block.Count(), single.Count());
+        EXPECT_EQ(block.CurPos(), single.CurPos());
+    }
+}
+
+std::uint32_t BitwiseCRC(std::uint8_t const* inData, std::size_t inSize) {
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (std::size_t i = 0; i < inSize; ++i) {
+        crc ^= inData[i];
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xEDB88320 : crc >> 1;
+        }
+    }
+    return ~crc;
+}
+
+TEST(OCRCByteStream, SumsEveryLengthAtEveryAlignment) {
+    std::mt19937 random(7);
+    std::vector<std::uint8_t> data(1200);
+    std::generate(data.begin(), data.end(), [&] { return static_cast<std::uint8_t>(random()); });
+    OCountingByteStream sink;
+    for (std::size_t start = 0; start < 16; ++start) {
+        for (std::uint32_t size = 0; size <= 300; ++size) {
+            auto const expected = BitwiseCRC(&data[start], size);
+            OCRCByteStream stream(sink);
+            stream.WriteBlock(&data[start], size);
+            ASSERT_EQ(stream.Value(), expected) << start << ' ' << size;
+            ASSERT_EQ(~UpdateCRC32Portable(0xFFFFFFFF, &data[start], size), expected);
+        }
+    }
+    for (int i = 0; i < 200; ++i) {
+        OCRCByteStream stream(sink);
+        std::uint32_t done = 0;
+        while (done < data.size()) {
+            auto const count = std::min<std::uint32_t>(
+                random() % 400, static_cast<std::uint32_t>(data.size()) - done);
+            count == 1 ? stream.Put(data[done]) : stream.WriteBlock(&data[done], count);
+            done += count;
+            ASSERT_EQ(stream.Value(), BitwiseCRC(data.data(), done));
+        }
+    }
+}
+
+TEST(OCRCByteStream, HandsEveryCallOn) {
+    RecordingSink sink;
+    OCRCByteStream stream(sink);
+    EXPECT_EQ(stream.Value(), 0u);
+    stream.WriteBlock(Bytes("12345"), 5);
+    stream.CurPos(7);
+    stream.Put('6');
+    EXPECT_EQ(stream.CurPos(), 8u);
+    stream.WriteBlock(Bytes("789"), 3);
+    EXPECT_EQ(stream.Value(), 0xCBF43926u);
+    EXPECT_EQ(sink.writes, (std::vector<Transfer>{{0, 5}, {7, 1}, {8, 3}}));
+    EXPECT_EQ(sink.data, "12345\0\0"
+                         "6789"s);
+}
+
+std::string Encoded(std::string const& inData, std::uint32_t inBlock = 0) {
+    std::string packed;
+    OStringByteStream sink(packed);
+    ORLEByteStream stream(sink);
+    auto const size = static_cast<std::uint32_t>(inData.size());
+    for (std::uint32_t i = 0; i < size;) {
+        auto const count = std::min(inBlock, size - i);
+        if (count < 2) {
+            stream.Put(Bytes(inData)[i++]);
+        } else {
+            stream.WriteBlock(Bytes(inData) + i, count);
+            i += count;
+        }
+    }
+    stream.Flush();
+    stream.Flush();
+    return packed;
+}
+
+std::string Decoded(std::string inPacked) {
+    IStringByteStream source(inPacked);
+    IRLEByteStream stream(source);
+    std::string data;
+    OStringByteStream sink(data);
+    sink << stream;
+    return data;
+}
+
+/// The packets of a whole text: a run from two on at the start of a packet, from three on in
+/// literals, neither longer than 128.
+std::string EncodedByRuns(std::string const& inData) {
+    std::string packed;
+    for (std::size_t i = 0; i < inData.size();) {
+        std::size_t end = i + 1;
+        auto const limit = std::min(inData.size(), i + 128);
+        while (end < limit && inData[end] == inData[i]) {
+            ++end;
+        }
+        if (end - i > 1) {
+            packed += static_cast<char>(257 - (end - i));
+            packed += inData[i];
+        } else {
+            auto const triple = [&](std::size_t inAt) {
+                return inAt + 2 < limit && inData[inAt] == inData[inAt + 1] &&
+                       inData[inAt] == inData[inAt + 2];
+            };
+            while (end < limit && !triple(end)) {
+                ++end;
+            }
+            packed += static_cast<char>(end - i - 1);
+            packed.append(inData, i, end - i);
+        }
+        i = end;
+    }
+    return packed;
+}
+
+TEST(RunLength, PacksAsTold) {
+    std::string distinct;
+    for (int i = 0; i < 128; ++i) {
+        distinct += static_cast<char>(i * 5);
+    }
+    struct {
+        std::string data, packed;
+    } const cases[] = {
+        {"", ""},
+        {"a", "\0a"s},
+        {"aab", "\xFF"
+                "a\0b"s},
+        {"abccc", "\1ab\xFE"
+                  "c"s},
+        {"abcc", "\3abcc"s},
+        {"abb", "\2abb"s},
+        {"abbb", "\0a\xFE"
+                 "b"s},
+        {std::string(128, 'x'), "\x81x"s},
+        {std::string(129, 'x'), "\x81x\0x"s},
+        {distinct, "\x7F" + distinct},
+        {distinct + "\x7B\x7B", "\x7F" + distinct + "\xFF\x7B"},
+    };
+    for (auto const& c : cases) {
+        EXPECT_EQ(Encoded(c.data), c.packed) << c.data;
+        EXPECT_EQ(Decoded(c.packed), c.data);
+    }
+    EXPECT_EQ(Decoded("\x80\x80\0x\x80"s), "x");
+}
+
+/// Runs and stretches of the lengths at which the coding decides.
+std::string Structured(std::mt19937& inRandom) {
+    std::string data;
+    for (auto pieces = inRandom() % 12; pieces != 0; --pieces) {
+        std::size_t const lengths[] = {1, 2, 3, 4, 7, 8, 9, 120, 125 + inRandom() % 6, 300};
+        auto const length = lengths[inRandom() % 10];
+        auto const letters = std::uint32_t{1} << (inRandom() % 3 * 3);
+        for (std::size_t i = 0; i < length; ++i) {
+            data += static_cast<char>(inRandom() % letters);
+        }
+    }
+    return data;
+}
+
+TEST(RunLength, DecodesWhatItEncodedInAnyBlocks) {
+    std::mt19937 random(7);
+    for (int i = 0; i < 2000; ++i) {
+        auto const data = Structured(random);
+        auto const packed = Encoded(data);
+        ASSERT_EQ(packed, EncodedByRuns(data));
+        for (std::uint32_t const block : {2u, 9u, 131u, 100000u}) {
+            ASSERT_EQ(Encoded(data, block), packed) << block;
+        }
+        ASSERT_EQ(Decoded(packed), data);
+
+        IBufferByteStream source(Bytes(packed), packed.size());
+        IRLEByteStream stream(source);
+        std::vector<std::uint8_t> unpacked(data.size() + 1);
+        std::size_t done = 0;
+        while (done < data.size()) {
+            auto const count = std::min<std::size_t>(1 + random() % 200, data.size() - done);
+            stream.ReadBlock(&unpacked[done], static_cast<std::uint32_t>(count));
+            done += count;
+        }
+        ASSERT_TRUE(std::equal(data.begin(), data.end(), unpacked.begin(),
+                               [](char a, std::uint8_t b) { return a == static_cast<char>(b); }));
+        ASSERT_THROW(stream.ReadBlock(&unpacked[done], 1), eof_error);
+    }
+}
+
+TEST(RunLength, StreamsCutAnywhereEndInEof) {
+    auto const data = "aaab"s + std::string(200, 'c') + "defghhij";
+    auto const packed = Encoded(data);
+    for (std::size_t cut = 0; cut < packed.size(); ++cut) {
+        IBufferByteStream source(Bytes(packed), cut);
+        IRLEByteStream stream(source);
+        EXPECT_EQ(stream.Length(), 0u);
+        std::string got;
+        try {
+            for (;;) {
+                got += static_cast<char>(stream.Get());
+            }
+        } catch (eof_error const&) {
+        }
+        EXPECT_LT(got.size(), data.size());
+        EXPECT_EQ(got, data.substr(0, got.size()));
+        EXPECT_THROW(stream.Get(), eof_error);
+
+        source.CurPos(0);
+        IRLEByteStream blocks(source);
+        std::vector<std::uint8_t> block(data.size());
+        EXPECT_THROW(blocks.ReadBlock(block.data(), static_cast<std::uint32_t>(block.size())),
+                     eof_error);
+        EXPECT_TRUE(std::equal(got.begin(), got.end(), block.begin()));
+    }
+}
+
+TEST(RunLength, HasNoPositions) {
+    RecordingSource source("");
+    IRLEByteStream in(source);
+    EXPECT_THROW(in.CurPos(0), byte_stream_exception);
+    EXPECT_THROW(in.CurPos(), byte_stream_exception);
+    RecordingSink sink;
+    ORLEByteStream out(sink);
+    EXPECT_THROW(out.CurPos(0), byte_stream_exception);
+    EXPECT_THROW(out.CurPos(), byte_stream_exception);
+    out.Put('x');
+    EXPECT_EQ(sink.data, "");
+}
+
+TEST(RunLength, BytesWaitWhileTheSinkRefusesThem) {
+    std::string distinct;
+    for (int i = 0; i < 300; ++i) {
+        distinct += static_cast<char>(i * 5);
+    }
+    struct {
+        std::string data, keptOfBytes, keptOfBlock;
+    } const cases[] = {
+        {distinct, distinct.substr(0, 128), distinct.substr(0, 128)},
+        {std::string(300, 'x'), std::string(128, 'x'), std::string(128, 'x')},
+        {"aab", "aa", "aa"},
+        {"abcccd", "abccd", "abcc"},
+    };
+    for (auto const& c : cases) {
+        RecordingSink byteSink, blockSink;
+        byteSink.failsEvery = blockSink.failsEvery = 1;
+        ORLEByteStream byBytes(byteSink), byBlock(blockSink);
+        for (char const byte : c.data) {
+            try {
+                byBytes.Put(static_cast<std::uint8_t>(byte));
+            } catch (io_error const&) {
+            }
+        }
+        auto const size = static_cast<std::uint32_t>(c.data.size());
+        EXPECT_THROW(byBlock.WriteBlock(Bytes(c.data), size), io_error);
+        byteSink.failsEvery = blockSink.failsEvery = 0;
+        byBytes.Flush();
+        byBlock.Flush();
+        EXPECT_EQ(Decoded(byteSink.data), c.keptOfBytes);
+        EXPECT_EQ(Decoded(blockSink.data), c.keptOfBlock);
+    }
+}
+
+/// A client that throws packets away without saying so to the encoder.
+class Dropping : public ORLEByteStream {
+public:
+    using ORLEByteStream::ORLEByteStream;
+
+protected:
+    void WritePacket() override {}
+};
+
+TEST(RunLength, PacketsThatAreNotTakenCauseNoOverrun) {
+    RecordingSink sink;
+    Dropping stream(sink);
+    EXPECT_THROW(stream.WriteBlock(Bytes(std::string(300, 'x')), 300), byte_stream_exception);
+    EXPECT_THROW(stream.Put('x'), byte_stream_exception);
+}
+
+} // namespace
+} // namespace brindle::filesupport
