@@ -1,0 +1,14 @@
+# What is installed: the library, its public headers, the command, and the package for find_package(brindle).
+include(CMakePackageConfigHelpers)
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/brindle)
+
+install(TARGETS brindle EXPORT brindleTargets)
+install(EXPORT brindleTargets NAMESPACE brindle:: DESTINATION ${package_dir})
+install(DIRECTORY brindle DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/brindleConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES cmake/brindleConfig.cmake ${PROJECT_BINARY_DIR}/brindleConfigVersion.cmake
+  DESTINATION ${package_dir})
+
+set_target_properties(brindle_command PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+install(TARGETS brindle_command)
