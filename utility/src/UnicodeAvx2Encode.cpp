@@ -172,114 +172,143 @@ BRN_AVX2 inline std::uint8_t* EncodeAny(__m256i inUnits, std::uint16_t inUnitBef
     return outBytes + 8 + CountBits(sizes >> 16);
 }
 
-/// Encodes 16 units.
-BRN_AVX2 inline std::uint8_t* EncodeBlock(__m256i inUnits, std::uint16_t inUnitBefore,
-                                          std::uint16_t inUnitBehind,
-                                          std::uint8_t* outBytes) noexcept {
-    if (AreBelow(inUnits, 0x80)) {
-        __m256i const packed = _mm256_packus_epi16(inUnits, inUnits);
-        _mm_storeu_si128(reinterpret_cast<__m128i_u*>(outBytes),
-                         LowHalf(_mm256_permute4x64_epi64(packed, 0x08)));
-        return outBytes + kBlock;
-    }
-    if (AreBelow(inUnits, 0x800))
-        return EncodeUpToTwoBytes(inUnits, outBytes);
-    return EncodeAny(inUnits, inUnitBefore, inUnitBehind, outBytes);
+/// Encodes 16 units below 0x80.
+BRN_AVX2 inline std::uint8_t* EncodeASCII(__m256i inUnits, std::uint8_t* outBytes) noexcept {
+    __m256i const packed = _mm256_packus_epi16(inUnits, inUnits);
+    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(outBytes),
+                     LowHalf(_mm256_permute4x64_epi64(packed, 0x08)));
+    return outBytes + kBlock;
 }
 
-/// How many units at `inText` are ASCII without NUL, in steps of four blocks.
-BRN_AVX2 inline std::size_t CountASCII(std::uint16_t const* inText, std::size_t inCount) noexcept {
-    std::size_t done = 0;
-    for (; inCount - done >= 4 * kBlock; done += 4 * kBlock) {
-        __m256i const units[4] = {Load(inText + done), Load(inText + done + kBlock),
-                                  Load(inText + done + 2 * kBlock),
-                                  Load(inText + done + 3 * kBlock)};
-        __m256i const all = _mm256_or_si256(_mm256_or_si256(units[0], units[1]),
-                                            _mm256_or_si256(units[2], units[3]));
-        __m256i const least = _mm256_min_epu16(_mm256_min_epu16(units[0], units[1]),
-                                               _mm256_min_epu16(units[2], units[3]));
-        __m256i const isNul = _mm256_cmpeq_epi16(least, _mm256_setzero_si256());
-        if (!AreBelow(_mm256_or_si256(all, isNul), 0x80))
-            break;
-    }
-    return done;
-}
+/// Four blocks, so that text of one script is converted without a guess at each block's kind.
+struct Group {
+    static constexpr std::size_t kUnits = 4 * kBlock;
 
-/// Encodes four blocks of ASCII; false if they hold anything else.
-BRN_AVX2 inline bool EncodeASCII(std::uint16_t const* inText, std::uint8_t* outBytes) noexcept {
-    __m256i const units[4] = {Load(inText), Load(inText + kBlock), Load(inText + 2 * kBlock),
-                              Load(inText + 3 * kBlock)};
-    if (!AreBelow(_mm256_or_si256(_mm256_or_si256(units[0], units[1]),
-                                  _mm256_or_si256(units[2], units[3])),
-                  0x80))
-        return false;
-    Store(outBytes, _mm256_permute4x64_epi64(_mm256_packus_epi16(units[0], units[1]), 0xD8));
-    Store(outBytes + 2 * kBlock,
-          _mm256_permute4x64_epi64(_mm256_packus_epi16(units[2], units[3]), 0xD8));
-    return true;
-}
+    BRN_AVX2 explicit Group(std::uint16_t const* inText) noexcept
+        : blocks{Load(inText), Load(inText + kBlock), Load(inText + 2 * kBlock),
+                 Load(inText + 3 * kBlock)} {}
+
+    BRN_AVX2 bool IsBelow(int inLimit) const noexcept {
+        return AreBelow(_mm256_or_si256(_mm256_or_si256(blocks[0], blocks[1]),
+                                        _mm256_or_si256(blocks[2], blocks[3])),
+                        inLimit);
+    }
+
+    BRN_AVX2 bool HasNul() const noexcept {
+        __m256i const least = _mm256_min_epu16(_mm256_min_epu16(blocks[0], blocks[1]),
+                                               _mm256_min_epu16(blocks[2], blocks[3]));
+        return TopBits(_mm256_cmpeq_epi16(least, _mm256_setzero_si256())) != 0;
+    }
+
+    __m256i blocks[4];
+};
+
+/// Counts the bytes of a text, block by block.
+class Meter {
+public:
+    BRN_AVX2 void AddASCII(std::size_t inUnits) noexcept {
+        mBytes += inUnits;
+        mHighBefore = 0;
+    }
+
+    BRN_AVX2 void AddUpToTwoBytes(Group const& inGroup) noexcept {
+        __m256i const first = _mm256_packs_epi16(IsBelowPowerOf2<7>(inGroup.blocks[0]),
+                                                 IsBelowPowerOf2<7>(inGroup.blocks[1]));
+        __m256i const second = _mm256_packs_epi16(IsBelowPowerOf2<7>(inGroup.blocks[2]),
+                                                  IsBelowPowerOf2<7>(inGroup.blocks[3]));
+        mBytes += 2 * Group::kUnits - CountBits(TopBits(first)) - CountBits(TopBits(second));
+        mHighBefore = 0;
+    }
+
+    /// Adds the first `inUnits` of a block of any kind.
+    BRN_AVX2 void AddAny(__m256i inBlock, std::size_t inUnits) noexcept {
+        // All masks have two bits a unit.
+        std::uint32_t const counted =
+            static_cast<std::uint32_t>((std::uint64_t{1} << 2 * inUnits) - 1);
+        std::uint32_t const sizes = ~TopBits(_mm256_blendv_epi8(
+            IsBelowPowerOf2<7>(inBlock), IsBelowPowerOf2<11>(inBlock), Splat(0xFF00)));
+        std::uint32_t const high = TopBits(IsSurrogateOf(inBlock, 0xD800));
+        std::uint32_t const low = TopBits(IsSurrogateOf(inBlock, 0xDC00));
+        // A pair takes two bytes less than its units would alone.
+        std::uint32_t const seconds = (high << 2 | mHighBefore) & low;
+        mBytes += inUnits + CountBits(sizes & counted) - CountBits(seconds & counted);
+        mHighBefore = high >> 30;
+    }
+
+    std::size_t Bytes() const noexcept { return mBytes; }
+
+private:
+    std::size_t mBytes = 0;
+    std::uint32_t mHighBefore = 0; // two bits: the last unit was the first of a pair, or alone
+};
 
 } // namespace
 
 UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexcept {
+    Meter meter;
     std::size_t done = 0;
-    std::size_t bytes = 0;
-    std::uint32_t highBefore = 0;
-    while (done != inCount) {
-        if (std::size_t const ascii = CountASCII(inText + done, inCount - done); ascii != 0) {
-            done += ascii;
-            bytes += ascii;
-            highBefore = 0;
-            continue;
-        }
-        // Up to four blocks before ASCII is looked for again.
-        std::size_t const stop = done + std::min(inCount - done, 4 * kBlock);
-        while (done != stop) {
-            std::size_t const count = std::min(stop - done, kBlock);
-            __m256i const units = LoadUpToBlock(inText + done, count);
-            std::uint32_t const nul = TopBits(_mm256_cmpeq_epi16(units, _mm256_setzero_si256()));
-            // All masks have two bits a unit.
-            std::uint32_t const counted = nul == 0 ? ~0u : (nul & -nul) - 1;
-            std::uint32_t const sizes = ~TopBits(_mm256_blendv_epi8(
-                IsBelowPowerOf2<7>(units), IsBelowPowerOf2<11>(units), Splat(0xFF00)));
-            std::uint32_t const high = TopBits(IsSurrogateOf(units, 0xD800));
-            std::uint32_t const low = TopBits(IsSurrogateOf(units, 0xDC00));
-            // A pair takes two bytes less than its units would alone.
-            std::uint32_t const seconds = (high << 2 | highBefore) & low;
-            std::size_t const countedUnits = CountBits(counted) / 2;
-            bytes += countedUnits + CountBits(sizes & counted) - CountBits(seconds & counted);
-            done += countedUnits;
-            if (countedUnits != count)
-                return {done, bytes};
-            highBefore = high >> 30;
+    for (; inCount - done >= Group::kUnits; done += Group::kUnits) {
+        Group const group(inText + done);
+        if (group.HasNul())
+            break;
+        if (group.IsBelow(0x80)) {
+            meter.AddASCII(Group::kUnits);
+        } else if (group.IsBelow(0x800)) {
+            meter.AddUpToTwoBytes(group);
+        } else {
+            for (__m256i const block : group.blocks)
+                meter.AddAny(block, kBlock);
         }
     }
-    return {done, bytes};
+    while (done != inCount) {
+        std::size_t const count = std::min(inCount - done, kBlock);
+        __m256i const units = LoadUpToBlock(inText + done, count);
+        std::uint32_t const nuls = TopBits(_mm256_cmpeq_epi16(units, _mm256_setzero_si256()));
+        std::size_t const beforeNul = CountBits(~nuls & (nuls - 1)) / 2;
+        meter.AddAny(units, beforeNul);
+        done += beforeNul;
+        if (beforeNul != count)
+            break;
+    }
+    return {done, meter.Bytes()};
 }
 
 std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,
                        std::uint8_t* outBytes) noexcept {
     std::uint8_t* bytes = outBytes;
     std::size_t done = 0;
-    while (inCount - done > kBlock) {
-        if (inCount - done >= 4 * kBlock && EncodeASCII(inText + done, bytes)) {
-            done += 4 * kBlock;
-            bytes += 4 * kBlock;
-            continue;
+    std::uint16_t unitBefore = 0;
+    // One unit more than the group, so that a pair across its end is seen.
+    for (; inCount - done > Group::kUnits; done += Group::kUnits) {
+        Group const group(inText + done);
+        if (group.IsBelow(0x80)) {
+            for (__m256i const block : group.blocks)
+                bytes = EncodeASCII(block, bytes);
+        } else if (group.IsBelow(0x800)) {
+            for (__m256i const block : group.blocks)
+                bytes = EncodeUpToTwoBytes(block, bytes);
+        } else {
+            std::uint16_t const* block = inText + done;
+            for (__m256i const units : group.blocks) {
+                bytes = EncodeAny(units, unitBefore, block[kBlock], bytes);
+                unitBefore = block[kBlock - 1];
+                block += kBlock;
+            }
         }
-        std::size_t const stop =
-            done + std::min((inCount - done - 1) / kBlock, std::size_t{4}) * kBlock;
-        for (; done != stop; done += kBlock) {
-            std::uint16_t const* const block = inText + done;
-            std::uint16_t const unitBefore = done != 0 ? block[-1] : std::uint16_t{0};
-            bytes = EncodeBlock(Load(block), unitBefore, block[kBlock], bytes);
-        }
+        unitBefore = inText[done + Group::kUnits - 1];
     }
-    if (std::size_t const count = inCount - done; count != 0) {
-        std::uint16_t const unitBefore = done != 0 ? inText[done - 1] : std::uint16_t{0};
-        // The NULs that fill up the block give one byte each.
-        bytes = EncodeBlock(LoadUpToBlock(inText + done, count), unitBefore, 0, bytes) -
-                (kBlock - count);
+    while (done != inCount) {
+        std::size_t const count = std::min(inCount - done, kBlock);
+        __m256i const units = LoadUpToBlock(inText + done, count);
+        std::uint16_t const unitBehind =
+            inCount - done > kBlock ? inText[done + kBlock] : std::uint16_t{0};
+        bytes = AreBelow(units, 0x80)    ? EncodeASCII(units, bytes)
+                : AreBelow(units, 0x800) ? EncodeUpToTwoBytes(units, bytes)
+                                         : EncodeAny(units, unitBefore, unitBehind, bytes);
+        // The NULs that fill up the block have given a byte each.
+        bytes -= kBlock - count;
+        unitBefore = inText[done + count - 1];
+        done += count;
     }
     return static_cast<std::size_t>(bytes - outBytes);
 }
