@@ -10,12 +10,12 @@ namespace {
 
 using impl::UnicodeKernels;
 
-// Text up to here is not worth a call through the kernels' table.
-constexpr std::size_t kShortText = 16;
-
 // Long text goes through a buffer on the stack, chunk by chunk: a string can only be sized by
 // filling it, and the buffer stays in the nearest cache.
-constexpr std::size_t kChunk = 1024;
+constexpr std::size_t kChunk = 4096;
+
+// Text up to here fits into the buffer of one step, and its result is copied from there.
+constexpr std::size_t kSmallText = 512;
 
 // Of these, a text of one to three units keeps its length even with a NUL inside.
 constexpr std::size_t kFixedLengthUnits = 3;
@@ -28,59 +28,45 @@ UnicodeKernels const& Kernels() noexcept {
     return *S_kernelsP;
 }
 
-UTF8String EncodeShort(std::uint16_t const* inText, std::size_t inCount) {
-    std::uint16_t const* const textEnd = std::find(inText, inText + inCount, std::uint16_t{0});
-    auto const units = static_cast<std::size_t>(textEnd - inText);
-    std::uint8_t buffer[3 * kShortText + UnicodeKernels::kSlack];
-    std::size_t bytes = impl::kPortableUnicodeKernels.EncodeUTF8(inText, units, buffer);
-    if (inCount <= kFixedLengthUnits) {
-        std::fill_n(buffer + bytes, inCount - units, std::uint8_t{0});
-        bytes += inCount - units;
-    }
-    return UTF8String(buffer, bytes);
-}
-
-UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
-    if (inCount <= kShortText)
-        return EncodeShort(inText, inCount);
-
-    UnicodeKernels const& kernels = Kernels();
-    impl::UTF16Extent const extent = kernels.MeasureUTF16(inText, inCount);
+UTF8String EncodeChunks(std::uint16_t const* inText, impl::UTF16Extent inExtent) {
     UTF8String result;
-    result.reserve(extent.bytes);
+    result.reserve(inExtent.bytes);
     std::uint8_t buffer[3 * kChunk + UnicodeKernels::kSlack];
-    for (std::size_t done = 0; done < extent.units;) {
-        std::size_t count = std::min(extent.units - done, kChunk);
+    for (std::size_t done = 0; done < inExtent.units;) {
+        std::size_t count = std::min(inExtent.units - done, kChunk);
         std::uint16_t const* const chunk = inText + done;
         // A pair across the border goes to the next chunk.
-        if (count < extent.units - done && UnicodeSurrogate(chunk[count - 1]) == kSurrogate_High)
+        if (count < inExtent.units - done && UnicodeSurrogate(chunk[count - 1]) == kSurrogate_High)
             --count;
-        result.append(buffer, kernels.EncodeUTF8(chunk, count, buffer));
+        result.append(buffer, Kernels().EncodeUTF8(chunk, count, buffer));
         done += count;
     }
     return result;
 }
 
-UTF16String DecodeShort(std::uint8_t const* inText, std::size_t inCount) {
-    std::uint16_t buffer[kShortText + UnicodeKernels::kSlack];
-    return UTF16String(buffer,
-                       impl::kPortableUnicodeKernels.DecodeUTF8(inText, inCount, buffer).produced);
+UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
+    impl::UTF16Extent const extent = Kernels().MeasureUTF16(inText, inCount);
+    if (extent.units > kSmallText)
+        return EncodeChunks(inText, extent);
+
+    std::uint8_t buffer[3 * kSmallText + UnicodeKernels::kSlack];
+    std::size_t bytes = Kernels().EncodeUTF8(inText, extent.units, buffer);
+    if (inCount <= kFixedLengthUnits) {
+        std::fill_n(buffer + bytes, inCount - extent.units, std::uint8_t{0});
+        bytes += inCount - extent.units;
+    }
+    return UTF8String(buffer, bytes);
 }
 
-UTF16String Decode(std::uint8_t const* inText, std::size_t inCount) {
-    if (inCount <= kShortText)
-        return DecodeShort(inText, inCount);
-
-    UnicodeKernels const& kernels = Kernels();
+UTF16String DecodeChunks(std::uint8_t const* inText, std::size_t inCount) {
     UTF16String result;
-    if (inCount > kChunk)
-        result.reserve(kernels.CountUTF16(inText, inCount));
+    result.reserve(Kernels().CountUTF16(inText, inCount));
     std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
     for (std::size_t done = 0; done < inCount;) {
         // A chunk's border may cut a sequence, which the next chunk then starts with. No progress
         // means that the sequence is bad or that the text ends inside it.
         impl::UnicodeProgress const progress =
-            kernels.DecodeUTF8(inText + done, std::min(inCount - done, kChunk), buffer);
+            Kernels().DecodeUTF8(inText + done, std::min(inCount - done, kChunk), buffer);
         if (progress.consumed == 0) {
             result.shrink_to_fit();
             break;
@@ -89,6 +75,13 @@ UTF16String Decode(std::uint8_t const* inText, std::size_t inCount) {
         done += progress.consumed;
     }
     return result;
+}
+
+UTF16String Decode(std::uint8_t const* inText, std::size_t inCount) {
+    if (inCount > kSmallText)
+        return DecodeChunks(inText, inCount);
+    std::uint16_t buffer[kSmallText + UnicodeKernels::kSlack];
+    return UTF16String(buffer, Kernels().DecodeUTF8(inText, inCount, buffer).produced);
 }
 
 } // namespace

@@ -2,6 +2,9 @@
 
 #if defined(__x86_64__)
 
+#include <algorithm>
+#include <cstring>
+
 namespace brindle::utility::impl::avx2 {
 namespace {
 
@@ -26,6 +29,30 @@ constexpr ByteShuffles kUnitShuffles = MakeUnitShuffles();
 
 BRN_AVX2 inline __m256i Splat(int inByte) noexcept {
     return _mm256_set1_epi8(static_cast<char>(inByte));
+}
+
+constexpr std::uint32_t kLaneNumbers[kBlock / 4] = {0, 1, 2, 3, 4, 5, 6, 7};
+
+/// The `inCount` bytes at `inText`, 1 to 31, and NUL behind them.
+BRN_AVX2 inline __m256i LoadPart(std::uint8_t const* inText, std::size_t inCount) noexcept {
+    // The last one to three bytes, which do not fill four.
+    std::size_t const wholes = inCount / 4 * 4;
+    std::uint32_t rest = 0;
+    if (inCount >= 4) {
+        std::uint32_t lastFour;
+        std::memcpy(&lastFour, inText + inCount - 4, 4);
+        rest = static_cast<std::uint32_t>(std::uint64_t{lastFour} >> (32 - 8 * (inCount - wholes)));
+    } else {
+        for (std::size_t i = inCount; i-- != 0;)
+            rest = rest << 8 | inText[i];
+    }
+    __m256i const lanes = Load(kLaneNumbers);
+    __m256i const count = _mm256_set1_epi32(static_cast<int>(wholes / 4));
+    __m256i const bytes =
+        _mm256_maskload_epi32(static_cast<int const*>(static_cast<void const*>(inText)),
+                              _mm256_cmpgt_epi32(count, lanes));
+    return _mm256_blendv_epi8(bytes, _mm256_set1_epi32(static_cast<int>(rest)),
+                              _mm256_cmpeq_epi32(count, lanes));
 }
 
 /// All bits of a byte if its top bit is set.
@@ -170,8 +197,10 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
     __m256i previous = _mm256_setzero_si256();
     // A lead of three or four was the last byte of the block before.
     std::uint32_t longLeadBefore = 0;
-    while (inCount - done >= kBlock) {
-        __m256i const bytes = Load(inText + done);
+    while (done != inCount) {
+        std::size_t const count = std::min(inCount - done, kBlock);
+        __m256i const bytes =
+            count == kBlock ? Load(inText + done) : LoadPart(inText + done, count);
         std::uint32_t const notASCII = TopBits(bytes);
         if (notASCII == 0) {
             if (done != 0 && IsInsideSequence(inText + done))
@@ -203,9 +232,12 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
             longLeadBefore = longs >> (kBlock - 1);
         }
         previous = bytes;
-        done += kBlock;
+        done += count;
+        // The NULs that fill up the block have given a unit each.
+        units -= kBlock - count;
     }
-    if (done != 0) {
+    // A part of a block ends with a whole sequence, for NUL breaks off any other.
+    if (done >= kBlock) {
         // The rest starts with a whole sequence: what a block left incomplete is decoded again.
         if (inText[done - 1] >= 0xC0) {
             done -= 1;
@@ -216,6 +248,8 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
             units -= 1;
         }
     }
+    if (done == inCount)
+        return {done, static_cast<std::size_t>(units - outUnits)};
     UnicodeProgress const rest =
         kPortableUnicodeKernels.DecodeUTF8(inText + done, inCount - done, units);
     return {done + rest.consumed, static_cast<std::size_t>(units - outUnits) + rest.produced};

@@ -22,7 +22,7 @@ struct UnicodeProgress {
 /// No kernel reads outside `[inText, inText + inCount)`. An output may be overwritten up to
 /// `kSlack` elements behind what is produced.
 struct UnicodeKernels {
-    static constexpr std::size_t kSlack = 16;
+    static constexpr std::size_t kSlack = 48;
 
     UTF16Extent (*MeasureUTF16)(std::uint16_t const* inText, std::size_t inCount);
 
