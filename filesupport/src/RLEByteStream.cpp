@@ -38,14 +38,16 @@ std::uint32_t CountEqual(std::uint8_t const* inSource, std::uint32_t inCount,
 /// How many bytes from the start on do not equal both bytes before them, two of which must be
 /// there.
 std::uint32_t CountLiterals(std::uint8_t const* inSource, std::uint32_t inCount) {
+    auto const before1 = inSource - 1;
+    auto const before2 = inSource - 2;
     std::uint32_t i = 0;
     for (; inCount - i >= sizeof(Word); i += sizeof(Word)) {
-        auto const before = Load(inSource + i - 1);
-        if (HasZeroByte((Load(inSource + i) ^ before) | (Load(inSource + i - 2) ^ before))) {
+        auto const before = Load(before1 + i);
+        if (HasZeroByte((Load(inSource + i) ^ before) | (Load(before2 + i) ^ before))) {
             break;
         }
     }
-    while (i < inCount && (inSource[i] != inSource[i - 1] || inSource[i] != *(inSource + i - 2))) {
+    while (i < inCount && (inSource[i] != before1[i] || inSource[i] != before2[i])) {
         ++i;
     }
     return i;

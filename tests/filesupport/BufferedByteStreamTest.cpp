@@ -246,7 +246,7 @@ TEST(OBufferedByteStream, RewritesWithinTheRangeAndSendsItAsOneBlock) {
 TEST(OBufferedByteStream, WritesLikeMemoryWhateverFailsOnTheWay) {
     auto const data = SomeBytes(100);
     for (std::uint32_t const bufferSize : {0u, 1u, 2u, 7u, 32u, 1000u}) {
-        for (int const every : {0, 2, 3, 5, 8}) {
+        for (int const every : {0, 3, 4, 7}) {
             RecordingSink sink;
             sink.failsEvery = every;
             std::string model;
@@ -265,7 +265,7 @@ TEST(OBufferedByteStream, WritesLikeMemoryWhateverFailsOnTheWay) {
                     FAIL();
                 };
                 for (int i = 0; i < 1000; ++i) {
-                    auto count = random() % 50;
+                    auto const count = static_cast<std::uint32_t>(random() % 50);
                     switch (random() % 8) {
                     case 0:
                         untilDone([&] { stream.CurPos(count * 4); });

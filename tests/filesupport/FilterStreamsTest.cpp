@@ -78,8 +78,8 @@ TEST(OCRCByteStream, SumsEveryLengthAtEveryAlignment) {
         OCRCByteStream stream(sink);
         std::uint32_t done = 0;
         while (done < data.size()) {
-            auto const count = std::min<std::uint32_t>(
-                random() % 400, static_cast<std::uint32_t>(data.size()) - done);
+            auto const count = static_cast<std::uint32_t>(
+                std::min<std::size_t>(random() % 400, data.size() - done));
             count == 1 ? stream.Put(data[done]) : stream.WriteBlock(&data[done], count);
             done += count;
             ASSERT_EQ(stream.Value(), BitwiseCRC(data.data(), done));
