@@ -80,7 +80,7 @@ bool DirectoryScan::Next(DirectoryEntry& outEntry) {
     outEntry.isHidden = entry->d_name[0] == '.';
     struct stat status {};
     if (entry->d_type != DT_UNKNOWN)
-        TakeKind(outEntry, DTTOIF(entry->d_type));
+        TakeKind(outEntry, static_cast<mode_t>(DTTOIF(entry->d_type)));
     else if (::fstatat(::dirfd(stream), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
         TakeKind(outEntry, status.st_mode);
     else

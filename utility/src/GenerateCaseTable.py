@@ -39,6 +39,7 @@ EXCEPTIONS = {
 ROWS = 1446
 EXPANDING_ROWS = 102
 BLOCK = 64
+DIRECT = 0x800  # the units below it, those of most alphabets, are found without the first stage
 EXPANSION = 0x8000  # a difference in [EXPANSION, EXPANSION + EXPANDING_ROWS) is an index
 MAX_UNITS = 3
 
@@ -127,6 +128,10 @@ def print_mapping(name, mappings):
     blocks, index = [], []
     for start in range(0, 0x10000, BLOCK):
         block = differences[start:start + BLOCK]
+        if start < DIRECT:
+            blocks.append(block)
+            index.append(len(blocks) - 1)
+            continue
         if block not in blocks:
             blocks.append(block)
         index.append(blocks.index(block))
@@ -150,6 +155,7 @@ def main():
     rows = build_rows(Path(sys.argv[1] if len(sys.argv) > 1 else "/usr/share/unicode"))
     print("// Written by GenerateCaseTable.py; run that instead of changing this.")
     print(f"\nconstexpr unsigned kBlockSize = {BLOCK};")
+    print(f"constexpr std::uint16_t kDirectCount = 0x{DIRECT:04X};")
     print(f"constexpr std::uint16_t kFirstExpansion = 0x{EXPANSION:04X};")
     print(f"constexpr std::uint16_t kExpansionCount = {EXPANDING_ROWS};")
     for position, name in enumerate(("Lower", "Upper", "Fold")):
