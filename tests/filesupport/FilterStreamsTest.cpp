@@ -6,6 +6,7 @@
 #include <brindle/filesupport/StringByteStream.h>
 
 #include "filesupport/src/CRC32.h"
+#include "tests/BitwiseCRC.h"
 #include "tests/filesupport/RecordingStreams.h"
 
 #include <gtest/gtest.h>
@@ -18,6 +19,7 @@ namespace brindle::filesupport {
 namespace {
 
 using namespace std::string_literals;
+using tests::BitwiseCRC;
 
 std::uint8_t const* Bytes(std::string const& inText) {
     return reinterpret_cast<std::uint8_t const*>(inText.data());
@@ -47,17 +49,6 @@ TEST(OCountingByteStream, CountsTheFurthestByteWritten) {
         EXPECT_EQ(block.Count(), single.Count());
         EXPECT_EQ(block.CurPos(), single.CurPos());
     }
-}
-
-std::uint32_t BitwiseCRC(std::uint8_t const* inData, std::size_t inSize) {
-    std::uint32_t crc = 0xFFFFFFFF;
-    for (std::size_t i = 0; i < inSize; ++i) {
-        crc ^= inData[i];
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xEDB88320 : crc >> 1;
-        }
-    }
-    return ~crc;
 }
 
 TEST(OCRCByteStream, SumsEveryLengthAtEveryAlignment) {
