@@ -63,7 +63,7 @@ public:
     /// limit.
     ErrorCode Write(void const* inBytes, std::size_t inCount);
 
-    std::uint64_t Position() const noexcept { return mPosition; }
+    Result<std::uint64_t> Position() const { return {mPosition, kError_None}; }
     /// Any position up to 2^63 - 1 is allowed, also beyond the end. Error: 87.
     ErrorCode SetPosition(std::uint64_t inPosition);
     Result<std::uint64_t> Size() const;

@@ -198,12 +198,12 @@ TEST(Files, AnOpenFileReadsAndWritesAtItsPosition) {
     auto writer = OpenForWriting(path);
     ASSERT_TRUE(writer);
     EXPECT_EQ(writer.value.Write("0123456789", 10), kError_None);
-    EXPECT_EQ(writer.value.Position(), 10U);
+    EXPECT_EQ(writer.value.Position().value, 10U);
     EXPECT_EQ(writer.value.SetPosition(2), kError_None);
     EXPECT_EQ(writer.value.Write("ab", 2), kError_None);
     constexpr std::uint64_t kMost = std::numeric_limits<std::int64_t>::max();
     EXPECT_EQ(writer.value.SetPosition(kMost + 1), kError_InvalidParameter);
-    EXPECT_EQ(writer.value.Position(), 4U);
+    EXPECT_EQ(writer.value.Position().value, 4U);
     EXPECT_EQ(writer.value.SetPosition(kMost), kError_None);
     EXPECT_EQ(writer.value.Write("x", 1), kError_FileTooLarge);
     EXPECT_EQ(writer.value.Size().value, 10U);
@@ -314,7 +314,7 @@ TEST(Files, AFullDiskKeepsTheOldFile) {
         }
         auto writer = OpenForWriting(directory.Path(u"old"_utf16));
         EXPECT_EQ(writer.value.Write(big.data(), big.size()), kError_FileTooLarge);
-        EXPECT_EQ(writer.value.Position(), 4096U);
+        EXPECT_EQ(writer.value.Position().value, 4096U);
     }
     EXPECT_EQ(EntryCount(directory.Path()), 1U);
     EXPECT_EQ(Inspect(directory.Path(u"old"_utf16)).value.size, 4096U);
