@@ -29,6 +29,7 @@ void CopyASCIIBlock(From const* inText, To* outText) noexcept {
 }
 
 bool IsPair(std::uint16_t inFirst, std::uint16_t inSecond) noexcept {
+    // A sum, for && would be a branch.
     return ((inFirst & 0xFC00) ^ 0xD800) + ((inSecond & 0xFC00) ^ 0xDC00) == 0;
 }
 
@@ -46,6 +47,7 @@ bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
         ioBytes += kMeasuredBlock;
         return true;
     }
+    std::uint16_t const* const before = inBlock - 1;
     // Sums no wider than the units take the most units at a time.
     std::uint16_t extra = 0;
     std::uint16_t nuls = 0;
@@ -53,7 +55,7 @@ bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
     for (std::size_t i = 0; i < kMeasuredBlock; ++i) {
         extra = static_cast<std::uint16_t>(extra + ExtraBytes(inBlock[i]));
         nuls = static_cast<std::uint16_t>(nuls + (inBlock[i] == 0));
-        pairs = static_cast<std::uint16_t>(pairs + IsPair(inBlock[i - 1], inBlock[i]));
+        pairs = static_cast<std::uint16_t>(pairs + IsPair(before[i], inBlock[i]));
     }
     if (nuls != 0)
         return false;
