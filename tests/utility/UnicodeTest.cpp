@@ -39,7 +39,8 @@ private:
     Element* mText;
 };
 
-/// Holds every set of kernels to the model, and finds what is written behind the slack.
+/// Holds every set of kernels to the model. Buffers end where their allocations end, for the
+/// address sanitizer.
 void ExpectKernelsEncode(UTF16String const& inText, std::size_t inOffset = 0) {
     ExactCopy<std::uint16_t> const text(inText, inOffset);
     UTF16String const counted = inText.substr(0, inText.find(std::uint16_t{0}));

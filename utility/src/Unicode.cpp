@@ -12,10 +12,7 @@ using impl::UnicodeKernels;
 
 // Long text goes through a buffer on the stack, chunk by chunk: a string can only be sized by
 // filling it, and the buffer stays in the nearest cache.
-constexpr std::size_t kChunk = 4096;
-
-// Text up to here fits into the buffer of one step, and its result is copied from there.
-constexpr std::size_t kSmallText = 512;
+constexpr std::size_t kChunk = 2048;
 
 // Of these, a text of one to three units keeps its length even with a NUL inside.
 constexpr std::size_t kFixedLengthUnits = 3;
@@ -46,10 +43,10 @@ UTF8String EncodeChunks(std::uint16_t const* inText, impl::UTF16Extent inExtent)
 
 UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
     impl::UTF16Extent const extent = Kernels().MeasureUTF16(inText, inCount);
-    if (extent.units > kSmallText)
+    if (extent.units > kChunk)
         return EncodeChunks(inText, extent);
 
-    std::uint8_t buffer[3 * kSmallText + UnicodeKernels::kSlack];
+    std::uint8_t buffer[3 * kChunk + UnicodeKernels::kSlack];
     std::size_t bytes = Kernels().EncodeUTF8(inText, extent.units, buffer);
     if (inCount <= kFixedLengthUnits) {
         std::fill_n(buffer + bytes, inCount - extent.units, std::uint8_t{0});
@@ -78,9 +75,9 @@ UTF16String DecodeChunks(std::uint8_t const* inText, std::size_t inCount) {
 }
 
 UTF16String Decode(std::uint8_t const* inText, std::size_t inCount) {
-    if (inCount > kSmallText)
+    if (inCount > kChunk)
         return DecodeChunks(inText, inCount);
-    std::uint16_t buffer[kSmallText + UnicodeKernels::kSlack];
+    std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
     return UTF16String(buffer, Kernels().DecodeUTF8(inText, inCount, buffer).produced);
 }
 

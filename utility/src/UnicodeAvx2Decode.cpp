@@ -76,30 +76,29 @@ BRN_AVX2 inline Window MakeWindow(__m256i inPrevious, __m256i inBytes) noexcept 
 
 // What can be wrong with two neighbouring bytes. Three tables tell what the halves of the first
 // byte and the upper half of the second leave possible; what is in all three is the case.
-constexpr std::uint8_t kTooShort = 0x01;     // a lead with no trailing byte behind it
-constexpr std::uint8_t kTooLong = 0x02;      // a trailing byte behind ASCII
-constexpr std::uint8_t kOverlong3 = 0x04;    // E0 80..9F
-constexpr std::uint8_t kTooLarge = 0x08;     // F4..FF 90..BF
-constexpr std::uint8_t kOverlong2 = 0x20;    // C0..C1 80..BF
-constexpr std::uint8_t kTooLarge1000 = 0x40; // F5..FF 80..8F
-constexpr std::uint8_t kOverlong4 = 0x40;    // F0 80..8F
-constexpr std::uint8_t kTwoTrailing = 0x80;  // wrong unless a longer lead stands before them
+constexpr std::uint8_t kTooShort = 0x01;    // a lead with no trailing byte behind it
+constexpr std::uint8_t kTooLong = 0x02;     // a trailing byte behind ASCII
+constexpr std::uint8_t kOverlong3 = 0x04;   // E0 80..9F
+constexpr std::uint8_t kTooLarge = 0x08;    // F4..FF 90..BF
+constexpr std::uint8_t kOverlong2 = 0x20;   // C0..C1 80..BF
+constexpr std::uint8_t kNotFour = 0x40;     // F0 and F5..FF 80..8F
+constexpr std::uint8_t kTwoTrailing = 0x80; // wrong unless a longer lead stands before them
 constexpr std::uint8_t kLow = kTooShort | kTooLong | kTwoTrailing;
-constexpr std::uint8_t kLowLarge = kLow | kTooLarge | kTooLarge1000;
+constexpr std::uint8_t kLowLarge = kLow | kTooLarge | kNotFour;
 constexpr std::uint8_t kTrailing = kTooLong | kOverlong2 | kTwoTrailing;
 
 constexpr ByteShuffle kFirstUpperHalf = {
     {kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTwoTrailing,
      kTwoTrailing, kTwoTrailing, kTwoTrailing, kTooShort | kOverlong2, kTooShort,
-     kTooShort | kOverlong3, kTooShort | kTooLarge | kTooLarge1000 | kOverlong4}};
+     kTooShort | kOverlong3, kTooShort | kTooLarge | kNotFour}};
 constexpr ByteShuffle kFirstLowerHalf = {
-    {kLow | kOverlong2 | kOverlong3 | kOverlong4, kLow | kOverlong2, kLow, kLow, kLow | kTooLarge,
+    {kLow | kOverlong2 | kOverlong3 | kNotFour, kLow | kOverlong2, kLow, kLow, kLow | kTooLarge,
      kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge,
      kLowLarge, kLowLarge, kLowLarge}};
 constexpr ByteShuffle kSecondUpperHalf = {
     {kTooShort, kTooShort, kTooShort, kTooShort, kTooShort, kTooShort, kTooShort, kTooShort,
-     kTrailing | kOverlong3 | kTooLarge1000 | kOverlong4, kTrailing | kOverlong3 | kTooLarge,
-     kTrailing | kTooLarge, kTrailing | kTooLarge, kTooShort, kTooShort, kTooShort, kTooShort}};
+     kTrailing | kOverlong3 | kNotFour, kTrailing | kOverlong3 | kTooLarge, kTrailing | kTooLarge,
+     kTrailing | kTooLarge, kTooShort, kTooShort, kTooShort, kTooShort}};
 
 BRN_AVX2 inline __m256i LookUp(ByteShuffle const& inTable, __m256i inHalves) noexcept {
     __m128i const table = _mm_load_si128(reinterpret_cast<__m128i const*>(inTable.bytes));

@@ -8,6 +8,7 @@ namespace brindle::utility::impl {
 namespace {
 
 constexpr std::size_t kBlock = 8;
+constexpr std::size_t kMeasuredBlock = 32;
 
 template <typename Element>
 bool IsASCIIBlock(Element const* inText) noexcept {
@@ -28,20 +29,51 @@ void CopyASCIIBlock(From const* inText, To* outText) noexcept {
 }
 
 bool IsPair(std::uint16_t inFirst, std::uint16_t inSecond) noexcept {
-    return (inFirst & 0xFC00) == 0xD800 && (inSecond & 0xFC00) == 0xDC00;
+    // A sum, for && would be a branch.
+    return ((inFirst & 0xFC00) ^ 0xD800) + ((inSecond & 0xFC00) ^ 0xDC00) == 0;
+}
+
+int ExtraBytes(std::uint16_t inUnit) noexcept {
+    return (inUnit >= 0x80) + (inUnit >= 0x800);
+}
+
+/// True if the block has no NUL; then `ioBytes` grows by its bytes. One unit before it can be read.
+bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
+    // One below NUL has the bits that ASCII has not, too.
+    unsigned seen = 0;
+    for (std::size_t i = 0; i < kMeasuredBlock; ++i)
+        seen |= inBlock[i] | static_cast<std::uint16_t>(inBlock[i] - 1);
+    if ((seen & 0xFF80) == 0) {
+        ioBytes += kMeasuredBlock;
+        return true;
+    }
+    std::uint16_t const* const before = inBlock - 1;
+    // Sums no wider than the units take the most units at a time.
+    std::uint16_t extra = 0;
+    std::uint16_t nuls = 0;
+    std::uint16_t pairs = 0;
+    for (std::size_t i = 0; i < kMeasuredBlock; ++i) {
+        extra = static_cast<std::uint16_t>(extra + ExtraBytes(inBlock[i]));
+        nuls = static_cast<std::uint16_t>(nuls + (inBlock[i] == 0));
+        pairs = static_cast<std::uint16_t>(pairs + IsPair(before[i], inBlock[i]));
+    }
+    if (nuls != 0)
+        return false;
+    // Two lone surrogates take six bytes, a pair takes four.
+    ioBytes += kMeasuredBlock + extra - 2 * std::size_t{pairs};
+    return true;
 }
 
 UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexcept {
-    std::size_t units = 0;
-    std::size_t bytes = 0;
-    std::uint16_t previous = 0;
-    for (; units < inCount && inText[units] != 0; ++units) {
-        std::uint16_t const unit = inText[units];
-        bytes += 1 + std::size_t{unit >= 0x80} + std::size_t{unit >= 0x800};
-        // Two lone surrogates take six bytes, a pair takes four.
-        bytes -= 2 * std::size_t{IsPair(previous, unit)};
-        previous = unit;
-    }
+    if (inCount == 0 || inText[0] == 0)
+        return {0, 0};
+    std::size_t units = 1;
+    std::size_t bytes = 1 + static_cast<std::size_t>(ExtraBytes(inText[0]));
+    while (inCount - units >= kMeasuredBlock && MeasureBlock(inText + units, bytes))
+        units += kMeasuredBlock;
+    for (; units < inCount && inText[units] != 0; ++units)
+        bytes += 1 + static_cast<std::size_t>(ExtraBytes(inText[units])) -
+                 2 * std::size_t{IsPair(inText[units - 1], inText[units])};
     return {units, bytes};
 }
 
@@ -62,7 +94,8 @@ void EncodeOne(std::uint16_t const*& ioText, std::uint16_t const* inEnd,
         *ioBytes++ = TrailingByte(value);
         return;
     }
-    if (ioText != inEnd && IsPair(ioText[-1], *ioText)) {
+    if (UnicodeSurrogate(ioText[-1]) == kSurrogate_High && ioText != inEnd &&
+        UnicodeSurrogate(*ioText) == kSurrogate_Low) {
         value = 0x10000 + ((value - 0xD800) << 10) + (*ioText++ - 0xDC00u);
         *ioBytes++ = static_cast<std::uint8_t>(0xF0 | value >> 18);
         *ioBytes++ = TrailingByte(value >> 12);
