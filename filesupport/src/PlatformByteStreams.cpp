@@ -62,7 +62,7 @@ void IPlatformByteStream::CurPos(std::uint64_t inPosition) {
 }
 
 std::uint64_t IPlatformByteStream::CurPos() const {
-    return ValueOrThrow(mFile->Position());
+    return mFile->Position();
 }
 
 std::uint64_t IPlatformByteStream::Length() const {
@@ -88,7 +88,7 @@ void OPlatformByteStream::CurPos(std::uint64_t inPosition) {
 }
 
 std::uint64_t OPlatformByteStream::CurPos() const {
-    return ValueOrThrow(mFile->Position());
+    return mFile->Position();
 }
 
 std::uint64_t OPlatformByteStream::Length() const {

@@ -116,7 +116,9 @@ Result<std::string> NativePath(UTF16String const& inPath) {
         if (!native)
             return native;
         skip(2);
-        if (count == 0 || !IsSeparator(rest[0]))
+        // A drive alone is its directory, and what follows it directly is below that.
+        bool const isDriveAlone = count == 0 && !native.value.empty();
+        if (!isDriveAlone && (count == 0 || !IsSeparator(rest[0])))
             native.value += '/';
     } else if (count >= 3 && IsSeparator(rest[0]) && IsSeparator(rest[1]) &&
                !IsSeparator(rest[2])) {

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <fcntl.h>
 #include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
-#include <linux/ptrace.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -40,7 +39,7 @@ std::string TextAt(pid_t inProcess, std::uint64_t inAddress) {
 
 void Record(pid_t inProcess, Activity& ioActivity) {
     __ptrace_syscall_info info{};
-    ::ptrace(static_cast<__ptrace_request>(PTRACE_GET_SYSCALL_INFO), inProcess, sizeof info, &info);
+    ::ptrace(PTRACE_GET_SYSCALL_INFO, inProcess, sizeof info, &info);
     if (info.op != PTRACE_SYSCALL_INFO_ENTRY) {
         return;
     }
