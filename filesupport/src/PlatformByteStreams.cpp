@@ -62,7 +62,7 @@ void IPlatformByteStream::CurPos(std::uint64_t inPosition) {
 }
 
 std::uint64_t IPlatformByteStream::CurPos() const {
-    return mFile->Position();
+    return ValueOrThrow(mFile->Position());
 }
 
 std::uint64_t IPlatformByteStream::Length() const {
@@ -88,7 +88,7 @@ void OPlatformByteStream::CurPos(std::uint64_t inPosition) {
 }
 
 std::uint64_t OPlatformByteStream::CurPos() const {
-    return mFile->Position();
+    return ValueOrThrow(mFile->Position());
 }
 
 std::uint64_t OPlatformByteStream::Length() const {
