@@ -1,0 +1,99 @@
+#include <brindle/debug/StreamBuffers.h>
+#include <brindle/utility/Locale.h>
+#include <brindle/utility/Streams.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <thread>
+#include <vector>
+
+using namespace brindle;
+using namespace brindle::utility;
+
+TEST(Streams, StandardOutputGetsALineForEachChunk) {
+    testing::internal::CaptureStdout();
+    streams::UTF16Out << UTF16String(300, 'x') << std::flush << "abc" << std::flush << std::flush;
+    streams::UTF16Out << u"caf\u00E9\0lost"_utf16 << std::flush;
+    {
+        debug::UTF16StdOutStreamBuffer<std::uint16_t> buffer;
+        UTF16OutputStream(&buffer) << "left to the destructor";
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              std::string(255, 'x') + "\n" + std::string(45, 'x') +
+                  "\nabc\ncaf\xC3\xA9\nleft to the destructor\n");
+}
+
+TEST(Streams, DebugTextIsFlushedWhenTheLibraryGoes) {
+    EXPECT_EXIT(
+        {
+            streams::Debug << "left behind";
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "left behind");
+}
+
+TEST(Streams, SetStreamBufferMakesTheStreamNew) {
+    std::basic_stringbuf<std::uint16_t> first, second;
+    UTF16OutputStream stream;
+    EXPECT_TRUE(stream.bad());
+    EXPECT_EQ(SetStreamBuffer(stream, &first), nullptr);
+    stream << "one" << std::hex << std::showbase << std::left << std::setfill(std::uint16_t{'*'})
+           << std::setprecision(2) << std::setw(9);
+    stream.setstate(std::ios_base::failbit);
+    stream.exceptions(std::ios_base::badbit);
+    EXPECT_EQ(SetStreamBuffer(stream, &second), &first);
+    EXPECT_TRUE(stream.good());
+    stream << 255 << std::setw(4) << 'x' << 1.2345;
+    EXPECT_EQ(first.str(), u"one"_utf16);
+    EXPECT_EQ(second.str(), u"255   x1.2345"_utf16);
+    EXPECT_EQ(SetStreamBuffer(stream, nullptr), &second);
+    EXPECT_TRUE(stream.bad());
+
+    std::stringbuf narrow;
+    std::ostream out(&narrow);
+    out.tie(&std::cout);
+    out.exceptions(std::ios_base::failbit);
+    out << std::hex;
+    EXPECT_EQ(SetStreamBuffer(out, nullptr), &narrow);
+    EXPECT_TRUE(out.bad());
+    EXPECT_EQ(SetStreamBuffer(out, &narrow), nullptr);
+    out << 255;
+    EXPECT_EQ(narrow.str(), "255");
+    EXPECT_EQ(out.tie(), nullptr);
+}
+
+TEST(Streams, TheFourStandardStreams) {
+    EXPECT_EQ(&streams::In, &std::cin);
+    EXPECT_EQ(&streams::Out, &std::cout);
+    EXPECT_EQ(&streams::Log, &std::clog);
+    EXPECT_EQ(&streams::Err, &std::cerr);
+}
+
+TEST(Locale, IsMadeOnceWhateverThreadComesFirst) {
+    std::vector<std::locale const*> natives(8);
+    std::vector<std::thread> threads;
+    for (auto& native : natives)
+        threads.emplace_back([&native] {
+            native = &Locale::Native();
+            oUTF16StringStream() << 1;
+        });
+    for (auto& thread : threads)
+        thread.join();
+    for (auto const* native : natives)
+        EXPECT_EQ(native, &Locale::Native());
+    EXPECT_TRUE(Locale::Default() == std::locale::classic());
+}
+
+TEST(Locale, AnUnknownUserLocaleIsTheClassicOne) {
+    // In a process of its own, where no test has made the locale yet.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            setenv("LC_ALL", "xx_XX.none", 1);
+            std::exit(Locale::Native().name() == "C" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}

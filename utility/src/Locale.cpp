@@ -1,0 +1,29 @@
+#include <brindle/utility/Locale.h>
+
+#include <stdexcept>
+
+namespace brindle::Locale {
+
+namespace {
+
+std::locale UserLocale() {
+    try {
+        return std::locale("");
+    } catch (std::runtime_error const&) {
+        return std::locale("C");
+    }
+}
+
+} // namespace
+
+std::locale const& Native() {
+    static std::locale const native = UserLocale();
+    return native;
+}
+
+std::locale const& Default() {
+    static std::locale const classic = std::locale::classic();
+    return classic;
+}
+
+} // namespace brindle::Locale
