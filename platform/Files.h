@@ -100,8 +100,9 @@ ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo);
 /// Gives the file the content, in one step: whoever looks, and after a crash or a kill at any
 /// moment, finds the whole old file or the whole new one, and a failure leaves the old one alone. A
 /// link stays a link, and what it points to is replaced. Permissions of an old file are kept. The
-/// content is on the disk when this returns. Errors: 5 (also an old file that may not be written,
-/// and what is no regular file), 32 anybody has the old file open, 112, 223.
+/// content is on the disk when this returns. Errors: 5 (also an old file that may not be written, a
+/// directory that takes no new file beside it, and what is no regular file), 32 anybody has the old
+/// file open, 112, 223.
 ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount);
 
 /// Adds the content at the end of the file, which is made if it is missing. A failure takes back

@@ -96,8 +96,10 @@ public:
         mode_t mode = inOld.st_mode & 07777U;
         bool const hasOtherOwner = mine.st_uid != inOld.st_uid || mine.st_gid != inOld.st_gid;
         if (hasOtherOwner && ::fchown(mFile.Get(), inOld.st_uid, inOld.st_gid) != 0) {
+            constexpr auto kSameOwner = static_cast<uid_t>(-1);
+            bool const hasGroup = ::fchown(mFile.Get(), kSameOwner, inOld.st_gid) == 0;
             // A program must not come to run with the rights of somebody else.
-            mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+            mode &= ~static_cast<mode_t>(hasGroup ? S_ISUID : S_ISUID | S_ISGID);
         }
         return ::fchmod(mFile.Get(), mode) == 0 ? kError_None : ErrorFromErrno(errno);
     }

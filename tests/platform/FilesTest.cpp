@@ -8,7 +8,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
-#include <future>
 #include <limits>
 #include <map>
 #include <sys/resource.h>
@@ -348,22 +347,6 @@ TEST(Files, AKilledWriterLeavesTheOldFileOrTheNew) {
     }
     // The dead hold no locks.
     EXPECT_EQ(ReplaceContent(path, "x", 1), kError_None);
-}
-
-TEST(Files, AppendingFromManyThreadsLosesNothingThatWasPromised) {
-    TemporaryDirectory const directory;
-    auto const path = directory.Path(u"log"_utf16);
-    auto const append = [&path] {
-        int taken = 0;
-        for (int i = 0; i < 300; ++i)
-            taken += AppendContent(path, "line\n", 5) == kError_None ? 1 : 0;
-        return taken;
-    };
-    auto first = std::async(std::launch::async, append);
-    auto second = std::async(std::launch::async, append);
-    auto const taken = static_cast<std::size_t>(first.get() + second.get());
-    EXPECT_GT(taken, 0U);
-    EXPECT_EQ(ContentOf(directory.Native("log")).size(), taken * 5);
 }
 
 } // namespace
