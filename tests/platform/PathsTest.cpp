@@ -107,7 +107,7 @@ TEST(Paths, MappedDrivesNameTheirDirectories) {
 
     ASSERT_EQ(MapVolume('q', directory.Path() + u"\\"_utf16), kError_None);
     EXPECT_EQ(NativePath(u"Q:\\a\\b"_utf16).value, directory.Native("a/b"));
-    EXPECT_EQ(NativePath(u"\\\\?\\q:"_utf16).value, directory.Native(""));
+    EXPECT_EQ(NativePath(u"\\\\?\\q:"_utf16).value, directory.Native());
     ASSERT_EQ(MapVolume('B', u"C:\\"_utf16), kError_None);
     EXPECT_EQ(NativePath(u"B:\\x"_utf16).value, "/x");
     std::string letters;
