@@ -6,6 +6,7 @@
 #include <unicode/ustring.h>
 
 #include <random>
+#include <string>
 #include <vector>
 
 // Every figure is bytes of the UTF-16 side a second, so that two rows of one text compare.
@@ -21,6 +22,7 @@ using brindle::utility::UTF8to16;
 constexpr std::size_t kLongText = 70000; // units, 140 KB
 
 enum Kind { kASCII, kLatin, kCJK, kMixed };
+constexpr char const* kKindNames[] = {"ASCII", "Latin", "CJK", "mixed"};
 
 std::uint16_t const* Words(Kind inKind) {
     switch (inKind) {
@@ -125,6 +127,8 @@ void Run(benchmark::State& ioState, Texts const& inTexts, Convert const& inConve
         for (auto const& text : inTexts)
             inConvert(text);
     }
+    ioState.SetLabel(std::string(kKindNames[ioState.range(0)]) +
+                     (ioState.range(1) == 0 ? ", 140 KB" : ", 1 to 15 units"));
     ioState.SetBytesProcessed(ioState.iterations() * units * 2);
 }
 

@@ -255,6 +255,21 @@ TEST(UnicodeKernels, AgreeOnSurrogatesAndNulsAtEveryPlace) {
     }
 }
 
+TEST(UnicodeKernels, DoNotPairSurrogatesThatStandApart) {
+    for (std::uint16_t const filler : UTF16String{0x61, 0xE9, 0x4E2D}) {
+        for (std::size_t at = 60; at < 68; ++at) {
+            for (std::size_t gap = 1; gap <= 132; ++gap) {
+                UTF16String text(280, filler);
+                text[at] = 0xD83D;
+                text[at + gap] = 0xDE00;
+                ExpectKernelsEncode(text);
+                if (HasFatalFailure())
+                    return;
+            }
+        }
+    }
+}
+
 TEST(UnicodeKernels, StopAtTheSamePlaceWhereverTheErrorIs) {
     // Every pair of bytes, and every second byte of three and four, around the ends of blocks.
     std::vector<UTF8String> sequences;
