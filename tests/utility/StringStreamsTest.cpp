@@ -148,7 +148,7 @@ protected:
 };
 
 using Kinds = testing::Types<Wide, Narrow>;
-TYPED_TEST_SUITE(StringStreams, Kinds);
+TYPED_TEST_SUITE(StringStreams, Kinds, );
 
 } // namespace
 
