@@ -90,18 +90,16 @@ TEST(OCRCByteStream, HandsEveryCallOn) {
                          "6789"s);
 }
 
-std::string Encoded(std::string const& inData, std::uint32_t inBlock = 0) {
+std::string Encoded(std::string const& inData, std::size_t inBlock = 1) {
     std::string packed;
     OStringByteStream sink(packed);
     ORLEByteStream stream(sink);
-    auto const size = static_cast<std::uint32_t>(inData.size());
-    for (std::uint32_t i = 0; i < size;) {
-        auto const count = std::min(inBlock, size - i);
-        if (count < 2) {
-            stream.Put(Bytes(inData)[i++]);
+    for (std::size_t i = 0; i < inData.size(); i += inBlock) {
+        auto const block = inData.substr(i, inBlock);
+        if (inBlock == 1) {
+            stream.Put(*Bytes(block));
         } else {
-            stream.WriteBlock(Bytes(inData) + i, count);
-            i += count;
+            stream.WriteBlock(Bytes(block), static_cast<std::uint32_t>(block.size()));
         }
     }
     stream.Flush();
@@ -194,7 +192,7 @@ TEST(RunLength, DecodesWhatItEncodedInAnyBlocks) {
         auto const data = Structured(random);
         auto const packed = Encoded(data);
         ASSERT_EQ(packed, EncodedByRuns(data));
-        for (std::uint32_t const block : {2u, 9u, 131u, 100000u}) {
+        for (std::size_t const block : {2, 9, 33, 100000}) {
             ASSERT_EQ(Encoded(data, block), packed) << block;
         }
         ASSERT_EQ(Decoded(packed), data);
