@@ -192,7 +192,7 @@ TEST(RunLength, DecodesWhatItEncodedInAnyBlocks) {
         auto const data = Structured(random);
         auto const packed = Encoded(data);
         ASSERT_EQ(packed, EncodedByRuns(data));
-        for (std::size_t const block : {2, 9, 33, 100000}) {
+        for (unsigned const block : {2u, 9u, 33u, 100000u}) {
             ASSERT_EQ(Encoded(data, block), packed) << block;
         }
         ASSERT_EQ(Decoded(packed), data);
