@@ -21,7 +21,8 @@ public:
 
     std::uint8_t Get() override;
 
-    /// As so many calls of `Get`, but takes literal bytes from the source in blocks.
+    /// As so many calls of `Get`, but takes literal bytes from the source in blocks; one that the
+    /// source fails to deliver counts as read.
     void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
 
     /// There are no positions in a decoded stream: both throw `byte_stream_exception`.

@@ -23,9 +23,9 @@ class BRN_API RecursiveFileIterator {
 public:
     /// The end of any walk.
     RecursiveFileIterator() = default;
-    /// Begins a walk; `inStart` itself may be reached through a link. What is thrown on the way, such
-    /// as for lack of memory, leaves the walk at its end. `inUnreadable`, unless it is empty, is
-    /// called by the walk and its copies with each directory that cannot be read.
+    /// Begins a walk; `inStart` itself may be reached through a link. What is thrown on the way,
+    /// such as for lack of memory, leaves the walk at its end. `inUnreadable`, unless it is empty,
+    /// is called by the walk and its copies with each directory that cannot be read.
     RecursiveFileIterator(Dir const& inStart, bool inResolveAliases,
                           boost::function<void(Dir const&)> inUnreadable = {});
 

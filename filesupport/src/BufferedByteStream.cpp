@@ -101,7 +101,7 @@ void IBufferedByteStream::FillBuffer(std::uint64_t inPosition, std::uint32_t inC
     // From here until the source has delivered, the buffer counts as empty: bytes have moved in it.
     auto const oldStart = mBufferedStart;
     auto const oldEnd = mBufferedStart + mBufferedLength;
-    mBufferedStart = mBufferedLength = 0;
+    mBufferedLength = 0;
     MoveTo(position);
 
     // The buffer is full, or ends where the data ends. So a range that begins in the old one does

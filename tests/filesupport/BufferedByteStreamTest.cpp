@@ -11,183 +11,145 @@
 namespace brindle::filesupport {
 namespace {
 
-std::string SomeBytes(std::size_t inSize) {
-    std::string bytes(inSize, 0);
-    std::mt19937 random(7);
-    std::generate(bytes.begin(), bytes.end(), [&random] { return static_cast<char>(random()); });
-    return bytes;
-}
-
-std::uint8_t const* Bytes(std::string const& inText) {
-    return reinterpret_cast<std::uint8_t const*>(inText.data());
-}
-
-/// Which part of the source must be read for the next request: ranges alone, without a buffer.
-class RefillModel {
-public:
-    RefillModel(std::uint64_t inLength, std::uint64_t inBufferSize, std::uint64_t inBlockSize)
-        : mLength(inLength), mBufferSize(inBufferSize), mBlockSize(inBlockSize) {}
-
-    void Request(std::uint64_t inPosition, std::uint64_t inCount) {
-        if (mStart <= inPosition && inPosition + inCount <= mEnd) {
-            return;
-        }
-        auto start = inPosition / mBlockSize * mBlockSize;
-        if (start > mBlockSize && start - mBlockSize + mBufferSize > inPosition + inCount) {
-            start -= mBlockSize;
-        }
-        auto const end = std::min(mLength, start + mBufferSize);
-        auto from = start;
-        auto to = end;
-        if (mStart <= start && start < mEnd) {
-            from = mEnd;
-        } else if (start < mStart && mStart <= end) {
-            to = mStart;
-        }
-        reads.emplace_back(from, to - from);
-        mStart = start;
-        mEnd = end;
+class BufferedByteStreams : public testing::Test {
+protected:
+    std::uint32_t Below(std::uint64_t inLimit) {
+        return static_cast<std::uint32_t>(random() % inLimit);
+    }
+    std::string SomeBytes(std::size_t inSize) {
+        std::string bytes(inSize, 0);
+        std::generate(bytes.begin(), bytes.end(), [this] { return static_cast<char>(random()); });
+        return bytes;
     }
 
-    std::vector<Transfer> reads;
-
-private:
-    std::uint64_t mLength, mBufferSize, mBlockSize, mStart = 0, mEnd = 0;
+    std::mt19937 random{7};
+    RecordingSource source;
+    RecordingSink sink;
+    std::uint8_t block[300] = {};
 };
 
-class IBufferedAtSizes : public testing::TestWithParam<std::pair<std::uint32_t, std::uint32_t>> {};
+/// Which part of the source must be read for the next request: ranges alone, without a buffer.
+struct RefillModel {
+    void Request(std::uint64_t inPosition, std::uint64_t inCount) {
+        if (bufferedStart <= inPosition && inPosition + inCount <= bufferedEnd) {
+            return;
+        }
+        auto start = inPosition / blockSize * blockSize;
+        if (start > blockSize && start - blockSize + bufferSize > inPosition + inCount) {
+            start -= blockSize;
+        }
+        auto const end = std::min(length, start + bufferSize);
+        auto const from = bufferedStart <= start && start < bufferedEnd ? bufferedEnd : start;
+        auto const to = start < bufferedStart && bufferedStart <= end ? bufferedStart : end;
+        reads.emplace_back(from, to - from);
+        bufferedStart = start;
+        bufferedEnd = end;
+    }
 
-TEST_P(IBufferedAtSizes, ReadsLikeMemoryAndAsksTheSourceForWhatItLacks) {
-    auto const [bufferSize, blockSize] = GetParam();
-    std::mt19937 random(bufferSize);
-    for (std::size_t const length : {0u, 1u, 63u, 64u, 1000u}) {
-        RecordingSource source(SomeBytes(length));
-        IBufferedByteStream stream(source, bufferSize, blockSize);
-        RefillModel model(length, bufferSize, blockSize);
-        std::uint64_t position = 0;
-        std::uint8_t block[300];
-        for (int i = 0; i < 3000; ++i) {
-            auto const left = length - position;
-            switch (random() % 4) {
-            case 0:
-                // Mostly near, in both directions.
-                position =
-                    random() % 3 == 0
-                        ? random() % (length + 1)
-                        : std::min<std::uint64_t>(
-                              length, position - std::min<std::uint64_t>(position, random() % 40) +
-                                          random() % 40);
-                stream.CurPos(position);
-                break;
-            case 1: {
-                auto const count =
-                    static_cast<std::uint32_t>(std::min<std::uint64_t>(left, random() % 200));
-                if (count == 0) {
+    std::uint64_t length, bufferSize, blockSize;
+    std::uint64_t bufferedStart = 0, bufferedEnd = 0;
+    std::vector<Transfer> reads = {};
+};
+
+TEST_F(BufferedByteStreams, ReadLikeMemoryAndAskTheSourceForWhatIsMissing) {
+    std::pair<std::uint32_t, std::uint32_t> const sizes[] = {
+        {2, 1}, {16, 8}, {64, 8}, {100, 7}, {256, 128}};
+    for (auto const& [bufferSize, blockSize] : sizes) {
+        for (std::uint64_t const length : {0u, 1u, 63u, 64u, 1000u}) {
+            source.data = SomeBytes(length);
+            source.transfers.clear();
+            IBufferedByteStream stream(source, bufferSize, blockSize);
+            RefillModel model{length, bufferSize, blockSize};
+            std::uint64_t position = 0;
+            for (int i = 0; i < 1500; ++i) {
+                auto const count = std::min<std::uint32_t>(
+                    Below(200), static_cast<std::uint32_t>(length - position));
+                switch (auto const action = Below(6)) {
+                case 0: // anywhere
+                    position = Below(length + 1);
+                    stream.CurPos(position);
                     break;
+                case 1: // a little back or forward
+                    position -= std::min<std::uint64_t>(position, Below(40));
+                    position = std::min<std::uint64_t>(position + Below(40), length);
+                    stream.CurPos(position);
+                    break;
+                default:
+                    if (position == length) {
+                        ASSERT_THROW(stream.Get(), eof_error);
+                    } else if (action == 2 && count != 0) {
+                        if (count <= bufferSize - blockSize) {
+                            model.Request(position, count);
+                        } else {
+                            model.reads.emplace_back(position, count);
+                        }
+                        stream.ReadBlock(block, count);
+                        ASSERT_TRUE(
+                            std::equal(block, block + count, Bytes(source.data) + position));
+                        position += count;
+                    } else {
+                        model.Request(position, 1);
+                        ASSERT_EQ(stream.Get(), Bytes(source.data)[position++]);
+                    }
                 }
-                if (count <= bufferSize - blockSize) {
-                    model.Request(position, count);
-                } else {
-                    model.reads.emplace_back(position, count);
-                }
-                stream.ReadBlock(block, count);
-                ASSERT_TRUE(std::equal(block, block + count, Bytes(source.data) + position));
-                position += count;
-                break;
-            }
-            default:
-                if (left == 0) {
-                    ASSERT_THROW(stream.Get(), eof_error);
-                } else {
-                    model.Request(position, 1);
-                    ASSERT_EQ(stream.Get(), Bytes(source.data)[position]);
-                    ++position;
-                }
-            }
-            ASSERT_EQ(stream.CurPos(), position);
-            ASSERT_EQ(source.reads, model.reads);
-        }
-        EXPECT_EQ(stream.Length(), length);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(, IBufferedAtSizes,
-                         testing::Values(std::pair(2u, 1u), std::pair(16u, 8u), std::pair(64u, 8u),
-                                         std::pair(100u, 7u), std::pair(256u, 128u)));
-
-TEST(IBufferedByteStream, SurvivesAFailingSource) {
-    for (int every = 2; every < 8; ++every) {
-        RecordingSource source(SomeBytes(500));
-        IBufferedByteStream stream(source, 32, 8);
-        source.failsEvery = every;
-        std::mt19937 random(7);
-        int failures = 0;
-        for (int i = 0; i < 5000; ++i) {
-            auto const position = random() % 480;
-            stream.CurPos(position);
-            std::uint8_t block[20];
-            try {
-                stream.ReadBlock(block, sizeof block);
-                ASSERT_TRUE(std::equal(block, block + 20, Bytes(source.data) + position));
-            } catch (io_error const&) {
-                ++failures;
                 ASSERT_EQ(stream.CurPos(), position);
+                ASSERT_EQ(source.transfers, model.reads);
             }
         }
-        EXPECT_GT(failures, 100);
     }
 }
 
-TEST(IBufferedByteStream, RefusesWhatLiesPastTheEnd) {
+TEST_F(BufferedByteStreams, ReadRightAfterFailuresOfTheSourceAtAnySizes) {
+    source.data = SomeBytes(500);
+    std::pair<std::uint32_t, std::uint32_t> const sizes[] = {{0, 0}, {1, 1},  {7, 0},
+                                                             {7, 7}, {32, 8}, {16, 0xFFFFFFFF}};
+    for (auto const& [bufferSize, blockSize] : sizes) {
+        for (source.failsEvery = 2; source.failsEvery < 8; ++source.failsEvery) {
+            IBufferedByteStream stream(source, bufferSize, blockSize);
+            for (int i = 0; i < 500; ++i) {
+                auto const position = Below(480);
+                auto const count = 1 + Below(20);
+                stream.CurPos(position);
+                try {
+                    stream.ReadBlock(block, count);
+                    ASSERT_TRUE(std::equal(block, block + count, Bytes(source.data) + position));
+                } catch (io_error const&) {
+                    ASSERT_EQ(stream.CurPos(), position);
+                }
+            }
+        }
+    }
+}
+
+TEST_F(BufferedByteStreams, RefuseWhatLiesPastTheEnd) {
     constexpr auto kFar = std::numeric_limits<std::uint64_t>::max();
-    RecordingSource source("abcdefghij");
+    source.data = "abcdefghij";
     IBufferedByteStream stream(source, 8, 4);
     stream.CurPos(10);
-    EXPECT_THROW(stream.Get(), eof_error);
     EXPECT_THROW(stream.CurPos(11), eof_error);
     EXPECT_THROW(stream.CurPos(kFar), eof_error);
     EXPECT_EQ(stream.CurPos(), 10u);
-
-    std::uint8_t block[20] = {};
     stream.CurPos(8);
     EXPECT_THROW(stream.ReadBlock(block, 4), eof_error);
     EXPECT_EQ(block[1], 'j');
     EXPECT_EQ(stream.CurPos(), 10u);
-    stream.CurPos(1);
-    EXPECT_THROW(stream.ReadBlock(block, 20), eof_error);
-    EXPECT_EQ(stream.CurPos(), 1u);
 
-    EXPECT_THROW(stream.FillBuffer(kFar, 1), eof_error);
-    EXPECT_THROW(stream.FillBuffer(kFar, 0xFFFFFFFF), eof_error);
-    EXPECT_THROW(stream.FillBuffer(11, 0), eof_error);
-    EXPECT_THROW(stream.FillBuffer(5, 6), eof_error);
+    std::pair<std::uint64_t, std::uint32_t> const beyond[] = {
+        {kFar, 1}, {kFar, 0xFFFFFFFF}, {11, 0}, {5, 6}};
+    for (auto const& [position, count] : beyond) {
+        EXPECT_THROW(stream.FillBuffer(position, count), eof_error);
+    }
     stream.FillBuffer(0, 10);
     stream.FillBuffer(9, 1);
+    stream.CurPos(1);
     EXPECT_EQ(stream.Get(), 'b');
 
-    // The source has shrunk since.
     source.data = "abc";
-    stream.CurPos(0);
-    EXPECT_EQ(stream.Get(), 'a');
     stream.CurPos(9);
     EXPECT_THROW(stream.ReadBlock(block, 1), eof_error);
     EXPECT_EQ(stream.Length(), 3u);
 }
 
-TEST(IBufferedByteStream, BringsSizesIntoRange) {
-    std::pair<std::uint32_t, std::uint32_t> const sizes[] = {
-        {0, 0}, {1, 1}, {7, 0}, {7, 7}, {16, 0xFFFFFFFF}};
-    for (auto const& [bufferSize, blockSize] : sizes) {
-        RecordingSource source(SomeBytes(50));
-        IBufferedByteStream stream(source, bufferSize, blockSize);
-        for (std::size_t i = 0; i < 50; ++i) {
-            stream.CurPos(i * 7 % 50);
-            ASSERT_EQ(stream.Get(), Bytes(source.data)[i * 7 % 50]);
-        }
-    }
-}
-
-/// A client's idea of filling the buffer.
 class LazyInput : public IBufferedByteStream {
 public:
     using IBufferedByteStream::IBufferedByteStream;
@@ -200,14 +162,12 @@ public:
     void Flush() override {}
 };
 
-TEST(BufferedByteStreams, OverridesThatDoNothingCauseNoOverrun) {
-    RecordingSource source("abc");
+TEST_F(BufferedByteStreams, OverridesThatDoNothingCauseNoOverrun) {
+    source.data = "abc";
     LazyInput in(source, 2, 1);
-    std::uint8_t block[2];
     EXPECT_THROW(in.Get(), eof_error);
     EXPECT_THROW(in.ReadBlock(block, 1), eof_error);
 
-    RecordingSink sink;
     LazyOutput out(sink, 2, 1);
     out.Put('a');
     out.Put('b');
@@ -217,43 +177,42 @@ TEST(BufferedByteStreams, OverridesThatDoNothingCauseNoOverrun) {
     EXPECT_EQ(out.CurPos(), 2u);
 }
 
-TEST(OBufferedByteStream, RewritesWithinTheRangeAndSendsItAsOneBlock) {
-    RecordingSink sink;
-    OBufferedByteStream stream(sink, 16, 4);
-    stream.WriteBlock(Bytes("0123456789"), 10);
-    stream.CurPos(2);
-    stream.Put('x');
-    stream.Flush();
-    stream.Flush();
-    EXPECT_EQ(sink.data, "01x3456789");
-    EXPECT_EQ(sink.writes, (std::vector<Transfer>{{0, 10}}));
-    EXPECT_EQ(stream.CurPos(), 3u);
+TEST_F(BufferedByteStreams, RewriteWithinTheRangeAndSendItAsOneBlock) {
+    {
+        OBufferedByteStream stream(sink, 16, 4);
+        stream.WriteBlock(Bytes("0123456789"), 10);
+        stream.CurPos(2);
+        stream.Put('x');
+        stream.Flush();
+        stream.Flush();
+        EXPECT_EQ(sink.data, "01x3456789");
+        EXPECT_EQ(stream.CurPos(), 3u);
 
-    // Right behind the range goes on in it; further off begins a new one; a large block goes by.
-    sink.writes.clear();
-    stream.Put('a');
-    stream.CurPos(3);
-    stream.CurPos(4);
-    stream.Put('b');
-    stream.CurPos(6);
-    stream.Put('c');
-    stream.WriteBlock(Bytes("0123456789abcdefg"), 17);
-    stream.Put('d');
-    EXPECT_EQ(sink.writes, (std::vector<Transfer>{{3, 2}, {6, 1}, {7, 17}}));
-    EXPECT_EQ(stream.CurPos(), 25u);
+        // Right behind the range goes on in it; further off begins a new one; a large block goes
+        // by.
+        stream.Put('a');
+        stream.CurPos(3);
+        stream.CurPos(4);
+        stream.Put('b');
+        stream.CurPos(6);
+        stream.Put('c');
+        stream.WriteBlock(Bytes("0123456789abcdefg"), 17);
+        stream.Put('d');
+        EXPECT_EQ(stream.CurPos(), 25u);
+    }
+    EXPECT_EQ(sink.transfers, (std::vector<Transfer>{{0, 10}, {3, 2}, {6, 1}, {7, 17}, {24, 1}}));
 }
 
-TEST(OBufferedByteStream, WritesLikeMemoryWhateverFailsOnTheWay) {
+TEST_F(BufferedByteStreams, WriteLikeMemoryWhateverFailsOnTheWay) {
     auto const data = SomeBytes(100);
     for (std::uint32_t const bufferSize : {0u, 1u, 2u, 7u, 32u, 1000u}) {
         for (int const every : {0, 3, 4, 7}) {
-            RecordingSink sink;
-            sink.failsEvery = every;
+            sink.data.clear();
             std::string model;
-            std::uint64_t position = 0;
-            std::mt19937 random(bufferSize);
             {
                 OBufferedByteStream stream(sink, bufferSize, 4);
+                sink.failsEvery = every;
+                std::uint64_t position = 0;
                 auto const untilDone = [&](auto const& inOperation) {
                     for (int attempts = 0; attempts < 4; ++attempts) {
                         try {
@@ -265,20 +224,18 @@ TEST(OBufferedByteStream, WritesLikeMemoryWhateverFailsOnTheWay) {
                     FAIL();
                 };
                 for (int i = 0; i < 1000; ++i) {
-                    auto const count = static_cast<std::uint32_t>(random() % 50);
-                    switch (random() % 8) {
-                    case 0:
-                        untilDone([&] { stream.CurPos(count * 4); });
-                        position = count * 4;
+                    auto const action = Below(8);
+                    auto const count = action == 1 ? Below(50) : 1;
+                    if (action == 0) {
+                        auto const target = Below(200);
+                        untilDone([&] { stream.CurPos(target); });
+                        position = target;
                         continue;
-                    case 1:
+                    }
+                    if (action == 1) {
                         untilDone([&] { stream.WriteBlock(Bytes(data) + count, count); });
-                        break;
-                    default:
+                    } else {
                         untilDone([&] { stream.Put(Bytes(data)[count]); });
-                        model.resize(std::max<std::size_t>(model.size(), position + 1));
-                        model[position++] = data[count];
-                        continue;
                     }
                     if (count != 0) {
                         model.resize(std::max<std::size_t>(model.size(), position + count));
@@ -294,12 +251,6 @@ TEST(OBufferedByteStream, WritesLikeMemoryWhateverFailsOnTheWay) {
             EXPECT_EQ(sink.data, model);
         }
     }
-}
-
-TEST(OBufferedByteStream, DestructorFlushes) {
-    RecordingSink sink;
-    { OBufferedByteStream(sink, 8, 1).Put('x'); }
-    EXPECT_EQ(sink.data, "x");
 }
 
 } // namespace
