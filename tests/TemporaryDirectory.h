@@ -16,8 +16,9 @@ class TemporaryDirectory {
 public:
     TemporaryDirectory() {
         mNative = (std::filesystem::temp_directory_path() / "brindle-test-XXXXXX").string();
-        if (::mkdtemp(mNative.data()) == nullptr)
+        if (::mkdtemp(mNative.data()) == nullptr) {
             throw std::runtime_error("no temporary directory");
+        }
         mPath = platform::PathFromNative(mNative);
     }
     TemporaryDirectory(TemporaryDirectory const&) = delete;

@@ -29,8 +29,9 @@ protected:
 
     int_type overflow(int_type inUnit = Traits::eof()) override {
         Flush();
-        if (!Traits::eq_int_type(inUnit, Traits::eof()))
+        if (!Traits::eq_int_type(inUnit, Traits::eof())) {
             this->sputc(Traits::to_char_type(inUnit));
+        }
         return Traits::not_eof(inUnit);
     }
 
@@ -56,8 +57,9 @@ private:
     static constexpr std::size_t kUnits = 256;
 
     void Flush() {
-        if (this->pptr() == this->pbase())
+        if (this->pptr() == this->pbase()) {
             return;
+        }
         // The put area leaves the last unit free for this.
         *this->pptr() = Unit();
         Emit(mUnits);

@@ -31,21 +31,24 @@ Sequence Decode(unsigned char const* inBytes, std::size_t inLeft) noexcept {
         return static_cast<char32_t>(inBytes[inIndex] & 0x3F);
     };
     if (IsBetween(first, 0xC2, 0xDF)) {
-        if (inLeft >= 2 && IsContinuation(inBytes[1]))
+        if (inLeft >= 2 && IsContinuation(inBytes[1])) {
             return {static_cast<char32_t>(first & 0x1F) << 6 | bits(1), 2};
+        }
     } else if (IsBetween(first, 0xE0, 0xEF)) {
         unsigned char const low = first == 0xE0 ? 0xA0 : 0x80;
         unsigned char const high = first == 0xED ? 0x9F : 0xBF;
-        if (inLeft >= 3 && IsBetween(inBytes[1], low, high) && IsContinuation(inBytes[2]))
+        if (inLeft >= 3 && IsBetween(inBytes[1], low, high) && IsContinuation(inBytes[2])) {
             return {static_cast<char32_t>(first & 0x0F) << 12 | bits(1) << 6 | bits(2), 3};
+        }
     } else if (IsBetween(first, 0xF0, 0xF4)) {
         unsigned char const low = first == 0xF0 ? 0x90 : 0x80;
         unsigned char const high = first == 0xF4 ? 0x8F : 0xBF;
         if (inLeft >= 4 && IsBetween(inBytes[1], low, high) && IsContinuation(inBytes[2]) &&
-            IsContinuation(inBytes[3]))
+            IsContinuation(inBytes[3])) {
             return {static_cast<char32_t>(first & 0x07) << 18 | bits(1) << 12 | bits(2) << 6 |
                         bits(3),
                     4};
+        }
     }
     return {};
 }
@@ -98,15 +101,18 @@ void AppendText(UTF16String& ioText, char const* inBytes, std::size_t inCount, B
         std::uint64_t block = 0;
         while (static_cast<std::size_t>(end - in) >= kBlock) {
             std::memcpy(&block, in, kBlock);
-            if ((block & 0x8080808080808080U) != 0)
+            if ((block & 0x8080808080808080U) != 0) {
                 break;
-            for (std::size_t i = 0; i < kBlock; ++i)
+            }
+            for (std::size_t i = 0; i < kBlock; ++i) {
                 out[i] = isPath ? WidenInPath(in[i]) : in[i];
+            }
             in += kBlock;
             out += kBlock;
         }
-        if (in == end)
+        if (in == end) {
             break;
+        }
         if (*in < 0x80) {
             *out++ = isPath ? WidenInPath(*in) : *in;
             ++in;
@@ -138,17 +144,18 @@ void AppendBytes(std::string& ioBytes, std::uint16_t const* inUnits, std::size_t
 
     for (std::size_t i = 0; i < inCount; ++i) {
         auto const unit = inUnits[i];
-        if (isPath && (unit == '\\' || unit == kBackslashInName))
+        if (isPath && (unit == '\\' || unit == kBackslashInName)) {
             *out++ = unit == '\\' ? '/' : '\\';
-        else if (unit < 0x80)
+        } else if (unit < 0x80) {
             *out++ = static_cast<char>(unit);
-        else if (IsHighSurrogate(unit) && i + 1 < inCount && IsLowSurrogate(inUnits[i + 1]))
+        } else if (IsHighSurrogate(unit) && i + 1 < inCount && IsLowSurrogate(inUnits[i + 1])) {
             out = Encode(out, 0x10000 + (static_cast<char32_t>(unit - 0xD800) << 10) +
                                   (inUnits[++i] - 0xDC00U));
-        else if (kEscapedByte + 0x80 <= unit && unit <= kEscapedByte + 0xFF)
+        } else if (kEscapedByte + 0x80 <= unit && unit <= kEscapedByte + 0xFF) {
             *out++ = static_cast<char>(unit - kEscapedByte);
-        else
+        } else {
             out = Encode(out, unit);
+        }
     }
     ioBytes.resize(static_cast<std::size_t>(out - ioBytes.data()));
 }

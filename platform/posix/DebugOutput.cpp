@@ -27,8 +27,9 @@ public:
     BrokenPipeGuard& operator=(BrokenPipeGuard const&) = delete;
     ~BrokenPipeGuard() {
         timespec const atOnce{};
-        if (!mWasPending)
+        if (!mWasPending) {
             Uninterrupted([&] { return ::sigtimedwait(&mBrokenPipe, nullptr, &atOnce); });
+        }
         ::pthread_sigmask(SIG_SETMASK, &mOldMask, nullptr);
     }
 
@@ -46,8 +47,9 @@ void WriteDebugOutput(char const* inText) noexcept {
     auto left = std::strlen(inText);
     while (left > 0) {
         auto const count = Uninterrupted([&] { return ::write(STDERR_FILENO, inText, left); });
-        if (count <= 0)
+        if (count <= 0) {
             return;
+        }
         inText += count;
         left -= static_cast<std::size_t>(count);
     }

@@ -16,10 +16,12 @@ constexpr bool IsBlank(char inCharacter) {
 }
 
 std::string_view Trimmed(std::string_view inText) {
-    while (!inText.empty() && IsBlank(inText.front()))
+    while (!inText.empty() && IsBlank(inText.front())) {
         inText.remove_prefix(1);
-    while (!inText.empty() && IsBlank(inText.back()))
+    }
+    while (!inText.empty() && IsBlank(inText.back())) {
         inText.remove_suffix(1);
+    }
     return inText;
 }
 
@@ -112,8 +114,9 @@ Result<std::string> PercentDecoded(std::string_view inText) {
         }
         auto const high = i + 2 < inText.size() ? HexDigit(inText[i + 1]) : -1;
         auto const low = i + 2 < inText.size() ? HexDigit(inText[i + 2]) : -1;
-        if (high < 0 || low < 0)
+        if (high < 0 || low < 0) {
             return {{}, kError_InvalidData};
+        }
         text += static_cast<char>(high * 16 + low);
         i += 2;
     }
@@ -147,8 +150,9 @@ Result<std::string> PathOfUrl(std::string_view inUrl) {
             rest.remove_prefix(2);
             auto const slash = std::min(rest.find('/'), rest.size());
             auto const host = rest.substr(0, slash);
-            if (!host.empty() && !EqualsIgnoringCase(host, kThisMachine))
+            if (!host.empty() && !EqualsIgnoringCase(host, kThisMachine)) {
                 return invalid;
+            }
             rest.remove_prefix(slash);
         }
         path = PercentDecoded(rest);
@@ -164,8 +168,9 @@ Result<std::string> PathOfUrl(std::string_view inUrl) {
 
 Result<DesktopLink> ParseDesktopLink(std::string_view inBytes) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (inBytes.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+    if (inBytes.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         inBytes.remove_prefix(kByteOrderMark.size());
+    }
 
     DesktopLink link;
     std::string url;
@@ -175,31 +180,36 @@ Result<DesktopLink> ParseDesktopLink(std::string_view inBytes) {
         auto const lineEnd = std::min(inBytes.find('\n'), inBytes.size());
         auto const line = Trimmed(inBytes.substr(0, lineEnd));
         inBytes.remove_prefix(std::min(lineEnd + 1, inBytes.size()));
-        if (line.empty() || line.front() == '#')
+        if (line.empty() || line.front() == '#') {
             continue;
+        }
         if (line.front() == '[') {
             isInGroup = line == kGroup;
             continue;
         }
         auto const equals = line.find('=');
-        if (!isInGroup || equals == std::string_view::npos)
+        if (!isInGroup || equals == std::string_view::npos) {
             continue;
+        }
         auto const key = Trimmed(line.substr(0, equals));
         auto const value = Trimmed(line.substr(equals + 1));
-        if (key == "Type")
+        if (key == "Type") {
             type = value;
-        else if (key == "URL")
+        } else if (key == "URL") {
             url = Unescaped(value);
-        else if (key == "Name")
+        } else if (key == "Name") {
             link.name = Unescaped(value);
-        else if (key == "Comment")
+        } else if (key == "Comment") {
             link.comment = Unescaped(value);
+        }
     }
-    if (type != "Link")
+    if (type != "Link") {
         return {{}, kError_InvalidData};
+    }
     auto path = PathOfUrl(url);
-    if (!path)
+    if (!path) {
         return {{}, path.error};
+    }
     link.path = std::move(path.value);
     return {std::move(link), kError_None};
 }
@@ -207,8 +217,9 @@ Result<DesktopLink> ParseDesktopLink(std::string_view inBytes) {
 std::string FormatDesktopLink(DesktopLink const& inLink) {
     std::string text(kGroup);
     text += "\nType=Link\nName=" + Escaped(inLink.name);
-    if (!inLink.comment.empty())
+    if (!inLink.comment.empty()) {
         text += "\nComment=" + Escaped(inLink.comment);
+    }
     text += "\nURL=file://" + PercentEncoded(inLink.path) + '\n';
     return text;
 }

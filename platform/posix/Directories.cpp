@@ -20,8 +20,9 @@ ErrorCode DirectoryErrorOf(PathAt const& inPath, int inErrno) {
     struct stat status {};
     // It is either the last name that is no directory, or one on the way.
     if (inErrno == ENOTDIR &&
-        ::fstatat(inPath.Directory(), inPath.Tail(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+        ::fstatat(inPath.Directory(), inPath.Tail(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
         return kError_NotADirectory;
+    }
     return inPath.ErrorOf(inErrno);
 }
 
@@ -40,8 +41,9 @@ void TakeKind(DirectoryEntry& ioEntry, mode_t inMode) noexcept {
 DirectoryScan::DirectoryScan(UTF16String const& inPath) {
     PathAt const path(inPath);
     mError = path.Error();
-    if (mError != kError_None)
+    if (mError != kError_None) {
         return;
+    }
     FileDescriptor directory(Uninterrupted([&] {
         return ::openat(path.Directory(), path.Tail(),
                         O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC);
@@ -51,20 +53,23 @@ DirectoryScan::DirectoryScan(UTF16String const& inPath) {
         return;
     }
     mStream = ::fdopendir(directory.Get());
-    if (mStream == nullptr)
+    if (mStream == nullptr) {
         mError = ErrorFromErrno(errno);
-    else
+    } else {
         directory.Release();
+    }
 }
 
 DirectoryScan::~DirectoryScan() {
-    if (mStream != nullptr)
+    if (mStream != nullptr) {
         ::closedir(static_cast<DIR*>(mStream));
+    }
 }
 
 bool DirectoryScan::Next(DirectoryEntry& outEntry) {
-    if (mStream == nullptr)
+    if (mStream == nullptr) {
         return false;
+    }
     auto* const stream = static_cast<DIR*>(mStream);
     dirent const* entry = nullptr;
     do {
@@ -79,12 +84,13 @@ bool DirectoryScan::Next(DirectoryEntry& outEntry) {
     NameFromNative(entry->d_name, std::strlen(entry->d_name), outEntry.name);
     outEntry.isHidden = entry->d_name[0] == '.';
     struct stat status {};
-    if (entry->d_type != DT_UNKNOWN)
+    if (entry->d_type != DT_UNKNOWN) {
         TakeKind(outEntry, static_cast<mode_t>(DTTOIF(entry->d_type)));
-    else if (::fstatat(::dirfd(stream), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+    } else if (::fstatat(::dirfd(stream), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
         TakeKind(outEntry, status.st_mode);
-    else
+    } else {
         TakeKind(outEntry, S_IFREG);
+    }
     if (outEntry.isLink && ::fstatat(::dirfd(stream), entry->d_name, &status, 0) == 0) {
         TakeKind(outEntry, status.st_mode);
         outEntry.isLink = true;
@@ -95,25 +101,31 @@ bool DirectoryScan::Next(DirectoryEntry& outEntry) {
 ErrorCode CreateDirectory(UTF16String const& inPath) {
     constexpr mode_t kAnybody = 0777;
     PathAt const path(inPath);
-    if (path.Error() != kError_None)
+    if (path.Error() != kError_None) {
         return path.Error();
-    if (::mkdirat(path.Directory(), path.Tail(), kAnybody) == 0)
+    }
+    if (::mkdirat(path.Directory(), path.Tail(), kAnybody) == 0) {
         return kError_None;
+    }
     return errno == ENOENT ? kError_PathNotFound : ErrorFromErrno(errno);
 }
 
 ErrorCode RemoveDirectory(UTF16String const& inPath) {
     PathAt path(inPath);
-    if (path.Error() != kError_None)
+    if (path.Error() != kError_None) {
         return path.Error();
+    }
     path.DropTrailingSeparators();
-    if (::unlinkat(path.Directory(), path.Tail(), AT_REMOVEDIR) == 0)
+    if (::unlinkat(path.Directory(), path.Tail(), AT_REMOVEDIR) == 0) {
         return kError_None;
+    }
     auto const failure = errno;
-    if (failure == EEXIST)
+    if (failure == EEXIST) {
         return kError_DirectoryNotEmpty;
-    if (failure != ENOTDIR)
+    }
+    if (failure != ENOTDIR) {
         return path.ErrorOf(failure);
+    }
 
     struct stat itself {};
     struct stat target {};
@@ -121,8 +133,9 @@ ErrorCode RemoveDirectory(UTF16String const& inPath) {
         ::fstatat(path.Directory(), path.Tail(), &itself, AT_SYMLINK_NOFOLLOW) == 0 &&
         S_ISLNK(itself.st_mode) && ::fstatat(path.Directory(), path.Tail(), &target, 0) == 0 &&
         S_ISDIR(target.st_mode);
-    if (!isLinkToDirectory)
+    if (!isLinkToDirectory) {
         return DirectoryErrorOf(path, failure);
+    }
     return ::unlinkat(path.Directory(), path.Tail(), 0) == 0 ? kError_None : path.ErrorOf(errno);
 }
 

@@ -27,21 +27,25 @@ Result<Place> FollowLinks(UTF16String const& inPath) {
     constexpr int kMostLinks = 40;
 
     PathAt const first(inPath);
-    if (first.Error() != kError_None)
+    if (first.Error() != kError_None) {
         return {{}, first.Error()};
+    }
     int base = first.Directory();
     std::string native = first.Tail();
-    if (native.empty())
+    if (native.empty()) {
         return {{}, kError_PathNotFound};
+    }
 
     Place place;
     for (int links = 0; links <= kMostLinks; ++links) {
         PathAt const path(base, std::move(native));
-        if (path.Error() != kError_None)
+        if (path.Error() != kError_None) {
             return {{}, path.Error()};
+        }
         place.name = path.TailName();
-        if (place.name.empty() || place.name == "." || place.name == "..")
+        if (place.name.empty() || place.name == "." || place.name == "..") {
             return {{}, kError_AccessDenied};
+        }
         auto const directoryPath = path.TailDirectory();
         // Not every directory that may be written may also be listed, so opened for reading.
         for (int const access : {O_RDONLY, O_PATH}) {
@@ -49,17 +53,20 @@ Result<Place> FollowLinks(UTF16String const& inPath) {
                 return ::openat(path.Directory(), directoryPath.c_str(),
                                 access | O_DIRECTORY | O_CLOEXEC);
             }));
-            if (place.directory.IsOpen() || errno != EACCES)
+            if (place.directory.IsOpen() || errno != EACCES) {
                 break;
+            }
         }
-        if (!place.directory.IsOpen())
+        if (!place.directory.IsOpen()) {
             return {{}, errno == ENOENT ? kError_PathNotFound : ErrorFromErrno(errno)};
+        }
 
         std::array<char, PATH_MAX> link{};
         auto const length =
             ::readlinkat(place.directory.Get(), place.name.c_str(), link.data(), link.size());
-        if (length < 0)
+        if (length < 0) {
             return {std::move(place), kError_None};
+        }
         native.assign(link.data(), static_cast<std::size_t>(length));
         base = place.directory.Get();
     }
@@ -73,8 +80,9 @@ public:
     NewFile(NewFile const&) = delete;
     NewFile& operator=(NewFile const&) = delete;
     ~NewFile() {
-        if (mFile.IsOpen() && !mHasTakenPlace)
+        if (mFile.IsOpen() && !mHasTakenPlace) {
             ::unlinkat(mPlace.directory.Get(), mName.c_str(), 0);
+        }
     }
 
     ErrorCode Create(mode_t inMode) {
@@ -91,8 +99,9 @@ public:
     /// Takes over the permissions of the old file and, where the process may, its owner.
     ErrorCode TakePermissions(struct stat const& inOld) {
         struct stat mine {};
-        if (::fstat(mFile.Get(), &mine) != 0)
+        if (::fstat(mFile.Get(), &mine) != 0) {
             return ErrorFromErrno(errno);
+        }
         mode_t mode = inOld.st_mode & 07777U;
         bool const hasOtherOwner = mine.st_uid != inOld.st_uid || mine.st_gid != inOld.st_gid;
         if (hasOtherOwner && ::fchown(mFile.Get(), inOld.st_uid, inOld.st_gid) != 0) {
@@ -107,20 +116,23 @@ public:
     ErrorCode Fill(void const* inBytes, std::size_t inCount) {
         std::size_t written = 0;
         auto const error = WriteFully(mFile.Get(), inBytes, inCount, 0, written);
-        if (error != kError_None)
+        if (error != kError_None) {
             return error;
+        }
         return Uninterrupted([&] { return ::fsync(mFile.Get()); }) == 0 ? kError_None
                                                                         : ErrorFromErrno(errno);
     }
 
     ErrorCode TakePlace() {
         int const directory = mPlace.directory.Get();
-        if (::renameat(directory, mName.c_str(), directory, mPlace.name.c_str()) != 0)
+        if (::renameat(directory, mName.c_str(), directory, mPlace.name.c_str()) != 0) {
             return ErrorFromErrno(errno);
+        }
         mHasTakenPlace = true;
         // A directory that cannot be synced, or not by us, keeps its own time for it.
-        if (Uninterrupted([&] { return ::fsync(directory); }) != 0 && errno == EIO)
+        if (Uninterrupted([&] { return ::fsync(directory); }) != 0 && errno == EIO) {
             return kError_IODevice;
+        }
         return kError_None;
     }
 
@@ -129,8 +141,9 @@ private:
         unsigned long long number = 0;
         // The exclusive creation is what makes the name unique; the number only makes it so at
         // once.
-        if (::getrandom(&number, sizeof number, 0) < 0)
+        if (::getrandom(&number, sizeof number, 0) < 0) {
             number = static_cast<unsigned long long>(::getpid());
+        }
         std::array<char, 32> name{};
         std::snprintf(name.data(), name.size(), ".brindle-%016llx", number);
         return name.data();
@@ -149,14 +162,16 @@ ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::si
     constexpr mode_t kOwnerOnly = 0600;
 
     auto const place = FollowLinks(inPath);
-    if (!place)
+    if (!place) {
         return place.error;
+    }
     PathAt const path(place.value.directory.Get(), place.value.name);
     // Opening the old file for writing asks whether we may, and its lock stays until it is
     // replaced.
     auto const old = OpenLocked(path, O_WRONLY | O_NOFOLLOW, Lock::kExclusive);
-    if (!old && old.error != kError_FileNotFound)
+    if (!old && old.error != kError_FileNotFound) {
         return old.error;
+    }
 
     NewFile file(place.value);
     auto error = file.Create(old ? kOwnerOnly : kAnybody);
@@ -165,26 +180,31 @@ ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::si
         error = ::fstat(old.value.Get(), &oldStatus) == 0 ? file.TakePermissions(oldStatus)
                                                           : ErrorFromErrno(errno);
     }
-    if (error == kError_None)
+    if (error == kError_None) {
         error = file.Fill(inBytes, inCount);
-    if (error == kError_None)
+    }
+    if (error == kError_None) {
         error = file.TakePlace();
+    }
     return error;
 }
 
 ErrorCode AppendContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount) {
     auto const place = FollowLinks(inPath);
-    if (!place)
+    if (!place) {
         return place.error;
+    }
     PathAt const path(place.value.directory.Get(), place.value.name);
     struct stat status {};
     bool const isNew = ::fstatat(path.Directory(), path.Tail(), &status, AT_SYMLINK_NOFOLLOW) != 0;
     auto const file =
         OpenLocked(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW, Lock::kExclusive);
-    if (!file)
+    if (!file) {
         return file.error;
-    if (::fstat(file.value.Get(), &status) != 0)
+    }
+    if (::fstat(file.value.Get(), &status) != 0) {
         return ErrorFromErrno(errno);
+    }
 
     std::size_t written = 0;
     auto const error = WriteFully(file.value.Get(), inBytes, inCount,
@@ -193,8 +213,9 @@ ErrorCode AppendContent(UTF16String const& inPath, void const* inBytes, std::siz
         bool const isTakenBack =
             written == 0 ||
             Uninterrupted([&] { return ::ftruncate(file.value.Get(), status.st_size); }) == 0;
-        if (isTakenBack && isNew && status.st_size == 0)
+        if (isTakenBack && isNew && status.st_size == 0) {
             ::unlinkat(path.Directory(), path.Tail(), 0);
+        }
     }
     return error;
 }

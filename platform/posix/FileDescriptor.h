@@ -18,8 +18,9 @@ public:
         return *this;
     }
     ~FileDescriptor() {
-        if (mDescriptor >= 0)
+        if (mDescriptor >= 0) {
             ::close(mDescriptor);
+        }
     }
 
     int Get() const noexcept { return mDescriptor; }
@@ -34,8 +35,9 @@ private:
 template <typename Call>
 auto Uninterrupted(Call inCall) noexcept {
     auto result = inCall();
-    while (result == -1 && errno == EINTR)
+    while (result == -1 && errno == EINTR) {
         result = inCall();
+    }
     return result;
 }
 

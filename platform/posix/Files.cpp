@@ -42,10 +42,12 @@ std::uint64_t TicksOf(struct statx_timestamp const& inTime) noexcept {
     constexpr std::uint64_t kTicksPerSecond = 10000000;
     constexpr std::int64_t kMostSeconds = static_cast<std::int64_t>(
         std::numeric_limits<std::uint64_t>::max() / kTicksPerSecond - kSecondsFrom1601To1970 - 1);
-    if (inTime.tv_sec < -kSecondsFrom1601To1970)
+    if (inTime.tv_sec < -kSecondsFrom1601To1970) {
         return 0;
-    if (inTime.tv_sec > kMostSeconds)
+    }
+    if (inTime.tv_sec > kMostSeconds) {
         return std::numeric_limits<std::uint64_t>::max();
+    }
     return static_cast<std::uint64_t>(inTime.tv_sec + kSecondsFrom1601To1970) * kTicksPerSecond +
            inTime.tv_nsec / 100;
 }
@@ -54,12 +56,14 @@ std::uint64_t TicksOf(struct statx_timestamp const& inTime) noexcept {
 
 Result<FileInfo> Inspect(UTF16String const& inPath) {
     PathAt const path(inPath);
-    if (path.Error() != kError_None)
+    if (path.Error() != kError_None) {
         return {{}, path.Error()};
+    }
     struct statx status {};
     if (::statx(path.Directory(), path.Tail(), AT_STATX_SYNC_AS_STAT,
-                STATX_BASIC_STATS | STATX_BTIME, &status) != 0)
+                STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
         return {{}, path.ErrorOf(errno)};
+    }
 
     FileInfo info;
     info.kind = KindOf(status.stx_mode);
@@ -92,8 +96,9 @@ OpenFile& OpenFile::operator=(OpenFile&& inOther) noexcept {
 }
 
 OpenFile::~OpenFile() {
-    if (IsOpen())
+    if (IsOpen()) {
         ::close(static_cast<int>(mHandle));
+    }
 }
 
 Result<std::size_t> OpenFile::Read(void* outBytes, std::size_t inCount) {
@@ -106,10 +111,12 @@ Result<std::size_t> OpenFile::Read(void* outBytes, std::size_t inCount) {
             return ::pread(static_cast<int>(mHandle), bytes + total, wanted - total,
                            static_cast<off_t>(mPosition));
         });
-        if (count < 0)
+        if (count < 0) {
             return {0, ErrorFromErrno(errno)};
-        if (count == 0)
+        }
+        if (count == 0) {
             break;
+        }
         total += static_cast<std::size_t>(count);
         mPosition += static_cast<std::uint64_t>(count);
     }
@@ -124,57 +131,66 @@ ErrorCode OpenFile::Write(void const* inBytes, std::size_t inCount) {
 }
 
 ErrorCode OpenFile::SetPosition(std::uint64_t inPosition) {
-    if (inPosition > kMostPosition)
+    if (inPosition > kMostPosition) {
         return kError_InvalidParameter;
+    }
     mPosition = inPosition;
     return kError_None;
 }
 
 Result<std::uint64_t> OpenFile::Size() const {
     struct stat status {};
-    if (::fstat(static_cast<int>(mHandle), &status) != 0)
+    if (::fstat(static_cast<int>(mHandle), &status) != 0) {
         return {0, ErrorFromErrno(errno)};
+    }
     return {static_cast<std::uint64_t>(status.st_size), kError_None};
 }
 
 Result<OpenFile> OpenForReading(UTF16String const& inPath) {
     auto file = OpenLocked(PathAt(inPath), O_RDONLY, Lock::kShared);
-    if (!file)
+    if (!file) {
         return {{}, file.error};
+    }
     return {OpenFile(file.value.Release()), kError_None};
 }
 
 Result<OpenFile> OpenForWriting(UTF16String const& inPath) {
     auto file = OpenLocked(PathAt(inPath), O_WRONLY, Lock::kExclusive);
-    if (!file)
+    if (!file) {
         return {{}, file.error};
+    }
     return {OpenFile(file.value.Release()), kError_None};
 }
 
 ErrorCode CreateEmptyFile(UTF16String const& inPath) {
     // The file is cut only under the lock: nobody's open file loses its content.
     auto const file = OpenLocked(PathAt(inPath), O_WRONLY | O_CREAT, Lock::kExclusive);
-    if (!file)
+    if (!file) {
         return file.error;
-    if (Uninterrupted([&] { return ::ftruncate(file.value.Get(), 0); }) != 0)
+    }
+    if (Uninterrupted([&] { return ::ftruncate(file.value.Get(), 0); }) != 0) {
         return ErrorFromErrno(errno);
+    }
     return kError_None;
 }
 
 ErrorCode DeleteFile(UTF16String const& inPath) {
     PathAt const path(inPath);
-    if (path.Error() != kError_None)
+    if (path.Error() != kError_None) {
         return path.Error();
+    }
     return ::unlinkat(path.Directory(), path.Tail(), 0) == 0 ? kError_None : path.ErrorOf(errno);
 }
 
 ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo) {
     PathAt const from(inFrom);
     PathAt const to(inTo);
-    if (from.Error() != kError_None)
+    if (from.Error() != kError_None) {
         return from.Error();
-    if (to.Error() != kError_None)
+    }
+    if (to.Error() != kError_None) {
         return to.Error();
+    }
 
     struct stat status {};
     auto const exists = [&status](PathAt const& inWhich) {
@@ -185,12 +201,14 @@ ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo) {
     if (result != 0 && (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
         // The file system cannot refuse to replace, so a look must do; what comes to be between the
         // two calls is lost.
-        if (exists(to))
+        if (exists(to)) {
             return kError_AlreadyExists;
+        }
         result = ::renameat(from.Directory(), from.Tail(), to.Directory(), to.Tail());
     }
-    if (result == 0)
+    if (result == 0) {
         return kError_None;
+    }
     auto const failure = errno;
     return failure == ENOENT && exists(from) ? to.ErrorOf(failure) : from.ErrorOf(failure);
 }

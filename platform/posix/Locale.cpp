@@ -43,13 +43,15 @@ int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
     std::size_t right = 0;
     for (;;) {
         auto const order = ::wcscoll_l(lhs.c_str() + left, rhs.c_str() + right, locale);
-        if (order != 0)
+        if (order != 0) {
             return order;
+        }
         auto const leftEnd = lhs.find(L'\0', left);
         auto const rightEnd = rhs.find(L'\0', right);
-        if (leftEnd == std::wstring::npos || rightEnd == std::wstring::npos)
+        if (leftEnd == std::wstring::npos || rightEnd == std::wstring::npos) {
             return (leftEnd != std::wstring::npos ? 1 : 0) -
                    (rightEnd != std::wstring::npos ? 1 : 0);
+        }
         left = leftEnd + 1;
         right = rightEnd + 1;
     }

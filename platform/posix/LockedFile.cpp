@@ -14,8 +14,9 @@ namespace {
 /// 0, or the number of a refusal. A file system without locks grants every one.
 ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
     int const operation = (inLock == Lock::kShared ? LOCK_SH : LOCK_EX) | LOCK_NB;
-    if (Uninterrupted([&] { return ::flock(inDescriptor, operation); }) == 0)
+    if (Uninterrupted([&] { return ::flock(inDescriptor, operation); }) == 0) {
         return kError_None;
+    }
     return errno == EWOULDBLOCK ? kError_SharingViolation : kError_None;
 }
 
@@ -29,13 +30,15 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
     constexpr mode_t kAnybody = 0666;
     // A file system that never numbers a file twice alike cannot tell whether it was replaced.
     constexpr int kMostAttempts = 64;
-    if (inPath.Error() != kError_None)
+    if (inPath.Error() != kError_None) {
         return {{}, inPath.Error()};
+    }
     for (int attempt = 1;; ++attempt) {
         struct stat named {};
         if (::fstatat(inPath.Directory(), inPath.Tail(), &named, 0) == 0) {
-            if (!S_ISREG(named.st_mode))
+            if (!S_ISREG(named.st_mode)) {
                 return {{}, kError_AccessDenied};
+            }
         } else if (errno != ENOENT || (inFlags & O_CREAT) == 0) {
             return {{}, inPath.ErrorOf(errno)};
         }
@@ -45,21 +48,26 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
             return ::openat(inPath.Directory(), inPath.Tail(),
                             inFlags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kAnybody);
         }));
-        if (!file.IsOpen())
+        if (!file.IsOpen()) {
             return {{}, inPath.ErrorOf(errno)};
+        }
         struct stat opened {};
-        if (::fstat(file.Get(), &opened) != 0)
+        if (::fstat(file.Get(), &opened) != 0) {
             return {{}, ErrorFromErrno(errno)};
-        if (!S_ISREG(opened.st_mode))
+        }
+        if (!S_ISREG(opened.st_mode)) {
             return {{}, kError_AccessDenied};
-        if (auto const refusal = TakeLock(file.Get(), inLock); refusal != kError_None)
+        }
+        if (auto const refusal = TakeLock(file.Get(), inLock); refusal != kError_None) {
             return {{}, refusal};
+        }
 
         bool const isCurrent = inLock == Lock::kShared || attempt == kMostAttempts ||
                                (::fstatat(inPath.Directory(), inPath.Tail(), &named, 0) == 0 &&
                                 IsSameFile(named, opened));
-        if (isCurrent)
+        if (isCurrent) {
             return {std::move(file), kError_None};
+        }
     }
 }
 
@@ -68,17 +76,20 @@ ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
     constexpr std::uint64_t kMostOffset = std::numeric_limits<std::int64_t>::max();
     auto const* bytes = static_cast<char const*>(inBytes);
     outWritten = 0;
-    if (inCount > kMostOffset - std::min(inOffset, kMostOffset))
+    if (inCount > kMostOffset - std::min(inOffset, kMostOffset)) {
         return kError_FileTooLarge;
+    }
     while (outWritten < inCount) {
         auto const count = Uninterrupted([&] {
             return ::pwrite(inDescriptor, bytes + outWritten, inCount - outWritten,
                             static_cast<off_t>(inOffset + outWritten));
         });
-        if (count < 0)
+        if (count < 0) {
             return ErrorFromErrno(errno);
-        if (count == 0)
+        }
+        if (count == 0) {
             return kError_DiskFull;
+        }
         outWritten += static_cast<std::size_t>(count);
     }
     return kError_None;

@@ -17,8 +17,9 @@ PathAt::PathAt(UTF16String const& inPath) {
     auto native = NativePath(inPath);
     mNative = std::move(native.value);
     mError = native.error;
-    if (mError == kError_None)
+    if (mError == kError_None) {
         Shorten();
+    }
 }
 
 PathAt::PathAt(int inBase, std::string inNativePath)
@@ -28,8 +29,9 @@ PathAt::PathAt(int inBase, std::string inNativePath)
 
 void PathAt::Shorten() {
     // The kernel counts the NUL behind the path.
-    if (mNative.size() < PATH_MAX)
+    if (mNative.size() < PATH_MAX) {
         return;
+    }
     auto const bothSlashes = [](char inLHS, char inRHS) { return inLHS == '/' && inRHS == '/'; };
     mNative.erase(std::unique(mNative.begin(), mNative.end(), bothSlashes), mNative.end());
     while (mNative.size() - mTailStart >= PATH_MAX) {
@@ -52,21 +54,26 @@ void PathAt::Shorten() {
 }
 
 void PathAt::DropTrailingSeparators() {
-    while (mNative.size() > mTailStart + 1 && mNative.back() == '/')
+    while (mNative.size() > mTailStart + 1 && mNative.back() == '/') {
         mNative.pop_back();
+    }
 }
 
 ErrorCode PathAt::ErrorOf(int inErrno) const {
-    if (inErrno != ENOENT)
+    if (inErrno != ENOENT) {
         return ErrorFromErrno(inErrno);
+    }
     std::string tail = Tail();
-    while (tail.size() > 1 && tail.back() == '/')
+    while (tail.size() > 1 && tail.back() == '/') {
         tail.pop_back();
-    if (tail.empty())
+    }
+    if (tail.empty()) {
         return kError_PathNotFound;
+    }
     auto const slash = tail.rfind('/');
-    if (slash == std::string::npos)
+    if (slash == std::string::npos) {
         return kError_FileNotFound;
+    }
     tail.resize(slash + 1);
     struct stat parent {};
     return ::fstatat(Directory(), tail.c_str(), &parent, 0) == 0 ? kError_FileNotFound
@@ -76,8 +83,9 @@ ErrorCode PathAt::ErrorOf(int inErrno) const {
 std::string PathAt::TailDirectory() const {
     std::string tail = Tail();
     auto const slash = tail.rfind('/');
-    if (slash == std::string::npos)
+    if (slash == std::string::npos) {
         return ".";
+    }
     tail.resize(slash + 1);
     return tail;
 }
@@ -88,11 +96,13 @@ std::string PathAt::TailName() const {
 }
 
 ErrorCode MakeAbsolute(std::string& ioNativePath) {
-    if (!ioNativePath.empty() && ioNativePath.front() == '/')
+    if (!ioNativePath.empty() && ioNativePath.front() == '/') {
         return kError_None;
+    }
     std::unique_ptr<char, decltype(&std::free)> const current(::getcwd(nullptr, 0), &std::free);
-    if (current == nullptr)
+    if (current == nullptr) {
         return ErrorFromErrno(errno);
+    }
     ioNativePath = std::string(current.get()) + '/' + ioNativePath;
     return kError_None;
 }

@@ -49,21 +49,25 @@ struct Prefix {
 
 Prefix LongPathPrefix(UTF16String const& inPath) {
     if (inPath.size() < 4 || !IsSeparator(inPath[0]) || !IsSeparator(inPath[1]) ||
-        inPath[2] != '?' || !IsSeparator(inPath[3]))
+        inPath[2] != '?' || !IsSeparator(inPath[3])) {
         return {};
+    }
     if (inPath.size() >= 8 && DriveLetter(inPath[4]) == 'U' && DriveLetter(inPath[5]) == 'N' &&
-        DriveLetter(inPath[6]) == 'C' && IsSeparator(inPath[7]))
+        DriveLetter(inPath[6]) == 'C' && IsSeparator(inPath[7])) {
         return {8, true};
+    }
     return {4, false};
 }
 
 Result<std::string> DirectoryOfDrive(char inLetter) {
-    if (inLetter == kRootLetter)
+    if (inLetter == kRootLetter) {
         return {};
+    }
     std::lock_guard<std::mutex> const lock(S_volumesMutex);
     auto const& volume = S_volumes[VolumeIndex(inLetter)];
-    if (volume == nullptr)
+    if (volume == nullptr) {
         return {{}, kError_PathNotFound};
+    }
     return {volume->directory, kError_None};
 }
 
@@ -97,8 +101,9 @@ VolumeKind KindOf(std::string const& inNativeDirectory) {
 } // namespace
 
 Result<std::string> NativePath(UTF16String const& inPath) {
-    if (inPath.find(std::uint16_t{0}) != UTF16String::npos)
+    if (inPath.find(std::uint16_t{0}) != UTF16String::npos) {
         return {{}, kError_InvalidName};
+    }
 
     auto const prefix = LongPathPrefix(inPath);
     auto const* rest = inPath.data() + prefix.length;
@@ -113,13 +118,15 @@ Result<std::string> NativePath(UTF16String const& inPath) {
         native.value = "/net/";
     } else if (count >= 2 && rest[1] == ':' && DriveLetter(rest[0]) != '\0') {
         native = DirectoryOfDrive(DriveLetter(rest[0]));
-        if (!native)
+        if (!native) {
             return native;
+        }
         skip(2);
         // A drive alone is its directory, and what follows it directly is below that.
         bool const isDriveAlone = count == 0 && !native.value.empty();
-        if (!isDriveAlone && (count == 0 || !IsSeparator(rest[0])))
+        if (!isDriveAlone && (count == 0 || !IsSeparator(rest[0]))) {
             native.value += '/';
+        }
     } else if (count >= 3 && IsSeparator(rest[0]) && IsSeparator(rest[1]) &&
                !IsSeparator(rest[2])) {
         native.value = "/net/";
@@ -133,10 +140,11 @@ UTF16String PathFromNative(std::string const& inNativePath) {
     UTF16String path;
     auto const beginsLikeADrive = inNativePath.size() >= 2 && inNativePath[1] == ':' &&
                                   DriveLetter(static_cast<unsigned char>(inNativePath[0])) != '\0';
-    if (beginsLikeADrive)
+    if (beginsLikeADrive) {
         path = u".\\"_utf16;
-    else if (!inNativePath.empty() && inNativePath[0] == '/')
+    } else if (!inNativePath.empty() && inNativePath[0] == '/') {
         path = u"C:"_utf16;
+    }
     AppendText(path, inNativePath.data(), inNativePath.size(), ByteForm::kPath);
     return path;
 }
@@ -148,26 +156,32 @@ void NameFromNative(char const* inName, std::size_t inLength, UTF16String& outNa
 
 ErrorCode MapVolume(char inLetter, UTF16String const& inDirectory) {
     auto const letter = DriveLetter(static_cast<unsigned char>(inLetter));
-    if (letter == '\0' || letter == kRootLetter)
+    if (letter == '\0' || letter == kRootLetter) {
         return kError_InvalidParameter;
+    }
 
     std::unique_ptr<MappedVolume> volume;
     if (!inDirectory.empty()) {
         auto const info = Inspect(inDirectory);
-        if (!info)
+        if (!info) {
             return info.error;
-        if (info.value.kind != FileKind::kDirectory)
+        }
+        if (info.value.kind != FileKind::kDirectory) {
             return kError_NotADirectory;
+        }
         auto native = NativePath(inDirectory);
-        if (native)
+        if (native) {
             native.error = MakeAbsolute(native.value);
-        if (!native)
+        }
+        if (!native) {
             return native.error;
+        }
         volume = std::make_unique<MappedVolume>();
         volume->kind = KindOf(native.value);
         volume->directory = std::move(native.value);
-        while (!volume->directory.empty() && volume->directory.back() == '/')
+        while (!volume->directory.empty() && volume->directory.back() == '/') {
             volume->directory.pop_back();
+        }
     }
     std::lock_guard<std::mutex> const lock(S_volumesMutex);
     S_volumes[VolumeIndex(letter)].swap(volume);
@@ -179,10 +193,11 @@ std::vector<Volume> Volumes() {
     std::vector<Volume> volumes;
     std::lock_guard<std::mutex> const lock(S_volumesMutex);
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
-        if (letter == kRootLetter)
+        if (letter == kRootLetter) {
             volumes.push_back({letter, rootKind});
-        else if (auto const& volume = S_volumes[VolumeIndex(letter)]; volume != nullptr)
+        } else if (auto const& volume = S_volumes[VolumeIndex(letter)]; volume != nullptr) {
             volumes.push_back({letter, volume->kind});
+        }
     }
     return volumes;
 }

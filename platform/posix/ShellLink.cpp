@@ -20,8 +20,9 @@ UTF16String TitleOf(UTF16String const& inLinkPath) {
     auto const separator = inLinkPath.find_last_of(u"\\/"_utf16);
     auto title = separator == UTF16String::npos ? inLinkPath : inLinkPath.substr(separator + 1);
     auto const dot = title.rfind(std::uint16_t{'.'});
-    if (dot != UTF16String::npos && dot > 0)
+    if (dot != UTF16String::npos && dot > 0) {
         title.resize(dot);
+    }
     return title;
 }
 
@@ -29,37 +30,45 @@ UTF16String TitleOf(UTF16String const& inLinkPath) {
 
 Result<ShellLinkTarget> ReadShellLink(UTF16String const& inLinkPath) {
     auto file = OpenForReading(inLinkPath);
-    if (!file)
+    if (!file) {
         return {{}, file.error};
+    }
     std::string bytes(kMostBytes + 1, '\0');
     auto const count = file.value.Read(bytes.data(), bytes.size());
-    if (!count)
+    if (!count) {
         return {{}, count.error};
-    if (count.value > kMostBytes)
+    }
+    if (count.value > kMostBytes) {
         return {{}, kError_InvalidData};
+    }
     bytes.resize(count.value);
 
     auto const link = ParseDesktopLink(bytes);
-    if (!link)
+    if (!link) {
         return {{}, link.error};
+    }
     ShellLinkTarget target;
     target.path = PathFromNative(link.value.path);
     auto const info = Inspect(target.path);
-    if (!info)
+    if (!info) {
         return {{}, info.error};
+    }
     target.isDirectory = info.value.kind == FileKind::kDirectory;
     return {std::move(target), kError_None};
 }
 
 ErrorCode WriteShellLink(UTF16String const& inTarget, UTF16String const& inLinkPath,
                          UTF16String const& inDescription) {
-    if (inTarget.empty())
+    if (inTarget.empty()) {
         return kError_PathNotFound;
+    }
     auto native = NativePath(inTarget);
-    if (native)
+    if (native) {
         native.error = MakeAbsolute(native.value);
-    if (!native)
+    }
+    if (!native) {
         return native.error;
+    }
     auto const bytes = FormatDesktopLink(
         {std::move(native.value), ToCodePage(TitleOf(inLinkPath)), ToCodePage(inDescription)});
     return ReplaceContent(inLinkPath, bytes.data(), bytes.size());

@@ -73,8 +73,9 @@ TEST(Directories, PathsLongerThanTheKernelTakesAtOnceWork) {
     EXPECT_EQ(MapVolume('L', {}), kError_None);
 
     EXPECT_EQ(DeleteFile(moved), kError_None);
-    for (; levels.size() > 1; levels.pop_back())
+    for (; levels.size() > 1; levels.pop_back()) {
         EXPECT_EQ(RemoveDirectory(levels.back()), kError_None);
+    }
 }
 
 } // namespace

@@ -36,8 +36,9 @@ std::size_t EntryCount(UTF16String const& inPath) {
     DirectoryScan scan(inPath);
     DirectoryEntry entry;
     std::size_t count = 0;
-    while (scan.Next(entry))
+    while (scan.Next(entry)) {
         ++count;
+    }
     return count;
 }
 
@@ -70,8 +71,9 @@ TEST(Files, EveryNameThatTheKernelHoldsWorks) {
         "C:x",          "C:",           "a:b*?\"<>|",   " ",           "\xEF\x81\x9C",
         "\xED\xA0\x80", "\xED\xB2\x80", "\xC3\xA9\xC3", "\\\\?\\x",    std::string(255, 'n'),
     };
-    for (auto const& name : names)
+    for (auto const& name : names) {
         Fill(directory.Native(name), name);
+    }
 
     std::map<std::string, int> seen;
     DirectoryScan scan(directory.Path());
@@ -88,8 +90,9 @@ TEST(Files, EveryNameThatTheKernelHoldsWorks) {
     }
     EXPECT_EQ(scan.Error(), kError_None);
     EXPECT_EQ(seen.size(), std::size(names));
-    for (auto const& name : names)
+    for (auto const& name : names) {
         EXPECT_EQ(seen[name], 1) << name;
+    }
     EXPECT_EQ(EntryCount(directory.Path()), 0U);
     EXPECT_EQ(CreateEmptyFile(directory.Path(UTF16String(256, 'n'))), kError_NameTooLong);
 }
@@ -105,8 +108,9 @@ TEST(Files, EveryKindIsToldAndOnlyRegularFilesAreOpened) {
     directory.Native("sock").copy(address.sun_path, sizeof address.sun_path - 1);
     ASSERT_EQ(bind(socketHandle, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     close(socketHandle);
-    for (auto const* name : {"file", "dir", "fifo", "sock", "none"})
+    for (auto const* name : {"file", "dir", "fifo", "sock", "none"}) {
         ASSERT_EQ(symlink(name, directory.Native(std::string("to-") + name).c_str()), 0);
+    }
     ASSERT_EQ(symlink("/dev/null", directory.Native("to-null").c_str()), 0);
     ASSERT_EQ(symlink("circle", directory.Native("circle").c_str()), 0);
 

@@ -62,8 +62,9 @@ TEST(Paths, EveryByteStringComesBackFromText) {
     std::uniform_int_distribution<std::size_t> length(0, 24);
     for (int i = 0; i < 200000; ++i) {
         std::string bytes(length(random), '/');
-        for (auto& byte : bytes)
+        for (auto& byte : bytes) {
             byte = kBytes[pick(random)];
+        }
         ASSERT_EQ(ToCodePage(FromCodePage(bytes)), bytes);
         bytes.insert(0, i % 2 == 0 ? "/" : "./");
         auto const native = NativePath(PathFromNative(bytes));
@@ -111,13 +112,15 @@ TEST(Paths, MappedDrivesNameTheirDirectories) {
     ASSERT_EQ(MapVolume('B', u"C:\\"_utf16), kError_None);
     EXPECT_EQ(NativePath(u"B:\\x"_utf16).value, "/x");
     std::string letters;
-    for (auto const& volume : Volumes())
+    for (auto const& volume : Volumes()) {
         letters += volume.letter;
+    }
     EXPECT_EQ(letters, "BCQ");
 
     std::thread mapping([&] {
-        for (int i = 0; i < 2000; ++i)
+        for (int i = 0; i < 2000; ++i) {
             MapVolume('Q', i % 2 == 0 ? UTF16String() : directory.Path());
+        }
     });
     for (int i = 0; i < 2000; ++i) {
         auto const native = NativePath(u"Q:\\x"_utf16);

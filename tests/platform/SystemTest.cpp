@@ -19,8 +19,9 @@ TEST(System, TextIsOrderedWhateverUnitsItHolds) {
         u"b"_utf16, u"\U0001F600"_utf16, UTF16String{0xD800}, UTF16String{0xDC00, 0xD800},
     };
     for (auto const& lhs : texts) {
-        for (auto const& rhs : texts)
+        for (auto const& rhs : texts) {
             EXPECT_EQ(sign(CompareText(lhs, rhs)), -sign(CompareText(rhs, lhs)));
+        }
         EXPECT_EQ(CompareText(lhs, lhs), 0);
     }
     EXPECT_LT(CompareText(u"a"_utf16, u"b"_utf16), 0);

@@ -40,8 +40,9 @@ TEST(Case, TableHasTheFrozenUnitsAndObeysTheLawsOfCase) {
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
         UTF16String const text = One(unit);
         UTF16String const lower = LowerCase(text), upper = UpperCase(text), fold = FoldCase(text);
-        if (lower != text || upper != text || fold != text)
+        if (lower != text || upper != text || fold != text) {
             converted.insert(unit);
+        }
         expanding += upper.size() > 1 && fold.size() > 1;
         EXPECT_EQ(UpperCase(upper), upper) << unit;
         EXPECT_EQ(LowerCase(lower), lower) << unit;
@@ -54,15 +55,17 @@ TEST(Case, TableHasTheFrozenUnitsAndObeysTheLawsOfCase) {
 
 TEST(Case, SingleMappingsAgreeWithTheSystem) {
     locale_t const system = newlocale(LC_ALL_MASK, "C.UTF-8", nullptr);
-    if (system == nullptr)
+    if (system == nullptr) {
         GTEST_SKIP() << "the system has no locale C.UTF-8";
+    }
     std::set<unsigned> const exceptions{0x0130, 0x0131, 0x03A3, 0x03C2, 0x03C3, 0x03F2};
     unsigned compared = 0;
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
         UTF16String const text = One(unit);
         UTF16String const lower = LowerCase(text), upper = UpperCase(text);
-        if ((lower == text && upper == text) || exceptions.count(unit) != 0)
+        if ((lower == text && upper == text) || exceptions.count(unit) != 0) {
             continue;
+        }
         EXPECT_EQ(lower, One(towlower_l(unit, system))) << unit;
         if (upper.size() == 1) {
             EXPECT_EQ(upper, One(towupper_l(unit, system))) << unit;

@@ -75,15 +75,18 @@ TEST(Streams, TheFourStandardStreams) {
 TEST(Locale, IsMadeOnceWhateverThreadComesFirst) {
     std::vector<std::locale const*> natives(8);
     std::vector<std::thread> threads;
-    for (auto& native : natives)
+    for (auto& native : natives) {
         threads.emplace_back([&native] {
             native = &Locale::Native();
             oUTF16StringStream() << 1;
         });
-    for (auto& thread : threads)
+    }
+    for (auto& thread : threads) {
         thread.join();
-    for (auto const* native : natives)
+    }
+    for (auto const* native : natives) {
         EXPECT_EQ(native, &Locale::Native());
+    }
     EXPECT_TRUE(Locale::Default() == std::locale::classic());
 }
 

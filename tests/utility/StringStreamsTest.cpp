@@ -27,8 +27,9 @@ struct Narrow {
 template <typename To, typename From>
 std::basic_string<To> As(std::basic_string<From> const& inText) {
     std::basic_string<To> text;
-    for (From unit : inText)
+    for (From unit : inText) {
         text.push_back(static_cast<To>(std::char_traits<From>::to_int_type(unit)));
+    }
     return text;
 }
 
@@ -81,8 +82,9 @@ protected:
         auto flags = ios::fmtflags();
         for (auto one : {ios::boolalpha, ios::showbase, ios::showpoint, ios::showpos, ios::skipws,
                          ios::uppercase, ios::fixed, ios::scientific}) {
-            if (Pick(2) != 0)
+            if (Pick(2) != 0) {
                 flags |= one;
+            }
         }
         ios::fmtflags const bases[] = {ios::dec, ios::oct, ios::hex, {}};
         ios::fmtflags const sides[] = {ios::left, ios::right, ios::internal, {}};
@@ -166,8 +168,9 @@ TYPED_TEST(StringStreams, InsertWhatTheStandardStreamsInsert) {
         auto const apply = [&](auto& ioStream) {
             ioStream.imbue(locales[locale]);
             ioStream.flags(flags);
-            if (this->Pick(2) == 0)
+            if (this->Pick(2) == 0) {
                 ioStream.fill(static_cast<std::decay_t<decltype(ioStream.fill())>>(fill));
+            }
             ioStream << std::setw(width) << std::setprecision(precision);
             this->Insert(ioStream, type, bits);
             this->Insert(ioStream, 3, 42);
@@ -208,8 +211,9 @@ TYPED_TEST(StringStreams, ExtractWhatTheStandardStreamsExtract) {
                                   "\xFF"};
     for (int round = 0; round < 20000; ++round) {
         std::string text;
-        for (int count = this->Pick(4); count >= 0; --count)
+        for (int count = this->Pick(4); count >= 0; --count) {
             text += pieces[this->Pick(static_cast<int>(std::size(pieces)))];
+        }
         typename TypeParam::In ours(As<Unit>(text));
         std::basic_istringstream<Character> standard(As<Character>(text));
         std::locale const& locale = locales[this->Pick(2)];

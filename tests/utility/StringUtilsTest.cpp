@@ -39,16 +39,19 @@ TEST(StringUtils, ReplaceAllAgreesWithAModelAndStaysLinear) {
     };
     auto const randomText = [&random](unsigned inBelow) {
         UTF16String text(random(inBelow), 'a');
-        for (std::uint16_t& unit : text)
+        for (std::uint16_t& unit : text) {
             unit = static_cast<std::uint16_t>('a' + random(2));
+        }
         return text;
     };
     for (int round = 0; round < 3000; ++round) {
         UTF16String const text = randomText(60), find = u"b"_utf16 + randomText(5);
         UTF16String const by = randomText(4);
         UTF16String model = text;
-        for (std::size_t at = 0; (at = model.find(find, at)) != UTF16String::npos; at += by.size())
+        for (std::size_t at = 0; (at = model.find(find, at)) != UTF16String::npos;
+             at += by.size()) {
             model.replace(at, find.size(), by);
+        }
         EXPECT_EQ(Replaced(text, find, by), model);
     }
 

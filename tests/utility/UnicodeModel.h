@@ -54,21 +54,26 @@ inline UTF8String EncodeAll(UTF16String const& inText) {
 inline UTF8String UTF16to8(UTF16String const& inText) {
     UTF16String const text = inText.substr(0, inText.find(std::uint16_t{0}));
     UTF8String bytes = EncodeAll(text);
-    if (inText.size() <= 3)
+    if (inText.size() <= 3) {
         bytes.append(inText.size() - text.size(), 0);
+    }
     return bytes;
 }
 
 /// The length of the sequence that `inLead` starts; nothing if it starts none.
 inline std::optional<std::size_t> SequenceLength(std::uint8_t inLead) {
-    if (inLead < 0x80)
+    if (inLead < 0x80) {
         return 1;
-    if (IsBetween(inLead, 0xC2, 0xDF))
+    }
+    if (IsBetween(inLead, 0xC2, 0xDF)) {
         return 2;
-    if (IsBetween(inLead, 0xE0, 0xEF))
+    }
+    if (IsBetween(inLead, 0xE0, 0xEF)) {
         return 3;
-    if (IsBetween(inLead, 0xF0, 0xF4))
+    }
+    if (IsBetween(inLead, 0xF0, 0xF4)) {
         return 4;
+    }
     return std::nullopt;
 }
 
@@ -79,8 +84,9 @@ inline UTF16String UTF8to16(UTF8String const& inText, std::size_t& outConsumed) 
     at = 0;
     while (at < inText.size()) {
         std::optional<std::size_t> const length = SequenceLength(inText[at]);
-        if (!length || at + *length > inText.size())
+        if (!length || at + *length > inText.size()) {
             break;
+        }
         static constexpr std::uint32_t kLeadOffset[] = {0, 0, 0xC0, 0xE0, 0xF0};
         static constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
         std::uint32_t value = inText[at] - kLeadOffset[*length];
@@ -89,8 +95,9 @@ inline UTF16String UTF8to16(UTF8String const& inText, std::size_t& outConsumed) 
             isWellFormed = isWellFormed && IsBetween(inText[at + i], 0x80, 0xBF);
             value = value * 64 + inText[at + i] % 64;
         }
-        if (!isWellFormed || !IsBetween(value, kLeast[*length], 0x10FFFF))
+        if (!isWellFormed || !IsBetween(value, kLeast[*length], 0x10FFFF)) {
             break;
+        }
         if (value >= 0x10000) {
             units.push_back(static_cast<std::uint16_t>(0xD800 + (value - 0x10000) / 1024));
             value = 0xDC00 + value % 1024;

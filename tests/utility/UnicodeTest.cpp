@@ -18,8 +18,9 @@ using impl::UnicodeKernels;
 
 std::vector<UnicodeKernels const*> KernelsOfThisProcessor() {
     std::vector<UnicodeKernels const*> kernels{&impl::kPortableUnicodeKernels};
-    if (impl::AVX2UnicodeKernels() != nullptr)
+    if (impl::AVX2UnicodeKernels() != nullptr) {
         kernels.push_back(impl::AVX2UnicodeKernels());
+    }
     return kernels;
 }
 
@@ -62,10 +63,11 @@ void ExpectKernelsDecode(UTF8String const& inText, std::size_t inOffset = 0) {
     UTF16String const units = model::UTF8to16(inText, consumed);
     for (UnicodeKernels const* const kernels : KernelsOfThisProcessor()) {
         std::size_t const bound = kernels->CountUTF16(text.Text(), inText.size());
-        if (consumed == inText.size())
+        if (consumed == inText.size()) {
             ASSERT_EQ(bound, units.size());
-        else
+        } else {
             ASSERT_GE(bound, units.size());
+        }
         std::unique_ptr<std::uint16_t[]> const out(
             new std::uint16_t[inText.size() + UnicodeKernels::kSlack]);
         impl::UnicodeProgress const progress =
@@ -165,8 +167,9 @@ TEST(Unicode, DecodingStopsBeforeTheFirstMalformedSequence) {
         {"a\xE2\x82z"_utf8, u"a"_utf16},
         {"\u20AC\xF0\x9F\x98"_utf8, u"\u20AC"_utf16},
     };
-    for (auto const& each : cases)
+    for (auto const& each : cases) {
         EXPECT_EQ(UTF8to16(each.bytes), each.text);
+    }
 
     EXPECT_EQ(AsciiToUTF16("abc"), u"abc"_utf16);
     EXPECT_EQ(AsciiToUTF16("\xC3\xA9"), u"\u00E9"_utf16);
@@ -207,8 +210,9 @@ TEST(Unicode, LongTextIsConvertedAcrossTheBordersOfItsChunks) {
     RandomText random;
     for (int round = 0; round < 60; ++round) {
         UTF16String text = random.Units(2000 + random() % 3000);
-        if (round % 3 == 0)
+        if (round % 3 == 0) {
             text[random() % text.size()] = 0;
+        }
         UTF8String bytes = UTF16to8(text);
         ASSERT_EQ(bytes, model::UTF16to8(text));
         ASSERT_EQ(bytes.capacity(), bytes.size());
@@ -231,8 +235,9 @@ TEST(UnicodeKernels, AgreeAtEveryLengthAndAlignment) {
             UTF16String const text = random.Units(length);
             ExpectKernelsEncode(text, offset);
             ExpectKernelsDecode(model::EncodeAll(text), offset);
-            if (HasFatalFailure())
+            if (HasFatalFailure()) {
                 return;
+            }
         }
     }
 }
@@ -247,8 +252,9 @@ TEST(UnicodeKernels, AgreeOnSurrogatesAndNulsAtEveryPlace) {
                     UTF16String text(length, filler);
                     text.replace(at, insertion.size(), insertion);
                     ExpectKernelsEncode(text);
-                    if (HasFatalFailure())
+                    if (HasFatalFailure()) {
                         return;
+                    }
                 }
             }
         }
@@ -263,8 +269,9 @@ TEST(UnicodeKernels, DoNotPairSurrogatesThatStandApart) {
                 text[at] = 0xD83D;
                 text[at + gap] = 0xDE00;
                 ExpectKernelsEncode(text);
-                if (HasFatalFailure())
+                if (HasFatalFailure()) {
                     return;
+                }
             }
         }
     }
@@ -286,17 +293,20 @@ TEST(UnicodeKernels, StopAtTheSamePlaceWhereverTheErrorIs) {
     UTF8String const fillers[] = {"a"_utf8, "\u00E9"_utf8, "\u4E2D"_utf8, "\U0001F600"_utf8};
     for (UTF8String const& filler : fillers) {
         UTF8String before;
-        while (before.size() < 27)
+        while (before.size() < 27) {
             before += filler;
+        }
         UTF8String after;
-        while (after.size() < 70)
+        while (after.size() < 70) {
             after += filler;
+        }
         for (UTF8String const& sequence : sequences) {
             UTF8String text = before;
             for (std::size_t shift = 0; shift < 9; ++shift) {
                 ExpectKernelsDecode(text + sequence + after);
-                if (HasFatalFailure())
+                if (HasFatalFailure()) {
                     return;
+                }
                 text.insert(text.begin(), u'-');
             }
         }
@@ -309,14 +319,16 @@ TEST(UnicodeKernels, AgreeOnDamagedText) {
         UTF8String bytes = model::EncodeAll(random.Units(1 + random() % 120));
         for (std::uint32_t errors = random() % 3; errors != 0; --errors) {
             std::size_t const at = random() % bytes.size();
-            if (random() % 2 == 0)
+            if (random() % 2 == 0) {
                 bytes[at] = static_cast<std::uint8_t>(random());
-            else if (bytes.size() > 1)
+            } else if (bytes.size() > 1) {
                 bytes.erase(at, 1);
+            }
         }
         ExpectKernelsDecode(bytes);
-        if (HasFatalFailure())
+        if (HasFatalFailure()) {
             return;
+        }
     }
 }
 

@@ -54,15 +54,17 @@ constexpr std::uint16_t Sum(std::uint16_t inUnit, std::uint16_t inDifference) no
 
 bool IsAscii(std::uint16_t const* inUnits) noexcept {
     unsigned all = 0;
-    for (std::size_t i = 0; i < kChunk; ++i)
+    for (std::size_t i = 0; i < kChunk; ++i) {
         all |= inUnits[i];
+    }
     return all < 0x80;
 }
 
 bool IsCaseless(std::uint16_t const* inUnits) noexcept {
     std::uint16_t cased = 0;
-    for (std::size_t i = 0; i < kChunk; ++i)
+    for (std::size_t i = 0; i < kChunk; ++i) {
         cased |= Sum(inUnits[i], std::uint16_t(-kFirstCaseless)) >= kCaselessCount;
+    }
     return cased == 0;
 }
 
@@ -78,14 +80,17 @@ void MapAscii(CaseMapping const& inMapping, std::uint16_t* ioUnits) noexcept {
 void FindDifferences(CaseMapping const& inMapping, std::uint16_t const* inUnits,
                      std::uint16_t* outDifferences) noexcept {
     unsigned all = 0;
-    for (std::size_t i = 0; i < kGroup; ++i)
+    for (std::size_t i = 0; i < kGroup; ++i) {
         all |= inUnits[i];
+    }
     if (all < kDirectCount) {
-        for (std::size_t i = 0; i < kGroup; ++i)
+        for (std::size_t i = 0; i < kGroup; ++i) {
             outDifferences[i] = inMapping.differences[inUnits[i]];
+        }
     } else {
-        for (std::size_t i = 0; i < kGroup; ++i)
+        for (std::size_t i = 0; i < kGroup; ++i) {
             outDifferences[i] = inMapping.DifferenceOf(inUnits[i]);
+        }
     }
 }
 
@@ -93,15 +98,19 @@ void FindDifferences(CaseMapping const& inMapping, std::uint16_t const* inUnits,
 bool MapChunk(CaseMapping const& inMapping, std::uint16_t* ioUnits) noexcept {
     // The look-ups apart, so that the compiler makes vector code of the rest.
     std::uint16_t differences[kChunk];
-    for (std::size_t i = 0; i < kChunk; i += kGroup)
+    for (std::size_t i = 0; i < kChunk; i += kGroup) {
         FindDifferences(inMapping, ioUnits + i, differences + i);
+    }
     std::uint16_t expands = 0;
-    for (std::size_t i = 0; i < kChunk; ++i)
+    for (std::size_t i = 0; i < kChunk; ++i) {
         expands |= IsExpansion(differences[i]);
-    if (expands != 0)
+    }
+    if (expands != 0) {
         return false;
-    for (std::size_t i = 0; i < kChunk; ++i)
+    }
+    for (std::size_t i = 0; i < kChunk; ++i) {
         ioUnits[i] = Sum(ioUnits[i], differences[i]);
+    }
     return true;
 }
 
@@ -111,15 +120,17 @@ std::size_t MapSingles(CaseMapping const& inMapping, UTF16String& ioText) noexce
     std::size_t const count = ioText.size();
     std::size_t at = 0;
     for (; count - at >= kChunk; at += kChunk) {
-        if (IsAscii(units + at))
+        if (IsAscii(units + at)) {
             MapAscii(inMapping, units + at);
-        else if (!IsCaseless(units + at) && !MapChunk(inMapping, units + at))
+        } else if (!IsCaseless(units + at) && !MapChunk(inMapping, units + at)) {
             break;
+        }
     }
     for (; at < count; ++at) {
         std::uint16_t const difference = inMapping.DifferenceOf(units[at]);
-        if (IsExpansion(difference))
+        if (IsExpansion(difference)) {
             break;
+        }
         units[at] = Sum(units[at], difference);
     }
     return at;
@@ -130,8 +141,9 @@ void MapExpanding(CaseMapping const& inMapping, UTF16String& ioText, std::size_t
     std::size_t length = ioText.size();
     for (std::size_t at = inFrom; at < ioText.size(); ++at) {
         std::uint16_t const difference = inMapping.DifferenceOf(ioText[at]);
-        if (IsExpansion(difference))
+        if (IsExpansion(difference)) {
             length += inMapping.expansions[difference - kFirstExpansion].length - 1u;
+        }
     }
 
     UTF16String result(length, 0);
@@ -150,8 +162,9 @@ void MapExpanding(CaseMapping const& inMapping, UTF16String& ioText, std::size_t
 
 void Convert(CaseMapping const& inMapping, UTF16String& ioText) {
     std::size_t const expanding = MapSingles(inMapping, ioText);
-    if (expanding < ioText.size())
+    if (expanding < ioText.size()) {
         MapExpanding(inMapping, ioText, expanding);
+    }
 }
 
 UTF16String Converted(CaseMapping const& inMapping, UTF16String const& inText) {

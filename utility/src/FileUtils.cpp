@@ -50,8 +50,9 @@ std::int32_t ResultOf(platform::ErrorCode inError) {
 } // namespace
 
 bool ReplaceIllegalFileNameCharacters(UTF16String& ioName, std::uint16_t inReplacement) {
-    if (ioName.empty())
+    if (ioName.empty()) {
         return false;
+    }
     auto const original = ioName;
     bool const isUsable = !IsIllegal(inReplacement) && !IsDotOrSpace(inReplacement);
     auto const replacement = isUsable ? inReplacement : std::uint16_t{'-'};
@@ -63,24 +64,29 @@ bool ReplaceIllegalFileNameCharacters(UTF16String& ioName, std::uint16_t inRepla
     auto const dot = folded.find(std::uint16_t{'.'});
     for (auto const& device : kDeviceNames) {
         auto const foldedDevice = FoldCase(UTF16String(device.begin(), device.end()));
-        if (folded == foldedDevice)
+        if (folded == foldedDevice) {
             ioName += replacement;
-        else if (dot == device.size() && folded.compare(0, dot, foldedDevice) == 0)
+        } else if (dot == device.size() && folded.compare(0, dot, foldedDevice) == 0) {
             ioName[dot - 1] = replacement;
+        }
     }
-    if (IsDotOrSpace(ioName.back()))
+    if (IsDotOrSpace(ioName.back())) {
         ioName.back() = replacement;
-    if (ioName.front() == '.')
+    }
+    if (ioName.front() == '.') {
         ioName.front() = replacement;
+    }
     return ioName != original;
 }
 
 bool GetParentPath(UTF16String const& inPath, UTF16String& outParent) {
     auto parent = inPath.substr(0, inPath.find_last_of(u"\\/"_utf16));
-    if (parent.empty())
+    if (parent.empty()) {
         return false;
-    if (parent.back() == '\\')
+    }
+    if (parent.back() == '\\') {
         parent.pop_back();
+    }
     outParent = std::move(parent);
     return true;
 }
@@ -88,8 +94,9 @@ bool GetParentPath(UTF16String const& inPath, UTF16String& outParent) {
 void BuildPathSpec(UTF16String const& inDirectory, UTF16String const& inName,
                    UTF16String& outPath) {
     auto path = inDirectory;
-    if (!path.empty() && path.back() != '\\')
+    if (!path.empty() && path.back() != '\\') {
         path += '\\';
+    }
     path += inName;
     outPath = std::move(path);
 }
@@ -119,8 +126,9 @@ void ContainedFiles(UTF16String const& inDirectory, std::vector<UTF16String>& io
     platform::DirectoryEntry entry;
     auto const prefix = inDirectory + std::uint16_t{'\\'};
     while (scan.Next(entry)) {
-        if (!entry.isDirectory && !entry.isHidden && !entry.isSystem)
+        if (!entry.isDirectory && !entry.isHidden && !entry.isSystem) {
             ioPaths.push_back(prefix + entry.name);
+        }
     }
 }
 
@@ -133,8 +141,9 @@ UTF16String UniqueFileName(UTF16String const& inDirectory, UTF16String const& in
         auto candidate = prefix;
         candidate.append(digits.data(), end);
         candidate += inExtension;
-        if (!IsTaken(candidate))
+        if (!IsTaken(candidate)) {
             return candidate;
+        }
     }
 }
 

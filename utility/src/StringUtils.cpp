@@ -28,12 +28,14 @@ public:
         for (std::size_t at = inFrom; at < inText.size(); ++at) {
             if (matched == 0) {
                 at = inText.find(mFind[0], at);
-                if (at == UTF16String::npos)
+                if (at == UTF16String::npos) {
                     return at;
+                }
             }
             matched = Extend(matched, inText[at]);
-            if (matched == mFind.size())
+            if (matched == mFind.size()) {
                 return at + 1 - matched;
+            }
         }
         return UTF16String::npos;
     }
@@ -41,8 +43,9 @@ public:
 private:
     /// How many first units of the find text end with `inUnit`, if `inMatched` ended before it.
     std::size_t Extend(std::size_t inMatched, std::uint16_t inUnit) const noexcept {
-        while (inMatched > 0 && mFind[inMatched] != inUnit)
+        while (inMatched > 0 && mFind[inMatched] != inUnit) {
             inMatched = mBorders[inMatched - 1];
+        }
         return mFind[inMatched] == inUnit ? inMatched + 1 : 0;
     }
 
@@ -63,12 +66,14 @@ constexpr bool IsUpperHexDigit(std::uint16_t inUnit) noexcept {
 
 void ReplaceAllStringInString(UTF16String& ioText, UTF16String const& inFind,
                               UTF16String const& inReplacement) {
-    if (inFind.empty() || inFind.size() > ioText.size())
+    if (inFind.empty() || inFind.size() > ioText.size()) {
         return;
+    }
     Finder const finder(inFind);
     std::size_t hit = finder.Find(ioText, 0);
-    if (hit == UTF16String::npos)
+    if (hit == UTF16String::npos) {
         return;
+    }
 
     UTF16String result;
     result.reserve(ioText.size());
@@ -94,16 +99,18 @@ UTF16String ReplaceInString(UTF16String const& inPattern, UTF16String const& in0
     while (at < inPattern.size()) {
         std::size_t const sign = std::min(inPattern.find('@', at), inPattern.size());
         result.append(inPattern, at, sign - at);
-        if (sign == inPattern.size())
+        if (sign == inPattern.size()) {
             break;
+        }
         bool const isLast = sign + 1 == inPattern.size();
         std::uint16_t const next = isLast ? std::uint16_t{'@'} : inPattern[sign + 1];
-        if (IsDigit(next))
+        if (IsDigit(next)) {
             result.append(*arguments[next - '0']);
-        else if (next == '@')
+        } else if (next == '@') {
             result.push_back('@');
-        else
+        } else {
             result.append(inPattern, sign, 2);
+        }
         at = sign + 2;
     }
     return result;
@@ -125,8 +132,9 @@ void ConvertLineEndings(LineEndingType inType, UTF16String& ioText) {
     constexpr std::uint16_t kEndings[] = {kCR, kLF};
     UTF16String const wanted = GetLineEnding(inType);
     std::size_t ending = ioText.find_first_of(kEndings, 0, 2);
-    if (ending == UTF16String::npos)
+    if (ending == UTF16String::npos) {
         return;
+    }
 
     UTF16String result;
     result.reserve(ioText.size());
@@ -141,8 +149,9 @@ void ConvertLineEndings(LineEndingType inType, UTF16String& ioText) {
         copied = ending + length;
     }
     result.append(ioText, copied);
-    if (isChanged && !result.empty())
+    if (isChanged && !result.empty()) {
         ioText.swap(result);
+    }
 }
 
 void ValidateForHex(UTF16String& ioText) {
@@ -153,16 +162,18 @@ void ValidateForHex(UTF16String& ioText) {
 }
 
 bool ToNumericCase(std::uint16_t& ioUnit) noexcept {
-    if (ioUnit < 0xFF01 || ioUnit > 0xFF1F)
+    if (ioUnit < 0xFF01 || ioUnit > 0xFF1F) {
         return false;
+    }
     ioUnit = static_cast<std::uint16_t>(ioUnit - 0xFEE0);
     return true;
 }
 
 bool ToNumericCase(UTF16String& ioText) noexcept {
     bool isChanged = false;
-    for (std::uint16_t& unit : ioText)
+    for (std::uint16_t& unit : ioText) {
         isChanged |= ToNumericCase(unit);
+    }
     return isChanged;
 }
 

@@ -11,8 +11,9 @@ namespace {
 /// with what the locale holds for standard characters.
 template <typename Unit>
 bool HasCtype(std::locale const& inLocale) {
-    if (!std::has_facet<std::ctype<Unit>>(inLocale))
+    if (!std::has_facet<std::ctype<Unit>>(inLocale)) {
         return false;
+    }
     auto const* const ours =
         dynamic_cast<UnitCtype<Unit> const*>(&std::use_facet<std::ctype<Unit>>(inLocale));
     return ours == nullptr || ours->IsOf(inLocale);
@@ -20,12 +21,15 @@ bool HasCtype(std::locale const& inLocale) {
 
 template <typename Unit>
 std::locale WithFacetsOf(std::locale inLocale) {
-    if (!HasCtype<Unit>(inLocale))
+    if (!HasCtype<Unit>(inLocale)) {
         inLocale = std::locale(inLocale, new UnitCtype<Unit>(inLocale));
-    if (!std::has_facet<std::num_put<Unit>>(inLocale))
+    }
+    if (!std::has_facet<std::num_put<Unit>>(inLocale)) {
         inLocale = std::locale(inLocale, new UnitNumPut<Unit>);
-    if (!std::has_facet<std::num_get<Unit>>(inLocale))
+    }
+    if (!std::has_facet<std::num_get<Unit>>(inLocale)) {
         inLocale = std::locale(inLocale, new UnitNumGet<Unit>);
+    }
     return inLocale;
 }
 

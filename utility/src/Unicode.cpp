@@ -33,8 +33,10 @@ UTF8String EncodeChunks(std::uint16_t const* inText, impl::UTF16Extent inExtent)
         std::size_t count = std::min(inExtent.units - done, kChunk);
         std::uint16_t const* const chunk = inText + done;
         // A pair across the border goes to the next chunk.
-        if (count < inExtent.units - done && UnicodeSurrogate(chunk[count - 1]) == kSurrogate_High)
+        if (count < inExtent.units - done &&
+            UnicodeSurrogate(chunk[count - 1]) == kSurrogate_High) {
             --count;
+        }
         result.append(buffer, Kernels().EncodeUTF8(chunk, count, buffer));
         done += count;
     }
@@ -43,8 +45,9 @@ UTF8String EncodeChunks(std::uint16_t const* inText, impl::UTF16Extent inExtent)
 
 UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
     impl::UTF16Extent const extent = Kernels().MeasureUTF16(inText, inCount);
-    if (extent.units > kChunk)
+    if (extent.units > kChunk) {
         return EncodeChunks(inText, extent);
+    }
 
     std::uint8_t buffer[3 * kChunk + UnicodeKernels::kSlack];
     std::size_t bytes = Kernels().EncodeUTF8(inText, extent.units, buffer);
@@ -75,8 +78,9 @@ UTF16String DecodeChunks(std::uint8_t const* inText, std::size_t inCount) {
 }
 
 UTF16String Decode(std::uint8_t const* inText, std::size_t inCount) {
-    if (inCount > kChunk)
+    if (inCount > kChunk) {
         return DecodeChunks(inText, inCount);
+    }
     std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
     return UTF16String(buffer, Kernels().DecodeUTF8(inText, inCount, buffer).produced);
 }

@@ -8,8 +8,9 @@ UnicodeKernels const* AVX2UnicodeKernels() noexcept {
                                                 avx2::CountUTF16, avx2::DecodeUTF8};
     // A constructor of another library may convert text before the compiler's own has run.
     __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt"))
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt")) {
         return &kKernels;
+    }
 #endif
     return nullptr;
 }

@@ -43,8 +43,9 @@ BRN_AVX2 inline __m256i LoadPart(std::uint8_t const* inText, std::size_t inCount
         std::memcpy(&lastFour, inText + inCount - 4, 4);
         rest = static_cast<std::uint32_t>(std::uint64_t{lastFour} >> (32 - 8 * (inCount - wholes)));
     } else {
-        for (std::size_t i = inCount; i-- != 0;)
+        for (std::size_t i = inCount; i-- != 0;) {
             rest = rest << 8 | inText[i];
+        }
     }
     __m256i const lanes = Load(kLaneNumbers);
     __m256i const count = _mm256_set1_epi32(static_cast<int>(wholes / 4));
@@ -202,8 +203,9 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
             count == kBlock ? Load(inText + done) : LoadPart(inText + done, count);
         std::uint32_t const notASCII = TopBits(bytes);
         if (notASCII == 0) {
-            if (done != 0 && IsInsideSequence(inText + done))
+            if (done != 0 && IsInsideSequence(inText + done)) {
                 break;
+            }
             Store(units, _mm256_cvtepu8_epi16(LowHalf(bytes)));
             Store(units + kBlock / 2, _mm256_cvtepu8_epi16(HighHalf(bytes)));
             units += kBlock;
@@ -211,8 +213,9 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
             Window const window = MakeWindow(previous, bytes);
             __m256i const fourth = IsLeadFrom(window.before3, 0xF0);
             __m256i const longLeads = _mm256_or_si256(IsLeadFrom(window.before2, 0xE0), fourth);
-            if (!IsWellFormed(window, longLeads))
+            if (!IsWellFormed(window, longLeads)) {
                 break;
+            }
             Values values = CombineBytes(window, longLeads);
             __m256i const third = IsLeadFrom(window.before2, 0xF0);
             if (TopBits(_mm256_or_si256(third, fourth)) != 0) {
@@ -247,8 +250,9 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
             units -= 1;
         }
     }
-    if (done == inCount)
+    if (done == inCount) {
         return {done, static_cast<std::size_t>(units - outUnits)};
+    }
     UnicodeProgress const rest =
         kPortableUnicodeKernels.DecodeUTF8(inText + done, inCount - done, units);
     return {done + rest.consumed, static_cast<std::size_t>(units - outUnits) + rest.produced};

@@ -17,8 +17,9 @@ constexpr ByteShuffles MakeTwoByteShuffles() {
         unsigned kept = 0;
         for (unsigned lane = 0; lane < 8; ++lane) {
             shuffles[ascii].bytes[kept++] = static_cast<std::uint8_t>(2 * lane);
-            if ((ascii >> lane & 1) == 0)
+            if ((ascii >> lane & 1) == 0) {
                 shuffles[ascii].bytes[kept++] = static_cast<std::uint8_t>(2 * lane + 1);
+            }
         }
     }
     return shuffles;
@@ -31,10 +32,12 @@ constexpr ByteShuffles MakeThreeByteShuffles() {
     for (unsigned sizes = 0; sizes < 256; ++sizes) {
         unsigned kept = 0;
         for (unsigned lane = 0; lane < 4; ++lane) {
-            if ((sizes >> 2 * lane & 2) != 0)
+            if ((sizes >> 2 * lane & 2) != 0) {
                 shuffles[sizes].bytes[kept++] = static_cast<std::uint8_t>(4 * lane + 2);
-            if ((sizes >> 2 * lane & 1) != 0)
+            }
+            if ((sizes >> 2 * lane & 1) != 0) {
                 shuffles[sizes].bytes[kept++] = static_cast<std::uint8_t>(4 * lane);
+            }
             shuffles[sizes].bytes[kept++] = static_cast<std::uint8_t>(4 * lane + 1);
         }
     }
@@ -54,8 +57,9 @@ constexpr std::uint32_t kLanePairNumbers[kBlock / 2] = {0, 1, 2, 3, 4, 5, 6, 7};
 
 /// The `inCount` units at `inText`, 1 to 16, and NUL behind them.
 BRN_AVX2 inline __m256i LoadUpToBlock(std::uint16_t const* inText, std::size_t inCount) noexcept {
-    if (inCount == kBlock)
+    if (inCount == kBlock) {
         return Load(inText);
+    }
     auto const count = static_cast<int>(inCount);
     __m256i const isWholePair =
         _mm256_cmpgt_epi32(_mm256_set1_epi32(count / 2), Load(kLanePairNumbers));
@@ -151,8 +155,9 @@ BRN_AVX2 inline std::uint8_t* EncodeAny(__m256i inUnits, std::uint16_t inUnitBef
                                            _mm256_slli_epi16(inUnits, 8), sequences.isASCII);
     __m256i const isSurrogate =
         _mm256_cmpeq_epi16(_mm256_and_si256(inUnits, Splat(0xF800)), Splat(0xD800));
-    if (_mm256_testz_si256(isSurrogate, isSurrogate) == 0)
+    if (_mm256_testz_si256(isSurrogate, isSurrogate) == 0) {
         EncodePairs(inUnits, inUnitBefore, inUnitBehind, sequences);
+    }
 
     __m256i const third = _mm256_or_si256(_mm256_srli_epi16(inUnits, 12), Splat(0x00E0));
     __m256i const even = _mm256_unpacklo_epi16(sequences.lastTwo, third);
@@ -249,15 +254,17 @@ UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexc
     std::size_t done = 0;
     for (; inCount - done >= Group::kUnits; done += Group::kUnits) {
         Group const group(inText + done);
-        if (group.HasNul())
+        if (group.HasNul()) {
             break;
+        }
         if (group.IsBelow(0x80)) {
             meter.AddASCII(Group::kUnits);
         } else if (group.IsBelow(0x800)) {
             meter.AddUpToTwoBytes(group);
         } else {
-            for (__m256i const block : group.blocks)
+            for (__m256i const block : group.blocks) {
                 meter.AddAny(block, kBlock);
+            }
         }
     }
     while (done != inCount) {
@@ -267,8 +274,9 @@ UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexc
         std::size_t const beforeNul = CountBits(~nuls & (nuls - 1)) / 2;
         meter.AddAny(units, beforeNul);
         done += beforeNul;
-        if (beforeNul != count)
+        if (beforeNul != count) {
             break;
+        }
     }
     return {done, meter.Bytes()};
 }
@@ -282,11 +290,13 @@ std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,
     for (; inCount - done > Group::kUnits; done += Group::kUnits) {
         Group const group(inText + done);
         if (group.IsBelow(0x80)) {
-            for (__m256i const block : group.blocks)
+            for (__m256i const block : group.blocks) {
                 bytes = EncodeASCII(block, bytes);
+            }
         } else if (group.IsBelow(0x800)) {
-            for (__m256i const block : group.blocks)
+            for (__m256i const block : group.blocks) {
                 bytes = EncodeUpToTwoBytes(block, bytes);
+            }
         } else {
             std::uint16_t const* block = inText + done;
             for (__m256i const units : group.blocks) {

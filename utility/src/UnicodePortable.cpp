@@ -17,15 +17,17 @@ bool IsASCIIBlock(Element const* inText) noexcept {
     std::uint64_t words[kBlock * sizeof(Element) / 8];
     std::memcpy(words, inText, sizeof words);
     std::uint64_t seen = 0;
-    for (std::uint64_t word : words)
+    for (std::uint64_t word : words) {
         seen |= word;
+    }
     return (seen & kNotASCII) == 0;
 }
 
 template <typename From, typename To>
 void CopyASCIIBlock(From const* inText, To* outText) noexcept {
-    for (std::size_t i = 0; i < kBlock; ++i)
+    for (std::size_t i = 0; i < kBlock; ++i) {
         outText[i] = static_cast<To>(inText[i]);
+    }
 }
 
 bool IsPair(std::uint16_t inFirst, std::uint16_t inSecond) noexcept {
@@ -41,8 +43,9 @@ int ExtraBytes(std::uint16_t inUnit) noexcept {
 bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
     // One below NUL has the bits that ASCII has not, too.
     unsigned seen = 0;
-    for (std::size_t i = 0; i < kMeasuredBlock; ++i)
+    for (std::size_t i = 0; i < kMeasuredBlock; ++i) {
         seen |= inBlock[i] | static_cast<std::uint16_t>(inBlock[i] - 1);
+    }
     if ((seen & 0xFF80) == 0) {
         ioBytes += kMeasuredBlock;
         return true;
@@ -57,23 +60,27 @@ bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
         nuls = static_cast<std::uint16_t>(nuls + (inBlock[i] == 0));
         pairs = static_cast<std::uint16_t>(pairs + IsPair(before[i], inBlock[i]));
     }
-    if (nuls != 0)
+    if (nuls != 0) {
         return false;
+    }
     // Two lone surrogates take six bytes, a pair takes four.
     ioBytes += kMeasuredBlock + extra - 2 * std::size_t{pairs};
     return true;
 }
 
 UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexcept {
-    if (inCount == 0 || inText[0] == 0)
+    if (inCount == 0 || inText[0] == 0) {
         return {0, 0};
+    }
     std::size_t units = 1;
     std::size_t bytes = 1 + static_cast<std::size_t>(ExtraBytes(inText[0]));
-    while (inCount - units >= kMeasuredBlock && MeasureBlock(inText + units, bytes))
+    while (inCount - units >= kMeasuredBlock && MeasureBlock(inText + units, bytes)) {
         units += kMeasuredBlock;
-    for (; units < inCount && inText[units] != 0; ++units)
+    }
+    for (; units < inCount && inText[units] != 0; ++units) {
         bytes += 1 + static_cast<std::size_t>(ExtraBytes(inText[units])) -
                  2 * std::size_t{IsPair(inText[units - 1], inText[units])};
+    }
     return {units, bytes};
 }
 
@@ -119,18 +126,21 @@ std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,
             continue;
         }
         std::uint16_t const* const blockEnd = text + kBlock;
-        while (text < blockEnd)
+        while (text < blockEnd) {
             EncodeOne(text, end, bytes);
+        }
     }
-    while (text != end)
+    while (text != end) {
         EncodeOne(text, end, bytes);
+    }
     return static_cast<std::size_t>(bytes - outBytes);
 }
 
 std::size_t CountUTF16(std::uint8_t const* inText, std::size_t inCount) noexcept {
     std::size_t units = 0;
-    for (std::size_t i = 0; i < inCount; ++i)
+    for (std::size_t i = 0; i < inCount; ++i) {
         units += std::size_t{(inText[i] & 0xC0) != 0x80} + std::size_t{inText[i] >= 0xF0};
+    }
     return units;
 }
 
@@ -150,33 +160,39 @@ bool DecodeOne(std::uint8_t const*& ioText, std::uint8_t const* inEnd,
         ioText = text + 1;
         return true;
     }
-    if (lead < 0xC2)
+    if (lead < 0xC2) {
         return false;
+    }
     if (lead < 0xE0) {
-        if (count < 2 || !IsTrailing(text[1]))
+        if (count < 2 || !IsTrailing(text[1])) {
             return false;
+        }
         *ioUnits++ = static_cast<std::uint16_t>((lead & 0x1F) << 6 | (text[1] & 0x3F));
         ioText = text + 2;
         return true;
     }
     if (lead < 0xF0) {
-        if (count < 3 || !IsTrailing(text[1]) || !IsTrailing(text[2]))
+        if (count < 3 || !IsTrailing(text[1]) || !IsTrailing(text[2])) {
             return false;
+        }
         std::uint32_t const value =
             (lead & 0x0F) << 12 | (text[1] & 0x3Fu) << 6 | (text[2] & 0x3Fu);
-        if (value < 0x800)
+        if (value < 0x800) {
             return false;
+        }
         *ioUnits++ = static_cast<std::uint16_t>(value);
         ioText = text + 3;
         return true;
     }
     if (lead > 0xF4 || count < 4 || !IsTrailing(text[1]) || !IsTrailing(text[2]) ||
-        !IsTrailing(text[3]))
+        !IsTrailing(text[3])) {
         return false;
+    }
     std::uint32_t const value =
         (lead & 0x07) << 18 | (text[1] & 0x3Fu) << 12 | (text[2] & 0x3Fu) << 6 | (text[3] & 0x3Fu);
-    if (value < 0x10000 || value > 0x10FFFF)
+    if (value < 0x10000 || value > 0x10FFFF) {
         return false;
+    }
     *ioUnits++ = static_cast<std::uint16_t>(0xD7C0 + (value >> 10));
     *ioUnits++ = static_cast<std::uint16_t>(0xDC00 | (value & 0x3FF));
     ioText = text + 4;
@@ -197,11 +213,13 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
             continue;
         }
         std::uint8_t const* const blockEnd = text + kBlock;
-        while (isWellFormed && text < blockEnd)
+        while (isWellFormed && text < blockEnd) {
             isWellFormed = DecodeOne(text, end, units);
+        }
     }
-    while (isWellFormed && text != end)
+    while (isWellFormed && text != end) {
         isWellFormed = DecodeOne(text, end, units);
+    }
     return {static_cast<std::size_t>(text - inText), static_cast<std::size_t>(units - outUnits)};
 }
 

@@ -118,37 +118,42 @@ private:
         return inEnd;
     }
     Unit const* do_scan_is(mask inMask, Unit const* inBegin, Unit const* inEnd) const override {
-        while (inBegin != inEnd && !do_is(inMask, *inBegin))
+        while (inBegin != inEnd && !do_is(inMask, *inBegin)) {
             ++inBegin;
+        }
         return inBegin;
     }
     Unit const* do_scan_not(mask inMask, Unit const* inBegin, Unit const* inEnd) const override {
-        while (inBegin != inEnd && do_is(inMask, *inBegin))
+        while (inBegin != inEnd && do_is(inMask, *inBegin)) {
             ++inBegin;
+        }
         return inBegin;
     }
     Unit do_toupper(Unit inUnit) const override {
         return static_cast<Unit>(mFacet.toupper(static_cast<Character>(inUnit)));
     }
     Unit const* do_toupper(Unit* ioBegin, Unit const* inEnd) const override {
-        for (; ioBegin != inEnd; ++ioBegin)
+        for (; ioBegin != inEnd; ++ioBegin) {
             *ioBegin = do_toupper(*ioBegin);
+        }
         return inEnd;
     }
     Unit do_tolower(Unit inUnit) const override {
         return static_cast<Unit>(mFacet.tolower(static_cast<Character>(inUnit)));
     }
     Unit const* do_tolower(Unit* ioBegin, Unit const* inEnd) const override {
-        for (; ioBegin != inEnd; ++ioBegin)
+        for (; ioBegin != inEnd; ++ioBegin) {
             *ioBegin = do_tolower(*ioBegin);
+        }
         return inEnd;
     }
     Unit do_widen(char inCharacter) const override {
         return static_cast<Unit>(mFacet.widen(inCharacter));
     }
     char const* do_widen(char const* inBegin, char const* inEnd, Unit* outUnits) const override {
-        for (; inBegin != inEnd; ++inBegin)
+        for (; inBegin != inEnd; ++inBegin) {
             *outUnits++ = do_widen(*inBegin);
+        }
         return inEnd;
     }
     char do_narrow(Unit inUnit, char inDefault) const override {
@@ -156,8 +161,9 @@ private:
     }
     Unit const* do_narrow(Unit const* inBegin, Unit const* inEnd, char inDefault,
                           char* outCharacters) const override {
-        for (; inBegin != inEnd; ++inBegin)
+        for (; inBegin != inEnd; ++inBegin) {
             *outCharacters++ = do_narrow(*inBegin, inDefault);
+        }
         return inEnd;
     }
 

@@ -20,8 +20,9 @@ public:
 
 private:
     typename Traits::int_type overflow(typename Traits::int_type inCharacter) override {
-        if (!Traits::eq_int_type(inCharacter, Traits::eof()))
+        if (!Traits::eq_int_type(inCharacter, Traits::eof())) {
             *mTarget++ = static_cast<Unit>(Traits::to_char_type(inCharacter));
+        }
         return mTarget.failed() ? Traits::eof() : Traits::not_eof(inCharacter);
     }
 
@@ -47,8 +48,9 @@ private:
     }
     typename Traits::int_type uflow() override {
         auto const character = underflow();
-        if (!Traits::eq_int_type(character, Traits::eof()))
+        if (!Traits::eq_int_type(character, Traits::eof())) {
             ++mAt;
+        }
         return character;
     }
 
