@@ -5,6 +5,8 @@
 #include <cstring>
 #include <iomanip>
 #include <random>
+#include <tuple>
+#include <vector>
 
 using namespace brindle;
 
@@ -100,44 +102,16 @@ protected:
             inBits %= 100000;
             real = static_cast<double>(inBits) / 64 - 500;
         }
-        switch (inType) {
-        case 0:
-            ioStream << (inBits % 4 < 2);
-            break;
-        case 1:
-            ioStream << static_cast<short>(inBits);
-            break;
-        case 2:
-            ioStream << static_cast<unsigned short>(inBits);
-            break;
-        case 3:
-            ioStream << static_cast<int>(inBits);
-            break;
-        case 4:
-            ioStream << static_cast<long>(inBits);
-            break;
-        case 5:
-            ioStream << static_cast<unsigned long long>(inBits);
-            break;
-        case 6:
-            ioStream << static_cast<float>(inBits);
-            break;
-        case 7:
-            ioStream << real;
-            break;
-        case 8:
-            ioStream << static_cast<long double>(real) / 3;
-            break;
-        case 9:
-            ioStream << reinterpret_cast<void const*>(inBits);
-            break;
-        case 10:
-            ioStream << static_cast<char>('a' + inBits % 26) << std::endl;
-            break;
-        default:
-            ioStream << "text" << std::ends;
-            break;
-        }
+        auto const values = std::make_tuple(
+            inBits % 4 < 2, static_cast<short>(inBits), static_cast<unsigned short>(inBits),
+            static_cast<int>(inBits), static_cast<long>(inBits),
+            static_cast<unsigned long long>(inBits), static_cast<float>(inBits), real,
+            static_cast<long double>(real) / 3, reinterpret_cast<void const*>(inBits),
+            static_cast<char>('a' + inBits % 26), "text");
+        auto const insert = [&](auto... inValues) {
+            ((inType-- == 0 ? void(ioStream << inValues << std::endl) : void()), ...);
+        };
+        std::apply(insert, values);
     }
 
     template <typename Value, typename Ours, typename Standard>
@@ -146,6 +120,12 @@ protected:
         ioOurs >> ours;
         ioStandard >> standard;
         EXPECT_EQ(ours, standard) << inText;
+    }
+
+    template <typename... Values, typename Ours, typename Standard>
+    void ExtractOneOf(Ours& ioOurs, Standard& ioStandard, std::string const& inText) {
+        int at = this->Pick(sizeof...(Values));
+        ((at-- == 0 ? ExtractBoth<Values>(ioOurs, ioStandard, inText) : void()), ...);
     }
 };
 
@@ -223,35 +203,8 @@ TYPED_TEST(StringStreams, ExtractWhatTheStandardStreamsExtract) {
         ours.flags(flags);
         standard.flags(flags);
         for (int extraction = 0; extraction < 2; ++extraction) {
-            switch (this->Pick(9)) {
-            case 0:
-                this->template ExtractBoth<bool>(ours, standard, text);
-                break;
-            case 1:
-                this->template ExtractBoth<unsigned short>(ours, standard, text);
-                break;
-            case 2:
-                this->template ExtractBoth<int>(ours, standard, text);
-                break;
-            case 3:
-                this->template ExtractBoth<unsigned>(ours, standard, text);
-                break;
-            case 4:
-                this->template ExtractBoth<long long>(ours, standard, text);
-                break;
-            case 5:
-                this->template ExtractBoth<float>(ours, standard, text);
-                break;
-            case 6:
-                this->template ExtractBoth<double>(ours, standard, text);
-                break;
-            case 7:
-                this->template ExtractBoth<long double>(ours, standard, text);
-                break;
-            default:
-                this->template ExtractBoth<void*>(ours, standard, text);
-                break;
-            }
+            this->template ExtractOneOf<bool, unsigned short, int, unsigned, long, long long, float,
+                                        double, long double, void*>(ours, standard, text);
             ASSERT_EQ(ours.rdstate(), standard.rdstate()) << text;
         }
         ours.clear();
