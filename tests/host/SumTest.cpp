@@ -85,7 +85,7 @@ protected:
 
 TEST_F(Sum, TellsEveryKindOfNameAndFile) {
     std::string large;
-    for (int i = 0; i < 400'000; ++i) {
+    for (unsigned i = 0; i < 400'000; ++i) {
         large += static_cast<char>(i * i >> 3);
     }
     for (std::string const name : {"plain", "sub/one", "sub.one", "sub/deeper/two", "new\nline",
