@@ -31,6 +31,11 @@ void Report(benchmark::State& ioState) {
     ioState.SetBytesProcessed(ioState.iterations() * kSize);
 }
 
+void ReportRuns(benchmark::State& ioState) {
+    ioState.SetLabel(ioState.range(0) != 0 ? "one long run" : "no runs");
+    Report(ioState);
+}
+
 /// A file in memory, as far as the system has such files, with a large buffer.
 class MemoryFile {
 public:
@@ -154,7 +159,7 @@ void RLE_Encode(benchmark::State& ioState) {
         stream.Flush();
         benchmark::ClobberMemory();
     }
-    Report(ioState);
+    ReportRuns(ioState);
 }
 
 void RLE_Decode(benchmark::State& ioState) {
@@ -170,7 +175,7 @@ void RLE_Decode(benchmark::State& ioState) {
         stream.ReadBlock(data.data(), kSize);
         benchmark::ClobberMemory();
     }
-    Report(ioState);
+    ReportRuns(ioState);
 }
 
 void RLE_Memcpy(benchmark::State& ioState) {
@@ -180,17 +185,22 @@ void RLE_Memcpy(benchmark::State& ioState) {
         std::memcpy(target.data(), data.data(), kSize);
         benchmark::ClobberMemory();
     }
-    Report(ioState);
+    ReportRuns(ioState);
 }
 
-BENCHMARK(Get_Brindle);
-BENCHMARK(Get_BrindleThroughTheBase);
-BENCHMARK(Get_Filebuf);
-BENCHMARK(Put_Brindle);
-BENCHMARK(Put_BrindleThroughTheBase);
-BENCHMARK(Put_Filebuf);
-BENCHMARK(RLE_Encode)->ArgName("run")->Arg(0)->Arg(1);
-BENCHMARK(RLE_Decode)->ArgName("run")->Arg(0)->Arg(1);
-BENCHMARK(RLE_Memcpy)->ArgName("run")->Arg(0)->Arg(1);
+void EveryData(benchmark::internal::Benchmark* ioBenchmark) {
+    ioBenchmark->ArgName("run")->Arg(0)->Arg(1);
+}
+
+BENCHMARK(Get_Brindle)->Name("Get/brindle/1 MiB");
+BENCHMARK(Get_BrindleThroughTheBase)->Name("Get/(brindle through the base)/1 MiB");
+BENCHMARK(Get_Filebuf)->Name("Get/std::filebuf::sbumpc/1 MiB");
+BENCHMARK(Put_Brindle)->Name("Put/brindle/1 MiB");
+BENCHMARK(Put_BrindleThroughTheBase)->Name("Put/(brindle through the base)/1 MiB");
+BENCHMARK(Put_Filebuf)->Name("Put/std::filebuf::sputc/1 MiB");
+BENCHMARK(RLE_Encode)->Name("ORLEByteStream/brindle")->Apply(EveryData);
+BENCHMARK(RLE_Memcpy)->Name("ORLEByteStream/(memcpy)")->Apply(EveryData);
+BENCHMARK(RLE_Decode)->Name("IRLEByteStream/brindle")->Apply(EveryData);
+BENCHMARK(RLE_Memcpy)->Name("IRLEByteStream/(memcpy)")->Apply(EveryData);
 
 } // namespace

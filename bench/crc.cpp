@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <numeric>
+#include <string>
 #include <vector>
 
 namespace {
@@ -17,6 +18,7 @@ std::vector<std::uint8_t> Data(benchmark::State const& inState) {
 }
 
 void Report(benchmark::State& ioState) {
+    ioState.SetLabel("blocks of " + std::to_string(ioState.range(0)) + " bytes");
     ioState.SetBytesProcessed(ioState.iterations() * ioState.range(0));
 }
 
@@ -41,7 +43,11 @@ void CRC_Zlib(benchmark::State& ioState) {
     Report(ioState);
 }
 
-BENCHMARK(CRC_Brindle)->Arg(16)->Arg(256)->Arg(4096)->Arg(1 << 20);
-BENCHMARK(CRC_Zlib)->Arg(16)->Arg(256)->Arg(4096)->Arg(1 << 20);
+void EveryBlock(benchmark::internal::Benchmark* ioBenchmark) {
+    ioBenchmark->Arg(16)->Arg(256)->Arg(4096)->Arg(1 << 20);
+}
+
+BENCHMARK(CRC_Brindle)->Name("OCRCByteStream/brindle")->Apply(EveryBlock);
+BENCHMARK(CRC_Zlib)->Name("OCRCByteStream/zlib crc32")->Apply(EveryBlock);
 
 } // namespace
