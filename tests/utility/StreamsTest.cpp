@@ -58,10 +58,8 @@ TEST(Streams, SetStreamBufferMakesTheStreamNew) {
 }
 
 TEST(Streams, TheFourStandardStreams) {
-    EXPECT_EQ(&streams::In, &std::cin);
-    EXPECT_EQ(&streams::Out, &std::cout);
-    EXPECT_EQ(&streams::Log, &std::clog);
-    EXPECT_EQ(&streams::Err, &std::cerr);
+    EXPECT_TRUE(&streams::In == &std::cin && &streams::Out == &std::cout);
+    EXPECT_TRUE(&streams::Log == &std::clog && &streams::Err == &std::cerr);
 }
 
 TEST(Locale, AnUnknownUserLocaleIsTheClassicOne) {

@@ -53,11 +53,9 @@ protected:
     using Unit = typename Kind::Out::char_type;
     using Character = typename Kind::Character;
 
-    std::size_t Pick(std::size_t inBelow) { return mRandom() % inBelow; }
-
     void PickLocaleAndFlags() {
-        mLocale = Pick(2) != 0 ? std::locale::classic() : GroupingLocale();
-        mFlags = static_cast<std::ios_base::fmtflags>(Pick(std::ios_base::uppercase * 2));
+        mLocale = mRandom() % 2 != 0 ? std::locale::classic() : GroupingLocale();
+        mFlags = static_cast<std::ios_base::fmtflags>(mRandom() % (std::ios_base::uppercase * 2));
     }
 
     template <typename Stream>
@@ -102,9 +100,8 @@ TYPED_TEST_SUITE(StringStreams, Kinds, );
 TYPED_TEST(StringStreams, InsertWhatTheStandardStreamsInsert) {
     for (int round = 0; round < 3000; ++round) {
         this->PickLocaleAndFlags();
-        int const width = static_cast<int>(this->Pick(30)),
-                  precision = static_cast<int>(this->Pick(25));
-        char const fill = " *0\x7F"[this->Pick(4)];
+        int const width = static_cast<int>(this->mRandom() % 30);
+        int const precision = static_cast<int>(this->mRandom() % 25);
         std::uint64_t bits = std::uint64_t{this->mRandom()} << 32 | this->mRandom();
         double real;
         std::memcpy(&real, &bits, sizeof real);
@@ -117,7 +114,7 @@ TYPED_TEST(StringStreams, InsertWhatTheStandardStreamsInsert) {
             this->Prepare(ioStream);
             // A stream that was given no fill finds its own.
             if (bits % 3 != 0) {
-                ioStream.fill(static_cast<decltype(ioStream.fill())>(fill));
+                ioStream.fill(static_cast<decltype(ioStream.fill())>(" *0\x7F"[bits % 4]));
             }
             ioStream << std::setprecision(precision);
             auto const put = [&](auto... inValues) {
@@ -141,8 +138,8 @@ TYPED_TEST(StringStreams, ExtractWhatTheStandardStreamsExtract) {
         "999999999", " ",    "\t\n", "yes", "no",  "true", "nan", "x", "018",   "\xFF"};
     for (int round = 0; round < 3000; ++round) {
         std::string text;
-        for (std::size_t count = 1 + this->Pick(5); count != 0; --count) {
-            text += pieces[this->Pick(pieces.size())];
+        for (std::size_t count = 1 + this->mRandom() % 5; count != 0; --count) {
+            text += pieces[this->mRandom() % pieces.size()];
         }
         this->PickLocaleAndFlags();
         this->template ExpectSameExtractions<bool, unsigned short, int, unsigned, long,
@@ -179,7 +176,7 @@ TYPED_TEST(StringStreams, FacetsComeFromTheLocaleAndStayOutOfIt) {
 
 TEST(UTF8StringStreams, ClassifyByTheCtypeOfTheLocale) {
     static std::ctype_base::mask table[std::ctype<char>::table_size];
-    table[','] = std::ctype_base::space;
+    table[0x2C] = std::ctype_base::space;
     iUTF8StringStream in("one,two"_utf8);
     in.imbue(std::locale(in.getloc(), new std::ctype<char>(table)));
     UTF8String one, two;
