@@ -19,8 +19,9 @@ UTF16String Text(int inLanguage) {
         u"天地玄黄宇宙洪荒日月盈昃辰宿列张寒来暑往秋收冬藏闰余成岁律吕调阳。"};
     std::u16string const sample = samples[inLanguage];
     UTF16String text;
-    while (text.size() < 32 * 1024)
+    while (text.size() < 32 * 1024) {
         text.append(sample.begin(), sample.end());
+    }
     text.resize(32 * 1024);
     return text;
 }
@@ -34,8 +35,9 @@ void SetBytes(benchmark::State& ioState, UTF16String const& inText) {
 template <UTF16String (*Convert)(UTF16String const&)>
 void Brindle(benchmark::State& ioState) {
     UTF16String const text = Text(static_cast<int>(ioState.range(0)));
-    for (auto _ : ioState)
+    for (auto _ : ioState) {
         benchmark::DoNotOptimize(Convert(text));
+    }
     SetBytes(ioState, text);
 }
 
@@ -51,8 +53,9 @@ void Icu(benchmark::State& ioState, Convert inConvert) {
         auto const capacity = static_cast<std::int32_t>(result.size());
         benchmark::DoNotOptimize(inConvert(&result[0], capacity, units, count, &error));
         benchmark::DoNotOptimize(result.data());
-        if (U_FAILURE(error))
+        if (U_FAILURE(error)) {
             ioState.SkipWithError(u_errorName(error));
+        }
     }
     SetBytes(ioState, text);
 }

@@ -50,10 +50,12 @@ std::uint16_t const* Words(Kind inKind) {
 /// ICU refuses a pair that is cut in two.
 UTF16String Cut(UTF16String const& inText, std::size_t inBegin, std::size_t inCount) {
     UTF16String part = inText.substr(inBegin, inCount);
-    if (UnicodeSurrogate(part.front()) == brindle::utility::kSurrogate_Low)
+    if (UnicodeSurrogate(part.front()) == brindle::utility::kSurrogate_Low) {
         part.front() = u'x';
-    if (UnicodeSurrogate(part.back()) == brindle::utility::kSurrogate_High)
+    }
+    if (UnicodeSurrogate(part.back()) == brindle::utility::kSurrogate_High) {
         part.back() = u'x';
+    }
     return part;
 }
 
@@ -72,13 +74,15 @@ UTF16String Text(Kind inKind, std::size_t inUnits) {
 /// One long text, or ten thousand of 1 to 15 units.
 std::vector<UTF16String> Texts(benchmark::State const& inState) {
     auto const kind = static_cast<Kind>(inState.range(0));
-    if (inState.range(1) == 0)
+    if (inState.range(1) == 0) {
         return {Text(kind, kLongText)};
+    }
     std::vector<UTF16String> texts;
     UTF16String const source = Text(kind, kLongText);
     std::mt19937 random(11);
-    for (int i = 0; i < 10000; ++i)
+    for (int i = 0; i < 10000; ++i) {
         texts.push_back(Cut(source, random() % (kLongText - 15), 1 + random() % 15));
+    }
     return texts;
 }
 
@@ -119,13 +123,15 @@ UTF16String ICUFromUTF8(UTF8String const& inText) {
 template <typename Texts, typename Convert>
 void Run(benchmark::State& ioState, Texts const& inTexts, Convert const& inConvert) {
     std::int64_t units = 0;
-    for (auto const& text : inTexts)
+    for (auto const& text : inTexts) {
         units += static_cast<std::int64_t>(
             sizeof(text[0]) == 2 ? text.size()
                                  : UTF8to16(UTF8String(text.begin(), text.end())).size());
+    }
     for (auto _ : ioState) {
-        for (auto const& text : inTexts)
+        for (auto const& text : inTexts) {
             inConvert(text);
+        }
     }
     ioState.SetLabel(std::string(kKindNames[ioState.range(0)]) +
                      (ioState.range(1) == 0 ? ", 140 KB" : ", 1 to 15 units"));
@@ -134,8 +140,9 @@ void Run(benchmark::State& ioState, Texts const& inTexts, Convert const& inConve
 
 std::vector<UTF8String> Encoded(std::vector<UTF16String> const& inTexts) {
     std::vector<UTF8String> bytes;
-    for (UTF16String const& text : inTexts)
+    for (UTF16String const& text : inTexts) {
         bytes.push_back(UTF16to8(text));
+    }
     return bytes;
 }
 
@@ -217,8 +224,9 @@ void CopyText(benchmark::State& ioState) {
 void EveryText(benchmark::internal::Benchmark* ioBenchmark) {
     ioBenchmark->ArgNames({"kind", "short"});
     for (int isShort = 0; isShort < 2; ++isShort) {
-        for (int const kind : {kASCII, kLatin, kCJK, kMixed})
+        for (int const kind : {kASCII, kLatin, kCJK, kMixed}) {
             ioBenchmark->Args({kind, isShort});
+        }
     }
 }
 

@@ -12,8 +12,9 @@ using namespace brindle::utility;
 namespace {
 
 void Require(bool inIsTrue) {
-    if (!inIsTrue)
+    if (!inIsTrue) {
         std::abort();
+    }
 }
 
 } // namespace
@@ -21,15 +22,17 @@ void Require(bool inIsTrue) {
 /// The input is the text's units, in the machine's byte order; an odd byte at the end is left out.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
     UTF16String text(inSize / 2, 0);
-    if (!text.empty())
+    if (!text.empty()) {
         std::memcpy(text.data(), inData, text.size() * 2);
+    }
 
     UTF8String const bytes = UTF16to8(text);
     Require(bytes == model::UTF16to8(text));
     UTF16String const untilNul = text.c_str();
     Require(UTF16to8(text.c_str()) == model::EncodeAll(untilNul));
-    if (untilNul.size() == text.size())
+    if (untilNul.size() == text.size()) {
         Require(UTF8to16(bytes) == text);
+    }
 
     UTF8String buffer(3 * text.size() + impl::UnicodeKernels::kSlack, 0);
     buffer.resize(

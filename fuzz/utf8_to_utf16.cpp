@@ -11,8 +11,9 @@ using namespace brindle::utility;
 namespace {
 
 void Require(bool inIsTrue) {
-    if (!inIsTrue)
+    if (!inIsTrue) {
         std::abort();
+    }
 }
 
 } // namespace

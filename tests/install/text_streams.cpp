@@ -17,8 +17,9 @@ namespace {
 bool S_ok = true;
 
 void Check(bool inHolds, char const* inWhat) {
-    if (inHolds)
+    if (inHolds) {
         return;
+    }
     std::fprintf(stderr, "%s\n", inWhat);
     S_ok = false;
 }

@@ -1,6 +1,6 @@
 #include <brindle/utility/Locale.h>
 
-#include <stdexcept>
+#include <exception>
 
 namespace brindle::Locale {
 
@@ -9,8 +9,8 @@ namespace {
 std::locale UserLocale() {
     try {
         return std::locale("");
-    } catch (std::runtime_error const&) {
-        return std::locale("C");
+    } catch (std::exception const&) {
+        return std::locale::classic();
     }
 }
 
