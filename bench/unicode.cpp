@@ -232,12 +232,12 @@ void EveryText(benchmark::internal::Benchmark* ioBenchmark) {
 
 BENCHMARK(EncodeBrindle)->Name("UTF16to8/brindle")->Apply(EveryText);
 BENCHMARK(EncodeICU)->Name("UTF16to8/ICU")->Apply(EveryText);
-BENCHMARK(EncodeICUIntoBuffer)->Name("UTF16to8/ICU into a buffer")->Apply(EveryText);
-BENCHMARK(EncodeIconv)->Name("UTF16to8/iconv into a buffer")->Apply(EveryText);
+BENCHMARK(EncodeICUIntoBuffer)->Name("UTF16to8/(ICU into a buffer)")->Apply(EveryText);
+BENCHMARK(EncodeIconv)->Name("UTF16to8/(iconv into a buffer)")->Apply(EveryText);
 BENCHMARK(DecodeBrindle)->Name("UTF8to16/brindle")->Apply(EveryText);
 BENCHMARK(DecodeICU)->Name("UTF8to16/ICU")->Apply(EveryText);
-BENCHMARK(DecodeICUIntoBuffer)->Name("UTF8to16/ICU into a buffer")->Apply(EveryText);
-BENCHMARK(DecodeIconv)->Name("UTF8to16/iconv into a buffer")->Apply(EveryText);
-BENCHMARK(CopyText)->Name("copy/UTF16String")->Apply(EveryText);
+BENCHMARK(DecodeICUIntoBuffer)->Name("UTF8to16/(ICU into a buffer)")->Apply(EveryText);
+BENCHMARK(DecodeIconv)->Name("UTF8to16/(iconv into a buffer)")->Apply(EveryText);
+BENCHMARK(CopyText)->Name("UTF16to8/(a copy of the text)")->Apply(EveryText);
 
 } // namespace
