@@ -8,24 +8,17 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstring>
 #include <fstream>
-#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace brindle::filesupport {
-
 namespace {
 
 class PlatformByteStreams : public testing::Test {
 protected:
     void Fill(std::string const& inContent) {
         std::ofstream(mTemporary.Native("file"), std::ios::binary) << inContent;
-    }
-    std::string Content() {
-        std::ifstream file(mTemporary.Native("file"), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
     }
 
     tests::TemporaryDirectory mTemporary;
@@ -35,14 +28,14 @@ protected:
 TEST_F(PlatformByteStreams, ReadToTheEndAndNoFurther) {
     Fill("0123456789");
     IPlatformByteStream in(mFile);
-    EXPECT_EQ(10u, in.Length());
     EXPECT_EQ('0', in.Get());
-    std::uint8_t block[16] = {};
-    in.ReadBlock(block, 4);
-    EXPECT_EQ(0, memcmp("1234", block, 4));
+    std::string block(6, 'x');
+    auto const bytes = reinterpret_cast<std::uint8_t*>(&block[0]);
+    in.ReadBlock(bytes, 4);
     EXPECT_EQ(5u, in.CurPos());
-    EXPECT_THROW(in.ReadBlock(block, 6), eof_error);
-    EXPECT_EQ(0, memcmp("56789", block, 5)) << "what there was has been delivered";
+    EXPECT_EQ("1234xx", block);
+    EXPECT_THROW(in.ReadBlock(bytes, 6), eof_error);
+    EXPECT_EQ("56789x", block);
     EXPECT_THROW(in.Get(), eof_error);
     in.CurPos(9);
     EXPECT_EQ('9', in.Get());
@@ -60,12 +53,14 @@ TEST_F(PlatformByteStreams, WriteOverWhatIsThereAndKeepTheRest) {
     {
         OPlatformByteStream out(mFile);
         out.Put('a');
+        EXPECT_EQ(10u, out.Length());
         out.CurPos(8);
         out.WriteBlock(reinterpret_cast<std::uint8_t const*>("bcd"), 3);
         EXPECT_EQ(11u, out.CurPos());
         EXPECT_EQ(11u, out.Length());
     }
-    EXPECT_EQ("a1234567bcd", Content());
+    std::ifstream file(mTemporary.Native("file"), std::ios::binary);
+    EXPECT_EQ("a1234567bcd", std::string(std::istreambuf_iterator<char>(file), {}));
 }
 
 TEST_F(PlatformByteStreams, OpenOnlyRegularFilesThatNobodyElseWrites) {
@@ -75,18 +70,15 @@ TEST_F(PlatformByteStreams, OpenOnlyRegularFilesThatNobodyElseWrites) {
                  file_not_found_exception);
     EXPECT_THROW(IPlatformByteStream{File(mTemporary.Path())}, io_error);
     ASSERT_EQ(0, mkfifo(mTemporary.Native("fifo").c_str(), 0600));
-    EXPECT_THROW(IPlatformByteStream{File(mTemporary.Path(u"fifo"_utf16))}, io_error)
-        << "a FIFO must not be waited for";
+    EXPECT_THROW(IPlatformByteStream{File(mTemporary.Path(u"fifo"_utf16))}, io_error);
     Fill("x");
     {
         IPlatformByteStream const one(mFile), two(mFile);
         EXPECT_THROW(OPlatformByteStream{mFile}, io_error);
-        EXPECT_THROW(mFile.Create(), create_exception);
     }
     OPlatformByteStream const writer(mFile);
     EXPECT_THROW(OPlatformByteStream{mFile}, io_error);
     EXPECT_THROW(IPlatformByteStream{mFile}, io_error);
-    EXPECT_EQ("x", Content());
 }
 
 TEST_F(PlatformByteStreams, AFullDiskIsAnErrorThroughTheFiltersToo) {
@@ -99,13 +91,9 @@ TEST_F(PlatformByteStreams, AFullDiskIsAnErrorThroughTheFiltersToo) {
     {
         OPlatformByteStream out(mFile);
         OBufferedByteStream buffered(out, 600, 100);
-        EXPECT_THROW(
-            {
-                for (std::uint32_t value = 0; value < 1000; ++value) {
-                    buffered << value;
-                }
-            },
-            io_error);
+        buffered.WriteBlock(reinterpret_cast<std::uint8_t const*>(std::string(600, 'x').data()),
+                            600);
+        buffered << std::string(500, 'x');
         EXPECT_THROW(buffered.Flush(), io_error);
     }
     setrlimit(RLIMIT_FSIZE, &old);
@@ -113,5 +101,4 @@ TEST_F(PlatformByteStreams, AFullDiskIsAnErrorThroughTheFiltersToo) {
 }
 
 } // namespace
-
 } // namespace brindle::filesupport
