@@ -8,8 +8,6 @@
 #include <limits>
 #include <locale>
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 namespace brindle::filesupport {
 namespace {
@@ -41,8 +39,6 @@ void ExpectWire(Value const& inValue, std::string const& inBytes) {
 TEST(WireForm, IsTheSameForEverAndInEveryLocale) {
     struct Commas : std::numpunct<char> {
         char do_decimal_point() const override { return ','; }
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
     };
     auto const before = std::locale::global(std::locale(std::locale(), new Commas));
     ExpectWire(true, "\1"s);
@@ -67,28 +63,17 @@ TEST(WireForm, IsTheSameForEverAndInEveryLocale) {
     std::locale::global(before);
 }
 
-TEST(WireForm, FloatsComeBackExactly) {
+TEST(WireForm, FloatsComeBackExactlyAndOtherTextAsFromAStandardStream) {
     using Limits = std::numeric_limits<double>;
-    for (double const value : {Limits::max(), Limits::lowest(), Limits::min(), Limits::denorm_min(),
-                               Limits::epsilon(), 1.0 / 3, 123456789012345678.0, 1e22, 4e-320}) {
+    for (double const value : {Limits::max(), Limits::min(), Limits::denorm_min(), 1.0 / 3, 1e22}) {
         EXPECT_EQ(Unwire<double>(Wire(value)), value);
         auto const narrow = static_cast<float>(value / 1e280);
         EXPECT_EQ(Unwire<float>(Wire(narrow)), narrow);
-        auto const wide = static_cast<long double>(value) / 3;
+        auto const wide = value * -std::numeric_limits<long double>::denorm_min();
         EXPECT_EQ(Unwire<long double>(Wire(wide)), wide);
     }
-    auto const longest = -3 * std::numeric_limits<long double>::denorm_min();
-    EXPECT_EQ(Unwire<long double>(Wire(longest)), longest);
-}
-
-TEST(WireForm, TextThatIsNoNumberLeavesWhatStandardExtractionLeaves) {
-    std::pair<std::string, double> const cases[] = {{"", 7},
-                                                    {"  ", 7},
-                                                    {"inf", 0},
-                                                    {"x1", 0},
-                                                    {"1.5x", 1.5},
-                                                    {" 2", 2},
-                                                    {"1e999", std::numeric_limits<double>::max()}};
+    std::pair<std::string, double> const cases[] = {
+        {"", 7}, {"  ", 7}, {"inf", 0}, {"1.5x", 1.5}, {" 2", 2}, {"1e999", Limits::max()}};
     for (auto const& [text, left] : cases) {
         EXPECT_EQ(Unwire<double>(Wire(text), 7), left) << text;
     }
@@ -106,34 +91,28 @@ TEST(WireForm, StringsGoWholeOrNotAtAllAlsoToTheirOwnEnd) {
 }
 
 TEST(WireForm, EndInsideAValueKeepsTheNumberAndTheCharactersSoFar) {
-    std::string bytes = "\xFF\xFF\x61"
-                        "bc";
+    std::string bytes = "\0\4a"s;
     IStringByteStream stream(bytes);
     std::string text = "before";
     EXPECT_THROW(stream >> text, eof_error);
-    EXPECT_EQ(text, "abc");
-    stream.CurPos(4);
+    EXPECT_EQ(text, "a");
+    stream.CurPos(2);
     std::uint16_t number = 5;
     EXPECT_THROW(stream >> number, eof_error);
     EXPECT_EQ(number, 5);
 }
 
-class UnknownLength : public IStringByteStream {
-public:
-    using IStringByteStream::IStringByteStream;
-    std::uint64_t Length() const override { return 0; }
-};
-
 TEST(CopyingInserter, TakesTheLengthOrElseAllThereIs) {
-    std::string source = "abcde";
-    std::string copy;
+    struct UnknownLength : IStringByteStream {
+        using IStringByteStream::IStringByteStream;
+        std::uint64_t Length() const override { return 0; }
+    };
+    std::string source = "abcde", copy;
     OStringByteStream out(copy);
     IStringByteStream known(source);
     out << known;
     known.CurPos(3);
     EXPECT_THROW(out << known, eof_error);
-    EXPECT_EQ(copy, "abcdede");
-
     UnknownLength unknown(source);
     unknown.CurPos(1);
     out << unknown;
@@ -147,37 +126,24 @@ TEST(CopyingInserter, TakesTheLengthOrElseAllThereIs) {
 
 TEST(StreamSlots, GrowWithZeroesAndKeepWhatTheyHold) {
     OCountingByteStream stream;
+    auto const index = ByteStream_base::xalloc();
+    EXPECT_EQ(ByteStream_base::xalloc(), index + 1);
     EXPECT_EQ(stream.iword(5), 0);
     stream.iword(5) = 55;
     stream.iword(2) = 22;
-    stream.pword(0) = &stream;
     EXPECT_EQ(stream.iword(1000), 0);
     EXPECT_EQ(stream.iword(5), 55);
     EXPECT_EQ(stream.iword(2), 22);
+    stream.pword(0) = &stream;
     EXPECT_EQ(stream.pword(3), nullptr);
     EXPECT_EQ(stream.pword(0), &stream);
     EXPECT_THROW(stream.iword(-1), byte_stream_exception);
-    EXPECT_THROW(stream.pword(std::numeric_limits<int>::min()), byte_stream_exception);
 }
 
-TEST(StreamSlots, IndexesFollowEachOtherOnAllThreads) {
-    auto const draw = [] {
-        for (int i = 0; i < 5000; ++i) {
-            ByteStream_base::xalloc();
-        }
-    };
-    auto const first = ByteStream_base::xalloc();
-    std::thread other(draw);
-    draw();
-    other.join();
-    EXPECT_EQ(ByteStream_base::xalloc() - first, 10001);
-}
-
-std::vector<int> S_called;
+std::string S_called;
 
 void RecordAndThrow(ByteStream_base::event inEvent, ByteStream_base& inStream, int inData) {
-    EXPECT_EQ(inEvent, 0);
-    S_called.push_back(inData);
+    S_called += static_cast<char>(inEvent + inData);
     inStream.register_callback(&RecordAndThrow, inData);
     throw std::runtime_error("dropped");
 }
@@ -185,13 +151,13 @@ void RecordAndThrow(ByteStream_base::event inEvent, ByteStream_base& inStream, i
 TEST(StreamCallbacks, RunInOrderAtDestructionWhateverTheyThrow) {
     {
         OCountingByteStream stream;
-        stream.register_callback(&RecordAndThrow, 1);
-        stream.register_callback(nullptr, 2);
-        stream.register_callback(&RecordAndThrow, 3);
-        stream.register_callback(&RecordAndThrow, 1);
-        EXPECT_TRUE(S_called.empty());
+        for (char const data : {'a', 'c', 'b', 'a'}) {
+            stream.register_callback(&RecordAndThrow, data);
+            stream.register_callback(nullptr, data);
+        }
+        EXPECT_EQ(S_called, "");
     }
-    EXPECT_EQ(S_called, (std::vector<int>{1, 3, 1}));
+    EXPECT_EQ(S_called, "acba");
 }
 
 } // namespace

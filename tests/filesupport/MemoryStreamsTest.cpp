@@ -18,38 +18,44 @@ std::uint8_t const kData[] = {'a', 'b', 'c', 'd', 'e'};
 
 TEST(InputStreams, DeliverBytesBlocksAndPositions) {
     IBufferByteStream buffer(kData, sizeof kData);
-    std::deque<std::uint8_t> deque(kData, kData + sizeof kData);
-    IDequeByteStream dequeStream(deque);
-    std::string string(kData, kData + sizeof kData);
-    IStringByteStream stringStream(string);
-    std::istringstream standard(string);
-    IStdByteStream stdStream(standard);
-    for (IByteStream* const stream :
-         std::initializer_list<IByteStream*>{&buffer, &dequeStream, &stringStream, &stdStream}) {
-        std::uint8_t block[4] = {};
-        EXPECT_EQ(stream->Get(), 'a');
-        stream->ReadBlock(block, 2);
-        EXPECT_EQ(block[1], 'c');
-        EXPECT_EQ(stream->Length(), 5u);
-        EXPECT_EQ(stream->CurPos(), 3u);
-        stream->CurPos(2);
-        EXPECT_EQ(stream->Get(), 'c');
-
+    std::deque<std::uint8_t> bytes(kData, kData + sizeof kData);
+    IDequeByteStream deque(bytes);
+    std::string text(kData, kData + sizeof kData);
+    IStringByteStream string(text);
+    std::istringstream stream(text);
+    IStdByteStream standard(stream);
+    for (IByteStream* const in :
+         std::initializer_list<IByteStream*>{&buffer, &deque, &string, &standard}) {
+        std::uint8_t block[] = "xxxx";
+        EXPECT_EQ(in->Get(), 'a');
+        in->ReadBlock(block, 2);
+        EXPECT_EQ(in->Length(), 5u);
+        EXPECT_EQ(in->CurPos(), 3u);
+        in->CurPos(2);
+        EXPECT_EQ(in->Get(), 'c');
         // A block that the end cuts short delivers what there is.
-        block[2] = 'x';
-        EXPECT_THROW(stream->ReadBlock(block, 4), eof_error);
-        EXPECT_EQ(std::string(block, block + 3), "dex");
-        EXPECT_THROW(stream->Get(), eof_error);
-        EXPECT_NO_THROW(stream->ReadBlock(block, 0));
+        EXPECT_THROW(in->ReadBlock(block + 1, 3), eof_error);
+        EXPECT_EQ(std::string(block, block + 4), "bdex");
+        EXPECT_THROW(in->Get(), eof_error);
+        EXPECT_NO_THROW(in->ReadBlock(block, 0));
     }
 }
 
-TEST(BufferStreams, TakeAnyPositionAndRefuseAtTheNextByte) {
-    EXPECT_THROW(IBufferByteStream(nullptr, 0).Get(), eof_error);
-    IBufferByteStream in(kData, sizeof kData);
+TEST(BufferStreams, CheckPositionsAtTheNextByteAndCountHowFarTheBufferIsUsed) {
     std::uint8_t store[4] = {};
     OBufferByteStream out(store, sizeof store);
-    for (std::uint64_t const position : {std::uint64_t{5}, kFar / 2 + 1, kFar - 1, kFar}) {
+    EXPECT_EQ(out.Length(), 4u);
+    out.CurPos(3);
+    EXPECT_EQ(out.Count(), 3u);
+    out.CurPos(1);
+    out.Put('x');
+    EXPECT_EQ(out.Count(), 3u);
+    EXPECT_THROW(out.WriteBlock(kData, 3), eof_error);
+    EXPECT_EQ(out.Count(), 4u);
+    EXPECT_EQ(std::string(store, store + 4), std::string("\0xab", 4));
+
+    IBufferByteStream in(kData, sizeof kData);
+    for (std::uint64_t const position : {std::uint64_t{5}, kFar - 1, kFar}) {
         in.CurPos(position);
         EXPECT_THROW(in.Get(), eof_error);
         EXPECT_THROW(in.ReadBlock(store, 3), eof_error);
@@ -59,60 +65,41 @@ TEST(BufferStreams, TakeAnyPositionAndRefuseAtTheNextByte) {
         EXPECT_THROW(out.WriteBlock(kData, 3), eof_error);
         EXPECT_EQ(out.CurPos(), position);
     }
-}
-
-TEST(BufferStreams, CountHowFarTheBufferIsUsed) {
-    std::uint8_t store[4] = {};
-    OBufferByteStream stream(store, sizeof store);
-    EXPECT_EQ(stream.Length(), 4u);
-    stream.CurPos(3);
-    EXPECT_EQ(stream.Count(), 3u);
-    stream.CurPos(1);
-    stream.Put('x');
-    EXPECT_EQ(stream.Count(), 3u);
-    EXPECT_THROW(stream.WriteBlock(kData, 3), eof_error);
-    EXPECT_EQ(stream.Count(), 4u);
-    EXPECT_EQ(std::string(store, store + 4), std::string("\0xab", 4));
+    EXPECT_THROW(IBufferByteStream(nullptr, 0).Get(), eof_error);
 }
 
 template <typename IStream, typename OStream, typename Container>
-void AppendAndCheckPositionsAgainstThePresentSize() {
-    Container container(2, 'x');
-    OStream out(container);
+void AppendAndFollowTheSize(Container ioContainer) {
+    OStream out(ioContainer);
     out.CurPos(0);
     EXPECT_EQ(out.CurPos(), 2u);
     out.Put('y');
     out.WriteBlock(kData, 3);
     out.WriteBlock(nullptr, 0);
-    EXPECT_EQ(out.CurPos(), 6u);
-    EXPECT_EQ(std::string(container.begin(), container.end()), "xxyabc");
+    EXPECT_EQ(std::string(ioContainer.begin(), ioContainer.end()), "xxyabc");
 
-    IStream in(container);
+    IStream in(ioContainer);
     in.CurPos(6);
     EXPECT_THROW(in.CurPos(7), eof_error);
-    EXPECT_THROW(in.CurPos(kFar), eof_error);
     EXPECT_EQ(in.CurPos(), 6u);
-    container.resize(2);
+    ioContainer.resize(2);
     std::uint8_t block[4];
     EXPECT_EQ(in.Length(), 2u);
     EXPECT_THROW(in.Get(), eof_error);
     EXPECT_THROW(in.ReadBlock(block, 4), eof_error);
-    container.resize(7, 'z');
+    ioContainer.resize(7, 'z');
     EXPECT_EQ(in.Get(), 'z');
 }
 
-TEST(ContainerStreams, AppendAndCheckPositionsAgainstThePresentSize) {
-    AppendAndCheckPositionsAgainstThePresentSize<IDequeByteStream, ODequeByteStream,
-                                                 std::deque<std::uint8_t>>();
-    AppendAndCheckPositionsAgainstThePresentSize<IStringByteStream, OStringByteStream,
-                                                 std::string>();
+TEST(ContainerStreams, AppendAndFollowTheSize) {
+    AppendAndFollowTheSize<IDequeByteStream, ODequeByteStream>(std::deque<std::uint8_t>(2, 'x'));
+    AppendAndFollowTheSize<IStringByteStream, OStringByteStream>(std::string(2, 'x'));
 }
 
 /// Bytes that come once, as from a pipe: the base refuses to seek.
-class Pipe : public std::streambuf {
-public:
-    explicit Pipe(std::string& ioText) {
-        setg(ioText.data(), ioText.data(), ioText.data() + ioText.size());
+struct Pipe : std::streambuf {
+    explicit Pipe(std::string& inText) {
+        setg(inText.data(), inText.data(), inText.data() + inText.size());
     }
 };
 
@@ -121,7 +108,6 @@ TEST(StandardStreams, CopyEndsQuietlyWhereTheLengthIsUnknown) {
         Pipe pipe(text);
         std::istream standard(&pipe);
         IStdByteStream in(standard);
-        EXPECT_EQ(in.Length(), 0u);
         EXPECT_EQ(in.CurPos(), kFar);
         std::string copy;
         OStringByteStream out(copy);
@@ -138,8 +124,6 @@ TEST(StandardStreams, WriteAtThePositionSet) {
     stream.Put(0xFF);
     EXPECT_EQ(stream.CurPos(), 2u);
     EXPECT_EQ(standard.str(), "a\377cde");
-    stream.CurPos(kFar);
-    EXPECT_EQ(stream.CurPos(), kFar);
 }
 
 } // namespace

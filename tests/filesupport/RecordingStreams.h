@@ -14,60 +14,60 @@ using Transfer = std::pair<std::uint64_t, std::uint64_t>;
 
 /// Data in memory. Takes down every transfer, and fails every n-th call if told to.
 template <typename Direction>
-class RecordingStream : public Direction {
-public:
+struct RecordingStream : Direction {
     void CurPos(std::uint64_t inPosition) override {
         FailInTurn();
         position = inPosition;
     }
     std::uint64_t CurPos() const override { return position; }
+    void FailInTurn() {
+        if (failsEvery != 0 && ++calls % failsEvery == 0) {
+            throw io_error();
+        }
+    }
 
     std::string data;
     std::vector<Transfer> transfers;
     std::uint64_t position = 0;
     int failsEvery = 0;
-
-protected:
-    void FailInTurn() {
-        if (failsEvery != 0 && ++mCalls % failsEvery == 0) {
-            throw io_error();
-        }
-    }
-    void Record(std::uint32_t inCount) {
-        FailInTurn();
-        transfers.emplace_back(position, inCount);
-        position += inCount;
-    }
-
-private:
-    int mCalls = 0;
+    int calls = 0;
 };
 
-class RecordingSource : public RecordingStream<IByteStream> {
-public:
+struct RecordingSource : RecordingStream<IByteStream> {
     std::uint8_t Get() override { throw io_error(); }
     void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override {
+        FailInTurn();
         if (position + inCount > data.size()) {
             throw eof_error();
         }
-        Record(inCount);
-        data.copy(reinterpret_cast<char*>(outDestination), inCount, position - inCount);
+        transfers.emplace_back(position, inCount);
+        position += data.copy(reinterpret_cast<char*>(outDestination), inCount, position);
     }
     std::uint64_t Length() const override { return data.size(); }
 };
 
-class RecordingSink : public RecordingStream<OByteStream> {
-public:
+struct RecordingSink : RecordingStream<OByteStream> {
     void Put(std::uint8_t inValue) override { WriteBlock(&inValue, 1); }
     void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override {
-        Record(inCount);
-        data.resize(std::max<std::size_t>(data.size(), position));
-        data.replace(position - inCount, inCount, reinterpret_cast<char const*>(inSource), inCount);
+        FailInTurn();
+        transfers.emplace_back(position, inCount);
+        data.resize(std::max<std::size_t>(data.size(), position + inCount));
+        std::copy_n(inSource, inCount, &data[position]);
+        position += inCount;
     }
 };
 
 inline std::uint8_t const* Bytes(std::string const& inText) {
     return reinterpret_cast<std::uint8_t const*>(inText.data());
+}
+
+/// 1000 bytes without order.
+inline std::string SomeBytes() {
+    std::string bytes;
+    for (std::uint32_t i = 0; i < 1000; ++i) {
+        bytes += static_cast<char>(i * i * 2654435761u >> 24);
+    }
+    return bytes;
 }
 
 } // namespace brindle::filesupport
