@@ -14,8 +14,7 @@ protected:
     std::uint64_t Below(std::uint64_t inLimit) { return mRandom() % inLimit; }
 
     std::string const mData = SomeBytes();
-    RecordingSource mSource;
-    RecordingSink mSink;
+    RecordingStream mSource, mSink;
     std::uint8_t mBlock[200] = {};
     std::mt19937 mRandom{7};
 };
@@ -131,7 +130,7 @@ TEST_F(BufferedByteStreams, RewriteWithinTheRangeAndSendItAsOneBlock) {
 TEST_F(BufferedByteStreams, WriteLikeMemoryWhateverFailsOnTheWay) {
     for (std::uint32_t const bufferSize : {0u, 2u, 7u, 32u, 1000u}) {
         for (int const failsEvery : {0, 3, 4}) {
-            RecordingSink sink, model;
+            RecordingStream sink, model;
             sink.failsEvery = failsEvery;
             OBufferedByteStream stream(sink, bufferSize, 4);
             for (int i = 0; i < 1000; ++i) {

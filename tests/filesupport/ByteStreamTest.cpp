@@ -110,12 +110,13 @@ TEST(CopyingInserter, TakesTheLengthOrElseAllThereIs) {
     std::string source = "abcde", copy;
     OStringByteStream out(copy);
     IStringByteStream known(source);
+    out << known;
     known.CurPos(3);
     EXPECT_THROW(out << known, eof_error);
     UnknownLength unknown(source);
     unknown.CurPos(1);
     out << unknown;
-    EXPECT_EQ(copy, "debcde");
+    EXPECT_EQ(copy, "abcdedebcde");
     unknown.CurPos(0);
     OBufferByteStream full(nullptr, 0);
     EXPECT_THROW(full << unknown, eof_error); // which is the sink's

@@ -75,13 +75,11 @@ void AppendAndFollowTheSize(Container ioContainer) {
     EXPECT_EQ(out.CurPos(), 2u);
     out.Put('y');
     out.WriteBlock(kData, 3);
-    out.WriteBlock(nullptr, 0);
     EXPECT_EQ(std::string(ioContainer.begin(), ioContainer.end()), "xxyabc");
 
     IStream in(ioContainer);
     in.CurPos(6);
     EXPECT_THROW(in.CurPos(7), eof_error);
-    EXPECT_EQ(in.CurPos(), 6u);
     ioContainer.resize(2);
     std::uint8_t block[4];
     EXPECT_EQ(in.Length(), 2u);

@@ -13,13 +13,30 @@ namespace brindle::filesupport {
 using Transfer = std::pair<std::uint64_t, std::uint64_t>;
 
 /// Data in memory. Takes down every transfer, and fails every n-th call if told to.
-template <typename Direction>
-struct RecordingStream : Direction {
+struct RecordingStream : IByteStream, OByteStream {
     void CurPos(std::uint64_t inPosition) override {
         FailInTurn();
         position = inPosition;
     }
     std::uint64_t CurPos() const override { return position; }
+    std::uint64_t Length() const override { return data.size(); }
+    std::uint8_t Get() override { throw io_error(); }
+    void Put(std::uint8_t inValue) override { WriteBlock(&inValue, 1); }
+    void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override {
+        FailInTurn();
+        if (position + inCount > data.size()) {
+            throw eof_error();
+        }
+        transfers.emplace_back(position, inCount);
+        position += data.copy(reinterpret_cast<char*>(outDestination), inCount, position);
+    }
+    void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override {
+        FailInTurn();
+        transfers.emplace_back(position, inCount);
+        data.resize(std::max<std::size_t>(data.size(), position + inCount));
+        std::copy_n(inSource, inCount, &data[position]);
+        position += inCount;
+    }
     void FailInTurn() {
         if (failsEvery != 0 && ++calls % failsEvery == 0) {
             throw io_error();
@@ -31,30 +48,6 @@ struct RecordingStream : Direction {
     std::uint64_t position = 0;
     int failsEvery = 0;
     int calls = 0;
-};
-
-struct RecordingSource : RecordingStream<IByteStream> {
-    std::uint8_t Get() override { throw io_error(); }
-    void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override {
-        FailInTurn();
-        if (position + inCount > data.size()) {
-            throw eof_error();
-        }
-        transfers.emplace_back(position, inCount);
-        position += data.copy(reinterpret_cast<char*>(outDestination), inCount, position);
-    }
-    std::uint64_t Length() const override { return data.size(); }
-};
-
-struct RecordingSink : RecordingStream<OByteStream> {
-    void Put(std::uint8_t inValue) override { WriteBlock(&inValue, 1); }
-    void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override {
-        FailInTurn();
-        transfers.emplace_back(position, inCount);
-        data.resize(std::max<std::size_t>(data.size(), position + inCount));
-        std::copy_n(inSource, inCount, &data[position]);
-        position += inCount;
-    }
 };
 
 inline std::uint8_t const* Bytes(std::string const& inText) {
