@@ -157,15 +157,13 @@ TEST(RunLength, ARefusedByteIsNotTakenAndWhatWaitsKeepsWaiting) {
     auto const data = "abccccde" + std::string(300, 'x') + SomeBytes().substr(0, 300);
     RecordingStream sink;
     ORLEByteStream stream(sink);
-    for (auto const& byte : data) {
-        auto const bytes = reinterpret_cast<std::uint8_t const*>(&byte);
+    for (std::size_t i = 0; i < data.size(); ++i) {
         sink.failsEvery = 1;
         try {
-            stream.Put(*bytes);
+            stream.Put(Bytes(data)[i]);
         } catch (io_error const&) {
-            EXPECT_THROW(stream.WriteBlock(bytes, 1), io_error);
             sink.failsEvery = 0;
-            stream.Put(*bytes);
+            stream.WriteBlock(Bytes(data) + i, 1);
         }
         sink.failsEvery = 0;
     }
