@@ -58,8 +58,8 @@ public:
     static int xalloc() noexcept;
 
     /// The slot of index `inIndex`; a slot that is new is 0, or null. A reference holds until the
-    /// next call with a higher index. A negative index, which `xalloc` never gives, names one spare
-    /// slot of the stream that is cleared by every such call.
+    /// next call with a higher index. Throws `byte_stream_exception` for a negative index, which
+    /// `xalloc` never gives.
     std::int32_t& iword(int inIndex);
     void*& pword(int inIndex);
 
@@ -79,8 +79,6 @@ private:
     std::vector<std::int32_t> mIntegers;
     std::vector<void*> mPointers;
     std::vector<Callback> mCallbacks;
-    std::int32_t mSpareInteger = 0;
-    void* mSparePointer = nullptr;
 };
 
 /// A source of bytes. Positions count bytes from the start of the data.

@@ -16,8 +16,8 @@ namespace brindle::filesupport {
 /// Reads an existing regular file, which other readers may read at the same time.
 ///
 /// One system call for each `Get` and each `ReadBlock`: wrap it in `IBufferedByteStream` to read by
-/// the byte. Throws `io_error` on a failure of the system, also where the position of a stream is
-/// concerned.
+/// the byte. Every operation throws `io_error` on a failure of the system, such as a position past
+/// 2^63 - 1.
 class BRN_API IPlatformByteStream : public IByteStream {
 public:
     /// Throws `file_not_found_exception` if there is no such file, `io_error` on any other failure:
@@ -41,7 +41,7 @@ private:
 /// shortens one: what lies behind the last byte written survives.
 ///
 /// One system call for each `Put` and each `WriteBlock`: wrap it in `OBufferedByteStream` to write
-/// by the byte. Throws `io_error` on a failure of the system, such as a full disk.
+/// by the byte. Every operation throws `io_error` on a failure of the system, such as a full disk.
 class BRN_API OPlatformByteStream : public OByteStream {
 public:
     /// Throws `file_not_found_exception` if there is no such file, `io_error` on any other failure:

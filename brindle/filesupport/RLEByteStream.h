@@ -41,7 +41,8 @@ private:
 /// Encodes into a stream that the caller keeps alive. Up to 128 bytes wait for their packet until
 /// `Flush`, which must follow the last byte: the destructor does not flush.
 ///
-/// When the sink throws, what waits keeps waiting; a packet may have gone out in part.
+/// When the sink throws, what waits keeps waiting, and the byte whose `Put` threw is not taken; of
+/// a block or a packet, a part may have gone out.
 class BRN_API ORLEByteStream : public OByteStream {
 public:
     explicit ORLEByteStream(OByteStream& outSink) noexcept : mSink(outSink) {}
@@ -64,8 +65,8 @@ protected:
 private:
     static constexpr std::uint32_t kPacketSize = 128;
 
-    void Encode(std::uint8_t inValue);
-    void NeedRoom();
+    void SendPacket(std::uint32_t inCount);
+    void Take(std::uint32_t inCount);
 
     OByteStream& mSink;
     bool mIsRun = true;

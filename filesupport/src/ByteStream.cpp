@@ -10,9 +10,9 @@ namespace {
 std::atomic<int> S_nextIndex{0};
 
 template <typename Slot>
-Slot& SlotAt(std::vector<Slot>& ioSlots, Slot& outSpare, int inIndex) {
+Slot& SlotAt(std::vector<Slot>& ioSlots, int inIndex) {
     if (inIndex < 0) {
-        return outSpare = Slot();
+        throw byte_stream_exception();
     }
     auto const index = static_cast<std::size_t>(inIndex);
     if (index >= ioSlots.size()) {
@@ -45,11 +45,11 @@ int ByteStream_base::xalloc() noexcept {
 }
 
 std::int32_t& ByteStream_base::iword(int inIndex) {
-    return SlotAt(mIntegers, mSpareInteger, inIndex);
+    return SlotAt(mIntegers, inIndex);
 }
 
 void*& ByteStream_base::pword(int inIndex) {
-    return SlotAt(mPointers, mSparePointer, inIndex);
+    return SlotAt(mPointers, inIndex);
 }
 
 void ByteStream_base::register_callback(event_callback inCallback, int inData) {

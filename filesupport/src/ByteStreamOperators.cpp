@@ -36,9 +36,11 @@ OByteStream& PutString(OByteStream& outStream, String const& inText) {
     if (inText.size() > std::numeric_limits<std::uint16_t>::max()) {
         throw byte_stream_exception();
     }
-    PutInteger(outStream, static_cast<std::uint16_t>(inText.size()));
-    for (auto const unit : inText) {
-        PutInteger(outStream, unit);
+    auto const length = static_cast<std::uint16_t>(inText.size());
+    PutInteger(outStream, length);
+    // By index, for a text that is written to its own end grows and moves meanwhile.
+    for (std::size_t i = 0; i < length; ++i) {
+        PutInteger(outStream, inText[i]);
     }
     return outStream;
 }

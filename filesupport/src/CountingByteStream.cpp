@@ -1,7 +1,6 @@
 #include <brindle/filesupport/CountingByteStream.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace brindle::filesupport {
 
@@ -12,12 +11,9 @@ void OCountingByteStream::Put(std::uint8_t) {
 }
 
 void OCountingByteStream::WriteBlock(std::uint8_t const*, std::uint32_t inCount) {
-    constexpr auto kLast = std::numeric_limits<std::uint64_t>::max();
-    // Positions wrap behind the last one, which then is the furthest that was reached.
-    bool const wraps = mPosition != kLast && inCount > kLast - mPosition;
     mPosition += inCount;
     if (inCount != 0) {
-        mCount = std::max(mCount, wraps ? kLast : mPosition);
+        mCount = std::max(mCount, mPosition);
     }
 }
 

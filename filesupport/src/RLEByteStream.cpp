@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 namespace brindle::filesupport {
 
@@ -113,22 +114,29 @@ std::uint64_t IRLEByteStream::CurPos() const {
 
 ORLEByteStream::~ORLEByteStream() = default;
 
-void ORLEByteStream::Put(std::uint8_t inValue) {
-    Encode(inValue);
+/// Sends the first `inCount` bytes through the virtual operation. Nothing waits then, whatever an
+/// override did; if it throws, all waits that waited before.
+void ORLEByteStream::SendPacket(std::uint32_t inCount) {
+    auto const before = std::exchange(mCount, inCount);
+    try {
+        WritePacket();
+    } catch (...) {
+        mCount = before;
+        throw;
+    }
+    mCount = 0;
 }
 
-/// Sends off a full packet that the sink refused before: there is no room behind it.
-void ORLEByteStream::NeedRoom() {
-    if (mCount == kPacketSize) {
-        WritePacket();
-        if (mCount == kPacketSize) {
-            throw byte_stream_exception();
-        }
+/// Counts in the next `inCount` bytes of the packet, and sends it if it is full.
+void ORLEByteStream::Take(std::uint32_t inCount) {
+    if (mCount + inCount == kPacketSize) {
+        SendPacket(kPacketSize);
+    } else {
+        mCount += inCount;
     }
 }
 
-void ORLEByteStream::Encode(std::uint8_t inValue) {
-    NeedRoom();
+void ORLEByteStream::Put(std::uint8_t inValue) {
     if (mCount == 0) {
         mPacket[0] = inValue;
         mCount = 1;
@@ -139,36 +147,26 @@ void ORLEByteStream::Encode(std::uint8_t inValue) {
         if (mCount == 1) {
             mIsRun = false;
         } else {
-            WritePacket();
-            mCount = 0;
+            SendPacket(mCount);
             mPacket[0] = inValue;
         }
     }
     if (mIsRun) {
-        ++mCount;
+        Take(1);
     } else if (mCount > 2 && inValue == mPacket[mCount - 1] && inValue == mPacket[mCount - 2]) {
-        mCount -= 2;
-        try {
-            WritePacket();
-        } catch (...) {
-            mCount += 2;
-            throw;
-        }
+        SendPacket(mCount - 2);
         mPacket[0] = inValue;
         mCount = 3;
         mIsRun = true;
     } else {
-        mPacket[mCount++] = inValue;
-    }
-    if (mCount == kPacketSize) {
-        WritePacket();
+        mPacket[mCount] = inValue;
+        Take(1);
     }
 }
 
 void ORLEByteStream::WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) {
     std::uint32_t done = 0;
     while (done < inCount) {
-        NeedRoom();
         auto const next = inSource + done;
         auto const room = std::min(inCount - done, kPacketSize - mCount);
         std::uint32_t count = 0;
@@ -178,15 +176,12 @@ void ORLEByteStream::WriteBlock(std::uint8_t const* inSource, std::uint32_t inCo
             count = CountLiterals(next, room);
             std::memcpy(mPacket + mCount, next, count);
         }
-        if (count == 0) {
-            Encode(*next);
+        if (count != 0) {
+            Take(count);
+            done += count;
+        } else {
+            ORLEByteStream::Put(*next);
             ++done;
-            continue;
-        }
-        done += count;
-        mCount += count;
-        if (mCount == kPacketSize) {
-            WritePacket();
         }
     }
 }
@@ -201,7 +196,7 @@ std::uint64_t ORLEByteStream::CurPos() const {
 
 void ORLEByteStream::Flush() {
     if (mCount != 0) {
-        WritePacket();
+        SendPacket(mCount);
     }
 }
 
