@@ -93,7 +93,7 @@ TEST(Unicode, TextUpToTheFirstNulIsEncoded) {
         {{0xDBFF, 0xDFFF}, "\xF4\x8F\xBF\xBF"_utf8},
         {{0xDE00, 0xD83D}, "\xED\xB8\x80\xED\xA0\xBD"_utf8},
         {{0xD83D, 0xD83D, 0xDE00, 0xDE00}, "\xED\xA0\xBD\xF0\x9F\x98\x80\xED\xB8\x80"_utf8},
-        {u"abc\0d"_utf16, "abc"_utf8},
+        {u"abc\0"_utf16, "abc"_utf8},
         // One to three units keep their length.
         {u"\0"_utf16, "\0"_utf8},
         {u"\u00E9\0b"_utf16, "\xC3\xA9\0\0"_utf8},
