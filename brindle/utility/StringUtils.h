@@ -51,7 +51,8 @@ BRN_API UTF16String FoldCase(UTF16String const& inText);
 BRN_API UTF16String UpperCase(UTF16String const& inText);
 BRN_API UTF16String LowerCase(UTF16String const& inText);
 
-/// In place; text that does not grow keeps its storage.
+/// In place; text that does not grow keeps its storage. If memory for one that grows runs out, the
+/// units before the first that grows are converted already.
 BRN_API void ToFoldCase(UTF16String& ioText);
 BRN_API void ToUpperCase(UTF16String& ioText);
 BRN_API void ToLowerCase(UTF16String& ioText);

@@ -14,16 +14,6 @@ using namespace brindle;
 
 namespace {
 
-bool S_ok = true;
-
-void Check(bool inHolds, char const* inWhat) {
-    if (inHolds) {
-        return;
-    }
-    std::fprintf(stderr, "%s\n", inWhat);
-    S_ok = false;
-}
-
 class CollectingBuffer : public debug::UTF16StreamBufferImpl<std::uint16_t> {
 public:
     ~CollectingBuffer() override { FlushAtEnd(); }
@@ -36,29 +26,36 @@ private:
 } // namespace
 
 int main() {
+    int status = 0;
+    auto const check = [&status](bool inHolds, char const* inWhat) {
+        if (!inHolds) {
+            std::fprintf(stderr, "%s\n", inWhat);
+            status = 1;
+        }
+    };
+
     oUTF16StringStream out;
     out << std::hex << std::showbase << std::setw(6) << 255 << 'x' << " y";
-    Check(out.str() == u"  0xffx y"_utf16, "16-bit insertion");
+    check(out.str() == u"  0xffx y"_utf16, "16-bit insertion");
     iUTF8StringStream in("12.5 word"_utf8);
     double number = 0;
     UTF8String word;
     in >> number >> word;
-    Check(number == 12.5 && word == "word"_utf8 && in.eof(), "extraction of bytes");
+    check(number == 12.5 && word == "word"_utf8 && in.eof(), "extraction of bytes");
 
     // The client's own code looks up the facets here.
     std::locale const locale = utility::WithTextFacets(Locale::Default());
-    Check(std::has_facet<std::ctype<std::uint16_t>>(locale), "ctype of 16-bit units");
-    Check(std::has_facet<std::num_get<std::uint8_t>>(locale), "num_get of bytes");
-    Check(!std::has_facet<std::num_put<std::uint8_t>>(std::locale()), "the global locale is clean");
+    check(std::has_facet<std::ctype<std::uint16_t>>(locale), "ctype of 16-bit units");
+    check(!std::has_facet<std::num_put<std::uint8_t>>(std::locale()), "the global locale is clean");
     std::basic_ostringstream<std::uint8_t> plain;
     plain.imbue(locale);
     plain << 1.5 << 'c';
-    Check(plain.str() == "1.5c"_utf8, "a standard stream class");
+    check(plain.str() == "1.5c"_utf8, "a standard stream class");
 
     CollectingBuffer buffer;
     utility::SetStreamBuffer(utility::streams::UTF16Out, &buffer);
     utility::streams::UTF16Out << utility::UpperCase(u"stra\u00DFe"_utf16) << 7 << std::flush;
-    Check(buffer.text == u"STRASSE7"_utf16, "a client's buffer under a global stream");
+    check(buffer.text == u"STRASSE7"_utf16, "a client's buffer under a global stream");
     utility::SetStreamBuffer(utility::streams::UTF16Out, nullptr);
-    return S_ok ? 0 : 1;
+    return status;
 }

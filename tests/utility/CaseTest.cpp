@@ -40,7 +40,7 @@ TEST(Case, EveryUnitIsMappedAsTheUnicodeDatabaseTells) {
 }
 
 TEST(Case, LongTextsAreTheSumOfTheirUnits) {
-    UTF16String const kinds = u"qZ\u00E9\u00DF\u0416\u6F22\xD801\uFB03\uFF21"_utf16;
+    UTF16String const kinds = u"qZ\u00E9\u00DF\u0416\u6F22\xD801\u24B6\u24D0\uFB03\uFF21"_utf16;
     std::mt19937 random(1);
     for (std::size_t round = 0; round < 400; ++round) {
         UTF16String text;

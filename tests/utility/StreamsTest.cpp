@@ -50,7 +50,8 @@ TEST(Streams, SetStreamBufferMakesTheStreamNew) {
     std::stringbuf narrow;
     std::ostream out(&narrow);
     out.tie(&std::cout);
-    out.exceptions(std::ios_base::badbit);
+    out.setstate(std::ios_base::failbit);
+    EXPECT_THROW(out.exceptions(~std::ios_base::goodbit), std::ios_base::failure);
     EXPECT_EQ(SetStreamBuffer(out, nullptr), &narrow);
     EXPECT_TRUE(out.bad() && out.tie() == nullptr);
     EXPECT_EQ(SetStreamBuffer(out, &narrow), nullptr);

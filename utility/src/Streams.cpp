@@ -12,8 +12,7 @@ template <typename Unit>
 std::basic_streambuf<Unit>* Reset(std::basic_ios<Unit>& ioStream, std::basic_ios<Unit>& inFresh,
                                   std::basic_streambuf<Unit>* inBuffer) {
     std::basic_streambuf<Unit>* const earlier = ioStream.rdbuf();
-    // First of all the exception mask, for the state may be bad in between.
-    ioStream.exceptions(std::ios_base::goodbit);
+    // The exception mask goes too, so that the new state is not thrown.
     ioStream.copyfmt(inFresh);
     ioStream.rdbuf(inBuffer);
     return earlier;
