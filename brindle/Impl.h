@@ -10,4 +10,6 @@ struct BRN_API Impl {
     virtual ~Impl() = 0;
 };
 
+inline Impl::~Impl() = default;
+
 } // namespace brindle

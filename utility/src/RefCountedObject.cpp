@@ -1,11 +1,6 @@
-#include <brindle/Impl.h>
 #include <brindle/utility/RefCountedObject.h>
 
-namespace brindle {
-
-Impl::~Impl() = default;
-
-namespace utility {
+namespace brindle::utility {
 
 RefCountedObject::~RefCountedObject() = default;
 
@@ -16,6 +11,4 @@ void RefCountedObject::Release() const noexcept {
     }
 }
 
-} // namespace utility
-
-} // namespace brindle
+} // namespace brindle::utility
