@@ -12,19 +12,16 @@ namespace brindle::config {
 
 namespace {
 
+using Reporter = boost::intrusive_ptr<DeferredErrorReporter>;
+
+void Raise(std::int32_t inCode, bool inDeferrable = true) {
+    ThrowError(kErrorLevel_NonFatal, "$$$/a key that needs storage of its own=y", 7, inCode,
+               inDeferrable, {}, {}, {}, {});
+}
+
 /// Records what is reported, while it is installed.
 class RecordingManager : public ErrorManager {
 public:
-    struct Error {
-        ErrorLevel level;
-        std::string key;
-        std::uint32_t module;
-        std::int32_t code;
-        bool deferrable;
-        std::vector<ReplacementValue> values;
-        bool wasDeferred;
-    };
-
     RecordingManager() { Set(this); }
     ~RecordingManager() override { Set(nullptr); }
 
@@ -32,35 +29,42 @@ public:
                         std::int32_t inCode, bool inDeferrable, ReplacementValue const& inFirst,
                         ReplacementValue const& inSecond, ReplacementValue const& inThird,
                         ReplacementValue const& inFourth) override {
-        errors.push_back({inLevel,
-                          inKey,
-                          inModule,
-                          inCode,
-                          inDeferrable,
-                          {inFirst, inSecond, inThird, inFourth},
-                          IsErrorReportingDeferred()});
-        if (throwsInt) {
-            throw 42;
+        if (onError) {
+            boost::function<void()> const action = std::move(onError);
+            onError.clear();
+            action();
         }
+        level = inLevel;
+        key = inKey;
+        module = inModule;
+        codes.push_back(inCode);
+        flags = {inDeferrable, IsErrorReportingDeferred()};
+        values = {inFirst, inSecond, inThird, inFourth};
     }
     using ErrorManager::RemoveDeferredErrorReporter;
 
-    std::vector<Error> errors;
-    bool throwsInt = false;
+    using Codes = std::vector<std::int32_t>;
+    using Flags = std::pair<bool, bool>;
+    boost::function<void()> onError; ///< done once, at the next error
+    Codes codes;                     ///< of all errors; what follows is of the last
+    ErrorLevel level{};
+    std::string key;
+    std::uint32_t module = 0;
+    Flags flags; ///< may be deferred, is deferred
+    std::vector<ReplacementValue> values;
 };
 
-void Raise(std::int32_t inCode, bool inDeferrable = true) {
-    ThrowError(kErrorLevel_NonFatal, "$$$/x=y", 7, inCode, inDeferrable, {}, {}, {}, {});
-}
+using Codes = RecordingManager::Codes;
+using Flags = RecordingManager::Flags;
 
 TEST(ErrorManager, MustBeInstalledForErrorsAndReporters) {
-    char const* const text = "brn::config::ErrorManager not initialized. Check brn/config/Errors.";
     for (auto const use : {+[] { Raise(1); }, +[] { DeferredErrorReporter reporter; }}) {
         try {
             use();
             FAIL() << "nothing thrown";
         } catch (std::logic_error const& error) {
-            EXPECT_STREQ(text, error.what());
+            EXPECT_STREQ("brn::config::ErrorManager not initialized. Check brn/config/Errors.",
+                         error.what());
         }
     }
 }
@@ -68,29 +72,23 @@ TEST(ErrorManager, MustBeInstalledForErrorsAndReporters) {
 TEST(ErrorManager, ReceivesTheTestErrorsWithTypedValues) {
     RecordingManager manager;
     TestThrowError(true);
+    EXPECT_EQ(kErrorLevel_Fatal, manager.level);
+    EXPECT_EQ("$$$/brn/config/Error/test/fataltest=This is a fatal exception.", manager.key);
+    EXPECT_EQ(100u, manager.module);
+    EXPECT_EQ(Flags(true, false), manager.flags);
+
     TestThrowError(false);
-    ASSERT_EQ(2u, manager.errors.size());
-
-    auto const& fatal = manager.errors[0];
-    EXPECT_EQ(kErrorLevel_Fatal, fatal.level);
-    EXPECT_EQ("$$$/brn/config/Error/test/fataltest=This is a fatal exception.", fatal.key);
-    EXPECT_EQ(100u, fatal.module);
-    EXPECT_EQ(21, fatal.code);
-    EXPECT_TRUE(fatal.deferrable);
-
-    auto const& nonFatal = manager.errors[1];
-    EXPECT_EQ(kErrorLevel_NonFatal, nonFatal.level);
-    EXPECT_EQ(20, nonFatal.code);
+    EXPECT_EQ(kErrorLevel_NonFatal, manager.level);
     EXPECT_EQ("$$$/brn/config/Error/test/nonfataltest=This is a non-fatal exception. "
               "int:^1, uint:^2, double:^3",
-              nonFatal.key);
-    EXPECT_EQ(ReplacementValue::kKind_Signed, nonFatal.values[0].GetKind());
-    EXPECT_EQ(std::numeric_limits<std::int32_t>::min(), nonFatal.values[0].GetSigned());
-    EXPECT_EQ(ReplacementValue::kKind_Unsigned, nonFatal.values[1].GetKind());
-    EXPECT_EQ(4294967295u, nonFatal.values[1].GetUnsigned());
-    EXPECT_EQ(ReplacementValue::kKind_Double, nonFatal.values[2].GetKind());
-    EXPECT_EQ(29.2334, nonFatal.values[2].GetDouble());
-    EXPECT_EQ(ReplacementValue::kKind_None, nonFatal.values[3].GetKind());
+              manager.key);
+    EXPECT_EQ(Codes({21, 20}), manager.codes);
+    for (int kind = 0; kind < 4; ++kind) {
+        EXPECT_EQ((kind + 1) % 4, manager.values[static_cast<std::size_t>(kind)].GetKind());
+    }
+    EXPECT_EQ(std::numeric_limits<std::int32_t>::min(), manager.values[0].GetSigned());
+    EXPECT_EQ(4294967295u, manager.values[1].GetUnsigned());
+    EXPECT_EQ(29.2334, manager.values[2].GetDouble());
 }
 
 TEST(ErrorManager, TurnsWhateverIsThrownIntoAReturnCode) {
@@ -100,75 +98,65 @@ TEST(ErrorManager, TurnsWhateverIsThrownIntoAReturnCode) {
     EXPECT_EQ(1, manager.ExecuteFunctionWithTopLevelExceptionHandler({}));
 }
 
-TEST(ErrorManager, LetsWhatItThrowsThroughToWhoRaised) {
-    RecordingManager manager;
-    manager.throwsInt = true;
-    auto const reporter = manager.NewDeferredErrorReporter(true);
-    EXPECT_THROW(Raise(5), int);
-    manager.throwsInt = false;
-    reporter->Finish();
-    EXPECT_EQ(5, manager.errors.back().code) << "it was recorded before it was thrown";
-}
-
 TEST(DeferredErrorReporter, ReplaysTheLastErrorOnce) {
     RecordingManager manager;
-    auto const reporter = manager.NewDeferredErrorReporter(true);
+    Reporter const reporter = manager.NewDeferredErrorReporter(true);
     Raise(1);
-    Raise(2);
+    manager.onError = [] { throw 42; };
+    EXPECT_THROW(Raise(2), int) << "what the manager throws reaches whoever raised";
     Raise(3, false);
-    EXPECT_EQ(3u, manager.errors.size()) << "deferral does not keep errors from the manager";
-    EXPECT_TRUE(manager.errors[0].wasDeferred);
+    EXPECT_EQ(Codes({1, 3}), manager.codes);
+    EXPECT_EQ(Flags(false, true), manager.flags);
+    reporter->Finish();
+    reporter->Finish();
+    EXPECT_EQ(Codes({1, 3, 2}), manager.codes);
+    EXPECT_EQ(Flags(true, true), manager.flags);
+}
 
+TEST(DeferredErrorReporter, MayBeUsedAndDroppedWhileItReplays) {
+    RecordingManager manager;
+    Reporter reporter = manager.NewDeferredErrorReporter(true);
+    Raise(1);
+    manager.onError = [&] {
+        Raise(2);
+        manager.onError = [&] { reporter.reset(); };
+        reporter->Finish();
+    };
     reporter->Finish();
-    reporter->Finish();
-    ASSERT_EQ(4u, manager.errors.size());
-    EXPECT_EQ(2, manager.errors[3].code);
-    EXPECT_TRUE(manager.errors[3].wasDeferred);
+    EXPECT_EQ(Codes({1, 2, 2, 1}), manager.codes);
+    EXPECT_EQ("$$$/a key that needs storage of its own=y", manager.key);
 }
 
 TEST(DeferredErrorReporter, RecordsInTheNewestAloneAndOnlyWhileItLives) {
     RecordingManager manager;
-    auto const outer = manager.NewDeferredErrorReporter(true);
+    Reporter const outer = manager.NewDeferredErrorReporter(true);
     {
-        auto const inner = manager.NewDeferredErrorReporter(false);
+        Reporter const inner = manager.NewDeferredErrorReporter(false);
         Raise(1);
         outer->Finish(); // nothing went to the outer one
         inner->Finish(); // its flag is clear
-        EXPECT_EQ(1u, manager.errors.size());
+        EXPECT_EQ(Codes({1}), manager.codes);
         inner->SetReportErrorWhenFinished(true);
         inner->Finish();
-        EXPECT_EQ(2u, manager.errors.size()) << "the flag was clear, but the error is kept";
+        EXPECT_EQ(Codes({1, 1}), manager.codes) << "the error was kept";
     }
     Raise(3);
     outer->Finish();
-    EXPECT_EQ(3, manager.errors.back().code);
-    EXPECT_EQ(4u, manager.errors.size());
+    EXPECT_EQ(Codes({1, 1, 3, 3}), manager.codes);
 }
 
-TEST(DeferredErrorReporter, CopiesRecordNothingAndLeaveTheListAlone) {
+TEST(DeferredErrorReporter, CopiesAreInNoList) {
     RecordingManager manager;
-    boost::intrusive_ptr<DeferredErrorReporter> const original = new DeferredErrorReporter;
-    EXPECT_TRUE(original->GetReportErrorWhenFinished());
+    Reporter original = new DeferredErrorReporter;
     Raise(1);
-    {
-        boost::intrusive_ptr<DeferredErrorReporter> const copy =
-            new DeferredErrorReporter(*original);
-        Raise(2);
-        copy->Finish();
-        EXPECT_EQ(1, manager.errors.back().code) << "the copy holds what was recorded before it";
-    }
-    manager.RemoveDeferredErrorReporter(nullptr);
-    EXPECT_TRUE(manager.IsErrorReportingDeferred());
+    Reporter const copy = new DeferredErrorReporter(*original);
+    Raise(2);
+    copy->Finish();
+    manager.RemoveDeferredErrorReporter(copy.get());
     original->Finish();
-    EXPECT_EQ(2, manager.errors.back().code);
-}
-
-TEST(DeferredErrorReporter, OutlivesAManagerThatWasUninstalledTooEarly) {
-    boost::intrusive_ptr<DeferredErrorReporter> reporter;
-    RecordingManager manager;
-    reporter = manager.NewDeferredErrorReporter(true);
+    EXPECT_EQ(Codes({1, 2, 1, 2}), manager.codes);
     ErrorManager::Set(nullptr);
-    reporter.reset();
+    original.reset(); // a manager that was uninstalled too early is no crash
 }
 
 } // namespace
