@@ -66,7 +66,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
         // What a removed prefix or a doubled backslash leaves may look like a prefix again.
         if (path.compare(0, 4, u"\\\\?\\"_utf16) != 0) {
             Require(File(path) == file);
-            Require(File(file.Helper().FullNativePath()) == file);
+            UTF16String const native = file.Helper().FullNativePath();
+            Require(File(native) == file || native == u"\\\\?\\.\\"_utf16 + path);
             RequireParts(file);
         }
         Dir dir(file.FullPath());

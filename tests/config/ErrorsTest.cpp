@@ -1,12 +1,11 @@
+#include "tests/RecordingErrorManager.h"
+
 #include <brindle/config/DeferredErrorReporter.h>
-#include <brindle/config/ErrorManager.h>
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace brindle::config {
 
@@ -19,43 +18,9 @@ void Raise(std::int32_t inCode, bool inDeferrable = true) {
                inDeferrable, {}, {}, {}, {});
 }
 
-/// Records what is reported, while it is installed.
-class RecordingManager : public ErrorManager {
-public:
-    RecordingManager() { Set(this); }
-    ~RecordingManager() override { Set(nullptr); }
-
-    void ThrowErrorImpl(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
-                        std::int32_t inCode, bool inDeferrable, ReplacementValue const& inFirst,
-                        ReplacementValue const& inSecond, ReplacementValue const& inThird,
-                        ReplacementValue const& inFourth) override {
-        if (onError) {
-            boost::function<void()> const action = std::move(onError);
-            onError.clear();
-            action();
-        }
-        level = inLevel;
-        key = inKey;
-        module = inModule;
-        codes.push_back(inCode);
-        flags = {inDeferrable, IsErrorReportingDeferred()};
-        values = {inFirst, inSecond, inThird, inFourth};
-    }
-    using ErrorManager::RemoveDeferredErrorReporter;
-
-    using Codes = std::vector<std::int32_t>;
-    using Flags = std::pair<bool, bool>;
-    boost::function<void()> onError; ///< done once, at the next error
-    Codes codes;                     ///< of all errors; what follows is of the last
-    ErrorLevel level{};
-    std::string key;
-    std::uint32_t module = 0;
-    Flags flags; ///< may be deferred, is deferred
-    std::vector<ReplacementValue> values;
-};
-
-using Codes = RecordingManager::Codes;
-using Flags = RecordingManager::Flags;
+using tests::RecordingErrorManager;
+using Codes = RecordingErrorManager::Codes;
+using Flags = RecordingErrorManager::Flags;
 
 TEST(ErrorManager, MustBeInstalledForErrorsAndReporters) {
     for (auto const use : {+[] { Raise(1); }, +[] { DeferredErrorReporter reporter; }}) {
@@ -70,7 +35,7 @@ TEST(ErrorManager, MustBeInstalledForErrorsAndReporters) {
 }
 
 TEST(ErrorManager, ReceivesTheTestErrorsWithTypedValues) {
-    RecordingManager manager;
+    RecordingErrorManager manager;
     TestThrowError(true);
     EXPECT_EQ(kErrorLevel_Fatal, manager.level);
     EXPECT_EQ("$$$/brn/config/Error/test/fataltest=This is a fatal exception.", manager.key);
@@ -92,14 +57,14 @@ TEST(ErrorManager, ReceivesTheTestErrorsWithTypedValues) {
 }
 
 TEST(ErrorManager, TurnsWhateverIsThrownIntoAReturnCode) {
-    RecordingManager manager;
+    RecordingErrorManager manager;
     EXPECT_EQ(7, manager.ExecuteFunctionWithTopLevelExceptionHandler([] { return 7; }));
     EXPECT_EQ(1, manager.ExecuteFunctionWithTopLevelExceptionHandler([]() -> int { throw 3; }));
     EXPECT_EQ(1, manager.ExecuteFunctionWithTopLevelExceptionHandler({}));
 }
 
 TEST(DeferredErrorReporter, ReplaysTheLastErrorOnce) {
-    RecordingManager manager;
+    RecordingErrorManager manager;
     Reporter const reporter = manager.NewDeferredErrorReporter(true);
     Raise(1);
     manager.onError = [] { throw 42; };
@@ -114,7 +79,7 @@ TEST(DeferredErrorReporter, ReplaysTheLastErrorOnce) {
 }
 
 TEST(DeferredErrorReporter, MayBeUsedAndDroppedWhileItReplays) {
-    RecordingManager manager;
+    RecordingErrorManager manager;
     Reporter reporter = manager.NewDeferredErrorReporter(true);
     Raise(1);
     manager.onError = [&] {
@@ -128,7 +93,7 @@ TEST(DeferredErrorReporter, MayBeUsedAndDroppedWhileItReplays) {
 }
 
 TEST(DeferredErrorReporter, RecordsInTheNewestAloneAndOnlyWhileItLives) {
-    RecordingManager manager;
+    RecordingErrorManager manager;
     Reporter const outer = manager.NewDeferredErrorReporter(true);
     {
         Reporter const inner = manager.NewDeferredErrorReporter(false);
@@ -146,7 +111,7 @@ TEST(DeferredErrorReporter, RecordsInTheNewestAloneAndOnlyWhileItLives) {
 }
 
 TEST(DeferredErrorReporter, CopiesAreInNoList) {
-    RecordingManager manager;
+    RecordingErrorManager manager;
     Reporter original = new DeferredErrorReporter;
     Raise(1);
     Reporter const copy = new DeferredErrorReporter(*original);

@@ -44,10 +44,9 @@ TEST(PathNames, NormalFormHasBackslashesNoPrefixAndNoDoubles) {
 
 TEST(PathNames, NativeFormHasThePrefixOfItsKind) {
     std::pair<char const*, char const*> const rows[] = {
-        {R"(C:\a)", R"(\\?\C:\a)"},
-        {R"(\\srv\share\x)", R"(\\?\UNC\srv\share\x)"},
-        {R"(\\srv)", R"(\\?\\\srv)"},
-        {R"(a)", R"(\\?\a)"},
+        {R"(C:\a)", R"(\\?\C:\a)"},     {R"(\\srv\share\x)", R"(\\?\UNC\srv\share\x)"},
+        {R"(\\srv)", R"(\\?\\\srv)"},   {R"(a)", R"(\\?\a)"},
+        {R"(unc\a)", R"(\\?\.\unc\a)"}, // no server
     };
     for (auto const& [path, native] : rows) {
         EXPECT_EQ(native, Narrow(Dir(Wide(path)).Helper().FullNativePath()));
