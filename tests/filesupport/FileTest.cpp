@@ -3,10 +3,7 @@
 #include <brindle/filesupport/Aliases.h>
 #include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/NativePath.h>
-
-#include <sys/stat.h>
 
 namespace brindle::filesupport {
 
@@ -99,18 +96,6 @@ TEST_F(FileTest, RenamingTakesTheObjectAlong) {
     EXPECT_TRUE(FileAt("e").Exists()) << "a directory counts for a file";
     EXPECT_FALSE(DirAt("b.c").Exists()) << "a file does not count for a directory";
     EXPECT_TRUE(Dir(u"C:\\"_utf16).Exists());
-}
-
-TEST_F(FileTest, KindTellsWhatAStreamMayOpen) {
-    ASSERT_EQ(0, mknod(Native("fifo").c_str(), S_IFIFO | 0600, 0));
-    ASSERT_EQ(0, mknod(Native("socket").c_str(), S_IFSOCK | 0600, 0));
-    Fill("file", "");
-    EXPECT_EQ(FileKind::kRegular, KindOf(FileAt("file")));
-    EXPECT_EQ(FileKind::kPipe, KindOf(FileAt("fifo")));
-    EXPECT_EQ(FileKind::kSocket, KindOf(FileAt("socket")));
-    EXPECT_EQ(FileKind::kMissing, KindOf(FileAt("missing")));
-    EXPECT_EQ(FileKind::kDirectory, KindOf(FileAt("")));
-    EXPECT_EQ(FileKind::kDevice, KindOf(FileFromNative("/dev/null")));
 }
 
 TEST_F(FileTest, DrivesNameDirectories) {

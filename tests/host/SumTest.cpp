@@ -71,6 +71,7 @@ TEST_F(Sum, TellsEveryKindOfNameAndFile) {
     }
     MakeFile("empty", "");
     MakeFile("large", large);
+    fs::create_symlink("/dev/null", Native("device"));
     fs::create_symlink("plain", Native("link"));
     mLines[Native("link")] = LineFor("content of plain", Native("link"));
     fs::create_directory_symlink("..", Native("sub/circle"));
@@ -82,6 +83,7 @@ TEST_F(Sum, TellsEveryKindOfNameAndFile) {
     EXPECT_EQ(ExpectedLines(), mOutput);
     std::string const diagnostic = "brindle: " + Native("");
     EXPECT_EQ(diagnostic + "dangling: no such file or directory\n" + diagnostic +
+                  "device: skipped, it is a device\n" + diagnostic +
                   "fifo: skipped, it is a FIFO\n" + diagnostic +
                   "socket: skipped, it is a socket\n",
               mErrors);

@@ -210,15 +210,23 @@ TEST_F(Files, MovingNeverReplaces) {
     Fill("a", "a");
     Fill("b", "b");
     fs::create_directory(Native("d"));
-    EXPECT_EQ(Move(At("a"), At("b")), kError_AlreadyExists);
-    EXPECT_EQ(Move(At("none"), At("c")), kError_FileNotFound);
-    EXPECT_EQ(Move(At("none/a"), At("c")), kError_PathNotFound);
-    EXPECT_EQ(Move(At("a"), At("none/c")), kError_PathNotFound);
-    EXPECT_EQ(Move(At("d"), At("d/e")), kError_InvalidParameter);
-    EXPECT_EQ(ContentOf("b"), "b");
-    EXPECT_EQ(Move(At("a"), At("c")), kError_None);
-    EXPECT_EQ(ContentOf("c"), "a");
-    EXPECT_EQ(Move(At("d"), At("e")), kError_None);
+    struct Case {
+        char const *from, *to;
+        ErrorCode error;
+    };
+    Case const cases[] = {
+        {"a", "b", kError_AlreadyExists},
+        {"none", "c", kError_FileNotFound},
+        {"none/a", "c", kError_PathNotFound},
+        {"a", "none/c", kError_PathNotFound},
+        {"d", "d/e", kError_InvalidParameter},
+        {"a", "c", kError_None},
+        {"d", "e", kError_None},
+    };
+    for (auto const& one : cases) {
+        EXPECT_EQ(Move(At(one.from), At(one.to)), one.error) << one.from;
+    }
+    EXPECT_EQ(ContentOf("b") + ContentOf("c"), "ba");
     EXPECT_EQ(EntryCount(""), 3);
 }
 

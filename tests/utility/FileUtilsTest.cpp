@@ -108,10 +108,9 @@ TEST_F(FileUtilsTest, ShortcutsResolveOrTellWhyNot) {
     bool isDirectory = false;
     EXPECT_EQ(FileUtils::ResolveIT(path, isDirectory), static_cast<std::int32_t>(0x80070002U));
     EXPECT_EQ(path, link);
-    EXPECT_EQ(FileUtils::CreateLink(mTemporary.Path(), link, u"here"_utf16), 0);
+    EXPECT_EQ(FileUtils::CreateLink(mTemporary.Path(), link, {}), 0);
     EXPECT_EQ(FileUtils::ResolveIT(path, isDirectory), 0);
-    EXPECT_EQ(path, mTemporary.Path());
-    EXPECT_TRUE(isDirectory);
+    EXPECT_TRUE(isDirectory && path == mTemporary.Path());
     EXPECT_LT(FileUtils::CreateLink(path, At("none/link.lnk"), {}), 0);
 }
 
