@@ -10,8 +10,9 @@
 namespace {
 
 void Require(bool inHolds) {
-    if (!inHolds)
+    if (!inHolds) {
         std::abort();
+    }
 }
 
 bool BeginsLikeADrive(std::string const& inBytes) {
@@ -29,14 +30,16 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     Require(platform::ToCodePage(platform::FromCodePage(bytes)) == bytes);
 
     auto const native = platform::NativePath(platform::PathFromNative(bytes));
-    if (bytes.find('\0') != std::string::npos)
+    if (bytes.find('\0') != std::string::npos) {
         Require(native.error == platform::kError_InvalidName);
-    else
+    } else {
         Require(native && native.value == (BeginsLikeADrive(bytes) ? "./" + bytes : bytes));
+    }
 
     UTF16String text(inSize / sizeof(std::uint16_t), 0);
-    if (!text.empty())
+    if (!text.empty()) {
         std::memcpy(text.data(), inData, text.size() * sizeof(std::uint16_t));
+    }
     auto const path = platform::NativePath(text);
     if (path) {
         Require(path.value.find('\0') == std::string::npos);

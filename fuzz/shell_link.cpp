@@ -11,11 +11,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
 
     auto const link =
         ParseDesktopLink(std::string_view(reinterpret_cast<char const*>(inData), inSize));
-    if (!link)
+    if (!link) {
         return 0;
+    }
     auto const again = ParseDesktopLink(FormatDesktopLink(link.value));
     bool const isSame = again && again.value.path == link.value.path;
-    if (!isSame)
+    if (!isSame) {
         std::abort();
+    }
     return 0;
 }

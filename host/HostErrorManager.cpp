@@ -4,7 +4,8 @@
 #include <brindle/utility/Streams.h>
 #include <brindle/utility/Unicode.h>
 
-#include <sstream>
+#include <array>
+#include <charconv>
 #include <string>
 
 namespace brindle::host {
@@ -16,26 +17,28 @@ std::string Narrow(UTF16String const& inText) {
     return std::string(bytes.begin(), bytes.end());
 }
 
+/// A number so that it reads back as the same value.
+template <typename Number>
+std::string TextOf(Number inNumber) {
+    std::array<char, 32> text{};
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), inNumber).ptr};
+}
+
 std::string TextOf(config::ReplacementValue const& inValue) {
     using config::ReplacementValue;
-    std::ostringstream text;
     switch (inValue.GetKind()) {
     case ReplacementValue::kKind_None:
         break;
     case ReplacementValue::kKind_Signed:
-        text << inValue.GetSigned();
-        break;
+        return TextOf(inValue.GetSigned());
     case ReplacementValue::kKind_Unsigned:
-        text << inValue.GetUnsigned();
-        break;
+        return TextOf(inValue.GetUnsigned());
     case ReplacementValue::kKind_Double:
-        text << inValue.GetDouble();
-        break;
+        return TextOf(inValue.GetDouble());
     case ReplacementValue::kKind_Text:
-        text << Narrow(inValue.GetText());
-        break;
+        return Narrow(inValue.GetText());
     }
-    return text.str();
+    return {};
 }
 
 /// Puts the values in place of `^1` to `^4`.

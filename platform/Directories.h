@@ -26,7 +26,7 @@ public:
     DirectoryScan& operator=(DirectoryScan const&) = delete;
     ~DirectoryScan();
 
-    /// Why the directory cannot be read, or 0. Errors: 2, 3, 5, 267, 1921.
+    /// Why the directory cannot be read, or not to its end, or 0. Errors: 2, 3, 5, 267, 1117, 1921.
     ErrorCode Error() const noexcept { return mError; }
 
     /// Fills `outEntry`, whose text keeps its storage from call to call; false at the end.

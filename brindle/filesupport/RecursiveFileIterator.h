@@ -51,15 +51,14 @@ private:
     struct Level {
         std::uint64_t device;
         std::uint64_t number;
-        std::shared_ptr<std::vector<UTF16String> const>
-            subdirs; // never changed, so copies share it
+        std::shared_ptr<std::vector<UTF16String> const> subdirs; // unchanging, so copies share it
         std::size_t next;
 
         bool operator==(Level const& inRHS) const;
     };
 
     bool AtEnd() const noexcept { return mFile.AtEnd() && mBranch.empty(); }
-    void Enter(Dir const& inDir);
+    void Enter(Dir inDir);
     /// Goes on to the next directory that holds a file, unless a file is current.
     void SkipToFile();
 

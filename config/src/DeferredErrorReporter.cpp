@@ -19,9 +19,12 @@ void DeferredErrorReporter::Finish() {
     if (!mReportErrorWhenFinished || mPendingCount < 1) {
         return;
     }
+    // A copy is replayed: the host may raise the next error, or drop this reporter, meanwhile.
+    boost::intrusive_ptr<DeferredErrorReporter const> const last = new DeferredErrorReporter(*this);
     mPendingCount = 0;
-    ErrorManager::Get()->ThrowErrorImpl(mLastLevel, mLastKey.c_str(), mLastModule, mLastCode, true,
-                                        mFirst, mSecond, mThird, mFourth);
+    ErrorManager::Get()->ThrowErrorImpl(last->mLastLevel, last->mLastKey.c_str(), last->mLastModule,
+                                        last->mLastCode, true, last->mFirst, last->mSecond,
+                                        last->mThird, last->mFourth);
 }
 
 void DeferredErrorReporter::SetLastError(ErrorLevel inLevel, char const* inKey,

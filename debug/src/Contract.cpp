@@ -37,8 +37,7 @@ void ViolateContract(char const* inExpression, char const* inFile, std::int32_t 
 
 bool BreakAfterContractDialog(char const*, char const* inFile, std::int32_t inLine) {
     if (S_dialogEnabled.load(std::memory_order_relaxed)) {
-        std::string const text =
-            "[" + std::string(inFile) + "-" + std::to_string(inLine) + "]" + "\r\n";
+        std::string const text = "[" + std::string(inFile) + "-" + std::to_string(inLine) + "]\r\n";
         ContractMessageHook const hook = S_messageHookP.load(std::memory_order_acquire);
         (hook != nullptr ? hook : platform::WriteDebugOutput)(text.c_str());
     }

@@ -125,15 +125,15 @@ void Dir::Delete() const {
 }
 
 void Dir::Rename(UTF16String const& inNewName) {
-    UTF16String const newPath = WithLastComponent(mHelper.Path(), inNewName);
-    auto const error = platform::Move(mHelper.FullNativePath(), PrefixedPath(newPath));
+    DirHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
+    auto const error = platform::Move(mHelper.FullNativePath(), renamed.FullNativePath());
     if (error == platform::kError_AlreadyExists) {
         throw rename_dir_already_exists(*this, inNewName);
     }
     if (error != platform::kError_None) {
         throw rename_dir(*this, inNewName);
     }
-    mHelper = DirHelper(newPath);
+    mHelper = std::move(renamed);
 }
 
 } // namespace brindle::filesupport

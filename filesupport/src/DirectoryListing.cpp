@@ -21,7 +21,6 @@ bool NamesShortcut(UTF16String const& inPath) {
 DirectoryListing ListDirectory(UTF16String const& inPath, bool inResolveAliases) {
     DirectoryListing listing;
     platform::DirectoryScan scan(PrefixedPath(inPath));
-    listing.isReadable = scan.Error() == platform::kError_None;
     platform::DirectoryEntry entry;
     while (scan.Next(entry)) {
         UTF16String path = JoinedPath(inPath, entry.name);
@@ -38,6 +37,7 @@ DirectoryListing ListDirectory(UTF16String const& inPath, bool inResolveAliases)
                                   : listing.subdirs;
         list.push_back(std::move(path));
     }
+    listing.isReadable = scan.Error() == platform::kError_None;
     return listing;
 }
 

@@ -8,6 +8,7 @@
 #include <brindle/filesupport/FileExceptions.h>
 
 #include <cwctype>
+#include <utility>
 
 namespace brindle::filesupport {
 
@@ -156,11 +157,12 @@ void File::Delete() const {
 }
 
 void File::Rename(UTF16String const& inNewName) {
-    UTF16String const newPath = WithLastComponent(mHelper.Path(), inNewName);
-    if (platform::Move(mHelper.FullNativePath(), PrefixedPath(newPath)) != platform::kError_None) {
+    FileHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
+    if (platform::Move(mHelper.FullNativePath(), renamed.FullNativePath()) !=
+        platform::kError_None) {
         throw rename_file(*this, inNewName);
     }
-    mHelper = FileHelper(newPath);
+    mHelper = std::move(renamed);
 }
 
 } // namespace brindle::filesupport

@@ -17,6 +17,12 @@ bool IsNetworkPath(UTF16String const& inPath) noexcept {
            inPath.find(kSeparator, 2) != UTF16String::npos;
 }
 
+/// Behind the prefix of long paths a relative "UNC\x" would read as a server.
+bool ReadsAsServer(UTF16String const& inPath) noexcept {
+    return inPath.size() >= 4 && (inPath[0] | 0x20) == 'u' && (inPath[1] | 0x20) == 'n' &&
+           (inPath[2] | 0x20) == 'c' && inPath[3] == kSeparator;
+}
+
 } // namespace
 
 void NormalizePath(UTF16String& ioPath) {
@@ -74,8 +80,10 @@ UTF16String WithLastComponent(UTF16String const& inPath, UTF16String const& inNa
 }
 
 UTF16String PrefixedPath(UTF16String const& inPath) {
-    return IsNetworkPath(inPath) ? u"\\\\?\\UNC\\"_utf16 + inPath.substr(2)
-                                 : u"\\\\?\\"_utf16 + inPath;
+    if (IsNetworkPath(inPath)) {
+        return u"\\\\?\\UNC\\"_utf16 + inPath.substr(2);
+    }
+    return (ReadsAsServer(inPath) ? u"\\\\?\\.\\"_utf16 : u"\\\\?\\"_utf16) + inPath;
 }
 
 } // namespace brindle::filesupport

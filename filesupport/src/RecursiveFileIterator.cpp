@@ -44,7 +44,7 @@ bool RecursiveFileIterator::Level::operator==(Level const& inRHS) const {
     return next == inRHS.next && (subdirs == inRHS.subdirs || *subdirs == *inRHS.subdirs);
 }
 
-void RecursiveFileIterator::Enter(Dir const& inDir) {
+void RecursiveFileIterator::Enter(Dir inDir) {
     Level level{0, 0, nullptr, 0};
     // Links are not entered, so only a shortcut can lead back to a directory of the branch.
     if (mResolveAliases) {
@@ -54,7 +54,7 @@ void RecursiveFileIterator::Enter(Dir const& inDir) {
         auto const isSame = [&level](Level const& inOuter) {
             return inOuter.device == level.device && inOuter.number == level.number;
         };
-        if (!info || std::any_of(mBranch.begin(), mBranch.end(), isSame)) {
+        if (info && std::any_of(mBranch.begin(), mBranch.end(), isSame)) {
             return;
         }
     }
@@ -63,9 +63,11 @@ void RecursiveFileIterator::Enter(Dir const& inDir) {
         mUnreadable(inDir);
     }
     level.subdirs = std::make_shared<std::vector<UTF16String> const>(std::move(listing.subdirs));
-    mFile = Dir::FileIterator(IteratorHelper(false, mResolveAliases, std::move(listing.files)));
+    Dir::FileIterator files(IteratorHelper(false, mResolveAliases, std::move(listing.files)));
+    // Behind what may fail for lack of memory, the walk is in the new directory as a whole.
     mBranch.push_back(std::move(level));
-    mCurrentDir = inDir;
+    mFile = std::move(files);
+    mCurrentDir = std::move(inDir);
 }
 
 void RecursiveFileIterator::SkipToFile() {

@@ -1,6 +1,6 @@
 #include <brindle/filesupport/PathNames.h>
 
-#include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace brindle::filesupport {
@@ -11,30 +11,32 @@ bool IsNormalizedRelativePath(UTF16String const& inPath) {
 }
 
 UTF16String MakeNormalizedRelativePath(File const& inTarget, File const& inBase) {
-    Dir const targetParent = inTarget.Parent();
-    Dir current = inBase.Parent();
-    if (targetParent == current) {
-        return inTarget.GetName();
-    }
-    std::vector<Dir> ancestors{targetParent}; // from the target up
-    while (!ancestors.back().IsTopLevelDir()) {
-        ancestors.push_back(ancestors.back().Parent());
-    }
+    Dir target = inTarget.Parent();
+    Dir base = inBase.Parent();
     UTF16String relative;
-    auto common = std::find(ancestors.begin(), ancestors.end(), current);
-    while (common == ancestors.end()) {
-        relative += u"../"_utf16;
-        if (current.IsTopLevelDir()) {
-            return UTF16String();
+    std::vector<UTF16String> namesDown; // the last one first
+    while (target != base) {
+        // Of two different directories the longer path is no ancestor of the other.
+        bool const isUp = base.Helper().Path().size() >= target.Helper().Path().size();
+        Dir& longer = isUp ? base : target;
+        Dir parent = longer.Parent();
+        if (parent.Helper().Path().empty()) {
+            return {};
         }
-        current = current.Parent();
-        common = std::find(ancestors.begin(), ancestors.end(), current);
+        if (isUp) {
+            relative += u"../"_utf16;
+        } else {
+            namesDown.push_back(longer.GetName());
+        }
+        longer = std::move(parent);
     }
-    while (common != ancestors.begin()) {
-        --common;
-        relative += common->GetName() + u"/"_utf16;
+    for (; !namesDown.empty(); namesDown.pop_back()) {
+        relative += namesDown.back() + u"/"_utf16;
     }
-    return relative + inTarget.GetName();
+    relative += inTarget.GetName();
+    // A first name like "a:b" must not be taken for a drive.
+    bool const isAmbiguous = !relative.empty() && !IsNormalizedRelativePath(relative);
+    return isAmbiguous ? u"./"_utf16 + relative : relative;
 }
 
 File MakeFileFromPath(UTF16String const& inPath, File const& inBase) {

@@ -48,18 +48,20 @@ Result<Place> FollowLinks(UTF16String const& inPath) {
         }
         auto const directoryPath = path.TailDirectory();
         // Not every directory that may be written may also be listed, so opened for reading.
+        FileDescriptor directory;
         for (int const access : {O_RDONLY, O_PATH}) {
-            place.directory = FileDescriptor(Uninterrupted([&] {
+            directory = FileDescriptor(Uninterrupted([&] {
                 return ::openat(path.Directory(), directoryPath.c_str(),
                                 access | O_DIRECTORY | O_CLOEXEC);
             }));
-            if (place.directory.IsOpen() || errno != EACCES) {
+            if (directory.IsOpen() || errno != EACCES) {
                 break;
             }
         }
-        if (!place.directory.IsOpen()) {
+        if (!directory.IsOpen()) {
             return {{}, errno == ENOENT ? kError_PathNotFound : ErrorFromErrno(errno)};
         }
+        place.directory = std::move(directory); // not earlier: the path may start at the old one
 
         std::array<char, PATH_MAX> link{};
         auto const length =
@@ -109,6 +111,10 @@ public:
             bool const hasGroup = ::fchown(mFile.Get(), kSameOwner, inOld.st_gid) == 0;
             // A program must not come to run with the rights of somebody else.
             mode &= ~static_cast<mode_t>(hasGroup ? S_ISUID : S_ISUID | S_ISGID);
+            if (!hasGroup) {
+                // Another group gets no more than everybody has.
+                mode &= ~static_cast<mode_t>(S_IRWXG) | (mode & S_IRWXO) << 3;
+            }
         }
         return ::fchmod(mFile.Get(), mode) == 0 ? kError_None : ErrorFromErrno(errno);
     }

@@ -1,32 +1,19 @@
-#include "tests/TemporaryDirectory.h"
+#include "tests/InTemporaryDirectory.h"
 
 #include <brindle/filesupport/Aliases.h>
+#include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/NativePath.h>
-
-#include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <fstream>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace brindle::filesupport {
 
 namespace {
 
-using tests::TemporaryDirectory;
-
-class FileTest : public testing::Test {
+class FileTest : public tests::InTemporaryDirectory {
 protected:
-    File MadeFile(UTF16String const& inName, std::size_t inSize = 0) {
-        File const file(mDir, inName);
-        std::ofstream(NativePath(file), std::ios::binary) << std::string(inSize, 'x');
-        return file;
-    }
+    File FileAt(std::string const& inName) const { return File(At(inName)); }
+    Dir DirAt(std::string const& inName) const { return Dir(At(inName)); }
 
-    TemporaryDirectory mTemporary;
     Dir mDir{mTemporary.Path()};
 };
 
@@ -45,15 +32,16 @@ void ExpectThrown(Operation inOperation, std::string const& inKey) {
 }
 
 TEST_F(FileTest, CreatesEmptiesMeasuresAndDeletes) {
-    File const file(mDir, u"a.txt"_utf16);
-    EXPECT_FALSE(file.Exists());
+    File const file = FileAt("a.txt");
     file.Create();
     EXPECT_TRUE(file.Exists());
-    MadeFile(u"a.txt"_utf16, 10);
+    Fill("a.txt", "0123456789");
     for (std::int32_t selector = -1; selector < 8; ++selector) {
         bool const reports = selector == 0 || selector == 2 || selector == 3 || selector == 5;
         EXPECT_EQ(reports ? 10u : 0u, file.Size(static_cast<FileSizeSelector>(selector)));
     }
+    EXPECT_GE(file.Modified(), file.Created());
+    EXPECT_GE(mDir.Modified(), mDir.Created());
     file.Create();
     EXPECT_EQ(0u, file.Size(kFileSize_Data));
     file.Delete();
@@ -63,119 +51,92 @@ TEST_F(FileTest, CreatesEmptiesMeasuresAndDeletes) {
 }
 
 TEST_F(FileTest, FailuresArriveAsTheClassOfTheirCause) {
-    File const missing(mDir, u"missing"_utf16);
-    File const astray(mDir, u"missing\\x"_utf16);
-    File const taken = MadeFile(u"taken"_utf16);
-    Dir const missingDir(missing.FullPath()), takenDir(taken.FullPath());
-    Dir(mDir, u"full"_utf16).Create();
-    Dir(mDir, u"other"_utf16).Create();
+    Fill("taken", "");
+    DirAt("full").Create();
+    DirAt("other").Create();
+    File const missing = FileAt("missing"), astray = FileAt("missing/x");
+    Dir const missingDir = DirAt("missing"), astrayDir = DirAt("missing/x");
+    UTF16String const other = u"other"_utf16;
 
     ExpectThrown<create_invalidpath_exception>([&] { astray.Create(); }, "Create/invalidpath");
-    ExpectThrown<create_accessdenied_exception>([&] { File(mTemporary.Path()).Create(); },
+    ExpectThrown<create_accessdenied_exception>([&] { FileAt("full").Create(); },
                                                 "Create/accessdenied");
     ExpectThrown<file_delete_exception>([&] { missing.Delete(); }, "Delete");
     ExpectThrown<file_not_found_exception>([&] { missing.Modified(); }, "FileNotFound");
     ExpectThrown<file_exception>([&] { astray.Created(); }, "error");
-    ExpectThrown<rename_file>([&] { File(missing).Rename(u"x"_utf16); }, "Rename");
-    ExpectThrown<rename_file>([&] { File(taken).Rename(u"full"_utf16); }, "Rename");
+    ExpectThrown<rename_file>([&] { File(missing).Rename(other); }, "Rename");
+    ExpectThrown<rename_file>([&] { FileAt("taken").Rename(other); }, "Rename");
     ExpectThrown<dir_not_found_exception>([&] { missingDir.Created(); }, "DirNotFound");
-    ExpectThrown<dir_exception>([&] { Dir(astray.FullPath()).Modified(); }, "Dir/error");
-    ExpectThrown<dir_exception>([&] { Dir(astray.FullPath()).Create(); }, "Dir/error");
+    ExpectThrown<dir_exception>([&] { astrayDir.Modified(); }, "Dir/error");
+    ExpectThrown<dir_exception>([&] { astrayDir.Create(); }, "Dir/error");
     ExpectThrown<dir_exception>([&] { missingDir.Delete(); }, "Dir/error");
     ExpectThrown<rename_dir>([&] { Dir(missingDir).Rename(u"x"_utf16); }, "DirRename");
-    ExpectThrown<rename_dir_already_exists>(
-        [&] { Dir(mDir, u"full"_utf16).Rename(u"other"_utf16); }, "DirRename/exists");
+    ExpectThrown<rename_dir_already_exists>([&] { DirAt("full").Rename(other); },
+                                            "DirRename/exists");
     try {
-        Dir(mDir, u"full"_utf16).Rename(u"other"_utf16);
+        DirAt("full").Rename(other);
     } catch (rename_dir const& exception) {
-        EXPECT_EQ(u"other"_utf16, exception.GetNewName());
-        EXPECT_EQ(Dir(mDir, u"full"_utf16), exception.GetDir());
+        EXPECT_EQ(other, exception.GetNewName());
+        EXPECT_EQ(DirAt("full"), exception.GetDir());
     }
 }
 
 TEST_F(FileTest, RenamingTakesTheObjectAlong) {
-    File file = MadeFile(u"a"_utf16, 3);
+    Fill("a", "123");
+    File file = FileAt("a");
     file.Rename(u"b.c"_utf16);
-    EXPECT_EQ(File(mDir, u"b.c"_utf16), file);
+    EXPECT_EQ(FileAt("b.c"), file);
     EXPECT_EQ(3u, file.Size(kFileSize_Data));
-    Dir dir(mDir, u"d"_utf16);
+    Dir dir = DirAt("d");
     dir.Create();
     dir.Create(); // what exists is no failure
     dir.Rename(u"e"_utf16);
-    EXPECT_EQ(Dir(mDir, u"e"_utf16), dir);
+    EXPECT_EQ(DirAt("e"), dir);
     EXPECT_TRUE(dir.Exists());
-    EXPECT_TRUE(File(dir.FullPath()).Exists()) << "a directory counts for a file";
-    EXPECT_FALSE(Dir(file.FullPath()).Exists()) << "a file does not count for a directory";
+    EXPECT_TRUE(FileAt("e").Exists()) << "a directory counts for a file";
+    EXPECT_FALSE(DirAt("b.c").Exists()) << "a file does not count for a directory";
     EXPECT_TRUE(Dir(u"C:\\"_utf16).Exists());
 }
 
-TEST_F(FileTest, TimesAreTicksSince1601) {
-    File const file = MadeFile(u"a"_utf16);
-    timespec const times[2] = {{0, 0}, {1'000'000'000, 123'456'700}};
-    ASSERT_EQ(0, utimensat(AT_FDCWD, NativePath(file).c_str(), times, 0));
-    EXPECT_EQ(126'444'736'001'234'567u, file.Modified()); // 2001-09-09 01:46:40.1234567
-    EXPECT_LE(file.Created(), 200'000'000'000'000'000u);
-    EXPECT_GE(Dir(mDir).Created(), file.Modified()) << "the directory is of today";
-}
-
-TEST_F(FileTest, KindTellsWhatAStreamMayOpen) {
-    std::string const fifo = mTemporary.Native("fifo"), link = mTemporary.Native("link"),
-                      dangling = mTemporary.Native("dangling");
-    MadeFile(u"file"_utf16);
-    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
-    ASSERT_EQ(0, symlink("file", link.c_str()));
-    ASSERT_EQ(0, symlink("nowhere", dangling.c_str()));
-    EXPECT_EQ(FileKind::kPipe, KindOf(FileFromNative(fifo)));
-    EXPECT_EQ(FileKind::kRegular, KindOf(FileFromNative(link)));
-    EXPECT_EQ(FileKind::kMissing, KindOf(FileFromNative(dangling)));
-    EXPECT_EQ(FileKind::kDirectory, KindOf(File(mTemporary.Path())));
-    EXPECT_EQ(FileKind::kDevice, KindOf(FileFromNative("/dev/null")));
-}
-
 TEST_F(FileTest, DrivesNameDirectories) {
-    MadeFile(u"file"_utf16);
     MapVolume('q', mDir);
-    EXPECT_TRUE(File(u"Q:\\file"_utf16).Exists());
-    EXPECT_EQ(mTemporary.Native("file"), NativePath(File(u"Q:/file"_utf16)));
+    EXPECT_EQ(Native("file"), NativePath(File(u"Q:/file"_utf16)));
+    std::vector<Dir> volumes;
+    for (auto volume = Dir::BeginVolumes(); volume != Dir::EndVolumes(); ++volume) {
+        volumes.push_back(*volume);
+    }
+    EXPECT_EQ((std::vector<Dir>{Dir(u"C:"_utf16), Dir(u"Q:"_utf16)}), volumes);
     MapVolume('Q', Dir());
-    EXPECT_FALSE(File(u"Q:\\file"_utf16).Exists());
     EXPECT_EQ("", NativePath(File(u"Q:\\file"_utf16)));
     EXPECT_THROW(MapVolume('C', mDir), dir_exception);
-    EXPECT_THROW(MapVolume('q', Dir(mDir, u"missing"_utf16)), dir_exception);
+    EXPECT_THROW(MapVolume('q', DirAt("missing")), dir_exception);
 }
 
 TEST_F(FileTest, ShortcutsLeadToFilesAndDirectories) {
-    File const target = MadeFile(u"target"_utf16), upper(mDir, u"to file.LNK"_utf16);
-    Dir const targetDir(mDir, u"dir"_utf16);
+    File const target = FileAt("target"), toFile = FileAt("to file.LNK");
+    File const toDir = FileAt("to dir.lnk");
+    Dir const targetDir = DirAt("dir");
+    target.Create();
     targetDir.Create();
-    File const toDir(mDir, u"to dir.lnk"_utf16);
-    CreateShortCut(upper, target);
+    CreateShortCut(toFile, target);
     CreateShortCut(toDir, targetDir);
+
+    EXPECT_EQ(target, File(mDir, toFile.GetName(), true)) << "the extension counts in any case";
+    EXPECT_EQ(toDir, File(mDir, toDir.GetName(), true)) << "a directory is no file";
+    EXPECT_EQ(targetDir, Dir(mDir, toDir.GetName(), true));
+    EXPECT_EQ(DirAt("to file.LNK"), Dir(mDir, toFile.GetName(), true));
+    EXPECT_EQ(DirAt("to dir.lnk"), Dir(mDir, toDir.GetName(), false));
 
     File file;
     Dir dir;
-    bool isDir = true;
-    EXPECT_TRUE(ResolveIfAlias(upper, file, dir, isDir)) << "the extension counts in any case";
-    EXPECT_FALSE(isDir);
-    EXPECT_EQ(target, file);
+    bool isDir = false;
     EXPECT_TRUE(ResolveIfAlias(toDir, file, dir, isDir));
     EXPECT_TRUE(isDir);
-    EXPECT_EQ(targetDir, dir);
-
-    File unchanged = toDir;
-    ResolveIfAliasFileOnly(unchanged);
-    EXPECT_EQ(toDir, unchanged) << "a directory is no file";
-    EXPECT_EQ(target, File(mDir, u"to file.LNK"_utf16, true));
-    EXPECT_EQ(toDir, File(mDir, u"to dir.lnk"_utf16, true));
-    EXPECT_EQ(targetDir, Dir(mDir, u"to dir.lnk"_utf16, true));
-    EXPECT_EQ(Dir(mDir, u"to dir.lnk"_utf16), Dir(mDir, u"to dir.lnk"_utf16, false));
-
     target.Delete();
-    EXPECT_FALSE(ResolveIfAlias(upper, file, dir, isDir)) << "a broken shortcut leads nowhere";
-    EXPECT_FALSE(ResolveIfAlias(File(mDir, u"none.lnk"_utf16), file, dir, isDir));
-    UTF16String path = toDir.FullPath();
-    EXPECT_EQ(0, FileUtils::ResolveIT(path, isDir));
-    EXPECT_EQ(targetDir.FullPath(), path);
+    EXPECT_FALSE(ResolveIfAlias(toFile, file, dir, isDir)) << "a broken shortcut leads nowhere";
+    EXPECT_FALSE(ResolveIfAlias(FileAt("none.lnk"), file, dir, isDir));
+    EXPECT_TRUE(isDir);
+    EXPECT_EQ(targetDir, dir);
 }
 
 } // namespace

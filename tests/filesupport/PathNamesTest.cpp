@@ -43,11 +43,15 @@ TEST(PathNames, NormalFormHasBackslashesNoPrefixAndNoDoubles) {
 }
 
 TEST(PathNames, NativeFormHasThePrefixOfItsKind) {
-    EXPECT_EQ(R"(\\?\C:\a)", Narrow(Dir(Wide(R"(C:\a)")).Helper().FullNativePath()));
-    EXPECT_EQ(R"(\\?\UNC\srv\share\x)",
-              Narrow(Dir(Wide(R"(\\srv\share\x)")).Helper().FullNativePath()));
-    EXPECT_EQ(R"(\\?\\\srv)", Narrow(Dir(Wide(R"(\\srv)")).Helper().FullNativePath()));
-    EXPECT_EQ(R"(\\?\a)", Narrow(File(Wide("a")).Helper().FullNativePath()));
+    std::pair<char const*, char const*> const rows[] = {
+        {R"(C:\a)", R"(\\?\C:\a)"},     {R"(\\srv\share\x)", R"(\\?\UNC\srv\share\x)"},
+        {R"(\\srv)", R"(\\?\\\srv)"},   {R"(a)", R"(\\?\a)"},
+        {R"(unc\a)", R"(\\?\.\unc\a)"}, // no server
+    };
+    for (auto const& [path, native] : rows) {
+        EXPECT_EQ(native, Narrow(Dir(Wide(path)).Helper().FullNativePath()));
+        EXPECT_EQ(native, Narrow(File(Wide(path)).Helper().FullNativePath()));
+    }
 }
 
 TEST(PathNames, SplitAtTheLastSeparatorAndTheDotBehindIt) {
@@ -67,13 +71,14 @@ TEST(PathNames, SplitAtTheLastSeparatorAndTheDotBehindIt) {
     for (auto const& row : rows) {
         File const file(Wide(row.path));
         Dir const dir(Wide(row.path));
-        EXPECT_EQ(row.parent, Narrow(file.Parent().FullPath())) << row.path;
-        EXPECT_EQ(row.parent, Narrow(dir.Parent().FullPath())) << row.path;
-        EXPECT_EQ(row.title, Narrow(file.GetTitle())) << row.path;
-        EXPECT_EQ(row.extension, Narrow(file.GetExtension(false))) << row.path;
-        EXPECT_EQ(file.GetName(), file.GetTitle() + file.GetExtension(false)) << row.path;
-        EXPECT_EQ(file.GetName(), dir.GetName()) << row.path;
-        EXPECT_EQ(row.isTop, dir.IsTopLevelDir()) << row.path;
+        SCOPED_TRACE(row.path);
+        EXPECT_EQ(row.parent, Narrow(file.Parent().FullPath()));
+        EXPECT_EQ(row.parent, Narrow(dir.Parent().FullPath()));
+        EXPECT_EQ(row.title, Narrow(file.GetTitle()));
+        EXPECT_EQ(row.extension, Narrow(file.GetExtension(false)));
+        EXPECT_EQ(file.GetName(), Wide(row.title) + Wide(row.extension));
+        EXPECT_EQ(file.GetName(), dir.GetName());
+        EXPECT_EQ(row.isTop, dir.IsTopLevelDir());
     }
     EXPECT_EQ(u".b"_utf16, File(Wide(R"(c:\x\a.B)")).GetExtension(true));
 }
@@ -81,8 +86,7 @@ TEST(PathNames, SplitAtTheLastSeparatorAndTheDotBehindIt) {
 TEST(PathNames, BelowADirectoryOneSeparatorIsEnough) {
     EXPECT_EQ(R"(C:\a\b)", Narrow(Dir(Dir(Wide(R"(C:\a\\)")), Wide("b")).FullPath()));
     EXPECT_EQ(R"(C:\a\b)", Narrow(File(Dir(Wide(R"(C:\a)")), Wide("b")).FullPath()));
-    EXPECT_EQ(R"(\usr)", Narrow(Dir(Dir(Wide("/")), Wide("usr")).FullPath()))
-        << "what is below the root is no network path";
+    EXPECT_EQ(R"(\usr)", Narrow(Dir(Dir(Wide("/")), Wide("usr")).FullPath())) << "no server";
 }
 
 TEST(PathNames, EqualityIsExactAndOrderIsNot) {
@@ -106,14 +110,16 @@ TEST(PathNames, RelativePathsLeadThereAndBack) {
         {R"(C:\a\b\c\t)", R"(C:\a\x)", "b/c/t"},
         {R"(C:\t)", R"(C:\a\b\x)", "../../t"},
         {R"(\\srv\share\t)", R"(\\srv\other\x)", "../share/t"},
+        {R"(C:\a\b:\t)", R"(C:\a\x)", "./b:/t"},
+        {R"(C:\a\t)", R"(D:\a\x)", ""},
+        {R"(\\srv\share\t)", R"(\\other\share\x)", ""},
     };
     for (auto const& row : rows) {
         File const target(Wide(row.target)), base(Wide(row.base));
         EXPECT_EQ(row.relative, Narrow(MakeNormalizedRelativePath(target, base))) << row.target;
-        EXPECT_EQ(row.target, Narrow(MakeFileFromPath(Wide(row.relative), base).FullPath()));
+        EXPECT_EQ(*row.relative != 0, MakeFileFromPath(Wide(row.relative), base) == target);
     }
     File const onC(Wide(R"(C:\a\x)")), onD(Wide(R"(D:\a\x)"));
-    EXPECT_EQ(u""_utf16, MakeNormalizedRelativePath(onC, onD));
     EXPECT_EQ(onD, MakeFileFromPath(Wide("D:/a/x"), onC)) << "an absolute path ignores the base";
     EXPECT_EQ(File(), MakeFileFromPath(Wide("b/"), onC));
     EXPECT_EQ(onC, MakeFileFromPath(Wide("./b/.././x"), onC));

@@ -1,11 +1,7 @@
 #include "platform/Paths.h"
-#include "platform/TextEncoding.h"
 
-#include "tests/TemporaryDirectory.h"
+#include "tests/InTemporaryDirectory.h"
 
-#include <gtest/gtest.h>
-
-#include <fstream>
 #include <random>
 #include <thread>
 
@@ -13,17 +9,12 @@ namespace brindle::platform {
 
 namespace {
 
-using tests::TemporaryDirectory;
+using Paths = tests::InTemporaryDirectory;
 
-TEST(Paths, LibraryTextNamesThePlacesOfTheSystem) {
-    struct Case {
-        UTF16String text;
-        std::string native;
-    };
-    Case const cases[] = {
+TEST_F(Paths, LibraryTextNamesThePlacesOfTheSystem) {
+    std::pair<UTF16String, char const*> const cases[] = {
         {u"C:"_utf16, "/"},
         {u"c:\\usr\\include"_utf16, "/usr/include"},
-        {u"C:/usr/include"_utf16, "/usr/include"},
         {u"C:usr"_utf16, "/usr"},
         {u"\\\\?\\C:\\"_utf16, "/"},
         {u"/usr/include"_utf16, "/usr/include"},
@@ -36,15 +27,14 @@ TEST(Paths, LibraryTextNamesThePlacesOfTheSystem) {
         {u"\\\\"_utf16, "//"},
         {u".\\C:x"_utf16, "./C:x"},
         {u"1:x"_utf16, "1:x"},
-        {u"a\xF05C"
-         u"b"_utf16,
-         "a\\b"},
-        {u""_utf16, ""},
+        {u"\xF05C"_utf16, "\\"},
+        {UTF16String{0xDC2F}, "\xED\xB0\xAF"}, // an escape stands for no separator
+        {{}, ""},
     };
-    for (auto const& one : cases) {
-        auto const native = NativePath(one.text);
-        EXPECT_EQ(native.error, kError_None) << one.native;
-        EXPECT_EQ(native.value, one.native);
+    for (auto const& [text, expected] : cases) {
+        auto const native = NativePath(text);
+        EXPECT_EQ(native.error, kError_None) << expected;
+        EXPECT_EQ(native.value, expected);
     }
     EXPECT_EQ(NativePath(u"Q:\\x"_utf16).error, kError_PathNotFound);
     EXPECT_EQ(NativePath(u"a\0b"_utf16).error, kError_InvalidName);
@@ -55,7 +45,7 @@ TEST(Paths, LibraryTextNamesThePlacesOfTheSystem) {
 
 // Bytes are drawn from those that meet in multi-byte sequences and in escapes, so that whole,
 // cut, overlong and surrogate forms all occur.
-TEST(Paths, EveryByteStringComesBackFromText) {
+TEST_F(Paths, EveryByteStringComesBackFromText) {
     constexpr char kBytes[] = "/\\ab:.\x80\x81\x9C\x9F\xA0\xB2\xBF\xC0\xC2\xC3\xED\xEF\xF0\xF4\xFF";
     std::mt19937 random(7);
     std::uniform_int_distribution<std::size_t> pick(0, sizeof kBytes - 2);
@@ -67,49 +57,39 @@ TEST(Paths, EveryByteStringComesBackFromText) {
         }
         ASSERT_EQ(ToCodePage(FromCodePage(bytes)), bytes);
         bytes.insert(0, i % 2 == 0 ? "/" : "./");
-        auto const native = NativePath(PathFromNative(bytes));
-        ASSERT_EQ(native.error, kError_None);
-        ASSERT_EQ(native.value, bytes);
+        ASSERT_EQ(NativePath(PathFromNative(bytes)).value, bytes);
     }
 }
 
-TEST(Paths, TextIsUtf8AndWhatIsNotIsEscaped) {
-    struct Case {
-        std::string bytes;
-        UTF16String text;
-    };
-    Case const cases[] = {
+TEST_F(Paths, TextIsUtf8AndWhatIsNotIsEscaped) {
+    std::pair<std::string, UTF16String> const cases[] = {
         {"plain ascii, longer than a block", u"plain ascii, longer than a block"_utf16},
         {"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", u"\u00E9\u20AC\U0001F600"_utf16},
-        {"\xFFz", UTF16String{0xDCFF, 'z'}},
-        {"\xC0\xAF", UTF16String{0xDCC0, 0xDCAF}},
-        {"\xED\xA0\x80", UTF16String{0xDCED, 0xDCA0, 0xDC80}},
-        {"\xF4\x90\x80\x80", UTF16String{0xDCF4, 0xDC90, 0xDC80, 0xDC80}},
-        {"ends in \xE2\x82", u"ends in "_utf16 + UTF16String{0xDCE2, 0xDC82}},
-        {std::string("a\0b", 3), u"a\0b"_utf16},
+        {"\xFFz", {0xDCFF, 'z'}},
+        {"\xC0\xAF", {0xDCC0, 0xDCAF}},
+        {"\xED\xA0\x80", {0xDCED, 0xDCA0, 0xDC80}},
+        {"\xF4\x90\x80\x80", {0xDCF4, 0xDC90, 0xDC80, 0xDC80}},
+        {"cut \xE2\x82", {'c', 'u', 't', ' ', 0xDCE2, 0xDC82}},
+        {{'a', '\0', 'b'}, {'a', 0, 'b'}},
     };
-    for (auto const& one : cases) {
-        EXPECT_EQ(FromCodePage(one.bytes), one.text);
-        EXPECT_EQ(ToCodePage(one.text), one.bytes);
+    for (auto const& [bytes, text] : cases) {
+        EXPECT_EQ(FromCodePage(bytes), text);
+        EXPECT_EQ(ToCodePage(text), bytes);
     }
-    // What stands for no byte takes three bytes; above all it is no separator and no NUL.
-    EXPECT_EQ(ToCodePage(UTF16String{0xDC2F, 0xDC00, 0xD800}),
-              "\xED\xB0\xAF\xED\xB0\x80\xED\xA0\x80");
-    EXPECT_EQ(NativePath(UTF16String{0xDC2F}).value, "\xED\xB0\xAF");
+    EXPECT_EQ(ToCodePage({0xDC00, 0xD800}), "\xED\xB0\x80\xED\xA0\x80");
 }
 
-TEST(Paths, MappedDrivesNameTheirDirectories) {
-    TemporaryDirectory const directory;
-    std::ofstream(directory.Native("file")) << "x";
-    EXPECT_EQ(MapVolume('C', directory.Path()), kError_InvalidParameter);
-    EXPECT_EQ(MapVolume('1', directory.Path()), kError_InvalidParameter);
-    EXPECT_EQ(MapVolume('Q', directory.Path(u"none"_utf16)), kError_FileNotFound);
-    EXPECT_EQ(MapVolume('Q', directory.Path(u"file"_utf16)), kError_NotADirectory);
+TEST_F(Paths, MappedDrivesNameTheirDirectories) {
+    Fill("file", "x");
+    EXPECT_EQ(MapVolume('C', mTemporary.Path()), kError_InvalidParameter);
+    EXPECT_EQ(MapVolume('1', mTemporary.Path()), kError_InvalidParameter);
+    EXPECT_EQ(MapVolume('Q', At("none")), kError_FileNotFound);
+    EXPECT_EQ(MapVolume('Q', At("file")), kError_NotADirectory);
 
-    ASSERT_EQ(MapVolume('q', directory.Path() + u"\\"_utf16), kError_None);
-    EXPECT_EQ(NativePath(u"Q:\\a\\b"_utf16).value, directory.Native("a/b"));
-    EXPECT_EQ(NativePath(u"\\\\?\\q:"_utf16).value, directory.Native());
+    ASSERT_EQ(MapVolume('q', At("")), kError_None);
     ASSERT_EQ(MapVolume('B', u"C:\\"_utf16), kError_None);
+    EXPECT_EQ(NativePath(u"Q:\\a\\b"_utf16).value, Native("a/b"));
+    EXPECT_EQ(NativePath(u"\\\\?\\q:"_utf16).value, mTemporary.Native());
     EXPECT_EQ(NativePath(u"B:\\x"_utf16).value, "/x");
     std::string letters;
     for (auto const& volume : Volumes()) {
@@ -117,14 +97,14 @@ TEST(Paths, MappedDrivesNameTheirDirectories) {
     }
     EXPECT_EQ(letters, "BCQ");
 
-    std::thread mapping([&] {
+    std::thread mapping([this] {
         for (int i = 0; i < 2000; ++i) {
-            MapVolume('Q', i % 2 == 0 ? UTF16String() : directory.Path());
+            MapVolume('Q', i % 2 == 0 ? UTF16String() : mTemporary.Path());
         }
     });
     for (int i = 0; i < 2000; ++i) {
         auto const native = NativePath(u"Q:\\x"_utf16);
-        EXPECT_EQ(native.value, native ? directory.Native("x") : "");
+        EXPECT_EQ(native.value, native ? Native("x") : "");
     }
     mapping.join();
     EXPECT_EQ(MapVolume('Q', {}), kError_None);

@@ -1,25 +1,16 @@
 #include <brindle/utility/FileUtils.h>
 
-#include "tests/TemporaryDirectory.h"
-
-#include <gtest/gtest.h>
+#include "tests/InTemporaryDirectory.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 namespace brindle::utility {
 
 namespace {
 
-using tests::TemporaryDirectory;
+using FileUtilsTest = tests::InTemporaryDirectory;
 
-std::string ContentOf(std::string const& inNativePath) {
-    std::ifstream file(inNativePath, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-TEST(FileUtils, NamesAreCleanedForEveryFileSystem) {
+TEST_F(FileUtilsTest, NamesAreCleanedForEveryFileSystem) {
     struct Case {
         UTF16String name;
         std::uint16_t replacement;
@@ -53,7 +44,7 @@ TEST(FileUtils, NamesAreCleanedForEveryFileSystem) {
     }
 }
 
-TEST(FileUtils, PathsAreSplitAndJoined) {
+TEST_F(FileUtilsTest, PathsAreSplitAndJoined) {
     struct Case {
         UTF16String path;
         UTF16String parent; // empty: there is none
@@ -77,58 +68,50 @@ TEST(FileUtils, PathsAreSplitAndJoined) {
     EXPECT_EQ(path, u"b"_utf16);
 }
 
-TEST(FileUtils, WholeFilesAreWrittenAppendedAndRemoved) {
-    TemporaryDirectory const directory;
-    auto const path = directory.Path(u"file"_utf16);
+TEST_F(FileUtilsTest, WholeFilesAreWrittenAppendedAndRemoved) {
+    auto const path = At("file");
     FileUtils::SimpleWriteStringToFile(path, "first and longer"_utf8);
     FileUtils::SimpleWriteStringToFile(path, "second\n\0"_utf8);
-    EXPECT_EQ(ContentOf(directory.Native("file")), std::string("second\n\0", 8));
+    EXPECT_EQ(ContentOf("file"), std::string("second\n\0", 8));
     FileUtils::CreateNewFile(path);
-    EXPECT_TRUE(FileUtils::FileExists(path));
     FileUtils::SimpleAppendStringToFile(path, "one\n"_utf8);
     FileUtils::SimpleAppendStringToFile(path, "two\n"_utf8);
-    EXPECT_EQ(ContentOf(directory.Native("file")), "one\ntwo\n");
-    EXPECT_TRUE(FileUtils::RemoveFile(path));
-    EXPECT_FALSE(FileUtils::RemoveFile(path));
-    EXPECT_FALSE(FileUtils::FileExists(path));
-    EXPECT_TRUE(FileUtils::FileExists(directory.Path()));
-    EXPECT_FALSE(FileUtils::RemoveFile(directory.Path()));
+    EXPECT_EQ(ContentOf("file"), "one\ntwo\n");
+    EXPECT_TRUE(FileUtils::FileExists(path) && FileUtils::RemoveFile(path));
+    EXPECT_FALSE(FileUtils::FileExists(path) || FileUtils::RemoveFile(path));
+    EXPECT_TRUE(FileUtils::FileExists(mTemporary.Path()));
+    EXPECT_FALSE(FileUtils::RemoveFile(mTemporary.Path()));
 }
 
-TEST(FileUtils, ListingsAndFreshNamesSeeWhatIsThere) {
-    TemporaryDirectory const directory;
-    std::filesystem::create_directory(directory.Native("sub"));
-    std::filesystem::create_symlink("sub", directory.Native("to-sub"));
-    std::filesystem::create_symlink("nowhere", directory.Native("new2.txt"));
-    std::ofstream(directory.Native(".hidden")) << "x";
-    auto const fresh = [&] {
-        return FileUtils::UniqueFileName(directory.Path(), u"new"_utf16, u".txt"_utf16);
-    };
-    auto const first = directory.Path(u"new1.txt"_utf16);
-    EXPECT_EQ(fresh(), first);
-    FileUtils::CreateNewFile(first);
-    EXPECT_EQ(fresh(), directory.Path(u"new3.txt"_utf16));
-
+TEST_F(FileUtilsTest, ListingsAndFreshNamesSeeWhatIsThere) {
+    std::filesystem::create_directory(Native("sub"));
+    std::filesystem::create_symlink("sub", Native("to-sub"));
+    std::filesystem::create_symlink("nowhere", Native("new2.txt"));
+    Fill(".hidden", "x");
+    for (auto const* const name : {"new1.txt", "new3.txt"}) {
+        auto const fresh =
+            FileUtils::UniqueFileName(mTemporary.Path(), u"new"_utf16, u".txt"_utf16);
+        EXPECT_EQ(fresh, At(name));
+        FileUtils::CreateNewFile(fresh);
+    }
     std::vector<UTF16String> paths{u"before"_utf16};
-    FileUtils::ContainedFiles(directory.Path(), paths);
-    FileUtils::ContainedFiles(directory.Path(u"none"_utf16), paths);
+    FileUtils::ContainedFiles(mTemporary.Path(), paths);
+    FileUtils::ContainedFiles(At("none"), paths);
     std::sort(paths.begin() + 1, paths.end());
-    EXPECT_EQ(paths, (std::vector<UTF16String>{u"before"_utf16, first,
-                                               directory.Path(u"new2.txt"_utf16)}));
+    EXPECT_EQ(paths, (std::vector<UTF16String>{u"before"_utf16, At("new1.txt"), At("new2.txt"),
+                                               At("new3.txt")}));
 }
 
-TEST(FileUtils, ShortcutsResolveOrTellWhyNot) {
-    TemporaryDirectory const directory;
-    auto const link = directory.Path(u"link.lnk"_utf16);
+TEST_F(FileUtilsTest, ShortcutsResolveOrTellWhyNot) {
+    auto const link = At("link.lnk");
     auto path = link;
     bool isDirectory = false;
     EXPECT_EQ(FileUtils::ResolveIT(path, isDirectory), static_cast<std::int32_t>(0x80070002U));
     EXPECT_EQ(path, link);
-    EXPECT_EQ(FileUtils::CreateLink(directory.Path(), link, u"here"_utf16), 0);
+    EXPECT_EQ(FileUtils::CreateLink(mTemporary.Path(), link, {}), 0);
     EXPECT_EQ(FileUtils::ResolveIT(path, isDirectory), 0);
-    EXPECT_EQ(path, directory.Path());
-    EXPECT_TRUE(isDirectory);
-    EXPECT_LT(FileUtils::CreateLink(path, directory.Path(u"none\\link.lnk"_utf16), {}), 0);
+    EXPECT_TRUE(isDirectory && path == mTemporary.Path());
+    EXPECT_LT(FileUtils::CreateLink(path, At("none/link.lnk"), {}), 0);
 }
 
 } // namespace
