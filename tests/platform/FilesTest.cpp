@@ -5,7 +5,6 @@
 
 #include <csignal>
 #include <fcntl.h>
-#include <limits>
 #include <set>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -157,29 +156,6 @@ TEST_F(Files, TimesAndIdentityAreTheSystems) {
     EXPECT_GT(a.created, 133000000000000000U) << "this test made it, so it is of after 2022";
     EXPECT_TRUE(a.identity == Inspect(At("b")).value.identity);
     EXPECT_FALSE(a.identity == Inspect(mTemporary.Path()).value.identity);
-}
-
-TEST_F(Files, AnOpenFileReadsAndWritesAtItsPosition) {
-    constexpr std::uint64_t kMost = std::numeric_limits<std::int64_t>::max();
-    Fill("file", "");
-    auto writer = OpenForWriting(At("file"));
-    EXPECT_EQ(writer.value.Write("0123456789", 10), kError_None);
-    EXPECT_EQ(writer.value.SetPosition(2), kError_None);
-    EXPECT_EQ(writer.value.Write("ab", 2), kError_None);
-    EXPECT_EQ(writer.value.SetPosition(kMost + 1), kError_InvalidParameter);
-    EXPECT_EQ(writer.value.Position().value, 4U);
-    EXPECT_EQ(writer.value.SetPosition(kMost), kError_None);
-    EXPECT_EQ(writer.value.Write("x", 1), kError_FileTooLarge);
-    EXPECT_EQ(writer.value.Size().value, 10U);
-    writer = {};
-    EXPECT_EQ(ContentOf("file"), "01ab456789");
-    auto reader = OpenForReading(At("file"));
-    char bytes[32];
-    EXPECT_EQ(reader.value.Read(bytes, 32).value, 10U);
-    EXPECT_EQ(reader.value.SetPosition(kMost), kError_None);
-    auto const atEnd = reader.value.Read(bytes, 1);
-    EXPECT_EQ(atEnd.error, kError_None);
-    EXPECT_EQ(atEnd.value, 0U);
 }
 
 TEST_F(Files, SharingRefusesWhoeverWouldDisturb) {

@@ -2,7 +2,6 @@
 
 #include "tests/InTemporaryDirectory.h"
 
-#include <random>
 #include <thread>
 
 namespace brindle::platform {
@@ -41,24 +40,6 @@ TEST_F(Paths, LibraryTextNamesThePlacesOfTheSystem) {
     EXPECT_EQ(PathFromNative("/usr/include"), u"C:\\usr\\include"_utf16);
     EXPECT_EQ(PathFromNative("a/b"), u"a\\b"_utf16);
     EXPECT_EQ(PathFromNative("c:x"), u".\\c:x"_utf16);
-}
-
-// Bytes are drawn from those that meet in multi-byte sequences and in escapes, so that whole,
-// cut, overlong and surrogate forms all occur.
-TEST_F(Paths, EveryByteStringComesBackFromText) {
-    constexpr char kBytes[] = "/\\ab:.\x80\x81\x9C\x9F\xA0\xB2\xBF\xC0\xC2\xC3\xED\xEF\xF0\xF4\xFF";
-    std::mt19937 random(7);
-    std::uniform_int_distribution<std::size_t> pick(0, sizeof kBytes - 2);
-    std::uniform_int_distribution<std::size_t> length(0, 24);
-    for (int i = 0; i < 200000; ++i) {
-        std::string bytes(length(random), '/');
-        for (auto& byte : bytes) {
-            byte = kBytes[pick(random)];
-        }
-        ASSERT_EQ(ToCodePage(FromCodePage(bytes)), bytes);
-        bytes.insert(0, i % 2 == 0 ? "/" : "./");
-        ASSERT_EQ(NativePath(PathFromNative(bytes)).value, bytes);
-    }
 }
 
 TEST_F(Paths, TextIsUtf8AndWhatIsNotIsEscaped) {
