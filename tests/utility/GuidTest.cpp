@@ -47,7 +47,7 @@ UTF16String Wide(std::string const& inText) {
 TEST(Guid, TextGoesBothWaysInEitherCase) {
     std::mt19937 random;
     for (int round = 0; round < 500; ++round) {
-        std::uint32_t const first = random();
+        auto const first = static_cast<std::uint32_t>(random());
         auto const second = static_cast<std::uint16_t>(random());
         auto const third = static_cast<std::uint16_t>(random());
         std::array<std::uint8_t, 8> b{};

@@ -26,7 +26,8 @@ TEST(PlatformBridges, RectanglesAreCornersThereAndExtentsHere) {
     constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
     geom::RectT<std::int32_t> const beyond{kMost, -kMost, kMost, -kMost};
     EXPECT_EQ(beyond, WINtoBRN(BRNtoWIN(beyond)));
-    EXPECT_EQ((geom::PointT<std::int32_t>{-1, kMost}), WINtoBRN(BRNtoWIN({-1, kMost})));
+    geom::PointT<std::int32_t> const point{-1, kMost};
+    EXPECT_EQ(point, WINtoBRN(BRNtoWIN(point)));
 }
 
 /// A desktop of its own below a temporary directory, by the variables that tell where it is.
