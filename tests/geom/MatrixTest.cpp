@@ -25,7 +25,7 @@ MatrixT<T> Matrix(std::initializer_list<double> inElements) {
 template <typename T>
 class Matrices : public testing::Test {};
 using Elements = testing::Types<float, double>;
-TYPED_TEST_SUITE(Matrices, Elements);
+TYPED_TEST_SUITE(Matrices, Elements, );
 
 TYPED_TEST(Matrices, InvertUndoesTheTransformAndKeepsTheThirdColumn) {
     using Matrix = MatrixT<TypeParam>;

@@ -102,14 +102,25 @@ Guid Parsed(Unit const* inText, std::size_t inLength) {
     return FromBytes(bytes);
 }
 
+/// The two digits of every byte.
+template <typename Unit>
+constexpr std::array<std::array<Unit, 2>, 256> MakeDigitPairs() {
+    constexpr char kDigits[] = "0123456789abcdef";
+    std::array<std::array<Unit, 2>, 256> pairs{};
+    for (std::size_t byte = 0; byte < pairs.size(); ++byte) {
+        pairs[byte] = {static_cast<Unit>(kDigits[byte >> 4]),
+                       static_cast<Unit>(kDigits[byte & 0xF])};
+    }
+    return pairs;
+}
+
 /// Writes the 36 units of the text.
 template <typename Unit>
 void Format(Guid const& inGuid, Unit* outText) {
-    constexpr char kDigits[] = "0123456789abcdef";
+    static constexpr auto kDigitPairs = MakeDigitPairs<Unit>();
     Bytes const bytes = ToBytes(inGuid);
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-        outText[kDigitPositions[i]] = static_cast<Unit>(kDigits[bytes[i] >> 4]);
-        outText[kDigitPositions[i] + 1] = static_cast<Unit>(kDigits[bytes[i] & 0xF]);
+        std::memcpy(outText + kDigitPositions[i], &kDigitPairs[bytes[i]], 2 * sizeof(Unit));
     }
     for (auto const position : kHyphenPositions) {
         outText[position] = '-';
