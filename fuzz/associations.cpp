@@ -1,7 +1,6 @@
 #include "platform/posix/AssociationFiles.h"
 #include "platform/posix/DesktopEntry.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 
@@ -14,15 +13,12 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     ExtensionTypes types(".tar.gz");
     types.Add(bytes);
     types.Add(bytes);
+    bool isRight = types.Types().size() <= 16;
     for (auto const& name : EntriesFor(bytes, "Default Applications", "text/x")) {
-        if (name.find('/') != std::string::npos || name.front() == '.') {
-            std::abort();
-        }
+        isRight &= name.find('/') == std::string::npos && name.front() != '.';
     }
     auto const application = ParseDesktopApplication(bytes);
-    bool const isRight = types.Types().size() <= 16 &&
-                         static_cast<bool>(application) != application.value.program.empty();
-    if (!isRight) {
+    if (!isRight || static_cast<bool>(application) == application.value.program.empty()) {
         std::abort();
     }
     return 0;

@@ -85,22 +85,21 @@ TEST(Guid, FieldsComeBackAndOrderByGroupsThenBySignedHalves) {
 
 TEST(Guid, StreamsCarryIt) {
     tests::ReportedErrors errors;
-    std::stringstream stream;
+    auto const expectWords = [&errors](auto&& ioStream) {
+        Guid guid;
+        EXPECT_TRUE(ioStream >> guid && guid == kGuid);
+        EXPECT_TRUE(ioStream >> guid && guid == Guid());
+        EXPECT_EQ(kMalformed, errors.Take());
+        guid = kGuid;
+        EXPECT_TRUE(!(ioStream >> guid) && guid == kGuid) << "no word is left";
+        EXPECT_EQ("", errors.Take());
+    };
+    std::ostringstream out;
     oUTF16StringStream wideOut;
-    stream << kGuid << " wrong ";
+    out << kGuid;
     wideOut << kGuid;
-    iUTF16StringStream wideIn(wideOut.str() + Wide("\twrong"));
-    Guid guid, wideGuid;
-    EXPECT_TRUE(stream >> guid && wideIn >> wideGuid);
-    EXPECT_TRUE(guid == kGuid && wideGuid == kGuid);
-    EXPECT_TRUE(stream >> guid && wideIn >> wideGuid);
-    EXPECT_TRUE(guid == Guid() && wideGuid == Guid());
-    EXPECT_EQ(kMalformed + kMalformed, errors.Take());
-    guid = wideGuid = kGuid;
-    EXPECT_FALSE(stream >> guid);
-    EXPECT_FALSE(wideIn >> wideGuid);
-    EXPECT_TRUE(guid == kGuid && wideGuid == kGuid) << "no word is left";
-    EXPECT_EQ("", errors.Take());
+    expectWords(std::istringstream(out.str() + " wrong "));
+    expectWords(iUTF16StringStream(wideOut.str() + Wide("\twrong")));
 }
 
 TEST(Guid, ASystemWithoutRandomBytesIsReported) {

@@ -43,8 +43,9 @@ protected:
             fs::permissions(At("/bin/" + name), fs::perms::owner_all);
             Entry(name, name);
         }
-        Write("/low/mime/globs2", "# comment\n50:text/x:*.x\n50:text/big:*.X:cs\n50:text/gz:*.gz\n"
-                                  "50:text/x-gz:*.x.gz\n10:text/x:*.w\n60:text/big:*.w\n:::\n9:");
+        Write("/low/mime/globs2",
+              "# comment\n50:text/x:*.x\n50:text/big:*.X:cs\n50:text/gz:*.gz\n"
+              "50:text/x-gz:*.x.gz\n10:text/x:*.v.w\n60:text/big:*.w\n9:text/x:*.Q:cs\n:::\n9:");
     }
     std::string At(std::string const& inPath) const { return mDirectory.Native() + inPath; }
 
@@ -95,9 +96,9 @@ TEST_F(FindApp, WeightThenLengthThenCaseOfThePatternDecide) {
     Write("/config/mimeapps.list", "[Default Applications]\ntext/x=a.desktop\ntext/big=b.desktop\n"
                                    "text/gz=c.desktop\ntext/x-gz=d.desktop\n");
     std::pair<char const*, char const*> const rows[] = {
-        {".x", "a"},       {".X", "b"},     {".gz", "c"},  {".x.gz", "d"},
-        {".X.GZ", "d"},    {".y.gz", "c"},  {".w", "b"},   {".W", "b"},
-        {".xx", "before"}, {"x", "before"}, {"", "before"}};
+        {".x", "a"},      {".X", "b"},       {".gz", "c"},    {".x.gz", "d"},
+        {".X.GZ", "d"},   {".y.gz", "c"},    {".v.w", "b"},   {".V.W", "b"},
+        {".q", "before"}, {".xx", "before"}, {"x", "before"}, {"", "before"}};
     for (auto const& [extension, program] : rows) {
         EXPECT_EQ(program, Find(extension)) << extension;
     }
