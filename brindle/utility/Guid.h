@@ -31,7 +31,7 @@ public:
                    std::uint8_t in9, std::uint8_t in10, std::uint8_t in11) noexcept
         : mValue{in1, in2, in3, {in4, in5, in6, in7, in8, in9, in10, in11}} {}
 
-    /// From, and as, the platform's structure.
+    /// From the platform's structure, which the object also is to `GetGUID`.
     constexpr Guid(_GUID const& inValue) noexcept : mValue(inValue) {}
 
     /// From text. A null pointer is a text that is not accepted.
