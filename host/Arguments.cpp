@@ -30,17 +30,18 @@ Arguments::Arguments(std::vector<std::string> const& inWords,
 std::uint32_t Arguments::Number(std::string const& inOption, std::uint32_t inLeast,
                                 std::uint32_t inMost, std::uint32_t inDefault) const {
     auto const found = mOptions.find(inOption);
-    if (found == mOptions.end()) {
-        return inDefault;
-    }
-    std::string const& text = found->second;
+    return found != mOptions.end() ? WholeNumber("--" + inOption, found->second, inLeast, inMost)
+                                   : inDefault;
+}
+
+std::uint32_t WholeNumber(std::string const& inName, std::string const& inText,
+                          std::uint32_t inLeast, std::uint32_t inMost) {
     std::uint32_t number = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < inLeast ||
-        number > inMost) {
-        throw usage_error("--" + inOption + " takes a whole number from " +
-                          std::to_string(inLeast) + " to " + std::to_string(inMost) + ", not '" +
-                          text + "'");
+    auto const textEnd = inText.data() + inText.size();
+    auto const [end, error] = std::from_chars(inText.data(), textEnd, number);
+    if (error != std::errc() || end != textEnd || number < inLeast || number > inMost) {
+        throw usage_error(inName + " takes a whole number from " + std::to_string(inLeast) +
+                          " to " + std::to_string(inMost) + ", not '" + inText + "'");
     }
     return number;
 }

@@ -35,4 +35,9 @@ private:
     std::vector<std::string> mOperands;
 };
 
+/// A word as a whole number from `inLeast` to `inMost`. Throws `usage_error`, in which `inName`
+/// names the word, for any other.
+std::uint32_t WholeNumber(std::string const& inName, std::string const& inText,
+                          std::uint32_t inLeast, std::uint32_t inMost);
+
 } // namespace brindle::host

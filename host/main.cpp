@@ -1,5 +1,6 @@
 #include "host/Arguments.h"
 #include "host/Diagnostics.h"
+#include "host/Guid.h"
 #include "host/HostErrorManager.h"
 #include "host/HostLocalizer.h"
 #include "host/Sum.h"
@@ -41,6 +42,12 @@ Verb const* FindVerb(std::string const& inName) {
          "  --jobs=N  how many files may be summed at once, 1 to 1024; one is, for any N\n",
          {"help", "jobs"},
          Sum},
+        {"guid",
+         "[COUNT]",
+         "Writes COUNT new identifiers, 1 to 1000000, one a line; one if no COUNT is given. They\n"
+         "are random, of version 4.\n",
+         {"help"},
+         Guid},
     };
     auto const found = std::find_if(std::begin(kVerbs), std::end(kVerbs),
                                     [&](Verb const& inVerb) { return inName == inVerb.name; });
@@ -51,6 +58,7 @@ constexpr char kHelp[] =
     "usage: brindle VERB [OPTION...] [OPERAND...]\n"
     "\n"
     "  sum [--jobs=N] PATH...   CRC-32, size and path of every file below each PATH\n"
+    "  guid [COUNT]             new identifiers, one a line\n"
     "\n"
     "  brindle VERB --help      what a verb does\n"
     "  brindle --version        the version of the library\n"

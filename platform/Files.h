@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace brindle::platform {
 
@@ -82,6 +83,9 @@ private:
 /// file is refused without being opened. Errors: 2, 3, 5 (also what is no regular file), 32 a
 /// writer has it open.
 Result<OpenFile> OpenForReading(UTF16String const& inPath);
+
+/// The whole content of a small file. Errors as for `OpenForReading`; 13 more than `inMost` bytes.
+Result<std::string> ReadContent(UTF16String const& inPath, std::size_t inMost);
 
 /// Opens an existing regular file for writing at its beginning, alone; nothing is created or cut.
 /// Errors as for reading; 32 anybody has it open; 19 a read-only file system.

@@ -31,7 +31,11 @@ public:
         codes.push_back(inCode);
         flags = {inDeferrable, IsErrorReportingDeferred()};
         values = {inFirst, inSecond, inThird, inFourth};
+        mLines += std::to_string(inLevel) + ' ' + std::to_string(inModule) + ' ' +
+                  std::to_string(inCode) + (inDeferrable ? " " : " at once ") + inKey + '\n';
     }
+    /// Level, module, code and key of the errors since the last call, a line each.
+    std::string TakeLines() { return std::exchange(mLines, {}); }
     using ErrorManager::RemoveDeferredErrorReporter;
 
     using Codes = std::vector<std::int32_t>;
@@ -43,6 +47,9 @@ public:
     std::uint32_t module = 0;
     Flags flags; ///< may be deferred, is deferred
     std::vector<config::ReplacementValue> values;
+
+private:
+    std::string mLines;
 };
 
 } // namespace brindle::tests

@@ -1,5 +1,8 @@
 #include "platform/posix/DesktopEntry.h"
 
+#include "platform/posix/Ascii.h"
+#include "platform/posix/KeyFile.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -7,65 +10,9 @@ namespace brindle::platform {
 
 namespace {
 
-constexpr std::string_view kGroup = "[Desktop Entry]";
+constexpr std::string_view kGroup = "Desktop Entry";
 constexpr std::string_view kScheme = "file:";
 constexpr std::string_view kThisMachine = "localhost";
-
-constexpr bool IsBlank(char inCharacter) {
-    return inCharacter == ' ' || inCharacter == '\t' || inCharacter == '\r';
-}
-
-std::string_view Trimmed(std::string_view inText) {
-    while (!inText.empty() && IsBlank(inText.front())) {
-        inText.remove_prefix(1);
-    }
-    while (!inText.empty() && IsBlank(inText.back())) {
-        inText.remove_suffix(1);
-    }
-    return inText;
-}
-
-constexpr char LowerAscii(char inCharacter) {
-    return 'A' <= inCharacter && inCharacter <= 'Z' ? static_cast<char>(inCharacter + ('a' - 'A'))
-                                                    : inCharacter;
-}
-
-bool EqualsIgnoringCase(std::string_view inText, std::string_view inLowerCase) {
-    return inText.size() == inLowerCase.size() &&
-           std::equal(inText.begin(), inText.end(), inLowerCase.begin(),
-                      [](char inLHS, char inRHS) { return LowerAscii(inLHS) == inRHS; });
-}
-
-std::string Unescaped(std::string_view inValue) {
-    std::string text;
-    for (std::size_t i = 0; i < inValue.size(); ++i) {
-        if (inValue[i] != '\\' || i + 1 == inValue.size()) {
-            text += inValue[i];
-            continue;
-        }
-        switch (auto const character = inValue[++i]) {
-        case 's':
-            text += ' ';
-            break;
-        case 'n':
-            text += '\n';
-            break;
-        case 't':
-            text += '\t';
-            break;
-        case 'r':
-            text += '\r';
-            break;
-        case '\\':
-            text += '\\';
-            break;
-        default:
-            text += '\\';
-            text += character;
-        }
-    }
-    return text;
-}
 
 std::string Escaped(std::string_view inText) {
     std::string value;
@@ -164,43 +111,50 @@ Result<std::string> PathOfUrl(std::string_view inUrl) {
     return isUsable ? path : invalid;
 }
 
+/// The first word of a command line: blanks separate words, double quotes keep a word together, and
+/// inside them a backslash takes the character behind it as it is. Empty for a quote left open, and
+/// for a word with a field code, which is no program.
+std::string FirstWord(std::string_view inCommand) {
+    std::string word;
+    bool isQuoted = false;
+    std::size_t i = std::min(inCommand.find_first_not_of(' '), inCommand.size());
+    for (; i < inCommand.size() && (isQuoted || inCommand[i] != ' '); ++i) {
+        char const character = inCommand[i];
+        char const next = i + 1 < inCommand.size() ? inCommand[i + 1] : '\0';
+        if (character == '"') {
+            isQuoted = !isQuoted;
+        } else if (character == '\\' && isQuoted) {
+            word += next;
+            ++i;
+        } else if (character == '%' && next != '%') {
+            return {};
+        } else {
+            word += character;
+            i += character == '%';
+        }
+    }
+    return isQuoted ? std::string() : word;
+}
+
 } // namespace
 
 Result<DesktopLink> ParseDesktopLink(std::string_view inBytes) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (inBytes.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-        inBytes.remove_prefix(kByteOrderMark.size());
-    }
-
     DesktopLink link;
     std::string url;
-    std::string type;
-    bool isInGroup = false;
-    while (!inBytes.empty()) {
-        auto const lineEnd = std::min(inBytes.find('\n'), inBytes.size());
-        auto const line = Trimmed(inBytes.substr(0, lineEnd));
-        inBytes.remove_prefix(std::min(lineEnd + 1, inBytes.size()));
-        if (line.empty() || line.front() == '#') {
+    std::string_view type;
+    KeyFileReader reader(inBytes);
+    for (KeyFileEntry entry; reader.Next(entry);) {
+        if (entry.group != kGroup) {
             continue;
         }
-        if (line.front() == '[') {
-            isInGroup = line == kGroup;
-            continue;
-        }
-        auto const equals = line.find('=');
-        if (!isInGroup || equals == std::string_view::npos) {
-            continue;
-        }
-        auto const key = Trimmed(line.substr(0, equals));
-        auto const value = Trimmed(line.substr(equals + 1));
-        if (key == "Type") {
-            type = value;
-        } else if (key == "URL") {
-            url = Unescaped(value);
-        } else if (key == "Name") {
-            link.name = Unescaped(value);
-        } else if (key == "Comment") {
-            link.comment = Unescaped(value);
+        if (entry.key == "Type") {
+            type = entry.value;
+        } else if (entry.key == "URL") {
+            url = UnescapedValue(entry.value);
+        } else if (entry.key == "Name") {
+            link.name = UnescapedValue(entry.value);
+        } else if (entry.key == "Comment") {
+            link.comment = UnescapedValue(entry.value);
         }
     }
     if (type != "Link") {
@@ -214,8 +168,33 @@ Result<DesktopLink> ParseDesktopLink(std::string_view inBytes) {
     return {std::move(link), kError_None};
 }
 
+Result<DesktopApplication> ParseDesktopApplication(std::string_view inBytes) {
+    DesktopApplication application;
+    std::string_view type;
+    bool isHidden = false;
+    KeyFileReader reader(inBytes);
+    for (KeyFileEntry entry; reader.Next(entry);) {
+        if (entry.group != kGroup) {
+            continue;
+        }
+        if (entry.key == "Type") {
+            type = entry.value;
+        } else if (entry.key == "Hidden") {
+            isHidden = entry.value == "true";
+        } else if (entry.key == "Exec") {
+            application.program = FirstWord(UnescapedValue(entry.value));
+        } else if (entry.key == "TryExec") {
+            application.witness = UnescapedValue(entry.value);
+        }
+    }
+    if (type != "Application" || isHidden || application.program.empty()) {
+        return {{}, kError_InvalidData};
+    }
+    return {std::move(application), kError_None};
+}
+
 std::string FormatDesktopLink(DesktopLink const& inLink) {
-    std::string text(kGroup);
+    std::string text = "[" + std::string(kGroup) + "]";
     text += "\nType=Link\nName=" + Escaped(inLink.name);
     if (!inLink.comment.empty()) {
         text += "\nComment=" + Escaped(inLink.comment);

@@ -6,6 +6,7 @@
 #include <sys/random.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdio>
@@ -162,6 +163,35 @@ private:
 };
 
 } // namespace
+
+Result<std::string> ReadContent(UTF16String const& inPath, std::size_t inMost) {
+    auto file = OpenForReading(inPath);
+    if (!file) {
+        return {{}, file.error};
+    }
+    auto const size = file.value.Size();
+    if (!size) {
+        return {{}, size.error};
+    }
+    std::string bytes;
+    std::size_t length = 0;
+    // Room for one byte more shows that there is none; a file may also have grown meanwhile.
+    auto room = static_cast<std::size_t>(std::min<std::uint64_t>(size.value, inMost)) + 1;
+    while (room <= inMost + 1) {
+        bytes.resize(room);
+        auto const count = file.value.Read(bytes.data() + length, room - length);
+        if (!count) {
+            return {{}, count.error};
+        }
+        length += count.value;
+        if (length < room) {
+            bytes.resize(length);
+            return {std::move(bytes), kError_None};
+        }
+        room = room <= inMost ? std::min(2 * room, inMost + 1) : room + 1;
+    }
+    return {{}, kError_InvalidData};
+}
 
 ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount) {
     constexpr mode_t kAnybody = 0666;

@@ -29,21 +29,11 @@ UTF16String TitleOf(UTF16String const& inLinkPath) {
 } // namespace
 
 Result<ShellLinkTarget> ReadShellLink(UTF16String const& inLinkPath) {
-    auto file = OpenForReading(inLinkPath);
-    if (!file) {
-        return {{}, file.error};
+    auto const bytes = ReadContent(inLinkPath, kMostBytes);
+    if (!bytes) {
+        return {{}, bytes.error};
     }
-    std::string bytes(kMostBytes + 1, '\0');
-    auto const count = file.value.Read(bytes.data(), bytes.size());
-    if (!count) {
-        return {{}, count.error};
-    }
-    if (count.value > kMostBytes) {
-        return {{}, kError_InvalidData};
-    }
-    bytes.resize(count.value);
-
-    auto const link = ParseDesktopLink(bytes);
+    auto const link = ParseDesktopLink(bytes.value);
     if (!link) {
         return {{}, link.error};
     }

@@ -1,9 +1,8 @@
 #include "tests/BitwiseCRC.h"
-#include "tests/InTemporaryDirectory.h"
+#include "tests/host/Command.h"
 
 #include <map>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace brindle::host {
 
@@ -24,21 +23,8 @@ std::string LineFor(std::string const& inContent, std::string const& inPath) {
     return (name != inPath ? "\\" : "") + std::string(numbers) + name + "\n";
 }
 
-class Sum : public tests::InTemporaryDirectory {
+class Sum : public tests::Command {
 protected:
-    /// Runs the command in the temporary directory; `inWords` is shell text. The exit status, with
-    /// the output and the diagnostics in their members.
-    int Run(std::string const& inWords) {
-        std::string const command = "cd '" + mTemporary.Native() + "' && exec >'" +
-                                    mResults.Native("out") + "' 2>'" + mResults.Native("err") +
-                                    "' " BRINDLE_COMMAND " " + inWords;
-        int const status = std::system(command.c_str());
-        EXPECT_TRUE(WIFEXITED(status)) << inWords;
-        mOutput = ContentOf(mResults.Native("out"));
-        mErrors = ContentOf(mResults.Native("err"));
-        return WEXITSTATUS(status);
-    }
-
     /// Makes a file, and keeps the line that is to come out for it.
     void MakeFile(std::string const& inName, std::string const& inContent) {
         fs::create_directories(fs::path(Native(inName)).parent_path());
@@ -54,9 +40,7 @@ protected:
         return lines;
     }
 
-    tests::TemporaryDirectory mResults;
     std::map<std::string, std::string> mLines; // by path, so in the order of the output
-    std::string mOutput, mErrors;
 };
 
 TEST_F(Sum, TellsEveryKindOfNameAndFile) {
@@ -79,31 +63,31 @@ TEST_F(Sum, TellsEveryKindOfNameAndFile) {
     ASSERT_EQ(0, mknod(Native("fifo").c_str(), S_IFIFO | 0600, 0));
     ASSERT_EQ(0, mknod(Native("socket").c_str(), S_IFSOCK | 0600, 0));
 
-    EXPECT_EQ(1, Run("sum --jobs=2 '" + mTemporary.Native() + "'")) << "not all could be summed";
-    EXPECT_EQ(ExpectedLines(), mOutput);
+    Outcome const outcome = Run("sum --jobs=2 '" + mTemporary.Native() + "'");
+    EXPECT_EQ(1, outcome.status) << "not all could be summed";
+    EXPECT_EQ(ExpectedLines(), outcome.output);
     std::string const diagnostic = "brindle: " + Native("");
     EXPECT_EQ(diagnostic + "dangling: no such file or directory\n" + diagnostic +
                   "device: skipped, it is a device\n" + diagnostic +
                   "fifo: skipped, it is a FIFO\n" + diagnostic +
                   "socket: skipped, it is a socket\n",
-              mErrors);
+              outcome.errors);
 }
 
 TEST_F(Sum, TakesFilesAndDirectoriesAndSortsThemTogether) {
     MakeFile("b/file", "1");
     MakeFile("a", "2");
     MakeFile("--x", "3");
-    EXPECT_EQ(1, Run("sum b a -- --x missing"));
-    EXPECT_EQ(LineFor("3", "--x") + LineFor("2", "a") + LineFor("1", "b/file"), mOutput);
-    EXPECT_EQ("brindle: missing: no such file or directory\n", mErrors);
-    EXPECT_EQ(0, Run("sum ./b/"));
-    EXPECT_EQ(LineFor("1", "./b/file"), mOutput);
-    EXPECT_EQ(0, Run("sum /proc/self/status"));
-    EXPECT_EQ(std::string::npos, mOutput.find("  0  ")) << "files without a size have content too";
+    Outcome const outcome = Run("sum b a -- --x missing");
+    EXPECT_EQ(1, outcome.status);
+    EXPECT_EQ(LineFor("3", "--x") + LineFor("2", "a") + LineFor("1", "b/file"), outcome.output);
+    EXPECT_EQ("brindle: missing: no such file or directory\n", outcome.errors);
+    EXPECT_EQ(LineFor("1", "./b/file"), Run("sum ./b/").output);
+    EXPECT_EQ(std::string::npos, Run("sum /proc/self/status").output.find("  0  "))
+        << "files without a size have content too";
     if (::geteuid() != 0) {
         fs::permissions(Native("b"), fs::perms::none);
-        EXPECT_EQ(1, Run("sum b"));
-        EXPECT_EQ("brindle: b: the directory cannot be read\n", mErrors);
+        EXPECT_EQ("brindle: b: the directory cannot be read\n", Run("sum b").errors);
         fs::permissions(Native("b"), fs::perms::all);
     }
 }
@@ -111,15 +95,14 @@ TEST_F(Sum, TakesFilesAndDirectoriesAndSortsThemTogether) {
 TEST_F(Sum, ExitStatusTellsWrongUsageAndAFullDisk) {
     for (char const* const words : {"", "nonsense", "sum", "sum --nonsense .", "sum --jobs=0 .",
                                     "sum --jobs=1x .", "sum --jobs= .", "--nonsense"}) {
-        EXPECT_EQ(2, Run(words)) << words;
-        EXPECT_EQ("", mOutput) << words;
-        EXPECT_EQ(0u, mErrors.find("brindle: ")) << words;
+        ExpectWrongUsage(words);
     }
     for (char const* const words : {"--help", "sum --help", "--version"}) {
-        EXPECT_EQ(0, Run(words)) << words;
-        EXPECT_NE("", mOutput) << words;
+        Outcome const outcome = Run(words);
+        EXPECT_EQ(0, outcome.status) << words;
+        EXPECT_NE("", outcome.output) << words;
     }
-    EXPECT_EQ(1, Run("--version >/dev/full"));
+    EXPECT_EQ(1, Run("--version >/dev/full").status);
 }
 
 } // namespace

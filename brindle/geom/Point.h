@@ -1,0 +1,22 @@
+#pragma once
+
+namespace brindle::geom {
+
+/// A point of the plane, or a size: `x` the width, `y` the height. For `float` and `std::int32_t`.
+template <typename T>
+struct PointT {
+    T x{};
+    T y{};
+};
+
+template <typename T>
+constexpr bool operator==(PointT<T> const& inLHS, PointT<T> const& inRHS) noexcept {
+    return inLHS.x == inRHS.x && inLHS.y == inRHS.y;
+}
+
+template <typename T>
+constexpr bool operator!=(PointT<T> const& inLHS, PointT<T> const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
+} // namespace brindle::geom

@@ -1,0 +1,25 @@
+#pragma once
+
+namespace brindle::geom {
+
+/// A rectangle by its origin and its extent, not by two corners. For `float` and `std::int32_t`.
+template <typename T>
+struct RectT {
+    T x{}; ///< left edge
+    T y{}; ///< top edge
+    T width{};
+    T height{};
+};
+
+template <typename T>
+constexpr bool operator==(RectT<T> const& inLHS, RectT<T> const& inRHS) noexcept {
+    return inLHS.x == inRHS.x && inLHS.y == inRHS.y && inLHS.width == inRHS.width &&
+           inLHS.height == inRHS.height;
+}
+
+template <typename T>
+constexpr bool operator!=(RectT<T> const& inLHS, RectT<T> const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
+} // namespace brindle::geom

@@ -1,0 +1,137 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/utility/PlatformTypes.h>
+#include <brindle/utility/TextTypes.h>
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+
+namespace brindle {
+
+class iUTF16StringStream;
+class oUTF16StringStream;
+
+namespace utility {
+
+/// A 128-bit identifier: sixteen bytes, laid out as the platform's own structure.
+///
+/// The text form is "12345678-9abc-def0-0102-030405060708": 36 characters, lower-case hexadecimal.
+/// A text is accepted in that form alone, with digits of either case. Any other is reported through
+/// `config::ThrowError`; if that returns, the Guid is all zero.
+class BRN_API Guid {
+public:
+    /// All zero.
+    constexpr Guid() noexcept = default;
+
+    /// The fields in the order of the text; the last eight are its last two groups.
+    constexpr Guid(std::uint32_t in1, std::uint16_t in2, std::uint16_t in3, std::uint8_t in4,
+                   std::uint8_t in5, std::uint8_t in6, std::uint8_t in7, std::uint8_t in8,
+                   std::uint8_t in9, std::uint8_t in10, std::uint8_t in11) noexcept
+        : mValue{in1, in2, in3, {in4, in5, in6, in7, in8, in9, in10, in11}} {}
+
+    /// From the platform's structure, which the object also is to `GetGUID`.
+    constexpr Guid(_GUID const& inValue) noexcept : mValue(inValue) {}
+
+    /// From text. A null pointer is a text that is not accepted.
+    explicit Guid(char const* inText);
+    explicit Guid(std::basic_string<char> const& inText);
+    /// As for the other conversions, the text ends before its first NUL.
+    explicit Guid(UTF16String const& inText);
+
+    /// A new identifier, random but for the bits that tell so (version 4). A failure of the system
+    /// is reported through `config::ThrowError`; if that returns, the Guid is all zero. Any thread
+    /// may call.
+    static Guid CreateUnique();
+
+    constexpr _GUID const& GetGUID() const noexcept { return mValue; }
+
+    /// The text form; nothing about it can fail.
+    UTF16String AsString() const;
+
+    static constexpr void GuidToComponents(Guid const& inGuid, std::uint32_t& out1,
+                                           std::uint16_t& out2, std::uint16_t& out3,
+                                           std::uint8_t& out4, std::uint8_t& out5,
+                                           std::uint8_t& out6, std::uint8_t& out7,
+                                           std::uint8_t& out8, std::uint8_t& out9,
+                                           std::uint8_t& out10, std::uint8_t& out11) noexcept {
+        out1 = inGuid.mValue.Data1;
+        out2 = inGuid.mValue.Data2;
+        out3 = inGuid.mValue.Data3;
+        std::uint8_t* const bytes[] = {&out4, &out5, &out6, &out7, &out8, &out9, &out10, &out11};
+        for (int i = 0; i < 8; ++i) {
+            *bytes[i] = inGuid.mValue.Data4[i];
+        }
+    }
+
+private:
+    _GUID mValue{};
+};
+
+constexpr bool operator==(Guid const& inLHS, Guid const& inRHS) noexcept {
+    _GUID const& lhs = inLHS.GetGUID();
+    _GUID const& rhs = inRHS.GetGUID();
+    bool isEqual = lhs.Data1 == rhs.Data1 && lhs.Data2 == rhs.Data2 && lhs.Data3 == rhs.Data3;
+    for (int i = 0; i < 8; ++i) {
+        isEqual = isEqual && lhs.Data4[i] == rhs.Data4[i];
+    }
+    return isEqual;
+}
+
+constexpr bool operator!=(Guid const& inLHS, Guid const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
+namespace impl {
+
+/// Four bytes as a signed number, the first one lowest.
+constexpr std::int32_t SignedLittleEndian(std::uint8_t const* inBytes) noexcept {
+    std::uint32_t value = 0;
+    for (int i = 3; i >= 0; --i) {
+        value = value << 8 | inBytes[i];
+    }
+    return static_cast<std::int32_t>(value);
+}
+
+} // namespace impl
+
+/// Orders by the first three groups, unsigned, then by the first four and the last four of the
+/// eight bytes, each taken as a signed number with its first byte lowest. That is not the order of
+/// the texts.
+constexpr bool operator<(Guid const& inLHS, Guid const& inRHS) noexcept {
+    _GUID const& lhs = inLHS.GetGUID();
+    _GUID const& rhs = inRHS.GetGUID();
+    if (lhs.Data1 != rhs.Data1) {
+        return lhs.Data1 < rhs.Data1;
+    }
+    if (lhs.Data2 != rhs.Data2) {
+        return lhs.Data2 < rhs.Data2;
+    }
+    if (lhs.Data3 != rhs.Data3) {
+        return lhs.Data3 < rhs.Data3;
+    }
+    std::int32_t const first = impl::SignedLittleEndian(lhs.Data4);
+    std::int32_t const otherFirst = impl::SignedLittleEndian(rhs.Data4);
+    return first != otherFirst
+               ? first < otherFirst
+               : impl::SignedLittleEndian(lhs.Data4 + 4) < impl::SignedLittleEndian(rhs.Data4 + 4);
+}
+
+constexpr bool operator>(Guid const& inLHS, Guid const& inRHS) noexcept {
+    return inRHS < inLHS;
+}
+
+/// Inserts the text form.
+BRN_API oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid);
+BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
+                                             Guid const& inGuid);
+
+/// Extracts a word, up to white space, and assigns the Guid of that text. Where no word is left,
+/// the stream fails, nothing is reported, and the Guid stays as it was.
+BRN_API iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid);
+BRN_API std::basic_istream<char>& operator>>(std::basic_istream<char>& ioStream, Guid& outGuid);
+
+} // namespace utility
+
+} // namespace brindle

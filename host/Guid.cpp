@@ -1,0 +1,32 @@
+#include "host/Guid.h"
+
+#include "host/HostErrorManager.h"
+
+#include <brindle/utility/Guid.h>
+#include <brindle/utility/Streams.h>
+
+namespace brindle::host {
+
+namespace {
+
+constexpr std::uint32_t kMostIdentifiers = 1'000'000;
+
+} // namespace
+
+void Guid(Arguments const& inArguments, Diagnostics&) {
+    auto const& operands = inArguments.Operands();
+    if (operands.size() > 1) {
+        throw usage_error("guid takes one COUNT");
+    }
+    std::uint32_t const count =
+        operands.empty() ? 1 : WholeNumber("COUNT", operands[0], 1, kMostIdentifiers);
+    for (std::uint32_t i = 0; i < count && utility::streams::Out; ++i) {
+        utility::Guid const guid = utility::Guid::CreateUnique();
+        if (guid == utility::Guid()) {
+            throw fatal_error(); // the error manager has told why
+        }
+        utility::streams::Out << guid << '\n';
+    }
+}
+
+} // namespace brindle::host

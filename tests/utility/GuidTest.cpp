@@ -1,0 +1,116 @@
+#include <brindle/utility/Guid.h>
+
+#include <brindle/utility/StringStreams.h>
+
+#include "tests/RecordingErrorManager.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <sstream>
+
+static bool S_systemHasRandomBytes = true;
+
+/// Stands before the system's own, so that it can fail.
+extern "C" ssize_t getrandom(void* outBytes, std::size_t inCount, unsigned inFlags) {
+    return S_systemHasRandomBytes ? ::syscall(SYS_getrandom, outBytes, inCount, inFlags) : -1;
+}
+
+namespace brindle::utility {
+
+namespace {
+
+std::string const kMalformed =
+    "1 105 28 $$$/brn/utility/Error/MalformedGUID=Malformed Guid string.\n";
+std::string const kText = "fedcba98-7654-3210-0f1e-2d3c4b5a6978";
+constexpr Guid kGuid(0xFEDCBA98, 0x7654, 0x3210, 0x0F, 0x1E, 0x2D, 0x3C, 0x4B, 0x5A, 0x69, 0x78);
+
+UTF16String Wide(std::string const& inText) {
+    return {inText.begin(), inText.end()};
+}
+
+TEST(Guid, TextGoesBothWaysAndWhateverElseIsReported) {
+    tests::RecordingErrorManager errors;
+    for (auto const& text : {kText, std::string("FEDCBA98-7654-3210-0F1E-2D3C4B5A6978")}) {
+        EXPECT_TRUE(kGuid == Guid(text.c_str()) && kGuid == Guid(text) &&
+                    kGuid == Guid(Wide(text)));
+    }
+    EXPECT_EQ(Wide(kText), kGuid.AsString());
+    EXPECT_TRUE(kGuid == Guid(Wide(kText) + u"\0more"_utf16)) << "conversion ends at a NUL";
+    EXPECT_EQ("", errors.TakeLines());
+
+    EXPECT_TRUE(Guid() == Guid(static_cast<char const*>(nullptr)));
+    EXPECT_EQ(kMalformed, errors.TakeLines());
+    for (std::size_t i = 0; i < kText.size(); ++i) {
+        UTF16String wide = Wide(kText);
+        wide[i] = static_cast<std::uint16_t>(wide[i] + 0x100);
+        EXPECT_TRUE(Guid() == Guid(wide));
+        EXPECT_EQ(kMalformed, errors.TakeLines()) << "a unit that only ends like a digit, at " << i;
+        for (auto const& wrong : {"", "g", "G", "/", ":", "@", "`", "\xB0", "00", "--"}) {
+            EXPECT_TRUE(Guid() == Guid(std::string(kText).replace(i, 1, wrong)));
+            EXPECT_EQ(kMalformed, errors.TakeLines()) << wrong << " at " << i;
+        }
+    }
+}
+
+TEST(Guid, FieldsComeBackAndOrderByGroupsThenBySignedHalves) {
+    std::uint32_t f1 = 0;
+    std::uint16_t f2 = 0, f3 = 0;
+    std::uint8_t b[8];
+    Guid::GuidToComponents(kGuid, f1, f2, f3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
+    EXPECT_TRUE(kGuid == Guid(f1, f2, f3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]));
+    EXPECT_EQ(0x0F, kGuid.GetGUID().Data4[0]);
+
+    char const* const ascending[] = {
+        "00000000-0000-0000-0000-008000000000", "00000000-0000-0000-0000-00ff00000000",
+        "00000000-0000-0000-ff00-00ff00000000", "00000000-0000-0000-0000-000000000080",
+        "00000000-0000-0000-0000-000000000000", "00000000-0000-0000-0000-0000ff000000",
+        "00000000-0000-0000-0000-000000010000", "00000000-0000-0000-0000-00000000007f",
+        "00000000-0000-0000-ff00-000000000000", "00000000-0000-0000-0001-000000000000",
+        "00000000-0000-0000-0000-007f00000080", "00000000-0000-0001-0000-008000000000",
+        "00000000-0000-8000-0000-000000000000", "00000000-0001-0000-0000-000000000000",
+        "00000000-8000-0000-0000-000000000000", "00000001-0000-0000-0000-000000000000",
+        "80000000-0000-0000-0000-000000000000"};
+    for (auto const& lhs : ascending) {
+        for (auto const& rhs : ascending) {
+            Guid const left(lhs), right(rhs);
+            EXPECT_TRUE((left < right) == (&lhs < &rhs) && (left > right) == (&lhs > &rhs) &&
+                        (left == right) == (&lhs == &rhs) && (left != right) == (&lhs != &rhs))
+                << lhs << ' ' << rhs;
+        }
+    }
+}
+
+TEST(Guid, StreamsCarryIt) {
+    tests::RecordingErrorManager errors;
+    auto const expectWords = [&errors](auto&& ioStream) {
+        Guid guid;
+        EXPECT_TRUE(ioStream >> guid && guid == kGuid);
+        EXPECT_TRUE(ioStream >> guid && guid == Guid());
+        EXPECT_EQ(kMalformed, errors.TakeLines());
+        guid = kGuid;
+        EXPECT_TRUE(!(ioStream >> guid) && guid == kGuid) << "no word is left";
+        EXPECT_EQ("", errors.TakeLines());
+    };
+    std::ostringstream out;
+    oUTF16StringStream wideOut;
+    out << kGuid;
+    wideOut << kGuid;
+    expectWords(std::istringstream(out.str() + " wrong "));
+    expectWords(iUTF16StringStream(wideOut.str() + Wide("\twrong")));
+}
+
+TEST(Guid, ASystemWithoutRandomBytesIsReported) {
+    tests::RecordingErrorManager errors;
+    S_systemHasRandomBytes = false;
+    EXPECT_TRUE(Guid::CreateUnique() == Guid());
+    S_systemHasRandomBytes = true;
+    EXPECT_EQ("1 105 27 $$$/brn/utility/Error/CouldntCreateGUID=Couldn't create Guid.\n",
+              errors.TakeLines());
+}
+
+} // namespace
+
+} // namespace brindle::utility
