@@ -7,9 +7,9 @@ namespace brindle::host {
 
 namespace {
 
+/// Of a word that begins with a dash.
 bool IsNegativeNumber(std::string const& inWord) {
-    return inWord.find_first_of("0123456789") == (inWord.compare(0, 2, "-.") == 0 ? 2 : 1) &&
-           inWord[0] == '-';
+    return inWord.find_first_of("0123456789") == (inWord[1] == '.' ? 2 : 1);
 }
 
 } // namespace
