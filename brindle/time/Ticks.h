@@ -33,8 +33,23 @@ constexpr std::int64_t Quotient(std::int64_t inDividend, std::int64_t inDivisor)
     return inDivisor == -1 ? Difference(0, inDividend) : inDividend / inDivisor;
 }
 
+#if defined(__x86_64__)
+/// What the language leaves open is the least integer to this processor, without a comparison. The
+/// compiler's own form of the instruction will not do: it folds constants by other rules.
+inline std::int64_t TruncatedByProcessor(double inValue) noexcept {
+    std::int64_t result;
+    __asm__("cvttsd2si %1, %0" : "=r"(result) : "x"(inValue));
+    return result;
+}
+#endif
+
 /// Truncated toward zero; the least integer for what is out of range or not a number.
 constexpr std::int64_t Truncated(double inValue) noexcept {
+#if defined(__x86_64__)
+    if (!__builtin_is_constant_evaluated()) {
+        return TruncatedByProcessor(inValue);
+    }
+#endif
     constexpr double kLimit = 9223372036854775808.0; // 2 to the 63rd
     return inValue >= -kLimit && inValue < kLimit ? static_cast<std::int64_t>(inValue)
                                                   : std::numeric_limits<std::int64_t>::min();
