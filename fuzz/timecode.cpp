@@ -5,15 +5,10 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
 
 using namespace brindle::time;
 
 namespace {
-
-constexpr FrameRate kRates[] = {kFrameRate_VideoNTSC, kFrameRate_VideoNTSC_HD,
-                                kFrameRate_23976,     kFrameRate_Film24,
-                                kFrameRate_Video1000, kFrameRate_Audio44100};
 
 void RequireSame(TimecodeReading const& inReading, TickTime const& inTime) {
     if (inReading.fault != TimecodeFault::kNone || inReading.time != inTime) {
@@ -23,19 +18,17 @@ void RequireSame(TimecodeReading const& inReading, TickTime const& inTime) {
 
 } // namespace
 
-/// A byte that chooses the rate and the counting, the ticks of a frame for rates off the table, and
-/// a text whose first bytes are a time too.
+/// The ticks of a frame, 0 for drop-frame at 59.94, and a text whose first bytes are a time too.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
     std::int64_t numbers[2] = {};
-    if (inSize < 1 + sizeof numbers) {
+    if (inSize < sizeof numbers) {
         return 0;
     }
-    std::memcpy(numbers, inData + 1, sizeof numbers);
-    std::size_t const choice = inData[0] / 2;
-    FrameRate const rate =
-        choice < std::size(kRates) ? kRates[choice] : FrameRate::Create(numbers[0]);
-    auto const format = TimecodeFormat::Create(
-        rate, inData[0] % 2 == 0 ? FrameCounting::kNonDrop : FrameCounting::kDropFrame);
+    std::memcpy(numbers, inData, sizeof numbers);
+    bool const isDropFrame = numbers[0] == 0;
+    FrameRate const rate = isDropFrame ? kFrameRate_VideoNTSC_HD : FrameRate::Create(numbers[0]);
+    auto const format = TimecodeFormat::Create(rate, isDropFrame ? FrameCounting::kDropFrame
+                                                                 : FrameCounting::kNonDrop);
     if (!format) {
         return 0;
     }
@@ -44,9 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     time.AlignToFrame(rate);
     RequireSame(format->ToTime(text), time);
 
-    std::size_t const textStart = 1 + sizeof numbers[0];
     TimecodeReading const reading =
-        format->ToTime({reinterpret_cast<char const*>(inData) + textStart, inSize - textStart});
+        format->ToTime({reinterpret_cast<char const*>(inData) + 8, inSize - 8});
     if (reading.fault == TimecodeFault::kNone) {
         RequireSame(format->ToTime(format->ToText(reading.time)), reading.time);
     }
