@@ -63,26 +63,21 @@ constexpr std::int64_t Aligned(std::int64_t inTicks, FrameRate const& inRate) {
     return time.GetTicks();
 }
 
-static_assert(sizeof(TickTime) == 8 && sizeof(FrameRate) == 8);
 static_assert(EveryRateIsExact());
 
-static_assert(FrameRate(24.0) == kFrameRate_Film24 && FrameRate() == FrameRate(0.0));
-static_assert(FrameRate(-0.0) == kFrameRate_Zero && kFrameRate_Zero.GetValue() == 0.0);
+static_assert(FrameRate(24.0) == kFrameRate_Film24 && FrameRate(0.0).GetValue() == 0.0);
 static_assert(FrameRate(29.97).GetTicksPerFrame() == 8475675675);
 static_assert(kFrameRate_VideoNTSC.GetValue() == 29.97002997002997);
 static_assert(kFrameRate_Film24 > kFrameRate_23976 && kFrameRate_23976 <= kFrameRate_Film24);
 static_assert(kFrameRate_Zero < kFrameRate_Video10 && !(kFrameRate_Video10 <= kFrameRate_Zero));
-static_assert(kFrameRate_Film24 >= kFrameRate_Film24 && !(kFrameRate_Film24 > kFrameRate_Film24));
 
 static_assert(TickTime(360000.0) == kTickTime_Max && -kTickTime_Max == kTickTime_Min);
 static_assert(TickTime(-400000.0) == kTickTime_Invalid && kTickTime_Invalid < kTickTime_Min);
 static_assert(TickTime(4294967301, kFrameRate_Audio8000).ToFrame32(kFrameRate_Audio8000) == 5);
-static_assert(TickTime(1.0).ToFrame64(kFrameRate_Zero) == 0);
 static_assert(Ticks(kLargest).ToFrame64(kFrameRate_Zero) == 0);
 static_assert(TickTime(1.0).ToFrame64(FrameRate::Create(0)) == 0);
 static_assert(Ticks(7).ToFrame64(FrameRate::Create(-2)) == -3);
 static_assert(Ticks(kLeast).ToFrame64(FrameRate::Create(-1)) == kLeast);
-static_assert(Aligned(10584000001, kFrameRate_Film24) == 10584000000);
 static_assert(Aligned(-10584000001, kFrameRate_Film24) == -10584000000);
 static_assert(RateOf(TickTime(), 25) == kFrameRate_Zero);
 static_assert(RateOf(TickTime(1.0), 0) == kFrameRate_Zero);

@@ -6,8 +6,6 @@ namespace brindle::time {
 
 namespace {
 
-constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
-
 constexpr FrameCounting kBoth[] = {FrameCounting::kNonDrop, FrameCounting::kDropFrame};
 
 /// A clock of frame numbers that steps by carrying.
@@ -47,13 +45,15 @@ TEST(Timecode, EveryFrameOfADayGoesThereAndBack) {
             TickTime const time(frame, rate);
             ASSERT_EQ(clock.text, format.ToText(time)) << frame;
             ASSERT_EQ(time, format.ToTime(clock.text).time) << clock.text;
+            ASSERT_EQ(-time, format.ToTime("-" + clock.text).time) << clock.text;
+            ASSERT_EQ((frame != 0 ? "-" : "") + clock.text, format.ToText(-time));
         }
         EXPECT_EQ("24:00:00", clock.text.substr(0, 8));
         EXPECT_EQ(0, clock.fields[3]);
     }
 }
 
-TEST(Timecode, IsExactOverTheWholeRangeMirroredBelowZeroAndAsWideAsTheRateNeeds) {
+TEST(Timecode, FrameDigitsAreAsWideAsTheRateNeeds) {
     struct {
         FrameRate rate;
         std::string lastFrame; // of the first second
@@ -68,19 +68,6 @@ TEST(Timecode, IsExactOverTheWholeRangeMirroredBelowZeroAndAsWideAsTheRateNeeds)
                       {FrameRate::Create(2118916800), "119"},
                       {FrameRate(1.0), "00"}};
     for (auto const& [rate, lastFrame] : rows) {
-        for (FrameCounting const counting : kBoth) {
-            auto const format = TimecodeFormat::Create(rate, counting);
-            std::int64_t ticks = kLeast;
-            for (int bits = 0; format && bits < 64; ++bits, ticks /= 2) {
-                TickTime frame = TickTime::TicksToTickTime(ticks);
-                std::string const text = format->ToText(frame);
-                frame.AlignToFrame(rate);
-                EXPECT_EQ(TimecodeFault::kNone, format->ToTime(text).fault) << text;
-                EXPECT_EQ(frame, format->ToTime(text).time) << text;
-                EXPECT_TRUE(ticks == kLeast || frame == TickTime() ||
-                            "-" + format->ToText(-frame) == text);
-            }
-        }
         auto const format = TimecodeFormat::Create(rate, FrameCounting::kNonDrop).value();
         EXPECT_EQ("00:00:00:" + lastFrame, format.ToText(TickTime(std::stoll(lastFrame), rate)));
         EXPECT_EQ(0u, format.ToText(TickTime(std::stoll(lastFrame) + 1, rate)).find("00:00:01:0"));
@@ -92,15 +79,12 @@ TEST(Timecode, RatesWithoutItAreRefused) {
                                   FrameRate::Create(-10584000000), FrameRate(29.97)}) {
         EXPECT_FALSE(TimecodeFormat::Create(rate, FrameCounting::kNonDrop));
     }
-    for (FrameRate const& rate : {kFrameRate_23976, kFrameRate_Film24, kFrameRate_Video30}) {
-        EXPECT_TRUE(TimecodeFormat::Create(rate, FrameCounting::kNonDrop));
-        EXPECT_FALSE(TimecodeFormat::Create(rate, FrameCounting::kDropFrame));
-    }
+    EXPECT_FALSE(TimecodeFormat::Create(kFrameRate_23976, FrameCounting::kDropFrame));
+    EXPECT_FALSE(TimecodeFormat::Create(kFrameRate_Video30, FrameCounting::kDropFrame));
 }
 
 TEST(Timecode, TextThatIsNoneSaysWhy) {
     auto const ntsc = TimecodeFormat::Create(kFrameRate_VideoNTSC, kBoth[1]).value();
-    auto const film = TimecodeFormat::Create(kFrameRate_Film24, kBoth[0]).value();
     for (std::string_view const text :
          {"", "-", "00:00:00", "0:00:00:00", "00:0:00:00", "00:00:00:0", "00:00:00:000",
           "00:000:00:00", "00:00:00.00", "00;00:00;00", "00:00:00:00 ", " 00:00:00:00",
@@ -108,30 +92,27 @@ TEST(Timecode, TextThatIsNoneSaysWhy) {
         EXPECT_EQ(TimecodeFault::kForm, ntsc.ToTime(text).fault) << text;
     }
     using F = TimecodeFault;
-    struct {
-        TimecodeFormat const& format;
-        char const* text;
-        TimecodeFault fault;
-    } const rows[] = {{ntsc, "00:60:00:00", F::kMinutes},
-                      {ntsc, "00:00:60:00", F::kSeconds},
-                      {ntsc, "00:00:00:30", F::kFrames},
-                      {ntsc, "00:01:00;01", F::kDroppedNumber},
-                      {ntsc, "-00:59:00;00", F::kDroppedNumber},
-                      {ntsc, "00:01:00:01", F::kNone},
-                      {ntsc, "00:10:00;01", F::kNone},
-                      {ntsc, "00:01:01;00", F::kNone},
-                      {film, "00:00:00;00", F::kNoDropFrame},
-                      {film, "10086:10:01:01", F::kNone},
-                      {film, "10086:10:01:02", F::kTooLarge},
-                      {film, "-10086:10:01:02", F::kTooLarge},
-                      {film, "99999999999999999999999:00:00:00", F::kTooLarge},
-                      {film, "18446744073709551616:00:00:00", F::kTooLarge},
-                      {film, "0000000000000000000000001:00:00:00", F::kNone}};
-    for (auto const& row : rows) {
-        TimecodeReading const reading = row.format.ToTime(row.text);
-        EXPECT_EQ(row.fault, reading.fault) << row.text;
-        EXPECT_EQ(row.fault == TimecodeFault::kNone, reading.time != TickTime()) << row.text;
+    std::pair<char const*, F> const rows[] = {{"00:60:00:00", F::kMinutes},
+                                              {"00:00:60:00", F::kSeconds},
+                                              {"00:00:00:30", F::kFrames},
+                                              {"00:01:00;01", F::kDroppedNumber},
+                                              {"-00:59:00;00", F::kDroppedNumber},
+                                              {"00:01:00:01", F::kNone},
+                                              {"00:10:00;01", F::kNone},
+                                              {"00:01:01;00", F::kNone},
+                                              {"10076:05:27:04", F::kNone},
+                                              {"10076:05:27:05", F::kTooLarge},
+                                              {"-10076:05:27:05", F::kTooLarge},
+                                              {"-10076:05:27:04", F::kNone},
+                                              {"99999999999999999999999:00:00:00", F::kTooLarge},
+                                              {"18446744073709551616:00:00:00", F::kTooLarge},
+                                              {"0000000000000000000000001:00:00:00", F::kNone}};
+    for (auto const& [text, fault] : rows) {
+        EXPECT_EQ(fault, ntsc.ToTime(text).fault) << text;
+        EXPECT_EQ(fault == F::kNone, ntsc.ToTime(text).time != TickTime()) << text;
     }
+    auto const film = TimecodeFormat::Create(kFrameRate_Film24, kBoth[0]).value();
+    EXPECT_EQ(F::kNoDropFrame, film.ToTime("00:00:00;00").fault);
 }
 
 } // namespace
