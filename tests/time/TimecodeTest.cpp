@@ -66,7 +66,8 @@ TEST(Timecode, FrameDigitsAreAsWideAsTheRateNeeds) {
                       {kFrameRate_Audio192000, "191999"},
                       {FrameRate::Create(1), "254015999999"},
                       {FrameRate::Create(2118916800), "119"},
-                      {FrameRate(1.0), "00"}};
+                      {FrameRate(1.0), "00"},
+                      {FrameRate(1008.0), "1007"}};
     for (auto const& [rate, lastFrame] : rows) {
         auto const format = TimecodeFormat::Create(rate, FrameCounting::kNonDrop).value();
         EXPECT_EQ("00:00:00:" + lastFrame, format.ToText(TickTime(std::stoll(lastFrame), rate)));
@@ -112,6 +113,8 @@ TEST(Timecode, TextThatIsNoneSaysWhy) {
         EXPECT_EQ(fault == F::kNone, ntsc.ToTime(text).time != TickTime()) << text;
     }
     auto const film = TimecodeFormat::Create(kFrameRate_Film24, kBoth[0]).value();
+    auto const ticks = TimecodeFormat::Create(FrameRate::Create(1), kBoth[0]).value();
+    EXPECT_EQ(F::kTooLarge, ticks.ToTime("20174:00:00:000000000000").fault) << "over 64 bits";
     EXPECT_EQ(F::kNoDropFrame, film.ToTime("00:00:00;00").fault);
 }
 
