@@ -5,11 +5,20 @@
 
 namespace brindle::host {
 
+namespace {
+
+/// Of a word that begins with a dash.
+bool IsNegativeNumber(std::string const& inWord) {
+    return inWord.find_first_of("0123456789") == (inWord[1] == '.' ? 2 : 1);
+}
+
+} // namespace
+
 Arguments::Arguments(std::vector<std::string> const& inWords,
                      std::vector<std::string> const& inKnownOptions) {
     bool optionsEnded = false;
     for (std::string const& word : inWords) {
-        if (optionsEnded || word.size() < 2 || word[0] != '-') {
+        if (optionsEnded || word.size() < 2 || word[0] != '-' || IsNegativeNumber(word)) {
             mOperands.push_back(word);
         } else if (word == "--") {
             optionsEnded = true;
@@ -25,6 +34,11 @@ Arguments::Arguments(std::vector<std::string> const& inWords,
             mOptions[name.substr(2)] = equals == std::string::npos ? "" : word.substr(equals + 1);
         }
     }
+}
+
+std::string Arguments::Text(std::string const& inOption, std::string const& inDefault) const {
+    auto const found = mOptions.find(inOption);
+    return found != mOptions.end() ? found->second : inDefault;
 }
 
 std::uint32_t Arguments::Number(std::string const& inOption, std::uint32_t inLeast,

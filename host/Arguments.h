@@ -15,7 +15,8 @@ public:
 };
 
 /// What follows a verb: options "--name" or "--name=value", and operands. Options may stand
-/// anywhere up to "--", behind which everything is an operand.
+/// anywhere up to "--", behind which everything is an operand. A negative number is an operand
+/// anywhere.
 class Arguments {
 public:
     /// Throws `usage_error` for an option that is not among `inKnownOptions`, names without dashes.
@@ -24,6 +25,9 @@ public:
 
     std::vector<std::string> const& Operands() const noexcept { return mOperands; }
     bool Has(std::string const& inOption) const { return mOptions.count(inOption) != 0; }
+
+    /// The value of an option, `inDefault` if the option is not there.
+    std::string Text(std::string const& inOption, std::string const& inDefault) const;
 
     /// The value of an option as a whole number from `inLeast` to `inMost`, `inDefault` if the
     /// option is not there. Throws `usage_error` for any other value.

@@ -4,6 +4,7 @@
 #include "host/HostErrorManager.h"
 #include "host/HostLocalizer.h"
 #include "host/Sum.h"
+#include "host/Time.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/utility/Streams.h>
@@ -48,6 +49,21 @@ Verb const* FindVerb(std::string const& inName) {
          "are random, of version 4.\n",
          {"help"},
          Guid},
+        {"time",
+         "VALUE[f|s|t] [--rate=RATE]",
+         "Writes a time in ticks and seconds, and in frames and timecode at the common rates, a\n"
+         "label and a value a line. The numbers read back as the same time; a timecode is that of\n"
+         "the frame in which the time lies.\n"
+         "\n"
+         "VALUE is frames at RATE (100f), seconds (1.5s), ticks (254016000000t), or a timecode at\n"
+         "RATE (01:00:00:00, 01:00:00;00 for drop-frame). A bare number is seconds. Frames and\n"
+         "seconds may have decimals, and go to the nearest tick; all may be negative.\n"
+         "\n"
+         "  --rate=RATE  frames a second: a number such as 24, 25 or 12.5, a fraction such as\n"
+         "               30000/1001, or an NTSC rate as it is spoken of: 23.976, 29.97, 59.94.\n"
+         "               The time is told at this rate too.\n",
+         {"help", "rate"},
+         Time},
     };
     auto const found = std::find_if(std::begin(kVerbs), std::end(kVerbs),
                                     [&](Verb const& inVerb) { return inName == inVerb.name; });
@@ -59,9 +75,11 @@ constexpr char kHelp[] =
     "\n"
     "  sum [--jobs=N] PATH...   CRC-32, size and path of every file below each PATH\n"
     "  guid [COUNT]             new identifiers, one a line\n"
+    "  sum [--jobs=N] PATH...            CRC-32, size and path of every file below each PATH\n"
+    "  time VALUE[f|s|t] [--rate=RATE]   a time in ticks, seconds, frames and timecode\n"
     "\n"
-    "  brindle VERB --help      what a verb does\n"
-    "  brindle --version        the version of the library\n"
+    "  brindle VERB --help               what a verb does\n"
+    "  brindle --version                 the version of the library\n"
     "\n"
     "What follows -- is no option. Exit status: 0 done, 1 done but something failed, 2 wrong "
     "usage.\n";

@@ -11,9 +11,10 @@ namespace brindle::debug {
 /// with what it has. Any thread may call.
 BRN_API void ViolateContract(char const* inExpression, char const* inFile, std::int32_t inLine);
 
-/// Checks a precondition at the head of an operation. `inExpression` is the condition as text.
-inline void CheckContract(bool inHolds, char const* inExpression, char const* inFile,
-                          std::int32_t inLine) {
+/// Checks a precondition at the head of an operation. `inExpression` is the condition as text. A
+/// constant expression that violates a contract does not compile.
+constexpr void CheckContract(bool inHolds, char const* inExpression, char const* inFile,
+                             std::int32_t inLine) {
     if (!inHolds) {
         ViolateContract(inExpression, inFile, inLine);
     }

@@ -1,0 +1,211 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/debug/Contract.h>
+#include <brindle/time/FrameRate.h>
+
+#include <iosfwd>
+
+namespace brindle::time {
+
+namespace impl {
+
+/// What contracts name as their source.
+inline constexpr char kTickTimeSource[] = "time/src/TickTime";
+
+} // namespace impl
+
+/// A point in media time, or a duration: an exact count of ticks, 254016000000 to the second.
+///
+/// Integer arithmetic is exact and wraps silently at 64 bits. Doubles appear only where a caller
+/// hands one in or asks for one; every conversion to ticks truncates toward zero, and a double that
+/// is out of range or not a number becomes the least 64-bit integer. Violated contracts are
+/// reported as `debug/Contract.h` tells; where an operation goes on after one, a division by an
+/// integer zero leaves the time as it was. A plain value; independent objects may be used on
+/// different threads.
+class TickTime {
+public:
+    constexpr TickTime() noexcept = default;
+
+    /// From seconds.
+    constexpr explicit TickTime(double inSeconds) noexcept
+        : mTicks(impl::Truncated(inSeconds * static_cast<double>(kTicksPerSecond))) {}
+
+    /// `inFrames` frames of `inFrameRate`. Contract: `inFrameRate` is not `kFrameRate_Zero`.
+    constexpr TickTime(std::int64_t inFrames, FrameRate const& inFrameRate) {
+        debug::CheckContract(inFrameRate != kFrameRate_Zero, "inFrameRate != kFrameRate_Zero",
+                             impl::kTickTimeSource, __LINE__);
+        mTicks = impl::Product(inFrameRate.GetTicksPerFrame(), inFrames);
+    }
+
+    static constexpr TickTime TicksToTickTime(std::int64_t inTicks) noexcept {
+        return TickTime(inTicks);
+    }
+
+    constexpr std::int64_t GetTicks() const noexcept { return mTicks; }
+
+    /// Moves by `inFrames` frames of `inFrameRate`.
+    constexpr void AddFrames(std::int64_t inFrames, FrameRate const& inFrameRate) noexcept {
+        mTicks = impl::Sum(mTicks, impl::Product(inFrameRate.GetTicksPerFrame(), inFrames));
+    }
+
+    /// The number of whole frames of `inFrameRate`, truncated toward zero: all times less than a
+    /// frame from 0, on either side, are in frame 0. 0 for `kFrameRate_Zero` and for a rate of 0
+    /// ticks per frame.
+    constexpr std::int64_t ToFrame64(FrameRate const& inFrameRate) const noexcept {
+        std::int64_t const period = inFrameRate.GetTicksPerFrame();
+        // One comparison for all rates but the odd ones, which would be wrong or trap.
+        if (period > 0 && period != kFrameRate_Zero.GetTicksPerFrame()) {
+            return mTicks / period;
+        }
+        return period < 0 ? impl::Quotient(mTicks, period) : 0;
+    }
+
+    /// The low 32 bits of `ToFrame64`.
+    constexpr std::int32_t ToFrame32(FrameRate const& inFrameRate) const noexcept {
+        return static_cast<std::int32_t>(ToFrame64(inFrameRate));
+    }
+
+    /// Moves to the start of the frame that `ToFrame64` tells: a positive time back, a negative one
+    /// forward, toward 0. Contracts: `inFrameRate` is not `kFrameRate_Zero` and has ticks.
+    constexpr void AlignToFrame(FrameRate const& inFrameRate) {
+        debug::CheckContract(inFrameRate != kFrameRate_Zero, "inFrameRate != kFrameRate_Zero",
+                             impl::kTickTimeSource, __LINE__);
+        std::int64_t const period = inFrameRate.GetTicksPerFrame();
+        debug::CheckContract(period != 0, "inFrameRate.GetTicksPerFrame() != 0",
+                             impl::kTickTimeSource, __LINE__);
+        if (period != 0) {
+            mTicks = impl::Product(impl::Quotient(mTicks, period), period);
+        }
+    }
+
+    /// The rate at which this duration holds `inFrameCount` frames, its period truncated toward
+    /// zero; the count is taken as a signed number. A duration of 0, and a count of 0, have no
+    /// rate: `kFrameRate_Zero`.
+    constexpr void CalculateFrameRate(std::uint64_t inFrameCount,
+                                      FrameRate& outFrameRate) const noexcept {
+        outFrameRate = mTicks == 0 || inFrameCount == 0
+                           ? kFrameRate_Zero
+                           : FrameRate::Create(
+                                 impl::Quotient(mTicks, static_cast<std::int64_t>(inFrameCount)));
+    }
+
+    constexpr bool operator==(TickTime const& inRHS) const noexcept {
+        return mTicks == inRHS.mTicks;
+    }
+    constexpr bool operator!=(TickTime const& inRHS) const noexcept {
+        return mTicks != inRHS.mTicks;
+    }
+    constexpr bool operator<(TickTime const& inRHS) const noexcept { return mTicks < inRHS.mTicks; }
+    constexpr bool operator<=(TickTime const& inRHS) const noexcept {
+        return mTicks <= inRHS.mTicks;
+    }
+    constexpr bool operator>(TickTime const& inRHS) const noexcept { return mTicks > inRHS.mTicks; }
+    constexpr bool operator>=(TickTime const& inRHS) const noexcept {
+        return mTicks >= inRHS.mTicks;
+    }
+
+    constexpr TickTime& operator+=(TickTime const& inRHS) noexcept {
+        mTicks = impl::Sum(mTicks, inRHS.mTicks);
+        return *this;
+    }
+    constexpr TickTime& operator-=(TickTime const& inRHS) noexcept {
+        mTicks = impl::Difference(mTicks, inRHS.mTicks);
+        return *this;
+    }
+    constexpr TickTime operator+(TickTime const& inRHS) const noexcept {
+        return TickTime(*this) += inRHS;
+    }
+    constexpr TickTime operator-(TickTime const& inRHS) const noexcept {
+        return TickTime(*this) -= inRHS;
+    }
+    constexpr TickTime operator-() const noexcept { return TickTime() - *this; }
+
+    /// Negates a negative time in place, and gives back this object.
+    constexpr TickTime& Abs() noexcept {
+        if (mTicks < 0) {
+            *this = -*this;
+        }
+        return *this;
+    }
+
+    constexpr TickTime& operator*=(std::int32_t inValue) noexcept {
+        mTicks = impl::Product(mTicks, inValue);
+        return *this;
+    }
+    constexpr TickTime& operator*=(std::uint32_t inValue) noexcept {
+        mTicks = impl::Product(mTicks, inValue);
+        return *this;
+    }
+    constexpr TickTime& operator*=(double inValue) noexcept {
+        mTicks = impl::Truncated(static_cast<double>(mTicks) * inValue);
+        return *this;
+    }
+    constexpr TickTime operator*(std::int32_t inValue) const noexcept {
+        return TickTime(*this) *= inValue;
+    }
+    constexpr TickTime operator*(std::uint32_t inValue) const noexcept {
+        return TickTime(*this) *= inValue;
+    }
+    constexpr TickTime operator*(double inValue) const noexcept {
+        return TickTime(*this) *= inValue;
+    }
+
+    // Contract of all divisions: the divisor is not 0. The forms that make a new value check it
+    // twice, before the copy is made and as the copy is divided.
+
+    constexpr TickTime& operator/=(std::int32_t inValue) { return DivideBy(inValue); }
+    constexpr TickTime& operator/=(std::uint32_t inValue) { return DivideBy(inValue); }
+    constexpr TickTime& operator/=(double inValue) {
+        debug::CheckContract(inValue != 0, "inValue != 0", impl::kTickTimeSource, __LINE__);
+        mTicks = impl::Truncated(static_cast<double>(mTicks) / inValue);
+        return *this;
+    }
+    constexpr TickTime operator/(std::int32_t inValue) const { return DividedBy(inValue); }
+    constexpr TickTime operator/(std::uint32_t inValue) const { return DividedBy(inValue); }
+    constexpr TickTime operator/(double inValue) const {
+        debug::CheckContract(inValue != 0, "inValue != 0", impl::kTickTimeSource, __LINE__);
+        return TickTime(*this) /= inValue;
+    }
+
+    /// The ratio of two times.
+    constexpr double operator/(TickTime const& inRHS) const {
+        debug::CheckContract(inRHS.mTicks != 0, "inRHS.mTicks != 0", impl::kTickTimeSource,
+                             __LINE__);
+        return static_cast<double>(mTicks) / static_cast<double>(inRHS.mTicks);
+    }
+
+private:
+    constexpr explicit TickTime(std::int64_t inTicks) noexcept : mTicks(inTicks) {}
+
+    constexpr TickTime& DivideBy(std::int64_t inValue) {
+        debug::CheckContract(inValue != 0, "inValue != 0", impl::kTickTimeSource, __LINE__);
+        if (inValue != 0) {
+            mTicks = impl::Quotient(mTicks, inValue);
+        }
+        return *this;
+    }
+    constexpr TickTime DividedBy(std::int64_t inValue) const {
+        debug::CheckContract(inValue != 0, "inValue != 0", impl::kTickTimeSource, __LINE__);
+        return TickTime(*this).DivideBy(inValue);
+    }
+
+    std::int64_t mTicks = 0;
+};
+
+inline constexpr TickTime kTickTime_Zero;
+
+// Conventions of clients: no operation tests against these, clamps to them or treats the invalid
+// time in a special way.
+
+/// One hundred hours.
+inline constexpr TickTime kTickTime_Max = TickTime::TicksToTickTime(91445760000000000);
+inline constexpr TickTime kTickTime_Min = TickTime::TicksToTickTime(-91445760000000000);
+/// Below `kTickTime_Min`.
+inline constexpr TickTime kTickTime_Invalid = TickTime::TicksToTickTime(-101606400000000000);
+
+/// Writes the time in seconds, as the stream writes a double.
+BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
+                                             TickTime const& inTime);
+
+} // namespace brindle::time

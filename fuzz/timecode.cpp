@@ -1,0 +1,46 @@
+// Timecode: whatever text is read as a time is written as that time, and every time reads back as
+// the start of its frame, at any rate.
+
+#include <brindle/time/Timecode.h>
+
+#include <cstdlib>
+#include <cstring>
+
+using namespace brindle::time;
+
+namespace {
+
+void RequireSame(TimecodeReading const& inReading, TickTime const& inTime) {
+    if (inReading.fault != TimecodeFault::kNone || inReading.time != inTime) {
+        std::abort();
+    }
+}
+
+} // namespace
+
+/// The ticks of a frame, 0 for drop-frame at 59.94, and a text whose first bytes are a time too.
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
+    std::int64_t numbers[2] = {};
+    if (inSize < sizeof numbers) {
+        return 0;
+    }
+    std::memcpy(numbers, inData, sizeof numbers);
+    bool const isDropFrame = numbers[0] == 0;
+    FrameRate const rate = isDropFrame ? kFrameRate_VideoNTSC_HD : FrameRate::Create(numbers[0]);
+    auto const format = TimecodeFormat::Create(rate, isDropFrame ? FrameCounting::kDropFrame
+                                                                 : FrameCounting::kNonDrop);
+    if (!format) {
+        return 0;
+    }
+    TickTime time = TickTime::TicksToTickTime(numbers[1]);
+    std::string const text = format->ToText(time);
+    time.AlignToFrame(rate);
+    RequireSame(format->ToTime(text), time);
+
+    TimecodeReading const reading =
+        format->ToTime({reinterpret_cast<char const*>(inData) + 8, inSize - 8});
+    if (reading.fault == TimecodeFault::kNone) {
+        RequireSame(format->ToTime(format->ToText(reading.time)), reading.time);
+    }
+    return 0;
+}

@@ -1,0 +1,124 @@
+#include <brindle/time/Timecode.h>
+
+#include <gtest/gtest.h>
+
+namespace brindle::time {
+
+namespace {
+
+constexpr FrameCounting kBoth[] = {FrameCounting::kNonDrop, FrameCounting::kDropFrame};
+
+/// A clock of frame numbers that steps by carrying.
+struct Odometer {
+    void Step() {
+        for (std::size_t i = 4; i-- > 0;) {
+            fields[i] = (fields[i] + 1) % limits[i];
+            text[3 * i] = static_cast<char>('0' + fields[i] / 10);
+            text[3 * i + 1] = static_cast<char>('0' + fields[i] % 10);
+            if (fields[i] != 0) {
+                return;
+            }
+        }
+    }
+
+    std::string text;
+    int limits[4], fields[4];
+};
+
+TEST(Timecode, EveryFrameOfADayGoesThereAndBack) {
+    struct {
+        FrameRate rate;
+        int counted, dropped;
+        std::int64_t framesOfADay;
+    } const rows[] = {{kFrameRate_VideoNTSC, 30, 2, 2'589'408},
+                      {kFrameRate_VideoNTSC_HD, 60, 4, 5'178'816},
+                      {kFrameRate_VideoNTSC, 30, 0, 2'592'000},
+                      {kFrameRate_23976, 24, 0, 2'073'600}};
+    for (auto const& [rate, counted, dropped, framesOfADay] : rows) {
+        auto const format = TimecodeFormat::Create(rate, kBoth[dropped != 0]).value();
+        Odometer clock{dropped != 0 ? "00:00:00;00" : "00:00:00:00", {100, 60, 60, counted}, {}};
+        for (std::int64_t frame = 0; frame < framesOfADay; ++frame, clock.Step()) {
+            bool const skips = clock.fields[1] % 10 != 0 && clock.fields[2] == 0;
+            while (skips && clock.fields[3] < dropped) {
+                clock.Step();
+            }
+            TickTime const time(frame, rate);
+            ASSERT_EQ(clock.text, format.ToText(time)) << frame;
+            ASSERT_EQ(time, format.ToTime(clock.text).time) << clock.text;
+            ASSERT_EQ(-time, format.ToTime("-" + clock.text).time) << clock.text;
+            ASSERT_EQ((frame != 0 ? "-" : "") + clock.text, format.ToText(-time));
+        }
+        EXPECT_EQ("24:00:00", clock.text.substr(0, 8));
+        EXPECT_EQ(0, clock.fields[3]);
+    }
+}
+
+TEST(Timecode, FrameDigitsAreAsWideAsTheRateNeeds) {
+    struct {
+        FrameRate rate;
+        std::string lastFrame; // of the first second
+    } const rows[] = {{kFrameRate_Video10, "09"},
+                      {kFrameRate_23976, "23"},
+                      {kFrameRate_VideoNTSC, "29"},
+                      {kFrameRate_Video100, "99"},
+                      {kFrameRate_Video1000, "999"},
+                      {kFrameRate_Audio11025, "11024"},
+                      {kFrameRate_Audio192000, "191999"},
+                      {FrameRate::Create(1), "254015999999"},
+                      {FrameRate::Create(2118916800), "119"},
+                      {FrameRate(1.0), "00"},
+                      {FrameRate(1008.0), "1007"}};
+    for (auto const& [rate, lastFrame] : rows) {
+        auto const format = TimecodeFormat::Create(rate, FrameCounting::kNonDrop).value();
+        EXPECT_EQ("00:00:00:" + lastFrame, format.ToText(TickTime(std::stoll(lastFrame), rate)));
+        EXPECT_EQ("00:00:01:" + std::string(lastFrame.size(), '0'),
+                  format.ToText(TickTime(std::stoll(lastFrame) + 1, rate)));
+    }
+}
+
+TEST(Timecode, RatesWithoutItAreRefused) {
+    for (FrameRate const& rate : {kFrameRate_Zero, kFrameRate_Video12_5, FrameRate::Create(0),
+                                  FrameRate::Create(-10584000000), FrameRate(29.97)}) {
+        EXPECT_FALSE(TimecodeFormat::Create(rate, FrameCounting::kNonDrop));
+    }
+    EXPECT_FALSE(TimecodeFormat::Create(kFrameRate_23976, FrameCounting::kDropFrame));
+    EXPECT_FALSE(TimecodeFormat::Create(kFrameRate_Video30, FrameCounting::kDropFrame));
+}
+
+TEST(Timecode, TextThatIsNoneSaysWhy) {
+    auto const ntsc = TimecodeFormat::Create(kFrameRate_VideoNTSC, kBoth[1]).value();
+    for (std::string_view const text :
+         {"", "-", "00:00:00", "0:00:00:00", "00:0:00:00", "00:00:00:0", "00:00:00:000",
+          "00:000:00:00", "00:00:00.00", "00;00:00;00", "00:00:00:00 ", " 00:00:00:00",
+          "+00:00:00:00", "--00:00:00:00", "00:00:0a:00", "00:00:00;:00", "00:60:00:0x"}) {
+        EXPECT_EQ(TimecodeFault::kForm, ntsc.ToTime(text).fault) << text;
+    }
+    using F = TimecodeFault;
+    std::pair<char const*, F> const rows[] = {{"00:60:00:00", F::kMinutes},
+                                              {"00:00:60:00", F::kSeconds},
+                                              {"00:00:00:30", F::kFrames},
+                                              {"00:01:00;01", F::kDroppedNumber},
+                                              {"-00:59:00;00", F::kDroppedNumber},
+                                              {"00:01:00:01", F::kNone},
+                                              {"00:10:00;01", F::kNone},
+                                              {"00:01:01;00", F::kNone},
+                                              {"10076:05:27:04", F::kNone},
+                                              {"10076:05:27:05", F::kTooLarge},
+                                              {"-10076:05:27:05", F::kTooLarge},
+                                              {"-10076:05:27:04", F::kNone},
+                                              {"99999999999999999999999:00:00:00", F::kTooLarge},
+                                              {"18446744073709551616:00:00:00", F::kTooLarge},
+                                              {"0000000000000000000000001:00:00:00", F::kNone}};
+    for (auto const& [text, fault] : rows) {
+        EXPECT_EQ(fault, ntsc.ToTime(text).fault) << text;
+        EXPECT_EQ(fault == F::kNone, ntsc.ToTime(text).time != TickTime()) << text;
+    }
+    auto const film = TimecodeFormat::Create(kFrameRate_Film24, kBoth[0]).value();
+    auto const ticks = TimecodeFormat::Create(FrameRate::Create(1), kBoth[0]).value();
+    EXPECT_EQ(F::kTooLarge, ticks.ToTime("20174:00:00:000000000000").fault) << "over 64 bits";
+    EXPECT_EQ(F::kNoDropFrame, film.ToTime("00:00:00;00").fault);
+}
+
+} // namespace
+
+} // namespace brindle::time

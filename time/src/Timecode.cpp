@@ -1,0 +1,194 @@
+#include <brindle/time/Timecode.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+
+namespace brindle::time {
+
+namespace {
+
+constexpr std::uint64_t kLargestTicks = std::numeric_limits<std::int64_t>::max();
+
+/// No timecode that fits into a `TickTime` has more hours.
+constexpr std::uint64_t kMostHours = kLargestTicks / kTicksPerSecond / 3600;
+
+/// Sign, hours, two pairs, frames at the fastest rate, four separators.
+constexpr std::size_t kMostDigits = 20;
+constexpr std::size_t kLongestText = 1 + kMostDigits + 3 + 3 + 1 + kMostDigits;
+
+/// Writes a number before `inEnd` with at least `inLeastDigits`, and gives back where it begins.
+char* WriteNumberBefore(char* inEnd, std::uint64_t inNumber, std::uint32_t inLeastDigits) noexcept {
+    char* const shortest = inEnd - inLeastDigits;
+    char* begin = inEnd;
+    while (begin > shortest || inNumber != 0) {
+        *--begin = static_cast<char>('0' + inNumber % 10);
+        inNumber /= 10;
+    }
+    return begin;
+}
+
+/// Reads a text from its front. After the first character that does not fit nothing does.
+class Reader {
+public:
+    explicit Reader(std::string_view inText) noexcept : mText(inText) {}
+
+    bool IsGood() const noexcept { return mIsGood; }
+    bool IsAtEnd() const noexcept { return mText.empty(); }
+
+    /// Takes the character if it stands next.
+    bool Skips(char inCharacter) noexcept {
+        bool const isNext = !mText.empty() && mText.front() == inCharacter;
+        if (isNext) {
+            mText.remove_prefix(1);
+        }
+        return isNext;
+    }
+
+    void Expect(char inCharacter) noexcept { mIsGood = Skips(inCharacter) && mIsGood; }
+
+    /// A number of as many digits as are there and in the given range; it stops growing when it is
+    /// over `inLargest`.
+    std::uint64_t Number(std::size_t inLeastDigits, std::size_t inMostDigits,
+                         std::uint64_t inLargest) noexcept {
+        std::uint64_t number = 0;
+        std::size_t count = 0;
+        while (count < mText.size() && mText[count] >= '0' && mText[count] <= '9') {
+            if (number <= inLargest) {
+                number = number * 10 + static_cast<std::uint64_t>(mText[count] - '0');
+            }
+            ++count;
+        }
+        mIsGood = mIsGood && count >= inLeastDigits && count <= inMostDigits;
+        mText.remove_prefix(count);
+        return number;
+    }
+
+private:
+    std::string_view mText;
+    bool mIsGood = true;
+};
+
+/// Counted frames of a second, 0 if the rate has no timecode.
+std::uint64_t CountedFramesPerSecond(std::int64_t inTicksPerFrame) noexcept {
+    if (inTicksPerFrame <= 0) {
+        return 0;
+    }
+    if (kTicksPerSecond % inTicksPerFrame == 0) {
+        return static_cast<std::uint64_t>(kTicksPerSecond / inTicksPerFrame);
+    }
+    constexpr std::int64_t kTicksOf1001Seconds = 1001 * kTicksPerSecond;
+    std::int64_t const frames = kTicksOf1001Seconds / inTicksPerFrame;
+    bool const isWhole = kTicksOf1001Seconds % inTicksPerFrame == 0 && frames % 1000 == 0;
+    return isWhole ? static_cast<std::uint64_t>(frames / 1000) : 0;
+}
+
+} // namespace
+
+std::optional<TimecodeFormat> TimecodeFormat::Create(FrameRate const& inFrameRate,
+                                                     FrameCounting inCounting) noexcept {
+    TimecodeFormat format;
+    format.mFrameRate = inFrameRate;
+    format.mCounting = inCounting;
+    format.mFramesPerSecond = CountedFramesPerSecond(inFrameRate.GetTicksPerFrame());
+    if (format.mFramesPerSecond == 0) {
+        return std::nullopt;
+    }
+    bool const isBehindTheClock = kTicksPerSecond % inFrameRate.GetTicksPerFrame() != 0;
+    if (isBehindTheClock && format.mFramesPerSecond % 30 == 0) {
+        format.mDropped = format.mFramesPerSecond / 15;
+    }
+    if (inCounting == FrameCounting::kDropFrame && format.mDropped == 0) {
+        return std::nullopt;
+    }
+    for (std::uint64_t largest = format.mFramesPerSecond - 1; largest >= 100; largest /= 10) {
+        ++format.mFrameDigits;
+    }
+    return format;
+}
+
+/// A label is the number that a frame would have if none were left out.
+std::uint64_t TimecodeFormat::LabelOf(std::uint64_t inFrame) const noexcept {
+    std::uint64_t const perMinute = 60 * mFramesPerSecond - mDropped;
+    std::uint64_t const perTenMinutes = 10 * perMinute + mDropped;
+    std::uint64_t const tens = inFrame / perTenMinutes;
+    std::uint64_t const rest = inFrame % perTenMinutes;
+    // The first of ten minutes is longer than the others by the numbers that it keeps.
+    std::uint64_t const minutes = rest < mDropped ? 0 : (rest - mDropped) / perMinute;
+    return inFrame + mDropped * (9 * tens + minutes);
+}
+
+std::uint64_t TimecodeFormat::FrameOf(std::uint64_t inLabel) const noexcept {
+    std::uint64_t const minutes = inLabel / (60 * mFramesPerSecond);
+    return inLabel - mDropped * (minutes - minutes / 10);
+}
+
+std::string TimecodeFormat::ToText(TickTime const& inTime) const {
+    bool const isDropFrame = mCounting == FrameCounting::kDropFrame;
+    std::int64_t const frame = inTime.ToFrame64(mFrameRate);
+    std::uint64_t const distance =
+        frame < 0 ? 0 - static_cast<std::uint64_t>(frame) : static_cast<std::uint64_t>(frame);
+    std::uint64_t const label = isDropFrame ? LabelOf(distance) : distance;
+    std::uint64_t const seconds = label / mFramesPerSecond;
+    std::uint64_t const minutes = seconds / 60;
+
+    char text[kLongestText];
+    char* const end = text + kLongestText;
+    char* begin = WriteNumberBefore(end, label % mFramesPerSecond, mFrameDigits);
+    *--begin = isDropFrame ? ';' : ':';
+    begin = WriteNumberBefore(begin, seconds % 60, 2);
+    *--begin = ':';
+    begin = WriteNumberBefore(begin, minutes % 60, 2);
+    *--begin = ':';
+    begin = WriteNumberBefore(begin, minutes / 60, 2);
+    if (frame < 0) {
+        *--begin = '-';
+    }
+    return std::string(begin, end);
+}
+
+TimecodeReading TimecodeFormat::ToTime(std::string_view inText) const noexcept {
+    Reader reader(inText);
+    bool const isNegative = reader.Skips('-');
+    std::uint64_t const hours = reader.Number(2, inText.size(), kMostHours);
+    reader.Expect(':');
+    std::uint64_t const minutes = reader.Number(2, 2, 59);
+    reader.Expect(':');
+    std::uint64_t const seconds = reader.Number(2, 2, 59);
+    bool const isDropFrame = reader.Skips(';');
+    if (!isDropFrame) {
+        reader.Expect(':');
+    }
+    std::uint64_t const frames = reader.Number(mFrameDigits, mFrameDigits, mFramesPerSecond);
+    if (!reader.IsGood() || !reader.IsAtEnd()) {
+        return {TimecodeFault::kForm, {}};
+    }
+    if (minutes > 59) {
+        return {TimecodeFault::kMinutes, {}};
+    }
+    if (seconds > 59) {
+        return {TimecodeFault::kSeconds, {}};
+    }
+    if (frames >= mFramesPerSecond) {
+        return {TimecodeFault::kFrames, {}};
+    }
+    if (isDropFrame && mDropped == 0) {
+        return {TimecodeFault::kNoDropFrame, {}};
+    }
+    if (isDropFrame && minutes % 10 != 0 && seconds == 0 && frames < mDropped) {
+        return {TimecodeFault::kDroppedNumber, {}};
+    }
+    if (hours > kMostHours) {
+        return {TimecodeFault::kTooLarge, {}};
+    }
+    std::uint64_t const label = ((hours * 60 + minutes) * 60 + seconds) * mFramesPerSecond + frames;
+    std::uint64_t const distance = isDropFrame ? FrameOf(label) : label;
+    auto const period = static_cast<std::uint64_t>(mFrameRate.GetTicksPerFrame());
+    if (distance > (kLargestTicks + isNegative) / period) {
+        return {TimecodeFault::kTooLarge, {}};
+    }
+    std::uint64_t const frame = isNegative ? 0 - distance : distance;
+    return {TimecodeFault::kNone, TickTime(static_cast<std::int64_t>(frame), mFrameRate)};
+}
+
+} // namespace brindle::time
