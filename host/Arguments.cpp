@@ -5,11 +5,20 @@
 
 namespace brindle::host {
 
+namespace {
+
+bool LooksLikeOption(std::string const& inWord) {
+    char const second = inWord.size() < 2 || inWord[0] != '-' ? '\0' : inWord[1];
+    return second == '-' || (second >= 'a' && second <= 'z') || (second >= 'A' && second <= 'Z');
+}
+
+} // namespace
+
 Arguments::Arguments(std::vector<std::string> const& inWords,
                      std::vector<std::string> const& inKnownOptions) {
     bool optionsEnded = false;
     for (std::string const& word : inWords) {
-        if (optionsEnded || word.size() < 2 || word[0] != '-') {
+        if (optionsEnded || !LooksLikeOption(word)) {
             mOperands.push_back(word);
         } else if (word == "--") {
             optionsEnded = true;

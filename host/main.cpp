@@ -1,4 +1,5 @@
 #include "host/Arguments.h"
+#include "host/Calc.h"
 #include "host/Diagnostics.h"
 #include "host/HostErrorManager.h"
 #include "host/HostLocalizer.h"
@@ -41,6 +42,17 @@ Verb const* FindVerb(std::string const& inName) {
          "  --jobs=N  how many files may be summed at once, 1 to 1024; one is, for any N\n",
          {"help", "jobs"},
          Sum},
+        {"calc",
+         "EXPRESSION",
+         "Writes the value of an expression of numbers, parentheses and these operators, from the\n"
+         "loosest to the tightest, each from left to right: e (times ten to the power of), + and "
+         "-,\n"
+         "* (times), / (by 0: the dividend), ^ (to the power of). Numbers are written as in the\n"
+         "user's locale; other characters do not count, and what cannot be read is 0. The result\n"
+         "is in the shortest form that reads back as the same number, with a decimal point.\n"
+         "An expression that begins with two dashes stands behind --.\n",
+         {"help"},
+         Calc},
     };
     auto const found = std::find_if(std::begin(kVerbs), std::end(kVerbs),
                                     [&](Verb const& inVerb) { return inName == inVerb.name; });
@@ -51,6 +63,7 @@ constexpr char kHelp[] =
     "usage: brindle VERB [OPTION...] [OPERAND...]\n"
     "\n"
     "  sum [--jobs=N] PATH...   CRC-32, size and path of every file below each PATH\n"
+    "  calc EXPRESSION          the value of an arithmetic expression\n"
     "\n"
     "  brindle VERB --help      what a verb does\n"
     "  brindle --version        the version of the library\n"

@@ -1,7 +1,9 @@
 #include "platform/Locale.h"
 
 #include <clocale>
+#include <cstring>
 #include <cwchar>
+#include <langinfo.h>
 #include <locale.h>
 #include <string>
 
@@ -11,7 +13,7 @@ namespace {
 
 locale_t UserLocale() {
     static locale_t const locale = [] {
-        constexpr int kMask = LC_COLLATE_MASK | LC_CTYPE_MASK;
+        constexpr int kMask = LC_COLLATE_MASK | LC_CTYPE_MASK | LC_NUMERIC_MASK;
         auto const user = ::newlocale(kMask, "", nullptr);
         return user != nullptr ? user : ::newlocale(kMask, "C", nullptr);
     }();
@@ -30,6 +32,20 @@ std::wstring Widen(UTF16String const& inText) {
             isPair ? 0x10000 + ((unit - 0xD800) << 10) + (inText[++i] - 0xDC00U) : unit);
     }
     return wide;
+}
+
+/// The first unit of what the user's locale says about `inItem`.
+std::uint16_t FirstUnit(nl_item inItem, std::uint16_t inDefault) {
+    auto const locale = UserLocale();
+    char const* const text = ::nl_langinfo_l(inItem, locale);
+    // The text is in the code page of its locale, and only the thread's locale decodes.
+    auto const previous = ::uselocale(locale);
+    wchar_t character = 0;
+    std::mbstate_t state{};
+    auto const length = std::mbrtowc(&character, text, std::strlen(text), &state);
+    ::uselocale(previous);
+    bool const isUnit = length > 0 && length <= std::strlen(text) && character <= 0xFFFF;
+    return isUnit ? static_cast<std::uint16_t>(character) : inDefault;
 }
 
 } // namespace
@@ -55,6 +71,12 @@ int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
         left = leftEnd + 1;
         right = rightEnd + 1;
     }
+}
+
+NumberSeparators UserNumberSeparators() {
+    static NumberSeparators const user = {FirstUnit(RADIXCHAR, NumberSeparators().decimal),
+                                          FirstUnit(THOUSEP, NumberSeparators().thousands)};
+    return user;
 }
 
 } // namespace brindle::platform
