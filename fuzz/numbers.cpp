@@ -1,0 +1,52 @@
+// The first bytes are a number and how to write it, the rest is a text to read. Both come out as
+// the C library and the streams have them.
+
+#include <brindle/utility/Locale.h>
+
+#include "tests/utility/NumbersModel.h"
+#include "utility/src/Separators.h"
+
+#include <cstdlib>
+
+using namespace brindle;
+
+namespace {
+
+struct Recipe {
+    double value;
+    std::uint16_t flags;
+    std::uint16_t decimal, thousands;
+    std::int8_t integerDigits, decimals;
+};
+
+void Require(bool inHolds) {
+    if (!inHolds) {
+        std::abort();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
+    Recipe recipe;
+    if (inSize < sizeof recipe) {
+        return 0;
+    }
+    std::memcpy(&recipe, inData, sizeof recipe);
+    auto const text = utility::UTF8to16(UTF8String(inData + sizeof recipe, inData + inSize));
+
+    platform::NumberSeparators const user{recipe.decimal != 0 ? recipe.decimal : std::uint16_t{'.'},
+                                          recipe.thousands};
+    utility::SetUserSeparators(user);
+    int const decimals = recipe.decimals % 61;
+    Require(utility::NumberToString(recipe.value, recipe.integerDigits, decimals, recipe.flags) ==
+            utility::model::NumberToString(recipe.value, recipe.integerDigits, decimals,
+                                           recipe.flags, user));
+    Require(utility::StringToNumber(text, recipe.flags) ==
+            utility::model::StringToNumber(text, recipe.flags));
+    Locale::GetValueFromDisplayString(text);
+    auto international = text;
+    utility::InternationalizeNum(international);
+    Require(international.size() == text.size());
+    return 0;
+}
