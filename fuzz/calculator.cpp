@@ -1,13 +1,13 @@
-// Any text as an expression: a short one has the value that cutting it up one by one gives, and a
-// long one ends in time.
+// Any text as an expression: a short one has the value that cutting it in two again and again
+// gives, and one of 65,536 units or more ends in time.
 
 #include <brindle/utility/Calculator.h>
 
 #include "tests/utility/NumbersModel.h"
 #include "utility/src/Separators.h"
 
-#include <chrono>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 
 using namespace brindle;
@@ -18,20 +18,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
                                          : platform::NumberSeparators{u'.', u','});
     UTF16String text(inData, inData + inSize);
     std::string expression;
-    for (std::uint8_t const byte : text) {
-        if (std::string("0123456789()+-*/.,^eE").find(static_cast<char>(byte)) < 21) {
-            expression += static_cast<char>(byte);
-        }
-    }
+    std::copy_if(inData, inData + inSize, std::back_inserter(expression), [](char inUnit) {
+        return inUnit != '\0' && std::strchr("0123456789()+-*/.,^eE", inUnit) != nullptr;
+    });
     if (expression.size() > 200) {
         while (text.size() < 65'536) {
             text += text;
         }
-        auto const start = std::chrono::steady_clock::now();
-        utility::Calculate(text);
-        if (std::chrono::steady_clock::now() - start > std::chrono::seconds(2)) {
-            std::abort();
-        }
+        utility::Calculate(text); // the run has a limit of time
         return 0;
     }
     double const expected = utility::model::Calculate(expression);

@@ -1,5 +1,5 @@
 #include "tests/BitwiseCRC.h"
-#include "tests/TemporaryDirectory.h"
+#include "tests/host/Command.h"
 
 #include <gtest/gtest.h>
 
@@ -20,11 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string ContentOf(fs::path const& inPath) {
-    std::ifstream file(inPath, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// The line that `sum` writes for a file, from the bytes and the rules alone.
 std::string LineFor(std::string const& inContent, std::string inPath) {
     std::uint32_t const crc = tests::BitwiseCRC(
@@ -38,25 +33,8 @@ std::string LineFor(std::string const& inContent, std::string inPath) {
     return (name != inPath ? "\\" : "") + std::string(numbers) + name + "\n";
 }
 
-class Sum : public testing::Test {
+class Sum : public tests::Command {
 protected:
-    struct Outcome {
-        int status;
-        std::string output;
-        std::string errors;
-    };
-
-    /// Runs the command in the temporary directory; `inWords` is shell text.
-    Outcome Run(std::string const& inWords) {
-        std::string const command = "cd '" + mTemporary.Native() +
-                                    "' && exec " BRINDLE_COMMAND " " + inWords + " >'" +
-                                    mResults.Native("out") + "' 2>'" + mResults.Native("err") + "'";
-        int const status = std::system(command.c_str());
-        EXPECT_TRUE(WIFEXITED(status)) << inWords;
-        return {WEXITSTATUS(status), ContentOf(mResults.Native("out")),
-                ContentOf(mResults.Native("err"))};
-    }
-
     /// Makes a file, and keeps the line that is to come out for it.
     void MakeFile(std::string const& inName, std::string const& inContent) {
         fs::path const path = mTemporary.Native(inName);
@@ -79,7 +57,6 @@ protected:
         return lines;
     }
 
-    tests::TemporaryDirectory mTemporary, mResults;
     std::vector<std::pair<std::string, std::string>> mLines;
 };
 
