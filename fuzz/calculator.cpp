@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     std::copy_if(inData, inData + inSize, std::back_inserter(expression), [](char inUnit) {
         return inUnit != '\0' && std::strchr("0123456789()+-*/.,^eE", inUnit) != nullptr;
     });
-    if (expression.size() > 200) {
+    if (expression.size() > 400) {
         while (text.size() < 65'536) {
             text += text;
         }

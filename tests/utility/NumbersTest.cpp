@@ -133,7 +133,7 @@ TEST_F(Numbers, AreCalculatedFromWhatUsersType) {
         "100/10/5=2;10/0=10;5/(2-2)=5;0/0=0;2^10=1024;2^3^2=64;2^0.5=1.4142135623730951;-5=-5;"
         "+5=5;--5=-5;5-=5;3*=0;2**3=6;2+*3=5;*3+2=5;2*-3=-3;2^-1=0;1e3=1000;1E3=1000;1e-5=0.00001;"
         "1e5+2=10000000;2*3e2=600;e5=5;2e=2;1,000+1=1001; 1 + 2 =3;12 kg=12;abc=0;=0;1.2.3=1.2;"
-        "2(3)=2;((1)=0;1)+(2=1;((1)+(2))=0;*(1)=0;\uFF13\uFF0B4=7");
+        "2(3)=2;3*7/10=2.0999999999999996;((1)=0;1)+(2=1;((1)+(2))=0;*(1)=0;\uFF13\uFF0B4=7");
     for (std::string expression, value;
          std::getline(std::getline(rows, expression, '='), value, ';');) {
         EXPECT_EQ(std::stod(value), Calculate(AsciiToUTF16(expression.c_str()))) << expression;

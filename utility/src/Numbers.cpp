@@ -97,10 +97,12 @@ public:
 
     void Advance() {
         do {
-            mCurrent = mNext == mEnd ? std::uint16_t{0} : *mNext++;
-            if (mUser) {
-                mCurrent = ToNeutralForm(mCurrent, *mUser);
+            if (mNext == mEnd) {
+                mCurrent = 0;
+                return;
             }
+            mCurrent = mUser ? ToNeutralForm(*mNext, *mUser) : *mNext;
+            ++mNext;
         } while (mCurrent == u',');
     }
 
