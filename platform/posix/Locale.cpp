@@ -11,13 +11,10 @@ namespace brindle::platform {
 
 namespace {
 
-locale_t UserLocale() {
-    static locale_t const locale = [] {
-        constexpr int kMask = LC_COLLATE_MASK | LC_CTYPE_MASK | LC_NUMERIC_MASK;
-        auto const user = ::newlocale(kMask, "", nullptr);
-        return user != nullptr ? user : ::newlocale(kMask, "C", nullptr);
-    }();
-    return locale;
+/// The user's locale in some categories; the "C" locale if the system does not have it.
+locale_t UserLocale(int inCategories) {
+    auto const user = ::newlocale(inCategories, "", nullptr);
+    return user != nullptr ? user : ::newlocale(inCategories, "C", nullptr);
 }
 
 /// One wide character for a code point; a lone surrogate stands for itself.
@@ -34,12 +31,11 @@ std::wstring Widen(UTF16String const& inText) {
     return wide;
 }
 
-/// The first unit of what the user's locale says about `inItem`.
-std::uint16_t FirstUnit(nl_item inItem, std::uint16_t inDefault) {
-    auto const locale = UserLocale();
-    char const* const text = ::nl_langinfo_l(inItem, locale);
+/// The first unit of what a locale says about `inItem`.
+std::uint16_t FirstUnit(locale_t inLocale, nl_item inItem, std::uint16_t inDefault) {
+    char const* const text = ::nl_langinfo_l(inItem, inLocale);
     // The text is in the code page of its locale, and only the thread's locale decodes.
-    auto const previous = ::uselocale(locale);
+    auto const previous = ::uselocale(inLocale);
     wchar_t character = 0;
     std::mbstate_t state{};
     auto const length = std::mbrtowc(&character, text, std::strlen(text), &state);
@@ -53,7 +49,7 @@ std::uint16_t FirstUnit(nl_item inItem, std::uint16_t inDefault) {
 int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
     auto const lhs = Widen(inLHS);
     auto const rhs = Widen(inRHS);
-    auto const locale = UserLocale();
+    static locale_t const locale = UserLocale(LC_COLLATE_MASK | LC_CTYPE_MASK);
     // The system compares up to a NUL, so text that holds some is compared piece by piece.
     std::size_t left = 0;
     std::size_t right = 0;
@@ -74,8 +70,14 @@ int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
 }
 
 NumberSeparators UserNumberSeparators() {
-    static NumberSeparators const user = {FirstUnit(RADIXCHAR, NumberSeparators().decimal),
-                                          FirstUnit(THOUSEP, NumberSeparators().thousands)};
+    static NumberSeparators const user = [] {
+        auto const locale = UserLocale(LC_NUMERIC_MASK | LC_CTYPE_MASK);
+        NumberSeparators separators;
+        separators.decimal = FirstUnit(locale, RADIXCHAR, separators.decimal);
+        separators.thousands = FirstUnit(locale, THOUSEP, separators.thousands);
+        ::freelocale(locale);
+        return separators;
+    }();
     return user;
 }
 
