@@ -7,9 +7,9 @@ namespace brindle::host {
 
 namespace {
 
-/// Of a word that begins with a dash.
-bool IsNegativeNumber(std::string const& inWord) {
-    return inWord.find_first_of("0123456789") == (inWord[1] == '.' ? 2 : 1);
+bool LooksLikeOption(std::string const& inWord) {
+    char const second = inWord.size() < 2 || inWord[0] != '-' ? '\0' : inWord[1];
+    return second == '-' || (second >= 'a' && second <= 'z') || (second >= 'A' && second <= 'Z');
 }
 
 } // namespace
@@ -18,7 +18,7 @@ Arguments::Arguments(std::vector<std::string> const& inWords,
                      std::vector<std::string> const& inKnownOptions) {
     bool optionsEnded = false;
     for (std::string const& word : inWords) {
-        if (optionsEnded || word.size() < 2 || word[0] != '-' || IsNegativeNumber(word)) {
+        if (optionsEnded || !LooksLikeOption(word)) {
             mOperands.push_back(word);
         } else if (word == "--") {
             optionsEnded = true;

@@ -15,8 +15,8 @@ public:
 };
 
 /// What follows a verb: options "--name" or "--name=value", and operands. Options may stand
-/// anywhere up to "--", behind which everything is an operand. A negative number is an operand
-/// anywhere.
+/// anywhere up to "--", behind which everything is an operand. So is a word like "-5" anywhere, in
+/// which neither a letter nor another dash follows the dash.
 class Arguments {
 public:
     /// Throws `usage_error` for an option that is not among `inKnownOptions`, names without dashes.

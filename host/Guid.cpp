@@ -1,4 +1,4 @@
-#include "host/Guid.h"
+#include "host/Verbs.h"
 
 #include "host/HostErrorManager.h"
 
@@ -13,7 +13,9 @@ constexpr std::uint32_t kMostIdentifiers = 1'000'000;
 
 } // namespace
 
-void Guid(Arguments const& inArguments, Diagnostics&) {
+namespace {
+
+void Run(Arguments const& inArguments, Diagnostics&) {
     auto const& operands = inArguments.Operands();
     if (operands.size() > 1) {
         throw usage_error("guid takes one COUNT");
@@ -28,5 +30,17 @@ void Guid(Arguments const& inArguments, Diagnostics&) {
         utility::streams::Out << guid << '\n';
     }
 }
+
+} // namespace
+
+Verb const kGuidVerb = {
+    "guid",
+    "[COUNT]",
+    "new identifiers, one a line",
+    "Writes COUNT new identifiers, 1 to 1000000, one a line; one if no COUNT is given. They\n"
+    "are random, of version 4.\n",
+    {"help"},
+    Run,
+};
 
 } // namespace brindle::host

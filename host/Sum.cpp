@@ -1,4 +1,4 @@
-#include "host/Sum.h"
+#include "host/Verbs.h"
 
 #include <brindle/filesupport/ByteStreamOperators.h>
 #include <brindle/filesupport/CRCByteStream.h>
@@ -120,7 +120,9 @@ void PrintLine(FileSum const& inSum, std::string const& inPath) {
 
 } // namespace
 
-void Sum(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
+namespace {
+
+void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (inArguments.Operands().empty()) {
         throw usage_error("sum needs a PATH");
     }
@@ -142,5 +144,23 @@ void Sum(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         }
     }
 }
+
+} // namespace
+
+Verb const kSumVerb = {
+    "sum",
+    "[--jobs=N] PATH...",
+    "CRC-32, size and path of every file below each PATH",
+    "Writes a line for every file below each PATH, sorted by path: its CRC-32 as 8 hex "
+    "digits,\n"
+    "two blanks, its size in bytes, two blanks, its path. A path that holds a backslash, a\n"
+    "newline or a carriage return has them written as \\\\, \\n and \\r, and its line begins\n"
+    "with a backslash. Links to files are followed, links to directories are not entered.\n"
+    "FIFOs, sockets and devices are reported and skipped.\n"
+    "\n"
+    "  --jobs=N  how many files may be summed at once, 1 to 1024; one is, for any N\n",
+    {"help", "jobs"},
+    Run,
+};
 
 } // namespace brindle::host

@@ -1,4 +1,4 @@
-#include "host/Time.h"
+#include "host/Verbs.h"
 
 #include "host/RateText.h"
 #include "host/TickDecimals.h"
@@ -109,7 +109,9 @@ void PrintTimecode(std::string const& inLabel, TickTime const& inTime, FrameRate
 
 } // namespace
 
-void Time(Arguments const& inArguments, Diagnostics&) {
+namespace {
+
+void Run(Arguments const& inArguments, Diagnostics&) {
     if (inArguments.Operands().size() != 1) {
         throw usage_error("time needs one VALUE");
     }
@@ -128,5 +130,26 @@ void Time(Arguments const& inArguments, Diagnostics&) {
         PrintTimecode("drop-frame@" + name, value, rate, FrameCounting::kDropFrame);
     }
 }
+
+} // namespace
+
+Verb const kTimeVerb = {
+    "time",
+    "VALUE[f|s|t] [--rate=RATE]",
+    "a time in ticks, seconds, frames and timecode",
+    "Writes a time in ticks and seconds, and in frames and timecode at the common rates, a\n"
+    "label and a value a line. The numbers read back as the same time; a timecode is that of\n"
+    "the frame in which the time lies.\n"
+    "\n"
+    "VALUE is frames at RATE (100f), seconds (1.5s), ticks (254016000000t), or a timecode at\n"
+    "RATE (01:00:00:00, 01:00:00;00 for drop-frame). A bare number is seconds. Frames and\n"
+    "seconds may have decimals, and go to the nearest tick; all may be negative.\n"
+    "\n"
+    "  --rate=RATE  frames a second: a number such as 24, 25 or 12.5, a fraction such as\n"
+    "               30000/1001, or an NTSC rate as it is spoken of: 23.976, 29.97, 59.94.\n"
+    "               The time is told at this rate too.\n",
+    {"help", "rate"},
+    Run,
+};
 
 } // namespace brindle::host

@@ -1,10 +1,8 @@
 #include "host/Arguments.h"
 #include "host/Diagnostics.h"
-#include "host/Guid.h"
 #include "host/HostErrorManager.h"
 #include "host/HostLocalizer.h"
-#include "host/Sum.h"
-#include "host/Time.h"
+#include "host/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/utility/Streams.h>
@@ -12,6 +10,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iomanip>
 
 namespace brindle::host {
 
@@ -21,68 +20,32 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-struct Verb {
-    char const* name;
-    char const* synopsis;
-    char const* description;
-    std::vector<std::string> options;
-    void (*run)(Arguments const&, Diagnostics&);
-};
+Verb const* const kVerbs[] = {&kSumVerb, &kTimeVerb, &kCalcVerb, &kGuidVerb};
 
-Verb const* FindVerb(std::string const& inName) {
-    static Verb const kVerbs[] = {
-        {"sum",
-         "[--jobs=N] PATH...",
-         "Writes a line for every file below each PATH, sorted by path: its CRC-32 as 8 hex "
-         "digits,\n"
-         "two blanks, its size in bytes, two blanks, its path. A path that holds a backslash, a\n"
-         "newline or a carriage return has them written as \\\\, \\n and \\r, and its line begins\n"
-         "with a backslash. Links to files are followed, links to directories are not entered.\n"
-         "FIFOs, sockets and devices are reported and skipped.\n"
-         "\n"
-         "  --jobs=N  how many files may be summed at once, 1 to 1024; one is, for any N\n",
-         {"help", "jobs"},
-         Sum},
-        {"guid",
-         "[COUNT]",
-         "Writes COUNT new identifiers, 1 to 1000000, one a line; one if no COUNT is given. They\n"
-         "are random, of version 4.\n",
-         {"help"},
-         Guid},
-        {"time",
-         "VALUE[f|s|t] [--rate=RATE]",
-         "Writes a time in ticks and seconds, and in frames and timecode at the common rates, a\n"
-         "label and a value a line. The numbers read back as the same time; a timecode is that of\n"
-         "the frame in which the time lies.\n"
-         "\n"
-         "VALUE is frames at RATE (100f), seconds (1.5s), ticks (254016000000t), or a timecode at\n"
-         "RATE (01:00:00:00, 01:00:00;00 for drop-frame). A bare number is seconds. Frames and\n"
-         "seconds may have decimals, and go to the nearest tick; all may be negative.\n"
-         "\n"
-         "  --rate=RATE  frames a second: a number such as 24, 25 or 12.5, a fraction such as\n"
-         "               30000/1001, or an NTSC rate as it is spoken of: 23.976, 29.97, 59.94.\n"
-         "               The time is told at this rate too.\n",
-         {"help", "rate"},
-         Time},
-    };
-    auto const found = std::find_if(std::begin(kVerbs), std::end(kVerbs),
-                                    [&](Verb const& inVerb) { return inName == inVerb.name; });
-    return found != std::end(kVerbs) ? found : nullptr;
+void PrintHelp() {
+    auto& out = utility::streams::Out;
+    out << "usage: brindle VERB [OPTION...] [OPERAND...]\n\n";
+    for (Verb const* const verb : kVerbs) {
+        std::string const call = std::string(verb->name) + ' ' + verb->synopsis;
+        out << "  " << std::left << std::setw(34) << call << verb->summary << '\n';
+    }
+    out << "\n"
+           "  brindle VERB --help               what a verb does\n"
+           "  brindle --version                 the version of the library\n"
+           "\n"
+           "What follows -- is no option. Exit status: 0 done, 1 done but something failed, 2 "
+           "wrong "
+           "usage.\n";
 }
 
-constexpr char kHelp[] =
-    "usage: brindle VERB [OPTION...] [OPERAND...]\n"
-    "\n"
-    "  sum [--jobs=N] PATH...   CRC-32, size and path of every file below each PATH\n"
-    "  guid [COUNT]             new identifiers, one a line\n"
-    "  sum [--jobs=N] PATH...            CRC-32, size and path of every file below each PATH\n"
-    "  time VALUE[f|s|t] [--rate=RATE]   a time in ticks, seconds, frames and timecode\n"
-    "\n"
-    "  brindle VERB --help               what a verb does\n"
-    "  brindle --version                 the version of the library\n"
-    "\n"
-    "What follows -- is no option. Exit status: 0 done, 1 done but something failed, 2 wrong "
-    "usage.\n";
+Verb const& FindVerb(std::string const& inName) {
+    for (Verb const* const verb : kVerbs) {
+        if (inName == verb->name) {
+            return *verb;
+        }
+    }
+    throw usage_error(inName.empty() ? "no verb" : "unknown verb '" + inName + "'");
+}
 
 int RunVerb(Verb const& inVerb, std::vector<std::string> const& inWords) {
     Arguments const arguments(inWords, inVerb.options);
@@ -100,7 +63,7 @@ int RunVerb(Verb const& inVerb, std::vector<std::string> const& inWords) {
 int Run(std::vector<std::string> const& inWords) {
     std::string const first = inWords.empty() ? "" : inWords[0];
     if (first == "--help") {
-        utility::streams::Out << kHelp;
+        PrintHelp();
         return kStatus_Done;
     }
     if (first == "--version") {
@@ -108,11 +71,8 @@ int Run(std::vector<std::string> const& inWords) {
         utility::streams::Out << "brindle " << std::string(version.begin(), version.end()) << '\n';
         return kStatus_Done;
     }
-    Verb const* const verb = FindVerb(first);
-    if (verb == nullptr) {
-        throw usage_error(first.empty() ? "no verb" : "unknown verb '" + first + "'");
-    }
-    return RunVerb(*verb, {inWords.begin() + 1, inWords.end()});
+    Verb const& verb = FindVerb(first);
+    return RunVerb(verb, {inWords.begin() + 1, inWords.end()});
 }
 
 /// Runs the command and turns what ends it early into a message and an exit status.

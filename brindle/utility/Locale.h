@@ -1,6 +1,7 @@
 #pragma once
 
 #include <brindle/Export.h>
+#include <brindle/utility/TextTypes.h>
 
 #include <locale>
 
@@ -14,5 +15,11 @@ BRN_API std::locale const& Native();
 
 /// The classic locale, in which program logic reads and writes numbers.
 BRN_API std::locale const& Default();
+
+/// The number that a text shown to a user begins with, read once in `Native` and once in the
+/// program's global locale. Of two readings with the same sign the one of the greater magnitude
+/// counts, as it went on where a comma stopped the other; otherwise the second does. 0.0 for what
+/// cannot be read, and never a failure; only the allocator can throw.
+BRN_API double GetValueFromDisplayString(UTF16String const& inText);
 
 } // namespace brindle::Locale

@@ -1,7 +1,9 @@
 #include "platform/Locale.h"
 
 #include <clocale>
+#include <cstring>
 #include <cwchar>
+#include <langinfo.h>
 #include <locale.h>
 #include <string>
 
@@ -9,13 +11,10 @@ namespace brindle::platform {
 
 namespace {
 
-locale_t UserLocale() {
-    static locale_t const locale = [] {
-        constexpr int kMask = LC_COLLATE_MASK | LC_CTYPE_MASK;
-        auto const user = ::newlocale(kMask, "", nullptr);
-        return user != nullptr ? user : ::newlocale(kMask, "C", nullptr);
-    }();
-    return locale;
+/// The user's locale in some categories; the "C" locale if the system does not have it.
+locale_t UserLocale(int inCategories) {
+    auto const user = ::newlocale(inCategories, "", nullptr);
+    return user != nullptr ? user : ::newlocale(inCategories, "C", nullptr);
 }
 
 /// One wide character for a code point; a lone surrogate stands for itself.
@@ -32,12 +31,25 @@ std::wstring Widen(UTF16String const& inText) {
     return wide;
 }
 
+/// The first unit of what a locale says about `inItem`.
+std::uint16_t FirstUnit(locale_t inLocale, nl_item inItem, std::uint16_t inDefault) {
+    char const* const text = ::nl_langinfo_l(inItem, inLocale);
+    // The text is in the code page of its locale, and only the thread's locale decodes.
+    auto const previous = ::uselocale(inLocale);
+    wchar_t character = 0;
+    std::mbstate_t state{};
+    auto const length = std::mbrtowc(&character, text, std::strlen(text), &state);
+    ::uselocale(previous);
+    bool const isUnit = length > 0 && length <= std::strlen(text) && character <= 0xFFFF;
+    return isUnit ? static_cast<std::uint16_t>(character) : inDefault;
+}
+
 } // namespace
 
 int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
     auto const lhs = Widen(inLHS);
     auto const rhs = Widen(inRHS);
-    auto const locale = UserLocale();
+    static locale_t const locale = UserLocale(LC_COLLATE_MASK | LC_CTYPE_MASK);
     // The system compares up to a NUL, so text that holds some is compared piece by piece.
     std::size_t left = 0;
     std::size_t right = 0;
@@ -55,6 +67,18 @@ int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
         left = leftEnd + 1;
         right = rightEnd + 1;
     }
+}
+
+NumberSeparators UserNumberSeparators() {
+    static NumberSeparators const user = [] {
+        auto const locale = UserLocale(LC_NUMERIC_MASK | LC_CTYPE_MASK);
+        NumberSeparators separators;
+        separators.decimal = FirstUnit(locale, RADIXCHAR, separators.decimal);
+        separators.thousands = FirstUnit(locale, THOUSEP, separators.thousands);
+        ::freelocale(locale);
+        return separators;
+    }();
+    return user;
 }
 
 } // namespace brindle::platform

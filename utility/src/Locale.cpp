@@ -1,5 +1,8 @@
 #include <brindle/utility/Locale.h>
 
+#include <brindle/utility/StringStreams.h>
+
+#include <algorithm>
 #include <exception>
 
 namespace brindle::Locale {
@@ -14,6 +17,11 @@ std::locale UserLocale() {
     }
 }
 
+double Extract(std::basic_istream<std::uint16_t>& ioStream) {
+    double value = 0.0;
+    return ioStream >> value ? value : 0.0;
+}
+
 } // namespace
 
 std::locale const& Native() {
@@ -24,6 +32,21 @@ std::locale const& Native() {
 std::locale const& Default() {
     static std::locale const classic = std::locale::classic();
     return classic;
+}
+
+double GetValueFromDisplayString(UTF16String const& inText) {
+    if (inText.empty()) {
+        return 0.0;
+    }
+    iUTF16StringStream native(inText);
+    native.imbue(Native());
+    double const first = Extract(native);
+    iUTF16StringStream plain(inText);
+    double const second = Extract(plain);
+    if (first > 0.0 && second > 0.0) {
+        return std::max(first, second);
+    }
+    return first < 0.0 && second < 0.0 ? std::min(first, second) : second;
 }
 
 } // namespace brindle::Locale
