@@ -1,6 +1,6 @@
 #include <brindle/utility/Guid.h>
 
-#include "tests/ReportedErrors.h"
+#include "tests/RecordingErrorManager.h"
 
 #include <algorithm>
 #include <cctype>
@@ -13,10 +13,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     using brindle::utility::Guid;
 
     static std::regex const kForm("[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}");
-    brindle::tests::ReportedErrors errors;
+    brindle::tests::RecordingErrorManager errors;
     std::string text(inData, inData + inSize);
     Guid const guid(text);
-    bool isRight = errors.Take().empty() == (inSize == 36 && std::regex_match(text, kForm));
+    bool isRight = errors.TakeLines().empty() == (inSize == 36 && std::regex_match(text, kForm));
     UTF16String const wide(text.begin(), text.end());
     bool const isSame = Guid(text.c_str()) == Guid(wide);
     std::transform(text.begin(), text.end(), text.begin(),
