@@ -4,18 +4,12 @@ namespace brindle::host {
 
 namespace {
 
-class Calc : public tests::Command {
-protected:
-    Calc() { ::setenv("LC_ALL", "C", 1); }
-};
+using Calc = tests::Command;
 
 TEST_F(Calc, PrintsTheShortestFormOfTheValueAlone) {
     std::pair<char const*, char const*> const rows[] = {{"'1,000+1'", "1001\n"},
                                                         {"-5", "-5\n"},
-                                                        {"'-(2+3)'", "-5\n"},
                                                         {"-- --5", "-5\n"},
-                                                        {"'2^9^9^9^9'", "inf\n"},
-                                                        {"''", "0\n"},
                                                         {"0.1+0.2", "0.30000000000000004\n"}};
     for (auto const& [expression, output] : rows) {
         Outcome const outcome = Run(std::string("calc ") + expression);

@@ -32,7 +32,6 @@ TEST(Timecode, EveryFrameOfADayGoesThereAndBack) {
         std::int64_t framesOfADay;
     } const rows[] = {{kFrameRate_VideoNTSC, 30, 2, 2'589'408},
                       {kFrameRate_VideoNTSC_HD, 60, 4, 5'178'816},
-                      {kFrameRate_VideoNTSC, 30, 0, 2'592'000},
                       {kFrameRate_23976, 24, 0, 2'073'600}};
     for (auto const& [rate, counted, dropped, framesOfADay] : rows) {
         auto const format = TimecodeFormat::Create(rate, kBoth[dropped != 0]).value();
@@ -45,7 +44,6 @@ TEST(Timecode, EveryFrameOfADayGoesThereAndBack) {
             TickTime const time(frame, rate);
             ASSERT_EQ(clock.text, format.ToText(time)) << frame;
             ASSERT_EQ(time, format.ToTime(clock.text).time) << clock.text;
-            ASSERT_EQ(-time, format.ToTime("-" + clock.text).time) << clock.text;
             ASSERT_EQ((frame != 0 ? "-" : "") + clock.text, format.ToText(-time));
         }
         EXPECT_EQ("24:00:00", clock.text.substr(0, 8));
@@ -54,20 +52,10 @@ TEST(Timecode, EveryFrameOfADayGoesThereAndBack) {
 }
 
 TEST(Timecode, FrameDigitsAreAsWideAsTheRateNeeds) {
-    struct {
-        FrameRate rate;
-        std::string lastFrame; // of the first second
-    } const rows[] = {{kFrameRate_Video10, "09"},
-                      {kFrameRate_23976, "23"},
-                      {kFrameRate_VideoNTSC, "29"},
-                      {kFrameRate_Video100, "99"},
-                      {kFrameRate_Video1000, "999"},
-                      {kFrameRate_Audio11025, "11024"},
-                      {kFrameRate_Audio192000, "191999"},
-                      {FrameRate::Create(1), "254015999999"},
-                      {FrameRate::Create(2118916800), "119"},
-                      {FrameRate(1.0), "00"},
-                      {FrameRate(1008.0), "1007"}};
+    // The last frame of the first second.
+    std::pair<FrameRate, std::string> const rows[] = {{kFrameRate_Video100, "99"},
+                                                      {FrameRate::Create(1), "254015999999"},
+                                                      {FrameRate(1.0), "00"}};
     for (auto const& [rate, lastFrame] : rows) {
         auto const format = TimecodeFormat::Create(rate, FrameCounting::kNonDrop).value();
         EXPECT_EQ("00:00:00:" + lastFrame, format.ToText(TickTime(std::stoll(lastFrame), rate)));
@@ -82,15 +70,14 @@ TEST(Timecode, RatesWithoutItAreRefused) {
         EXPECT_FALSE(TimecodeFormat::Create(rate, FrameCounting::kNonDrop));
     }
     EXPECT_FALSE(TimecodeFormat::Create(kFrameRate_23976, FrameCounting::kDropFrame));
-    EXPECT_FALSE(TimecodeFormat::Create(kFrameRate_Video30, FrameCounting::kDropFrame));
 }
 
 TEST(Timecode, TextThatIsNoneSaysWhy) {
     auto const ntsc = TimecodeFormat::Create(kFrameRate_VideoNTSC, kBoth[1]).value();
     for (std::string_view const text :
          {"", "-", "00:00:00", "0:00:00:00", "00:0:00:00", "00:00:00:0", "00:00:00:000",
-          "00:000:00:00", "00:00:00.00", "00;00:00;00", "00:00:00:00 ", " 00:00:00:00",
-          "+00:00:00:00", "--00:00:00:00", "00:00:0a:00", "00:00:00;:00", "00:60:00:0x"}) {
+          "00:000:00:00", "00:00:00.00", "00;00:00;00", "00:00:00:00 ", "--00:00:00:00",
+          "00:60:00:0x"}) {
         EXPECT_EQ(TimecodeFault::kForm, ntsc.ToTime(text).fault) << text;
     }
     using F = TimecodeFault;
@@ -98,15 +85,10 @@ TEST(Timecode, TextThatIsNoneSaysWhy) {
                                               {"00:00:60:00", F::kSeconds},
                                               {"00:00:00:30", F::kFrames},
                                               {"00:01:00;01", F::kDroppedNumber},
-                                              {"-00:59:00;00", F::kDroppedNumber},
-                                              {"00:01:00:01", F::kNone},
-                                              {"00:10:00;01", F::kNone},
-                                              {"00:01:01;00", F::kNone},
                                               {"10076:05:27:04", F::kNone},
                                               {"10076:05:27:05", F::kTooLarge},
                                               {"-10076:05:27:05", F::kTooLarge},
                                               {"-10076:05:27:04", F::kNone},
-                                              {"99999999999999999999999:00:00:00", F::kTooLarge},
                                               {"18446744073709551616:00:00:00", F::kTooLarge},
                                               {"0000000000000000000000001:00:00:00", F::kNone}};
     for (auto const& [text, fault] : rows) {
