@@ -32,33 +32,45 @@ protected:
         mLines[Native(inName)] = LineFor(inContent, Native(inName));
     }
 
+    std::string ExpectedLines() const {
+        std::string lines;
+        for (auto const& line : mLines) {
+            lines += line.second;
+        }
+        return lines;
+    }
+
     std::map<std::string, std::string> mLines; // by path, so in the order of the output
 };
 
 TEST_F(Sum, TellsEveryKindOfNameAndFile) {
-    for (std::string const name :
-         {"plain", "sub/one", "sub.one", "sub/deeper/two", "new\nline", "back\\slash",
-          "return\rhere", "not \xFF\xC3 UTF-8 \xED\xA0\x80", ".hidden"}) {
+    std::string large;
+    for (unsigned i = 0; i < 400'000; ++i) {
+        large += static_cast<char>(i * i >> 3);
+    }
+    for (std::string const name : {"plain", "sub/one", "sub.one", "sub/deeper/two", "new\nline",
+                                   "back\\slash", "return\rhere", "not \xFF\xC3 UTF-8 \xED\xA0\x80",
+                                   "U+F05C \xEF\x81\x9C", ".hidden", " blanks ", "-dash"}) {
         MakeFile(name, "content of " + name);
     }
     MakeFile("empty", "");
-    MakeFile("large", std::string(400'000, 'x'));
+    MakeFile("large", large);
     fs::create_symlink("/dev/null", Native("device"));
     fs::create_symlink("plain", Native("link"));
     mLines[Native("link")] = LineFor("content of plain", Native("link"));
     fs::create_directory_symlink("..", Native("sub/circle"));
+    fs::create_symlink("nowhere", Native("dangling"));
     ASSERT_EQ(0, mknod(Native("fifo").c_str(), S_IFIFO | 0600, 0));
+    ASSERT_EQ(0, mknod(Native("socket").c_str(), S_IFSOCK | 0600, 0));
 
     Outcome const outcome = Run("sum --jobs=2 '" + mTemporary.Native() + "'");
     EXPECT_EQ(1, outcome.status) << "not all could be summed";
-    std::string lines;
-    for (auto const& line : mLines) {
-        lines += line.second;
-    }
-    EXPECT_EQ(lines, outcome.output);
+    EXPECT_EQ(ExpectedLines(), outcome.output);
     std::string const diagnostic = "brindle: " + Native("");
-    EXPECT_EQ(diagnostic + "device: skipped, it is a device\n" + diagnostic +
-                  "fifo: skipped, it is a FIFO\n",
+    EXPECT_EQ(diagnostic + "dangling: no such file or directory\n" + diagnostic +
+                  "device: skipped, it is a device\n" + diagnostic +
+                  "fifo: skipped, it is a FIFO\n" + diagnostic +
+                  "socket: skipped, it is a socket\n",
               outcome.errors);
 }
 
@@ -70,8 +82,14 @@ TEST_F(Sum, TakesFilesAndDirectoriesAndSortsThemTogether) {
     EXPECT_EQ(1, outcome.status);
     EXPECT_EQ(LineFor("3", "--x") + LineFor("2", "a") + LineFor("1", "b/file"), outcome.output);
     EXPECT_EQ("brindle: missing: no such file or directory\n", outcome.errors);
+    EXPECT_EQ(LineFor("1", "./b/file"), Run("sum ./b/").output);
     EXPECT_EQ(std::string::npos, Run("sum /proc/self/status").output.find("  0  "))
         << "files without a size have content too";
+    if (::geteuid() != 0) {
+        fs::permissions(Native("b"), fs::perms::none);
+        EXPECT_EQ("brindle: b: the directory cannot be read\n", Run("sum b").errors);
+        fs::permissions(Native("b"), fs::perms::all);
+    }
 }
 
 TEST_F(Sum, ExitStatusTellsWrongUsageAndAFullDisk) {
