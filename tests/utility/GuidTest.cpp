@@ -9,6 +9,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <sstream>
+
 static bool S_systemHasRandomBytes = true;
 
 /// Stands before the system's own, so that it can fail.
@@ -46,6 +48,10 @@ TEST(Guid, TextGoesBothWaysAndWhateverElseIsReported) {
         wide[i] = static_cast<std::uint16_t>(wide[i] + 0x100);
         EXPECT_TRUE(Guid() == Guid(wide));
         EXPECT_EQ(kMalformed, errors.TakeLines()) << "a unit that only ends like a digit, at " << i;
+        for (auto const& wrong : {"", "g", "G", "/", ":", "@", "`", "\xB0", "00", "--"}) {
+            EXPECT_TRUE(Guid() == Guid(std::string(kText).replace(i, 1, wrong)));
+            EXPECT_EQ(kMalformed, errors.TakeLines()) << wrong << " at " << i;
+        }
     }
 }
 
@@ -55,13 +61,17 @@ TEST(Guid, FieldsComeBackAndOrderByGroupsThenBySignedHalves) {
     std::uint8_t b[8];
     Guid::GuidToComponents(kGuid, f1, f2, f3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
     EXPECT_TRUE(kGuid == Guid(f1, f2, f3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]));
+    EXPECT_EQ(0x0F, kGuid.GetGUID().Data4[0]);
 
     char const* const ascending[] = {
-        "00000000-0000-0000-0000-008000000000", "00000000-0000-0000-ff00-00ff00000000",
-        "00000000-0000-0000-0000-000000000080", "00000000-0000-0000-0000-000000000000",
-        "00000000-0000-0000-0000-0000ff000000", "00000000-0000-0000-0000-00000000007f",
-        "00000000-0000-0000-ff00-000000000000", "00000000-0000-0000-0000-007f00000080",
-        "00000000-0000-8000-0000-000000000000", "00000000-8000-0000-0000-000000000000",
+        "00000000-0000-0000-0000-008000000000", "00000000-0000-0000-0000-00ff00000000",
+        "00000000-0000-0000-ff00-00ff00000000", "00000000-0000-0000-0000-000000000080",
+        "00000000-0000-0000-0000-000000000000", "00000000-0000-0000-0000-0000ff000000",
+        "00000000-0000-0000-0000-000000010000", "00000000-0000-0000-0000-00000000007f",
+        "00000000-0000-0000-ff00-000000000000", "00000000-0000-0000-0001-000000000000",
+        "00000000-0000-0000-0000-007f00000080", "00000000-0000-0001-0000-008000000000",
+        "00000000-0000-8000-0000-000000000000", "00000000-0001-0000-0000-000000000000",
+        "00000000-8000-0000-0000-000000000000", "00000001-0000-0000-0000-000000000000",
         "80000000-0000-0000-0000-000000000000"};
     for (auto const& lhs : ascending) {
         for (auto const& rhs : ascending) {
@@ -75,16 +85,21 @@ TEST(Guid, FieldsComeBackAndOrderByGroupsThenBySignedHalves) {
 
 TEST(Guid, StreamsCarryIt) {
     tests::RecordingErrorManager errors;
-    oUTF16StringStream out;
+    auto const expectWords = [&errors](auto&& ioStream) {
+        Guid guid;
+        EXPECT_TRUE(ioStream >> guid && guid == kGuid);
+        EXPECT_TRUE(ioStream >> guid && guid == Guid());
+        EXPECT_EQ(kMalformed, errors.TakeLines());
+        guid = kGuid;
+        EXPECT_TRUE(!(ioStream >> guid) && guid == kGuid) << "no word is left";
+        EXPECT_EQ("", errors.TakeLines());
+    };
+    std::ostringstream out;
+    oUTF16StringStream wideOut;
     out << kGuid;
-    iUTF16StringStream in(out.str() + Wide("\twrong"));
-    Guid guid;
-    EXPECT_TRUE(in >> guid && guid == kGuid);
-    EXPECT_TRUE(in >> guid && guid == Guid());
-    EXPECT_EQ(kMalformed, errors.TakeLines());
-    guid = kGuid;
-    EXPECT_TRUE(!(in >> guid) && guid == kGuid) << "no word is left";
-    EXPECT_EQ("", errors.TakeLines());
+    wideOut << kGuid;
+    expectWords(std::istringstream(out.str() + " wrong "));
+    expectWords(iUTF16StringStream(wideOut.str() + Wide("\twrong")));
 }
 
 TEST(Guid, ASystemWithoutRandomBytesIsReported) {

@@ -1,15 +1,16 @@
 #include <brindle/utility/Calculator.h>
 #include <brindle/utility/Locale.h>
-#include <brindle/utility/Numbers.h>
-#include <brindle/utility/Unicode.h>
 
 #include "tests/TemporaryDirectory.h"
+#include "tests/utility/NumbersModel.h"
 #include "utility/src/Separators.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <limits>
+#include <random>
 #include <sstream>
 
 namespace brindle::utility {
@@ -24,20 +25,57 @@ std::string Narrow(UTF16String const& inText) {
 class Numbers : public testing::Test {
 protected:
     Numbers() { SetUserSeparators({u'.', u','}); }
+
+    int Below(int inBound) { return static_cast<int>(mRandom() % static_cast<unsigned>(inBound)); }
+
+    char16_t AnyOf(std::u16string const& inUnits) { return inUnits[mRandom() % inUnits.size()]; }
+
+    /// Any bits, a number of everyday, or what lies beside a number at which something changes.
+    double AnyDouble() {
+        double const edges[] = {0.0, 0.5, 2147483647.5, 1e18, 1e21, 1e22, INFINITY, NAN};
+        auto const bits = std::uint64_t{mRandom()} << 32 | mRandom();
+        double any;
+        std::memcpy(&any, &bits, sizeof any);
+        double const everyday = (Below(2'000'001) - 1'000'000) / 8.0;
+        double const choices[] = {any, everyday, everyday * std::pow(10.0, Below(45) - 25),
+                                  std::nextafter(edges[Below(8)], edges[Below(8)])};
+        return choices[Below(4)] * (Below(2) == 0 ? 1 : -1);
+    }
+
+    /// Random cases, each in one of two locales; BRINDLE_CASES in the environment asks for more.
+    template <typename Case>
+    void TryMany(std::uint16_t inThousands, Case inCase) {
+        char const* const cases = std::getenv("BRINDLE_CASES");
+        for (int left = cases != nullptr ? std::atoi(cases) : 30'000; left > 0; --left) {
+            SetUserSeparators(left % 2 == 0 ? platform::NumberSeparators{u'.', u','}
+                                            : platform::NumberSeparators{u',', inThousands});
+            ASSERT_NO_FATAL_FAILURE(inCase());
+        }
+    }
+
+    std::mt19937 mRandom{20'260'801};
 };
 
 TEST_F(Numbers, OfAllTypesAreWritten) {
     EXPECT_EQ("   ,  5", Narrow(NumberToString(5.0, 6, 0, 0x0A)));
     EXPECT_EQ("1.000000e+00", Narrow(NumberToString(1.0, 1, 1 << 30, 0)));
-    EXPECT_EQ("+1,234.5", Narrow(NumberToString(1234.5, 1, 3, 0x1C)));
-    EXPECT_EQ(" 0 0.000",
-              Narrow(NumberToString(0.0, 1, 0, 0x60) + NumberToString(-0.0, 1, 3, 0x60)));
-    EXPECT_EQ("2.147484e+09", Narrow(NumberToString(2147483647.5, 1, 0, 0)));
     EXPECT_EQ("3.14", Narrow(NumberToString(3.14159)));
     EXPECT_EQ("-2147483648", Narrow(NumberToString(std::numeric_limits<std::int32_t>::min())));
     EXPECT_EQ("-9223372036854775808",
               Narrow(NumberToString(std::numeric_limits<std::int64_t>::min())));
     EXPECT_EQ("FFFFFFFF1A0", Narrow(NumberToHexString(-1) + NumberToHexString(0x1A0)));
+}
+
+TEST_F(Numbers, HaveTheDigitsOfTheCLibrary) {
+    TryMany(u'\u202F', [this] {
+        double const value = AnyDouble();
+        int const integerDigits = Below(25);
+        int const decimals = Below(2) == 0 ? Below(61) : Below(8) - 1;
+        auto const flags = static_cast<std::uint16_t>(Below(128));
+        ASSERT_EQ(Narrow(model::NumberToString(value, integerDigits, decimals, flags)),
+                  Narrow(NumberToString(value, integerDigits, decimals, flags)))
+            << value << ' ' << integerDigits << ' ' << decimals << ' ' << flags;
+    });
 }
 
 TEST_F(Numbers, AreTranslatedUnitByUnit) {
@@ -55,6 +93,15 @@ TEST_F(Numbers, AreReadAsAStreamReadsThem) {
     EXPECT_EQ(0.0, StringToNumber(u"\uFF11"_utf16, kNumberParse_NoDeInternationalize));
     EXPECT_EQ(0.0, StringToNumber(u"-1e999"_utf16, 0)) << "the extraction fails";
     EXPECT_EQ(2.0, StringToNumber(UTF16String(1 << 20, u'0') + u"2"_utf16, 0));
+    TryMany(u'\u00A0', [this] {
+        UTF16String text(mRandom() % 3, u' ');
+        for (int left = Below(30); left > 0; --left) {
+            text += AnyOf(Below(2) == 0 ? u"0123456789"
+                                        : u"00119..,,eE+-  \t\u00A0\u3001\u3002\uFF11\uFF0Exinf");
+        }
+        auto const flags = static_cast<std::uint16_t>(Below(4));
+        ASSERT_EQ(model::StringToNumber(text, flags), StringToNumber(text, flags)) << Narrow(text);
+    });
 }
 
 /// Makes the French locale the user's, and writes what comes of it to standard error.
@@ -95,6 +142,39 @@ TEST_F(Numbers, AreCalculatedFromWhatUsersType) {
     }
     SetUserSeparators({u',', u'.'});
     EXPECT_EQ(1501.5, Calculate(u"1,5+1.500"_utf16));
+}
+
+TEST_F(Numbers, AreCalculatedAsByCuttingAgainAndAgain) {
+    TryMany(u'.', [this] {
+        std::string text;
+        for (int left = Below(24); left > 0; --left) {
+            text += static_cast<char>(AnyOf(Below(3) == 0 ? u"((()))" : u"1234.,+-*/^eE()"));
+        }
+        double const expected = model::Calculate(text);
+        double const value = Calculate(UTF16String(text.begin(), text.end()));
+        ASSERT_TRUE(expected == value || (std::isnan(expected) && std::isnan(value)))
+            << text << " is " << expected << ", not " << value;
+    });
+}
+
+TEST_F(Numbers, AreCalculatedInTimeHoweverDeep) {
+    constexpr std::size_t kUnits = 65'536;
+    std::string soup, open;
+    while (soup.size() < kUnits) {
+        soup += static_cast<char>(AnyOf(u"1+-*/^e()"));
+        open += open.size() < kUnits / 2 ? "(1+" : "";
+    }
+    for (std::string const& piece :
+         {std::string("("), std::string("1+"), std::string("-"), std::string("((1)+"),
+          std::string(")("), soup, open + std::string(kUnits / 2, ')')}) {
+        UTF16String text;
+        while (text.size() < kUnits) {
+            text.append(piece.begin(), piece.end());
+        }
+        auto const start = std::chrono::steady_clock::now();
+        Calculate(text);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << piece;
+    }
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <iomanip>
+#include <iostream>
 
 using namespace brindle;
 using namespace brindle::utility;
@@ -45,6 +46,21 @@ TEST(Streams, SetStreamBufferMakesTheStreamNew) {
     stream << 255 << std::setw(4) << 'x' << 1.2345;
     EXPECT_EQ(first.str(), u"one"_utf16);
     EXPECT_EQ(second.str(), u"255   x1.2345"_utf16);
+
+    std::stringbuf narrow;
+    std::ostream out(&narrow);
+    out.tie(&std::cout);
+    out.setstate(std::ios_base::failbit);
+    EXPECT_THROW(out.exceptions(~std::ios_base::goodbit), std::ios_base::failure);
+    EXPECT_EQ(SetStreamBuffer(out, nullptr), &narrow);
+    EXPECT_TRUE(out.bad() && out.tie() == nullptr);
+    EXPECT_EQ(SetStreamBuffer(out, &narrow), nullptr);
+    EXPECT_TRUE(out.good());
+}
+
+TEST(Streams, TheFourStandardStreams) {
+    EXPECT_TRUE(&streams::In == &std::cin && &streams::Out == &std::cout);
+    EXPECT_TRUE(&streams::Log == &std::clog && &streams::Err == &std::cerr);
 }
 
 TEST(Locale, AnUnknownUserLocaleIsTheClassicOne) {
