@@ -83,7 +83,7 @@ def compared(rows):
     """Subject and case, our figure, the peers with theirs, fastest first, and the ratio to the fastest; None if all
     stand in brackets."""
     table = collections.OrderedDict()
-    for (subject, case, who), figure in rows.items():
+    for (subject, case, who), figure in sorted(rows.items()):
         table.setdefault((subject, case), {})[who] = figure
     for key, figures in table.items():
         ours = figures.pop("brindle")
