@@ -54,7 +54,7 @@ protected:
         iUTF16StringStream ours(As<std::uint16_t>(inText).c_str());
         std::wistringstream standard(As<wchar_t>(inText));
         auto const extract = [this](auto& ioStream) {
-            Prepare(ioStream);
+            this->Prepare(ioStream);
             Value first{}, second{};
             ioStream >> first >> second;
             auto const state = ioStream.rdstate();
