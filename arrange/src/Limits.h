@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+namespace brindle::arrange::impl {
+
+/// What stands deeper in a tree is left out of the layout, before the stack is exhausted.
+constexpr std::uint32_t kDeepestTree = 2000;
+/// So are alternatives that stand in one another deeper than this. A wrapping group adds two
+/// levels.
+constexpr std::uint32_t kDeepestArrangement = 2 * kDeepestTree;
+
+} // namespace brindle::arrange::impl
