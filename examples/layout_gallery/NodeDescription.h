@@ -17,7 +17,7 @@ enum class Role { kButton, kField, kLabel, kMeter, kPicture, kSpacer };
 /// minimum and its maximum.
 struct ExtentDescription {
     float best = 0;
-    float minimum = 0;
+    std::optional<float> minimum; ///< the best size if it is not told
     bool isExpandable = false;
     float maximum = std::numeric_limits<float>::infinity();
 };

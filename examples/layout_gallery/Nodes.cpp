@@ -11,11 +11,15 @@ using brindle::geom::RectT;
 
 namespace {
 
+float Minimum(ExtentDescription const& inExtent) {
+    return inExtent.minimum.value_or(inExtent.best);
+}
+
 float Expanded(ExtentDescription const& inExtent, float inAvailable) {
     if (!inExtent.isExpandable) {
         return inExtent.best;
     }
-    return std::max(inExtent.minimum, std::min(inAvailable, inExtent.maximum));
+    return std::max(Minimum(inExtent), std::min(inAvailable, inExtent.maximum));
 }
 
 } // namespace
@@ -25,6 +29,14 @@ LeafNode::LeafNode(NodeDescription inDescription) : mDescription(std::move(inDes
 void LeafNode::AppendShapes(std::vector<Shape>& ioShapes) const {
     ioShapes.push_back(
         {Shape::Kind::kLeaf, mPlace, mDescription.margins, mDescription.role, mDescription.label});
+}
+
+float LeafNode::MinWidth() const {
+    return Minimum(mDescription.width);
+}
+
+float LeafNode::MinHeight() const {
+    return Minimum(mDescription.height);
 }
 
 float LeafNode::ExpandedWidth(float inAvailable) const {

@@ -50,8 +50,8 @@ public:
 
     float BestWidth() const override { return mDescription.width.best; }
     float BestHeight() const override { return mDescription.height.best; }
-    float MinWidth() const override { return mDescription.width.minimum; }
-    float MinHeight() const override { return mDescription.height.minimum; }
+    float MinWidth() const override;
+    float MinHeight() const override;
     bool HorizontallyExpandable() const override { return mDescription.width.isExpandable; }
     bool VerticallyExpandable() const override { return mDescription.height.isExpandable; }
     float ExpandedWidth(float inAvailable) const override;

@@ -13,8 +13,8 @@ NodeDescription Leaf(Role inRole, std::string inLabel, float inWidth, float inHe
     NodeDescription leaf;
     leaf.role = inRole;
     leaf.label = std::move(inLabel);
-    leaf.width.best = leaf.width.minimum = inWidth;
-    leaf.height.best = leaf.height.minimum = inHeight;
+    leaf.width.best = inWidth;
+    leaf.height.best = inHeight;
     return leaf;
 }
 
