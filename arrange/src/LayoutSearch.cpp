@@ -12,8 +12,8 @@ namespace {
 
 constexpr double kMostTried = 1 << 18;
 constexpr double kMostTriedUnbounded = 1 << 12; // sizes that do not compare are all kept
-constexpr double kMostLines = 1 << 22;          // a table of them fits into memory
-constexpr double kMostLineSteps = 4e9;          // some seconds' walk
+constexpr double kMostLines = 1 << 21;          // those of two thousand children
+constexpr double kMostLineSteps = 1e9;          // some seconds' walk
 
 double CandidateCount(LayoutProblem const& inProblem) noexcept {
     double combinations = 1;

@@ -97,74 +97,73 @@ public:
     }
 
 private:
-    /// A line begun with alternatives already chosen.
-    struct OpenLine {
-        std::uint32_t first;
-        std::int64_t before; // the least total of the lines in front of it
-        std::int64_t main;   // of its chosen children, with a gap behind each
-        std::int64_t cross;
+    /// A line that may hold the child at hand, on the way to the least total.
+    struct Run {
+        std::uint32_t end;
+        std::int64_t before; // the total of the lines in front of it
+        std::int64_t limit;  // to its height
+        std::int64_t cross;  // the height of its chosen children
+        std::int64_t slack;  // to the bound, were the others as short as the limit admits
     };
 
     void ChooseAlternatives(std::vector<std::uint32_t>& outChosen) {
-        mOpen.clear();
+        mRuns.clear();
         std::int64_t before = 0;
         for (std::uint32_t child = 0; child < mFronts.Count(); ++child) {
             if (before != kNever) {
-                mOpen.push_back({child, before, 0, mProblem.children[child].front().cross});
+                OpenRuns(child, before);
             }
-            CollectRooms(child);
             auto const& alternatives = mProblem.children[child];
             auto const last = std::find_if(
-                alternatives.rbegin(), alternatives.rend(), [this](LineExtent const& extent) {
-                    return std::any_of(mRooms.begin(), mRooms.end(), [&](LineExtent const& room) {
-                        return extent.main <= room.main && extent.cross <= room.cross;
-                    });
+                alternatives.rbegin(), alternatives.rend(), [&](LineExtent const& extent) {
+                    return std::any_of(mRuns.begin(), mRuns.end(),
+                                       [&](Run const& run) { return HasRoom(run, child, extent); });
                 });
             outChosen[child] = static_cast<std::uint32_t>(alternatives.rend() - last - 1);
             before = Append(child, *last);
         }
     }
 
-    /// What each line that may hold the child, on the way to the least total, leaves for it.
-    void CollectRooms(std::uint32_t inChild) {
-        mRooms.clear();
-        std::int64_t const total = mTable.From(0).total;
-        std::int64_t const spacing = mProblem.spacing.main;
-        for (OpenLine const& open : mOpen) {
-            for (std::uint32_t end = inChild + 1; end <= mTable.Reach(open.first); ++end) {
-                std::int64_t const rest = mTable.From(end).total;
-                Line const& line = mTable.At(open.first, end);
-                std::int64_t const cross = total - open.before - mProblem.spacing.cross - rest;
-                bool const isChosenTooHigh = open.first < inChild && open.cross > cross;
-                if (rest == kNever || line.main > mBound || line.cross > cross || isChosenTooHigh) {
-                    continue;
-                }
-                std::int64_t room = mBound - open.main;
-                for (std::uint32_t next = inChild + 1; next < end; ++next) {
-                    room -= spacing + mFronts.LeastMain(next, cross);
-                }
-                mRooms.push_back({room, cross});
+    bool HasRoom(Run const& inRun, std::uint32_t inChild, LineExtent inExtent) const noexcept {
+        return inExtent.cross <= inRun.limit &&
+               inExtent.main <= inRun.slack + mFronts.LeastMain(inChild, inRun.limit);
+    }
+
+    /// The lines that start with the child, behind others of the total `inBefore`.
+    void OpenRuns(std::uint32_t inFirst, std::int64_t inBefore) {
+        std::int64_t const total = mTable.From(0).total - mProblem.spacing.cross;
+        for (std::uint32_t end = inFirst + 1; end <= mTable.Reach(inFirst); ++end) {
+            std::int64_t const limit = total - inBefore - mTable.From(end).total;
+            Line const& line = mTable.At(inFirst, end);
+            if (line.main > mBound || line.cross > limit) {
+                continue;
             }
+            std::int64_t slack = mBound - (end - inFirst - 1) * mProblem.spacing.main;
+            for (std::uint32_t child = inFirst; child < end; ++child) {
+                slack -= mFronts.LeastMain(child, limit);
+            }
+            mRuns.push_back({end, inBefore, limit, end == inFirst + 1 ? -kNever : 0, slack});
         }
     }
 
-    /// Puts the child on every open line; returns the least total of lines that end with it.
+    /// Goes on with the runs that have room for what is chosen. Returns the least total of lines
+    /// that end with the child.
     std::int64_t Append(std::uint32_t inChild, LineExtent inExtent) {
         std::int64_t least = kNever;
-        for (OpenLine& open : mOpen) {
-            bool const isAlone = open.first == inChild;
-            open.cross =
-                isAlone ? inExtent.cross : std::max({open.cross, inExtent.cross, std::int64_t{0}});
-            open.main += inExtent.main;
-            if (open.main <= mBound && inChild < mTable.Reach(open.first)) {
-                least = std::min(least, open.before + open.cross + mProblem.spacing.cross);
+        auto goesOn = mRuns.begin();
+        for (Run& run : mRuns) {
+            if (!HasRoom(run, inChild, inExtent)) {
+                continue;
             }
-            open.main += mProblem.spacing.main;
+            run.slack += mFronts.LeastMain(inChild, run.limit) - inExtent.main;
+            run.cross = std::max(run.cross, inExtent.cross);
+            if (run.end == inChild + 1) {
+                least = std::min(least, run.before + run.cross + mProblem.spacing.cross);
+            } else {
+                *goesOn++ = run;
+            }
         }
-        auto const isSpent = [&](OpenLine const& o) {
-            return mTable.Reach(o.first) <= inChild + 1;
-        };
-        mOpen.erase(std::remove_if(mOpen.begin(), mOpen.end(), isSpent), mOpen.end());
+        mRuns.erase(goesOn, mRuns.end());
         return least;
     }
 
@@ -216,8 +215,7 @@ private:
     LineTable mTable;
     bool mHasChoice;
     std::int64_t mBound = 0;
-    std::vector<OpenLine> mOpen;
-    std::vector<LineExtent> mRooms;
+    std::vector<Run> mRuns;
     std::vector<Cut> mCuts;
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <random>
 
 namespace brindle::arrange::impl {
@@ -180,6 +181,70 @@ TEST(LayoutSearch, KeepsWhatTryingEveryLayoutKeeps) {
             }
             ASSERT_EQ(expected, found) << "palette " << &palette - palettes << ", round " << round;
         }
+    }
+}
+
+/// Another alternative of a child, and children moved from a line to a new or a neighbouring one.
+FoundLayout Neighbour(std::mt19937& ioRandom, LayoutProblem const& inProblem, FoundLayout layout) {
+    auto const below = [&](std::size_t n) { return static_cast<std::uint32_t>(ioRandom() % n); };
+    std::uint32_t const child = below(layout.alternatives.size());
+    layout.alternatives[child] = below(inProblem.children[child].size());
+    auto& lines = layout.lines;
+    std::uint32_t const at = below(lines.size());
+    std::uint32_t const moved = below(lines[at] + 1);
+    lines[at] -= moved;
+    if (below(2) == 0) {
+        lines.insert(lines.begin() + at, 0);
+    }
+    lines[std::min<std::size_t>(at + below(2), lines.size() - 1)] += moved;
+    lines.erase(std::remove(lines.begin(), lines.end(), 0U), lines.end());
+    return layout;
+}
+
+TEST(LayoutSearch, NoNeighbourOfAFoundLayoutBeatsAny) {
+    std::mt19937 random(11);
+    for (float const step : {1.0f, 1.0f / 3}) {
+        float const rounding = step == 1 ? 0 : 1e-3f;
+        for (std::size_t const alternatives : {1U, 5U}) {
+            Palette const palette = Steps(step, 60, {0, 3, 8});
+            LayoutProblem problem = RandomProblem(random, palette, 40, alternatives);
+            problem.forms = kKinds[5];
+            std::vector<FoundLayout> const layouts = FindLayouts(problem);
+            std::vector<Size> sizes;
+            for (FoundLayout const& layout : layouts) {
+                sizes.push_back(Model::Measure(problem, layout));
+            }
+            ASSERT_GT(sizes.size(), 20U);
+            auto const countWithin = [&sizes](Size bound) {
+                return std::count_if(sizes.begin(), sizes.end(), [bound](Size const& s) {
+                    return s.x <= bound.x && s.y <= bound.y;
+                });
+            };
+            for (std::size_t i = 0; i < sizes.size(); ++i) {
+                ASSERT_TRUE(rounding > 0 || countWithin(sizes[i]) == 1) << Text(layouts[i]);
+                for (int round = 0; round < 200; ++round) {
+                    FoundLayout const layout = Neighbour(random, problem, layouts[i]);
+                    Size const size = Model::Measure(problem, layout);
+                    ASSERT_GE(countWithin({size.x + rounding, size.y + rounding}), 1)
+                        << Text(layout);
+                }
+            }
+        }
+    }
+}
+
+TEST(LayoutSearch, StaysSmallWhereSizesSayNothing) {
+    for (float const extent : {kNan, kInfinity, 3e38f, 1.0f}) {
+        std::size_t const count = extent == 1 ? 3000 : 37; // or there are too many lines
+        LayoutProblem problem{
+            std::vector(count, std::vector<Size>(9, {extent, -extent})), {}, {}, kKinds[5]};
+        std::vector<FoundLayout> const layouts = FindLayouts(problem);
+        ASSERT_EQ(count == 37 ? 14U : 26U, layouts.size());
+        for (FoundLayout const& layout : layouts) {
+            EXPECT_EQ(count, std::accumulate(layout.lines.begin(), layout.lines.end(), 0U));
+        }
+        problem.children.back().clear();
+        EXPECT_TRUE(FindLayouts(problem).empty());
     }
 }
 
