@@ -19,7 +19,8 @@ constexpr bool HasRows(LayoutForm inForm) noexcept {
     return inForm == LayoutForm::kRow || inForm == LayoutForm::kRowsInColumn;
 }
 
-/// What decides which layouts of a group are worth keeping. Any values, not numbers too.
+/// What decides which layouts of a group are worth keeping. Sizes may be negative, infinite or not
+/// numbers.
 struct LayoutProblem {
     /// The minimum sizes of each child's alternatives, in the order of its set.
     std::vector<std::vector<geom::PointT<float>>> children;
@@ -39,13 +40,14 @@ struct FoundLayout {
 /// then by rising number of lines; then by falling length of the earlier lines. In that order, too,
 /// they are returned. A problem without children, or with a child without alternatives, has none.
 ///
-/// - While sums of the sizes are exact in single precision, as those of whole numbers below 2^24,
-///   these are the very layouts, at a cost that grows with what is kept and not with what there is.
-/// - Where sums round, everything is tried up to 2^18 candidates, and these are the very layouts.
-///   Beyond, each size is within rounding of one that trying everything keeps.
+/// - Where no sum of the sizes rounds in single precision, as with whole numbers or quarters that
+///   come to less than 2^24 of them, the result is just that, at a cost that grows with the lines
+///   that children can form and with the sizes kept, not with the layouts that there are.
+/// - Where sums round, everything is tried up to 2^18 candidates, so the result is just that, too.
+///   Beyond, sizes compare as exact arithmetic gives them.
 /// - Where sums may overflow, or sizes are not finite, everything is tried up to 2^12 candidates.
-///   Beyond, as with thousands of children to wrap, the result is a few layouts with lines of equal
-///   count, of the children's first alternatives.
+///   Beyond, as with more than two thousand children to wrap, the result is a few layouts of the
+///   children's first alternatives, wrapped into lines of equal count.
 ///
 /// Any thread may call; only the allocator can throw.
 std::vector<FoundLayout> FindLayouts(LayoutProblem const& inProblem);

@@ -60,12 +60,8 @@ Line LineFronts::Settled(LineExtent inSum, std::uint32_t inFirst,
 
 bool LineFronts::Grow(Line& ioLine, std::uint32_t inFirst, std::uint32_t inEnd,
                       std::int64_t inBound) const noexcept {
-    // Also steps of the height just reached are taken: they cost nothing more.
-    for (; ioLine.nextStep < mSteps.size(); ++ioLine.nextStep) {
+    for (; ioLine.main > inBound && ioLine.nextStep < mSteps.size(); ++ioLine.nextStep) {
         Step const& step = mSteps[ioLine.nextStep];
-        if (ioLine.main <= inBound && step.cross != ioLine.cross) {
-            break;
-        }
         if (step.child >= inFirst && step.child < inEnd) {
             ioLine.main -= step.gain;
             ioLine.cross = step.cross;

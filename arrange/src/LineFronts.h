@@ -64,9 +64,6 @@ public:
 
     std::uint32_t Count() const noexcept { return static_cast<std::uint32_t>(mChildren.size()); }
 
-    /// How many heights make a child shorter, over all children.
-    std::size_t StepCount() const noexcept { return mSteps.size(); }
-
 private:
     struct Step {
         std::int64_t cross; // the height that it takes

@@ -106,6 +106,14 @@ private:
         std::int64_t slack;  // to the bound, were the others as short as the limit admits
     };
 
+    /// The best stack of the chosen alternatives from a child to the last.
+    struct Cut {
+        std::int64_t total = kNever;
+        std::uint32_t lines = 0;
+        std::uint32_t end = 0; // of its first line
+    };
+
+    /// The greatest combination of alternatives that comes to the least total.
     void ChooseAlternatives(std::vector<std::uint32_t>& outChosen) {
         mRuns.clear();
         std::int64_t before = 0;
@@ -124,6 +132,7 @@ private:
         }
     }
 
+    /// Whether the line takes the child in this form and still fits.
     bool HasRoom(Run const& inRun, std::uint32_t inChild, LineExtent inExtent) const noexcept {
         return inExtent.cross <= inRun.limit &&
                inExtent.main <= inRun.slack + mFronts.LeastMain(inChild, inRun.limit);
@@ -182,13 +191,6 @@ private:
         }
         return lines;
     }
-
-    /// The best stack of the chosen alternatives from a child to the last.
-    struct Cut {
-        std::int64_t total = kNever;
-        std::uint32_t lines = 0;
-        std::uint32_t end = 0; // of its first line
-    };
 
     Cut BestCut(std::uint32_t inFirst, std::vector<std::uint32_t> const& inChosen) const noexcept {
         Cut best{kNever, 0, mFronts.Count()};
