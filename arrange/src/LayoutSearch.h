@@ -1,14 +1,12 @@
 #pragma once
 
+#include <brindle/arrange/LayoutForm.h>
 #include <brindle/geom/Point.h>
 
 #include <cstdint>
 #include <vector>
 
 namespace brindle::arrange::impl {
-
-/// How a group lays out its children; the last two wrap.
-enum class LayoutForm : std::uint8_t { kRow, kColumn, kRowsInColumn, kColumnsInRow };
 
 constexpr bool IsWrapping(LayoutForm inForm) noexcept {
     return inForm == LayoutForm::kRowsInColumn || inForm == LayoutForm::kColumnsInRow;
