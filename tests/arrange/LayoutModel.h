@@ -48,6 +48,7 @@ using ArrangementP = std::shared_ptr<Arrangement>;
 using Alternatives = std::vector<ArrangementP>;
 using Separators = std::vector<int>; ///< by number, 0 for none
 
+inline constexpr std::size_t kMostRoundingSweeps = 16;
 inline constexpr int kLeaf = -1; ///< beside the values of the group kinds, 0 to 5
 
 /// A node: what the client answers for it, and below that what the engine keeps.
@@ -185,25 +186,22 @@ struct Arrangement {
             takesPart.push_back(children[i]->isExpandable[main]);
             expandTotal += takesPart[i] ? extents[i][main] : 0;
         }
-        for (bool goesOn = true; goesOn && std::abs(slack) >= 0.0001F && expandTotal > 0;) {
-            float const before = std::abs(slack);
+        // Where only rounding is left over, sweeps might go on for ever.
+        for (std::size_t sweeps = children.size() + kMostRoundingSweeps;
+             sweeps > 0 && std::abs(slack) >= 0.0001F && expandTotal > 0; --sweeps) {
             float total = expandTotal;
-            bool hasOneLeft = false;
             for (std::size_t i = 0; i < children.size(); ++i) {
                 if (takesPart[i]) {
                     float const old = extents[i][main], target = old * ((total + slack) / total);
                     float const taken =
                         std::max(children[i]->min[main], children[i]->Expanded(main, target));
                     takesPart[i] = taken == target;
-                    hasOneLeft = hasOneLeft || !takesPart[i];
                     expandTotal += takesPart[i] ? taken - old : -old;
                     slack -= taken - old;
                     extents[i][main] = taken;
                     total -= old;
                 }
             }
-            // What rounding leaves over would go round for ever.
-            goesOn = hasOneLeft || std::abs(slack) < before;
         }
         used[main] = inAvailable[main] - slack;
     }
@@ -451,7 +449,8 @@ inline void InvalidateAll(Node& ioNode) {
     }
 }
 
-/// A new kind is a new node in the old one's place, and its parent learns of it.
+/// A new kind is a new node in the old one's place: its children have lost their parent, and what
+/// had it as a child learns of it.
 inline void SetKind(Node& ioNode, int inKind) {
     if (inKind != ioNode.kind) {
         Node* const parent = std::exchange(ioNode.parent, nullptr);
@@ -459,6 +458,9 @@ inline void SetKind(Node& ioNode, int inKind) {
         ioNode.isEnabled = true;
         ioNode.rect = {};
         ioNode.separators.clear();
+        for (Node* const child : ioNode.children) {
+            child->parent = child->parent == &ioNode ? nullptr : child->parent;
+        }
         Invalidate(ioNode);
         if (parent != nullptr) {
             Invalidate(*parent);
