@@ -37,7 +37,6 @@ inline bool operator==(Call const& inLHS, Call const& inRHS) {
 }
 
 inline std::ostream& operator<<(std::ostream& ioStream, Call const& inCall) {
-    ioStream.precision(9);
     return ioStream << inCall.name << " of " << inCall.node << " (" << inCall.detail << ") at "
                     << inCall.rect.origin[0] << ", " << inCall.rect.origin[1] << " size "
                     << inCall.rect.extent[0] << ", " << inCall.rect.extent[1];
@@ -63,7 +62,7 @@ struct Node {
     int separatorEvery = 0; ///< each separator with a number that this divides is there
     std::vector<Node*> children;
 
-    float Expanded(std::size_t inAxis, float inAvailable) const {
+    float Taken(std::size_t inAxis, float inAvailable) const {
         return isExpandable[inAxis] ? std::min(inAvailable, limit[inAxis]) : best[inAxis];
     }
     int Separator(int inNumber) const {
@@ -72,30 +71,23 @@ struct Node {
 
     std::vector<Call>* log = nullptr;
     Node* parent = nullptr;
-    bool isValid = false, isEnabled = true;
-    Rect rect{};
+    bool isValid = false;
     Separators separators;
     int separatorsBuilt = 0;
-    int upsets = 0; ///< how often a leaf invalidates itself yet while it is arranged
     Alternatives set;
 };
 
-void Invalidate(Node&);
-
 struct Arrangement {
-    explicit Arrangement(Node& inLeaf)
-        : node(inLeaf), lead(inLeaf.lead), isExpandable(inLeaf.isExpandable) {
-        for (std::size_t a : {0U, 1U}) {
-            margins[a] = lead[a] + node.trail[a];
-            min[a] = node.min[a] + margins[a];
-            best[a] = node.best[a] + margins[a];
-        }
-    }
-
-    Arrangement(Node& inGroup, std::size_t inAxis, Alternatives inChildren, Separators inSeparators,
+    Arrangement(Node& inNode, std::size_t inAxis, Alternatives inChildren, Separators inSeparators,
                 bool inIsOuter)
-        : node(inGroup), main(inAxis), cross(1 - inAxis), children(std::move(inChildren)),
-          separators(std::move(inSeparators)), isOuter(inIsOuter), extents(children.size()) {
+        : node(inNode), main(inAxis), cross(1 - inAxis), isOuter(inIsOuter),
+          children(std::move(inChildren)), separators(std::move(inSeparators)),
+          extents(children.size()) {
+        if (IsLeaf()) {
+            min = node.min;
+            best = node.best;
+            isExpandable = node.isExpandable;
+        }
         for (auto const& child : children) {
             min[main] += child->min[main];
             best[main] += child->best[main];
@@ -104,18 +96,24 @@ struct Arrangement {
             isExpandable[0] = isExpandable[0] || child->isExpandable[0];
             isExpandable[1] = isExpandable[1] || child->isExpandable[1];
         }
-        min[main] = min[main] + Gaps() + Margins(main);
-        best[main] = best[main] + Gaps() + Margins(main);
-        min[cross] += Margins(cross);
-        best[cross] += Margins(cross);
+        min = Along(min[main] + Gaps() + Margins(main), min[cross] + Margins(cross));
+        best = Along(best[main] + Gaps() + Margins(main), best[cross] + Margins(cross));
     }
 
     bool IsLeaf() const { return node.kind == kLeaf; }
+    Pair Along(float inMain, float inCross) const {
+        return main == 0 ? Pair{inMain, inCross} : Pair{inCross, inMain};
+    }
     float Gaps() const {
         return children.empty() ? 0 : static_cast<float>(children.size() - 1) * node.spacing[main];
     }
+    float Lead(std::size_t inAxis) const { return isOuter ? node.lead[inAxis] : 0; }
     float Margins(std::size_t inAxis) const {
-        return IsLeaf() ? margins[inAxis] : isOuter ? node.lead[inAxis] + node.trail[inAxis] : 0;
+        return isOuter ? node.lead[inAxis] + node.trail[inAxis] : 0;
+    }
+    float Aligned(std::size_t inAxis, float inOrigin, float inSlack) const {
+        int const alignment = node.alignment[inAxis];
+        return inOrigin + (alignment == 1 ? inSlack * 0.5F : alignment == 2 ? inSlack : 0);
     }
     bool Fits(Pair inSize) const { return inSize[0] >= min[0] && inSize[1] >= min[1]; }
     float FromGolden() const {
@@ -126,7 +124,7 @@ struct Arrangement {
     float Expanded(std::size_t inAxis, float inAvailable) const {
         float const available = inAvailable - Margins(inAxis);
         if (IsLeaf()) {
-            return node.Expanded(inAxis, available) + Margins(inAxis);
+            return node.Taken(inAxis, available) + Margins(inAxis);
         }
         float sum = 0;
         for (std::size_t i = 0; i < children.size() && sum < available; ++i) {
@@ -209,19 +207,15 @@ struct Arrangement {
     Pair Arrange(Rect inRect) {
         Pair const &origin = inRect.origin, &extent = inRect.extent;
         if (IsLeaf()) {
-            Pair const size{extent[0] - margins[0], extent[1] - margins[1]};
-            node.log->push_back(
-                {"ArrangeContent", node.id, 0, {{origin[0] + lead[0], origin[1] + lead[1]}, size}});
-            if (node.upsets > 0) {
-                --node.upsets;
-                Invalidate(node);
-            }
+            Pair const size{extent[0] - Margins(0), extent[1] - Margins(1)};
+            Pair const at{origin[0] + Lead(0), origin[1] + Lead(1)};
+            node.log->push_back({"ArrangeContent", node.id, 0, {at, size}});
             return {size[0] + node.surplus[0], size[1] + node.surplus[1]};
         }
         float const am = extent[main] - Margins(main), ac = extent[cross] - Margins(cross);
         Distribute(Along(am, ac));
-        float const originMain = origin[main] + (isOuter ? node.lead[main] : 0);
-        float const originCross = origin[cross] + (isOuter ? node.lead[cross] : 0);
+        float const originMain = origin[main] + Lead(main);
+        float const originCross = origin[cross] + Lead(cross);
         float cursor = Aligned(main, originMain, am - used[main]);
         if (isOuter) {
             float const groupCross = Aligned(cross, originCross, ac - used[cross]);
@@ -254,22 +248,11 @@ struct Arrangement {
         return size;
     }
 
-    Pair Along(float inMain, float inCross) const {
-        return main == 0 ? Pair{inMain, inCross} : Pair{inCross, inMain};
-    }
-    float Aligned(std::size_t inAxis, float inOrigin, float inSlack) const {
-        int const alignment = node.alignment[inAxis];
-        return alignment == 1   ? inOrigin + inSlack * 0.5F
-               : alignment == 2 ? inOrigin + inSlack
-                                : inOrigin;
-    }
-
     Node& node;
-    std::size_t main = 0, cross = 1;
+    std::size_t main, cross;
+    bool isOuter;
     Alternatives children;
     Separators separators;
-    bool isOuter = true;
-    Pair lead{}, margins{}; ///< of a leaf; a group is asked for its margins at every use
     Pair min{}, best{}, used{}, last{};
     std::array<bool, 2> isExpandable{};
     std::vector<Pair> extents;
@@ -373,14 +356,14 @@ inline void Rebuild(Node& ioNode) {
     }
     ioNode.set.clear();
     if (ioNode.kind == kLeaf) {
-        Add(ioNode.set, std::make_shared<Arrangement>(ioNode));
+        Add(ioNode.set,
+            std::make_shared<Arrangement>(ioNode, 0, Alternatives{}, Separators{}, true));
     }
     for (Node* const child : ioNode.children) {
         child->parent = &ioNode;
     }
     if (!ioNode.children.empty()) {
         if (ioNode.separators.size() != ioNode.children.size() - 1) {
-            ioNode.log->push_back({"ClearSeparators", ioNode.id, 0, {}});
             ioNode.separators.assign(ioNode.children.size() - 1, 0);
             for (int& separator : ioNode.separators) {
                 separator = ioNode.Separator(++ioNode.separatorsBuilt);
@@ -391,22 +374,14 @@ inline void Rebuild(Node& ioNode) {
     ioNode.isValid = true;
 }
 
-inline Node& Root(Node& inNode) {
-    return inNode.parent == nullptr ? inNode : Root(*inNode.parent);
-}
-
-inline Pair Arrange(Node& ioNode, Rect inRect) {
-    Node& root = Root(ioNode);
-    Pair result{};
-    if (inRect.extent[0] > 0 && inRect.extent[1] > 0 && root.isEnabled) {
-        root.rect = inRect;
-        for (int pass = 0; pass < 5 && (pass == 0 || !root.isValid); ++pass) {
-            Rebuild(root);
-            ArrangementP const selected = Selected(root.set, inRect.extent);
-            result = selected == nullptr ? Pair{} : selected->Arrange(inRect);
-        }
+/// Selects an alternative of the whole tree and lays it out. Result: the size taken.
+inline Pair Arrange(Node& ioRoot, Rect inRect) {
+    if (!(inRect.extent[0] > 0 && inRect.extent[1] > 0)) {
+        return {};
     }
-    return result;
+    Rebuild(ioRoot);
+    ArrangementP const selected = Selected(ioRoot.set, inRect.extent);
+    return selected == nullptr ? Pair{} : selected->Arrange(inRect);
 }
 
 inline Pair BestSize(Node& ioNode) {
@@ -418,53 +393,19 @@ inline Pair BestSize(Node& ioNode) {
     return best == nullptr ? Pair{} : best->min;
 }
 
-inline void Enable(Node& ioNode, bool inIsEnabled) {
-    Node& root = Root(ioNode);
-    if (root.isEnabled != inIsEnabled) {
-        root.isEnabled = inIsEnabled;
-        if (inIsEnabled) {
-            Arrange(root, root.rect);
-        }
+inline void Invalidate(Node* ioNode) {
+    for (; ioNode != nullptr && std::exchange(ioNode->isValid, false); ioNode = ioNode->parent) {
     }
 }
 
-inline void Invalidate(Node& ioNode) {
-    bool const wasEnabled = Root(ioNode).isEnabled;
-    Root(ioNode).isEnabled = false;
-    if (ioNode.isValid && ioNode.parent != nullptr) {
-        Invalidate(*ioNode.parent);
-    }
-    ioNode.isValid = false;
-    if (wasEnabled) {
-        Enable(ioNode, true);
-    }
-}
-
-inline void InvalidateAll(Node& ioNode) {
-    if (Root(ioNode).isEnabled) {
-        for (Node* const child : ioNode.children) {
-            Invalidate(*child);
-        }
-        Invalidate(ioNode);
-    }
-}
-
-/// A new kind is a new node in the old one's place: its children have lost their parent, and what
-/// had it as a child learns of it.
+/// A new kind is a new node in the old one's place: the children have lost their parent.
 inline void SetKind(Node& ioNode, int inKind) {
-    if (inKind != ioNode.kind) {
-        Node* const parent = std::exchange(ioNode.parent, nullptr);
-        ioNode.kind = inKind;
-        ioNode.isEnabled = true;
-        ioNode.rect = {};
-        ioNode.separators.clear();
-        for (Node* const child : ioNode.children) {
-            child->parent = child->parent == &ioNode ? nullptr : child->parent;
-        }
-        Invalidate(ioNode);
-        if (parent != nullptr) {
-            Invalidate(*parent);
-        }
+    Invalidate(&ioNode);
+    ioNode.kind = inKind;
+    ioNode.parent = nullptr;
+    ioNode.separators.clear();
+    for (Node* const child : ioNode.children) {
+        child->parent = child->parent == &ioNode ? nullptr : child->parent;
     }
 }
 
