@@ -131,7 +131,7 @@ struct World {
     float Length(std::size_t inSteps) { return grain * static_cast<float>(Pick(inSteps)); }
 
     void AnswerAnew(Node& ioNode) {
-        std::size_t const steps = grain > 5 ? 5 : 100;
+        std::size_t const steps = grain > 5 ? 3 : 100;
         for (std::size_t a : {0U, 1U}) {
             ioNode.best[a] = Length(steps);
             ioNode.min[a] = OneIn(4) ? std::min(ioNode.best[a], Length(steps)) : ioNode.best[a];
