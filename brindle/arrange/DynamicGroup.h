@@ -55,7 +55,7 @@ public:
     /// Makes the group one of another kind; nothing if it is of this kind. The group in the tree
     /// that the old one was a child of is invalidated, and so collects the new one. A type outside
     /// the enumeration leaves the group as it is.
-    void SetArrangementType(GroupArrangementType inType, IArrangeable* inParent);
+    void SetArrangementType(GroupArrangementType inType, IArrangeable* inParent = nullptr);
 
     /// As the operations of the group; without one they do nothing.
     void Invalidate();

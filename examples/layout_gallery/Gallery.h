@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Trees.h"
+
+#include <ostream>
+
+namespace layout_gallery {
+
+/// Arranges every tree in each of its rectangles, and writes all of it as one SVG page.
+void WriteGallery(std::ostream& ioStream, std::vector<Exhibit> const& inExhibits);
+
+} // namespace layout_gallery

@@ -1,0 +1,100 @@
+#include "SvgPage.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <locale>
+#include <utility>
+
+namespace layout_gallery {
+
+namespace {
+
+/// A number with at most two decimals.
+struct Number {
+    float value;
+};
+
+std::ostream& operator<<(std::ostream& ioStream, Number inNumber) {
+    long const hundredths = std::lround(double{inNumber.value} * 100);
+    long const magnitude = std::labs(hundredths);
+    ioStream << (hundredths < 0 ? "-" : "") << magnitude / 100;
+    if (long const decimals = magnitude % 100; decimals != 0) {
+        ioStream << '.' << decimals / 10;
+        if (decimals % 10 != 0) {
+            ioStream << decimals % 10;
+        }
+    }
+    return ioStream;
+}
+
+std::string Escaped(std::string const& inText) {
+    std::string escaped;
+    for (char const character : inText) {
+        switch (character) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        default:
+            escaped += character;
+        }
+    }
+    return escaped;
+}
+
+} // namespace
+
+SvgPage::SvgPage(std::string inStyleSheet) : mStyleSheet(std::move(inStyleSheet)) {
+    mBody.imbue(std::locale::classic());
+}
+
+void SvgPage::AddRect(std::string const& inClass, Rect const& inRect, float inRadius) {
+    mBody << "<rect class=\"" << inClass << "\" x=\"" << Number{inRect.x} << "\" y=\""
+          << Number{inRect.y} << "\" width=\"" << Number{inRect.width} << "\" height=\""
+          << Number{inRect.height} << '"';
+    if (inRadius > 0) {
+        mBody << " rx=\"" << Number{inRadius} << '"';
+    }
+    mBody << "/>\n";
+}
+
+void SvgPage::AddLine(std::string const& inClass, float inX1, float inY1, float inX2, float inY2) {
+    mBody << "<line class=\"" << inClass << "\" x1=\"" << Number{inX1} << "\" y1=\"" << Number{inY1}
+          << "\" x2=\"" << Number{inX2} << "\" y2=\"" << Number{inY2} << "\"/>\n";
+}
+
+void SvgPage::AddText(std::string const& inClass, std::string const& inText, float inX, float inY,
+                      Anchor inAnchor, float inFontSize) {
+    mBody << "<text class=\"" << inClass << "\" x=\"" << Number{inX} << "\" y=\"" << Number{inY}
+          << '"';
+    if (inAnchor != Anchor::kStart) {
+        mBody << " text-anchor=\"" << (inAnchor == Anchor::kMiddle ? "middle" : "end") << '"';
+    }
+    if (inFontSize > 0) {
+        mBody << " font-size=\"" << Number{inFontSize} << '"';
+    }
+    mBody << '>' << Escaped(inText) << "</text>\n";
+}
+
+void SvgPage::AddView(std::string const& inName, Rect const& inRect) {
+    mBody << "<view id=\"" << inName << "\" viewBox=\"" << Number{inRect.x} << ' '
+          << Number{inRect.y} << ' ' << Number{inRect.width} << ' ' << Number{inRect.height}
+          << "\"/>\n";
+}
+
+void SvgPage::Write(std::ostream& ioStream, float inWidth, float inHeight) const {
+    std::ostringstream head;
+    head.imbue(std::locale::classic());
+    head << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << Number{inWidth}
+         << "\" height=\"" << Number{inHeight} << "\" viewBox=\"0 0 " << Number{inWidth} << ' '
+         << Number{inHeight} << "\">\n<style>\n"
+         << mStyleSheet << "</style>\n<rect class=\"page\" width=\"100%\" height=\"100%\"/>\n";
+    ioStream << head.str() << mBody.str() << "</svg>\n";
+}
+
+} // namespace layout_gallery
