@@ -121,10 +121,9 @@ constexpr decltype(&Make<Leaf>) kMakers[] = {Make<Leaf>,
 
 /// A random tree twice: the model's, and the library's on the same answers.
 struct World {
-    explicit World(unsigned inSeed) : random(inSeed), seed(inSeed) {
-        grain = std::array<float, 5>{10, 1, 0.25F, 1.0F / 3.0F,
-                                     37.3F}[static_cast<std::size_t>(Pick(5))];
-    }
+    explicit World(unsigned inSeed)
+        : random(inSeed), seed(inSeed),
+          grain(std::array{10.0F, 1.0F, 0.25F, 1.0F / 3, 37.3F}[random() % 5]) {}
 
     int Pick(std::size_t inCount) { return static_cast<int>(random() % inCount); }
     bool OneIn(std::size_t inCount) { return Pick(inCount) == 0; }
@@ -281,7 +280,7 @@ struct World {
 
     std::mt19937 random;
     unsigned seed;
-    float grain = 1;
+    float grain; ///< what every size is a multiple of
     bool isEnabled = true;
     model::Rect rect;
     Clients clients;

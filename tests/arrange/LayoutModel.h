@@ -47,6 +47,7 @@ using ArrangementP = std::shared_ptr<Arrangement>;
 using Alternatives = std::vector<ArrangementP>;
 using Separators = std::vector<int>; ///< by number, 0 for none
 
+/// How often space is shared out again when that leaves only what rounding leaves.
 inline constexpr std::size_t kMostRoundingSweeps = 16;
 inline constexpr int kLeaf = -1; ///< beside the values of the group kinds, 0 to 5
 
@@ -54,7 +55,6 @@ inline constexpr int kLeaf = -1; ///< beside the values of the group kinds, 0 to
 struct Node {
     int id = 0;
     int kind = kLeaf;
-    bool isDynamic = false;
     Pair min{}, best{}, limit{}, lead{}, trail{}, spacing{};
     Pair surplus{}; ///< what a leaf reports beyond what it got
     std::array<bool, 2> isExpandable{};
@@ -184,7 +184,6 @@ struct Arrangement {
             takesPart.push_back(children[i]->isExpandable[main]);
             expandTotal += takesPart[i] ? extents[i][main] : 0;
         }
-        // Where only rounding is left over, sweeps might go on for ever.
         for (std::size_t sweeps = children.size() + kMostRoundingSweeps;
              sweeps > 0 && std::abs(slack) >= 0.0001F && expandTotal > 0; --sweeps) {
             float total = expandTotal;
