@@ -4,7 +4,8 @@
 
 #include "arrange/src/LayoutSearch.h"
 
-#include <utility>
+#include <algorithm>
+#include <cstddef>
 
 namespace brindle::arrange::impl {
 
@@ -13,56 +14,84 @@ namespace {
 using Chosen = std::vector<boost::intrusive_ptr<IArrangement>>;
 using Separators = std::vector<ISeparator*>;
 
-ISeparator* TakeLast(Separators& ioSeparators) {
-    if (ioSeparators.empty()) {
+/// Makes the layouts that were found, in their order. Stacks of one combination of alternatives
+/// that begin with the same lines, and have the same number of them, share the objects of those
+/// lines.
+class LayoutMaker {
+public:
+    LayoutMaker(AbstractArrangeableGroup& inGroup, Alternatives const& inAlternatives,
+                Separators const& inSeparators)
+        : mGroup(inGroup), mAlternatives(inAlternatives), mSeparators(inSeparators) {}
+
+    boost::intrusive_ptr<IArrangement> Make(FoundLayout const& inFound) {
+        Chosen chosen;
+        for (std::size_t child = 0; child < mAlternatives.size(); ++child) {
+            chosen.push_back(mAlternatives[child][inFound.alternatives[child]]);
+        }
+        switch (inFound.form) {
+        case LayoutForm::kRow:
+            return new RowArrangement(mGroup, chosen, mSeparators, true);
+        case LayoutForm::kColumn:
+            return new ColumnArrangement(mGroup, chosen, mSeparators, true);
+        case LayoutForm::kRowsInColumn:
+            return MakeStack<RowArrangement, ColumnArrangement>(inFound, chosen);
+        case LayoutForm::kColumnsInRow:
+            return MakeStack<ColumnArrangement, RowArrangement>(inFound, chosen);
+        }
         return nullptr;
     }
-    ISeparator* const last = ioSeparators.back();
-    ioSeparators.pop_back();
-    return last;
-}
 
-/// A stack of lines of consecutive children. A line of one child is that child's own alternative.
-template <typename Line, typename Stack>
-boost::intrusive_ptr<IArrangement>
-MakeStack(AbstractArrangeableGroup& inGroup, Chosen const& inChosen,
-          std::vector<std::uint32_t> const& inLengths, Separators inSeparators) {
-    Chosen lines;
-    auto first = inChosen.begin();
-    for (std::uint32_t const length : inLengths) {
-        Chosen const children(first, first + length);
-        first += length;
-        if (length == 1) {
-            lines.push_back(children.front());
-            continue;
+private:
+    /// A stack of lines of consecutive children. A line of one child is that child's own
+    /// alternative.
+    template <typename Line, typename Stack>
+    boost::intrusive_ptr<IArrangement> MakeStack(FoundLayout const& inFound,
+                                                 Chosen const& inChosen) {
+        std::size_t const shared = SharedLines(inFound);
+        Separators separators = mSeparators;
+        mLines.resize(shared);
+        auto first = inChosen.begin();
+        for (std::size_t line = 0; line < inFound.lines.size(); ++line) {
+            Chosen const children(first, first + inFound.lines[line]);
+            first += inFound.lines[line];
+            Separators const ofLine = TakeFromBack(separators, children.size() - 1);
+            if (line < shared) {
+                continue;
+            }
+            bool const isOnlyLine = inFound.lines.size() == 1;
+            mLines.push_back(children.size() == 1 ? children.front()
+                                                  : new Line(mGroup, children, ofLine, isOnlyLine));
         }
-        Separators separators;
-        for (std::uint32_t gap = 1; gap < length; ++gap) {
-            separators.push_back(TakeLast(inSeparators));
-        }
-        bool const isOnlyLine = inLengths.size() == 1;
-        lines.push_back(new Line(inGroup, children, separators, isOnlyLine));
+        mLast = inFound;
+        return new Stack(mGroup, mLines, separators, true);
     }
-    return new Stack(inGroup, lines, inSeparators, true);
-}
 
-boost::intrusive_ptr<IArrangement> Make(AbstractArrangeableGroup& inGroup,
-                                        FoundLayout const& inFound, Chosen const& inChosen,
-                                        Separators const& inSeparators) {
-    switch (inFound.form) {
-    case LayoutForm::kRow:
-        return new RowArrangement(inGroup, inChosen, inSeparators, true);
-    case LayoutForm::kColumn:
-        return new ColumnArrangement(inGroup, inChosen, inSeparators, true);
-    case LayoutForm::kRowsInColumn:
-        return MakeStack<RowArrangement, ColumnArrangement>(inGroup, inChosen, inFound.lines,
-                                                            inSeparators);
-    case LayoutForm::kColumnsInRow:
-        return MakeStack<ColumnArrangement, RowArrangement>(inGroup, inChosen, inFound.lines,
-                                                            inSeparators);
+    /// How many lines the layout shares with the one before it, which by the order of trying is the
+    /// one that it shares most with.
+    std::size_t SharedLines(FoundLayout const& inFound) const {
+        if (inFound.form != mLast.form || inFound.lines.size() != mLast.lines.size() ||
+            inFound.alternatives != mLast.alternatives) {
+            return 0;
+        }
+        auto const differing =
+            std::mismatch(inFound.lines.begin(), inFound.lines.end(), mLast.lines.begin()).first;
+        return static_cast<std::size_t>(differing - inFound.lines.begin());
     }
-    return nullptr;
-}
+
+    static Separators TakeFromBack(Separators& ioSeparators, std::size_t inCount) {
+        Separators taken;
+        for (; taken.size() < inCount && !ioSeparators.empty(); ioSeparators.pop_back()) {
+            taken.push_back(ioSeparators.back());
+        }
+        return taken;
+    }
+
+    AbstractArrangeableGroup& mGroup;
+    Alternatives const& mAlternatives;
+    Separators const& mSeparators;
+    FoundLayout mLast;
+    Chosen mLines; // those of the last stack
+};
 
 } // namespace
 
@@ -80,12 +109,9 @@ void BuildLayouts(ArrangementSet& ioSet, AbstractArrangeableGroup& inGroup,
             sizes.push_back({alternative->MinWidth(), alternative->MinHeight()});
         }
     }
+    LayoutMaker maker(inGroup, inAlternatives, inSeparators);
     for (FoundLayout const& found : FindLayouts(problem)) {
-        Chosen chosen;
-        for (std::size_t child = 0; child < inAlternatives.size(); ++child) {
-            chosen.push_back(inAlternatives[child][found.alternatives[child]]);
-        }
-        ioSet.AddArrangement(Make(inGroup, found, chosen, inSeparators));
+        ioSet.AddArrangement(maker.Make(found));
     }
 }
 
