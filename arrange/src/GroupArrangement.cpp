@@ -251,7 +251,7 @@ float AxisArrangement<kMainAxis>::UnusedArea(geom::PointT<float> const& inSize) 
     float const spacing = Axes::Main::Spacing(mOwner.Get());
     float used = 0;
     float inner = 0;
-    for (std::size_t index = 0; index < mChildren.size(); ++index) {
+    for (std::size_t index = 0; index < mChildExtents.size(); ++index) {
         float const gap = index > 0 ? spacing : 0;
         float const extent = Axes::Main::Extent(mChildExtents[index]);
         inner += mChildren[index]->UnusedArea(Axes::Point(extent, availableCross)) +
@@ -286,7 +286,7 @@ geom::PointT<float> AxisArrangement<kMainAxis>::Arrange(geom::RectT<float> const
     float previousCross = 0;
     float previousCrossPosition = 0;
     float largestCross = 0;
-    for (std::size_t index = 0; index < mChildren.size(); ++index) {
+    for (std::size_t index = 0; index < mChildExtents.size(); ++index) {
         if (index > 0) {
             cursor += Main::Spacing(mOwner.Get());
         }
@@ -382,7 +382,7 @@ void AxisArrangement<kMainAxis>::DistributeAnew(geom::PointT<float> const& inAva
     float const slack = availableMain - Axes::Main::Min(*this) + MainMargins();
     float expandTotal = 0;
     float usedCross = 0;
-    for (std::size_t index = 0; index < mChildren.size(); ++index) {
+    for (std::size_t index = 0; index < mChildExtents.size(); ++index) {
         IArrangement const& child = *mChildren[index];
         ChildExtent& extent = mChildExtents[index];
         float const main = Axes::Main::Best(child);
@@ -408,7 +408,7 @@ float AxisArrangement<kMainAxis>::ShareOut(float inSlack, float inExpandTotal) c
     std::size_t sweepsLeft = mChildren.size() + kMostRoundingSweeps;
     while (std::fabs(slack) >= kTolerance && expandTotal > 0 && sweepsLeft-- > 0) {
         float total = expandTotal;
-        for (std::size_t index = 0; index < mChildren.size(); ++index) {
+        for (std::size_t index = 0; index < mChildExtents.size(); ++index) {
             ChildExtent& extent = mChildExtents[index];
             if (!extent.expandable) {
                 continue;

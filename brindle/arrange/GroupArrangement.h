@@ -51,6 +51,7 @@ protected:
     float mBestWidth = -1;
     float mBestHeight = -1;
     NodePointer<AbstractArrangeableGroup> mOwner;
+    // None before Prepare: until then nothing is laid out.
     mutable std::vector<ChildExtent> mChildExtents;
     mutable geom::PointT<float> mUsed;
     mutable geom::PointT<float> mLastAvailable;
