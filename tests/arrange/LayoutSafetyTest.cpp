@@ -150,8 +150,7 @@ TEST(LayoutSafety, AChangedTypeIsArrangedWhereItStands) {
             // Measuring or arranging what stands in the group, or before it.
             Leaf& leaf = leaves[moment % 2];
             (moment < 4 ? leaf.whenAsked : leaf.whenArranged) = change;
-            leaf.Invalidate();
-            changing.InvalidateAll();
+            moment < 4 ? leaf.Invalidate() : changing.InvalidateAll();
         }
         root.Rearrange();
         EXPECT_EQ(leaves[2].x, 0) << moment;
@@ -190,7 +189,7 @@ TEST(LayoutSafety, ExceptionsAndPassesLeaveTheTreeUsable) {
     Leaf leaves[2];
     Box<Row> root(&leaves[0], &leaves[1]);
     for (Action* const operation : {&root.whenBuilding, &leaves[0].whenArranged,
-                                    &leaves[1].whenAsked, &leaves[1].whenOffered}) {
+                                    &leaves[1].whenAsked, &leaves[0].whenOffered}) {
         *operation = [] { throw std::runtime_error("not now"); };
         EXPECT_THROW((leaves[1].Invalidate(), root.Arrange(kPage)), std::runtime_error);
         root.placed = 0;
@@ -228,6 +227,14 @@ TEST(LayoutSafety, SeparatorsChangeWithTheNumberOfChildren) {
     root.Rearrange();
     EXPECT_EQ(root.built, 5);
     EXPECT_EQ(root.placed, 3);
+    // A refusal in the middle of building leaves none of the freed ones either.
+    auto const child = root.nodes.back();
+    root.nodes.pop_back();
+    root.whenBuilding = [] { throw std::runtime_error("not now"); };
+    EXPECT_THROW(root.Invalidate(), std::runtime_error);
+    root.nodes.push_back(child);
+    root.Invalidate();
+    EXPECT_EQ(root.built, 8);
 }
 
 TEST(LayoutSafety, WhatIsEmptyOrCopiedIsArranged) {
