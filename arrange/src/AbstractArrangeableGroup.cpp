@@ -121,7 +121,8 @@ bool AbstractArrangeableGroup::Combine(Children const& inChildren, ArrangementSe
         }
         std::vector<boost::intrusive_ptr<IArrangement>> ofChild;
         for (std::size_t index = 0; index < set.Size(); ++index) {
-            if (auto alternative = set[index]; alternative->Depth() < kDeepestArrangement) {
+            if (auto alternative = set[index]; alternative->Depth() < kDeepestArrangement &&
+                                               alternative->Count() <= kLargestArrangement) {
                 ofChild.push_back(std::move(alternative));
             }
         }

@@ -97,6 +97,7 @@ GroupArrangement::GroupArrangement(
     : mOwner(&inOwner), mChildren(inChildren), mSeparators(inSeparators), mIsOuter(inIsOuter) {
     for (auto const& child : mChildren) {
         mDepth = std::max(mDepth, child->Depth() + 1);
+        mCount += child->Count();
     }
 }
 

@@ -10,5 +10,8 @@ constexpr std::uint32_t kDeepestTree = 2000;
 /// So are alternatives that stand in one another deeper than this. A wrapping group adds two
 /// levels.
 constexpr std::uint32_t kDeepestArrangement = 2 * kDeepestTree;
+/// And alternatives that are made of more than this. Nodes that show each other twice, by mistake,
+/// double with each measuring.
+constexpr std::uint64_t kLargestArrangement = 1 << 20;
 
 } // namespace brindle::arrange::impl

@@ -112,6 +112,18 @@ TEST(LayoutSafety, AnyDepthAndAnyRingEnds) {
     lower.SetParent(&upper);
     upper.InvalidateAll();
     EXPECT_GT(upper.Arrange(kPage).x, 0);
+
+    // Each time that one of them is measured it holds what the other one was before, twice.
+    Box<Row> one(&leaf);
+    Box<Row> other(&one, &one);
+    one.nodes.insert(one.nodes.end(), 2, [&] { return &other; });
+    for (int count = 0; count < 64; ++count) {
+        IArrangeable& node = count % 2 == 0 ? static_cast<IArrangeable&>(one) : other;
+        node.SetParent(nullptr);
+        node.EnableArrangement(false);
+        node.Invalidate();
+        EXPECT_LE(node.Arrangements()[0]->Count(), std::uint64_t{1} << 23);
+    }
 }
 
 TEST(LayoutSafety, OddSizesEnd) {
