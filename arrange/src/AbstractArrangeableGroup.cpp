@@ -4,11 +4,15 @@
 #include "arrange/src/Limits.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace brindle::arrange::impl {
 
 namespace {
+
+// How often children may go in the middle of being measured before the group counts as empty.
+constexpr int kMostCollections = 5;
 
 /// The address of a child that a client passes on without looking at it, null perhaps.
 IArrangeable* AddressOf(IArrangeable& inChild) {
@@ -24,6 +28,15 @@ IArrangeable* AddressOf(IArrangeable& inChild) {
 AbstractArrangeableGroup::AbstractArrangeableGroup(IArrangeable* inParent)
     : IArrangeable(inParent) {}
 
+AbstractArrangeableGroup::AbstractArrangeableGroup(AbstractArrangeableGroup const& inOther)
+    : IArrangeable(inOther) {}
+
+AbstractArrangeableGroup&
+AbstractArrangeableGroup::operator=(AbstractArrangeableGroup const& inOther) {
+    IArrangeable::operator=(inOther);
+    return *this;
+}
+
 AbstractArrangeableGroup::~AbstractArrangeableGroup() = default;
 
 void AbstractArrangeableGroup::Position(geom::PointT<float> const&) {}
@@ -31,51 +44,85 @@ void AbstractArrangeableGroup::Position(geom::PointT<float> const&) {}
 void AbstractArrangeableGroup::SetDimensions(geom::PointT<float> const&) {}
 
 void AbstractArrangeableGroup::BuildSeparators() {
+    // A client may have this group replaced, or its separators built once more, in the middle.
+    NodePointer<AbstractArrangeableGroup> const self(this);
+    std::uint32_t const build = ++mSeparatorBuilds;
+    auto const isOvertaken = [&] { return self.IsGone() || mSeparatorBuilds != build; };
+    // Until there are new ones there are none, whatever is arranged or thrown meanwhile.
+    mSeparators.clear();
     ClearSeparators();
-    if (mChildren.empty()) {
+    if (isOvertaken() || mChildren.empty()) {
         return;
     }
-    mSeparators.resize(mChildren.size() - 1);
-    for (ISeparator*& separator : mSeparators) {
+    std::vector<ISeparator*> separators(mChildren.size() - 1);
+    for (ISeparator*& separator : separators) {
         separator = BuildSeparator();
+        if (isOvertaken()) {
+            return;
+        }
     }
+    mSeparators = std::move(separators);
+}
+
+bool AbstractArrangeableGroup::HasSeparator(ISeparator const* inSeparator) const noexcept {
+    return std::find(mSeparators.begin(), mSeparators.end(), inSeparator) != mSeparators.end();
 }
 
 void AbstractArrangeableGroup::RebuildSelf() {
     mArrangements.Clear();
-    std::vector<IArrangeable*> children;
-    arrange::VisitChildren(*this, [&](IArrangeable& inChild) {
-        children.push_back(AddressOf(inChild));
-        return true;
-    });
-    for (IArrangeable* const child : children) {
-        if (child != nullptr) {
-            child->SetParent(this);
+    for (int attempt = 0; attempt < kMostCollections && *Lifeline(); ++attempt) {
+        Children const children = CollectChildren();
+        if (children.empty()) {
+            return;
+        }
+        if (mSeparators.size() != children.size() - 1) {
+            BuildSeparators();
+        }
+        // What is not prepared yet is not to be arranged by a client that asks for it from within.
+        ArrangementSet set;
+        if (Combine(children, set)) {
+            set.Prepare();
+            mArrangements = std::move(set);
+            return;
         }
     }
-    mChildren = children;
-    if (children.empty()) {
-        return;
+}
+
+AbstractArrangeableGroup::Children AbstractArrangeableGroup::CollectChildren() {
+    Children children;
+    std::vector<IArrangeable*> nodes;
+    arrange::VisitChildren(*this, [&](IArrangeable& inChild) {
+        nodes.push_back(AddressOf(inChild));
+        children.emplace_back(nodes.back());
+        return true;
+    });
+    for (auto const& child : children) {
+        if (IArrangeable* const node = child.Get()) {
+            node->SetParent(this);
+        }
     }
-    if (mSeparators.size() != children.size() - 1) {
-        BuildSeparators();
-    }
-    Combine(children);
-    mArrangements.Prepare();
+    mChildren = std::move(nodes);
+    return children;
 }
 
 /// Builds the layouts of all combinations of the children's alternatives, the first child varying
 /// slowest. A child without alternatives is left out; with a null child there are no layouts.
-void AbstractArrangeableGroup::Combine(std::vector<IArrangeable*> const& inChildren) {
+/// False if a child went while another one was measured, so that they are to be collected anew.
+bool AbstractArrangeableGroup::Combine(Children const& inChildren, ArrangementSet& ioSet) {
     Alternatives alternatives;
-    for (IArrangeable* const child : inChildren) {
+    for (auto const& pointer : inChildren) {
+        IArrangeable* const child = pointer.Get();
         if (child == nullptr) {
-            return;
+            return !pointer.IsGone();
         }
         ArrangementSet const& set = child->Arrangements();
+        if (pointer.IsGone()) {
+            return false;
+        }
         std::vector<boost::intrusive_ptr<IArrangement>> ofChild;
         for (std::size_t index = 0; index < set.Size(); ++index) {
-            if (auto alternative = set[index]; alternative->Depth() < kDeepestArrangement) {
+            if (auto alternative = set[index]; alternative->Depth() < kDeepestArrangement &&
+                                               alternative->Count() <= kLargestArrangement) {
                 ofChild.push_back(std::move(alternative));
             }
         }
@@ -88,8 +135,8 @@ void AbstractArrangeableGroup::Combine(std::vector<IArrangeable*> const& inChild
                     [](auto const& inOfChild) { return inOfChild.size() == 1; });
     std::vector<LayoutForm> const forms = Forms();
     if (!isOneCombination && !forms.empty()) {
-        BuildLayouts(mArrangements, *this, forms, alternatives, mSeparators);
-        return;
+        BuildLayouts(ioSet, *this, forms, alternatives, mSeparators);
+        return true;
     }
     std::vector<std::size_t> choice(alternatives.size());
     std::vector<boost::intrusive_ptr<IArrangement>> chosen(alternatives.size());
@@ -98,11 +145,12 @@ void AbstractArrangeableGroup::Combine(std::vector<IArrangeable*> const& inChild
         for (; varying < choice.size(); ++varying) {
             chosen[varying] = alternatives[varying][choice[varying]];
         }
-        BuildArrangements(mArrangements, chosen, mSeparators);
+        BuildArrangements(ioSet, chosen, mSeparators);
         while (varying > 0 && ++choice[varying - 1] == alternatives[varying - 1].size()) {
             choice[--varying] = 0;
         }
     } while (varying-- > 0);
+    return true;
 }
 
 } // namespace brindle::arrange::impl

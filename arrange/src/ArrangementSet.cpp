@@ -9,8 +9,9 @@ namespace brindle::arrange::impl {
 
 namespace {
 
+/// What is not a number is as small as anything, so that such alternatives do not pile up.
 bool IsAtMost(IArrangement const& inLHS, IArrangement const& inRHS) {
-    return inLHS.MinWidth() <= inRHS.MinWidth() && inLHS.MinHeight() <= inRHS.MinHeight();
+    return !(inLHS.MinWidth() > inRHS.MinWidth()) && !(inLHS.MinHeight() > inRHS.MinHeight());
 }
 
 float DistanceFromGoldenRatio(IArrangement const& inArrangement) {
@@ -25,9 +26,9 @@ bool IsNearerGoldenRatio(IArrangement const& inLHS, IArrangement const& inRHS) {
 /// An alternative beside a size, for the choice among them.
 class Candidate {
 public:
-    Candidate(IArrangement& inArrangement, geom::PointT<float> const& inSize)
-        : mArrangement(&inArrangement), mSize(inSize),
-          mFits(inSize.x >= inArrangement.MinWidth() && inSize.y >= inArrangement.MinHeight()) {}
+    Candidate(boost::intrusive_ptr<IArrangement> inArrangement, geom::PointT<float> const& inSize)
+        : mArrangement(std::move(inArrangement)), mSize(inSize),
+          mFits(inSize.x >= mArrangement->MinWidth() && inSize.y >= mArrangement->MinHeight()) {}
 
     bool IsBetterThan(Candidate& ioBest) {
         if (mFits != ioBest.mFits) {
@@ -49,7 +50,9 @@ public:
         return IsNearerGoldenRatio(*mArrangement, *ioBest.mArrangement);
     }
 
-    IArrangement& Arrangement() const { return *mArrangement; }
+    geom::PointT<float> Arrange(geom::RectT<float> const& inRect) {
+        return mArrangement->Arrange(inRect);
+    }
 
 private:
     // Shares out the space of the whole alternative, so it is worked out only once.
@@ -62,7 +65,8 @@ private:
 
     float MinimumArea() const { return mArrangement->MinWidth() * mArrangement->MinHeight(); }
 
-    IArrangement* mArrangement;
+    // Held, as a client that invalidates in the middle may have its set rebuilt.
+    boost::intrusive_ptr<IArrangement> mArrangement;
     geom::PointT<float> mSize;
     bool mFits;
     std::optional<float> mUnusedArea;
@@ -115,16 +119,14 @@ geom::PointT<float> ArrangementSet::Arrange(geom::RectT<float> const& inRect) co
         return {};
     }
     geom::PointT<float> const size{inRect.width, inRect.height};
-    Candidate best(*mArrangements.front(), size);
+    Candidate best(mArrangements.front(), size);
     for (std::size_t index = 1; index < mArrangements.size(); ++index) {
-        Candidate candidate(*mArrangements[index], size);
+        Candidate candidate(mArrangements[index], size);
         if (candidate.IsBetterThan(best)) {
-            best = candidate;
+            best = std::move(candidate);
         }
     }
-    // A client that invalidates in the middle may have this set rebuilt.
-    boost::intrusive_ptr<IArrangement> const kept(&best.Arrangement());
-    return kept->Arrange(inRect);
+    return best.Arrange(inRect);
 }
 
 } // namespace brindle::arrange::impl

@@ -49,13 +49,11 @@ void DynamicGroup::SetDimensions(geom::PointT<float> const&) {}
 
 void DynamicGroup::SetArrangementType(GroupArrangementType inType, IArrangeable* inParent) {
     bool const isOtherType = inType != mType;
-    IArrangeable* holder = nullptr;
+    impl::NodePointer<IArrangeable> holder;
     if (isOtherType || mGroup == nullptr) {
-        holder = mGroup != nullptr ? mGroup->Parent() : nullptr;
-        GroupPointer group = MakeGroup(inType, this, inParent != nullptr ? inParent : holder);
-        if (group == nullptr) {
-            holder = nullptr;
-        } else {
+        IArrangeable* const parent = mGroup != nullptr ? mGroup->Parent() : nullptr;
+        if (GroupPointer group = MakeGroup(inType, this, inParent != nullptr ? inParent : parent)) {
+            holder = impl::NodePointer<IArrangeable>(parent);
             Replace(std::move(group));
         }
     }
@@ -64,8 +62,8 @@ void DynamicGroup::SetArrangementType(GroupArrangementType inType, IArrangeable*
         mGroup->Invalidate();
     }
     // It still holds what was built of the replaced group, which is gone.
-    if (holder != nullptr) {
-        holder->Invalidate();
+    if (IArrangeable* const node = holder.Get()) {
+        node->Invalidate();
     }
 }
 
@@ -76,6 +74,7 @@ void DynamicGroup::Replace(GroupPointer inGroup) {
         mReplacedAtWork.end());
     mGroup.swap(inGroup);
     if (inGroup != nullptr && inGroup->IsAtWork()) {
+        inGroup->Retire();
         mReplacedAtWork.push_back(std::move(inGroup));
     }
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 
 namespace brindle::arrange::impl {
@@ -14,6 +15,13 @@ namespace {
 // Sizes nearer than this are the same, and so little space is not worth sharing out.
 constexpr float kTolerance = 0.0001F;
 constexpr std::size_t kMostRoundingSweeps = 16;
+constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
+// The same as no size, itself included.
+constexpr geom::PointT<float> kNoSize{kNotANumber, kNotANumber};
+
+bool IsSame(geom::PointT<float> const& inLHS, geom::PointT<float> const& inRHS) {
+    return std::fabs(inLHS.x - inRHS.x) < kTolerance && std::fabs(inLHS.y - inRHS.y) < kTolerance;
+}
 
 /// What the interfaces call width and height, left and top, told once for the axis it is.
 template <MainAxis kAxis>
@@ -89,6 +97,7 @@ GroupArrangement::GroupArrangement(
     : mOwner(&inOwner), mChildren(inChildren), mSeparators(inSeparators), mIsOuter(inIsOuter) {
     for (auto const& child : mChildren) {
         mDepth = std::max(mDepth, child->Depth() + 1);
+        mCount += child->Count();
     }
 }
 
@@ -314,16 +323,20 @@ geom::PointT<float> AxisArrangement<kMainAxis>::Arrange(geom::RectT<float> const
 template <MainAxis kMainAxis>
 void AxisArrangement<kMainAxis>::PlaceSeparator(std::size_t inIndex, float inEnd,
                                                 float inCrossPosition, float inCross) {
-    // A group that is gone has taken its separators along.
-    AbstractArrangeableGroup const* const owner = mOwner.Get();
-    if (owner == nullptr || inIndex >= mSeparators.size() || mSeparators[inIndex] == nullptr) {
+    if (inIndex >= mSeparators.size() || mSeparators[inIndex] == nullptr) {
         return;
     }
-    float const position = inEnd - Axes::Main::Spacing(owner);
-    mSeparators[inIndex]->Place(Axes::kIsRow ? kSeparatorOrientation_InRow
-                                             : kSeparatorOrientation_InColumn,
-                                Axes::Rect(Axes::Point(position, inCrossPosition),
-                                           Axes::Point(Axes::Main::Spacing(owner), inCross)));
+    float const position = inEnd - Axes::Main::Spacing(mOwner.Get());
+    float const extent = Axes::Main::Spacing(mOwner.Get());
+    // A group that is gone has taken its separators along, and one that was measured anew in the
+    // middle may have freed them.
+    AbstractArrangeableGroup const* const owner = mOwner.Get();
+    if (owner == nullptr || !owner->HasSeparator(mSeparators[inIndex])) {
+        return;
+    }
+    mSeparators[inIndex]->Place(
+        Axes::kIsRow ? kSeparatorOrientation_InRow : kSeparatorOrientation_InColumn,
+        Axes::Rect(Axes::Point(position, inCrossPosition), Axes::Point(extent, inCross)));
 }
 
 /// The space between the children, of which there is none without children.
@@ -347,11 +360,24 @@ float AxisArrangement<kMainAxis>::CrossMargins() const {
 /// Gives each child its extents of a space that is free of margins already.
 template <MainAxis kMainAxis>
 void AxisArrangement<kMainAxis>::Distribute(geom::PointT<float> const& inAvailable) const {
-    if (std::fabs(mLastAvailable.x - inAvailable.x) < kTolerance &&
-        std::fabs(mLastAvailable.y - inAvailable.y) < kTolerance) {
+    if (IsSame(mLastAvailable, inAvailable)) {
         return;
     }
     mLastAvailable = inAvailable;
+    try {
+        DistributeAnew(inAvailable);
+    } catch (...) {
+        mLastAvailable = kNoSize;
+        throw;
+    }
+    // A client may have had another size shared out in the middle: then the extents are of neither.
+    if (!IsSame(mLastAvailable, inAvailable)) {
+        mLastAvailable = kNoSize;
+    }
+}
+
+template <MainAxis kMainAxis>
+void AxisArrangement<kMainAxis>::DistributeAnew(geom::PointT<float> const& inAvailable) const {
     float const availableMain = Axes::Main::Coordinate(inAvailable);
     float const availableCross = Axes::Cross::Coordinate(inAvailable);
     float const slack = availableMain - Axes::Main::Min(*this) + MainMargins();

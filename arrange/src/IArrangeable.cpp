@@ -31,7 +31,7 @@ IArrangeable::IArrangeable(IArrangeable const& inOther)
     : mIsEnabled(inOther.mIsEnabled), mRectangle(inOther.mRectangle), mParent(inOther.mParent) {}
 
 IArrangeable& IArrangeable::operator=(IArrangeable const& inOther) {
-    mIsValid = false;
+    MarkInvalid();
     mIsEnabled = inOther.mIsEnabled;
     mRectangle = inOther.mRectangle;
     mParent = inOther.mParent;
@@ -64,7 +64,7 @@ geom::PointT<float> IArrangeable::Arrange(geom::RectT<float> const& inRect) {
     for (int pass = 0; pass < kMostPasses; ++pass) {
         RebuildIfInvalid();
         size = ArrangementsSelf().Arrange(rect);
-        if (mIsValid) {
+        if (mIsValid || !*mIsAlive) {
             break;
         }
     }
@@ -92,11 +92,7 @@ void IArrangeable::EnableArrangement(bool inEnabled) {
 }
 
 void IArrangeable::Invalidate() {
-    // Upward as far as what is built of this node is valid; so it also ends where parents go in a
-    // ring.
-    for (IArrangeable* node = this; node != nullptr && std::exchange(node->mIsValid, false);) {
-        node = node->Parent();
-    }
+    MarkInvalid();
     if (IArrangeable& root = Root(); root.mIsEnabled) {
         root.Rearrange();
     }
@@ -106,6 +102,7 @@ void IArrangeable::InvalidateAll() {
     if (!ArrangementEnabled()) {
         return;
     }
+    Work const work(*this);
     arrange::VisitChildren(*this, [](IArrangeable& inChild) {
         inChild.Invalidate();
         return true;
@@ -141,10 +138,18 @@ IArrangeable& IArrangeable::Root() noexcept {
     return const_cast<IArrangeable&>(std::as_const(*this).Root());
 }
 
+/// Upward as far as what is built of this node is valid; so it also ends where parents go in a
+/// ring.
+void IArrangeable::MarkInvalid() noexcept {
+    for (IArrangeable* node = this; node != nullptr && std::exchange(node->mIsValid, false);) {
+        node = node->Parent();
+    }
+}
+
 void IArrangeable::RebuildIfInvalid() {
     // A node that is found among its own descendants is left out there, and so is what stands
-    // deeper than the stack can carry.
-    if (mIsValid || mIsRebuilding || S_rebuildDepth == impl::kDeepestTree) {
+    // deeper than the stack can carry. A retired one has lost its children to its successor.
+    if (mIsValid || mIsRebuilding || !*mIsAlive || S_rebuildDepth == impl::kDeepestTree) {
         return;
     }
     struct Rebuilding {

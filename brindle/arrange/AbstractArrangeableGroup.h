@@ -5,9 +5,11 @@
 #include <brindle/arrange/IArrangeable.h>
 #include <brindle/arrange/ISeparator.h>
 #include <brindle/arrange/LayoutForm.h>
+#include <brindle/arrange/NodePointer.h>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
+#include <cstdint>
 #include <vector>
 
 namespace brindle::arrange::impl {
@@ -20,6 +22,9 @@ namespace brindle::arrange::impl {
 class BRN_API AbstractArrangeableGroup : public virtual IArrangeable {
 public:
     explicit AbstractArrangeableGroup(IArrangeable* inParent = nullptr);
+    /// A copy has its own separators, once it is measured.
+    AbstractArrangeableGroup(AbstractArrangeableGroup const& inOther);
+    AbstractArrangeableGroup& operator=(AbstractArrangeableGroup const& inOther);
     ~AbstractArrangeableGroup() override;
 
     bool VisitChildren(boost::function<bool(IArrangeable const&)> inFunction) const override = 0;
@@ -54,15 +59,21 @@ public:
     void SetChildren(std::vector<IArrangeable*>& inChildren) { mChildren = inChildren; }
     /// Has the separators built anew, one for each gap between the children.
     void BuildSeparators();
+    /// Whether the separator is one of those that were built last.
+    bool HasSeparator(ISeparator const* inSeparator) const noexcept;
 
 private:
     void RebuildSelf() override;
     ArrangementSet& ArrangementsSelf() override { return mArrangements; }
 
-    void Combine(std::vector<IArrangeable*> const& inChildren);
+    using Children = std::vector<NodePointer<IArrangeable>>;
+
+    Children CollectChildren();
+    bool Combine(Children const& inChildren, ArrangementSet& ioSet);
 
     std::vector<IArrangeable*> mChildren;
     std::vector<ISeparator*> mSeparators;
+    std::uint32_t mSeparatorBuilds = 0;
     ArrangementSet mArrangements;
 };
 

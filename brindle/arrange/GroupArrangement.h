@@ -96,6 +96,7 @@ private:
     float ExpandedCross(float inAvailable) const;
     void PlaceSeparator(std::size_t inIndex, float inEnd, float inCrossPosition, float inCross);
     void Distribute(geom::PointT<float> const& inAvailable) const;
+    void DistributeAnew(geom::PointT<float> const& inAvailable) const;
     float ShareOut(float inSlack, float inExpandTotal) const;
 };
 

@@ -25,6 +25,7 @@ public:
     explicit IArrangeable(IArrangeable* inParent = nullptr);
     /// A copy has the same parent and has not been measured yet.
     IArrangeable(IArrangeable const& inOther);
+    /// What this node was part of is measured anew too, when it is arranged next.
     IArrangeable& operator=(IArrangeable const& inOther);
     virtual ~IArrangeable();
 
@@ -65,8 +66,10 @@ public:
     /// The alternatives of this node, measured anew if it was invalid.
     impl::ArrangementSet& Arrangements();
 
-    /// True as long as this node exists.
+    /// True as long as this node exists and is not retired.
     std::shared_ptr<bool const> Lifeline() const noexcept { return mIsAlive; }
+    /// From now on the node counts as gone, although an operation of it has not returned yet.
+    void Retire() noexcept { *mIsAlive = false; }
     /// Whether an operation that measures or arranges this node has not returned yet.
     bool IsAtWork() const noexcept { return mWorkDepth != 0; }
 
@@ -79,6 +82,7 @@ private:
     IArrangeable const& Root() const noexcept;
     IArrangeable& Root() noexcept;
     void RebuildIfInvalid();
+    void MarkInvalid() noexcept;
 
     bool mIsValid = false;
     bool mIsEnabled = true;

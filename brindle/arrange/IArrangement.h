@@ -44,11 +44,14 @@ public:
 
     /// How many alternatives stand one in another here: 1 for a leaf's.
     std::uint32_t Depth() const noexcept { return mDepth; }
+    /// How many alternatives this one is made of, itself included: 1 for a leaf's.
+    std::uint64_t Count() const noexcept { return mCount; }
 
 protected:
     IArrangement() = default;
 
     std::uint32_t mDepth = 1;
+    std::uint64_t mCount = 1;
 };
 
 } // namespace brindle::arrange::impl

@@ -17,6 +17,8 @@ public:
     }
 
     Node* Get() const noexcept { return mIsAlive != nullptr && *mIsAlive ? mNode : nullptr; }
+    /// Whether there was a node.
+    bool IsGone() const noexcept { return mIsAlive != nullptr && !*mIsAlive; }
 
 private:
     Node* mNode = nullptr;
