@@ -64,10 +64,6 @@ void AbstractArrangeableGroup::BuildSeparators() {
     mSeparators = std::move(separators);
 }
 
-bool AbstractArrangeableGroup::HasSeparator(ISeparator const* inSeparator) const noexcept {
-    return std::find(mSeparators.begin(), mSeparators.end(), inSeparator) != mSeparators.end();
-}
-
 void AbstractArrangeableGroup::RebuildSelf() {
     mArrangements.Clear();
     for (int attempt = 0; attempt < kMostCollections && *Lifeline(); ++attempt) {

@@ -9,9 +9,8 @@ namespace brindle::arrange::impl {
 
 namespace {
 
-/// What is not a number is as small as anything, so that such alternatives do not pile up.
 bool IsAtMost(IArrangement const& inLHS, IArrangement const& inRHS) {
-    return !(inLHS.MinWidth() > inRHS.MinWidth()) && !(inLHS.MinHeight() > inRHS.MinHeight());
+    return inLHS.MinWidth() <= inRHS.MinWidth() && inLHS.MinHeight() <= inRHS.MinHeight();
 }
 
 float DistanceFromGoldenRatio(IArrangement const& inArrangement) {

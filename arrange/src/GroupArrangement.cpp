@@ -94,7 +94,8 @@ GroupArrangement::GroupArrangement(
     AbstractArrangeableGroup& inOwner,
     std::vector<boost::intrusive_ptr<IArrangement>> const& inChildren,
     std::vector<ISeparator*> const& inSeparators, bool inIsOuter)
-    : mOwner(&inOwner), mChildren(inChildren), mSeparators(inSeparators), mIsOuter(inIsOuter) {
+    : mOwner(&inOwner), mChildren(inChildren), mSeparators(inSeparators),
+      mSeparatorBuilds(inOwner.SeparatorBuilds()), mIsOuter(inIsOuter) {
     for (auto const& child : mChildren) {
         mDepth = std::max(mDepth, child->Depth() + 1);
         mCount += child->Count();
@@ -331,7 +332,7 @@ void AxisArrangement<kMainAxis>::PlaceSeparator(std::size_t inIndex, float inEnd
     // A group that is gone has taken its separators along, and one that was measured anew in the
     // middle may have freed them.
     AbstractArrangeableGroup const* const owner = mOwner.Get();
-    if (owner == nullptr || !owner->HasSeparator(mSeparators[inIndex])) {
+    if (owner == nullptr || owner->SeparatorBuilds() != mSeparatorBuilds) {
         return;
     }
     mSeparators[inIndex]->Place(

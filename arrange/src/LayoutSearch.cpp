@@ -11,7 +11,7 @@ namespace brindle::arrange::impl {
 namespace {
 
 constexpr double kMostTried = 1 << 18;
-constexpr double kMostTriedUnbounded = 1 << 12; // sizes that do not compare are all kept
+constexpr double kMostTriedUnbounded = 1 << 10; // sizes that do not compare are all kept
 constexpr double kMostLines = 1 << 21;          // those of two thousand children
 constexpr double kMostLineSteps = 1e9;          // some seconds' walk
 

@@ -43,7 +43,7 @@ struct FoundLayout {
 ///   that children can form and with the sizes kept, not with the layouts that there are.
 /// - Where sums round, everything is tried up to 2^18 candidates, so the result is just that, too.
 ///   Beyond, sizes compare as exact arithmetic gives them.
-/// - Where sums may overflow, or sizes are not finite, everything is tried up to 2^12 candidates.
+/// - Where sums may overflow, or sizes are not finite, everything is tried up to 2^10 candidates.
 ///   Beyond, as with more than two thousand children to wrap, the result is a few layouts of the
 ///   children's first alternatives, wrapped into lines of equal count.
 ///

@@ -59,8 +59,8 @@ public:
     void SetChildren(std::vector<IArrangeable*>& inChildren) { mChildren = inChildren; }
     /// Has the separators built anew, one for each gap between the children.
     void BuildSeparators();
-    /// Whether the separator is one of those that were built last.
-    bool HasSeparator(ISeparator const* inSeparator) const noexcept;
+    /// How often they were built: separators of an earlier time are not used any more.
+    std::uint32_t SeparatorBuilds() const noexcept { return mSeparatorBuilds; }
 
 private:
     void RebuildSelf() override;

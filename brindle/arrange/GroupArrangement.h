@@ -8,6 +8,7 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace brindle::arrange::impl {
@@ -57,6 +58,7 @@ protected:
     mutable geom::PointT<float> mLastAvailable;
     std::vector<boost::intrusive_ptr<IArrangement>> mChildren;
     std::vector<ISeparator*> mSeparators;
+    std::uint32_t mSeparatorBuilds; // of the owner, when it had these
     bool mIsOuter;
     bool mHorizontallyExpandable = false;
     bool mVerticallyExpandable = false;

@@ -32,8 +32,8 @@ public:
     virtual float BestWidth() const = 0;
     virtual float BestHeight() const = 0;
 
-    /// Places the leaf in the rectangle, which is free of margins. Result: the size that it took, by
-    /// which what follows it is placed; a leaf with margins adds them.
+    /// Places the leaf in the rectangle, which is free of margins. Result: the size that it took,
+    /// by which what follows it is placed; a leaf with margins adds them.
     virtual geom::PointT<float> ArrangeContent(geom::RectT<float> const& inRect) = 0;
 
 private:
