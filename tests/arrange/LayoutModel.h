@@ -1,46 +1,16 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
+#include "tests/arrange/Scene.h"
+
 #include <cmath>
-#include <cstddef>
-#include <cstring>
-#include <memory>
 #include <optional>
-#include <ostream>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 /// The layout engine as plainly as it can be told: every combination of alternatives and every
 /// break into lines is tried. The tests hold the library to it, call by call.
 namespace brindle::arrange::model {
 
-using Pair = std::array<float, 2>; ///< index 0 goes across (x, width), index 1 down (y, height)
-
-struct Rect {
-    Pair origin{};
-    Pair extent{};
-};
-
-/// A call on a client's object, or a result that the client gets.
-struct Call {
-    std::string_view name;
-    int node;
-    int detail; ///< of a separator: its number, negative if it lies between children of a column
-    Rect rect;  ///< a point fills `origin`, a size `extent`
-};
-
-inline bool operator==(Call const& inLHS, Call const& inRHS) {
-    return inLHS.name == inRHS.name && inLHS.node == inRHS.node && inLHS.detail == inRHS.detail &&
-           std::memcmp(&inLHS.rect, &inRHS.rect, sizeof inLHS.rect) == 0;
-}
-
-inline std::ostream& operator<<(std::ostream& ioStream, Call const& inCall) {
-    return ioStream << inCall.name << " of " << inCall.node << " (" << inCall.detail << ") at "
-                    << inCall.rect.origin[0] << ", " << inCall.rect.origin[1] << " size "
-                    << inCall.rect.extent[0] << ", " << inCall.rect.extent[1];
-}
+using namespace tests;
 
 struct Arrangement;
 using ArrangementP = std::shared_ptr<Arrangement>;
@@ -49,70 +19,55 @@ using Separators = std::vector<int>; ///< by number, 0 for none
 
 /// How often space is shared out again when that leaves only what rounding leaves.
 inline constexpr std::size_t kMostRoundingSweeps = 16;
-inline constexpr int kLeaf = -1; ///< beside the values of the group kinds, 0 to 5
 
-/// A node: what the client answers for it, and below that what the engine keeps.
+/// What the engine keeps for a node.
 struct Node {
-    int id = 0;
-    int kind = kLeaf;
-    Pair min{}, best{}, limit{}, lead{}, trail{}, spacing{};
-    Pair surplus{}; ///< what a leaf reports beyond what it got
-    std::array<bool, 2> isExpandable{};
-    std::array<int, 2> alignment{};
-    int separatorEvery = 0; ///< each separator with a number that this divides is there
-    std::vector<Node*> children;
-
-    float Taken(std::size_t inAxis, float inAvailable) const {
-        return isExpandable[inAxis] ? std::min(inAvailable, limit[inAxis]) : best[inAxis];
-    }
-    int Separator(int inNumber) const {
-        return separatorEvery != 0 && inNumber % separatorEvery == 0 ? inNumber : 0;
-    }
-
-    std::vector<Call>* log = nullptr;
-    Node* parent = nullptr;
-    bool isValid = false;
+    int id;
+    Looks const& looks;
+    std::vector<Call>& log;
+    Node* parent;
+    bool isValid;
     Separators separators;
-    int separatorsBuilt = 0;
+    int separatorsBuilt;
     Alternatives set;
 };
 
 struct Arrangement {
     Arrangement(Node& inNode, std::size_t inAxis, Alternatives inChildren, Separators inSeparators,
                 bool inIsOuter)
-        : node(inNode), main(inAxis), cross(1 - inAxis), isOuter(inIsOuter),
+        : node(inNode), looks(node.looks), main(inAxis), cross(1 - inAxis), isOuter(inIsOuter),
           children(std::move(inChildren)), separators(std::move(inSeparators)),
           extents(children.size()) {
         if (IsLeaf()) {
-            min = node.min;
-            best = node.best;
-            isExpandable = node.isExpandable;
+            min = looks.min;
+            best = looks.best;
+            isExpandable = looks.isExpandable;
         }
-        for (auto const& child : children) {
-            min[main] += child->min[main];
-            best[main] += child->best[main];
-            min[cross] = std::max(min[cross], child->min[cross]);
-            best[cross] = std::max(best[cross], child->best[cross]);
-            isExpandable[0] = isExpandable[0] || child->isExpandable[0];
-            isExpandable[1] = isExpandable[1] || child->isExpandable[1];
+        for (std::size_t const a : {0U, 1U}) {
+            for (auto const& child : children) {
+                min[a] = a == main ? min[a] + child->min[a] : std::max(min[a], child->min[a]);
+                best[a] = a == main ? best[a] + child->best[a] : std::max(best[a], child->best[a]);
+                isExpandable[a] = isExpandable[a] || child->isExpandable[a];
+            }
+            min[a] = min[a] + (a == main ? Gaps() : 0) + Margins(a);
+            best[a] = best[a] + (a == main ? Gaps() : 0) + Margins(a);
         }
-        min = Along(min[main] + Gaps() + Margins(main), min[cross] + Margins(cross));
-        best = Along(best[main] + Gaps() + Margins(main), best[cross] + Margins(cross));
     }
 
-    bool IsLeaf() const { return node.kind == kLeaf; }
+    bool IsLeaf() const { return looks.kind == kLeaf; }
     Pair Along(float inMain, float inCross) const {
         return main == 0 ? Pair{inMain, inCross} : Pair{inCross, inMain};
     }
     float Gaps() const {
-        return children.empty() ? 0 : static_cast<float>(children.size() - 1) * node.spacing[main];
+        return children.empty() ? 0 : static_cast<float>(children.size() - 1) * looks.spacing[main];
     }
-    float Lead(std::size_t inAxis) const { return isOuter ? node.lead[inAxis] : 0; }
+    float Lead(std::size_t inAxis) const { return isOuter ? looks.lead[inAxis] : 0; }
     float Margins(std::size_t inAxis) const {
-        return isOuter ? node.lead[inAxis] + node.trail[inAxis] : 0;
+        return isOuter ? looks.lead[inAxis] + looks.trail[inAxis] : 0;
     }
+    Pair Inside(Pair inSize) const { return {inSize[0] - Margins(0), inSize[1] - Margins(1)}; }
     float Aligned(std::size_t inAxis, float inOrigin, float inSlack) const {
-        int const alignment = node.alignment[inAxis];
+        int const alignment = looks.alignment[inAxis];
         return inOrigin + (alignment == 1 ? inSlack * 0.5F : alignment == 2 ? inSlack : 0);
     }
     bool Fits(Pair inSize) const { return inSize[0] >= min[0] && inSize[1] >= min[1]; }
@@ -124,7 +79,7 @@ struct Arrangement {
     float Expanded(std::size_t inAxis, float inAvailable) const {
         float const available = inAvailable - Margins(inAxis);
         if (IsLeaf()) {
-            return node.Taken(inAxis, available) + Margins(inAxis);
+            return looks.Taken(inAxis, available) + Margins(inAxis);
         }
         float sum = 0;
         for (std::size_t i = 0; i < children.size() && sum < available; ++i) {
@@ -139,16 +94,14 @@ struct Arrangement {
             return min[1] * std::max(0.0F, min[0] - inSize[0]) +
                    min[0] * std::max(0.0F, min[1] - inSize[1]);
         }
-        float const am = inSize[main] - Margins(main), ac = inSize[cross] - Margins(cross);
+        float const am = Inside(inSize)[main], ac = Inside(inSize)[cross];
         float result = 0, pos = 0;
         for (std::size_t i = 0; i < children.size(); ++i) {
             float const m = children[i]->min[main], c = children[i]->min[cross];
-            if (am < pos + m) {
-                result += c * (m - std::max(am - pos, 0.0F));
-            }
+            result += am < pos + m ? c * (m - std::max(am - pos, 0.0F)) : 0;
             result += m * std::max(c - ac, 0.0F);
             pos += m;
-            pos += i > 0 ? node.spacing[main] : 0;
+            pos += i > 0 ? looks.spacing[main] : 0;
         }
         return result;
     }
@@ -157,15 +110,15 @@ struct Arrangement {
         if (IsLeaf()) {
             return inSize[0] * inSize[1] - Expanded(0, inSize[0]) * Expanded(1, inSize[1]);
         }
-        float const am = inSize[main] - Margins(main), ac = inSize[cross] - Margins(cross);
-        Distribute(Along(am, ac));
-        float used0 = 0, inner = 0;
+        float const am = Inside(inSize)[main], ac = Inside(inSize)[cross];
+        Distribute(Inside(inSize));
+        float usedMain = 0, inner = 0;
         for (std::size_t i = 0; i < children.size(); ++i) {
-            float const g = i > 0 ? node.spacing[main] : 0, e = extents[i][main];
+            float const g = i > 0 ? looks.spacing[main] : 0, e = extents[i][main];
             inner += children[i]->Unused(Along(e, ac)) + g * ac;
-            used0 += g + e;
+            usedMain += g + e;
         }
-        return (am - used0) * ac + inner + Margins(0) * inSize[1] + Margins(1) * inSize[0];
+        return (am - usedMain) * ac + inner + Margins(0) * inSize[1] + Margins(1) * inSize[0];
     }
 
     void Distribute(Pair inAvailable) {
@@ -204,50 +157,48 @@ struct Arrangement {
     }
 
     Pair Arrange(Rect inRect) {
-        Pair const &origin = inRect.origin, &extent = inRect.extent;
+        Pair const origin{inRect.origin[0] + Lead(0), inRect.origin[1] + Lead(1)};
+        Pair const space = Inside(inRect.extent);
         if (IsLeaf()) {
-            Pair const size{extent[0] - Margins(0), extent[1] - Margins(1)};
-            Pair const at{origin[0] + Lead(0), origin[1] + Lead(1)};
-            node.log->push_back({"ArrangeContent", node.id, 0, {at, size}});
-            return {size[0] + node.surplus[0], size[1] + node.surplus[1]};
+            Tell("ArrangeContent", 0, {origin, space});
+            return {space[0] + looks.surplus[0], space[1] + looks.surplus[1]};
         }
-        float const am = extent[main] - Margins(main), ac = extent[cross] - Margins(cross);
-        Distribute(Along(am, ac));
-        float const originMain = origin[main] + Lead(main);
-        float const originCross = origin[cross] + Lead(cross);
-        float cursor = Aligned(main, originMain, am - used[main]);
+        Distribute(space);
+        float cursor = Aligned(main, origin[main], space[main] - used[main]);
         if (isOuter) {
-            float const groupCross = Aligned(cross, originCross, ac - used[cross]);
-            node.log->push_back({"Position", node.id, 0, {Along(cursor, groupCross), {}}});
+            float const groupCross = Aligned(cross, origin[cross], space[cross] - used[cross]);
+            Tell("Position", 0, {Along(cursor, groupCross), {}});
         }
         float previousCross = 0, previousPosition = 0, largestCross = 0;
         for (std::size_t i = 0; i < children.size(); ++i) {
-            float const spacing = node.spacing[main];
+            float const spacing = looks.spacing[main];
             cursor += i > 0 ? spacing : 0;
-            float const position = Aligned(cross, originCross, ac - extents[i][cross]);
+            float const position = Aligned(cross, origin[cross], space[cross] - extents[i][cross]);
             Pair const result = children[i]->Arrange({Along(cursor, position), extents[i]});
             if (i > 0 && separators[i - 1] != 0) {
                 bool const isTaller = result[cross] > previousCross;
-                node.log->push_back(
-                    {"Place",
-                     node.id,
-                     main == 0 ? separators[i - 1] : -separators[i - 1],
+                Tell("Place", main == 0 ? separators[i - 1] : -separators[i - 1],
                      {Along(cursor - spacing, isTaller ? previousPosition : position),
-                      Along(spacing, isTaller ? previousCross : result[cross])}});
+                      Along(spacing, isTaller ? previousCross : result[cross])});
             }
             cursor += result[main];
             previousCross = result[cross];
             previousPosition = position;
             largestCross = std::max(largestCross, result[cross]);
         }
-        Pair const size = Along(std::max(am, cursor - originMain), std::max(ac, largestCross));
+        Pair const size = Along(std::max(space[main], cursor - origin[main]),
+                                std::max(space[cross], largestCross));
         if (isOuter) {
-            node.log->push_back({"SetDimensions", node.id, 0, {{}, size}});
+            Tell("SetDimensions", 0, {{}, size});
         }
         return size;
     }
+    void Tell(std::string_view inName, int inDetail, Rect const& inRect) const {
+        node.log.push_back({inName, node.id, inDetail, inRect});
+    }
 
     Node& node;
+    Looks const& looks;
     std::size_t main, cross;
     bool isOuter;
     Alternatives children;
@@ -299,11 +250,9 @@ inline void Partition(Node& ioGroup, std::size_t inLine, Alternatives const& inC
     auto const first = inChildren.end() - static_cast<std::ptrdiff_t>(inRest);
     for (std::size_t len = inRest - inCount + 1; len >= 1; --len) {
         Alternatives lines = inLines;
-        Separators rest = inSeparators, own;
-        while (own.size() + 1 < len) {
-            own.push_back(rest.back());
-            rest.pop_back();
-        }
+        auto const taken = inSeparators.rbegin() + static_cast<std::ptrdiff_t>(len - 1);
+        Separators const own(inSeparators.rbegin(), taken);
+        Separators const rest(inSeparators.begin(), taken.base());
         Alternatives const run(first, first + static_cast<std::ptrdiff_t>(len));
         lines.push_back(len == 1 ? *first
                                  : std::make_shared<Arrangement>(ioGroup, inLine, run, own,
@@ -317,11 +266,12 @@ inline void Partition(Node& ioGroup, std::size_t inLine, Alternatives const& inC
 }
 
 inline void Build(Node& ioGroup, Alternatives const& inChosen) {
+    int const kind = ioGroup.looks.kind;
     for (std::size_t const axis : {0U, 1U}) {
-        if (ioGroup.kind == static_cast<int>(axis) || ioGroup.kind == 2) {
+        if (kind == static_cast<int>(axis) || kind == 2) {
             Add(ioGroup.set,
                 std::make_shared<Arrangement>(ioGroup, axis, inChosen, ioGroup.separators, true));
-        } else if (ioGroup.kind == 3 + static_cast<int>(axis) || ioGroup.kind == 5) {
+        } else if (kind == 3 + static_cast<int>(axis) || kind == 5) {
             for (std::size_t k = 1; k <= inChosen.size(); ++k) {
                 Partition(ioGroup, axis, inChosen, {}, inChosen.size(), k, ioGroup.separators);
             }
@@ -329,83 +279,89 @@ inline void Build(Node& ioGroup, Alternatives const& inChosen) {
     }
 }
 
-void Rebuild(Node&);
+/// The nodes whose looks are given; the first one is the root.
+struct Tree {
+    explicit Tree(std::deque<Looks> const& inLooks) : looks(inLooks) {}
 
-inline void Combine(Node& ioGroup, std::size_t inIndex, Alternatives const& inChosen) {
-    if (inIndex == ioGroup.children.size()) {
-        Build(ioGroup, inChosen);
-        return;
+    Node& At(int inId) {
+        for (auto id = nodes.size(); id <= static_cast<std::size_t>(inId); ++id) {
+            nodes.push_back({static_cast<int>(id), looks[id], log, nullptr, false, {}, 0, {}});
+        }
+        return nodes[static_cast<std::size_t>(inId)];
     }
-    Rebuild(*ioGroup.children[inIndex]);
-    Alternatives const& set = ioGroup.children[inIndex]->set;
-    if (set.empty()) {
-        Combine(ioGroup, inIndex + 1, inChosen);
-    }
-    for (auto const& alternative : set) {
-        Alternatives chosen = inChosen;
-        chosen.push_back(alternative);
-        Combine(ioGroup, inIndex + 1, chosen);
-    }
-}
 
-/// Rebuilds the node if it is invalid.
-inline void Rebuild(Node& ioNode) {
-    if (ioNode.isValid) {
-        return;
-    }
-    ioNode.set.clear();
-    if (ioNode.kind == kLeaf) {
-        Add(ioNode.set,
-            std::make_shared<Arrangement>(ioNode, 0, Alternatives{}, Separators{}, true));
-    }
-    for (Node* const child : ioNode.children) {
-        child->parent = &ioNode;
-    }
-    if (!ioNode.children.empty()) {
-        if (ioNode.separators.size() != ioNode.children.size() - 1) {
-            ioNode.separators.assign(ioNode.children.size() - 1, 0);
-            for (int& separator : ioNode.separators) {
-                separator = ioNode.Separator(++ioNode.separatorsBuilt);
+    Alternatives const& Rebuilt(int inId) {
+        Node& node = At(inId);
+        if (std::exchange(node.isValid, true)) {
+            return node.set;
+        }
+        node.set.clear();
+        if (node.looks.kind == kLeaf) {
+            Add(node.set,
+                std::make_shared<Arrangement>(node, 0, Alternatives{}, Separators{}, true));
+        }
+        std::vector<Alternatives> combinations(node.looks.children.empty() ? 0 : 1);
+        if (!combinations.empty() && node.separators.size() != node.looks.children.size() - 1) {
+            node.separators.resize(node.looks.children.size() - 1);
+            for (int& separator : node.separators) {
+                separator = node.looks.Separator(++node.separatorsBuilt);
             }
         }
-        Combine(ioNode, 0, {});
+        for (int const child : node.looks.children) {
+            At(child).parent = &node;
+            Alternatives const& set = Rebuilt(child);
+            std::vector<Alternatives> longer(set.empty() ? combinations
+                                                         : std::vector<Alternatives>());
+            for (std::size_t i = 0; i < combinations.size() * set.size(); ++i) {
+                longer.push_back(combinations[i / set.size()]);
+                longer.back().push_back(set[i % set.size()]);
+            }
+            combinations = longer;
+        }
+        for (Alternatives const& chosen : combinations) {
+            Build(node, chosen);
+        }
+        return node.set;
     }
-    ioNode.isValid = true;
-}
 
-/// Selects an alternative of the whole tree and lays it out. Result: the size taken.
-inline Pair Arrange(Node& ioRoot, Rect inRect) {
-    if (!(inRect.extent[0] > 0 && inRect.extent[1] > 0)) {
-        return {};
+    /// Selects an alternative of the whole tree and lays it out. Result: the size taken.
+    Pair Arrange(Rect inRect) {
+        if (!(inRect.extent[0] > 0 && inRect.extent[1] > 0)) {
+            return {};
+        }
+        ArrangementP const selected = Selected(Rebuilt(0), inRect.extent);
+        return selected == nullptr ? Pair{} : selected->Arrange(inRect);
     }
-    Rebuild(ioRoot);
-    ArrangementP const selected = Selected(ioRoot.set, inRect.extent);
-    return selected == nullptr ? Pair{} : selected->Arrange(inRect);
-}
 
-inline Pair BestSize(Node& ioNode) {
-    Rebuild(ioNode);
-    ArrangementP best;
-    for (ArrangementP const& x : ioNode.set) {
-        best = best == nullptr || x->FromGolden() < best->FromGolden() ? x : best;
+    Pair BestSize() {
+        Alternatives const& set = Rebuilt(0);
+        auto const isNearer = [](auto const& a, auto const& b) {
+            return a->FromGolden() < b->FromGolden();
+        };
+        auto const best = std::min_element(set.begin(), set.end(), isNearer);
+        return best == set.end() ? Pair{} : (*best)->min;
     }
-    return best == nullptr ? Pair{} : best->min;
-}
 
-inline void Invalidate(Node* ioNode) {
-    for (; ioNode != nullptr && std::exchange(ioNode->isValid, false); ioNode = ioNode->parent) {
+    void Invalidate(int inId) {
+        for (Node* node = &At(inId); node != nullptr && std::exchange(node->isValid, false);) {
+            node = node->parent;
+        }
     }
-}
 
-/// A new kind is a new node in the old one's place: the children have lost their parent.
-inline void SetKind(Node& ioNode, int inKind) {
-    Invalidate(&ioNode);
-    ioNode.kind = inKind;
-    ioNode.parent = nullptr;
-    ioNode.separators.clear();
-    for (Node* const child : ioNode.children) {
-        child->parent = child->parent == &ioNode ? nullptr : child->parent;
+    /// A new kind is a new node in the old one's place: the children have lost their parent.
+    void Renew(int inId) {
+        Invalidate(inId);
+        Node& node = At(inId);
+        node.parent = nullptr;
+        node.separators.clear();
+        for (int const child : node.looks.children) {
+            At(child).parent = At(child).parent == &node ? nullptr : At(child).parent;
+        }
     }
-}
+
+    std::deque<Looks> const& looks;
+    std::deque<Node> nodes;
+    std::vector<Call> log;
+};
 
 } // namespace brindle::arrange::model

@@ -1,124 +1,73 @@
-#include <brindle/arrange/DynamicGroup.h>
-#include <brindle/arrange/Groups.h>
-#include <brindle/arrange/Single.h>
+#include "tests/arrange/Scene.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <limits>
-#include <memory>
+#include <map>
 #include <stdexcept>
-#include <utility>
-#include <vector>
 
-namespace brindle::arrange {
-
+namespace brindle::arrange::tests {
 namespace {
 
 using Action = std::function<void()>;
 constexpr geom::RectT<float> kPage{0, 0, 100, 100};
+constexpr int kRow = 0, kColumn = 1, kAuto = 5;
 
-void DoOnce(Action& ioAction) {
-    if (Action const action = std::exchange(ioAction, nullptr)) {
-        action();
-    }
-}
-
-struct Leaf : Single {
-    explicit Leaf(float inBest = 10) : best(inBest), least(inBest) {}
-    float BestWidth() const override {
-        ++asked;
-        DoOnce(whenAsked);
-        return best;
-    }
-    float BestHeight() const override { return best; }
-    float MinWidth() const override { return least; }
-    bool HorizontallyExpandable() const override { return true; }
-    float ExpandedWidth(float inAvailable) const override {
-        DoOnce(whenOffered);
-        return inAvailable;
-    }
-    geom::PointT<float> ArrangeContent(geom::RectT<float> const& inRect) override {
-        ++arranged;
-        x = inRect.x;
-        DoOnce(whenArranged);
-        return {inRect.width, inRect.height};
-    }
-    float best;
-    float least;
-    float x = -1;
-    int arranged = 0;
-    mutable int asked = 0;
-    mutable Action whenAsked;
-    mutable Action whenOffered;
-    Action whenArranged;
-};
-
-struct Separator final : ISeparator {
-    explicit Separator(int& ioPlaced) : placed(&ioPlaced) {}
-    void Place(SeparatorOrientation, geom::RectT<float> const&) override { ++*placed; }
-    int* placed;
-};
-
-template <typename Kind>
-struct Box : Kind {
-    using Nodes = std::vector<std::function<IArrangeable*()>>;
-    template <typename... Children>
-    explicit Box(Children*... inChildren) : nodes{[inChildren] { return inChildren; }...} {}
-
-    bool VisitChildren(boost::function<bool(IArrangeable const&)>) const override { return true; }
-    bool VisitChildren(boost::function<bool(IArrangeable&)> inFunction) override {
-        for (auto const& node : nodes) {
-            inFunction(*node());
+/// Counts what its nodes hear, and does something at it.
+struct Stage : Scene {
+    explicit Stage(std::initializer_list<float> inLeaves = {10, 10}) {
+        for (float const size : inLeaves) {
+            Add(kLeaf, {}, size);
         }
-        return true;
+        hear = [this](Call const& inCall) {
+            ++calls[{inCall.node, inCall.name}];
+            x[inCall.node] = inCall.rect.origin[0];
+            if (Action const action = std::exchange(once[{inCall.node, inCall.name}], nullptr)) {
+                action();
+            }
+        };
     }
-    ISeparator* BuildSeparator() override {
-        DoOnce(whenBuilding);
-        ++built;
-        return separators.emplace_back(std::make_unique<Separator>(placed)).get();
+    int Add(int inKind, std::vector<int> inChildren, float inSize = 10) {
+        Looks of{inKind, false, std::move(inChildren)};
+        of.best = of.min = {inSize, inSize};
+        of.isExpandable = {true, false};
+        of.separatorEvery = 1;
+        return Scene::Add(of);
     }
-    void ClearSeparators() override { separators.clear(); }
+    int Arranged(int inId) { return calls[{inId, "ArrangeContent"}]; }
 
-    Nodes nodes;
-    std::vector<std::unique_ptr<Separator>> separators;
-    Action whenBuilding;
-    int built = 0;
-    int placed = 0;
+    std::map<std::pair<int, std::string_view>, int> calls;
+    std::map<std::pair<int, std::string_view>, Action> once;
+    std::map<int, float> x; ///< of the last call
 };
 
 TEST(LayoutSafety, AnyDepthAndAnyRingEnds) {
-    for (std::size_t const depth : {1000U, 100'000U}) {
-        Leaf leaf;
-        std::vector<std::unique_ptr<Box<AutoLayout>>> groups;
-        IArrangeable* top = &leaf;
-        while (groups.size() < depth) {
-            groups.push_back(std::make_unique<Box<AutoLayout>>(top));
-            top = groups.back().get();
+    for (int const depth : {1000, 100'000}) {
+        Stage stage({10});
+        int top = 0;
+        while (top < depth) {
+            top = stage.Add(kAuto, {top});
         }
-        top->Arrange(kPage);
-        leaf.best = leaf.least = 20;
-        leaf.Invalidate();
-        EXPECT_EQ(leaf.arranged, depth == 1000 ? 2 : 0);
-        EXPECT_EQ(top->BestSize().x, depth == 1000 ? 20 : 0);
+        stage.Node(top)->Arrange(kPage);
+        stage.Of(0).best = stage.Of(0).min = {20, 20};
+        stage.Node(0)->Invalidate();
+        EXPECT_EQ(stage.Arranged(0), depth == 1000 ? 2 : 0);
+        EXPECT_EQ(stage.Node(top)->BestSize().x, depth == 1000 ? 20 : 0);
     }
-    Leaf leaf;
-    Box<Row> lower(&leaf);
-    Box<Row> upper(&lower, &leaf);
-    lower.nodes.insert(lower.nodes.end(), {[&] { return &upper; }, [&] { return &lower; }});
+    Stage stage({10});
+    IArrangeable& lower = *stage.Node(stage.Add(kRow, {0, 2, 1}));
+    IArrangeable& upper = *stage.Node(stage.Add(kRow, {1, 0}));
     upper.Arrange(kPage);
-    EXPECT_EQ(leaf.arranged, 2);
+    EXPECT_EQ(stage.Arranged(0), 2);
     upper.SetParent(&lower);
     lower.SetParent(&upper);
     upper.InvalidateAll();
     EXPECT_GT(upper.Arrange(kPage).x, 0);
 
     // Each time that one of them is measured it holds what the other one was before, twice.
-    Box<Row> one(&leaf);
-    Box<Row> other(&one, &one);
-    one.nodes.insert(one.nodes.end(), 2, [&] { return &other; });
+    stage.Of(1).children = {0, 2, 2};
+    stage.Of(2).children = {1, 1};
     for (int count = 0; count < 64; ++count) {
-        IArrangeable& node = count % 2 == 0 ? static_cast<IArrangeable&>(one) : other;
+        IArrangeable& node = count % 2 == 0 ? lower : upper;
         node.SetParent(nullptr);
         node.EnableArrangement(false);
         node.Invalidate();
@@ -130,143 +79,133 @@ TEST(LayoutSafety, OddSizesEnd) {
     using Limits = std::numeric_limits<float>;
     // Of the last ones rounding leaves a rest that no sharing gets rid of.
     for (float const odd : {Limits::quiet_NaN(), Limits::infinity(), Limits::max(), -7.0F, 1e9F}) {
-        Leaf leaves[] = {Leaf(odd), Leaf(1e8F / 3), Leaf(odd), Leaf(5), Leaf(odd)};
-        Box<Row> row(&leaves[0], &leaves[1]);
-        Box<AutoLayout> layout(&leaves[2], &leaves[3], &leaves[4], &row);
-        Box<AutoLayout> root(&layout, &layout, &row);
+        Stage stage({odd, 1e8F / 3, odd, 5, odd});
+        int const row = stage.Add(kRow, {0, 1});
+        int const layout = stage.Add(kAuto, {2, 3, 4, row});
+        IArrangeable& root = *stage.Node(stage.Add(kAuto, {layout, layout, row}));
         for (float const width : {1.0F, 1e9F, Limits::max(), Limits::infinity()}) {
             root.Arrange({0, 0, width, 100});
         }
-        EXPECT_GE(leaves[0].arranged, 4);
+        EXPECT_GE(stage.Arranged(0), 4);
         EXPECT_LE(root.Arrangements().Size(), 1024U) << odd;
     }
 }
 
 TEST(LayoutSafety, AChangedTypeIsArrangedWhereItStands) {
     for (int moment = 0; moment < 6; ++moment) {
-        Leaf leaves[3];
-        Box<DynamicGroup> changing(&leaves[1], &leaves[2]);
-        changing.SetArrangementType(kGroupArrangementType_Row, nullptr);
-        Box<Column> root(&leaves[0]);
-        root.nodes.push_back([&] { return changing.Group(); });
+        Stage stage({10, 10, 10});
+        int const changing = stage.Add(kRow, {0, 1});
+        stage.Of(changing).isDynamic = true;
+        stage.Renew(changing);
+        IArrangeable& root = *stage.Node(stage.Add(kColumn, {2, changing}));
         root.Arrange(kPage);
-        ASSERT_EQ(leaves[2].x, 50);
-        auto const change = [&] {
-            changing.SetArrangementType(kGroupArrangementType_Column, nullptr);
-        };
+        ASSERT_EQ(stage.x[1], 50);
+        DynamicGroup& group = *stage.Dynamic(changing);
+        auto const change = [&] { group.SetArrangementType(kGroupArrangementType_Column); };
         if (moment < 2) {
             root.EnableArrangement(moment == 0);
             change();
             root.EnableArrangement(true);
         } else {
             // Measuring or arranging what stands in the group, or before it.
-            Leaf& leaf = leaves[moment % 2];
-            (moment < 4 ? leaf.whenAsked : leaf.whenArranged) = change;
-            moment < 4 ? leaf.Invalidate() : changing.InvalidateAll();
+            int const leaf = moment % 2 == 0 ? 2 : 0;
+            stage.once[{leaf, moment < 4 ? "BestWidth?" : "ArrangeContent"}] = change;
+            moment < 4 ? stage.Node(leaf)->Invalidate() : group.InvalidateAll();
         }
         root.Rearrange();
-        EXPECT_EQ(leaves[2].x, 0) << moment;
-        EXPECT_EQ(changing.Group()->Parent(), &root) << moment;
+        EXPECT_EQ(stage.x[1], 0) << moment;
+        EXPECT_EQ(group.Group()->Parent(), &root) << moment;
     }
 }
 
 TEST(LayoutSafety, NodesGoInAnyOrder) {
-    for (int gone = 0; gone < 3; ++gone) {
-        auto leaf = std::make_unique<Leaf>();
-        Leaf second;
-        Leaf last;
-        auto inner = std::make_unique<Box<Row>>(leaf.get(), &second);
-        auto root = std::make_unique<Box<Row>>(inner.get(), &last);
-        root->Arrange(kPage);
-        if (gone == 0) {
-            inner->nodes.erase(inner->nodes.begin());
-            leaf.reset();
-        } else if (gone == 1) {
-            root->nodes.erase(root->nodes.begin());
-            inner.reset();
-        } else {
-            root.reset();
-        }
-        IArrangeable& left = root != nullptr ? static_cast<IArrangeable&>(*root) : *inner;
+    int const last = 2, inner = 3, root = 4;
+    for (int const gone : {0, inner, root}) {
+        Stage stage({10, 10, 10});
+        stage.Add(kRow, {0, 1});
+        stage.Node(stage.Add(kRow, {inner, last}))->Arrange(kPage);
+        stage.At(gone).reset();
+        IArrangeable& left = *stage.Node(gone == root ? inner : root);
         left.Arrange(kPage);
         EXPECT_EQ(left.Parent(), nullptr);
-        EXPECT_GT((gone == 2 ? second : last).x, 0) << "the place of what is gone stays";
-        second.Invalidate();
-        last.Invalidate();
-        EXPECT_EQ((gone == 1 ? last : second).x, gone == 2 ? 50 : 0);
+        EXPECT_GT(stage.x[gone == root ? 1 : last], 0) << "the place of what is gone stays";
+        stage.Node(1)->Invalidate();
+        stage.Node(last)->Invalidate();
+        EXPECT_EQ(stage.x[gone == inner ? last : 1], gone == root ? 50 : 0);
     }
 }
 
 TEST(LayoutSafety, ExceptionsAndPassesLeaveTheTreeUsable) {
-    Leaf leaves[2];
-    Box<Row> root(&leaves[0], &leaves[1]);
-    for (Action* const operation : {&root.whenBuilding, &leaves[0].whenArranged,
-                                    &leaves[1].whenAsked, &leaves[0].whenOffered}) {
-        *operation = [] { throw std::runtime_error("not now"); };
-        EXPECT_THROW((leaves[1].Invalidate(), root.Arrange(kPage)), std::runtime_error);
-        root.placed = 0;
+    Stage stage;
+    IArrangeable& root = *stage.Node(stage.Add(kRow, {0, 1}));
+    for (std::pair<int, std::string_view> const call :
+         {std::pair(2, "BuildSeparator?"), std::pair(0, "ArrangeContent"),
+          std::pair(1, "BestWidth?"), std::pair(0, "ExpandedWidth?")}) {
+        stage.once[call] = [] { throw std::runtime_error("not now"); };
+        EXPECT_THROW((stage.Node(1)->Invalidate(), root.Arrange(kPage)), std::runtime_error);
+        stage.calls.clear();
         root.Arrange(kPage);
-        EXPECT_EQ(root.placed, 1);
-        EXPECT_EQ(leaves[1].x, 50);
+        EXPECT_EQ((stage.calls[{2, "Place"}]), 1);
+        EXPECT_EQ(stage.x[1], 50);
     }
-    leaves[0].arranged = 0;
+    stage.calls.clear();
     Action const spoil = [&] {
-        leaves[0].whenArranged = spoil;
+        stage.once[{0, "ArrangeContent"}] = spoil;
         root.EnableArrangement(false);
-        leaves[0].Invalidate();
+        stage.Node(0)->Invalidate();
     };
     spoil();
     root.EnableArrangement(true);
-    EXPECT_EQ(leaves[0].arranged, 5);
-    int const asked = leaves[1].asked;
+    EXPECT_EQ(stage.Arranged(0), 5);
+    stage.calls.clear();
     root.InvalidateAll();
     root.Arrangements();
-    EXPECT_EQ(leaves[1].asked, asked) << "switched off";
+    EXPECT_EQ((stage.calls[{1, "BestWidth?"}]), 0) << "switched off";
 }
 
 TEST(LayoutSafety, SeparatorsChangeWithTheNumberOfChildren) {
-    Leaf leaves[4];
-    Box<Row> root(&leaves[0], &leaves[1], &leaves[2]);
+    Stage stage({10, 10, 10, 10});
+    int const id = stage.Add(kRow, {0, 1, 2});
+    IArrangeable& root = *stage.Node(id);
+    int const& built = stage.calls[{id, "BuildSeparator?"}];
     root.Arrange(kPage);
     root.Invalidate();
-    EXPECT_EQ(root.built, 2);
+    EXPECT_EQ(built, 2);
     // Adding a child in the middle frees the separators of the layout that is still under way.
-    leaves[0].whenArranged = [&] {
-        root.nodes.push_back([&] { return &leaves[3]; });
+    stage.once[{0, "ArrangeContent"}] = [&] {
+        stage.Of(id).children = {0, 1, 2, 3};
         root.Invalidate();
     };
-    root.placed = 0;
+    stage.calls[{id, "Place"}] = 0;
     root.Rearrange();
-    EXPECT_EQ(root.built, 5);
-    EXPECT_EQ(root.placed, 3);
+    EXPECT_EQ(built, 5);
+    EXPECT_EQ((stage.calls[{id, "Place"}]), 3);
     // A refusal in the middle of building leaves none of the freed ones either.
-    auto const child = root.nodes.back();
-    root.nodes.pop_back();
-    root.whenBuilding = [] { throw std::runtime_error("not now"); };
+    stage.Of(id).children = {0, 1, 2};
+    stage.once[{id, "BuildSeparator?"}] = [] { throw std::runtime_error("not now"); };
     EXPECT_THROW(root.Invalidate(), std::runtime_error);
-    root.nodes.push_back(child);
+    stage.Of(id).children = {0, 1, 2, 3};
     root.Invalidate();
-    EXPECT_EQ(root.built, 8);
+    EXPECT_EQ(built, 9);
 }
 
 TEST(LayoutSafety, WhatIsEmptyOrCopiedIsArranged) {
-    Leaf leaf(100);
-    leaf.least = 40;
-    EXPECT_EQ(leaf.BestSize().x, 40);
-    Leaf copy(leaf);
+    Stage stage({100});
+    int const leaf = 0, none = stage.Add(kAuto, {}), empty = stage.Add(kRow, {none, none});
+    IArrangeable& root = *stage.Node(stage.Add(kRow, {empty, leaf}));
+    EXPECT_EQ(stage.Node(empty)->BestSize().x, 0);
+    EXPECT_EQ(stage.Node(leaf)->BestSize().x, 100);
+    Leaf copy(dynamic_cast<Leaf&>(*stage.At(leaf)));
+    stage.At(leaf).reset();
     copy.Arrange(kPage);
-    EXPECT_EQ(leaf.arranged + 1, copy.arranged);
-    Box<AutoLayout> noChildren;
-    Box<Flipping> allEmpty(&noChildren, &noChildren);
-    EXPECT_EQ(allEmpty.BestSize().x, 0);
-    Box<Row> root(&allEmpty, &leaf);
+    EXPECT_EQ(stage.Arranged(leaf), 1);
+    stage.Renew(leaf);
     root.Arrange(kPage);
-    EXPECT_EQ(leaf.x, 0);
-    leaf = Leaf(20);
-    leaf.Invalidate();
+    EXPECT_EQ(stage.x[leaf], 0);
+    stage.Of(leaf).best = stage.Of(leaf).min = {20, 20};
+    dynamic_cast<Single&>(*stage.At(leaf)) = copy;
     EXPECT_EQ(root.BestSize().x, 20);
 }
 
 } // namespace
-
-} // namespace brindle::arrange
+} // namespace brindle::arrange::tests

@@ -1,190 +1,120 @@
+#include "tests/arrange/LayoutModel.h"
+
 #include "arrange/src/LayoutSearch.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
 #include <numeric>
 #include <random>
 
 namespace brindle::arrange::impl {
-
 namespace {
 
-using Size = geom::PointT<float>;
 using Form = LayoutForm;
+using tests::Pair;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
-/// The set of a group that adds every layout there is.
-class Model {
-public:
-    explicit Model(LayoutProblem const& inProblem) : mProblem(inProblem) { Combine({}); }
+/// By kind of group.
+std::vector<Form> const kForms[] = {
+    {Form::kRow},          {Form::kColumn},       {Form::kRow, Form::kColumn},
+    {Form::kRowsInColumn}, {Form::kColumnsInRow}, {Form::kRowsInColumn, Form::kColumnsInRow}};
 
-    std::vector<std::pair<Size, FoundLayout>> set;
+using Lengths = std::vector<float>;
 
-    static Size Measure(LayoutProblem const& inProblem, FoundLayout const& inLayout) {
-        std::vector<Size> children;
-        for (std::size_t i = 0; i < inLayout.alternatives.size(); ++i) {
-            children.push_back(inProblem.children[i][inLayout.alternatives[i]]);
+/// A random group whose children have alternatives, for the search and for the model. The best
+/// width of an alternative, which the search does not look at, is its number.
+struct Group {
+    Group(std::mt19937& ioRandom, Lengths const& inExtents, Lengths const& inSpaces,
+          std::size_t inKind, std::size_t inChildren, std::size_t inAlternatives) {
+        auto const any = [&](Lengths const& inList) {
+            return Pair{inList[ioRandom() % inList.size()], inList[ioRandom() % inList.size()]};
+        };
+        tests::Looks& root = looks.emplace_back();
+        root.kind = static_cast<int>(inKind);
+        auto const [sx, sy] = root.spacing = any(inSpaces);
+        auto const [mx, my] = root.lead = any(inSpaces);
+        problem = {{}, {sx, sy}, {mx, my}, kForms[inKind]};
+        for (int id = 1; id <= static_cast<int>(inChildren); ++id) {
+            looks.emplace_back();
+            root.children.push_back(id);
+            model::Node& child = tree.At(id);
+            child.isValid = true;
+            auto& sizes = problem.children.emplace_back();
+            for (std::size_t count = 1 + ioRandom() % inAlternatives; count > 0; --count) {
+                auto const [x, y] = looks.back().min = any(inExtents);
+                sizes.push_back({x, y});
+                looks.back().best[0] = static_cast<float>(sizes.size());
+                child.set.push_back(std::make_shared<model::Arrangement>(
+                    child, 0, model::Alternatives{}, model::Separators{}, true));
+            }
         }
-        bool const isRow = HasRows(inLayout.form);
+    }
+
+    model::Arrangement Built(FoundLayout const& inLayout) {
+        std::size_t const axis = HasRows(inLayout.form) ? 0 : 1;
+        model::Alternatives all, lines;
+        for (std::size_t i = 0; i < problem.children.size(); ++i) {
+            all.push_back(tree.nodes[i + 1].set[inLayout.alternatives[i]]);
+        }
         if (!IsWrapping(inLayout.form)) {
-            return Join(inProblem, children, isRow, true);
+            return {tree.At(0), axis, all, {}, true};
         }
-        std::vector<Size> lines;
-        auto child = children.begin();
+        auto end = all.begin();
         for (std::uint32_t const count : inLayout.lines) {
-            lines.push_back(count == 1 ? *child
-                                       : Join(inProblem, {child, child + count}, isRow,
-                                              inLayout.lines.size() == 1));
-            child += count;
+            model::Alternatives const run(end, end + count);
+            bool const isOnly = inLayout.lines.size() == 1;
+            lines.push_back(count == 1 ? *end
+                                       : std::make_shared<model::Arrangement>(
+                                             tree.At(0), axis, run, model::Separators{}, isOnly));
+            end += count;
         }
-        return Join(inProblem, lines, !isRow, true);
+        return {tree.At(0), 1 - axis, lines, {}, true};
     }
 
-private:
-    static Size Join(LayoutProblem const& inProblem, std::vector<Size> const& inChildren,
-                     bool inIsRow, bool inIsOuter) {
-        float Size::*const main = inIsRow ? &Size::x : &Size::y;
-        float Size::*const cross = inIsRow ? &Size::y : &Size::x;
-        Size size;
-        for (Size const& child : inChildren) {
-            size.*main += child.*main;
-            size.*cross = std::max(size.*cross, child.*cross);
-        }
-        size.*main += static_cast<float>(inChildren.size() - 1) * inProblem.spacing.*main;
-        size.*main += inIsOuter ? inProblem.margins.*main : 0;
-        size.*cross += inIsOuter ? inProblem.margins.*cross : 0;
-        return size;
-    }
-
-    void Combine(std::vector<std::uint32_t> inChosen) {
-        if (inChosen.size() < mProblem.children.size()) {
-            for (std::uint32_t a = 0; a < mProblem.children[inChosen.size()].size(); ++a) {
-                inChosen.push_back(a);
-                Combine(inChosen);
-                inChosen.pop_back();
-            }
-            return;
-        }
-        auto const count = static_cast<std::uint32_t>(inChosen.size());
-        for (Form const form : mProblem.forms) {
-            if (!IsWrapping(form)) {
-                Add({inChosen, form, {}});
-                continue;
-            }
-            for (std::uint32_t lines = 1; lines <= count; ++lines) {
-                Partition({inChosen, form, {}}, count, lines);
-            }
-        }
-    }
-
-    void Partition(FoundLayout inLayout, std::uint32_t inRest, std::uint32_t inLines) {
-        for (std::uint32_t length = inRest - inLines + 1; length > 0; --length) {
-            inLayout.lines.push_back(length);
-            if (inLines == 1) {
-                return Add(inLayout);
-            }
-            Partition(inLayout, inRest - length, inLines - 1);
-            inLayout.lines.pop_back();
-        }
-    }
-
-    void Add(FoundLayout const& inLayout) {
-        Size const size = Measure(mProblem, inLayout);
-        auto const isAtMost = [](Size a, Size b) { return a.x <= b.x && a.y <= b.y; };
-        auto const at = std::find_if(set.begin(), set.end(), [&](auto const& x) {
-            return isAtMost(size, x.first) || isAtMost(x.first, size);
-        });
-        if (at == set.end() || isAtMost(size, at->first)) {
-            set.erase(std::remove_if(at, set.end(),
-                                     [&](auto const& y) { return isAtMost(size, y.first); }),
-                      set.end());
-            set.emplace_back(size, inLayout);
-        }
-    }
-
-    LayoutProblem const& mProblem;
+    std::deque<tests::Looks> looks;
+    model::Tree tree{looks};
+    LayoutProblem problem;
 };
 
-std::string Text(FoundLayout const& inLayout) {
-    std::string text = "form " + std::to_string(static_cast<int>(inLayout.form));
-    for (auto const* list : {&inLayout.alternatives, &inLayout.lines}) {
-        text += " :";
-        for (std::uint32_t const n : *list) {
-            text += ' ' + std::to_string(n);
-        }
+std::string Text(model::Arrangement const& inLayout) {
+    std::string text = inLayout.main == 0 ? " across" : " down";
+    for (auto const& child : inLayout.children) {
+        text += child->IsLeaf() ? ' ' + std::to_string(child->best[0]) : Text(*child) + ';';
     }
     return text;
 }
 
-std::vector<Form> const kKinds[] = {
-    {Form::kRow},          {Form::kColumn},       {Form::kRow, Form::kColumn},
-    {Form::kRowsInColumn}, {Form::kColumnsInRow}, {Form::kRowsInColumn, Form::kColumnsInRow}};
-
-/// Sizes out of which the random problems are made.
-struct Palette {
-    std::vector<float> extents;
-    std::vector<float> spaces;
-};
-
-LayoutProblem RandomProblem(std::mt19937& ioRandom, Palette const& inPalette,
-                            std::size_t inChildren, std::size_t inMostAlternatives) {
-    auto const any = [&](auto const& list) { return list[ioRandom() % list.size()]; };
-    auto const extents = [&] { return Size{any(inPalette.extents), any(inPalette.extents)}; };
-    LayoutProblem problem;
-    for (std::size_t i = 0; i < inChildren; ++i) {
-        problem.children.emplace_back(1 + ioRandom() % inMostAlternatives);
-        std::generate(problem.children.back().begin(), problem.children.back().end(), extents);
-    }
-    problem.spacing = {any(inPalette.spaces), any(inPalette.spaces)};
-    problem.margins = {any(inPalette.spaces), any(inPalette.spaces)};
-    problem.forms = kKinds[ioRandom() % std::size(kKinds)];
-    return problem;
-}
-
-Palette Steps(float inStep, int inCount, std::vector<float> inSpaces) {
-    Palette palette{{}, std::move(inSpaces)};
-    for (int i = 0; i < inCount; ++i) {
-        palette.extents.push_back(static_cast<float>(i) * inStep);
-    }
-    return palette;
-}
-
 TEST(LayoutSearch, KeepsWhatTryingEveryLayoutKeeps) {
-    Palette const palettes[] = {
-        Steps(1, 4, {0, 1}),
-        Steps(7, 30, {0, 0, 3, 16}),
-        Steps(0.25f, 400, {0, 1.75f, 12}),
-        Steps(1.0f / 3, 12, {0, 1.0f / 3, 0.1f}),
+    std::pair<Lengths, Lengths> const palettes[] = {
+        {{0, 1, 2, 3}, {0, 1}},
+        {{0, 0.25F, 1, 7.75F, 30, 61.5F, 99.5F}, {0, 1.75F, 12}},
+        {{0, 1.0F / 3, 2.0F / 3, 1, 7.0F / 3, 11.0F / 3}, {0, 1.0F / 3, 0.1F}},
         {{-9, -2, 0, 5, 6, 11}, {-4, 0, -13, 2}},
-        {{0.1f, 1e-3f, 77.7f, 1e7f, 16777215}, {0, 1e-8f, 1e6f}},
+        {{0.1F, 1e-3F, 77.7F, 1e7F, 16777215}, {0, 1e-8F, 1e6F}},
         {{0, 1, 2, 3, kInfinity, kNan}, {0, 2}},
-        {{1, 5, 3e38f, -kInfinity}, {0, 1, kInfinity, kNan, -3e38f}},
+        {{1, 5, 3e38F, -kInfinity}, {0, 1, kInfinity, kNan, -3e38F}},
     };
     std::mt19937 random(5);
-    for (Palette const& palette : palettes) {
-        for (int round = 0; round < 700; ++round) {
+    for (auto const& [extents, spaces] : palettes) {
+        for (std::size_t round = 0; round < 700; ++round) {
             std::size_t const most = 1 + random() % 4; // alternatives
             std::size_t const children = 1 + random() % (most == 1 ? 10 : 7 - most);
-            LayoutProblem const problem = RandomProblem(random, palette, children, most);
-            std::string expected;
-            for (auto const& [size, layout] : Model(problem).set) {
-                expected += Text(layout) + '\n';
+            Group group(random, extents, spaces, round % 6, children, most);
+            std::vector<std::string> kept, found;
+            for (auto const& layout : group.tree.Rebuilt(0)) {
+                kept.push_back(Text(*layout));
             }
-            std::string found;
-            for (FoundLayout const& layout : FindLayouts(problem)) {
-                found += Text(layout) + '\n';
+            for (FoundLayout const& layout : FindLayouts(group.problem)) {
+                found.push_back(Text(group.Built(layout)));
             }
-            ASSERT_EQ(expected, found) << "palette " << &palette - palettes << ", round " << round;
+            ASSERT_EQ(kept, found) << "extents to " << extents.back() << ", round " << round;
         }
     }
 }
 
-/// Another alternative of a child, and children moved from a line to a new or a neighbouring one.
+/// Another alternative of a child, and a line broken in two or children moved to the next one.
 FoundLayout Neighbour(std::mt19937& ioRandom, LayoutProblem const& inProblem, FoundLayout layout) {
     auto const below = [&](std::size_t n) { return static_cast<std::uint32_t>(ioRandom() % n); };
     std::uint32_t const child = below(layout.alternatives.size());
@@ -193,51 +123,52 @@ FoundLayout Neighbour(std::mt19937& ioRandom, LayoutProblem const& inProblem, Fo
     std::uint32_t const at = below(lines.size());
     std::uint32_t const moved = below(lines[at] + 1);
     lines[at] -= moved;
-    if (below(2) == 0) {
-        lines.insert(lines.begin() + at, 0);
+    if (below(2) == 0 || at + 1 == lines.size()) {
+        lines.insert(lines.begin() + at + 1, 0);
     }
-    lines[std::min<std::size_t>(at + below(2), lines.size() - 1)] += moved;
+    lines[at + 1] += moved;
     lines.erase(std::remove(lines.begin(), lines.end(), 0U), lines.end());
     return layout;
 }
 
 TEST(LayoutSearch, NoNeighbourOfAFoundLayoutBeatsAny) {
     std::mt19937 random(11);
-    for (float const step : {1.0f, 1.0f / 3}) {
-        float const rounding = step == 1 ? 0 : 1e-3f;
+    for (float const step : {1.0F, 1.0F / 3}) {
+        float const rounding = step == 1 ? 0 : 1e-3F;
+        Lengths extents;
+        for (int i = 0; i < 60; ++i) {
+            extents.push_back(step * static_cast<float>(i));
+        }
         for (std::size_t const alternatives : {1U, 5U}) {
-            Palette const palette = Steps(step, 60, {0, 3, 8});
-            LayoutProblem problem = RandomProblem(random, palette, 40, alternatives);
-            problem.forms = kKinds[5];
-            std::vector<FoundLayout> const layouts = FindLayouts(problem);
-            std::vector<Size> sizes;
+            Group group(random, extents, {0, 3, 8}, 5, 40, alternatives);
+            std::vector<FoundLayout> const layouts = FindLayouts(group.problem);
+            ASSERT_GT(layouts.size(), 20U);
+            std::vector<Pair> sizes;
             for (FoundLayout const& layout : layouts) {
-                sizes.push_back(Model::Measure(problem, layout));
+                sizes.push_back(group.Built(layout).min);
             }
-            ASSERT_GT(sizes.size(), 20U);
-            auto const countWithin = [&sizes](Size bound) {
-                return std::count_if(sizes.begin(), sizes.end(), [bound](Size const& s) {
-                    return s.x <= bound.x && s.y <= bound.y;
-                });
-            };
-            for (std::size_t i = 0; i < sizes.size(); ++i) {
-                ASSERT_TRUE(rounding > 0 || countWithin(sizes[i]) == 1) << Text(layouts[i]);
-                for (int round = 0; round < 200; ++round) {
-                    FoundLayout const layout = Neighbour(random, problem, layouts[i]);
-                    Size const size = Model::Measure(problem, layout);
-                    ASSERT_GE(countWithin({size.x + rounding, size.y + rounding}), 1)
-                        << Text(layout);
-                }
+            for (std::size_t round = 0; round < 200 * layouts.size(); ++round) {
+                auto const layout = Neighbour(random, group.problem, layouts[round / 200]);
+                Pair const size = group.Built(layout).min;
+                ASSERT_TRUE(std::any_of(sizes.begin(), sizes.end(),
+                                        [&](Pair const& s) {
+                                            return s[0] <= size[0] + rounding &&
+                                                   s[1] <= size[1] + rounding;
+                                        }))
+                    << size[0] << " x " << size[1];
             }
         }
     }
 }
 
 TEST(LayoutSearch, StaysSmallWhereSizesSayNothing) {
-    for (float const extent : {kNan, kInfinity, 3e38f, 1.0f}) {
+    for (float const extent : {kNan, kInfinity, 3e38F, 1.0F}) {
         std::size_t const count = extent == 1 ? 3000 : 37; // or there are too many lines
         LayoutProblem problem{
-            std::vector(count, std::vector<Size>(9, {extent, -extent})), {}, {}, kKinds[5]};
+            std::vector(count, std::vector<geom::PointT<float>>(9, {extent, -extent})),
+            {},
+            {},
+            kForms[5]};
         std::vector<FoundLayout> const layouts = FindLayouts(problem);
         ASSERT_EQ(count == 37 ? 14U : 26U, layouts.size());
         for (FoundLayout const& layout : layouts) {
@@ -249,5 +180,4 @@ TEST(LayoutSearch, StaysSmallWhereSizesSayNothing) {
 }
 
 } // namespace
-
 } // namespace brindle::arrange::impl
