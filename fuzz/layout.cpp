@@ -20,8 +20,8 @@ constexpr int kMostChildren = 3;
 constexpr int kMostOperations = 64;
 constexpr int kMostInterruptions = 16;
 
+/// Reads from the bytes what to do.
 struct Client {
-
     Client(std::uint8_t const* inData, std::size_t inSize) : mNext(inData), mEnd(inData + inSize) {
         for (int item = 0; item < kItems; ++item) {
             mScene.Add(AnyLooks(item));
@@ -66,20 +66,10 @@ struct Client {
 
     /// Plain sizes, and every kind of odd one.
     float Length(std::size_t = 0) {
-        using Limits = std::numeric_limits<float>;
-        constexpr float kOdd[] = {0,
-                                  -1,
-                                  -1000,
-                                  0.1F,
-                                  1e-30F,
-                                  33.333333F,
-                                  16777217.0F,
-                                  1e20F,
-                                  Limits::max(),
-                                  Limits::lowest(),
-                                  Limits::infinity(),
-                                  -Limits::infinity(),
-                                  Limits::quiet_NaN()};
+        constexpr float kMax = std::numeric_limits<float>::max(), kInf = tests::kUnlimited;
+        constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+        constexpr float kOdd[] = {0,     -1,   -1000, 0.1F, 1e-30F, 33.333333F, 16777217.0F,
+                                  1e20F, kMax, -kMax, kInf, -kInf,  kNan};
         int const byte = Byte();
         return byte < static_cast<int>(std::size(kOdd)) ? kOdd[byte] : static_cast<float>(byte);
     }
