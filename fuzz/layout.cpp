@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <random>
 
 namespace {
 
@@ -65,14 +66,21 @@ struct Client {
     int Pick(std::size_t inCount) { return Byte() % static_cast<int>(inCount); }
 
     /// Plain sizes, and every kind of odd one.
-    float Length(std::size_t = 0) {
+    static float Size(int inByte) {
         constexpr float kMax = std::numeric_limits<float>::max(), kInf = tests::kUnlimited;
         constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
         constexpr float kOdd[] = {0,     -1,   -1000, 0.1F, 1e-30F, 33.333333F, 16777217.0F,
                                   1e20F, kMax, -kMax, kInf, -kInf,  kNan};
-        int const byte = Byte();
-        return byte < static_cast<int>(std::size(kOdd)) ? kOdd[byte] : static_cast<float>(byte);
+        return inByte < static_cast<int>(std::size(kOdd)) ? kOdd[inByte]
+                                                          : static_cast<float>(inByte);
     }
+
+    /// One byte tells all answers, so that short inputs come to operations.
+    struct Answers {
+        int Pick(std::size_t inCount) { return static_cast<int>(random() % inCount); }
+        float Length(std::size_t) { return Size(Pick(256)); }
+        std::minstd_rand random;
+    };
 
     Looks AnyLooks(int inItem) {
         Looks looks;
@@ -80,7 +88,8 @@ struct Client {
             looks.isDynamic = Pick(3) == 0;
             looks.kind = AnyKind(inItem, looks.isDynamic);
         }
-        AnswerAnew(looks, *this, 0);
+        Answers answers{std::minstd_rand(static_cast<unsigned>(Byte()) + 1)};
+        AnswerAnew(looks, answers, 0);
         return looks;
     }
 
@@ -118,7 +127,8 @@ struct Client {
     }
 
     void Arrange(IArrangeable& ioNode) {
-        brindle::geom::RectT<float> const rect{Length(), Length(), Length(), Length()};
+        brindle::geom::RectT<float> const rect{Size(Byte()), Size(Byte()), Size(Byte()),
+                                               Size(Byte())};
         bool const isNothing =
             !(rect.width > 0) || !(rect.height > 0) || !ioNode.ArrangementEnabled();
         int const callsBefore = mCalls;

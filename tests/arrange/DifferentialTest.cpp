@@ -150,7 +150,7 @@ struct World {
 };
 
 TEST(Layout, ArrangesAnyTreeAsTheExhaustiveModelDoes) {
-    for (unsigned seed = 0; seed < 3000 && !testing::Test::HasFatalFailure(); ++seed) {
+    for (unsigned seed = 0; seed < 5000 && !testing::Test::HasFatalFailure(); ++seed) {
         World world(seed);
         world.Grow(world.Add(world.Pick(6), world.OneIn(3)), 1 + world.random() % 10, 0);
         world.ArrangeInManyRectangles();

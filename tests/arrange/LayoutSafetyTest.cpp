@@ -20,7 +20,7 @@ struct Stage : Scene {
         }
         hear = [this](Call const& inCall) {
             ++calls[{inCall.node, inCall.name}];
-            x[inCall.node] = inCall.rect.origin[0];
+            x[inCall.node] = inCall.name.back() == '?' ? x[inCall.node] : inCall.rect.origin[0];
             if (Action const action = std::exchange(once[{inCall.node, inCall.name}], nullptr)) {
                 action();
             }
