@@ -12,7 +12,7 @@ namespace brindle::threads {
 /// A failure is reported through `config::ThrowError`, and is a `boost::lock_error` or a
 /// `boost::thread_resource_error` if the report returns.
 template <typename Mutex, typename BoostMutex>
-class BRN_API ScopedLock {
+class ScopedLock {
 public:
     /// Waits for the mutex and locks it if `inLockNow`; otherwise it stays unlocked.
     ScopedLock(Mutex& ioMutex, bool inLockNow);
@@ -26,6 +26,6 @@ private:
 
 using RecursiveMutexLock = ScopedLock<RecursiveMutex, boost::recursive_mutex>;
 
-extern template class ScopedLock<RecursiveMutex, boost::recursive_mutex>;
+extern template class BRN_API ScopedLock<RecursiveMutex, boost::recursive_mutex>;
 
 } // namespace brindle::threads
