@@ -24,7 +24,9 @@ public:
     virtual ~Barrier();
 
     /// Blocks until the last of the threads has come. True for that one, false for the others. What
-    /// any of them did before is visible to all of them afterwards.
+    /// any of them did before is visible to all of them afterwards. The barrier stays until all
+    /// have returned. Boost's interruption ends a wait; the thread still counts as one that has
+    /// come.
     bool Wait();
 
 private:

@@ -20,7 +20,7 @@ public:
     SyncPoint& operator=(SyncPoint const& inOther);
     virtual ~SyncPoint();
 
-    /// As `Barrier::Wait`.
+    /// As `Barrier::Wait`, but every handle may go meanwhile.
     bool Wait();
 
 private:

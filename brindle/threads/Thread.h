@@ -21,7 +21,7 @@ BRN_API std::uint32_t GetCurrentThreadID();
 /// is a `boost::thread_resource_error` and a failed lock a `boost::lock_error`.
 class BRN_API Thread {
 public:
-    /// Denotes the calling thread and starts none. It compares, and cannot be joined.
+    /// Denotes the calling thread and starts none. It is compared, and not joined.
     explicit Thread(std::string const& inName);
     /// Starts a thread that calls the function, and ends at once if that is empty. An exception
     /// that leaves the function ends the process.
@@ -33,7 +33,8 @@ public:
     /// Neither stops the thread nor waits for it.
     virtual ~Thread();
 
-    /// Blocks until the thread has ended.
+    /// Blocks until the thread has ended; returns at once if it was joined before. A thread that
+    /// joins itself gets a `boost::thread_resource_error`, reported first.
     void Join();
 
     /// Blocks the caller until the system's clock shows this time, in UTC.
@@ -41,23 +42,25 @@ public:
     /// Gives up the rest of the time slice.
     static void YieldTime();
 
-    /// Whether both denote the same thread of the system, whatever their names.
+    /// Whether both denote the same thread, whatever their names; also when it has ended, and the
+    /// system has given its id to another.
     bool operator==(Thread const& inOther) const;
     bool operator!=(Thread const& inOther) const;
 
 protected:
-    /// Takes over the thread.
+    /// Takes over the thread, which it deletes.
     Thread(std::string const& inName, boost::thread* inThread);
 
     boost::thread* GetThread() { return mThread.get(); }
 
 private:
     friend class ThreadGroup;
-    Thread(std::string const& inName, std::shared_ptr<boost::thread> inThread);
+    void Start(boost::function0<void> const& inFunction);
 
     std::string mName;
     std::shared_ptr<boost::thread> mThread; // a group that has it shares it
     boost::thread::id mID;
+    std::uint64_t mNumber = 0; // never used again, as an id may be; 0 is unknown
 };
 
 } // namespace brindle::threads

@@ -4,18 +4,15 @@
 #include <brindle/threads/Thread.h>
 
 #include <boost/function.hpp>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/thread.hpp>
 
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace brindle::threads {
 
 /// A list of threads that are joined together. Any thread may call the operations, but not while
-/// the group is copied from or assigned to; failures are those of `Thread`.
+/// the group is copied from, assigned to or destroyed; failures are those of `Thread`.
 class BRN_API ThreadGroup {
 public:
     explicit ThreadGroup(std::string const& inName);
@@ -27,16 +24,18 @@ public:
     virtual ~ThreadGroup();
 
     /// Starts a thread that calls the function, named after the group: "NAME created thread #N".
-    /// The caller owns the result, and may delete it before or after the group.
+    /// The caller owns the result, and may delete it before or after the group. If it fails, no
+    /// thread has started and the group is as before.
     Thread* CreateThread(boost::function0<void> const& inFunction);
 
     /// A thread that the group has is not added again; one that it does not have is not removed.
-    /// The thread that calls `JoinAll` must not be in the group.
+    /// The group has the thread, not the object: that may be transferred or deleted.
     void AddThread(Thread* inThread);
     void RemoveThread(Thread* inThread);
 
-    /// Blocks until each thread has ended, in the order of adding. Nobody adds or removes
-    /// meanwhile.
+    /// Blocks until each thread has ended, in the order of adding. Every other call, `Size` too,
+    /// waits until this has returned, and no thread of the group is joined elsewhere meanwhile. A
+    /// thread of the group that calls it gets a `boost::thread_resource_error`, reported first.
     void JoinAll();
 
     /// Counts threads that have ended, too, until they are removed.
@@ -45,7 +44,6 @@ public:
 private:
     struct Threads;
 
-    std::int32_t mCreatedCount = 0;
     std::string mName;
     std::unique_ptr<Threads> mThreads;
 };

@@ -30,9 +30,10 @@ void SetThreadPriority(std::int32_t inPriority) noexcept {
         sched_param const parameters{};
         sched_setscheduler(0, isIdle ? SCHED_IDLE : SCHED_OTHER, &parameters);
     }
-    // A niceness belongs to a thread here, and the main thread's is the process's.
-    int const niceness = getpriority(PRIO_PROCESS, ProcessId());
-    setpriority(PRIO_PROCESS, ThreadId(), std::min(19, niceness - kNicenessStep * inPriority));
+    // A niceness belongs to a thread here, and the main thread's is what the process was started
+    // with, until the main thread asks for another.
+    static int const normal = getpriority(PRIO_PROCESS, ProcessId());
+    setpriority(PRIO_PROCESS, ThreadId(), std::min(19, normal - kNicenessStep * inPriority));
 }
 
 } // namespace brindle::platform

@@ -4,6 +4,7 @@
 
 #include <boost/thread/condition.hpp>
 #include <boost/thread/mutex.hpp>
+#include <boost/thread/thread.hpp>
 
 #include <algorithm>
 #include <vector>
@@ -19,6 +20,8 @@ public:
     /// Waits until no routine of the flag runs. True if it is the caller's turn to run it, which it
     /// then has to `Leave`.
     bool Enter(std::int32_t& ioFlag) {
+        // A client's interruption of this thread is for its own waits.
+        boost::this_thread::disable_interruption const uninterrupted;
         boost::mutex::scoped_lock lock(mMutex);
         while (std::find(mFlags.begin(), mFlags.end(), &ioFlag) != mFlags.end()) {
             mLeft.wait(lock);

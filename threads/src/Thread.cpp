@@ -3,7 +3,9 @@
 #include "platform/Process.h"
 #include "threads/src/Guarded.h"
 
-#include <algorithm>
+#include <boost/bind/bind.hpp>
+
+#include <atomic>
 #include <utility>
 
 namespace brindle::threads {
@@ -17,7 +19,22 @@ bool IsBefore(boost::xtime const& inLHS, boost::xtime const& inRHS) {
     return inLHS.sec != inRHS.sec ? inLHS.sec < inRHS.sec : inLHS.nsec < inRHS.nsec;
 }
 
-void RunThread(std::string const&, boost::function0<void> const& inFunction) {
+thread_local std::uint64_t S_number = 0;
+
+std::uint64_t NewNumber() {
+    static std::atomic<std::uint64_t> last{0};
+    return last.fetch_add(1, std::memory_order_relaxed) + 1; // nothing else hangs on it
+}
+
+std::uint64_t CurrentNumber() {
+    if (S_number == 0) {
+        S_number = NewNumber();
+    }
+    return S_number;
+}
+
+void RunThread(std::uint64_t inNumber, boost::function0<void> const& inFunction) {
+    S_number = inNumber;
     if (!inFunction.empty()) {
         inFunction();
     }
@@ -30,34 +47,38 @@ std::uint32_t GetCurrentThreadID() {
 }
 
 Thread::Thread(std::string const& inName)
-    : mName(inName), mThread(Guarded([] { return std::make_shared<boost::thread>(); })),
-      mID(boost::this_thread::get_id()) {}
+    : mName(inName), mThread(std::make_shared<boost::thread>()), mID(boost::this_thread::get_id()),
+      mNumber(CurrentNumber()) {}
 
 Thread::Thread(std::string const& inName, boost::function0<void> const& inFunction)
-    : mName(inName), mThread(Guarded([&] {
-          return std::make_shared<boost::thread>(boost::bind(&RunThread, inName, inFunction));
-      })),
-      mID(mThread->get_id()) {}
+    : mName(inName), mThread(std::make_shared<boost::thread>()) {
+    Guarded([&] { Start(inFunction); });
+}
 
 Thread::Thread(std::string const& inName, boost::thread* inThread)
-    : Thread(inName, std::shared_ptr<boost::thread>(inThread)) {}
-
-Thread::Thread(std::string const& inName, std::shared_ptr<boost::thread> inThread)
-    : mName(inName), mThread(std::move(inThread)), mID(mThread->get_id()) {}
+    : mName(inName), mThread(inThread), mID(inThread->get_id()) {}
 
 Thread::Thread(Thread& ioSource)
-    : mName(ioSource.mName), mThread(std::move(ioSource.mThread)), mID(ioSource.mID) {}
+    : mName(ioSource.mName), mThread(std::move(ioSource.mThread)), mID(ioSource.mID),
+      mNumber(ioSource.mNumber) {}
 
 Thread& Thread::operator=(Thread& ioSource) {
     if (this != &ioSource) {
         mName = ioSource.mName;
         mThread = std::move(ioSource.mThread);
         mID = ioSource.mID;
+        mNumber = ioSource.mNumber;
     }
     return *this;
 }
 
 Thread::~Thread() = default;
+
+void Thread::Start(boost::function0<void> const& inFunction) {
+    mNumber = NewNumber();
+    *mThread = boost::thread(boost::bind(&RunThread, mNumber, inFunction));
+    mID = mThread->get_id();
+}
 
 void Thread::Join() {
     Guarded([&] { mThread->join(); });
@@ -83,7 +104,8 @@ void Thread::YieldTime() {
 }
 
 bool Thread::operator==(Thread const& inOther) const {
-    return Guarded([&] { return mID == inOther.mID; });
+    return mID == inOther.mID &&
+           (mNumber == inOther.mNumber || mNumber == 0 || inOther.mNumber == 0);
 }
 
 bool Thread::operator!=(Thread const& inOther) const {
