@@ -1,0 +1,31 @@
+#pragma once
+
+#include <brindle/Export.h>
+#include <brindle/threads/RecursiveMutex.h>
+
+#include <memory>
+
+namespace brindle::threads {
+
+/// Holds a mutex for as long as it lives. One thread may hold several on one recursive mutex.
+///
+/// A failure is reported through `config::ThrowError`, and is a `boost::lock_error` or a
+/// `boost::thread_resource_error` if the report returns.
+template <typename Mutex, typename BoostMutex>
+class ScopedLock {
+public:
+    /// Waits for the mutex and locks it if `inLockNow`; otherwise it stays unlocked.
+    ScopedLock(Mutex& ioMutex, bool inLockNow);
+    ScopedLock(ScopedLock const&) = delete;
+    ScopedLock& operator=(ScopedLock const&) = delete;
+    virtual ~ScopedLock();
+
+private:
+    std::unique_ptr<typename BoostMutex::scoped_lock> mLock;
+};
+
+using RecursiveMutexLock = ScopedLock<RecursiveMutex, boost::recursive_mutex>;
+
+extern template class BRN_API ScopedLock<RecursiveMutex, boost::recursive_mutex>;
+
+} // namespace brindle::threads

@@ -1,0 +1,281 @@
+#include <brindle/threads/Barrier.h>
+#include <brindle/threads/CallOnce.h>
+#include <brindle/threads/ScopedLock.h>
+#include <brindle/threads/SyncPoint.h>
+
+#include "tests/RecordingErrorManager.h"
+#include "threads/src/Gate.h"
+#include "threads/src/Guarded.h"
+#include "threads/src/ReadWriteLock.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <optional>
+#include <random>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace brindle::threads {
+
+namespace {
+
+/// Gives way to other threads, or spins, between the steps of a lock.
+struct RandomDelays {
+    static void Step() noexcept {
+        static std::atomic<unsigned> seed{1};
+        thread_local std::minstd_rand random(seed++);
+        if (auto const choice = random() % 16; choice < 2) {
+            std::this_thread::yield();
+        } else if (choice == 2) {
+            for (unsigned long volatile spins = random() % 2000; spins > 0; spins = spins - 1) {
+            }
+        }
+    }
+    static void BeforeSleep() noexcept { Step(); }
+};
+
+/// The next thread that is about to sleep in a lock says so.
+struct TellsBeforeSleep {
+    inline static std::atomic<SyncPoint*> S_teller{nullptr};
+    static void Step() noexcept {}
+    static void BeforeSleep() noexcept {
+        boost::this_thread::disable_interruption const uninterrupted;
+        if (SyncPoint* const teller = S_teller.exchange(nullptr)) {
+            teller->Wait();
+        }
+    }
+};
+
+template <typename Function>
+void InThreads(int inCount, Function inFunction) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < inCount; ++i) {
+        threads.emplace_back(inFunction, i);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+/// Runs the function in a thread that is interrupted, and waits until it is about to sleep in a
+/// lock. The interruption must not end that sleep.
+template <typename Function>
+boost::thread Sleeper(Function inFunction) {
+    SyncPoint teller(2);
+    TellsBeforeSleep::S_teller = &teller;
+    boost::thread thread([inFunction] { EXPECT_NO_THROW(inFunction()); });
+    thread.interrupt();
+    teller.Wait();
+    return thread;
+}
+
+TEST(Guarded, ReportsBoostsTwoFailuresAndPassesThemOn) {
+    tests::RecordingErrorManager errors;
+    EXPECT_THROW(Guarded([] { throw boost::thread_resource_error(); }),
+                 boost::thread_resource_error);
+    EXPECT_EQ(errors.TakeLines(), "1 106 20 $$$/brn/threads/Error/NotEnoughThreadResources="
+                                  "Not enough thread resources.\n");
+    EXPECT_THROW(Guarded([] { throw boost::lock_error(); }), boost::lock_error);
+    EXPECT_EQ(errors.TakeLines(), "1 106 21 $$$/brn/threads/Error/FailedToAcquireThreadLock="
+                                  "Failure to acquire thread lock.\n");
+    errors.onError = [] { throw 7; };
+    EXPECT_THROW(Guarded([] { throw boost::lock_error(); }), int);
+    EXPECT_THROW(Guarded([] { throw boost::condition_error(); }), boost::condition_error);
+    EXPECT_EQ(errors.TakeLines(), "");
+}
+
+TEST(Barrier, GivesTrueToOneCallerOfEachCycle) {
+    Barrier alone("alone", 1);
+    EXPECT_TRUE(alone.Wait() && alone.Wait());
+    Barrier moved(3);
+    Barrier barrier(moved);
+    moved = barrier;
+    Barrier& same = moved;
+    moved = same;
+    std::atomic<int> last{0};
+    InThreads(3, [&](int) {
+        for (int cycle = 1; cycle <= 100; ++cycle) {
+            last += moved.Wait();
+            moved.Wait();
+            EXPECT_EQ(last, cycle);
+            moved.Wait();
+        }
+    });
+    try {
+        SyncPoint("nobody", 0);
+        ADD_FAILURE();
+    } catch (std::invalid_argument const& error) {
+        EXPECT_STREQ(error.what(), "count cannot be zero.");
+    }
+}
+
+TEST(SyncPoint, StaysForWhoWaitsWhenEveryHandleGoes) {
+    for (int i = 0; i < 100; ++i) {
+        std::optional<SyncPoint> first(2);
+        std::optional<SyncPoint> second(first);
+        std::thread waiter([&] { first->Wait(); });
+        second->Wait();
+        second.reset();
+        first.reset();
+        waiter.join();
+    }
+}
+
+TEST(RecursiveMutex, ExcludesOtherThreadsAndNotItsOwner) {
+    RecursiveMutex source("the name leaves no trace");
+    RecursiveMutex mutex(source);
+    int count = 0;
+    InThreads(3, [&](int) {
+        for (int i = 0; i < 1000; ++i) {
+            RecursiveMutexLock const outer(mutex, true);
+            RecursiveMutexLock const inner(mutex, true);
+            ++count;
+        }
+    });
+    EXPECT_EQ(count, 3000);
+}
+
+TEST(CallOnce, RunsUntilItSucceedsAndNeverAgain) {
+    static std::int32_t flag, innerFlag;
+    static int runs; // not atomic: every caller must see what the routine did
+    auto const routine = [] {
+        CallOnce([] { runs = 0; }, innerFlag);
+        for (int i = 0; i < 3; ++i) {
+            std::this_thread::yield(); // the others come to wait
+        }
+        if (++runs == 1) {
+            throw std::runtime_error("the first time");
+        }
+    };
+    for (int i = 0; i < 20; ++i) {
+        flag = innerFlag = 0;
+        std::atomic<int> failures{0};
+        std::atomic<int> successes{0};
+        auto const call = [&](int) {
+            try {
+                CallOnce(routine, flag);
+            } catch (std::runtime_error const&) {
+                ++failures;
+                CallOnce(routine, flag);
+            }
+            successes += runs == 2;
+        };
+        InThreads(3, call);
+        EXPECT_TRUE(failures == 1 && successes == 3 && flag == 1);
+    }
+}
+
+using TellingGate = BasicGate<TellsBeforeSleep>;
+
+TEST(Gate, LetsThroughWhoSleepsThoughItClosesAtOnce) {
+    std::optional<TellingGate> gate(false);
+    for (int i = 0; i < 3; ++i) {
+        boost::thread sleeper = Sleeper([&] { gate->Wait(); });
+        gate->Open();
+        gate->Close();
+        sleeper.join();
+    }
+    boost::thread sleeper = Sleeper([&] { gate->Wait(); });
+    gate.reset();
+    sleeper.join();
+}
+
+TEST(Gate, LosesNoWakeUp) {
+    BasicGate<RandomDelays> gate(false);
+    Barrier all(4);
+    int value = 0; // not atomic: the gate makes it visible
+    InThreads(4, [&](int inThread) {
+        for (int round = 1; round <= 300; ++round) {
+            if (inThread == 0) {
+                value = round;
+                gate.Open();
+            } else {
+                gate.Wait();
+                EXPECT_EQ(value, round);
+            }
+            all.Wait();
+            gate.Close();
+            all.Wait();
+        }
+    });
+}
+
+using TellingLock = BasicReadWriteLock<TellsBeforeSleep>;
+
+TEST(ReadWriteLock, KeepsNewReadersOutWhileAWriterWaits) {
+    TellingLock lock;
+    EXPECT_TRUE(lock.LockShared(false) && lock.LockShared(true));
+    EXPECT_FALSE(lock.LockExclusive(true));
+    EXPECT_TRUE(lock.LockShared(true)) << "the attempt left no trace";
+    int value = 0;
+    boost::thread writer = Sleeper([&] {
+        lock.LockExclusive(false);
+        value = 1;
+        lock.UnlockExclusive();
+    });
+    EXPECT_FALSE(lock.LockShared(true));
+    EXPECT_FALSE(lock.LockExclusive(true));
+    boost::thread reader = Sleeper([&] {
+        lock.LockShared(false);
+        EXPECT_EQ(value, 1);
+        lock.UnlockShared();
+    });
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(value, 0);
+        lock.UnlockShared();
+    }
+    writer.join();
+    reader.join();
+    EXPECT_TRUE(lock.LockExclusive(true));
+    EXPECT_FALSE(lock.LockExclusive(true) || lock.LockShared(true));
+    lock.UnlockExclusive();
+}
+
+TEST(ReadWriteLock, ExcludesInEveryMixture) {
+    BasicReadWriteLock<RandomDelays> lock;
+    int first = 0; // written together by one holder, so all that share see them equal
+    int second = 0;
+    std::atomic<int> writes{0};
+    InThreads(4, [&](int inThread) {
+        std::minstd_rand random(static_cast<unsigned>(inThread) + 1);
+        for (int i = 0; i < 2000; ++i) {
+            bool const isTry = random() % 2 == 0;
+            if (random() % 4 != 0) {
+                if (lock.LockShared(isTry)) {
+                    EXPECT_EQ(first, second);
+                    lock.UnlockShared();
+                }
+            } else if (lock.LockExclusive(isTry)) {
+                ++first;
+                RandomDelays::Step();
+                second = first;
+                ++writes;
+                lock.UnlockExclusive();
+            }
+        }
+    });
+    EXPECT_EQ(first, writes);
+    EXPECT_TRUE(lock.LockExclusive(true)) << "nobody is left inside";
+    lock.UnlockExclusive();
+}
+
+TEST(ReadWriteLock, GuardsReleaseOnceAndTellMisuse) {
+    ReadWriteLock lock;
+    {
+        SharedGuard shared(lock);
+        ExclusiveGuard exclusive(lock, true);
+        EXPECT_THROW(exclusive.Unlock(), boost::lock_error);
+        EXPECT_THROW(shared.Lock(), boost::lock_error);
+        shared.Unlock();
+        EXPECT_THROW(shared.Unlock(), boost::lock_error);
+        exclusive.Lock();
+        EXPECT_THROW(exclusive.Lock(), boost::lock_error);
+    }
+    EXPECT_TRUE(ExclusiveGuard(lock, true).IsLocked());
+}
+
+} // namespace
+
+} // namespace brindle::threads

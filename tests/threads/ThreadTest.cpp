@@ -1,0 +1,206 @@
+#include <brindle/threads/Barrier.h>
+#include <brindle/threads/SyncPoint.h>
+#include <brindle/threads/ThreadGroup.h>
+
+#include "tests/RecordingErrorManager.h"
+#include "tests/threads/RefusedAllocation.h"
+#include "threads/src/CurrentThreadPriority.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace brindle::threads {
+
+namespace {
+
+/// Adopts a thread, and gives its own away.
+class OpenThread : public Thread {
+public:
+    using Thread::GetThread;
+    using Thread::Thread;
+    OpenThread(std::string const& inName, boost::thread* inThread) : Thread(inName, inThread) {}
+};
+
+TEST(Thread, ComparesByTheThreadThatItDenotes) {
+    Thread const here("here");
+    EXPECT_TRUE(here == Thread("the same"));
+    std::unique_ptr<Thread> there;
+    std::uint32_t id = 0;
+    auto const body = [&] {
+        there = std::make_unique<Thread>("there");
+        id = GetCurrentThreadID();
+    };
+    Thread started("started", body);
+    started.Join();
+    EXPECT_TRUE(started == *there && started != here);
+    EXPECT_NE(id, GetCurrentThreadID());
+    // The system gives the id of a thread that has ended to one of the next.
+    for (int i = 0; i < 20; ++i) {
+        Thread next("next", body);
+        EXPECT_TRUE(next != started);
+        next.Join();
+        EXPECT_TRUE(next == *there && started != *there);
+    }
+    OpenThread adopted("adopted", new boost::thread(body));
+    adopted.Join();
+    EXPECT_TRUE(adopted == *there && adopted != here);
+}
+
+TEST(Thread, TransfersTheThreadAndJoinsItOnce) {
+    int value = 0;
+    Thread source("source", [&] { value = 1; });
+    Thread thread(source);
+    source = thread;
+    source.Join();
+    EXPECT_EQ(value, 1);
+    source.Join();
+    Thread("empty", boost::function0<void>()).Join();
+    Thread("this one").Join();
+
+    tests::RecordingErrorManager errors;
+    ThreadGroup group("group");
+    Barrier made(2);
+    std::unique_ptr<Thread> const self(group.CreateThread([&] {
+        made.Wait();
+        EXPECT_THROW(self->Join(), boost::thread_resource_error);
+    }));
+    made.Wait();
+    group.JoinAll();
+    EXPECT_EQ(errors.codes, tests::RecordingErrorManager::Codes{20});
+}
+
+TEST(Thread, SleepsUntilATimeHoweverFarOrPast) {
+    boost::xtime now;
+    boost::xtime_get(&now, boost::TIME_UTC_);
+    boost::xtime time = now;
+    time.nsec += 20'000'000;
+    Thread::Sleep(time);
+    boost::xtime_get(&now, boost::TIME_UTC_);
+    EXPECT_GE((now.sec - time.sec) * 1'000'000'000 + now.nsec, time.nsec);
+    for (auto const past : {std::numeric_limits<std::int64_t>::min(), std::int64_t{0}}) {
+        time.sec = past;
+        Thread::Sleep(time);
+    }
+    time.sec = std::numeric_limits<std::int64_t>::max();
+    std::atomic<bool> isInterrupted{false};
+    OpenThread sleeper("sleeper", [&] {
+        try {
+            Thread::Sleep(time);
+        } catch (boost::thread_interrupted const&) {
+            isInterrupted = true;
+        }
+    });
+    Thread::YieldTime();
+    sleeper.GetThread()->interrupt();
+    sleeper.Join();
+    EXPECT_TRUE(isInterrupted);
+}
+
+TEST(ThreadGroup, CountsAndJoinsItsThreads) {
+    auto group = std::make_unique<ThreadGroup>("Workers");
+    EXPECT_EQ(group->Size(), 0);
+    std::atomic<int> runs{0};
+    std::unique_ptr<Thread> first(group->CreateThread([&] { ++runs; }));
+    std::unique_ptr<Thread> second(group->CreateThread(boost::function0<void>()));
+    Thread other("other", [&] { ++runs; });
+    group->RemoveThread(&other);
+    group->AddThread(first.get());
+    EXPECT_EQ(group->Size(), 2);
+    group->AddThread(&other);
+    second.reset(); // the group keeps the thread
+    group = std::make_unique<ThreadGroup>(*group);
+    group->JoinAll();
+    EXPECT_EQ(runs, 2);
+    EXPECT_EQ(group->Size(), 3);
+    group->RemoveThread(first.get());
+    EXPECT_EQ(group->Size(), 2);
+    group.reset();
+    other.Join(); // as it was joined: at once
+}
+
+TEST(ThreadGroup, GrowsFromManyThreadsWhileOthersJoin) {
+    ThreadGroup creators("creators");
+    ThreadGroup group("group");
+    std::atomic<int> runs{0};
+    for (int i = 0; i < 3; ++i) {
+        delete creators.CreateThread([&] {
+            for (int j = 0; j < 25; ++j) {
+                delete group.CreateThread([&] { ++runs; });
+                group.JoinAll();
+            }
+        });
+    }
+    creators.JoinAll();
+    EXPECT_TRUE(runs == 75 && group.Size() == 75);
+}
+
+TEST(ThreadGroup, StartsNothingWithoutMemory) {
+    std::atomic<int> runs{0};
+    boost::function0<void> const body = [&runs] { ++runs; };
+    std::string const name(100, 'n');
+    EXPECT_GT(tests::RefuseEachAllocation([&] { SyncPoint(name, 2); }, [] {}), 1);
+    ThreadGroup group(name);
+    std::unique_ptr<Thread> thread;
+    auto const isAsBefore = [&] { EXPECT_EQ(group.Size(), 0); };
+    EXPECT_GT(
+        tests::RefuseEachAllocation([&] { thread.reset(group.CreateThread(body)); }, isAsBefore),
+        3);
+    group.JoinAll();
+    EXPECT_TRUE(runs == 1 && group.Size() == 1);
+}
+
+/// Ends the process with 0 if it reported that it could not start threads, and could afterwards.
+[[noreturn]] void StartThreadsBeyondTheLimit() {
+    // The limit binds no root.
+    if (geteuid() == 0 && setuid(65534) != 0) {
+        _exit(2);
+    }
+    rlimit limit{};
+    getrlimit(RLIMIT_NPROC, &limit);
+    rlim_t const former = std::exchange(limit.rlim_cur, 0);
+    setrlimit(RLIMIT_NPROC, &limit);
+    tests::RecordingErrorManager errors;
+    ThreadGroup group("group");
+    boost::function0<void> const body = [] {};
+    EXPECT_THROW(Thread("refused", body), boost::thread_resource_error);
+    EXPECT_THROW(group.CreateThread(body), boost::thread_resource_error);
+    EXPECT_EQ(errors.codes, (tests::RecordingErrorManager::Codes{20, 20}));
+    EXPECT_EQ(group.Size(), 0);
+    limit.rlim_cur = former;
+    setrlimit(RLIMIT_NPROC, &limit);
+    delete group.CreateThread(body);
+    group.JoinAll();
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+}
+
+TEST(Thread, ReportsThatTheSystemHasNoMore) {
+    EXPECT_EXIT(StartThreadsBeyondTheLimit(), testing::ExitedWithCode(0), "");
+}
+
+TEST(ThreadPriority, IsTheCallersAloneAndNormalIfItIsNone) {
+    std::int32_t const expected[] = {0, -15, -2, -1, 0, 1, 2, 0};
+    for (std::int32_t priority = -1; priority <= 6; ++priority) {
+        EXPECT_EQ(PlatformPriority(static_cast<ThreadPriority>(priority)), expected[priority + 1]);
+    }
+    int const normal = getpriority(PRIO_PROCESS, 0);
+    int inThread = 0;
+    Thread("low", [&] {
+        for (auto const priority : {kThreadPriorityIdle, kThreadPriorityLowest}) {
+            SetCurrentThreadPriority(priority);
+            inThread = getpriority(PRIO_PROCESS, 0);
+        }
+    }).Join();
+    EXPECT_GT(inThread, normal);
+    EXPECT_EQ(getpriority(PRIO_PROCESS, 0), normal);
+}
+
+} // namespace
+
+} // namespace brindle::threads
