@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 namespace brindle::arrange::impl {
 
@@ -21,7 +22,8 @@ class LayoutMaker {
 public:
     LayoutMaker(AbstractArrangeableGroup& inGroup, Alternatives const& inAlternatives,
                 Separators const& inSeparators)
-        : mGroup(inGroup), mAlternatives(inAlternatives), mSeparators(inSeparators) {}
+        : mGroup(inGroup), mAlternatives(inAlternatives), mSeparators(inSeparators),
+          mSeparatorBuilds(inGroup.SeparatorBuilds()) {}
 
     boost::intrusive_ptr<IArrangement> Make(FoundLayout const& inFound) {
         Chosen chosen;
@@ -30,9 +32,9 @@ public:
         }
         switch (inFound.form) {
         case LayoutForm::kRow:
-            return new RowArrangement(mGroup, chosen, mSeparators, true);
+            return new RowArrangement(mGroup, chosen, IfCurrent(mSeparators), true);
         case LayoutForm::kColumn:
-            return new ColumnArrangement(mGroup, chosen, mSeparators, true);
+            return new ColumnArrangement(mGroup, chosen, IfCurrent(mSeparators), true);
         case LayoutForm::kRowsInColumn:
             return MakeStack<RowArrangement, ColumnArrangement>(inFound, chosen);
         case LayoutForm::kColumnsInRow:
@@ -59,11 +61,12 @@ private:
                 continue;
             }
             bool const isOnlyLine = inFound.lines.size() == 1;
-            mLines.push_back(children.size() == 1 ? children.front()
-                                                  : new Line(mGroup, children, ofLine, isOnlyLine));
+            mLines.push_back(children.size() == 1
+                                 ? children.front()
+                                 : new Line(mGroup, children, IfCurrent(ofLine), isOnlyLine));
         }
         mLast = inFound;
-        return new Stack(mGroup, mLines, separators, true);
+        return new Stack(mGroup, mLines, IfCurrent(separators), true);
     }
 
     /// How many lines the layout shares with the one before it, which by the order of trying is the
@@ -86,9 +89,16 @@ private:
         return taken;
     }
 
+    /// None if the client has had the group's separators built anew while it was asked for sizes.
+    Separators const& IfCurrent(Separators const& inSeparators) const {
+        return mGroup.SeparatorBuilds() == mSeparatorBuilds ? inSeparators : mNoSeparators;
+    }
+
     AbstractArrangeableGroup& mGroup;
     Alternatives const& mAlternatives;
-    Separators const& mSeparators;
+    Separators const mSeparators;
+    Separators const mNoSeparators;
+    std::uint32_t mSeparatorBuilds;
     FoundLayout mLast;
     Chosen mLines; // those of the last stack
 };
