@@ -75,13 +75,9 @@ private:
         }
     }
 
-    /// Whoever computes the next result delivers it, and what was computed behind it, unless
-    /// another does so already and will find it.
+    /// Whoever finds the next result computed takes it and delivers it, then the one behind it.
+    /// Until it is delivered there is no next one, so nobody else delivers.
     void DeliverWhatIsNext(std::unique_lock<std::mutex>& ioLock) {
-        if (mIsDelivering) {
-            return;
-        }
-        mIsDelivering = true;
         while (!mFailure && mIsComputed[mDelivered % kMostAhead]) {
             mIsComputed[mDelivered % kMostAhead] = false;
             ioLock.unlock();
@@ -90,7 +86,6 @@ private:
             ++mDelivered;
             PostMore();
         }
-        mIsDelivering = false;
     }
 
     std::size_t const mCount;
@@ -98,11 +93,10 @@ private:
     Step const& mDeliver;
     std::mutex mMutex;
     std::condition_variable mEnded;
-    std::array<bool, kMostAhead> mIsComputed{};
+    std::array<bool, kMostAhead> mIsComputed{}; // and not taken yet
     std::size_t mPosted = 0;
     std::size_t mUnderWay = 0;
     std::size_t mDelivered = 0; // changed by who delivers alone, who may read it without the lock
-    bool mIsDelivering = false;
     std::exception_ptr mFailure;
     boost::shared_ptr<threads::AsyncThreadedExecutor> const mPool;
 };
