@@ -1,18 +1,13 @@
+#include "host/FileSum.h"
+#include "host/InOrder.h"
 #include "host/Verbs.h"
 
-#include <brindle/filesupport/ByteStreamOperators.h>
-#include <brindle/filesupport/CRCByteStream.h>
-#include <brindle/filesupport/CountingByteStream.h>
-#include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/NativePath.h>
-#include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/filesupport/RecursiveFileIterator.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <stdexcept>
 
 namespace brindle::host {
 
@@ -21,71 +16,12 @@ namespace {
 using namespace filesupport;
 
 constexpr std::uint32_t kMostJobs = 1024;
-constexpr std::size_t kBlockSize = 128 * 1024;
 
-/// A file cannot be summed; `what()` says why.
-class unreadable_error : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
+/// What came of summing a file: a sum, or a reason why there is none.
+struct Outcome {
+    FileSum sum;
+    std::string failure;
 };
-
-struct FileSum {
-    std::uint32_t crc;
-    std::uint64_t size;
-};
-
-void RequireRegular(FileKind inKind) {
-    switch (inKind) {
-    case FileKind::kRegular:
-        return;
-    case FileKind::kMissing:
-        throw unreadable_error("no such file or directory");
-    case FileKind::kDirectory:
-        throw unreadable_error("has become a directory");
-    case FileKind::kPipe:
-        throw unreadable_error("skipped, it is a FIFO");
-    case FileKind::kSocket:
-        throw unreadable_error("skipped, it is a socket");
-    case FileKind::kDevice:
-        throw unreadable_error("skipped, it is a device");
-    case FileKind::kOther:
-        throw unreadable_error("skipped, it is no regular file");
-    }
-}
-
-/// Hands the bytes of a file to a stream, block by block.
-void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
-    static std::vector<std::uint8_t> S_block(kBlockSize);
-    std::uint64_t left = inSource.Length();
-    if (left == 0) {
-        outSink << inSource; // the system tells no size of files that it makes up as they are read
-        return;
-    }
-    while (left != 0) {
-        auto const count = static_cast<std::uint32_t>(std::min<std::uint64_t>(left, kBlockSize));
-        inSource.ReadBlock(S_block.data(), count);
-        outSink.WriteBlock(S_block.data(), count);
-        left -= count;
-    }
-}
-
-/// Throws `unreadable_error`.
-FileSum SumOf(File const& inFile) {
-    RequireRegular(KindOf(inFile));
-    try {
-        IPlatformByteStream source(inFile);
-        OCountingByteStream counter;
-        OCRCByteStream crc(counter);
-        CopyBlocks(source, crc);
-        return {crc.Value(), counter.Count()};
-    } catch (file_not_found_exception const&) {
-        throw unreadable_error("no such file or directory");
-    } catch (eof_error const&) {
-        throw unreadable_error("became shorter while it was read");
-    } catch (byte_stream_exception const&) {
-        throw unreadable_error("cannot be read");
-    }
-}
 
 /// The native paths of all files below the operands, sorted byte by byte.
 std::vector<std::string> FilesBelow(std::vector<std::string> const& inOperands,
@@ -118,31 +54,43 @@ void PrintLine(FileSum const& inSum, std::string const& inPath) {
     utility::streams::Out << (name.size() != inPath.size() ? "\\" : "") << numbers << name << '\n';
 }
 
-} // namespace
-
-namespace {
-
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (inArguments.Operands().empty()) {
         throw usage_error("sum needs a PATH");
     }
-    inArguments.Number("jobs", 1, kMostJobs, 1);
+    constexpr std::uint32_t kAsManyAsProcessors = 0;
+    auto const jobs = inArguments.Number("jobs", 1, kMostJobs, kAsManyAsProcessors);
 
     std::vector<std::string> const paths = FilesBelow(inArguments.Operands(), ioDiagnostics);
+    std::vector<Outcome> outcomes(std::min(paths.size(), kMostAhead));
     std::uint64_t bytes = 0;
-    for (std::size_t i = 0; i < paths.size(); ++i) {
-        ioDiagnostics.ShowProgress("summed " + std::to_string(i) + " of " +
+    auto const showProgress = [&](std::size_t inDone) {
+        ioDiagnostics.ShowProgress("summed " + std::to_string(inDone) + " of " +
                                    std::to_string(paths.size()) + " files, " +
                                    std::to_string(bytes >> 20) + " MiB");
+    };
+    auto const sum = [&](std::size_t inIndex) {
+        Outcome& outcome = outcomes[inIndex % kMostAhead];
+        outcome = Outcome();
         try {
-            FileSum const sum = SumOf(FileFromNative(paths[i]));
-            bytes += sum.size;
-            ioDiagnostics.MakeRoomForOutput();
-            PrintLine(sum, paths[i]);
+            outcome.sum = SumOf(FileFromNative(paths[inIndex]));
         } catch (unreadable_error const& error) {
-            ioDiagnostics.Report(paths[i], error.what());
+            outcome.failure = error.what();
         }
-    }
+    };
+    auto const print = [&](std::size_t inIndex) {
+        Outcome const& outcome = outcomes[inIndex % kMostAhead];
+        if (outcome.failure.empty()) {
+            bytes += outcome.sum.size;
+            ioDiagnostics.MakeRoomForOutput();
+            PrintLine(outcome.sum, paths[inIndex]);
+        } else {
+            ioDiagnostics.Report(paths[inIndex], outcome.failure);
+        }
+        showProgress(inIndex + 1);
+    };
+    showProgress(0);
+    RunInOrder(paths.size(), jobs, sum, print);
 }
 
 } // namespace
@@ -158,7 +106,8 @@ Verb const kSumVerb = {
     "with a backslash. Links to files are followed, links to directories are not entered.\n"
     "FIFOs, sockets and devices are reported and skipped.\n"
     "\n"
-    "  --jobs=N  how many files may be summed at once, 1 to 1024; one is, for any N\n",
+    "  --jobs=N  how many files may be summed at once, 1 to 1024; without it, one for each\n"
+    "            processor\n",
     {"help", "jobs"},
     Run,
 };

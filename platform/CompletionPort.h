@@ -20,8 +20,9 @@ public:
     /// Drops the packets that are left; what they point to is the poster's.
     ~CompletionPort();
 
-    /// Appends a packet, which may be null, and wakes one waiting thread if there is one. Never
-    /// blocks. False, and nothing is appended, if there is no memory.
+    /// Appends a packet and sees to it that a waiting thread takes it. Never blocks. False, and
+    /// nothing is appended, if there is no memory; but a null packet is never refused: then it
+    /// comes once no other packet is left.
     bool Post(void* inPacket) noexcept;
 
     /// Removes the oldest packet; blocks for at most this time until there is one. False, and null,

@@ -21,7 +21,8 @@ public:
     virtual bool IsShutdown() = 0;
 
     /// Blocks until every immediate item posted before has finished; after `Shutdown`, until the
-    /// workers have ended. Nothing when called on a worker of this executor.
+    /// workers have ended. Nothing when called on a worker of this executor. Throws
+    /// `std::bad_alloc`, and then nobody waits.
     virtual void Synchronize() = 0;
 
     /// Each worker stops before its next item until `Resume`; running items go on.

@@ -92,9 +92,27 @@ TEST_F(Sum, TakesFilesAndDirectoriesAndSortsThemTogether) {
     }
 }
 
+TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
+    for (int i = 0; i < 2000; ++i) { // more than are ever ahead, of sizes that overtake each other
+        MakeFile("d" + std::to_string(i % 7) + "/\n" + std::to_string(i),
+                 std::string(i % 97 == 0 ? 100'000u : 1u, static_cast<char>(i)));
+        fs::create_symlink(i % 2 != 0 ? "nowhere" : "/dev/null", Native("l" + std::to_string(i)));
+    }
+    Outcome const alone = Run("sum --jobs=1 '" + mTemporary.Native() + "'");
+    EXPECT_EQ(ExpectedLines(), alone.output);
+    for (char const* const jobs : {"", "--jobs=2", "--jobs=1024"}) {
+        Outcome const outcome = Run(std::string("sum ") + jobs + " '" + mTemporary.Native() + "'");
+        EXPECT_EQ(alone.output, outcome.output) << jobs;
+        EXPECT_EQ(alone.errors, outcome.errors) << jobs;
+        EXPECT_EQ(1, outcome.status) << jobs;
+    }
+    EXPECT_EQ(0, Run("sum --jobs=2 d0").status);
+}
+
 TEST_F(Sum, ExitStatusTellsWrongUsageAndAFullDisk) {
-    for (char const* const words : {"", "nonsense", "sum", "sum --nonsense .", "sum --jobs=0 .",
-                                    "sum --jobs=1x .", "sum --jobs= .", "--nonsense"}) {
+    for (char const* const words :
+         {"", "nonsense", "sum", "sum --nonsense .", "sum --jobs=0 .", "sum --jobs=1025 .",
+          "sum --jobs=1x .", "sum --jobs= .", "--nonsense"}) {
         ExpectWrongUsage(words);
     }
     for (char const* const words : {"--help", "sum --help", "--version"}) {

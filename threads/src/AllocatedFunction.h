@@ -6,7 +6,6 @@
 
 #include <memory>
 #include <new>
-#include <utility>
 
 namespace brindle::threads {
 
@@ -22,12 +21,14 @@ public:
     using Pointer = std::unique_ptr<AllocatedFunction, Release>;
 
     /// Holds a copy of the function. Throws `std::bad_alloc`, and what copying throws.
-    static Pointer Make(boost::function0<void> inFunction) {
-        void* const block = utility::SmallBlockAllocator::Allocate(kBlockSize);
+    static Pointer Make(boost::function0<void> const& inFunction) {
+        Block block(utility::SmallBlockAllocator::Allocate(kBlockSize));
         if (block == nullptr) {
             throw std::bad_alloc();
         }
-        return Pointer(new (block) AllocatedFunction(inFunction));
+        Pointer item(new (block.get()) AllocatedFunction(inFunction));
+        static_cast<void>(block.release());
+        return item;
     }
 
     bool IsEmpty() const { return mFunction.empty(); }
@@ -36,9 +37,14 @@ public:
 private:
     static constexpr unsigned int kBlockSize = 32;
 
-    explicit AllocatedFunction(boost::function0<void>& ioFunction) noexcept {
-        mFunction.swap(ioFunction);
-    }
+    struct DisposeBlock {
+        void operator()(void* inBlock) const {
+            utility::SmallBlockAllocator::Dispose(inBlock, kBlockSize);
+        }
+    };
+    using Block = std::unique_ptr<void, DisposeBlock>;
+
+    explicit AllocatedFunction(boost::function0<void> const& inFunction) : mFunction(inFunction) {}
     ~AllocatedFunction() = default;
 
     boost::function0<void> mFunction;

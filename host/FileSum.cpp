@@ -1,0 +1,75 @@
+#include "host/FileSum.h"
+
+#include <brindle/filesupport/ByteStreamOperators.h>
+#include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/FileKind.h>
+#include <brindle/filesupport/PlatformByteStreams.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace brindle::host {
+
+using namespace filesupport;
+
+namespace {
+
+constexpr std::size_t kBlockSize = 128 * 1024;
+
+void RequireRegular(FileKind inKind) {
+    switch (inKind) {
+    case FileKind::kRegular:
+        return;
+    case FileKind::kMissing:
+        throw unreadable_error("no such file or directory");
+    case FileKind::kDirectory:
+        throw unreadable_error("has become a directory");
+    case FileKind::kPipe:
+        throw unreadable_error("skipped, it is a FIFO");
+    case FileKind::kSocket:
+        throw unreadable_error("skipped, it is a socket");
+    case FileKind::kDevice:
+        throw unreadable_error("skipped, it is a device");
+    case FileKind::kOther:
+        throw unreadable_error("skipped, it is no regular file");
+    }
+}
+
+/// Hands the bytes of a file to a stream, block by block.
+void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
+    static thread_local std::vector<std::uint8_t> S_block(kBlockSize);
+    std::uint64_t left = inSource.Length();
+    if (left == 0) {
+        outSink << inSource; // the system tells no size of files that it makes up as they are read
+        return;
+    }
+    while (left != 0) {
+        auto const count = static_cast<std::uint32_t>(std::min<std::uint64_t>(left, kBlockSize));
+        inSource.ReadBlock(S_block.data(), count);
+        outSink.WriteBlock(S_block.data(), count);
+        left -= count;
+    }
+}
+
+} // namespace
+
+FileSum SumOf(File const& inFile) {
+    RequireRegular(KindOf(inFile));
+    try {
+        IPlatformByteStream source(inFile);
+        OCountingByteStream counter;
+        OCRCByteStream crc(counter);
+        CopyBlocks(source, crc);
+        return {crc.Value(), counter.Count()};
+    } catch (file_not_found_exception const&) {
+        throw unreadable_error("no such file or directory");
+    } catch (eof_error const&) {
+        throw unreadable_error("became shorter while it was read");
+    } catch (byte_stream_exception const&) {
+        throw unreadable_error("cannot be read");
+    }
+}
+
+} // namespace brindle::host
