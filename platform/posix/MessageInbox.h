@@ -18,7 +18,7 @@ struct Unpaused {
 
 /// Carries messages from any thread to the one that owns the inbox, oldest first, without a lock,
 /// and keeps a descriptor readable as long as there are any. `Steps::Pause` stands between the
-/// steps that other threads may come in between. docs/concurrency/MessageInbox.md tells why it is
+/// steps that other threads may come in between. docs/concurrency/message-inbox.md tells why it is
 /// right.
 template <typename Steps>
 class MessageInbox {

@@ -1,12 +1,9 @@
 #include "platform/posix/MessageInbox.h"
 
-#include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <random>
 #include <thread>
-#include <vector>
 
 using namespace brindle::platform;
 
@@ -22,139 +19,94 @@ struct Scripted {
     }
 };
 
+struct Numbered : Message {
+    explicit Numbered(int inNumber) : Message(nullptr), number(inNumber) { ++S_alive; }
+    ~Numbered() override { --S_alive; }
+    void Handle() noexcept override {}
+    int const number;
+    inline static std::atomic<int> S_alive{0};
+};
+
 struct Inbox : MessageInbox<Scripted> {
     bool IsReadable() const {
         pollfd watched{Descriptor(), POLLIN, 0};
         return ::poll(&watched, 1, 0) == 1;
     }
+    void PopAll() {
+        while (HasNext()) {
+            EXPECT_TRUE(IsReadable());
+            Pop();
+            Settle();
+        }
+        EXPECT_FALSE(IsReadable());
+    }
 };
 
-std::atomic<int> S_messages{0};
-
-struct Numbered : Message {
-    explicit Numbered(int inNumber) : Message(nullptr), number(inNumber) { ++S_messages; }
-    ~Numbered() override { --S_messages; }
-    void Handle() noexcept override {}
-    int const number;
-};
-
-int PopNumber(Inbox& ioInbox) {
-    return static_cast<Numbered&>(*ioInbox.Pop()).number;
-}
-
-/// Does something on a thread that comes to a halt at its `inPause`-th pause, if it has as many,
-/// then something else meanwhile; then the thread goes on to its end.
-bool WithOneHalted(int inPause, std::function<void()> const& inHalted,
-                   std::function<void()> const& inMeanwhile) {
-    boost::barrier halt(2), go(2);
-    int pause = 0;
-    bool hasHalted = false;
-    auto const meet = [&](bool inHalt) {
-        if (inHalt && !hasHalted) {
-            hasHalted = true;
-            halt.wait();
-            go.wait();
+/// Does something and, before its n-th step of those that others may come in between, something
+/// else. Whether it has as many.
+bool Interrupt(int inStep, std::function<void()> const& inFirst,
+               std::function<void()> const& inOther) {
+    Scripted::onPause = [&] {
+        if (--inStep == 0) {
+            inOther();
         }
     };
-    std::thread thread([&] {
-        Scripted::onPause = [&] { meet(++pause == inPause); };
-        inHalted();
-        bool const halted = hasHalted;
-        meet(true);
-        hasHalted = halted;
-    });
-    halt.wait();
-    inMeanwhile();
-    go.wait();
-    thread.join();
-    return hasHalted;
+    inFirst();
+    Scripted::onPause = nullptr;
+    return inStep <= 0;
 }
 
 } // namespace
 
-TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAPosterHalts) {
-    bool hasHalted = true;
-    for (int pause = 1; hasHalted; ++pause) {
-        Inbox inbox;
-        hasHalted = WithOneHalted(
-            pause, [&] { inbox.Push(new Numbered(0)); },
-            [&] {
-                for (int round = 0; round < 2; ++round) {
-                    inbox.Push(new Numbered(1));
-                    inbox.Push(new Numbered(2));
-                    EXPECT_TRUE(inbox.IsReadable());
-                    while (inbox.HasNext()) {
-                        EXPECT_TRUE(inbox.IsReadable());
-                        inbox.Pop();
-                        inbox.Settle();
-                    }
-                    EXPECT_FALSE(inbox.IsReadable());
-                }
-            });
-        EXPECT_TRUE(!inbox.HasNext() || inbox.IsReadable());
-        while (inbox.Pop() != nullptr) {
-        }
-        inbox.Settle();
-        EXPECT_FALSE(inbox.IsReadable());
-        inbox.Push(new Numbered(3));
-        EXPECT_TRUE(inbox.IsReadable());
-        EXPECT_GT(pause, hasHalted ? 0 : 4);
-    }
-}
-
-TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverTheOwnerHalts) {
-    bool hasHalted = true;
-    for (int pause = 1; hasHalted; ++pause) {
-        Inbox inbox;
-        inbox.Push(new Numbered(0));
-        hasHalted = WithOneHalted(
-            pause,
-            [&] {
-                inbox.Gather();
-                inbox.Pop();
-                inbox.Settle();
-            },
-            [&] { inbox.Push(new Numbered(1)); });
-        EXPECT_TRUE(inbox.IsReadable());
-        EXPECT_TRUE(inbox.HasNext());
-        EXPECT_GT(pause, hasHalted ? 0 : 2);
-    }
-}
-
-TEST(MessageInbox, KeepsTheOrderOfEachOfManyPostersAndReleasesAll) {
-    constexpr int kPosters = 3, kEach = 3000;
+TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAnotherHalts) {
     Inbox inbox;
-    std::vector<std::thread> posters;
-    std::atomic<int> refused{0};
-    for (int poster = 0; poster < kPosters; ++poster) {
-        posters.emplace_back([&, poster] {
-            std::minstd_rand random(static_cast<unsigned>(poster + 1));
-            Scripted::onPause = [&] {
-                if (random() % 8 == 0) {
-                    std::this_thread::yield();
-                }
-            };
-            for (int i = 0; i < kEach; ++i) {
-                refused += inbox.Push(new Numbered(poster * kEach + i)) ? 0 : 1;
-            }
-        });
+    auto const push = [&] { inbox.Push(new Numbered(0)); };
+    auto const othersGoOn = [&] {
+        for (int round = 0; round < 2; ++round) {
+            push();
+            EXPECT_TRUE(inbox.IsReadable());
+            inbox.PopAll();
+        }
+    };
+    for (int step = 1; Interrupt(step, push, othersGoOn); ++step) {
+        EXPECT_TRUE(!inbox.HasNext() || inbox.IsReadable());
+        EXPECT_EQ(inbox.HasNext(), step == 1);
+        inbox.Pop();
+        inbox.Settle();
+        othersGoOn();
     }
-    Scripted::onPause = [] { std::this_thread::yield(); };
-    std::vector<int> next(kPosters, 0);
-    for (int left = kPosters * kEach * 9 / 10; left > 0; --left) {
+    for (int step = 1; Interrupt(
+             step, [&] { inbox.Settle(); }, push);
+         ++step) {
+        EXPECT_TRUE(inbox.IsReadable());
+        inbox.PopAll();
+    }
+}
+
+TEST(MessageInbox, KeepsTheOrderOfEachPosterAndReleasesWhatIsLeft) {
+    constexpr int kEach = 3000;
+    Inbox inbox;
+    auto const post = [&](int inFirst) {
+        Scripted::onPause = [step = inFirst]() mutable {
+            if (++step % 7 == 0) {
+                std::this_thread::yield();
+            }
+        };
+        for (int i = inFirst; i < inFirst + kEach; ++i) {
+            inbox.Push(new Numbered(i));
+        }
+    };
+    int next[] = {0, kEach};
+    std::thread one(post, next[0]), two(post, next[1]);
+    for (int popped = 0; popped < 5000; ++popped) {
         while (!inbox.HasNext()) {
             inbox.Settle();
             inbox.Await();
         }
-        int const number = PopNumber(inbox);
-        EXPECT_EQ(number % kEach, next[static_cast<std::size_t>(number / kEach)]++);
+        int const number = static_cast<Numbered&>(*inbox.Pop()).number;
+        ASSERT_EQ(number, next[number / kEach]++);
     }
-    inbox.Close();
-    Scripted::onPause = nullptr;
-    for (std::thread& poster : posters) {
-        poster.join();
-    }
-    EXPECT_FALSE(inbox.Push(new Numbered(0)));
-    EXPECT_EQ(S_messages, 0);
-    EXPECT_LE(refused, kPosters * kEach / 10);
+    inbox.Close(); // while they post
+    one.join(), two.join();
+    EXPECT_EQ(Numbered::S_alive, 0);
 }

@@ -70,9 +70,10 @@ bool EventLoopWindow::DispatchOne() {
 }
 
 void EventLoopWindow::Close() noexcept {
-    Destroy();
     immediate.Clear();
     delayed.Clear();
+    // Last: the timer releases what it cannot send, and is not to find an item there.
+    Destroy();
 }
 
 boost::intrusive_ptr<platform::Message> EventLoopWindow::MakePump() {

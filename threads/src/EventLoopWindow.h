@@ -18,7 +18,7 @@ public:
     /// none. What the item throws reaches the caller.
     bool DispatchOne();
 
-    /// Takes no more messages, and releases the items.
+    /// Releases the items, and takes no more messages.
     void Close() noexcept;
 
     /// Has `DispatchOne` called once on the window's thread. In a small block of its own.
