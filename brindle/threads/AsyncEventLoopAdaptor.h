@@ -8,8 +8,8 @@
 namespace brindle::threads {
 
 /// An executor on the loop of the thread that made it. Immediate functions run in the order of
-/// posting, one a turn of the loop, and never inside `Post`; delayed ones when they are due, on the
-/// system's clock.
+/// posting, on a later turn of the loop and never inside `Post`; delayed ones when they are due, on
+/// the system's clock.
 ///
 /// With its last reference, which may go on any thread and in a function that it runs, all that has
 /// not begun is released, and never runs.

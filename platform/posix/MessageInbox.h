@@ -53,7 +53,8 @@ public:
 
     /// Takes over what was pushed. How many messages there have been up to now.
     std::uint64_t Gather() noexcept {
-        if (mNewest.load(std::memory_order_relaxed) != nullptr) {
+        Message const* const newest = mNewest.load(std::memory_order_relaxed);
+        if (newest != nullptr && newest != Closed()) {
             Append(mNewest.exchange(nullptr, std::memory_order_acquire));
         }
         return mGathered;
@@ -145,8 +146,8 @@ private:
     // turns that odd.
     std::atomic<std::uint64_t> mSignal{0};
 
-    // The owner's alone.
-    std::uint64_t mRound = 0;
+    // The owner's alone, apart from the line that posters write to.
+    alignas(64) std::uint64_t mRound = 0;
     Message* mOldest = nullptr;
     Message* mLast = nullptr; // means something if there is an oldest
     std::uint64_t mGathered = 0;

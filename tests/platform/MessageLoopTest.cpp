@@ -107,6 +107,7 @@ TEST(MessageInbox, KeepsTheOrderOfEachPosterAndReleasesWhatIsLeft) {
         ASSERT_EQ(number, next[number / kEach]++);
     }
     inbox.Close(); // while they post
+    EXPECT_FALSE(inbox.HasNext());
     one.join(), two.join();
     EXPECT_EQ(Numbered::S_alive, 0);
 }

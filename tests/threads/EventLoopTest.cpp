@@ -9,10 +9,15 @@
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <glib-unix.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <poll.h>
-#include <sys/resource.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -53,6 +58,17 @@ private:
     std::shared_ptr<Gate> mHolds = std::make_shared<Gate>(false);
     std::shared_ptr<Gate> mGo = std::make_shared<Gate>(false);
 };
+
+/// The calling thread, and those that it starts, get no descriptors of events any more.
+void RefuseEventDescriptors() {
+    sock_filter steps[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_eventfd2, 0, 1),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EMFILE),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+    sock_fprog const program{4, steps};
+    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+}
 
 } // namespace
 
@@ -201,14 +217,12 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
 
 TEST(EventLoop, WithoutDescriptorsThereIsAReportAndNoLoop) {
     brindle::tests::RecordingErrorManager errors;
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    rlimit const none{0, limit.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
-    On([] { EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error); });
-    auto const executor = CreateAsyncEventLoopExecutor("loop");
-    EXPECT_TRUE(executor->IsShutdown());
-    executor->Join();
-    setrlimit(RLIMIT_NOFILE, &limit);
+    On([] {
+        RefuseEventDescriptors();
+        EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error);
+        auto const executor = CreateAsyncEventLoopExecutor("loop");
+        EXPECT_TRUE(executor->IsShutdown());
+        executor->Join();
+    });
     EXPECT_EQ(errors.codes, (decltype(errors.codes){20, 20}));
 }
