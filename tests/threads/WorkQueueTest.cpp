@@ -1,0 +1,243 @@
+#include <brindle/threads/AsyncThreadedExecutor.h>
+
+#include "tests/AllocationFailure.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/smart_ptr/weak_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <mutex>
+#include <random>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace brindle::threads {
+
+namespace {
+
+using Clock = std::chrono::system_clock;
+using Pool = boost::shared_ptr<AsyncThreadedExecutor>;
+
+Pool MakePool(int inThreadCount) {
+    return CreateAsyncThreadedExecutor("test", inThreadCount, kThreadPriorityNormal);
+}
+
+TEST(WorkQueue, OneWorkerRunsInTheOrderOfPostingWhateverItemsDo) {
+    Pool const pool = MakePool(1);
+    std::vector<int> ran;
+    pool->Post([&] { ran.push_back(1); }, 0);
+    pool->Post([&] { throw std::runtime_error("dropped"); }, 0);
+    pool->Post([&] { throw 1; }, 0);
+    EXPECT_TRUE(pool->Post({}, 0));
+    pool->Post(
+        [&] {
+            EXPECT_TRUE(pool->IsCurrentThreadExecutorThread());
+            pool->Shutdown();
+            pool->Synchronize();
+            EXPECT_FALSE(pool->IsShutdown());
+            EXPECT_TRUE(pool->Post([&] { ran.push_back(3); }, 0));
+            ran.push_back(2);
+        },
+        0);
+    pool->Synchronize();
+    pool->Synchronize();
+    EXPECT_EQ(ran, (std::vector<int>{1, 2, 3}));
+    EXPECT_FALSE(pool->IsCurrentThreadExecutorThread());
+}
+
+TEST(WorkQueue, HasAsManyWorkersAsAsked) {
+    EXPECT_EQ(MakePool(-1)->GetThreadCount(),
+              static_cast<std::int32_t>(std::thread::hardware_concurrency()));
+    EXPECT_EQ(MakePool(3)->GetThreadCount(), 3);
+    for (int const count : {0, -2}) {
+        Pool const pool = MakePool(count);
+        auto token = boost::make_shared<int>();
+        boost::weak_ptr<int> const held = token;
+        EXPECT_EQ(pool->GetThreadCount(), 0);
+        EXPECT_TRUE(pool->Post([token] { ADD_FAILURE(); }, 0));
+        EXPECT_TRUE(pool->Post([token = std::move(token)] { ADD_FAILURE(); }, 1));
+        pool->Synchronize();
+        EXPECT_FALSE(held.expired());
+        pool->Shutdown();
+        EXPECT_TRUE(held.expired());
+        pool->Synchronize();
+    }
+}
+
+TEST(WorkQueue, DelayedItemsRunWhenTheyAreDueAndInThatOrder) {
+    constexpr std::size_t kCount = 300;
+    Pool const pool = MakePool(1);
+    for (std::uint32_t const late : {0xFFFFFFFFu, 0x80000001u, 3'600'000u}) {
+        pool->Post([] { ADD_FAILURE(); }, late);
+    }
+    std::vector<Clock::time_point> earliest(kCount); // due between these
+    std::vector<Clock::time_point> latest(kCount);
+    std::vector<std::size_t> ran;
+    std::mutex mutex;
+    std::promise<void> done;
+    std::mt19937 random(1);
+    for (std::size_t i = 0; i < kCount; ++i) {
+        std::chrono::milliseconds const delay(random() % 40 + 1);
+        std::lock_guard const lock(mutex);
+        earliest[i] = std::chrono::floor<std::chrono::microseconds>(Clock::now()) + delay;
+        pool->Post(
+            [&, i] {
+                std::lock_guard const lockAgain(mutex);
+                EXPECT_GE(Clock::now(), earliest[i]);
+                ran.push_back(i);
+                if (ran.size() == kCount) {
+                    done.set_value();
+                }
+            },
+            static_cast<std::uint32_t>(delay.count()));
+        latest[i] = Clock::now() + delay;
+    }
+    done.get_future().wait();
+    for (std::size_t i = 1; i < kCount; ++i) {
+        EXPECT_LE(earliest[ran[i - 1]], latest[ran[i]]);
+    }
+}
+
+TEST(WorkQueue, ABusyWorkerHandsTheTimerOn) {
+    Pool const pool = MakePool(2);
+    for (int i = 0; i < 50; ++i) {
+        std::promise<void> delayedRan;
+        std::promise<void> bothRan;
+        pool->Post([&] { delayedRan.set_value(); }, 1);
+        pool->Post([&] { delayedRan.get_future().wait(), bothRan.set_value(); }, 0);
+        bothRan.get_future().wait();
+    }
+}
+
+TEST(WorkQueue, ShutdownRunsWhatIsQueuedAndDropsWhatIsNotDue) {
+    Pool const pool = MakePool(1);
+    auto token = boost::make_shared<int>();
+    boost::weak_ptr<int> const held = token;
+    std::atomic<int> ran{0};
+    pool->Suspend();
+    std::thread waiting([&] { pool->WaitUntilResumed(); });
+    for (int i = 0; i < 5; ++i) {
+        pool->Post([&] { ++ran; }, 0);
+    }
+    // What goes with a dropped item may call the pool.
+    boost::shared_ptr<void> const calling(nullptr, [&](void*) { pool->Post([] {}, 1); });
+    pool->Post([token = std::move(token), calling] { ADD_FAILURE(); }, 3'600'000);
+    EXPECT_EQ(ran, 0);
+    pool->Shutdown();
+    pool->Shutdown();
+    EXPECT_TRUE(held.expired());
+    EXPECT_TRUE(pool->IsShutdown());
+    EXPECT_FALSE(pool->Post([] { ADD_FAILURE(); }, 0));
+    EXPECT_FALSE(pool->Post([] { ADD_FAILURE(); }, 1));
+    pool->Suspend(); // nothing, from here
+    pool->Synchronize();
+    pool->Synchronize();
+    EXPECT_EQ(ran, 5);
+    waiting.join();
+}
+
+TEST(WorkQueue, NothingStartsWhileSuspended) {
+    Pool const pool = MakePool(2);
+    for (int i = 0; i < 200; ++i) {
+        std::atomic<bool> isResumed{false};
+        pool->Suspend();
+        pool->Post([&] { EXPECT_TRUE(isResumed); }, 0);
+        std::this_thread::yield();
+        isResumed = true;
+        pool->Resume();
+        pool->WaitUntilResumed();
+        pool->Synchronize();
+    }
+}
+
+TEST(WorkQueue, TheLastReferenceMayGoOnAWorker) {
+    struct AtEndOfThread {
+        ~AtEndOfThread() { ended->set_value(); }
+        std::promise<void>* ended;
+    };
+    std::promise<void> ended;
+    std::promise<void> go;
+    std::atomic<int> ran{0};
+    Pool pool = MakePool(1);
+    pool->Post(
+        [&ended, pool, isGo = go.get_future().share()] {
+            static thread_local AtEndOfThread const atEnd{&ended};
+            EXPECT_NE(atEnd.ended, nullptr);
+            isGo.wait();
+        },
+        0);
+    pool->Post([&] { ++ran; }, 0);
+    pool->Post([] { ADD_FAILURE(); }, 3'600'000);
+    pool.reset();
+    go.set_value();
+    ended.get_future().wait();
+    EXPECT_EQ(ran, 1);
+}
+
+TEST(WorkQueue, EveryItemIsReleasedOnceWhenThePoolGoesAtAnyMoment) {
+    auto const token = boost::make_shared<std::atomic<int>>(0);
+    for (int round = 0; round < 150; ++round) {
+        Pool pool = MakePool(round % 3 + 1);
+        std::atomic<int> accepted{0};
+        std::vector<std::thread> posters;
+        *token = 0;
+        for (std::uint32_t poster = 0; poster < 2; ++poster) {
+            posters.emplace_back([&accepted, token, pool, poster] {
+                bool isAccepted = true;
+                for (std::uint32_t i = 0; isAccepted && i < 3000; ++i) {
+                    std::uint32_t const delay = i % 5 == poster ? i % 3 : 0;
+                    isAccepted = pool->Post([token, delay] { *token += delay == 0; }, delay);
+                    accepted += isAccepted && delay == 0;
+                }
+            });
+        }
+        for (int i = 0; i < round * 10; ++i) {
+            std::this_thread::yield();
+        }
+        pool->Shutdown();
+        pool->Synchronize();
+        for (std::thread& poster : posters) {
+            poster.join();
+        }
+        EXPECT_EQ(*token, accepted);
+        pool.reset();
+        EXPECT_EQ(token.use_count(), 1);
+    }
+}
+
+TEST(WorkQueue, RunsOnWhenMemoryRunsOut) {
+    for (int successes = 0;; ++successes) {
+        auto const token = boost::make_shared<int>();
+        Pool pool;
+        try {
+            AllocationFailure const failure(successes);
+            pool = MakePool(2);
+            for (std::uint32_t i = 0; i < 3000; ++i) {
+                pool->Post([token] {}, i % 1500 == 0 ? 3'600'000 : 0);
+            }
+            pool->Synchronize();
+            if (!AllocationFailure::HasHappened()) {
+                EXPECT_GT(successes, 3000);
+                break;
+            }
+        } catch (std::bad_alloc const&) {
+            successes += successes > 100 ? 97 : 0;
+        }
+        if (pool != nullptr) {
+            EXPECT_TRUE(pool->Post([] {}, 0));
+            pool->Synchronize();
+            pool->Shutdown();
+            pool->Synchronize();
+            pool.reset();
+        }
+        EXPECT_EQ(token.use_count(), 1);
+    }
+}
+
+} // namespace
+
+} // namespace brindle::threads
