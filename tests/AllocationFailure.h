@@ -1,11 +1,11 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdlib>
 #include <new>
 
-/// Lets the calling thread's allocation after `inSuccesses` further ones fail, as long as it lives.
-/// Included by one source of a program: it replaces the program's `operator new`.
+namespace brindle::tests {
+
+/// Lets the calling thread's `operator new` after `inSuccesses` further ones fail, as long as it
+/// lives. A program that uses it is built with AllocationFailure.cpp.
 class AllocationFailure {
 public:
     explicit AllocationFailure(int inSuccesses) { S_left = inSuccesses; }
@@ -21,22 +21,20 @@ private:
     inline static thread_local int S_left = kNever;
 };
 
-[[gnu::noinline]] void* operator new(std::size_t inSize) {
-    void* const block = AllocationFailure::IsNow() ? nullptr : std::malloc(inSize);
-    if (block == nullptr) {
-        throw std::bad_alloc();
+/// Calls the function again and again, with its first allocation refused, then its second, until it
+/// needs no more than it is granted. Each failed call throws `std::bad_alloc`, upon which
+/// `inAfterFailure` is called. Returns how often it failed.
+template <typename Function, typename AfterFailure>
+int RefuseEachAllocation(Function inFunction, AfterFailure inAfterFailure) {
+    for (int failures = 0;; ++failures) {
+        try {
+            AllocationFailure const failure(failures);
+            inFunction();
+            return failures;
+        } catch (std::bad_alloc const&) {
+            inAfterFailure();
+        }
     }
-    return block;
 }
 
-[[gnu::noinline]] void* operator new(std::size_t inSize, std::nothrow_t const&) noexcept {
-    return AllocationFailure::IsNow() ? nullptr : std::malloc(inSize);
-}
-
-[[gnu::noinline]] void operator delete(void* inBlock) noexcept {
-    std::free(inBlock);
-}
-
-[[gnu::noinline]] void operator delete(void* inBlock, std::size_t) noexcept {
-    std::free(inBlock);
-}
+} // namespace brindle::tests

@@ -191,14 +191,14 @@ TEST(CompletionPort, RefusesOnlyWhatItHasNoMemoryFor) {
         PacketPort<NoPause, 2> port;
         std::uintptr_t accepted = 0;
         {
-            AllocationFailure const failure(successes);
+            tests::AllocationFailure const failure(successes);
             while (accepted < 100 && port.Post(Packet(accepted + 1))) {
                 ++accepted;
             }
         }
         EXPECT_EQ(accepted, 2 + 2 * static_cast<std::uintptr_t>(successes));
         {
-            AllocationFailure const failure(0);
+            tests::AllocationFailure const failure(0);
             EXPECT_TRUE(port.Post(nullptr));
         }
         EXPECT_TRUE(port.Post(Packet(++accepted)));

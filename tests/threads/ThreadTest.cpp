@@ -2,8 +2,8 @@
 #include <brindle/threads/SyncPoint.h>
 #include <brindle/threads/ThreadGroup.h>
 
+#include "tests/AllocationFailure.h"
 #include "tests/RecordingErrorManager.h"
-#include "tests/threads/RefusedAllocation.h"
 #include "threads/src/CurrentThreadPriority.h"
 
 #include <gtest/gtest.h>

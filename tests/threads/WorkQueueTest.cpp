@@ -214,13 +214,13 @@ TEST(WorkQueue, RunsOnWhenMemoryRunsOut) {
         auto const token = boost::make_shared<int>();
         Pool pool;
         try {
-            AllocationFailure const failure(successes);
+            tests::AllocationFailure const failure(successes);
             pool = MakePool(2);
             for (std::uint32_t i = 0; i < 3000; ++i) {
                 pool->Post([token] {}, i % 1500 == 0 ? 3'600'000 : 0);
             }
             pool->Synchronize();
-            if (!AllocationFailure::HasHappened()) {
+            if (!tests::AllocationFailure::HasHappened()) {
                 EXPECT_GT(successes, 3000);
                 break;
             }
