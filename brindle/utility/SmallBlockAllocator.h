@@ -19,6 +19,12 @@ BRN_API void Dispose(void* inBlock, unsigned int inSize);
 /// The number of bytes that a request of this size really gets.
 BRN_API unsigned int GetActualAllocationSize(unsigned int inSize);
 
+/// Blocks up to 128 bytes, and of 1024, are kept for the next request by the thread that disposed
+/// of them, and by the process for its other threads: at most 32 KiB of a size by a thread, 256 KiB
+/// by the process. This gives back what the calling thread and the process keep; what a thread
+/// keeps goes back when it ends. Any thread may call.
+BRN_API void ReleaseStock();
+
 /// Reserved for figures of use, of which none are kept.
 struct BRN_API Metrics {
     struct Snapshot {};

@@ -29,8 +29,9 @@ ChunkedAllocator& ManagerOf(unsigned int inSize) {
                                                : SizeClasses::kClassOf[inSize]);
 }
 
-/// In the classes of requests.
+/// In the classes of requests, when the calling thread and the process keep none.
 std::int32_t BlocksInUse() {
+    ReleaseStock();
     std::int32_t blocks = 0;
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
         blocks += Managers::Of(i).Count().blocksInUse;
@@ -72,6 +73,7 @@ TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
 
 TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
     unsigned int const first[][3] = {{24, 170, 4128}, {144, 28, 4128}, {1152, 57, 66080}};
+    ReleaseStock();
     for (auto const& [size, blocks, bytes] : first) {
         void* const block = ManagerOf(size).Allocate(size);
         auto const census = ManagerOf(size).Count();
@@ -155,9 +157,9 @@ std::atomic<int> S_untilRefusal{-1};
 TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
     std::int32_t const before = (Managers::AreReady(), BlocksInUse());
     platform::SetAllocationFilter([](std::size_t) { return S_untilRefusal.fetch_sub(1) != 0; });
-    for (int n = 0, refusals = 1; refusals != 0; ++n) {
+    for (int n = 0; S_untilRefusal < 0; ++n) {
         S_untilRefusal = n;
-        refusals = 0;
+        int refusals = 0;
         std::vector<std::pair<void*, unsigned int>> blocks;
         for (unsigned int size : {16U, 160U, 1152U, 4128U, 66080U, 925152U}) {
             for (unsigned int bytes = 0; bytes < 2'000'000; bytes += size) {

@@ -14,6 +14,7 @@ namespace Managers {
 
 std::atomic<State> S_state{State::kNotStarted};
 std::array<Storage, SizeClasses::kCount> S_storage;
+std::array<DepotStorage, SizeClasses::kStocked> S_depots;
 
 namespace {
 
@@ -32,34 +33,42 @@ void Make() {
 template <std::size_t... Classes>
 void MakeAll(std::index_sequence<Classes...>) {
     (Make<Classes>(), ...);
+    for (std::size_t i = 0; i < SizeClasses::kStocked; ++i) {
+        new (&S_depots[i]) Depot(SizeClasses::kBlockSizes[i]);
+    }
 }
 
 bool IsReady() noexcept {
     return S_state.load(std::memory_order_acquire) == State::kReady;
 }
 
+/// Calls the function for each in the order of the locks: the depots, then the classes of requests,
+/// then those of their chunks.
 template <typename Function>
 void ForEach(Function inFunction) {
-    if (IsReady()) {
-        for (std::size_t i = 0; i < SizeClasses::kCount; ++i) {
-            inFunction(Of(i));
-        }
+    if (!IsReady()) {
+        return;
+    }
+    for (std::size_t i = 0; i < SizeClasses::kStocked; ++i) {
+        inFunction(DepotOf(i));
+    }
+    for (std::size_t i = 0; i < SizeClasses::kCount; ++i) {
+        inFunction(Of(i));
     }
 }
 
-// The classes of requests stand before those of their chunks, so this is the order of the locks.
 void CloseForFork() {
     S_making.lock();
-    ForEach([](ChunkedAllocator& ioManager) { ioManager.CloseForFork(); });
+    ForEach([](auto& ioHolder) { ioHolder.CloseForFork(); });
 }
 
 void OpenInParent() {
-    ForEach([](ChunkedAllocator& ioManager) { ioManager.OpenInParent(); });
+    ForEach([](auto& ioHolder) { ioHolder.OpenInParent(); });
     S_making.unlock();
 }
 
 void OpenInChild() {
-    ForEach([](ChunkedAllocator& ioManager) { ioManager.OpenInChild(); });
+    ForEach([](auto& ioHolder) { ioHolder.OpenInChild(); });
     S_making.unlock();
 }
 
