@@ -12,6 +12,12 @@
 #include <thread>
 #include <vector>
 
+// The library's own functions, renamed when it was linked in.
+extern "C" {
+void* jemalloc_malloc(std::size_t inSize);
+void jemalloc_free(void* inBlock);
+}
+
 namespace {
 
 using brindle::utility::SmallBlockAllocator::Allocate;
@@ -20,6 +26,11 @@ using brindle::utility::SmallBlockAllocator::Dispose;
 struct Brindle {
     static void* Take(unsigned int inSize) { return Allocate(inSize); }
     static void Give(void* inBlock, unsigned int inSize) { Dispose(inBlock, inSize); }
+};
+
+struct Jemalloc {
+    static void* Take(unsigned int inSize) { return jemalloc_malloc(inSize); }
+    static void Give(void* inBlock, unsigned int) { jemalloc_free(inBlock); }
 };
 
 struct Glibc {
@@ -47,7 +58,6 @@ struct Loaded {
 };
 
 constexpr char const* kMimalloc[] = {"libmimalloc.so.2", "mi_malloc", "mi_free"};
-constexpr char const* kJemalloc[] = {"libjemalloc.so.2", "malloc", "free"};
 constexpr char const* kTcmalloc[] = {"libtcmalloc_minimal.so.4", "malloc", "free"};
 
 /// A block is taken, written to and given back; in every thread the same.
@@ -200,7 +210,7 @@ bool const S_areRegistered = [] {
     Register<Brindle>("brindle");
     Register<Glibc>("glibc malloc");
     RegisterLoaded<Loaded<kMimalloc>>("mimalloc");
-    RegisterLoaded<Loaded<kJemalloc>>("jemalloc");
+    Register<Jemalloc>("jemalloc");
     RegisterLoaded<Loaded<kTcmalloc>>("tcmalloc");
     return true;
 }();

@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
@@ -161,8 +162,10 @@ TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
         S_untilRefusal = n;
         int refusals = 0;
         std::vector<std::pair<void*, unsigned int>> blocks;
-        for (unsigned int size : {16U, 160U, 1152U, 4128U, 66080U, 925152U}) {
-            for (unsigned int bytes = 0; bytes < 2'000'000; bytes += size) {
+        std::pair<unsigned int, unsigned int> const requests[] = {
+            {16, 1500}, {160, 7500}, {1152, 200}, {4128, 100}, {66080, 20}, {925152, 2}};
+        for (auto const& [size, count] : requests) {
+            for (unsigned int i = 0; i < count; ++i) {
                 try {
                     blocks.emplace_back(Allocate(size), size);
                     refusals += blocks.back().first == nullptr;
@@ -206,59 +209,96 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) 
     EXPECT_EXIT(begin(true), ::testing::ExitedWithCode(0), "");
 }
 
-/// Allocates, hands over to other threads, checks and disposes in classes of every kind.
-void Churn(std::vector<std::atomic<void*>>& ioExchange, std::uint32_t inSeed, int inRounds) {
+/// Blocks that threads take from each other, of classes of every kind.
+struct Exchange {
     static constexpr unsigned int kSizes[] = {8, 32, 128, 144, 1024, 1152, 4128};
-    std::uint32_t random = inSeed * 2654435761U + 1;
-    for (int round = 0; round < inRounds; ++round) {
-        random = random * 1664525U + 1013904223U;
-        std::size_t const place = (random >> 8) % ioExchange.size();
-        unsigned int const size = kSizes[place % std::size(kSizes)];
-        void* block = Allocate(size);
-        std::memset(block, static_cast<int>(random >> 24), size);
-        std::uint8_t const mark = static_cast<std::uint8_t>(random >> 24);
-        if ((random & 1) != 0) {
-            auto const* const bytes = static_cast<std::uint8_t const*>(block);
-            ASSERT_TRUE(bytes[0] == mark && bytes[size - 1] == mark);
-            block = ioExchange[place].exchange(block, std::memory_order_acq_rel);
-        }
-        Dispose(block, size);
-    }
-}
 
-void Empty(std::vector<std::atomic<void*>>& ioExchange) {
-    static constexpr unsigned int kSizes[] = {8, 32, 128, 144, 1024, 1152, 4128};
-    for (std::size_t place = 0; place < ioExchange.size(); ++place) {
-        Dispose(ioExchange[place].exchange(nullptr), kSizes[place % std::size(kSizes)]);
+    std::vector<std::atomic<void*>> places{700};
+
+    static unsigned int SizeAt(std::size_t inPlace) { return kSizes[inPlace % std::size(kSizes)]; }
+    void Put(std::size_t inPlace, void* inBlock) {
+        Dispose(places[inPlace].exchange(inBlock, std::memory_order_acq_rel), SizeAt(inPlace));
+    }
+    ~Exchange() {
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            Put(i, nullptr);
+        }
+    }
+};
+
+/// Takes blocks in bursts that are larger than what a thread keeps, marks them, and checks that
+/// they stay as they are until it disposes of them or hands them over.
+void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
+    std::uint32_t random = inSeed * 2654435761U + 1;
+    std::array<void*, 400> blocks{};
+    for (int burst = 0; burst < inBursts; ++burst) {
+        random = random * 1664525U + 1013904223U;
+        std::size_t const place = (random >> 8) % ioExchange.places.size();
+        unsigned int const size = Exchange::SizeAt(place);
+        for (void*& block : blocks) {
+            block = Allocate(size);
+            std::memcpy(block, &random, 4);
+            std::memcpy(static_cast<char*>(block) + size - 4, &random, 4);
+        }
+        for (void* const block : blocks) {
+            ASSERT_EQ(std::memcmp(block, &random, 4), 0);
+            ASSERT_EQ(std::memcmp(static_cast<char*>(block) + size - 4, &random, 4), 0);
+            Dispose(block, size);
+        }
+        ioExchange.Put(place, Allocate(size));
     }
 }
 
 TEST(SmallBlockAllocator, ThreadsNeverHoldTheSameBlock) {
     ASSERT_TRUE(Managers::AreReady());
     std::int32_t const before = BlocksInUse();
-    std::vector<std::atomic<void*>> exchange(64);
-    InThreads(4,
-              [&](int inThread) { Churn(exchange, static_cast<std::uint32_t>(inThread), 30000); });
-    Empty(exchange);
+    {
+        Exchange exchange;
+        InThreads(
+            4, [&](int inThread) { Churn(exchange, static_cast<std::uint32_t>(inThread), 300); });
+    }
     EXPECT_EQ(BlocksInUse(), before);
 }
 
+TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
+    std::array<Blocks, 2> belts{Blocks(2000), Blocks(2000)};
+    boost::barrier turn(2);
+    InThreads(2, [&](int inThread) {
+        for (std::size_t round = 0; round < 101; ++round) {
+            for (void*& block : belts[(round + static_cast<std::size_t>(inThread)) % 2]) {
+                if (inThread == 0) {
+                    block = Allocate(64);
+                } else {
+                    Dispose(std::exchange(block, nullptr), 64);
+                }
+            }
+            turn.wait();
+        }
+    });
+    for (void* const block : belts[0]) {
+        Dispose(block, 64);
+    }
+    EXPECT_LE(ManagerOf(64).Count().bytes, 1'200'000U); // of 13 million that went through
+    ReleaseStock();
+    EXPECT_EQ(ManagerOf(64).Count().chunks, 1U);
+}
+
 TEST(SmallBlockAllocator, CopyOfTheProcessAllocatesWhateverOthersDid) {
-    std::vector<std::atomic<void*>> exchange(64);
+    Exchange exchange;
     std::atomic<bool> isDone{false};
     std::vector<std::thread> threads;
     for (std::uint32_t i = 0; i < 3; ++i) {
         threads.emplace_back([&, i] {
             while (!isDone) {
-                Churn(exchange, i, 100);
+                Churn(exchange, i, 1);
             }
         });
     }
-    for (int round = 0; round < 100; ++round) {
+    for (int round = 0; round < 30; ++round) {
         pid_t const child = ::fork();
         if (child == 0) {
-            std::vector<std::atomic<void*>> own(64);
-            Churn(own, 7, 500);
+            Exchange own;
+            Churn(own, 7, 20);
             ::_exit(::testing::Test::HasFailure() ? 1 : 0);
         }
         int status = 0;
@@ -269,7 +309,6 @@ TEST(SmallBlockAllocator, CopyOfTheProcessAllocatesWhateverOthersDid) {
     for (auto& thread : threads) {
         thread.join();
     }
-    Empty(exchange);
 }
 
 } // namespace

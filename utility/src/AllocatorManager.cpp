@@ -13,7 +13,7 @@ namespace {
 constexpr char kContract[] = "inSize <= BlockSize()";
 constexpr char kContractFile[] = "utility/src/SmallBlockAllocator";
 
-using MutexLock = boost::recursive_mutex::scoped_lock;
+using MutexLock = threads::FreezableMutexLock;
 
 } // namespace
 
@@ -173,7 +173,7 @@ ChunkedAllocator::Census ChunkedAllocator::Count() {
 }
 
 void ChunkedAllocator::CloseForFork() {
-    mMutex.lock();
+    mMutex.Freeze();
     // Waits out who is inside. The forking thread itself may still come, by way of the mutex.
     threads::ExclusiveGuard const alone(mPublishLock);
     mBeforeFork = mPublished.exchange(nullptr, std::memory_order_relaxed);
@@ -181,12 +181,12 @@ void ChunkedAllocator::CloseForFork() {
 
 void ChunkedAllocator::OpenInParent() {
     mPublished.store(mBeforeFork, std::memory_order_release);
-    mMutex.unlock();
+    mMutex.Thaw();
 }
 
 void ChunkedAllocator::OpenInChild() {
-    // Threads that are not here may hold these, and the mutex is another thread's by its number.
-    new (&mMutex) boost::recursive_mutex;
+    mMutex.ThawInChild();
+    // A thread that is not here may have been at its mutexes.
     new (&mPublishLock) threads::ReadWriteLock;
     mPublished.store(mBeforeFork, std::memory_order_relaxed);
 }

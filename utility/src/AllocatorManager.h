@@ -1,10 +1,9 @@
 #pragma once
 
+#include "threads/src/FreezableMutex.h"
 #include "threads/src/ReadWriteLock.h"
 #include "utility/src/AllocatorInterface.h"
 #include "utility/src/ChunkSet.h"
-
-#include <boost/thread/recursive_mutex.hpp>
 
 #include <atomic>
 #include <cstddef>
@@ -75,7 +74,7 @@ private:
     void Purge();
 
     ChunkPlan const mPlan;
-    boost::recursive_mutex mMutex; // for whoever changes the set of chunks
+    threads::FreezableMutex mMutex; // for whoever changes the set of chunks
     // Null while the set changes. Changed under the mutex, read with a share in the lock.
     std::atomic<ChunkSet*> mPublished{nullptr};
     threads::ReadWriteLock mPublishLock;

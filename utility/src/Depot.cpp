@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t kCacheLine = 64;
 constexpr std::uint32_t kBytesAtMost = 256 * 1024;
 
-using MutexLock = boost::recursive_mutex::scoped_lock;
+using MutexLock = threads::FreezableMutexLock;
 
 void Push(Magazine*& ioTop, Magazine* inMagazine) noexcept {
     inMagazine->next = ioTop;
@@ -69,11 +69,6 @@ Magazine* Depot::TakeAll() noexcept {
         Push(mEmpty, full);
     }
     return std::exchange(mEmpty, nullptr);
-}
-
-void Depot::OpenInChild() {
-    // The mutex is another thread's by its number.
-    new (&mMutex) boost::recursive_mutex;
 }
 
 } // namespace brindle::utility

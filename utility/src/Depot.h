@@ -1,6 +1,6 @@
 #pragma once
 
-#include <boost/thread/recursive_mutex.hpp>
+#include "threads/src/FreezableMutex.h"
 
 #include <array>
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace brindle::utility {
 
 /// Free blocks of one class, on their way between threads.
 struct Magazine {
-    static constexpr std::uint32_t kRoom = 64;
+    static constexpr std::uint32_t kRoom = 126;
 
     /// Without blocks; null if the heap has no memory.
     static Magazine* Make() noexcept;
@@ -47,12 +47,12 @@ public:
 
     /// Keeps every other thread out, before the process is copied; and lets them in again, in the
     /// process and in its copy.
-    void CloseForFork() { mMutex.lock(); }
-    void OpenInParent() { mMutex.unlock(); }
-    void OpenInChild();
+    void CloseForFork() { mMutex.Freeze(); }
+    void OpenInParent() { mMutex.Thaw(); }
+    void OpenInChild() { mMutex.ThawInChild(); }
 
 private:
-    boost::recursive_mutex mMutex;
+    threads::FreezableMutex mMutex;
     Magazine* mFull = nullptr;
     Magazine* mEmpty = nullptr;
     std::uint32_t mFullCount = 0;

@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::size_t kHeapAlignment = 16;
 
+// Classes up to this size are served in line; the stock of 1024 costs a call more.
+constexpr unsigned int kLargestInLine = 128;
+
 /// The class of a request, `kCount` if the heap serves it.
 std::size_t ClassOf(unsigned int inSize) noexcept {
     return inSize <= SizeClasses::kLargest ? SizeClasses::kClassOf[inSize]
@@ -18,44 +21,50 @@ std::size_t ClassOf(unsigned int inSize) noexcept {
                                            : SizeClasses::kCount;
 }
 
-__attribute__((noinline)) void* AllocateSlowly(std::size_t inClass, unsigned int inSize) {
-    if (!Managers::AreReady() || inClass == SizeClasses::kCount) {
+__attribute__((noinline)) void* AllocateSlowly(unsigned int inSize) {
+    std::size_t const index = ClassOf(inSize);
+    if (!Managers::AreReady() || index == SizeClasses::kCount) {
         return platform::AllocateAligned(inSize, kHeapAlignment);
     }
-    return inClass < SizeClasses::kStocked ? ThreadStock::TakeSlowly(inClass)
-                                           : Managers::Of(inClass).Allocate(inSize);
+    if (index >= SizeClasses::kStocked) {
+        return Managers::Of(index).Allocate(inSize);
+    }
+    void* block = nullptr;
+    return ThreadStock::Mine().Take(index, block) ? block : ThreadStock::TakeSlowly(index);
 }
 
-__attribute__((noinline)) void DisposeSlowly(std::size_t inClass, void* inBlock,
-                                             unsigned int inSize) {
-    if (!Managers::AreReady() || inClass == SizeClasses::kCount) {
+__attribute__((noinline)) void DisposeSlowly(void* inBlock, unsigned int inSize) {
+    std::size_t const index = ClassOf(inSize);
+    if (!Managers::AreReady() || index == SizeClasses::kCount) {
         platform::FreeAligned(inBlock);
-    } else if (inClass < SizeClasses::kStocked && TopChunks::Hold(inBlock)) {
-        ThreadStock::GiveSlowly(inClass, inBlock);
-    } else if (inClass < SizeClasses::kStocked || !Managers::Of(inClass).Dispose(inBlock, inSize)) {
+    } else if (index >= SizeClasses::kStocked) {
+        if (!Managers::Of(index).Dispose(inBlock, inSize)) {
+            platform::FreeAligned(inBlock);
+        }
+    } else if (!TopChunks::Hold(inBlock)) {
         platform::FreeAligned(inBlock);
+    } else if (!ThreadStock::Mine().Give(index, inBlock)) {
+        ThreadStock::GiveSlowly(index, inBlock);
     }
 }
 
 } // namespace
 
 void* Allocate(unsigned int inSize) {
-    std::size_t const index = ClassOf(inSize);
-    if (index < SizeClasses::kStocked) {
-        if (void* const block = ThreadStock::Mine().Take(index)) {
-            return block;
-        }
+    void* block = nullptr;
+    if (inSize <= kLargestInLine &&
+        ThreadStock::Mine().Take(SizeClasses::kClassOf[inSize], block)) {
+        return block;
     }
-    return AllocateSlowly(index, inSize);
+    return AllocateSlowly(inSize);
 }
 
 void Dispose(void* inBlock, unsigned int inSize) {
-    std::size_t const index = ClassOf(inSize);
-    if (index < SizeClasses::kStocked && TopChunks::Hold(inBlock) &&
-        ThreadStock::Mine().Give(index, inBlock)) {
+    if (inSize <= kLargestInLine && TopChunks::AreKnownToHold(inBlock) &&
+        ThreadStock::Mine().Give(SizeClasses::kClassOf[inSize], inBlock)) {
         return;
     }
-    DisposeSlowly(index, inBlock, inSize);
+    DisposeSlowly(inBlock, inSize);
 }
 
 void ReleaseStock() {

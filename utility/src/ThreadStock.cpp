@@ -58,7 +58,9 @@ void* ThreadStock::TakeSlowly(std::size_t inClass) {
     if (mine == nullptr || !FindBlocks(inClass, mine->mSlots[inClass])) {
         return Managers::Of(inClass).Allocate(0);
     }
-    return mine->Take(inClass);
+    void* block = nullptr;
+    mine->Take(inClass, block);
+    return block;
 }
 
 void ThreadStock::GiveSlowly(std::size_t inClass, void* inBlock) noexcept {
@@ -70,40 +72,44 @@ void ThreadStock::GiveSlowly(std::size_t inClass, void* inBlock) noexcept {
     }
 }
 
-/// Puts what is in hand away as the spare. False if there is no magazine to take.
-bool ThreadStock::TakeInHand(std::size_t inClass, Slot& ioSlot, Magazine* inMagazine) noexcept {
-    if (inMagazine == nullptr) {
-        return false;
+void ThreadStock::Slot::Load(Magazine* inMagazine, std::uint32_t inCapacity) noexcept {
+    inHand = inMagazine;
+    bottom = inMagazine->blocks.data();
+    top = bottom + inMagazine->count;
+    limit = bottom + inCapacity;
+    last = last == kTakesNone ? 0 : last;
+}
+
+/// The magazine in hand, which is told what it holds, null if there is none.
+Magazine* ThreadStock::Slot::Unload() noexcept {
+    if (inHand != nullptr) {
+        inHand->count = static_cast<std::uint32_t>(top - bottom);
     }
-    if (ioSlot.inHand != nullptr) {
-        ioSlot.inHand->count = static_cast<std::uint32_t>(ioSlot.top - ioSlot.bottom);
-    }
-    ioSlot.spare = std::exchange(ioSlot.inHand, inMagazine);
-    ioSlot.bottom = inMagazine->blocks.data();
-    ioSlot.top = ioSlot.bottom + inMagazine->count;
-    ioSlot.limit = ioSlot.bottom + MagazineCapacity(SizeClasses::kBlockSizes[inClass]);
-    return true;
+    return inHand;
 }
 
 /// Sees to it that there is a block in hand, where there is none. False without memory for it.
 bool ThreadStock::FindBlocks(std::size_t inClass, Slot& ioSlot) {
+    std::uint32_t const capacity = MagazineCapacity(SizeClasses::kBlockSizes[inClass]);
+    Magazine* empty = ioSlot.Unload();
     if (ioSlot.spare != nullptr && ioSlot.spare->count != 0) {
-        return TakeInHand(inClass, ioSlot, ioSlot.spare);
+        ioSlot.Load(std::exchange(ioSlot.spare, empty), capacity);
+        return true;
     }
-    if (ioSlot.inHand == nullptr && !TakeInHand(inClass, ioSlot, Magazine::Make())) {
-        return false;
+    if (empty == nullptr) {
+        empty = Magazine::Make();
+        if (empty == nullptr) {
+            return false;
+        }
+        ioSlot.Load(empty, capacity);
     }
-    ioSlot.inHand->count = 0;
-    if (Magazine* const full = Managers::DepotOf(inClass).ExchangeEmpty(ioSlot.inHand)) {
-        Magazine* const spare = ioSlot.spare;
-        TakeInHand(inClass, ioSlot, full);
-        ioSlot.spare = spare;
+    if (Magazine* const full = Managers::DepotOf(inClass).ExchangeEmpty(empty)) {
+        ioSlot.Load(full, capacity);
         return true;
     }
     std::uint32_t const count = Managers::Of(inClass).AllocateSeveral(ioSlot.bottom, ioSlot.refill);
     std::reverse(ioSlot.bottom, ioSlot.bottom + count);
     ioSlot.top = ioSlot.bottom + count;
-    auto const capacity = static_cast<std::uint32_t>(ioSlot.limit - ioSlot.bottom);
     // A thread that asks for little takes little from others.
     ioSlot.refill = std::min(2 * ioSlot.refill, capacity);
     return true;
@@ -111,26 +117,33 @@ bool ThreadStock::FindBlocks(std::size_t inClass, Slot& ioSlot) {
 
 /// Sees to it that there is room in hand, where there is none. False without memory for it.
 bool ThreadStock::FindRoom(std::size_t inClass, Slot& ioSlot) noexcept {
-    if (ioSlot.spare != nullptr && ioSlot.spare->count != 0) {
-        Magazine* empty = nullptr;
-        if (Managers::DepotOf(inClass).ExchangeFull(ioSlot.spare, empty)) {
-            ioSlot.spare = empty;
-        } else {
-            Managers::Of(inClass).DisposeSeveral(ioSlot.spare->blocks.data(), ioSlot.spare->count);
-            ioSlot.spare->count = 0;
+    Magazine* empty = ioSlot.spare;
+    if (empty != nullptr && empty->count != 0) {
+        Magazine* const full = std::exchange(empty, nullptr);
+        if (!Managers::DepotOf(inClass).ExchangeFull(full, empty)) {
+            Managers::Of(inClass).DisposeSeveral(full->blocks.data(), full->count);
+            full->count = 0;
+            empty = full;
         }
     }
-    return TakeInHand(inClass, ioSlot, ioSlot.spare != nullptr ? ioSlot.spare : Magazine::Make());
+    ioSlot.spare = empty != nullptr ? empty : Magazine::Make();
+    if (ioSlot.spare == nullptr) {
+        return false;
+    }
+    Magazine* const full = ioSlot.Unload();
+    ioSlot.Load(std::exchange(ioSlot.spare, full),
+                MagazineCapacity(SizeClasses::kBlockSizes[inClass]));
+    return true;
 }
 
 void ThreadStock::Release() noexcept {
     for (std::size_t i = 0; i < mSlots.size(); ++i) {
-        Slot const slot = std::exchange(mSlots[i], Slot{});
-        if (slot.inHand != nullptr) {
-            slot.inHand->count = static_cast<std::uint32_t>(slot.top - slot.bottom);
-        }
-        for (Magazine* const magazine : {slot.inHand, slot.spare}) {
-            Empty(i, magazine);
+        Slot slot = std::exchange(mSlots[i], Slot{});
+        Empty(i, slot.Unload());
+        Empty(i, slot.spare);
+        if (slot.last > kTakesNone) {
+            void* const last = reinterpret_cast<void*>(slot.last);
+            Managers::Of(i).DisposeSeveral(&last, 1);
         }
     }
 }

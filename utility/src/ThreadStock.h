@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace brindle::utility {
 
@@ -17,14 +18,26 @@ public:
     /// nothing.
     static ThreadStock& Mine() noexcept { return *t_mineP; }
 
-    /// Null if there is none in hand.
-    void* Take(std::size_t inClass) noexcept {
+    /// False if there is none in hand.
+    bool Take(std::size_t inClass, void*& outBlock) noexcept {
         Slot& slot = mSlots[inClass];
-        return slot.top != slot.bottom ? *--slot.top : nullptr;
+        if (slot.last > kTakesNone) {
+            outBlock = reinterpret_cast<void*>(std::exchange(slot.last, 0));
+            return true;
+        }
+        if (slot.top == slot.bottom) {
+            return false;
+        }
+        outBlock = *--slot.top;
+        return true;
     }
     /// False if there is no room in hand.
     bool Give(std::size_t inClass, void* inBlock) noexcept {
         Slot& slot = mSlots[inClass];
+        if (slot.last == 0) {
+            slot.last = reinterpret_cast<std::uintptr_t>(inBlock);
+            return true;
+        }
         if (slot.top == slot.limit) {
             return false;
         }
@@ -41,20 +54,26 @@ public:
     static void ReleaseAll() noexcept;
 
 private:
+    static constexpr std::uintptr_t kTakesNone = 1;
+    static constexpr std::uint32_t kFirstRefill = 4;
+
     struct alignas(64) Slot {
+        // The block given last, which is the next to be taken: so the processor need not wait for
+        // `top`, which both read and write. 0 if there is none, `kTakesNone` before the first use.
+        std::uintptr_t last = kTakesNone;
         void** top = nullptr; ///< where the next block goes in the magazine in hand
         void** bottom = nullptr;
         void** limit = nullptr;
         Magazine* inHand = nullptr;
-        Magazine* spare = nullptr; ///< full or empty
-        std::uint32_t refill = kFirstRefill;
+        Magazine* spare = nullptr;           ///< full or empty
+        std::uint32_t refill = kFirstRefill; ///< how many blocks to ask the manager for
+
+        void Load(Magazine* inMagazine, std::uint32_t inCapacity) noexcept;
+        Magazine* Unload() noexcept;
     };
     class Keeper;
 
-    static constexpr std::uint32_t kFirstRefill = 4;
-
     static ThreadStock* MineOrMade() noexcept;
-    static bool TakeInHand(std::size_t inClass, Slot& ioSlot, Magazine* inMagazine) noexcept;
     static bool FindBlocks(std::size_t inClass, Slot& ioSlot);
     static bool FindRoom(std::size_t inClass, Slot& ioSlot) noexcept;
     void Release() noexcept;

@@ -7,6 +7,7 @@
 namespace brindle::utility {
 
 std::atomic<TopChunks::Leaf*> TopChunks::S_leaves[];
+std::array<std::atomic<std::uintptr_t>, TopChunks::kKnownCount> TopChunks::S_known;
 
 void* TopChunks::Allocate() noexcept {
     void* const chunk = platform::AllocateAligned(kLargeChunk, kAlignment);
@@ -19,6 +20,9 @@ void* TopChunks::Allocate() noexcept {
     }
     (*leaf)[WordOf(address)].fetch_or(std::uint64_t{1} << BitOf(address),
                                       std::memory_order_relaxed);
+    std::uintptr_t unknown = 0;
+    KnownAt(address).compare_exchange_strong(unknown, address ^ kIsKnown,
+                                             std::memory_order_relaxed);
     return chunk;
 }
 
@@ -27,7 +31,20 @@ void TopChunks::Free(void* inChunk) noexcept {
     // Before the heap can give the memory to anybody.
     (*LeafOf(address))[WordOf(address)].fetch_and(~(std::uint64_t{1} << BitOf(address)),
                                                   std::memory_order_relaxed);
+    std::uintptr_t known = address ^ kIsKnown;
+    KnownAt(address).compare_exchange_strong(known, 0, std::memory_order_relaxed);
     platform::FreeAligned(inChunk);
+}
+
+bool TopChunks::Hold(void const* inBlock) noexcept {
+    auto const address = reinterpret_cast<std::uintptr_t>(inBlock);
+    // The rest of the MiB is other heap memory.
+    if (address % kAlignment >= kLargeChunk || (address >> kAddressBits) != 0) {
+        return false;
+    }
+    Leaf const* const leaf = S_leaves[address >> kLeafShift].load(std::memory_order_acquire);
+    return leaf != nullptr &&
+           (((*leaf)[WordOf(address)].load(std::memory_order_relaxed) >> BitOf(address)) & 1) != 0;
 }
 
 /// The leaf for an address, made if it is not there; null without memory. A leaf stays for good.

@@ -20,18 +20,15 @@ public:
 
     /// Whether a block lies in one of them. Any thread may ask about a block that it owns, or about
     /// null, while others allocate and free.
-    static bool Hold(void const* inBlock) noexcept {
+    static bool Hold(void const* inBlock) noexcept;
+
+    /// The same in one read: true only if a block lies in one, and false also of some that do.
+    static bool AreKnownToHold(void const* inBlock) noexcept {
         auto const address = reinterpret_cast<std::uintptr_t>(inBlock);
-        // The rest of the MiB is other heap memory.
-        if (address % kAlignment >= kLargeChunk || (address >> kAddressBits) != 0) {
-            return false;
-        }
-        // The owner of the block has it from a thread that saw the bit set, or the leaf made;
-        // and of a block that lies where a chunk was, from one that saw the bit go.
-        Leaf const* const leaf = S_leaves[address >> kLeafShift].load(std::memory_order_acquire);
-        return leaf != nullptr &&
-               (((*leaf)[WordOf(address)].load(std::memory_order_relaxed) >> BitOf(address)) & 1) !=
-                   0;
+        // Who owns the block has it from a thread that saw the chunk come to be; and if it lies
+        // where a chunk was, from one that saw it go.
+        std::uintptr_t const known = KnownAt(address).load(std::memory_order_relaxed);
+        return (address ^ kIsKnown) - known < kLargeChunk;
     }
 
 private:
@@ -47,7 +44,16 @@ private:
     static unsigned BitOf(std::uintptr_t inAddress) noexcept { return (inAddress >> 20) % 64; }
     static Leaf* LeafOf(std::uintptr_t inAddress) noexcept;
 
+    static constexpr std::uintptr_t kIsKnown = std::uintptr_t{1} << 63;
+    static constexpr std::size_t kKnownCount = 1024;
+    static std::atomic<std::uintptr_t>& KnownAt(std::uintptr_t inAddress) noexcept {
+        return S_known[(inAddress >> 20) % kKnownCount];
+    }
+
+    // A bit a MiB for all addresses, set where a chunk begins.
     static std::atomic<Leaf*> S_leaves[std::size_t{1} << (kAddressBits - kLeafShift)];
+    // The addresses of chunks, marked, by their low bits: where two would meet, of the first.
+    static std::array<std::atomic<std::uintptr_t>, kKnownCount> S_known;
 };
 
 } // namespace brindle::utility
