@@ -4,12 +4,11 @@
 #include <dlfcn.h>
 
 #include <array>
-#include <atomic>
+#include <condition_variable>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
+#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 // The library's own functions, renamed when it was linked in.
@@ -127,32 +126,37 @@ void Random(benchmark::State& ioState) {
     }
 }
 
-/// Passes pages of blocks from one thread to another; four are on their way at most.
+/// Passes pages of blocks from one thread to another; sixteen are on their way at most.
 class Belt {
 public:
     static constexpr std::size_t kPage = 256;
     using Page = std::array<void*, kPage>;
 
     Page& ToWrite() {
-        while (mWritten.load(std::memory_order_relaxed) - mRead.load(std::memory_order_acquire) ==
-               mPages.size()) {
-            std::this_thread::yield();
-        }
-        return mPages[mWritten.load(std::memory_order_relaxed) % mPages.size()];
+        std::unique_lock<std::mutex> lock(mMutex);
+        mChanged.wait(lock, [this] { return mWritten - mRead < mPages.size(); });
+        return mPages[mWritten % mPages.size()];
     }
-    void Written() { mWritten.fetch_add(1, std::memory_order_release); }
+    void Written() { Count(mWritten); }
     Page& ToRead() {
-        while (mRead.load(std::memory_order_relaxed) == mWritten.load(std::memory_order_acquire)) {
-            std::this_thread::yield();
-        }
-        return mPages[mRead.load(std::memory_order_relaxed) % mPages.size()];
+        std::unique_lock<std::mutex> lock(mMutex);
+        mChanged.wait(lock, [this] { return mRead != mWritten; });
+        return mPages[mRead % mPages.size()];
     }
-    void Read() { mRead.fetch_add(1, std::memory_order_release); }
+    void Read() { Count(mRead); }
 
 private:
-    alignas(64) std::atomic<std::size_t> mWritten{0};
-    alignas(64) std::atomic<std::size_t> mRead{0};
-    alignas(64) std::array<Page, 4> mPages{};
+    void Count(std::size_t& ioPages) {
+        std::lock_guard<std::mutex> const lock(mMutex);
+        ++ioPages;
+        mChanged.notify_one();
+    }
+
+    std::mutex mMutex;
+    std::condition_variable mChanged;
+    std::size_t mWritten = 0;
+    std::size_t mRead = 0;
+    alignas(64) std::array<Page, 16> mPages{};
 };
 
 /// The first thread takes blocks, the other gives them back.

@@ -7,7 +7,7 @@
 namespace brindle::utility {
 
 std::atomic<TopChunks::Leaf*> TopChunks::S_leaves[];
-std::array<std::atomic<std::uintptr_t>, TopChunks::kKnownCount> TopChunks::S_known;
+std::array<TopChunks::Known, TopChunks::kKnownCount> TopChunks::S_known;
 
 void* TopChunks::Allocate() noexcept {
     void* const chunk = platform::AllocateAligned(kLargeChunk, kAlignment);
@@ -20,9 +20,8 @@ void* TopChunks::Allocate() noexcept {
     }
     (*leaf)[WordOf(address)].fetch_or(std::uint64_t{1} << BitOf(address),
                                       std::memory_order_relaxed);
-    std::uintptr_t unknown = 0;
-    KnownAt(address).compare_exchange_strong(unknown, address ^ kIsKnown,
-                                             std::memory_order_relaxed);
+    std::uintptr_t none = Known::kNone;
+    KnownAt(address).compare_exchange_strong(none, address, std::memory_order_relaxed);
     return chunk;
 }
 
@@ -31,8 +30,8 @@ void TopChunks::Free(void* inChunk) noexcept {
     // Before the heap can give the memory to anybody.
     (*LeafOf(address))[WordOf(address)].fetch_and(~(std::uint64_t{1} << BitOf(address)),
                                                   std::memory_order_relaxed);
-    std::uintptr_t known = address ^ kIsKnown;
-    KnownAt(address).compare_exchange_strong(known, 0, std::memory_order_relaxed);
+    std::uintptr_t known = address;
+    KnownAt(address).compare_exchange_strong(known, Known::kNone, std::memory_order_relaxed);
     platform::FreeAligned(inChunk);
 }
 

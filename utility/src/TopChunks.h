@@ -27,8 +27,7 @@ public:
         auto const address = reinterpret_cast<std::uintptr_t>(inBlock);
         // Who owns the block has it from a thread that saw the chunk come to be; and if it lies
         // where a chunk was, from one that saw it go.
-        std::uintptr_t const known = KnownAt(address).load(std::memory_order_relaxed);
-        return (address ^ kIsKnown) - known < kLargeChunk;
+        return address - KnownAt(address).load(std::memory_order_relaxed) < kLargeChunk;
     }
 
 private:
@@ -44,16 +43,20 @@ private:
     static unsigned BitOf(std::uintptr_t inAddress) noexcept { return (inAddress >> 20) % 64; }
     static Leaf* LeafOf(std::uintptr_t inAddress) noexcept;
 
-    static constexpr std::uintptr_t kIsKnown = std::uintptr_t{1} << 63;
+    struct Known {
+        // No block lies behind this address.
+        static constexpr std::uintptr_t kNone = std::uintptr_t{1} << 63;
+        std::atomic<std::uintptr_t> chunk{kNone};
+    };
     static constexpr std::size_t kKnownCount = 1024;
     static std::atomic<std::uintptr_t>& KnownAt(std::uintptr_t inAddress) noexcept {
-        return S_known[(inAddress >> 20) % kKnownCount];
+        return S_known[(inAddress >> 20) % kKnownCount].chunk;
     }
 
     // A bit a MiB for all addresses, set where a chunk begins.
     static std::atomic<Leaf*> S_leaves[std::size_t{1} << (kAddressBits - kLeafShift)];
-    // The addresses of chunks, marked, by their low bits: where two would meet, of the first.
-    static std::array<std::atomic<std::uintptr_t>, kKnownCount> S_known;
+    // The addresses of chunks by their low bits: where two would meet, of the first.
+    static std::array<Known, kKnownCount> S_known;
 };
 
 } // namespace brindle::utility
