@@ -5,6 +5,7 @@
 #include "platform/AlignedMemory.h"
 #include "tests/RecordingErrorManager.h"
 #include "utility/src/Managers.h"
+#include "utility/src/TopChunks.h"
 
 #include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
@@ -138,6 +139,15 @@ TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
     }
     int const foreign = 0;
     EXPECT_FALSE(ManagerOf(32).Dispose(const_cast<int*>(&foreign), 32));
+
+    auto* const chunk = static_cast<std::byte*>(TopChunks::Allocate());
+    ASSERT_NE(chunk, nullptr);
+    EXPECT_TRUE(TopChunks::Hold(chunk) && TopChunks::Hold(chunk + kLargeChunk - 1));
+    EXPECT_FALSE(TopChunks::Hold(chunk + kLargeChunk) || TopChunks::Hold(chunk - 1));
+    EXPECT_FALSE(TopChunks::AreKnownToHold(chunk + kLargeChunk));
+    TopChunks::Free(chunk);
+    EXPECT_FALSE(TopChunks::Hold(chunk) || TopChunks::AreKnownToHold(chunk));
+    EXPECT_FALSE(TopChunks::Hold(nullptr) || TopChunks::AreKnownToHold(nullptr));
 }
 
 std::string S_contract;
@@ -279,6 +289,15 @@ TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
         Dispose(block, 64);
     }
     EXPECT_LE(ManagerOf(64).Count().bytes, 1'200'000U); // of 13 million that went through
+
+    Blocks many(20000);
+    for (void*& block : many) {
+        block = Allocate(64);
+    }
+    for (void* const block : many) {
+        Dispose(block, 64);
+    }
+    EXPECT_LE(ManagerOf(64).Count().blocksInUse, (256 + 2 * 16) * 1024 / 64 + 1);
     ReleaseStock();
     EXPECT_EQ(ManagerOf(64).Count().chunks, 1U);
 }
