@@ -217,7 +217,9 @@ void Delayed(benchmark::State& ioState) {
         std::int64_t early = 0;
         for (std::size_t i = 0; i < kCount; ++i) {
             auto const delay = delays(random);
-            auto const posted = std::chrono::system_clock::now();
+            // The clock that items are due by has microseconds.
+            auto const posted =
+                std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
             pool.PostIn(delay,
                         [&countdown, &early, due = posted + std::chrono::milliseconds(delay)] {
                             early += std::chrono::system_clock::now() < due ? 1 : 0;

@@ -42,6 +42,7 @@ public:
 private:
     bool SleepAndTake(void*& outPacket, Deadline const& inDeadline) noexcept {
         for (;;) {
+            Steps::Pause();
             mSleepers.Enroll();
             Steps::Pause();
             if (Take(outPacket)) {
