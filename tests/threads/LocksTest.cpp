@@ -8,6 +8,7 @@
 #include "threads/src/Guarded.h"
 #include "threads/src/ReadWriteLock.h"
 
+#include <boost/thread/thread.hpp>
 #include <gtest/gtest.h>
 
 #include <atomic>
