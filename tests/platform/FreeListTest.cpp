@@ -1,10 +1,10 @@
 #include "platform/FreeList.h"
 
+#include "tests/InThreads.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-#include <thread>
-#include <vector>
 
 namespace brindle::platform {
 
@@ -20,20 +20,16 @@ struct Yield {
     }
 };
 
-template <typename Delay>
 struct Pool {
-    BasicFreeList<Delay> list;
+    BasicFreeList<Yield> list;
     std::array<std::uint32_t, 4> blocks{};
 };
 
 TEST(FreeList, LastInIsFirstOut) {
-    Pool<NoDelay> pool;
+    Pool pool;
     EXPECT_EQ(pool.list.Pop(), nullptr);
     pool.list.Fill(reinterpret_cast<std::byte*>(pool.blocks.data()), 4, 3);
     EXPECT_EQ(pool.list.Pop(), &pool.blocks[2]);
-    pool.list.Push(&pool.blocks[3]);
-    pool.list.Link(&pool.blocks[2], &pool.blocks[3]);
-    EXPECT_EQ(pool.list.Pop(), &pool.blocks[3]);
     pool.list.Link(&pool.blocks[2], &pool.blocks[3]);
     pool.list.PushChain(&pool.blocks[2], &pool.blocks[3]);
     for (std::size_t const i : {2U, 3U, 1U, 0U}) {
@@ -44,50 +40,40 @@ TEST(FreeList, LastInIsFirstOut) {
 
 // Few blocks and many threads: a head that comes back between read and exchange is the rule.
 TEST(FreeList, ThreadsNeverPopTheSameBlock) {
-    Pool<Yield> pool;
+    Pool pool;
     pool.list.Fill(reinterpret_cast<std::byte*>(pool.blocks.data()), 4, 4);
     std::array<std::atomic<bool>, 4> isTaken{};
     std::atomic<int> faults{0};
-    std::vector<std::thread> threads;
-    for (std::uint32_t thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&, thread] {
-            for (std::uint32_t round = 0; round < 20000; ++round) {
-                std::array<std::uint32_t*, 2> mine{};
-                for (auto*& block : mine) {
-                    block = static_cast<std::uint32_t*>(pool.list.Pop());
-                    if (block != nullptr) {
-                        auto const index = static_cast<std::size_t>(block - pool.blocks.data());
-                        faults += isTaken[index].exchange(true, std::memory_order_relaxed);
-                        *block = thread + (round << 2); // over the link, as an owner would
-                    }
-                }
-                for (auto* const block : mine) {
-                    if (block != nullptr) {
-                        faults += *block != thread + (round << 2);
-                        isTaken[static_cast<std::size_t>(block - pool.blocks.data())].store(
-                            false, std::memory_order_relaxed);
-                    }
-                }
-                if (mine[0] != nullptr && mine[1] != nullptr) {
-                    pool.list.Link(mine[1], mine[0]);
-                    pool.list.PushChain(mine[1], mine[0]);
-                } else if (mine[0] != nullptr) {
-                    pool.list.Push(mine[0]);
-                } else if (mine[1] != nullptr) {
-                    pool.list.Push(mine[1]);
-                }
+    auto const take = [&](std::uint32_t const* inBlock, bool inTake) {
+        auto const index = static_cast<std::size_t>(inBlock - pool.blocks.data());
+        faults += isTaken[index].exchange(inTake, std::memory_order_relaxed) == inTake;
+    };
+    tests::InThreads(4, [&](std::uint32_t inThread) {
+        for (std::uint32_t round = 0; round < 5000; ++round) {
+            std::uint32_t const mark = inThread + (round << 2);
+            std::array<std::uint32_t*, 2> mine{};
+            std::size_t count = 0;
+            while (count < 2 && (mine[count] = static_cast<std::uint32_t*>(pool.list.Pop()))) {
+                take(mine[count], true);
+                *mine[count++] = mark; // over the link, as an owner would
             }
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
+            for (std::size_t i = 0; i < count; ++i) {
+                faults += *mine[i] != mark;
+                take(mine[i], false);
+            }
+            if (count == 2) {
+                pool.list.Link(mine[1], mine[0]);
+            }
+            if (count > 0) {
+                pool.list.PushChain(mine[count - 1], mine[0]);
+            }
+        }
+    });
     EXPECT_EQ(faults, 0);
-    int left = 0;
-    while (pool.list.Pop() != nullptr) {
-        ++left;
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_NE(pool.list.Pop(), nullptr);
     }
-    EXPECT_EQ(left, 4);
+    EXPECT_EQ(pool.list.Pop(), nullptr);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "threads/src/SharedTimer.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
+#include <boost/thread/exceptions.hpp>
 #include <glib-unix.h>
 #include <gtest/gtest.h>
 #include <linux/filter.h>

@@ -3,19 +3,19 @@
 #include <brindle/threads/ScopedLock.h>
 #include <brindle/threads/SyncPoint.h>
 
+#include "tests/InThreads.h"
 #include "tests/RecordingErrorManager.h"
 #include "threads/src/Gate.h"
 #include "threads/src/Guarded.h"
 #include "threads/src/ReadWriteLock.h"
 
+#include <boost/thread/thread.hpp>
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <optional>
 #include <random>
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 namespace brindle::threads {
 
@@ -48,16 +48,7 @@ struct TellsBeforeSleep {
     }
 };
 
-template <typename Function>
-void InThreads(int inCount, Function inFunction) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < inCount; ++i) {
-        threads.emplace_back(inFunction, i);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-}
+using tests::InThreads;
 
 /// Runs the function in a thread that is interrupted, and waits until it is about to sleep in a
 /// lock. The interruption must not end that sleep.
@@ -87,15 +78,13 @@ TEST(Guarded, ReportsBoostsTwoFailuresAndPassesThemOn) {
 }
 
 TEST(Barrier, GivesTrueToOneCallerOfEachCycle) {
-    Barrier alone("alone", 1);
-    EXPECT_TRUE(alone.Wait() && alone.Wait());
-    Barrier moved(3);
-    Barrier barrier(moved);
-    moved = barrier;
+    EXPECT_THROW(SyncPoint("nobody", 0), std::invalid_argument);
+    Barrier barrier(3);
+    Barrier moved(barrier);
     Barrier& same = moved;
     moved = same;
     std::atomic<int> last{0};
-    InThreads(3, [&](int) {
+    InThreads(3, [&](unsigned) {
         for (int cycle = 1; cycle <= 100; ++cycle) {
             last += moved.Wait();
             moved.Wait();
@@ -103,12 +92,6 @@ TEST(Barrier, GivesTrueToOneCallerOfEachCycle) {
             moved.Wait();
         }
     });
-    try {
-        SyncPoint("nobody", 0);
-        ADD_FAILURE();
-    } catch (std::invalid_argument const& error) {
-        EXPECT_STREQ(error.what(), "count cannot be zero.");
-    }
 }
 
 TEST(SyncPoint, StaysForWhoWaitsWhenEveryHandleGoes) {
@@ -126,10 +109,10 @@ TEST(SyncPoint, StaysForWhoWaitsWhenEveryHandleGoes) {
 TEST(RecursiveMutex, ExcludesOtherThreadsAndNotItsOwner) {
     RecursiveMutex source("the name leaves no trace");
     RecursiveMutex mutex(source);
-    int count = 0;
-    InThreads(3, [&](int) {
+    int count = 0; // not atomic: the mutex guards it
+    InThreads(3, [&](unsigned) {
+        RecursiveMutexLock const outer(mutex, true);
         for (int i = 0; i < 1000; ++i) {
-            RecursiveMutexLock const outer(mutex, true);
             RecursiveMutexLock const inner(mutex, true);
             ++count;
         }
@@ -142,9 +125,7 @@ TEST(CallOnce, RunsUntilItSucceedsAndNeverAgain) {
     static int runs; // not atomic: every caller must see what the routine did
     auto const routine = [] {
         CallOnce([] { runs = 0; }, innerFlag);
-        for (int i = 0; i < 3; ++i) {
-            std::this_thread::yield(); // the others come to wait
-        }
+        std::this_thread::yield(); // the others come to wait
         if (++runs == 1) {
             throw std::runtime_error("the first time");
         }
@@ -153,7 +134,7 @@ TEST(CallOnce, RunsUntilItSucceedsAndNeverAgain) {
         flag = innerFlag = 0;
         std::atomic<int> failures{0};
         std::atomic<int> successes{0};
-        auto const call = [&](int) {
+        InThreads(3, [&](unsigned) {
             try {
                 CallOnce(routine, flag);
             } catch (std::runtime_error const&) {
@@ -161,8 +142,7 @@ TEST(CallOnce, RunsUntilItSucceedsAndNeverAgain) {
                 CallOnce(routine, flag);
             }
             successes += runs == 2;
-        };
-        InThreads(3, call);
+        });
         EXPECT_TRUE(failures == 1 && successes == 3 && flag == 1);
     }
 }
@@ -186,7 +166,7 @@ TEST(Gate, LosesNoWakeUp) {
     BasicGate<RandomDelays> gate(false);
     Barrier all(4);
     int value = 0; // not atomic: the gate makes it visible
-    InThreads(4, [&](int inThread) {
+    InThreads(4, [&](unsigned inThread) {
         for (int round = 1; round <= 300; ++round) {
             if (inThread == 0) {
                 value = round;
@@ -238,8 +218,8 @@ TEST(ReadWriteLock, ExcludesInEveryMixture) {
     int first = 0; // written together by one holder, so all that share see them equal
     int second = 0;
     std::atomic<int> writes{0};
-    InThreads(4, [&](int inThread) {
-        std::minstd_rand random(static_cast<unsigned>(inThread) + 1);
+    InThreads(4, [&](unsigned inThread) {
+        std::minstd_rand random(inThread + 1);
         for (int i = 0; i < 2000; ++i) {
             bool const isTry = random() % 2 == 0;
             if (random() % 4 != 0) {

@@ -3,6 +3,7 @@
 #include <brindle/threads/ThreadGroup.h>
 
 #include "tests/AllocationFailure.h"
+#include "tests/InThreads.h"
 #include "tests/RecordingErrorManager.h"
 #include "threads/src/CurrentThreadPriority.h"
 
@@ -77,30 +78,19 @@ TEST(Thread, TransfersTheThreadAndJoinsItOnce) {
 }
 
 TEST(Thread, SleepsUntilATimeHoweverFarOrPast) {
-    boost::xtime now;
-    boost::xtime_get(&now, boost::TIME_UTC_);
-    boost::xtime time = now;
+    boost::xtime time{};
+    Thread::Sleep(time);
+    boost::xtime_get(&time, boost::TIME_UTC_);
     time.nsec += 20'000'000;
     Thread::Sleep(time);
+    boost::xtime now;
     boost::xtime_get(&now, boost::TIME_UTC_);
     EXPECT_GE((now.sec - time.sec) * 1'000'000'000 + now.nsec, time.nsec);
-    for (auto const past : {std::numeric_limits<std::int64_t>::min(), std::int64_t{0}}) {
-        time.sec = past;
-        Thread::Sleep(time);
-    }
     time.sec = std::numeric_limits<std::int64_t>::max();
-    std::atomic<bool> isInterrupted{false};
-    OpenThread sleeper("sleeper", [&] {
-        try {
-            Thread::Sleep(time);
-        } catch (boost::thread_interrupted const&) {
-            isInterrupted = true;
-        }
-    });
-    Thread::YieldTime();
+    OpenThread sleeper("sleeper",
+                       [&] { EXPECT_THROW(Thread::Sleep(time), boost::thread_interrupted); });
     sleeper.GetThread()->interrupt();
     sleeper.Join();
-    EXPECT_TRUE(isInterrupted);
 }
 
 TEST(ThreadGroup, CountsAndJoinsItsThreads) {
@@ -126,18 +116,14 @@ TEST(ThreadGroup, CountsAndJoinsItsThreads) {
 }
 
 TEST(ThreadGroup, GrowsFromManyThreadsWhileOthersJoin) {
-    ThreadGroup creators("creators");
     ThreadGroup group("group");
     std::atomic<int> runs{0};
-    for (int i = 0; i < 3; ++i) {
-        delete creators.CreateThread([&] {
-            for (int j = 0; j < 25; ++j) {
-                delete group.CreateThread([&] { ++runs; });
-                group.JoinAll();
-            }
-        });
-    }
-    creators.JoinAll();
+    tests::InThreads(3, [&](unsigned) {
+        for (int i = 0; i < 25; ++i) {
+            delete group.CreateThread([&] { ++runs; });
+            group.JoinAll();
+        }
+    });
     EXPECT_TRUE(runs == 75 && group.Size() == 75);
 }
 

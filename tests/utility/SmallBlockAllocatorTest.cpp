@@ -1,13 +1,10 @@
-#include <brindle/debug/Contract.h>
 #include <brindle/utility/SmallBlockAllocator.h>
 
-#include "debug/src/ContractMessage.h"
 #include "platform/AlignedMemory.h"
-#include "tests/RecordingErrorManager.h"
+#include "tests/InThreads.h"
 #include "utility/src/Managers.h"
 #include "utility/src/TopChunks.h"
 
-#include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,15 +12,14 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
-#include <thread>
-#include <vector>
+#include <optional>
 
 namespace brindle::utility::SmallBlockAllocator {
 
 namespace {
 
 using Blocks = std::vector<void*>;
+using tests::InThreads;
 
 ChunkedAllocator& ManagerOf(unsigned int inSize) {
     EXPECT_TRUE(Managers::AreReady());
@@ -39,21 +35,6 @@ std::int32_t BlocksInUse() {
         blocks += Managers::Of(i).Count().blocksInUse;
     }
     return blocks;
-}
-
-/// Runs a function in several threads at once and waits for them.
-void InThreads(int inCount, std::function<void(int)> const& inFunction) {
-    boost::barrier start(static_cast<unsigned int>(inCount));
-    std::vector<std::thread> threads;
-    for (int i = 0; i < inCount; ++i) {
-        threads.emplace_back([&, i] {
-            start.wait();
-            inFunction(i);
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
 }
 
 TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
@@ -74,60 +55,38 @@ TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
 }
 
 TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
-    unsigned int const first[][3] = {{24, 170, 4128}, {144, 28, 4128}, {1152, 57, 66080}};
     ReleaseStock();
-    for (auto const& [size, blocks, bytes] : first) {
-        void* const block = ManagerOf(size).Allocate(size);
-        auto const census = ManagerOf(size).Count();
-        EXPECT_EQ(census.blocks, blocks);
-        EXPECT_EQ(census.bytes, bytes);
-        EXPECT_TRUE(ManagerOf(size).Dispose(block, size));
-        EXPECT_EQ(ManagerOf(size).Count().chunks, size == 24 ? 1U : 0U);
-    }
-    EXPECT_EQ(ManagerOf(kSmallChunk).Count().blocks % 16, 0U);
-    EXPECT_EQ(ManagerOf(kMiddleChunk).Count().blocks % 14, 0U);
-
-    for (unsigned int const size : {32U, 176U}) {
+    unsigned int const plans[][3] = {{32, 4128, 66080}, {896, 4128, 66080}, {1152, 66080, 925152}};
+    for (auto const& [size, first, second] : plans) {
         auto& manager = ManagerOf(size);
         Blocks blocks;
-        for (std::uint64_t bytes = manager.Count().bytes; bytes < 5'000'000;) {
-            bool const isFull =
-                manager.Count().blocksInUse == static_cast<std::int32_t>(manager.Count().blocks);
-            blocks.push_back(manager.Allocate(size));
-            if (isFull) {
-                bytes += bytes >= 925152 ? 925152U : bytes >= 66080 ? 66080U : 4128U;
+        auto expected = manager.Count();
+        while (expected.bytes < 2'500'000 || blocks.size() < expected.blocks) {
+            if (blocks.size() == expected.blocks) {
+                auto const chunk = expected.bytes >= 925152   ? 925152
+                                   : expected.bytes >= second ? second
+                                                              : first;
+                expected.bytes += chunk;
+                expected.blocks += (chunk - 32) / size;
             }
-            ASSERT_EQ(manager.Count().bytes, bytes);
+            blocks.push_back(manager.Allocate(size));
+            ASSERT_EQ(manager.Count().bytes, expected.bytes);
+            ASSERT_EQ(manager.Count().blocks, expected.blocks);
         }
-        // Backwards, forwards, and what is left from within chunks other than the current one.
+        // One after the other goes and comes back, each while all others hold: none is overlooked.
+        for (void*& block : blocks) {
+            manager.Dispose(block, size);
+            block = manager.Allocate(size);
+        }
+        EXPECT_EQ(manager.Count().bytes, expected.bytes);
         for (std::size_t i = 0; i < blocks.size(); ++i) {
             ASSERT_TRUE(manager.Dispose(blocks[i * 7919 % blocks.size()], size));
         }
         EXPECT_EQ(manager.Count().blocksInUse, 0);
         EXPECT_EQ(manager.Count().chunks, size == 32 ? 1U : 0U);
     }
-}
-
-TEST(SmallBlockAllocator, FullSmallChunksDoNotHideFreeBlocks) {
-    auto& manager = ManagerOf(896);
-    Blocks blocks;
-    while (manager.Count().chunks < 20) {
-        blocks.push_back(manager.Allocate(896));
-    }
-    auto const bytes = manager.Count().bytes;
-    while (manager.Count().blocksInUse < static_cast<std::int32_t>(manager.Count().blocks)) {
-        blocks.push_back(manager.Allocate(896));
-    }
-    // One block after the other of the large chunks goes and comes back, each while all others are
-    // full.
-    for (std::size_t i = blocks.size() - 150; i < blocks.size(); ++i) {
-        manager.Dispose(blocks[i], 896);
-        blocks[i] = manager.Allocate(896);
-    }
-    EXPECT_EQ(manager.Count().bytes, bytes);
-    for (void* const block : blocks) {
-        manager.Dispose(block, 896);
-    }
+    EXPECT_EQ(ManagerOf(kSmallChunk).Count().blocks % 16, 0U);
+    EXPECT_EQ(ManagerOf(kMiddleChunk).Count().blocks % 14, 0U);
 }
 
 TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
@@ -143,51 +102,38 @@ TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
     auto* const chunk = static_cast<std::byte*>(TopChunks::Allocate());
     ASSERT_NE(chunk, nullptr);
     EXPECT_TRUE(TopChunks::Hold(chunk) && TopChunks::Hold(chunk + kLargeChunk - 1));
-    EXPECT_FALSE(TopChunks::Hold(chunk + kLargeChunk) || TopChunks::Hold(chunk - 1));
-    EXPECT_FALSE(TopChunks::AreKnownToHold(chunk + kLargeChunk));
+    EXPECT_FALSE(TopChunks::Hold(chunk + kLargeChunk) || TopChunks::Hold(chunk - 1) ||
+                 TopChunks::AreKnownToHold(chunk + kLargeChunk));
     TopChunks::Free(chunk);
-    EXPECT_FALSE(TopChunks::Hold(chunk) || TopChunks::AreKnownToHold(chunk));
-    EXPECT_FALSE(TopChunks::Hold(nullptr) || TopChunks::AreKnownToHold(nullptr));
+    for (void* const none : {static_cast<void*>(chunk), static_cast<void*>(nullptr)}) {
+        EXPECT_FALSE(TopChunks::Hold(none) || TopChunks::AreKnownToHold(none));
+    }
 }
-
-std::string S_contract;
-
-TEST(SmallBlockAllocator, ManagersRefuseLargerRequests) {
-    tests::RecordingErrorManager errors;
-    debug::SetContractMessageHook([](char const* inText) { S_contract += inText; });
-    void* const block = ManagerOf(32).Allocate(33);
-    ManagerOf(32).Dispose(block, 33);
-    debug::SetContractMessageHook(nullptr);
-    EXPECT_EQ(errors.codes, (tests::RecordingErrorManager::Codes{25, 25}));
-    EXPECT_EQ(S_contract, "[utility/src/SmallBlockAllocator-447]\r\n"
-                          "[utility/src/SmallBlockAllocator-453]\r\n");
-}
-
-std::atomic<int> S_untilRefusal{-1};
 
 TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
-    std::int32_t const before = (Managers::AreReady(), BlocksInUse());
+    std::int32_t const before = BlocksInUse();
+    static std::atomic<int> S_untilRefusal{-1};
     platform::SetAllocationFilter([](std::size_t) { return S_untilRefusal.fetch_sub(1) != 0; });
     for (int n = 0; S_untilRefusal < 0; ++n) {
         S_untilRefusal = n;
         int refusals = 0;
-        std::vector<std::pair<void*, unsigned int>> blocks;
-        std::pair<unsigned int, unsigned int> const requests[] = {
-            {16, 1500}, {160, 7500}, {1152, 200}, {4128, 100}, {66080, 20}, {925152, 2}};
-        for (auto const& [size, count] : requests) {
-            for (unsigned int i = 0; i < count; ++i) {
+        for (auto const& [size, count] :
+             {std::pair(16U, 1500), std::pair(160U, 7500), std::pair(1152U, 200),
+              std::pair(4128U, 100), std::pair(66080U, 20), std::pair(925152U, 2)}) {
+            Blocks blocks;
+            for (int i = 0; i < count; ++i) {
                 try {
-                    blocks.emplace_back(Allocate(size), size);
-                    refusals += blocks.back().first == nullptr;
+                    blocks.push_back(Allocate(size));
+                    refusals += blocks.back() == nullptr;
                 } catch (std::bad_alloc const&) {
                     ++refusals;
                 }
             }
+            for (void* const block : blocks) {
+                Dispose(block, size);
+            }
         }
         EXPECT_LE(refusals, 1);
-        for (auto const& [block, size] : blocks) {
-            Dispose(block, size);
-        }
         ASSERT_EQ(BlocksInUse(), before);
     }
     platform::SetAllocationFilter(nullptr);
@@ -207,11 +153,9 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) 
             }
         }
         Blocks blocks(4);
-        InThreads(4,
-                  [&](int inThread) { blocks[static_cast<std::size_t>(inThread)] = Allocate(48); });
+        InThreads(4, [&](unsigned int inThread) { blocks[inThread] = Allocate(48); });
         for (void* const block : blocks) {
-            std::memset(block, 0xFF, 48);
-            Dispose(block, 48);
+            Dispose(std::memset(block, 0xFF, 48), 48);
         }
         std::_Exit(Managers::AreReady() == inWithMemory ? 0 : 1);
     };
@@ -247,54 +191,31 @@ void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
         unsigned int const size = Exchange::SizeAt(place);
         for (void*& block : blocks) {
             block = Allocate(size);
-            std::memcpy(block, &random, 4);
-            std::memcpy(static_cast<char*>(block) + size - 4, &random, 4);
+            auto* const words = static_cast<std::uint32_t*>(block);
+            words[0] = words[size / 4 - 1] = random;
         }
         for (void* const block : blocks) {
-            ASSERT_EQ(std::memcmp(block, &random, 4), 0);
-            ASSERT_EQ(std::memcmp(static_cast<char*>(block) + size - 4, &random, 4), 0);
+            auto* const words = static_cast<std::uint32_t*>(block);
+            ASSERT_TRUE(words[0] == random && words[size / 4 - 1] == random);
             Dispose(block, size);
         }
         ioExchange.Put(place, Allocate(size));
     }
 }
 
-TEST(SmallBlockAllocator, ThreadsNeverHoldTheSameBlock) {
-    ASSERT_TRUE(Managers::AreReady());
-    std::int32_t const before = BlocksInUse();
-    {
-        Exchange exchange;
-        InThreads(
-            4, [&](int inThread) { Churn(exchange, static_cast<std::uint32_t>(inThread), 300); });
-    }
-    EXPECT_EQ(BlocksInUse(), before);
-}
-
 TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
-    std::array<Blocks, 2> belts{Blocks(2000), Blocks(2000)};
+    std::array<Blocks, 2> belts{Blocks(20000), Blocks(20000)};
     boost::barrier turn(2);
-    InThreads(2, [&](int inThread) {
-        for (std::size_t round = 0; round < 101; ++round) {
-            for (void*& block : belts[(round + static_cast<std::size_t>(inThread)) % 2]) {
-                if (inThread == 0) {
-                    block = Allocate(64);
-                } else {
-                    Dispose(std::exchange(block, nullptr), 64);
-                }
+    InThreads(2, [&](unsigned int inThread) {
+        for (unsigned int round = 0; round < 51; ++round) {
+            for (void*& block : belts[(round + inThread) % 2]) {
+                Dispose(std::exchange(block, inThread == 0 ? Allocate(64) : nullptr), 64);
             }
             turn.wait();
         }
     });
+    EXPECT_LE(ManagerOf(64).Count().bytes, 4'500'000U); // of 65 million that went through
     for (void* const block : belts[0]) {
-        Dispose(block, 64);
-    }
-    EXPECT_LE(ManagerOf(64).Count().bytes, 1'200'000U); // of 13 million that went through
-
-    Blocks many(20000);
-    for (void*& block : many) {
-        block = Allocate(64);
-    }
-    for (void* const block : many) {
         Dispose(block, 64);
     }
     EXPECT_LE(ManagerOf(64).Count().blocksInUse, (256 + 2 * 16) * 1024 / 64 + 1);
@@ -302,32 +223,29 @@ TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
     EXPECT_EQ(ManagerOf(64).Count().chunks, 1U);
 }
 
-TEST(SmallBlockAllocator, CopyOfTheProcessAllocatesWhateverOthersDid) {
-    Exchange exchange;
+TEST(SmallBlockAllocator, NeitherThreadsNorCopiesOfTheProcessHoldTheSameBlock) {
+    std::int32_t const before = BlocksInUse();
+    std::optional<Exchange> exchange(std::in_place);
     std::atomic<bool> isDone{false};
-    std::vector<std::thread> threads;
-    for (std::uint32_t i = 0; i < 3; ++i) {
-        threads.emplace_back([&, i] {
-            while (!isDone) {
-                Churn(exchange, i, 1);
+    InThreads(4, [&](std::uint32_t inThread) {
+        do {
+            Churn(*exchange, inThread, 200);
+        } while (inThread != 0 && !isDone);
+        for (int round = 0; inThread == 0 && round < 30; ++round) {
+            pid_t const child = ::fork();
+            if (child == 0) {
+                Exchange own;
+                Churn(own, 7, 20);
+                ::_exit(::testing::Test::HasFailure() ? 1 : 0);
             }
-        });
-    }
-    for (int round = 0; round < 30; ++round) {
-        pid_t const child = ::fork();
-        if (child == 0) {
-            Exchange own;
-            Churn(own, 7, 20);
-            ::_exit(::testing::Test::HasFailure() ? 1 : 0);
+            int status = 0;
+            EXPECT_EQ(::waitpid(child, &status, 0), child);
+            EXPECT_EQ(status, 0) << round;
         }
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << round;
-    }
-    isDone = true;
-    for (auto& thread : threads) {
-        thread.join();
-    }
+        isDone = true;
+    });
+    exchange.reset();
+    EXPECT_EQ(BlocksInUse(), before);
 }
 
 } // namespace

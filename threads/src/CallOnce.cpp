@@ -2,11 +2,9 @@
 
 #include "threads/src/Guarded.h"
 
-#include <boost/thread/condition.hpp>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/thread.hpp>
-
 #include <algorithm>
+#include <condition_variable>
+#include <mutex>
 #include <vector>
 
 namespace brindle::threads {
@@ -20,12 +18,8 @@ public:
     /// Waits until no routine of the flag runs. True if it is the caller's turn to run it, which it
     /// then has to `Leave`.
     bool Enter(std::int32_t& ioFlag) {
-        // A client's interruption of this thread is for its own waits.
-        boost::this_thread::disable_interruption const uninterrupted;
-        boost::mutex::scoped_lock lock(mMutex);
-        while (std::find(mFlags.begin(), mFlags.end(), &ioFlag) != mFlags.end()) {
-            mLeft.wait(lock);
-        }
+        std::unique_lock<std::mutex> lock(mMutex);
+        mLeft.wait(lock, [&] { return Find(ioFlag) == mFlags.end(); });
         if (__atomic_load_n(&ioFlag, __ATOMIC_ACQUIRE) != 0) {
             return false;
         }
@@ -34,14 +28,18 @@ public:
     }
 
     void Leave(std::int32_t& ioFlag) {
-        boost::mutex::scoped_lock const lock(mMutex);
-        mFlags.erase(std::find(mFlags.begin(), mFlags.end(), &ioFlag));
+        std::lock_guard<std::mutex> const lock(mMutex);
+        mFlags.erase(Find(ioFlag));
         mLeft.notify_all();
     }
 
 private:
-    boost::mutex mMutex;
-    boost::condition mLeft;
+    std::vector<std::int32_t*>::iterator Find(std::int32_t& ioFlag) {
+        return std::find(mFlags.begin(), mFlags.end(), &ioFlag);
+    }
+
+    std::mutex mMutex;
+    std::condition_variable mLeft;
     std::vector<std::int32_t*> mFlags;
 };
 

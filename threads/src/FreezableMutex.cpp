@@ -1,21 +1,17 @@
 #include "threads/src/FreezableMutex.h"
 
-#include "platform/Process.h"
-
-#include <boost/thread/thread.hpp>
-
 #include <new>
 
 namespace brindle::threads {
 
 void FreezableMutex::Freeze() {
     FreezableMutexLock const lock(*this);
-    mFrozenBy = platform::ThreadId();
+    mFrozenBy = std::this_thread::get_id();
 }
 
 void FreezableMutex::Thaw() {
     FreezableMutexLock const lock(*this);
-    mFrozenBy = 0;
+    mFrozenBy = std::thread::id();
     mThawed.notify_all();
 }
 
@@ -25,12 +21,9 @@ void FreezableMutex::ThawInChild() {
 }
 
 void FreezableMutexLock::AwaitThaw(FreezableMutex& ioMutex) {
-    std::uint32_t const self = platform::ThreadId();
-    // A client's interruption of this thread is for its own waits.
-    boost::this_thread::disable_interruption const uninterrupted;
-    while (ioMutex.mFrozenBy != 0 && ioMutex.mFrozenBy != self) {
-        ioMutex.mThawed.wait(mLock);
-    }
+    std::thread::id const self = std::this_thread::get_id();
+    ioMutex.mThawed.wait(
+        mLock, [&] { return ioMutex.mFrozenBy == std::thread::id() || ioMutex.mFrozenBy == self; });
 }
 
 } // namespace brindle::threads

@@ -1,15 +1,15 @@
 #pragma once
 
 #include <boost/noncopyable.hpp>
-#include <boost/thread/condition.hpp>
-#include <boost/thread/recursive_mutex.hpp>
 
-#include <cstdint>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 namespace brindle::threads {
 
-/// A recursive mutex that a thread that is about to fork the process keeps for itself, without
-/// holding it: a thread may freeze any number of them. Used through the lock below.
+/// A mutex that a thread that is about to fork the process keeps for itself, without holding it: a
+/// thread may freeze any number of them, and lock what it froze. Used through the lock below.
 class FreezableMutex : boost::noncopyable {
 public:
     /// Waits until nobody has the mutex. From now on only the calling thread gets it.
@@ -22,16 +22,17 @@ public:
 private:
     friend class FreezableMutexLock;
 
-    boost::recursive_mutex mMutex;
-    boost::condition mThawed;
-    std::uint32_t mFrozenBy = 0; // a thread, 0 if none; guarded by the mutex
+    std::mutex mMutex;
+    std::condition_variable mThawed;
+    // Nobody's if it is not frozen; the same in a copy of the process. Guarded by the mutex.
+    std::thread::id mFrozenBy;
 };
 
 /// Has the mutex as long as it lives.
 class FreezableMutexLock : boost::noncopyable {
 public:
     explicit FreezableMutexLock(FreezableMutex& ioMutex) : mLock(ioMutex.mMutex) {
-        if (ioMutex.mFrozenBy != 0) {
+        if (ioMutex.mFrozenBy != std::thread::id()) {
             AwaitThaw(ioMutex);
         }
     }
@@ -39,7 +40,7 @@ public:
 private:
     void AwaitThaw(FreezableMutex& ioMutex);
 
-    boost::recursive_mutex::scoped_lock mLock;
+    std::unique_lock<std::mutex> mLock;
 };
 
 } // namespace brindle::threads

@@ -3,12 +3,11 @@
 #include "threads/src/Undelayed.h"
 
 #include <boost/noncopyable.hpp>
-#include <boost/thread/condition.hpp>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/thread.hpp>
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
+#include <mutex>
 
 namespace brindle::threads {
 
@@ -20,7 +19,8 @@ template <typename Delays>
 class BasicGate : boost::noncopyable {
 public:
     explicit BasicGate(bool inOpen) : mIsOpen(inOpen ? 1 : 0) {}
-    /// Opens the gate and waits until all who sleep at it have left.
+    /// Opens the gate and waits until all who sleep at it have left. No `Open` may be under way:
+    /// whoever is let through must not destroy the gate before the `Open` that did it has returned.
     ~BasicGate();
 
     void Open();
@@ -38,8 +38,8 @@ private:
     void Sleep();
 
     std::atomic<std::int32_t> mIsOpen;
-    boost::mutex mMutex;
-    boost::condition mChanged;
+    std::mutex mMutex;
+    std::condition_variable mChanged;
     std::uint32_t mGeneration = 0; // counts the times that sleepers were let go
     int mWaiters = 0;
 };
@@ -47,8 +47,7 @@ private:
 template <typename Delays>
 BasicGate<Delays>::~BasicGate() {
     Open();
-    boost::this_thread::disable_interruption const uninterrupted;
-    boost::mutex::scoped_lock lock(mMutex);
+    std::unique_lock<std::mutex> lock(mMutex);
     while (mWaiters > 0) {
         Delays::BeforeSleep();
         mChanged.wait(lock);
@@ -63,7 +62,7 @@ void BasicGate<Delays>::Open() {
         return;
     }
     Delays::Step();
-    boost::mutex::scoped_lock const lock(mMutex);
+    std::lock_guard<std::mutex> const lock(mMutex);
     if (mWaiters > 0) {
         ++mGeneration;
         mChanged.notify_all();
@@ -73,9 +72,7 @@ void BasicGate<Delays>::Open() {
 template <typename Delays>
 void BasicGate<Delays>::Sleep() {
     Delays::Step();
-    // A client's interruption of this thread is for its own waits.
-    boost::this_thread::disable_interruption const uninterrupted;
-    boost::mutex::scoped_lock lock(mMutex);
+    std::unique_lock<std::mutex> lock(mMutex);
     // `Open` takes the mutex after it has changed the state: it finds this waiter, or is seen here.
     if (mIsOpen.load(std::memory_order_acquire) != 0) {
         return;
@@ -83,9 +80,7 @@ void BasicGate<Delays>::Sleep() {
     ++mWaiters;
     std::uint32_t const generation = mGeneration;
     Delays::BeforeSleep();
-    while (mGeneration == generation) {
-        mChanged.wait(lock);
-    }
+    mChanged.wait(lock, [&] { return mGeneration != generation; });
     if (--mWaiters == 0) {
         mChanged.notify_all(); // the destructor may sleep, too
     }

@@ -3,13 +3,12 @@
 #include "threads/src/Undelayed.h"
 
 #include <boost/noncopyable.hpp>
-#include <boost/thread/condition.hpp>
 #include <boost/thread/exceptions.hpp>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/thread.hpp>
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
+#include <mutex>
 
 namespace brindle::threads {
 
@@ -63,16 +62,16 @@ private:
 
     // Low half: readers inside. High half: writers that hold or claim the lock.
     std::atomic<std::uint32_t> mState{0};
-    boost::condition mReadersLeft;
-    boost::mutex mConditionMutex; // taken after the writer mutex
-    boost::try_mutex mWriterMutex;
+    std::condition_variable mReadersLeft;
+    std::mutex mConditionMutex; // taken after the writer mutex
+    std::mutex mWriterMutex;
     int mWaitingWriters = 0;
 };
 
 template <typename Delays>
 bool BasicReadWriteLock<Delays>::FollowWriter() {
     Delays::BeforeSleep();
-    boost::try_mutex::scoped_lock const lock(mWriterMutex);
+    std::lock_guard<std::mutex> const lock(mWriterMutex);
     Delays::Step();
     mState.fetch_add(1, std::memory_order_relaxed); // the mutex orders this after the last writer
     return true;
@@ -84,7 +83,7 @@ void BasicReadWriteLock<Delays>::LeaveToWriter() {
     // woken.
     mState.fetch_sub(1, std::memory_order_release);
     Delays::Step();
-    boost::mutex::scoped_lock const lock(mConditionMutex);
+    std::lock_guard<std::mutex> const lock(mConditionMutex);
     if (mWaitingWriters > 0) {
         mReadersLeft.notify_one();
     }
@@ -116,14 +115,10 @@ bool BasicReadWriteLock<Delays>::LockExclusive(bool inTryOnly) {
 
 template <typename Delays>
 void BasicReadWriteLock<Delays>::AwaitReaders() {
-    // A client's interruption of this thread is for its own waits.
-    boost::this_thread::disable_interruption const uninterrupted;
-    boost::mutex::scoped_lock lock(mConditionMutex);
+    std::unique_lock<std::mutex> lock(mConditionMutex);
     ++mWaitingWriters;
     Delays::BeforeSleep();
-    while (HasReaders()) {
-        mReadersLeft.wait(lock);
-    }
+    mReadersLeft.wait(lock, [this] { return !HasReaders(); });
     --mWaitingWriters;
 }
 

@@ -17,29 +17,34 @@ using MutexLock = threads::FreezableMutexLock;
 
 } // namespace
 
-/// Withdraws the set of chunks as long as it lives. Who has the mutex may nest them.
+/// Keeps the set of chunks withdrawn as long as it lives. For who has the mutex.
 class ChunkedAllocator::Withdrawal {
 public:
-    explicit Withdrawal(ChunkedAllocator& ioAllocator)
-        : mAllocator(ioAllocator),
-          mWithdrawn(ioAllocator.mPublished.load(std::memory_order_relaxed)) {
-        if (mWithdrawn != nullptr) {
-            threads::ExclusiveGuard const alone(mAllocator.mPublishLock);
-            mAllocator.mPublished.store(nullptr, std::memory_order_relaxed);
-        }
+    explicit Withdrawal(ChunkedAllocator& ioAllocator) : mAllocator(ioAllocator) {
+        mAllocator.Withdraw();
     }
     Withdrawal(Withdrawal const&) = delete;
     Withdrawal& operator=(Withdrawal const&) = delete;
-    // Releases the changes of the set to who reads the pointer.
-    ~Withdrawal() { mAllocator.mPublished.store(mWithdrawn, std::memory_order_release); }
+    ~Withdrawal() { mAllocator.Publish(); }
 
 private:
     ChunkedAllocator& mAllocator;
-    ChunkSet* const mWithdrawn;
 };
 
-ChunkedAllocator::ChunkedAllocator(ChunkPlan const& inPlan) : mPlan(inPlan) {
-    mPublished.store(&mChunks, std::memory_order_relaxed);
+ChunkedAllocator::ChunkedAllocator(ChunkPlan const& inPlan) : mPlan(inPlan) {}
+
+void ChunkedAllocator::Withdraw() {
+    if (mPublished.load(std::memory_order_relaxed) != nullptr) {
+        threads::ExclusiveGuard const alone(mPublishLock);
+        mPublished.store(nullptr, std::memory_order_relaxed);
+    }
+}
+
+void ChunkedAllocator::Publish() {
+    // An empty set stays withdrawn: there is nothing in it, and the next chunk need not wait.
+    bool const isOpen = !mIsForking && mChunks.Count() != 0;
+    // Releases the changes of the set to who reads the pointer.
+    mPublished.store(isOpen ? &mChunks : nullptr, std::memory_order_release);
 }
 
 void* ChunkedAllocator::Allocate(unsigned int inSize) {
@@ -64,6 +69,9 @@ void ChunkedAllocator::DisposeSeveral(void* const* inBlocks, std::uint32_t inCou
 }
 
 std::uint32_t ChunkedAllocator::Take(void** outBlocks, std::uint32_t inCount) {
+    if (mPublished.load(std::memory_order_relaxed) == nullptr) {
+        return 0; // saves the share, decides nothing
+    }
     threads::SharedGuard const share(mPublishLock, true);
     if (!share.IsLocked()) {
         return 0;
@@ -175,12 +183,13 @@ ChunkedAllocator::Census ChunkedAllocator::Count() {
 void ChunkedAllocator::CloseForFork() {
     mMutex.Freeze();
     // Waits out who is inside. The forking thread itself may still come, by way of the mutex.
-    threads::ExclusiveGuard const alone(mPublishLock);
-    mBeforeFork = mPublished.exchange(nullptr, std::memory_order_relaxed);
+    mIsForking = true;
+    Withdraw();
 }
 
 void ChunkedAllocator::OpenInParent() {
-    mPublished.store(mBeforeFork, std::memory_order_release);
+    mIsForking = false;
+    Publish();
     mMutex.Thaw();
 }
 
@@ -188,7 +197,8 @@ void ChunkedAllocator::OpenInChild() {
     mMutex.ThawInChild();
     // A thread that is not here may have been at its mutexes.
     new (&mPublishLock) threads::ReadWriteLock;
-    mPublished.store(mBeforeFork, std::memory_order_relaxed);
+    mIsForking = false;
+    Publish();
 }
 
 } // namespace brindle::utility

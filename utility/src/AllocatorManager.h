@@ -72,15 +72,18 @@ private:
     Return GiveTo(ChunkSet const& inChunks, void* const* inBlocks, std::uint32_t inCount) noexcept;
     void AddChunk();
     void Purge();
+    void Withdraw();
+    void Publish();
 
     ChunkPlan const mPlan;
     threads::FreezableMutex mMutex; // for whoever changes the set of chunks
-    // Null while the set changes. Changed under the mutex, read with a share in the lock.
+    // Null while the set changes or is empty. Changed under the mutex, read with a share in the
+    // lock.
     std::atomic<ChunkSet*> mPublished{nullptr};
     threads::ReadWriteLock mPublishLock;
     ChunkSet mChunks;
     std::uint64_t mBytes = 0; // of the chunks; guarded by the mutex
-    ChunkSet* mBeforeFork = nullptr;
+    bool mIsForking = false;  // only who forks gets the mutex meanwhile
 };
 
 template <std::uint32_t kBlockSize, std::uint32_t kFirstChunkSize, std::uint32_t kSecondChunkSize,
