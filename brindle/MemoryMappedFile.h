@@ -72,8 +72,8 @@ private:
     void Create();
     void Open();
 
+    std::string mName; // the first, so that a copy that there is no memory for changes nothing
     std::shared_ptr<platform::SharedMemory> mMemory;
-    std::string mName;
     std::uint64_t mSize = 0;
     std::shared_ptr<void> mView;
     std::uint32_t mFlags = 0;

@@ -2,11 +2,16 @@
 
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
+#include <boost/thread/exceptions.hpp>
+
 #include <algorithm>
 #include <array>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <new>
+#include <thread>
+#include <utility>
 
 namespace brindle::host {
 
@@ -14,19 +19,31 @@ namespace {
 
 using Step = std::function<void(std::size_t)>;
 
+using Pool = boost::shared_ptr<threads::AsyncThreadedExecutor>;
+
+/// Null if the system refuses so many threads, which has been reported.
+Pool MakePool(std::size_t inThreadCount) {
+    try {
+        return threads::CreateAsyncThreadedExecutor("worker", static_cast<int>(inThreadCount),
+                                                    threads::kThreadPriorityNormal);
+    } catch (boost::thread_resource_error const&) {
+        return {};
+    }
+}
+
 class OrderedRun {
 public:
-    OrderedRun(std::size_t inCount, std::uint32_t inJobs, Step const& inCompute,
-               Step const& inDeliver)
-        : mCount(inCount), mCompute(inCompute), mDeliver(inDeliver),
-          mPool(threads::CreateAsyncThreadedExecutor("worker",
-                                                     inJobs == 0 ? -1 : static_cast<int>(inJobs),
-                                                     threads::kThreadPriorityNormal)) {}
+    OrderedRun(std::size_t inCount, Step const& inCompute, Step const& inDeliver, Pool inPool)
+        : mCount(inCount), mCompute(inCompute), mDeliver(inDeliver), mPool(std::move(inPool)) {}
 
     /// The workers call into this object, so it waits for their end.
     ~OrderedRun() {
-        mPool->Shutdown();
-        mPool->Synchronize();
+        try {
+            mPool->Shutdown();
+            mPool->Synchronize();
+        } catch (std::bad_alloc const&) {
+            // They end by themselves; nothing is under way that would call into this object.
+        }
     }
 
     void Run() {
@@ -98,16 +115,21 @@ private:
     std::size_t mUnderWay = 0;
     std::size_t mDelivered = 0; // changed by who delivers alone, who may read it without the lock
     std::exception_ptr mFailure;
-    boost::shared_ptr<threads::AsyncThreadedExecutor> const mPool;
+    Pool const mPool;
 };
 
 } // namespace
 
 void RunInOrder(std::size_t inCount, std::uint32_t inJobs, Step const& inCompute,
                 Step const& inDeliver) {
-    if (inCount != 0) {
-        auto const jobs = static_cast<std::uint32_t>(std::min<std::size_t>(inJobs, inCount));
-        OrderedRun(inCount, jobs, inCompute, inDeliver).Run();
+    std::size_t const jobs =
+        std::min<std::size_t>(inCount, inJobs == 0 ? std::thread::hardware_concurrency() : inJobs);
+    if (Pool const pool = jobs > 1 ? MakePool(jobs) : nullptr) {
+        return OrderedRun(inCount, inCompute, inDeliver, pool).Run();
+    }
+    for (std::size_t index = 0; index < inCount; ++index) {
+        inCompute(index);
+        inDeliver(index);
     }
 }
 

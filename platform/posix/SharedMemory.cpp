@@ -20,16 +20,21 @@ namespace {
 
 constexpr int kOwnerOnly = 0600;
 
-Result<std::shared_ptr<void>> Attach(int inSegment, int inFlags) {
+struct Detach {
+    void operator()(void* inAddress) const noexcept { ::shmdt(inAddress); }
+};
+using Attachment = std::unique_ptr<void, Detach>;
+
+Result<Attachment> Attach(int inSegment, int inFlags) noexcept {
     void* const address = ::shmat(inSegment, nullptr, inFlags);
     if (address == reinterpret_cast<void*>(-1)) {
         return {{}, ErrorFromErrno(errno)};
     }
-    return {std::shared_ptr<void>(address, ::shmdt), kError_None};
+    return {Attachment(address), kError_None};
 }
 
 /// Attaches to a segment only to keep it, in as little address space as can be.
-Result<std::shared_ptr<void>> Hold(int inSegment, std::size_t inByteCount) {
+Result<Attachment> Hold(int inSegment, std::size_t inByteCount) noexcept {
     auto hold = Attach(inSegment, SHM_RDONLY);
     auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     if (hold && inByteCount > page) {
@@ -145,7 +150,8 @@ ErrorCode CheckName(std::string const& inName) noexcept {
 } // namespace
 
 Result<std::shared_ptr<void>> SharedMemory::Map(bool inWritable) const {
-    return Attach(mSegment, inWritable ? 0 : SHM_RDONLY);
+    auto view = Attach(mSegment, inWritable ? 0 : SHM_RDONLY);
+    return {std::move(view.value), view.error};
 }
 
 Result<std::shared_ptr<SharedMemory>> CreateSharedMemory(std::string const& inName,

@@ -120,12 +120,9 @@ FoundLayout Neighbour(std::mt19937& ioRandom, LayoutProblem const& inProblem, Fo
     std::uint32_t const child = below(layout.alternatives.size());
     layout.alternatives[child] = below(inProblem.children[child].size());
     auto& lines = layout.lines;
-    std::uint32_t const at = below(lines.size());
-    std::uint32_t const moved = below(lines[at] + 1);
+    std::uint32_t const at = below(lines.size()), moved = below(lines[at] + 1);
+    lines.insert(lines.begin() + at + 1, below(2) == 0 || at + 1 == lines.size() ? 1 : 0, 0);
     lines[at] -= moved;
-    if (below(2) == 0 || at + 1 == lines.size()) {
-        lines.insert(lines.begin() + at + 1, 0);
-    }
     lines[at + 1] += moved;
     lines.erase(std::remove(lines.begin(), lines.end(), 0U), lines.end());
     return layout;
@@ -135,10 +132,9 @@ TEST(LayoutSearch, NoNeighbourOfAFoundLayoutBeatsAny) {
     std::mt19937 random(11);
     for (float const step : {1.0F, 1.0F / 3}) {
         float const rounding = step == 1 ? 0 : 1e-3F;
-        Lengths extents;
-        for (int i = 0; i < 60; ++i) {
-            extents.push_back(step * static_cast<float>(i));
-        }
+        Lengths extents(60);
+        std::generate(extents.begin() + 1, extents.end(),
+                      [&, x = 0.0F]() mutable { return step * ++x; });
         for (std::size_t const alternatives : {1U, 5U}) {
             Group group(random, extents, {0, 3, 8}, 5, 40, alternatives);
             std::vector<FoundLayout> const layouts = FindLayouts(group.problem);

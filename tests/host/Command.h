@@ -16,9 +16,9 @@ protected:
         std::string errors;
     };
 
-    /// `inWords` is shell text.
-    Outcome Run(std::string const& inWords) const {
-        std::string const command = "cd '" + mTemporary.Native() + "' && exec >'" +
+    /// Both are shell text; what comes before holds for the command.
+    Outcome Run(std::string const& inWords, std::string const& inBefore = "") const {
+        std::string const command = inBefore + "cd '" + mTemporary.Native() + "' && exec >'" +
                                     mResults.Native("out") + "' 2>'" + mResults.Native("err") +
                                     "' " BRINDLE_COMMAND " " + inWords;
         int const status = std::system(command.c_str());
