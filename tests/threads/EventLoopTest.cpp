@@ -2,6 +2,7 @@
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/EventLoop.h>
 
+#include "tests/AllocationFailure.h"
 #include "tests/RecordingErrorManager.h"
 #include "threads/src/Gate.h"
 #include "threads/src/SharedTimer.h"
@@ -9,20 +10,12 @@
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <glib-unix.h>
 #include <gtest/gtest.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <poll.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
+#include <sys/resource.h>
 
 #include <atomic>
-#include <cerrno>
-#include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 using namespace brindle::threads;
 using Adaptor = boost::shared_ptr<AsyncEventLoopAdaptor>;
@@ -31,13 +24,18 @@ namespace {
 
 constexpr std::uint32_t kHour = 60 * 60 * 1000;
 
+/// Runs GLib's loop.
 template <typename Condition>
 void TurnUntil(Condition inCondition) {
-    pollfd watched{EventLoopDescriptor(), POLLIN, 0};
-    while (!inCondition()) {
-        poll(&watched, 1, -1);
+    auto const dispatch = [](gint, GIOCondition, gpointer) -> gboolean {
         DispatchMessages();
+        return G_SOURCE_CONTINUE;
+    };
+    guint const source = g_unix_fd_add(EventLoopDescriptor(), G_IO_IN, dispatch, nullptr);
+    while (!inCondition()) {
+        g_main_context_iteration(nullptr, TRUE);
     }
+    g_source_remove(source);
 }
 
 void On(std::function<void()> const& inFunction) {
@@ -59,17 +57,6 @@ private:
     std::shared_ptr<Gate> mGo = std::make_shared<Gate>(false);
 };
 
-/// The calling thread, and those that it starts, get no descriptors of events any more.
-void RefuseEventDescriptors() {
-    sock_filter steps[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_eventfd2, 0, 1),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EMFILE),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
-    sock_fprog const program{4, steps};
-    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
-    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
-}
-
 } // namespace
 
 TEST(EventLoop, ImmediateItemsRunInOrderOnALaterTurn) {
@@ -78,7 +65,6 @@ TEST(EventLoop, ImmediateItemsRunInOrderOnALaterTurn) {
     auto const note = [&](char inName) { return [&ran, inName] { ran += inName; }; };
     adaptor->Post(note('1'), 0);
     On([&] {
-        EXPECT_FALSE(adaptor->IsCurrentThreadExecutorThread());
         adaptor->Post([] { throw std::runtime_error("dropped"); }, 0);
         EXPECT_TRUE(adaptor->Post({}, 0));
         adaptor->Post(note('2'), 0);
@@ -86,7 +72,7 @@ TEST(EventLoop, ImmediateItemsRunInOrderOnALaterTurn) {
     auto const turn = [&] {
         adaptor->Post(note('4'), 0);
         TurnUntil([&] { return ran == "1234"; });
-        ran += '5';
+        adaptor->Post(note('5'), 1);
     };
     adaptor->Post(turn, 0);
     adaptor->Post(note('3'), 0);
@@ -96,20 +82,20 @@ TEST(EventLoop, ImmediateItemsRunInOrderOnALaterTurn) {
 
 TEST(EventLoop, DrainRunsWhatWaitsOnTheCallersThread) {
     Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
-    std::vector<std::thread::id> ran;
-    auto const note = [&] { ran.push_back(std::this_thread::get_id()); };
+    int here = 0, elsewhere = 0;
+    auto const note = [&] { ++(adaptor->IsCurrentThreadExecutorThread() ? here : elsewhere); };
     adaptor->Post(note, kHour);
     adaptor->Post(note, 0);
     adaptor->Post([] { throw 1; }, 0);
     adaptor->Post(note, 0);
     On([&] {
         EXPECT_THROW(adaptor->Drain(), int);
-        EXPECT_EQ(ran.size(), 1u);
+        EXPECT_EQ(elsewhere, 1);
         adaptor->Drain();
-        EXPECT_EQ(ran, std::vector<std::thread::id>(2, std::this_thread::get_id()));
     });
     adaptor->Post(note, 0);
-    TurnUntil([&] { return ran.size() == 3; });
+    TurnUntil([&] { return here == 1; });
+    EXPECT_EQ(elsewhere, 2);
 }
 
 TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsOnEveryPath) {
@@ -120,21 +106,22 @@ TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsOnEveryPath) {
     for (int i = 0; i < 10; ++i) {
         Adaptor const other = i < 5 ? AdaptCurrentEventLoopAsExecutor() : Adaptor();
         auto const token = std::make_shared<int>(0);
+        auto const use = [token] { ++*token; };
         On([&] {
             adaptor = AdaptCurrentEventLoopAsExecutor();
             On([&] { adaptor->Post(reset, 0); });
-            adaptor->Post([token] { ++*token; }, 1);
+            adaptor->Post(use, 1);
             TimerHeld const held(2); // its message waits, and the next pump is with the timer
-            adaptor->Post([token] { ++*token; }, 0);
-            On([&] { adaptor->Post([token] { ++*token; }, 0); });
-            adaptor->Post([token] { ++*token; }, kHour);
-            EXPECT_EQ(token.use_count(), 5);
+            adaptor->Post(use, 0);
+            On([&] { adaptor->Post(use, 0); });
+            adaptor->Post(use, kHour);
+            EXPECT_EQ(token.use_count(), 6);
             ways[i % 5]();
-            EXPECT_EQ(token.use_count(), adaptor == nullptr ? 1 : 5);
+            EXPECT_EQ(token.use_count(), adaptor == nullptr ? 2 : 6);
         });
-        EXPECT_TRUE(adaptor == nullptr || !adaptor->Post([token] { ++*token; }, 0));
+        EXPECT_TRUE(adaptor == nullptr || !adaptor->Post(use, 0));
         adaptor.reset();
-        EXPECT_EQ(token.use_count(), 1);
+        EXPECT_EQ(token.use_count(), 2);
         EXPECT_EQ(*token, 0);
     }
 }
@@ -146,27 +133,6 @@ TEST(EventLoop, AdaptorsShareOneTimerWhileThereAreAny) {
     EXPECT_EQ(SharedTimer(), timer.lock());
     two.reset();
     EXPECT_TRUE(timer.expired());
-}
-
-TEST(EventLoop, GLibsLoopIsAnExecutor) {
-    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
-    std::unique_ptr<GMainLoop, void (*)(GMainLoop*)> const loop(g_main_loop_new(nullptr, FALSE),
-                                                                g_main_loop_unref);
-    auto const dispatch = [](gint, GIOCondition, gpointer) -> gboolean {
-        DispatchMessages();
-        return G_SOURCE_CONTINUE;
-    };
-    guint const source = g_unix_fd_add(EventLoopDescriptor(), G_IO_IN, dispatch, nullptr);
-    int ran = 0;
-    On([&] {
-        for (int i = 0; i < 1000; ++i) {
-            adaptor->Post([&, i] { EXPECT_EQ(ran++, i); }, 0);
-        }
-    });
-    adaptor->Post([&] { adaptor->Post([&] { g_main_loop_quit(loop.get()); }, 1); }, 0);
-    g_main_loop_run(loop.get());
-    EXPECT_EQ(ran, 1000);
-    g_source_remove(source);
 }
 
 TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
@@ -189,8 +155,7 @@ TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
     EXPECT_EQ(token.use_count(), 2);
     executor->Shutdown();
     EXPECT_TRUE(executor->IsShutdown());
-    EXPECT_FALSE(executor->IsCurrentThreadExecutorThread());
-    EXPECT_FALSE(executor->Post(use, 0));
+    EXPECT_FALSE(executor->IsCurrentThreadExecutorThread() || executor->Post(use, 0));
 }
 
 TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
@@ -215,14 +180,39 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
     }
 }
 
-TEST(EventLoop, WithoutDescriptorsThereIsAReportAndNoLoop) {
+TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
     brindle::tests::RecordingErrorManager errors;
-    On([] {
-        RefuseEventDescriptors();
-        EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error);
-        auto const executor = CreateAsyncEventLoopExecutor("loop");
-        EXPECT_TRUE(executor->IsShutdown());
-        executor->Join();
-    });
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit const none{0, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    On([] { EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error); });
+    EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
+    setrlimit(RLIMIT_NOFILE, &before);
     EXPECT_EQ(errors.codes, (decltype(errors.codes){20, 20}));
+}
+
+TEST(EventLoopExecutor, RefusedMemoryLeavesLoopsAndItemsWhole) {
+    auto const token = std::make_shared<int>(0);
+    boost::shared_ptr<AsyncEventLoopExecutor> executor;
+    auto const post = [&](AsyncExecutor& ioExecutor, std::uint32_t inDelay) {
+        if (!ioExecutor.Post([token] { ++*token; }, inDelay)) {
+            throw std::bad_alloc();
+        }
+    };
+    auto const useLoops = [&] {
+        Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
+        executor = CreateAsyncEventLoopExecutor("loop");
+        post(*adaptor, kHour), post(*executor, kHour), post(*adaptor, 0);
+        TurnUntil([&] { return *token > 0; });
+    };
+    auto const endLoop = [&] {
+        if (executor != nullptr) {
+            executor->Shutdown(), executor->Join();
+        }
+        EXPECT_EQ(token.use_count(), 1);
+    };
+    On([&] { EXPECT_GT(brindle::tests::RefuseEachAllocation(useLoops, endLoop), 20); });
+    endLoop();
+    EXPECT_EQ(*token, 1);
 }
