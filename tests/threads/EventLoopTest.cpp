@@ -42,64 +42,51 @@ void On(std::function<void()> const& inFunction) {
     std::thread(inFunction).join();
 }
 
-/// Keeps the shared timer, after this many milliseconds, from sending anything.
-class TimerHeld {
-public:
-    explicit TimerHeld(std::uint32_t inDelay) {
-        mTimer->Post([holds = mHolds, go = mGo] { holds->Open(), go->Wait(); }, inDelay);
-        mHolds->Wait();
-    }
-    ~TimerHeld() { mGo->Open(); }
-
-private:
-    boost::shared_ptr<AsyncThreadedExecutor> mTimer = SharedTimer();
-    std::shared_ptr<Gate> mHolds = std::make_shared<Gate>(false);
-    std::shared_ptr<Gate> mGo = std::make_shared<Gate>(false);
-};
+/// Keeps the shared timer, after this many milliseconds, from sending anything while the result
+/// lives.
+std::shared_ptr<void> HoldTimer(std::uint32_t inDelay) {
+    auto const holds = std::make_shared<Gate>(false), go = std::make_shared<Gate>(false);
+    SharedTimer()->Post([holds, go] { holds->Open(), go->Wait(); }, inDelay);
+    holds->Wait();
+    return {nullptr, [go](void*) { go->Open(); }};
+}
 
 } // namespace
 
-TEST(EventLoop, ImmediateItemsRunInOrderOnALaterTurn) {
+TEST(EventLoop, RunsItemsInOrderOnALaterTurnOrInADrain) {
     Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
     std::string ran;
-    auto const note = [&](char inName) { return [&ran, inName] { ran += inName; }; };
-    adaptor->Post(note('1'), 0);
-    On([&] {
-        adaptor->Post([] { throw std::runtime_error("dropped"); }, 0);
-        EXPECT_TRUE(adaptor->Post({}, 0));
-        adaptor->Post(note('2'), 0);
-    });
-    auto const turn = [&] {
-        adaptor->Post(note('4'), 0);
-        TurnUntil([&] { return ran == "1234"; });
-        adaptor->Post(note('5'), 1);
+    auto const post = [&](char inName, std::uint32_t inDelay) {
+        return adaptor->Post([&ran, inName] { ran += inName; }, inDelay);
     };
-    adaptor->Post(turn, 0);
-    adaptor->Post(note('3'), 0);
+    auto const postOthers = [&](char inName) {
+        post('x', kHour), post(inName, 0);
+        adaptor->Post([] { throw 1; }, 0);
+        EXPECT_TRUE(adaptor->Post({}, 0) && post(static_cast<char>(inName + 1), 0));
+    };
+    auto const turn = [&] {
+        post('4', 0);
+        TurnUntil([&] { return ran == "1234"; });
+        post('5', 1);
+    };
+    On([&] { postOthers('1'); });
+    adaptor->Post(turn, 0), post('3', 0);
     EXPECT_EQ(ran, "");
     TurnUntil([&] { return ran == "12345"; });
-}
-
-TEST(EventLoop, DrainRunsWhatWaitsOnTheCallersThread) {
-    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
-    int here = 0, elsewhere = 0;
-    auto const note = [&] { ++(adaptor->IsCurrentThreadExecutorThread() ? here : elsewhere); };
-    adaptor->Post(note, kHour);
-    adaptor->Post(note, 0);
-    adaptor->Post([] { throw 1; }, 0);
-    adaptor->Post(note, 0);
+    postOthers('6');
     On([&] {
         EXPECT_THROW(adaptor->Drain(), int);
-        EXPECT_EQ(elsewhere, 1);
+        EXPECT_EQ(ran, "123456");
         adaptor->Drain();
     });
-    adaptor->Post(note, 0);
-    TurnUntil([&] { return here == 1; });
-    EXPECT_EQ(elsewhere, 2);
+    EXPECT_EQ(ran, "1234567");
+    post('8', 0);
+    TurnUntil([&] { return ran == "12345678"; });
 }
 
-TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsOnEveryPath) {
+TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsAndTheLastOneTheTimer) {
     Adaptor adaptor;
+    boost::weak_ptr<AsyncThreadedExecutor> timer;
     auto const reset = [&] { adaptor.reset(); };
     std::function<void()> const ways[] = {reset, [&] { On(reset); }, [&] { adaptor->Drain(); },
                                           [] { DispatchMessages(); }, [] { /* with the thread */ }};
@@ -109,9 +96,11 @@ TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsOnEveryPath) {
         auto const use = [token] { ++*token; };
         On([&] {
             adaptor = AdaptCurrentEventLoopAsExecutor();
+            timer = SharedTimer();
             On([&] { adaptor->Post(reset, 0); });
             adaptor->Post(use, 1);
-            TimerHeld const held(2); // its message waits, and the next pump is with the timer
+            auto const held =
+                HoldTimer(2); // its message waits, and the next pump is with the timer
             adaptor->Post(use, 0);
             On([&] { adaptor->Post(use, 0); });
             adaptor->Post(use, kHour);
@@ -121,38 +110,26 @@ TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsOnEveryPath) {
         });
         EXPECT_TRUE(adaptor == nullptr || !adaptor->Post(use, 0));
         adaptor.reset();
-        EXPECT_EQ(token.use_count(), 2);
-        EXPECT_EQ(*token, 0);
+        EXPECT_TRUE(*token == 0 && token.use_count() == 2);
+        EXPECT_EQ(timer.lock(), other != nullptr ? SharedTimer() : nullptr);
     }
-}
-
-TEST(EventLoop, AdaptorsShareOneTimerWhileThereAreAny) {
-    Adaptor one = AdaptCurrentEventLoopAsExecutor(), two = AdaptCurrentEventLoopAsExecutor();
-    boost::weak_ptr<AsyncThreadedExecutor> const timer = SharedTimer();
-    one.reset();
-    EXPECT_EQ(SharedTimer(), timer.lock());
-    two.reset();
-    EXPECT_TRUE(timer.expired());
 }
 
 TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
     auto const executor = CreateAsyncEventLoopExecutor("loop");
-    EXPECT_FALSE(executor->IsShutdown());
     auto const token = std::make_shared<int>(0);
     auto const use = [token] { ++*token; };
     executor->Post(use, kHour);
     auto const shutDown = [&] {
-        TimerHeld const held(0); // so these are left to the final drain
-        EXPECT_TRUE(executor->IsCurrentThreadExecutorThread());
+        auto const held = HoldTimer(0); // so these are left to the final drain
+        EXPECT_TRUE(!executor->IsShutdown() && executor->IsCurrentThreadExecutorThread());
         executor->Post([] { throw 1; }, 0);
         executor->Post(use, 0);
-        executor->Join();
-        executor->Shutdown();
+        executor->Join(), executor->Shutdown();
     };
     executor->Post(shutDown, 0);
     executor->Join();
-    EXPECT_EQ(*token, 1);
-    EXPECT_EQ(token.use_count(), 2);
+    EXPECT_TRUE(*token == 1 && token.use_count() == 2);
     executor->Shutdown();
     EXPECT_TRUE(executor->IsShutdown());
     EXPECT_FALSE(executor->IsCurrentThreadExecutorThread() || executor->Post(use, 0));
@@ -170,13 +147,11 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
             }
         };
         std::thread one(post), two(post);
-        for (int i = 0; i < 20; ++i) {
-            executor->Drain();
+        for (int i = 0; i < 20; ++i, executor->Drain()) {
         }
         executor->Shutdown();
         one.join(), two.join(), executor->Join();
-        EXPECT_EQ(ran, accepted);
-        EXPECT_EQ(token.use_count(), 1);
+        EXPECT_TRUE(ran == accepted && token.use_count() == 1);
     }
 }
 
@@ -194,22 +169,18 @@ TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
 
 TEST(EventLoopExecutor, RefusedMemoryLeavesLoopsAndItemsWhole) {
     auto const token = std::make_shared<int>(0);
-    boost::shared_ptr<AsyncEventLoopExecutor> executor;
-    auto const post = [&](AsyncExecutor& ioExecutor, std::uint32_t inDelay) {
-        if (!ioExecutor.Post([token] { ++*token; }, inDelay)) {
-            throw std::bad_alloc();
-        }
-    };
+    auto executor = CreateAsyncEventLoopExecutor("loop");
     auto const useLoops = [&] {
         Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
         executor = CreateAsyncEventLoopExecutor("loop");
-        post(*adaptor, kHour), post(*executor, kHour), post(*adaptor, 0);
+        auto const use = [token] { ++*token; };
+        if (!adaptor->Post(use, kHour) || !executor->Post(use, kHour) || !adaptor->Post(use, 0)) {
+            throw std::bad_alloc();
+        }
         TurnUntil([&] { return *token > 0; });
     };
     auto const endLoop = [&] {
-        if (executor != nullptr) {
-            executor->Shutdown(), executor->Join();
-        }
+        executor->Shutdown(), executor->Join();
         EXPECT_EQ(token.use_count(), 1);
     };
     On([&] { EXPECT_GT(brindle::tests::RefuseEachAllocation(useLoops, endLoop), 20); });
