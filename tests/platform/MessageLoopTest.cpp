@@ -43,7 +43,7 @@ struct Inbox : MessageInbox<Scripted> {
 TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAThreadHalts) {
     Inbox inbox;
     auto const push = [&] { inbox.Push(new Numbered(0)); };
-    auto const settle = [&] { inbox.Settle(); };
+    auto const settle = [&] { push(), inbox.HasNext(), inbox.Pop(), inbox.Settle(); };
     auto const othersGoOn = [&] { push(), inbox.PopAll(), push(), inbox.PopAll(); };
     std::function<void()> const cases[][2] = {{push, othersGoOn}, {settle, push}};
     for (auto const& [halted, others] : cases) {

@@ -51,6 +51,14 @@ std::shared_ptr<void> HoldTimer(std::uint32_t inDelay) {
     return {nullptr, [go](void*) { go->Open(); }};
 }
 
+/// Counts its calls, and shuts the executor down as it goes if memory has been refused.
+struct Counting {
+    ~Counting() { brindle::tests::AllocationFailure::HasHappened() ? executor.Shutdown() : void(); }
+    void operator()() const { ++*count; }
+    std::shared_ptr<int> count;
+    AsyncEventLoopExecutor& executor;
+};
+
 } // namespace
 
 TEST(EventLoop, RunsItemsInOrderOnALaterTurnOrInADrain) {
@@ -173,7 +181,7 @@ TEST(EventLoopExecutor, RefusedMemoryLeavesLoopsAndItemsWhole) {
     auto const useLoops = [&] {
         Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
         executor = CreateAsyncEventLoopExecutor("loop");
-        auto const use = [token] { ++*token; };
+        Counting const use{token, *executor};
         if (!adaptor->Post(use, kHour) || !executor->Post(use, kHour) || !adaptor->Post(use, 0)) {
             throw std::bad_alloc();
         }
