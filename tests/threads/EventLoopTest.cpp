@@ -10,9 +10,14 @@
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <glib-unix.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -58,6 +63,17 @@ struct Counting {
     std::shared_ptr<int> count;
     AsyncEventLoopExecutor& executor;
 };
+
+/// The calling thread, and those that it starts, get no descriptors of events any more.
+void RefuseEventDescriptors() {
+    sock_filter steps[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_eventfd2, 0, 1),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EMFILE),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+    sock_fprog const program{4, steps};
+    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+}
 
 } // namespace
 
@@ -165,13 +181,11 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
 
 TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
     brindle::tests::RecordingErrorManager errors;
-    rlimit before{};
-    getrlimit(RLIMIT_NOFILE, &before);
-    rlimit const none{0, before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
-    On([] { EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error); });
-    EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
-    setrlimit(RLIMIT_NOFILE, &before);
+    On([] {
+        RefuseEventDescriptors();
+        EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error);
+        EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
+    });
     EXPECT_EQ(errors.codes, (decltype(errors.codes){20, 20}));
 }
 
