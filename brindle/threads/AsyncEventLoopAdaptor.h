@@ -22,8 +22,9 @@ public:
 };
 
 /// Makes an executor of the calling thread, which goes on to handle messages: see `EventLoop.h`. A
-/// thread may have any number of them. When the thread ends, what still waits for its loop is
-/// released; the adaptor accepts nothing any more.
+/// thread may have any number of them. When the thread ends, they accept nothing any more: delayed
+/// functions are released when they are due; immediate ones are left to `Drain`, also one that
+/// `Post` refused then.
 ///
 /// That the system has no more threads or descriptors is reported through `config::ThrowError`, and
 /// is a `boost::thread_resource_error` if the report returns; `std::bad_alloc`.

@@ -11,12 +11,8 @@ namespace {
 
 /// Calls what the thread has asked for between the steps of an inbox.
 struct Scripted {
-    inline static thread_local std::function<void()> onPause;
-    static void Pause() noexcept {
-        if (onPause) {
-            onPause();
-        }
-    }
+    inline static thread_local std::function<void()> onPause = [] {};
+    static void Pause() noexcept { onPause(); }
 };
 
 struct Numbered : Message {
@@ -33,53 +29,35 @@ struct Inbox : MessageInbox<Scripted> {
         return ::poll(&watched, 1, 0) == 1;
     }
     void PopAll() {
-        while (HasNext()) {
-            EXPECT_TRUE(IsReadable());
+        do {
+            EXPECT_TRUE(!HasNext() || IsReadable());
             Pop();
             Settle();
-        }
+        } while (HasNext());
         EXPECT_FALSE(IsReadable());
     }
 };
 
-/// Does something and, before its n-th step of those that others may come in between, something
-/// else. Whether it has as many.
-bool Interrupt(int inStep, std::function<void()> const& inFirst,
-               std::function<void()> const& inOther) {
-    Scripted::onPause = [&] {
-        if (--inStep == 0) {
-            inOther();
-        }
-    };
-    inFirst();
-    Scripted::onPause = nullptr;
-    return inStep <= 0;
-}
-
 } // namespace
 
-TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAnotherHalts) {
+TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAThreadHalts) {
     Inbox inbox;
     auto const push = [&] { inbox.Push(new Numbered(0)); };
-    auto const othersGoOn = [&] {
-        for (int round = 0; round < 2; ++round) {
-            push();
-            EXPECT_TRUE(inbox.IsReadable());
+    auto const settle = [&] { push(), inbox.HasNext(), inbox.Pop(), inbox.Settle(); };
+    auto const othersGoOn = [&] { push(), inbox.PopAll(), push(), inbox.PopAll(); };
+    std::function<void()> const cases[][2] = {{push, othersGoOn}, {settle, push}};
+    for (auto const& [halted, others] : cases) {
+        int step = 0;
+        for (int left = 0; left <= 0;) {
+            left = ++step;
+            Scripted::onPause = [&left, &goOn = others] { --left == 0 ? goOn() : void(); };
+            halted();
+            Scripted::onPause = [] {};
             inbox.PopAll();
+            othersGoOn();
+            EXPECT_EQ(Numbered::S_alive, 0);
         }
-    };
-    for (int step = 1; Interrupt(step, push, othersGoOn); ++step) {
-        EXPECT_TRUE(!inbox.HasNext() || inbox.IsReadable());
-        EXPECT_EQ(inbox.HasNext(), step == 1);
-        inbox.Pop();
-        inbox.Settle();
-        othersGoOn();
-    }
-    for (int step = 1; Interrupt(
-             step, [&] { inbox.Settle(); }, push);
-         ++step) {
-        EXPECT_TRUE(inbox.IsReadable());
-        inbox.PopAll();
+        EXPECT_GT(step, 2);
     }
 }
 
@@ -88,9 +66,7 @@ TEST(MessageInbox, KeepsTheOrderOfEachPosterAndReleasesWhatIsLeft) {
     Inbox inbox;
     auto const post = [&](int inFirst) {
         Scripted::onPause = [step = inFirst]() mutable {
-            if (++step % 7 == 0) {
-                std::this_thread::yield();
-            }
+            ++step % 7 == 0 ? std::this_thread::yield() : void();
         };
         for (int i = inFirst; i < inFirst + kEach; ++i) {
             inbox.Push(new Numbered(i));
@@ -99,9 +75,8 @@ TEST(MessageInbox, KeepsTheOrderOfEachPosterAndReleasesWhatIsLeft) {
     int next[] = {0, kEach};
     std::thread one(post, next[0]), two(post, next[1]);
     for (int popped = 0; popped < 5000; ++popped) {
-        while (!inbox.HasNext()) {
+        for (; !inbox.HasNext(); inbox.Await()) {
             inbox.Settle();
-            inbox.Await();
         }
         int const number = static_cast<Numbered&>(*inbox.Pop()).number;
         ASSERT_EQ(number, next[number / kEach]++);

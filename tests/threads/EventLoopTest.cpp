@@ -2,6 +2,7 @@
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/EventLoop.h>
 
+#include "tests/AllocationFailure.h"
 #include "tests/RecordingErrorManager.h"
 #include "threads/src/Gate.h"
 #include "threads/src/SharedTimer.h"
@@ -12,7 +13,6 @@
 #include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
-#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 
@@ -21,9 +21,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 using namespace brindle::threads;
 using Adaptor = boost::shared_ptr<AsyncEventLoopAdaptor>;
@@ -32,32 +30,39 @@ namespace {
 
 constexpr std::uint32_t kHour = 60 * 60 * 1000;
 
+/// Runs GLib's loop.
 template <typename Condition>
 void TurnUntil(Condition inCondition) {
-    pollfd watched{EventLoopDescriptor(), POLLIN, 0};
-    while (!inCondition()) {
-        poll(&watched, 1, -1);
+    auto const dispatch = [](gint, GIOCondition, gpointer) -> gboolean {
         DispatchMessages();
+        return G_SOURCE_CONTINUE;
+    };
+    guint const source = g_unix_fd_add(EventLoopDescriptor(), G_IO_IN, dispatch, nullptr);
+    while (!inCondition()) {
+        g_main_context_iteration(nullptr, TRUE);
     }
+    g_source_remove(source);
 }
 
 void On(std::function<void()> const& inFunction) {
     std::thread(inFunction).join();
 }
 
-/// Keeps the shared timer, after this many milliseconds, from sending anything.
-class TimerHeld {
-public:
-    explicit TimerHeld(std::uint32_t inDelay) {
-        mTimer->Post([holds = mHolds, go = mGo] { holds->Open(), go->Wait(); }, inDelay);
-        mHolds->Wait();
-    }
-    ~TimerHeld() { mGo->Open(); }
+/// Keeps the shared timer, after this many milliseconds, from sending anything while the result
+/// lives.
+std::shared_ptr<void> HoldTimer(std::uint32_t inDelay) {
+    auto const holds = std::make_shared<Gate>(false), go = std::make_shared<Gate>(false);
+    SharedTimer()->Post([holds, go] { holds->Open(), go->Wait(); }, inDelay);
+    holds->Wait();
+    return {nullptr, [go](void*) { go->Open(); }};
+}
 
-private:
-    boost::shared_ptr<AsyncThreadedExecutor> mTimer = SharedTimer();
-    std::shared_ptr<Gate> mHolds = std::make_shared<Gate>(false);
-    std::shared_ptr<Gate> mGo = std::make_shared<Gate>(false);
+/// Counts its calls, and shuts the executor down as it goes if memory has been refused.
+struct Counting {
+    ~Counting() { brindle::tests::AllocationFailure::HasHappened() ? executor.Shutdown() : void(); }
+    void operator()() const { ++*count; }
+    std::shared_ptr<int> count;
+    AsyncEventLoopExecutor& executor;
 };
 
 /// The calling thread, and those that it starts, get no descriptors of events any more.
@@ -73,125 +78,86 @@ void RefuseEventDescriptors() {
 
 } // namespace
 
-TEST(EventLoop, ImmediateItemsRunInOrderOnALaterTurn) {
+TEST(EventLoop, RunsItemsInOrderOnALaterTurnOrInADrain) {
     Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
     std::string ran;
-    auto const note = [&](char inName) { return [&ran, inName] { ran += inName; }; };
-    adaptor->Post(note('1'), 0);
-    On([&] {
-        EXPECT_FALSE(adaptor->IsCurrentThreadExecutorThread());
-        adaptor->Post([] { throw std::runtime_error("dropped"); }, 0);
-        EXPECT_TRUE(adaptor->Post({}, 0));
-        adaptor->Post(note('2'), 0);
-    });
-    auto const turn = [&] {
-        adaptor->Post(note('4'), 0);
-        TurnUntil([&] { return ran == "1234"; });
-        ran += '5';
+    auto const post = [&](char inName, std::uint32_t inDelay) {
+        return adaptor->Post([&ran, inName] { ran += inName; }, inDelay);
     };
-    adaptor->Post(turn, 0);
-    adaptor->Post(note('3'), 0);
+    auto const postOthers = [&](char inName) {
+        post('x', kHour), post(inName, 0);
+        adaptor->Post([] { throw 1; }, 0);
+        EXPECT_TRUE(adaptor->Post({}, 0) && post(static_cast<char>(inName + 1), 0));
+    };
+    auto const turn = [&] {
+        post('4', 0);
+        TurnUntil([&] { return ran == "1234"; });
+        post('5', 1);
+    };
+    On([&] { postOthers('1'); });
+    adaptor->Post(turn, 0), post('3', 0);
     EXPECT_EQ(ran, "");
     TurnUntil([&] { return ran == "12345"; });
-}
-
-TEST(EventLoop, DrainRunsWhatWaitsOnTheCallersThread) {
-    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
-    std::vector<std::thread::id> ran;
-    auto const note = [&] { ran.push_back(std::this_thread::get_id()); };
-    adaptor->Post(note, kHour);
-    adaptor->Post(note, 0);
-    adaptor->Post([] { throw 1; }, 0);
-    adaptor->Post(note, 0);
+    postOthers('6');
     On([&] {
         EXPECT_THROW(adaptor->Drain(), int);
-        EXPECT_EQ(ran.size(), 1u);
+        EXPECT_EQ(ran, "123456");
         adaptor->Drain();
-        EXPECT_EQ(ran, std::vector<std::thread::id>(2, std::this_thread::get_id()));
     });
-    adaptor->Post(note, 0);
-    TurnUntil([&] { return ran.size() == 3; });
+    EXPECT_EQ(ran, "1234567");
+    post('8', 0);
+    TurnUntil([&] { return ran == "12345678"; });
 }
 
-TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsOnEveryPath) {
+TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsAndTheLastOneTheTimer) {
     Adaptor adaptor;
+    boost::weak_ptr<AsyncThreadedExecutor> timer;
     auto const reset = [&] { adaptor.reset(); };
     std::function<void()> const ways[] = {reset, [&] { On(reset); }, [&] { adaptor->Drain(); },
                                           [] { DispatchMessages(); }, [] { /* with the thread */ }};
     for (int i = 0; i < 10; ++i) {
         Adaptor const other = i < 5 ? AdaptCurrentEventLoopAsExecutor() : Adaptor();
         auto const token = std::make_shared<int>(0);
+        auto const use = [token] { ++*token; };
         On([&] {
             adaptor = AdaptCurrentEventLoopAsExecutor();
+            timer = SharedTimer();
             On([&] { adaptor->Post(reset, 0); });
-            adaptor->Post([token] { ++*token; }, 1);
-            TimerHeld const held(2); // its message waits, and the next pump is with the timer
-            adaptor->Post([token] { ++*token; }, 0);
-            On([&] { adaptor->Post([token] { ++*token; }, 0); });
-            adaptor->Post([token] { ++*token; }, kHour);
-            EXPECT_EQ(token.use_count(), 5);
+            adaptor->Post(use, 1);
+            auto const held =
+                HoldTimer(2); // its message waits, and the next pump is with the timer
+            adaptor->Post(use, 0);
+            On([&] { adaptor->Post(use, 0); });
+            adaptor->Post(use, kHour);
+            EXPECT_EQ(token.use_count(), 6);
             ways[i % 5]();
-            EXPECT_EQ(token.use_count(), adaptor == nullptr ? 1 : 5);
+            EXPECT_EQ(token.use_count(), adaptor == nullptr ? 2 : 6);
         });
-        EXPECT_TRUE(adaptor == nullptr || !adaptor->Post([token] { ++*token; }, 0));
+        EXPECT_TRUE(adaptor == nullptr || !adaptor->Post(use, 0));
         adaptor.reset();
-        EXPECT_EQ(token.use_count(), 1);
-        EXPECT_EQ(*token, 0);
+        EXPECT_TRUE(*token == 0 && token.use_count() == 2);
+        EXPECT_EQ(timer.lock(), other != nullptr ? SharedTimer() : nullptr);
     }
-}
-
-TEST(EventLoop, AdaptorsShareOneTimerWhileThereAreAny) {
-    Adaptor one = AdaptCurrentEventLoopAsExecutor(), two = AdaptCurrentEventLoopAsExecutor();
-    boost::weak_ptr<AsyncThreadedExecutor> const timer = SharedTimer();
-    one.reset();
-    EXPECT_EQ(SharedTimer(), timer.lock());
-    two.reset();
-    EXPECT_TRUE(timer.expired());
-}
-
-TEST(EventLoop, GLibsLoopIsAnExecutor) {
-    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
-    std::unique_ptr<GMainLoop, void (*)(GMainLoop*)> const loop(g_main_loop_new(nullptr, FALSE),
-                                                                g_main_loop_unref);
-    auto const dispatch = [](gint, GIOCondition, gpointer) -> gboolean {
-        DispatchMessages();
-        return G_SOURCE_CONTINUE;
-    };
-    guint const source = g_unix_fd_add(EventLoopDescriptor(), G_IO_IN, dispatch, nullptr);
-    int ran = 0;
-    On([&] {
-        for (int i = 0; i < 1000; ++i) {
-            adaptor->Post([&, i] { EXPECT_EQ(ran++, i); }, 0);
-        }
-    });
-    adaptor->Post([&] { adaptor->Post([&] { g_main_loop_quit(loop.get()); }, 1); }, 0);
-    g_main_loop_run(loop.get());
-    EXPECT_EQ(ran, 1000);
-    g_source_remove(source);
 }
 
 TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
     auto const executor = CreateAsyncEventLoopExecutor("loop");
-    EXPECT_FALSE(executor->IsShutdown());
     auto const token = std::make_shared<int>(0);
     auto const use = [token] { ++*token; };
     executor->Post(use, kHour);
     auto const shutDown = [&] {
-        TimerHeld const held(0); // so these are left to the final drain
-        EXPECT_TRUE(executor->IsCurrentThreadExecutorThread());
+        auto const held = HoldTimer(0); // so these are left to the final drain
+        EXPECT_TRUE(!executor->IsShutdown() && executor->IsCurrentThreadExecutorThread());
         executor->Post([] { throw 1; }, 0);
         executor->Post(use, 0);
-        executor->Join();
-        executor->Shutdown();
+        executor->Join(), executor->Shutdown();
     };
     executor->Post(shutDown, 0);
     executor->Join();
-    EXPECT_EQ(*token, 1);
-    EXPECT_EQ(token.use_count(), 2);
+    EXPECT_TRUE(*token == 1 && token.use_count() == 2);
     executor->Shutdown();
     EXPECT_TRUE(executor->IsShutdown());
-    EXPECT_FALSE(executor->IsCurrentThreadExecutorThread());
-    EXPECT_FALSE(executor->Post(use, 0));
+    EXPECT_FALSE(executor->IsCurrentThreadExecutorThread() || executor->Post(use, 0));
 }
 
 TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
@@ -206,24 +172,41 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
             }
         };
         std::thread one(post), two(post);
-        for (int i = 0; i < 20; ++i) {
-            executor->Drain();
+        for (int i = 0; i < 20; ++i, executor->Drain()) {
         }
         executor->Shutdown();
         one.join(), two.join(), executor->Join();
-        EXPECT_EQ(ran, accepted);
-        EXPECT_EQ(token.use_count(), 1);
+        EXPECT_TRUE(ran == accepted && token.use_count() == 1);
     }
 }
 
-TEST(EventLoop, WithoutDescriptorsThereIsAReportAndNoLoop) {
+TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
     brindle::tests::RecordingErrorManager errors;
     On([] {
         RefuseEventDescriptors();
         EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error);
-        auto const executor = CreateAsyncEventLoopExecutor("loop");
-        EXPECT_TRUE(executor->IsShutdown());
-        executor->Join();
+        EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
     });
     EXPECT_EQ(errors.codes, (decltype(errors.codes){20, 20}));
+}
+
+TEST(EventLoopExecutor, RefusedMemoryLeavesLoopsAndItemsWhole) {
+    auto const token = std::make_shared<int>(0);
+    auto executor = CreateAsyncEventLoopExecutor("loop");
+    auto const useLoops = [&] {
+        Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
+        executor = CreateAsyncEventLoopExecutor("loop");
+        Counting const use{token, *executor};
+        if (!adaptor->Post(use, kHour) || !executor->Post(use, kHour) || !adaptor->Post(use, 0)) {
+            throw std::bad_alloc();
+        }
+        TurnUntil([&] { return *token > 0; });
+    };
+    auto const endLoop = [&] {
+        executor->Shutdown(), executor->Join();
+        EXPECT_EQ(token.use_count(), 1);
+    };
+    On([&] { EXPECT_GT(brindle::tests::RefuseEachAllocation(useLoops, endLoop), 20); });
+    endLoop();
+    EXPECT_EQ(*token, 1);
 }

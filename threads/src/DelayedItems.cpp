@@ -4,9 +4,9 @@
 
 namespace brindle::threads {
 
-void DelayedItems::Add(Key inKey, AllocatedFunction::Pointer inItem) {
+void DelayedItems::Add(Key inKey, AllocatedFunction::Pointer& ioItem) {
     boost::mutex::scoped_lock const lock(mMutex);
-    mItems.emplace(inKey, std::move(inItem));
+    mItems[inKey] = std::move(ioItem);
 }
 
 AllocatedFunction::Pointer DelayedItems::Take(Key inKey) noexcept {

@@ -16,7 +16,8 @@ class DelayedItems : boost::noncopyable {
 public:
     using Key = void const*;
 
-    void Add(Key inKey, AllocatedFunction::Pointer inItem);
+    /// Takes the item, unless it throws `std::bad_alloc`.
+    void Add(Key inKey, AllocatedFunction::Pointer& ioItem);
     /// Null if the item has been taken or released.
     AllocatedFunction::Pointer Take(Key inKey) noexcept;
     void Clear() noexcept;

@@ -26,10 +26,8 @@ bool EventLoopAdaptor::Post(boost::function0<void> const& inFunction,
 
 bool EventLoopAdaptor::PostItem(AllocatedFunction::Pointer& ioItem,
                                 std::uint32_t inDelayMilliseconds) {
-    if (inDelayMilliseconds == 0) {
-        return PostImmediate(ioItem);
-    }
-    return mPoster.Post(mWindow->MakeDelayed(std::move(ioItem)), inDelayMilliseconds);
+    return inDelayMilliseconds == 0 ? PostImmediate(ioItem)
+                                    : PostDelayed(ioItem, inDelayMilliseconds);
 }
 
 bool EventLoopAdaptor::PostImmediate(AllocatedFunction::Pointer& ioItem) {
@@ -40,6 +38,21 @@ bool EventLoopAdaptor::PostImmediate(AllocatedFunction::Pointer& ioItem) {
         return mPoster.Post(pump, 0) && mWindow->immediate.Post(ioItem);
     }
     return mWindow->immediate.Post(ioItem) && mPoster.Post(pump, 0);
+}
+
+bool EventLoopAdaptor::PostDelayed(AllocatedFunction::Pointer& ioItem,
+                                   std::uint32_t inDelayMilliseconds) {
+    auto const message = mWindow->MakeDelayed(ioItem);
+    try {
+        if (mPoster.Post(message, inDelayMilliseconds)) {
+            return true;
+        }
+    } catch (...) {
+        ioItem = mWindow->delayed.Take(message.get());
+        throw;
+    }
+    ioItem = mWindow->delayed.Take(message.get());
+    return false;
 }
 
 bool EventLoopAdaptor::IsCurrentThreadExecutorThread() {

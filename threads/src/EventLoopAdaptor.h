@@ -26,6 +26,7 @@ public:
 
 private:
     bool PostImmediate(AllocatedFunction::Pointer& ioItem);
+    bool PostDelayed(AllocatedFunction::Pointer& ioItem, std::uint32_t inDelayMilliseconds);
 
     MessagePoster mPoster;
     boost::intrusive_ptr<EventLoopWindow> const mWindow;

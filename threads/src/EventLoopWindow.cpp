@@ -1,6 +1,7 @@
 #include "threads/src/EventLoopWindow.h"
 
 #include <cstddef>
+#include <new>
 #include <utility>
 
 namespace brindle::threads {
@@ -38,7 +39,12 @@ public:
     using EventLoopMessage::EventLoopMessage;
 
     static void* operator new(std::size_t inSize) {
-        return utility::SmallBlockAllocator::Allocate(static_cast<unsigned int>(inSize));
+        void* const block =
+            utility::SmallBlockAllocator::Allocate(static_cast<unsigned int>(inSize));
+        if (block == nullptr) {
+            throw std::bad_alloc();
+        }
+        return block;
     }
     static void operator delete(void* inBlock, std::size_t inSize) {
         utility::SmallBlockAllocator::Dispose(inBlock, static_cast<unsigned int>(inSize));
@@ -52,9 +58,9 @@ public:
 class DelayedMessage : public EventLoopMessage {
 public:
     DelayedMessage(boost::intrusive_ptr<EventLoopWindow> inWindow,
-                   AllocatedFunction::Pointer inItem)
+                   AllocatedFunction::Pointer& ioItem)
         : EventLoopMessage(std::move(inWindow)) {
-        Target().delayed.Add(this, std::move(inItem));
+        Target().delayed.Add(this, ioItem);
     }
     ~DelayedMessage() override { Target().delayed.Take(this); }
 
@@ -81,8 +87,8 @@ boost::intrusive_ptr<platform::Message> EventLoopWindow::MakePump() {
 }
 
 boost::intrusive_ptr<platform::Message>
-EventLoopWindow::MakeDelayed(AllocatedFunction::Pointer inItem) {
-    return new DelayedMessage(this, std::move(inItem));
+EventLoopWindow::MakeDelayed(AllocatedFunction::Pointer& ioItem) {
+    return new DelayedMessage(this, ioItem);
 }
 
 } // namespace brindle::threads

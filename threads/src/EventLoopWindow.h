@@ -21,11 +21,13 @@ public:
     /// Releases the items, and takes no more messages.
     void Close() noexcept;
 
+    // These throw `std::bad_alloc`, and then take nothing.
+
     /// Has `DispatchOne` called once on the window's thread. In a small block of its own.
     boost::intrusive_ptr<platform::Message> MakePump();
-    /// Runs the item on the window's thread. It is released with the window or with the message,
-    /// whichever goes first.
-    boost::intrusive_ptr<platform::Message> MakeDelayed(AllocatedFunction::Pointer inItem);
+    /// Takes the item, and runs it on the window's thread. It is released with the window or with
+    /// the message, whichever goes first.
+    boost::intrusive_ptr<platform::Message> MakeDelayed(AllocatedFunction::Pointer& ioItem);
 
     ThreadSafeQueue<AllocatedFunction> immediate;
     DelayedItems delayed;
