@@ -13,6 +13,7 @@ public:
     AllocationFailure& operator=(AllocationFailure const&) = delete;
     ~AllocationFailure() { S_left = kNever; }
 
+    static bool HasHappened() { return S_left < 0 && S_left != kNever; }
     static bool IsNow() { return S_left != kNever && --S_left == -1; }
 
 private:

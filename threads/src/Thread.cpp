@@ -3,8 +3,6 @@
 #include "platform/Process.h"
 #include "threads/src/Guarded.h"
 
-#include <boost/bind/bind.hpp>
-
 #include <atomic>
 #include <utility>
 
@@ -33,12 +31,25 @@ std::uint64_t CurrentNumber() {
     return S_number;
 }
 
-void RunThread(std::uint64_t inNumber, boost::function0<void> const& inFunction) {
-    S_number = inNumber;
-    if (!inFunction.empty()) {
-        inFunction();
+/// What a thread runs. What its function holds goes with the thread, on it.
+class Body {
+public:
+    Body(std::uint64_t inNumber, boost::function0<void> const& inFunction)
+        : mNumber(inNumber), mFunction(inFunction) {}
+
+    void operator()() {
+        S_number = mNumber;
+        boost::function0<void> function;
+        function.swap(mFunction);
+        if (!function.empty()) {
+            function();
+        }
     }
-}
+
+private:
+    std::uint64_t mNumber;
+    boost::function0<void> mFunction;
+};
 
 } // namespace
 
@@ -76,7 +87,7 @@ Thread::~Thread() = default;
 
 void Thread::Start(boost::function0<void> const& inFunction) {
     mNumber = NewNumber();
-    *mThread = boost::thread(boost::bind(&RunThread, mNumber, inFunction));
+    *mThread = boost::thread(Body(mNumber, inFunction));
     mID = mThread->get_id();
 }
 

@@ -68,7 +68,8 @@ bool ThreadSafeDelayQueue::Enqueue(AllocatedFunction::Pointer& ioItem,
     boost::mutex::scoped_lock const lock(mMutex);
     bool const isWakeUpNeeded = mDelayed.empty() || IsBefore(due, mDelayed.front().due) ||
                                 !IsBefore(now, mDelayed.front().due);
-    mDelayed.push_back({due, std::move(ioItem)});
+    mDelayed.emplace_back(); // if there is no memory the item is still the caller's
+    mDelayed.back() = {due, std::move(ioItem)};
     std::push_heap(mDelayed.begin(), mDelayed.end(), IsLater);
     if (isWakeUpNeeded) {
         RequestScan();
