@@ -106,8 +106,8 @@ TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
         EXPECT_EQ(alone.errors, outcome.errors) << jobs;
         EXPECT_EQ(1, outcome.status) << jobs;
     }
-    Outcome const refused = Run("sum --jobs=200 d0", "ulimit -S -s 1000000000; ");
-    EXPECT_EQ("brindle: Not enough thread resources.\n", refused.errors) << "200 stacks of 1 TiB";
+    Outcome const refused = Run("sum --jobs=1024 d0", "ulimit -S -s 500000000; ");
+    EXPECT_EQ("brindle: Not enough thread resources.\n", refused.errors) << "stacks of half a TB";
     EXPECT_EQ(Run("sum --jobs=2 d0").output, refused.output);
     EXPECT_EQ(0, refused.status);
 }
