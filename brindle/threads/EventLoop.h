@@ -6,7 +6,8 @@ namespace brindle::threads {
 
 /// For a thread whose loop is its own, or that of another library: how it serves the executors that
 /// `AdaptCurrentEventLoopAsExecutor` makes of it. The loop watches the descriptor, and calls
-/// `DispatchMessages` when it is readable.
+/// `DispatchMessages` when it is readable. A forked child has no loop: it shares the descriptor
+/// with its parent, and must leave it alone.
 
 /// The descriptor of the calling thread's messages. It is readable as long as some wait. It is for
 /// watching alone, with `poll` or the like, and lasts until the thread ends. That the system has no
