@@ -51,7 +51,10 @@ private:
 class Asio {
 public:
     explicit Asio(int inWorkers) : mPool(static_cast<std::size_t>(inWorkers)) {}
-    ~Asio() { mPool.join(); }
+    ~Asio() {
+        mPool.stop(); // a timer an hour away would be waited for
+        mPool.join();
+    }
 
     template <class Item>
     void Post(Item inItem) {
