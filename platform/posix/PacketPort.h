@@ -80,7 +80,7 @@ private:
 
     PacketQueue<Steps, kSlots> mPackets;
     Sleepers<Steps> mSleepers;
-    std::array<char, 56> mApart;
+    std::array<char, 48> mApart;
     std::atomic<std::uint32_t> mBareWakeUps{0}; // null packets that there was no memory for
 };
 
