@@ -26,15 +26,21 @@ def rows_of_the_program(binary):
     for row in report["benchmarks"]:
         if row.get("aggregate_name") == "median":
             rate = row.get("bytes_per_second"), row.get("items_per_second")
-            subject, who, case = (row["run_name"] + "/").split("/", 2)
+            subject, who, case = row["run_name"].split("/", 2)
+            label = row.get("label") or case.split("/")[0]
             # Work of several threads is told by the clock; the program says of which rows.
-            by_clock = case.endswith(("/real_time/", "/manual_time/"))
-            label = row.get("label") or (case.split("/")[0] if by_clock else case.rstrip("/"))
+            by_clock = any(sign in case for sign in ("/real_time", "/manual_time", "/threads:"))
             took = row["real_time" if by_clock else "cpu_time"]
-            rows[subject, label, who] = took * UNITS[row["time_unit"]], rate
+            percentiles = [(name, row[counter]) for name, counter in PERCENTILES if counter in row]
+            for name, microseconds in percentiles:
+                rows[subject, f"{label}, {name}", who] = microseconds * UNITS["us"], (None, None)
+            if not percentiles:
+                rows[subject, label, who] = took * UNITS[row["time_unit"]], rate
     return rows
 
 
+# Instead of a mean, where a row counts them.
+PERCENTILES = [("median", "median_us"), ("99th percentile", "p99_us")]
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
