@@ -2,25 +2,56 @@
 
 #include <brindle/proplist/PropListUtils.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace brindle::proplist {
 
+namespace {
+
+/// Walks through the nodes of a list in order.
+class NodeWalk {
+public:
+    explicit NodeWalk(impl::PropNodeBlocks const& inBlocks)
+        : mBlock(inBlocks.data()), mEnd(inBlocks.data() + inBlocks.size()) {}
+
+    /// Null at the end.
+    impl::PropNodeBase const* Next() noexcept {
+        if (mBlock == mEnd) {
+            return nullptr;
+        }
+        // Nodes lie anywhere in memory; several are fetched at a time.
+        constexpr std::size_t kAhead = 8;
+        if (mSlot + kAhead < mBlock->size()) {
+            __builtin_prefetch((*mBlock)[mSlot + kAhead].node.get());
+        }
+        auto const* const node = (*mBlock)[mSlot].node.get();
+        if (++mSlot == mBlock->size()) {
+            ++mBlock;
+            mSlot = 0;
+        }
+        return node;
+    }
+
+private:
+    std::vector<impl::PropNodeSlot> const* mBlock;
+    std::vector<impl::PropNodeSlot> const* mEnd;
+    std::size_t mSlot = 0;
+};
+
+} // namespace
+
 void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
     using impl::AppendText;
-    struct OpenList {
-        impl::PropNodes::const_iterator next;
-        impl::PropNodes::const_iterator end;
-    };
-    std::vector<OpenList> openLists;
+    std::vector<NodeWalk> openLists;
     auto const open = [&](PropList const& inList) {
         AppendText(ioText, "<prop.list>\n");
-        openLists.push_back({inList.mNodes.begin(), inList.mNodes.end()});
+        openLists.emplace_back(inList.mNodes);
     };
     open(*this);
     while (true) {
-        OpenList& list = openLists.back();
-        if (list.next == list.end) {
+        auto const* const node = openLists.back().Next();
+        if (node == nullptr) {
             AppendText(ioText, "</prop.list>\n");
             openLists.pop_back();
             if (openLists.empty()) {
@@ -29,13 +60,11 @@ void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
             AppendText(ioText, "</prop.pair>\n");
             continue;
         }
-        auto const& [key, node] = *list.next;
-        ++list.next;
         AppendText(ioText, "<prop.pair>\n<key>");
-        impl::AppendEncoded(ioText, key);
+        impl::AppendEncoded(ioText, node->GetKey());
         AppendText(ioText, "</key>\n");
         if (node->GetType() == impl::PropListNode::kType) {
-            open(static_cast<impl::PropListNode const&>(*node).mList);
+            open(static_cast<impl::PropListNode const*>(node)->mList);
             continue;
         }
         node->AppendXML(ioText);
