@@ -16,42 +16,52 @@ using Block = std::vector<PropNodeSlot>;
 
 constexpr std::size_t kMostSlots = 256;
 
+constexpr std::size_t kWordSize = sizeof(std::uint64_t);
+
+/// Bytes as a number that compares like them.
+std::uint64_t WordAt(std::uint8_t const* inBytes) noexcept {
+    std::uint64_t word = 0;
+    for (std::size_t i = 0; i < kWordSize; ++i) {
+        word = word << 8 | inBytes[i];
+    }
+    return word;
+}
+
 std::uint64_t KeyStart(UTF8String const& inKey) noexcept {
-    constexpr std::size_t kBytes = sizeof(std::uint64_t);
-    std::uint64_t start = 0;
-    if (inKey.size() >= kBytes) {
-        std::uint8_t const* const bytes = inKey.data();
-        for (std::size_t i = 0; i < kBytes; ++i) {
-            start = start << 8 | bytes[i];
-        }
-        return start;
+    if (inKey.size() >= kWordSize) {
+        return WordAt(inKey.data());
     }
-    for (std::uint8_t const byte : inKey) {
-        start = start << 8 | byte;
-    }
-    return inKey.empty() ? 0 : start << 8 * (kBytes - inKey.size());
+    std::uint8_t padded[kWordSize]{};
+    std::copy(inKey.begin(), inKey.end(), padded);
+    return WordAt(padded);
+}
+
+int ThreeWay(std::uint64_t inLHS, std::uint64_t inRHS) noexcept {
+    return inLHS < inRHS ? -1 : static_cast<int>(inLHS > inRHS);
 }
 
 int Compare(UTF8String const& inLHS, UTF8String const& inRHS) noexcept {
-    int const order = std::memcmp(inLHS.data(), inRHS.data(), std::min(inLHS.size(), inRHS.size()));
-    return order != 0                     ? order
-           : inLHS.size() == inRHS.size() ? 0
-           : inLHS.size() < inRHS.size()  ? -1
-                                          : 1;
+    std::uint8_t const* const left = inLHS.data();
+    std::uint8_t const* const right = inRHS.data();
+    std::size_t const common = std::min(inLHS.size(), inRHS.size());
+    if (common < kWordSize) {
+        int const order = std::memcmp(left, right, common);
+        return order != 0 ? order : ThreeWay(inLHS.size(), inRHS.size());
+    }
+    // Most keys are short, and the last word may overlap the one before it.
+    std::size_t const last = common - kWordSize;
+    std::size_t at = 0;
+    while (at < last && WordAt(left + at) == WordAt(right + at)) {
+        at += kWordSize;
+    }
+    at = std::min(at, last);
+    int const order = ThreeWay(WordAt(left + at), WordAt(right + at));
+    return order != 0 ? order : ThreeWay(inLHS.size(), inRHS.size());
 }
 
-/// The first element for which the condition does not hold, found without a branch that hangs on
-/// it: half of those would be mispredicted.
-template <typename Condition>
-PropNodeSlot const* PartitionPoint(PropNodeSlot const* inFirst, PropNodeSlot const* inEnd,
-                                   Condition inCondition) noexcept {
-    auto count = inEnd - inFirst;
-    while (count > 1) {
-        auto const half = count / 2;
-        inFirst += inCondition(inFirst[half - 1]) ? half : 0;
-        count -= half;
-    }
-    return inFirst + (count == 1 && inCondition(*inFirst) ? 1 : 0);
+int Compare(PropNodeSlot const& inSlot, std::uint64_t inStart, UTF8String const& inKey) noexcept {
+    return inSlot.keyStart != inStart ? ThreeWay(inSlot.keyStart, inStart)
+                                      : Compare(inSlot.node->GetKey(), inKey);
 }
 
 template <typename Vector>
@@ -64,9 +74,7 @@ std::size_t BlockOf(PropNodeBlocks const& inBlocks, std::uint64_t inStart,
                     UTF8String const& inKey) noexcept {
     auto const second = std::next(inBlocks.begin());
     auto const beyond = std::partition_point(second, inBlocks.end(), [&](Block const& inBlock) {
-        PropNodeSlot const& first = inBlock.front();
-        return first.keyStart != inStart ? first.keyStart < inStart
-                                         : Compare(first.node->GetKey(), inKey) <= 0;
+        return Compare(inBlock.front(), inStart, inKey) <= 0;
     });
     return static_cast<std::size_t>(beyond - second);
 }
@@ -104,20 +112,17 @@ NodePlace PlaceOf(PropNodeBlocks const& inBlocks, UTF8String const& inKey) noexc
     std::uint64_t const start = KeyStart(inKey);
     std::size_t const blockIndex = BlockOf(inBlocks, start, inKey);
     Block const& block = inBlocks[blockIndex];
-    PropNodeSlot const* const end = block.data() + block.size();
-    PropNodeSlot const* slot = PartitionPoint(
-        block.data(), end, [start](PropNodeSlot const& inSlot) { return inSlot.keyStart < start; });
-    PropNodeSlot const* beyond = PartitionPoint(
-        slot, end, [start](PropNodeSlot const& inSlot) { return inSlot.keyStart == start; });
-    bool isThere = false;
-    while (slot != beyond && !isThere) {
-        PropNodeSlot const* const middle = slot + (beyond - slot) / 2;
-        int const order = Compare(middle->node->GetKey(), inKey);
-        isThere = order == 0;
-        order < 0 ? slot = middle + 1 : beyond = middle;
-        slot = isThere ? middle : slot;
+    std::size_t first = 0;
+    std::size_t end = block.size();
+    while (first != end) {
+        std::size_t const middle = first + (end - first) / 2;
+        int const order = Compare(block[middle], start, inKey);
+        if (order == 0) {
+            return {blockIndex, middle, true};
+        }
+        order < 0 ? first = middle + 1 : end = middle;
     }
-    return {blockIndex, static_cast<std::size_t>(slot - block.data()), isThere};
+    return {blockIndex, first, false};
 }
 
 PropNodeBase* FindNode(PropNodeBlocks const& inBlocks, UTF8String const& inKey) noexcept {

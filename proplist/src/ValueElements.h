@@ -44,9 +44,6 @@ inline void AppendText(UTF8String& ioText, std::string_view inText) {
     ioText.append(utility::AsciiToUTF8Impl(inText.data()), inText.size());
 }
 
-/// Appends the key or text with its reserved characters encoded.
-void AppendEncoded(UTF8String& ioText, UTF8String const& inBytes);
-
 /// Appends the number as a stream of the classic locale would write it. Instantiated for the number
 /// types of a list.
 template <typename T>

@@ -1,6 +1,7 @@
 #include "proplist/src/PropNodes.h"
 
 #include <brindle/proplist/PropListUtils.h>
+#include <brindle/xml/ReservedCharacters.h>
 
 #include <cstddef>
 #include <vector>
@@ -61,7 +62,7 @@ void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
             continue;
         }
         AppendText(ioText, "<prop.pair>\n<key>");
-        impl::AppendEncoded(ioText, node->GetKey());
+        xml::utils::EncodeReservedCharacters(node->GetKey(), ioText);
         AppendText(ioText, "</key>\n");
         if (node->GetType() == impl::PropListNode::kType) {
             open(static_cast<impl::PropListNode const*>(node)->mList);
