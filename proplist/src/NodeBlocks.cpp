@@ -27,41 +27,43 @@ std::uint64_t WordAt(std::uint8_t const* inBytes) noexcept {
     return word;
 }
 
-std::uint64_t KeyStart(UTF8String const& inKey) noexcept {
-    if (inKey.size() >= kWordSize) {
-        return WordAt(inKey.data());
+KeyStart StartOf(UTF8String const& inKey) noexcept {
+    std::uint8_t const* const bytes = inKey.data();
+    std::size_t const size = inKey.size();
+    if (size >= 2 * kWordSize) {
+        return {WordAt(bytes), WordAt(bytes + kWordSize)};
     }
-    std::uint8_t padded[kWordSize]{};
-    std::copy(inKey.begin(), inKey.end(), padded);
-    return WordAt(padded);
+    if (size > kWordSize) {
+        // The last word, without the bytes that are in the first.
+        return {WordAt(bytes), WordAt(bytes + size - kWordSize) << 8 * (2 * kWordSize - size)};
+    }
+    std::uint64_t high = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        high |= std::uint64_t{bytes[i]} << 8 * (kWordSize - 1 - i);
+    }
+    return {high, 0};
 }
 
-int ThreeWay(std::uint64_t inLHS, std::uint64_t inRHS) noexcept {
-    return inLHS < inRHS ? -1 : static_cast<int>(inLHS > inRHS);
+bool operator==(KeyStart const& inLHS, KeyStart const& inRHS) noexcept {
+    return inLHS.high == inRHS.high && inLHS.low == inRHS.low;
 }
 
-int Compare(UTF8String const& inLHS, UTF8String const& inRHS) noexcept {
-    std::uint8_t const* const left = inLHS.data();
-    std::uint8_t const* const right = inRHS.data();
-    std::size_t const common = std::min(inLHS.size(), inRHS.size());
-    if (common < kWordSize) {
-        int const order = std::memcmp(left, right, common);
-        return order != 0 ? order : ThreeWay(inLHS.size(), inRHS.size());
-    }
-    // Most keys are short, and the last word may overlap the one before it.
-    std::size_t const last = common - kWordSize;
-    std::size_t at = 0;
-    while (at < last && WordAt(left + at) == WordAt(right + at)) {
-        at += kWordSize;
-    }
-    at = std::min(at, last);
-    int const order = ThreeWay(WordAt(left + at), WordAt(right + at));
-    return order != 0 ? order : ThreeWay(inLHS.size(), inRHS.size());
+/// Without a branch, so that a search has none: half of those would be mispredicted.
+bool operator<(KeyStart const& inLHS, KeyStart const& inRHS) noexcept {
+    auto const less = static_cast<unsigned>(inLHS.high < inRHS.high);
+    auto const same = static_cast<unsigned>(inLHS.high == inRHS.high);
+    return (less | (same & static_cast<unsigned>(inLHS.low < inRHS.low))) != 0;
 }
 
-int Compare(PropNodeSlot const& inSlot, std::uint64_t inStart, UTF8String const& inKey) noexcept {
-    return inSlot.keyStart != inStart ? ThreeWay(inSlot.keyStart, inStart)
-                                      : Compare(inSlot.node->GetKey(), inKey);
+int Compare(PropNodeSlot const& inSlot, KeyStart const& inStart, UTF8String const& inKey) noexcept {
+    if (!(inSlot.keyStart == inStart)) {
+        return inSlot.keyStart < inStart ? -1 : 1;
+    }
+    UTF8String const& key = inSlot.node->GetKey();
+    std::size_t const common = std::min(key.size(), inKey.size());
+    std::size_t const start = std::min(common, 2 * kWordSize);
+    int const order = std::memcmp(key.data() + start, inKey.data() + start, common - start);
+    return order != 0 ? order : key.size() == inKey.size() ? 0 : key.size() < inKey.size() ? -1 : 1;
 }
 
 template <typename Vector>
@@ -70,13 +72,25 @@ auto At(Vector& ioVector, std::size_t inIndex) noexcept {
 }
 
 /// The index of the block that the key is in, if it is anywhere.
-std::size_t BlockOf(PropNodeBlocks const& inBlocks, std::uint64_t inStart,
+std::size_t BlockOf(PropNodeBlocks const& inBlocks, KeyStart const& inStart,
                     UTF8String const& inKey) noexcept {
     auto const second = std::next(inBlocks.begin());
     auto const beyond = std::partition_point(second, inBlocks.end(), [&](Block const& inBlock) {
         return Compare(inBlock.front(), inStart, inKey) <= 0;
     });
     return static_cast<std::size_t>(beyond - second);
+}
+
+/// The first slot whose key does not begin with less.
+std::size_t LowerBound(Block const& inBlock, KeyStart const& inStart) noexcept {
+    PropNodeSlot const* first = inBlock.data();
+    std::size_t count = inBlock.size();
+    while (count > 1) {
+        std::size_t const half = count / 2;
+        first += first[half - 1].keyStart < inStart ? half : 0;
+        count -= half;
+    }
+    return static_cast<std::size_t>(first - inBlock.data()) + (first->keyStart < inStart ? 1 : 0);
 }
 
 /// Moves the upper half of a full block into a new one behind it.
@@ -109,11 +123,14 @@ NodePlace PlaceOf(PropNodeBlocks const& inBlocks, UTF8String const& inKey) noexc
     if (inBlocks.empty()) {
         return {0, 0, false};
     }
-    std::uint64_t const start = KeyStart(inKey);
+    KeyStart const start = StartOf(inKey);
     std::size_t const blockIndex = BlockOf(inBlocks, start, inKey);
     Block const& block = inBlocks[blockIndex];
-    std::size_t first = 0;
-    std::size_t end = block.size();
+    std::size_t first = LowerBound(block, start);
+    std::size_t end = first;
+    for (std::size_t step = 1; end < block.size() && block[end].keyStart == start; step *= 2) {
+        end = std::min(end + step, block.size());
+    }
     while (first != end) {
         std::size_t const middle = first + (end - first) / 2;
         int const order = Compare(block[middle], start, inKey);
@@ -131,7 +148,7 @@ PropNodeBase* FindNode(PropNodeBlocks const& inBlocks, UTF8String const& inKey) 
 }
 
 void InsertNode(PropNodeBlocks& ioBlocks, NodePlace inPlace, std::unique_ptr<PropNodeBase> inNode) {
-    PropNodeSlot slot{KeyStart(inNode->GetKey()), std::move(inNode)};
+    PropNodeSlot slot{StartOf(inNode->GetKey()), std::move(inNode)};
     bool const isFull = !ioBlocks.empty() && ioBlocks[inPlace.block].size() == kMostSlots;
     bool const isLast = inPlace.block + 1 >= ioBlocks.size() &&
                         (ioBlocks.empty() || inPlace.slot == ioBlocks.back().size());

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 // A sorted map of nodes, as blocks of slots. A search goes by the first bytes of the keys, which
 // stand in the slots, and looks into nodes only where those are equal; a walk in order finds the
@@ -13,8 +14,14 @@ namespace brindle::proplist::impl {
 
 class PropNodeBase;
 
+/// The first sixteen bytes of a key, padded with zeros, as numbers that compare like them.
+struct KeyStart {
+    std::uint64_t high;
+    std::uint64_t low;
+};
+
 struct PropNodeSlot {
-    std::uint64_t keyStart; ///< the first eight bytes of the key as a number, the first the highest
+    KeyStart keyStart;
     std::unique_ptr<PropNodeBase> node;
 };
 
@@ -33,5 +40,35 @@ PropNodeBase* FindNode(PropNodeBlocks const& inBlocks, UTF8String const& inKey) 
 void InsertNode(PropNodeBlocks& ioBlocks, NodePlace inPlace, std::unique_ptr<PropNodeBase> inNode);
 
 void EraseNode(PropNodeBlocks& ioBlocks, NodePlace const& inPlace) noexcept;
+
+/// Goes through nodes in order. They must not be inserted or erased meanwhile.
+class NodeWalk {
+public:
+    explicit NodeWalk(PropNodeBlocks const& inBlocks) noexcept
+        : mBlock(inBlocks.data()), mEnd(inBlocks.data() + inBlocks.size()) {}
+
+    /// Null at the end.
+    PropNodeBase const* Next() noexcept {
+        if (mBlock == mEnd) {
+            return nullptr;
+        }
+        // Nodes lie anywhere in memory, so several are fetched at a time.
+        constexpr std::size_t kAhead = 8;
+        if (mSlot + kAhead < mBlock->size()) {
+            __builtin_prefetch((*mBlock)[mSlot + kAhead].node.get());
+        }
+        PropNodeBase const* const node = (*mBlock)[mSlot].node.get();
+        if (++mSlot == mBlock->size()) {
+            ++mBlock;
+            mSlot = 0;
+        }
+        return node;
+    }
+
+private:
+    std::vector<PropNodeSlot> const* mBlock;
+    std::vector<PropNodeSlot> const* mEnd;
+    std::size_t mSlot = 0;
+};
 
 } // namespace brindle::proplist::impl

@@ -136,10 +136,9 @@ void PropList::DeleteNodes() noexcept {
 
 void PropList::GetPropertyNames(std::list<UTF8String>& ioNames) const {
     std::list<UTF8String> names;
-    for (auto const& block : mNodes) {
-        for (auto const& slot : block) {
-            names.push_back(slot.node->GetKey());
-        }
+    impl::NodeWalk walk(mNodes);
+    while (auto const* const node = walk.Next()) {
+        names.push_back(node->GetKey());
     }
     ioNames.splice(ioNames.end(), names);
 }

@@ -3,48 +3,13 @@
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ReservedCharacters.h>
 
-#include <cstddef>
 #include <vector>
 
 namespace brindle::proplist {
 
-namespace {
-
-/// Walks through the nodes of a list in order.
-class NodeWalk {
-public:
-    explicit NodeWalk(impl::PropNodeBlocks const& inBlocks)
-        : mBlock(inBlocks.data()), mEnd(inBlocks.data() + inBlocks.size()) {}
-
-    /// Null at the end.
-    impl::PropNodeBase const* Next() noexcept {
-        if (mBlock == mEnd) {
-            return nullptr;
-        }
-        // Nodes lie anywhere in memory; several are fetched at a time.
-        constexpr std::size_t kAhead = 8;
-        if (mSlot + kAhead < mBlock->size()) {
-            __builtin_prefetch((*mBlock)[mSlot + kAhead].node.get());
-        }
-        auto const* const node = (*mBlock)[mSlot].node.get();
-        if (++mSlot == mBlock->size()) {
-            ++mBlock;
-            mSlot = 0;
-        }
-        return node;
-    }
-
-private:
-    std::vector<impl::PropNodeSlot> const* mBlock;
-    std::vector<impl::PropNodeSlot> const* mEnd;
-    std::size_t mSlot = 0;
-};
-
-} // namespace
-
 void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
     using impl::AppendText;
-    std::vector<NodeWalk> openLists;
+    std::vector<impl::NodeWalk> openLists;
     auto const open = [&](PropList const& inList) {
         AppendText(ioText, "<prop.list>\n");
         openLists.emplace_back(inList.mNodes);
