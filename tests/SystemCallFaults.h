@@ -27,9 +27,9 @@ struct FaultedRun {
 };
 
 inline bool MayFail(long inCall) {
-    auto const never = {SYS_mmap,   SYS_munmap, SYS_mprotect, SYS_mremap,       SYS_brk,
-                        SYS_futex,  SYS_getpid, SYS_gettid,   SYS_rt_sigaction, SYS_exit,
-                        SYS_madvise, SYS_prctl, SYS_exit_group, SYS_rt_sigprocmask};
+    auto const never = {SYS_mmap,    SYS_munmap, SYS_mprotect,   SYS_mremap,        SYS_brk,
+                        SYS_futex,   SYS_getpid, SYS_gettid,     SYS_rt_sigaction,  SYS_exit,
+                        SYS_madvise, SYS_prctl,  SYS_exit_group, SYS_rt_sigprocmask};
     return std::find(never.begin(), never.end(), inCall) == never.end();
 }
 

@@ -24,7 +24,8 @@ protected:
     static void Save(File inTarget, std::string const& inContent) {
         SafeSave save(inTarget);
         auto const temp = save.GetTempFile().FullPath();
-        EXPECT_EQ(platform::WriteNewFile(temp, platform::Readers::kOwner, inContent.data(), inContent.size()),
+        EXPECT_EQ(platform::WriteNewFile(temp, platform::Readers::kOwner, inContent.data(),
+                                         inContent.size()),
                   platform::kError_None);
         save.Commit();
         EXPECT_EQ(save.GetTempFile(), inTarget);
@@ -68,9 +69,9 @@ TEST_F(SafeSaveTest, ACommitReplacesWhatTheTargetLeadsTo) {
 }
 
 TEST_F(SafeSaveTest, WhateverFailsTheOldVersionStays) {
-    tests::TemporaryDirectory const elsewhere("/dev/shm");
     fs::permissions(mTemporary.Native(), fs::perms::all);
     tests::OrdinaryUser const user;
+    tests::TemporaryDirectory const elsewhere("/dev/shm");
     fs::create_symlink(elsewhere.Native("file"), Native("far"));
     std::optional<IPlatformByteStream> reader;
     std::optional<OPlatformByteStream> writer;
@@ -97,7 +98,8 @@ TEST_F(SafeSaveTest, WhateverFailsTheOldVersionStays) {
                 save.Commit();
                 ADD_FAILURE();
             } catch (rename_file const& exception) {
-                EXPECT_TRUE(exception.GetFile() == temp && exception.GetNewName() == target.GetName());
+                EXPECT_TRUE(exception.GetFile() == temp &&
+                            exception.GetNewName() == target.GetName());
             }
         }
         reader.reset();

@@ -56,9 +56,9 @@ TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
     for (std::string const place : {"none", "file", "dir/file"}) {
         int points = 0;
         std::vector<long> order;
-        for (Fault fault : {Fault{Fault::kKillBefore}, Fault{Fault::kKillAfter},
-                            Fault{Fault::kRefuse, ENOSPC}, Fault{Fault::kRefuse, EIO},
-                            Fault{Fault::kRefuse, EACCES}}) {
+        for (Fault fault :
+             {Fault{Fault::kKillBefore}, Fault{Fault::kKillAfter}, Fault{Fault::kRefuse, ENOSPC},
+              Fault{Fault::kRefuse, EIO}, Fault{Fault::kRefuse, EACCES}}) {
             for (;; ++fault.call, ++points) {
                 for (auto const& entry : fs::directory_iterator(mTemporary.Native())) {
                     fs::remove_all(entry);
@@ -89,7 +89,8 @@ TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
                 }
                 EXPECT_TRUE(Saves(mList)) << "over what is left";
                 EXPECT_EQ(ContentOf("file"), mDocument);
-                EXPECT_TRUE(place == "none" || fs::status(Native(place)).permissions() == fs::perms(0640));
+                EXPECT_TRUE(place == "none" ||
+                            fs::status(Native(place)).permissions() == fs::perms(0640));
             }
         }
         EXPECT_EQ(order, (std::vector<long>{SYS_fsync, SYS_renameat, SYS_fsync}));
@@ -115,7 +116,8 @@ TEST_F(SavePropList, ADiskThatIsFullAtAnyByteKeepsTheOldDocument) {
 
 TEST_F(SavePropList, WhatNoReaderWouldGiveBackIsRefused) {
     std::mt19937 random(1);
-    auto const odd = "\0\t\n\r\x1F\x7F\x80\x8F\x90\x9F\xA0\xBD\xBE\xBF\xC0\xC2\xE0\xED\xEF\xF0\xF4\xF5"_utf8;
+    auto const odd =
+        "\0\t\n\r\x1F\x7F\x80\x8F\x90\x9F\xA0\xBD\xBE\xBF\xC0\xC2\xE0\xED\xEF\xF0\xF4\xF5"_utf8;
     for (int round = 0; round < 100'000; ++round) {
         UTF8String text(random() % 140, 'a');
         std::size_t const start = random() % 140, count = random() % 5;
@@ -128,10 +130,14 @@ TEST_F(SavePropList, WhatNoReaderWouldGiveBackIsRefused) {
     auto const cut = u"not a short\0text"_utf16;
     std::function<void(PropList&)> const cases[] = {
         [](PropList& ioList) { ioList.SetValue("\r"_utf8, true); },
-        [](PropList& ioList) { ioList.SetValue(""_utf8, std::list<UTF8String>{{}, {0x80}}); },
+        [](PropList& ioList) {
+            ioList.SetValue(""_utf8, std::list<UTF8String>{{}, {0x80}});
+        },
         [](PropList& ioList) { ioList.SetValue(""_utf8, UTF16String{0xD800}); },
         [&](PropList& ioList) { ioList.SetValue(""_utf8, cut); },
-        [&](PropList& ioList) { ioList.SetValue(""_utf8, std::list<UTF16String>{{}, cut}); },
+        [&](PropList& ioList) {
+            ioList.SetValue(""_utf8, std::list<UTF16String>{{}, cut});
+        },
     };
     Fill("file", "old");
     for (auto const& makeBad : cases) {
