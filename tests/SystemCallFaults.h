@@ -27,73 +27,67 @@ struct FaultedRun {
 };
 
 inline bool MayFail(long inCall) {
-    auto const never = {SYS_mmap,    SYS_munmap, SYS_mprotect,   SYS_mremap,        SYS_brk,
-                        SYS_futex,   SYS_getpid, SYS_gettid,     SYS_rt_sigaction,  SYS_exit,
-                        SYS_madvise, SYS_prctl,  SYS_exit_group, SYS_rt_sigprocmask};
+    auto const never = {SYS_mmap,  SYS_munmap, SYS_mprotect, SYS_mremap,       SYS_exit_group,
+                        SYS_brk,   SYS_getpid, SYS_gettid,   SYS_rt_sigaction, SYS_rt_sigprocmask,
+                        SYS_futex, SYS_prctl,  SYS_madvise,  SYS_sigaltstack};
     return std::find(never.begin(), never.end(), inCall) == never.end();
 }
 
 /// Takes back a call that begins, and at its end says what it returns; false where that is unknown.
-inline bool Refuse(pid_t inThread, bool inIsEntry, int inError) {
+inline bool Refuse(pid_t inProcess, bool inIsEntry, int inError) {
 #if defined(__x86_64__)
     auto const place = inIsEntry ? offsetof(user, regs.orig_rax) : offsetof(user, regs.rax);
-    return ptrace(PTRACE_POKEUSER, inThread, place, inIsEntry ? -1L : -long{inError}) == 0;
+    return ptrace(PTRACE_POKEUSER, inProcess, place, inIsEntry ? -1L : -long{inError}) == 0;
 #else
-    return inThread == 0 && inIsEntry && inError == 0;
+    return inProcess == 0 && inIsEntry && inError == 0;
 #endif
 }
 
-/// Runs the work in a child process, with its threads and what it executes in its place, and lets
-/// the fault happen, if the work makes as many calls. The work returns 0 to 255.
+/// Runs the work in a child process, also if it executes another program, and lets the fault
+/// happen, if the main thread makes as many calls. The work returns 0 to 255.
 inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFault const& inFault) {
     pid_t const child = fork();
     if (child == 0) {
-        setpgid(0, 0);
         ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
         kill(getpid(), SIGSTOP);
         _exit(inWork());
     }
     int status = 0;
-    auto const options =
-        PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL | PTRACE_O_TRACECLONE | PTRACE_O_TRACEEXEC;
+    auto const options = PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL;
     if (waitpid(child, &status, WUNTRACED) != child ||
         ptrace(PTRACE_SETOPTIONS, child, nullptr, options) != 0) {
         throw std::runtime_error("the system calls of a child cannot be watched here");
     }
     FaultedRun run;
-    int calls = 0;
-    pid_t struck = 0;
-    ptrace(PTRACE_SYSCALL, child, nullptr, 0);
-    for (pid_t thread = 0; (thread = waitpid(-child, &status, __WALL)) > 0;) {
+    int calls = 0, signal = 0;
+    for (bool isStruck = false;;) {
+        ptrace(PTRACE_SYSCALL, child, nullptr, signal);
+        waitpid(child, &status, 0);
         if (!WIFSTOPPED(status)) {
-            int const end = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-            run.status = thread == child ? end : run.status;
+            run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+            return run;
+        }
+        bool const isCall = WSTOPSIG(status) == (SIGTRAP | 0x80);
+        signal = isCall || WSTOPSIG(status) == SIGTRAP ? 0 : WSTOPSIG(status);
+        if (!isCall) {
             continue;
         }
-        int const signal = WSTOPSIG(status);
-        if (signal == (SIGTRAP | 0x80)) {
-            __ptrace_syscall_info info{};
-            ptrace(PTRACE_GET_SYSCALL_INFO, thread, sizeof info, &info);
-            bool const isEntry = info.op == PTRACE_SYSCALL_INFO_ENTRY;
-            auto const number = static_cast<long>(info.entry.nr);
-            bool const isRefusal = inFault.kind == SystemCallFault::kRefuse;
-            if (isEntry && (!isRefusal || MayFail(number)) && ++calls == inFault.call) {
-                run.call = number;
-                struck = thread;
-            }
-            if (struck == thread) {
-                if (isRefusal) {
-                    run.hasHappened = Refuse(thread, isEntry, inFault.error);
-                } else if (isEntry == (inFault.kind == SystemCallFault::kKillBefore)) {
-                    run.hasHappened = kill(child, SIGKILL) == 0;
-                }
-                struck = isEntry ? struck : 0;
-            }
+        __ptrace_syscall_info info{};
+        ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof info, &info);
+        bool const isEntry = info.op == PTRACE_SYSCALL_INFO_ENTRY;
+        bool const isRefusal = inFault.kind == SystemCallFault::kRefuse;
+        auto const number = static_cast<long>(info.entry.nr);
+        if (isEntry && (!isRefusal || MayFail(number)) && ++calls == inFault.call) {
+            run.call = number;
+            isStruck = true;
         }
-        bool const isOfTracing = (signal & 0x7F) == SIGTRAP || signal == SIGSTOP;
-        ptrace(PTRACE_SYSCALL, thread, nullptr, isOfTracing ? 0 : signal);
+        if (isStruck && isRefusal) {
+            run.hasHappened = Refuse(child, isEntry, inFault.error);
+        } else if (isStruck && isEntry == (inFault.kind == SystemCallFault::kKillBefore)) {
+            run.hasHappened = kill(child, SIGKILL) == 0;
+        }
+        isStruck = isStruck && isEntry;
     }
-    return run;
 }
 
 } // namespace brindle::tests

@@ -8,7 +8,6 @@
 #include <set>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace brindle::platform {
 
@@ -188,27 +187,6 @@ TEST_F(Files, AFullDiskKeepsTheOldFile) {
     EXPECT_EQ(writer.value.Write(big.data(), big.size()), kError_FileTooLarge);
     setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, oldHandler);
-}
-
-TEST_F(Files, AKilledWriterLeavesTheOldFileOrTheNew) {
-    auto const path = At("file");
-    std::string const old(200000, 'o');
-    std::string const fresh(300000, 'n');
-    Fill("file", old);
-    for (int round = 0; round < 60; ++round) {
-        pid_t const child = fork();
-        ASSERT_GE(child, 0);
-        while (child == 0) {
-            ReplaceContent(path, fresh.data(), fresh.size());
-            ReplaceContent(path, old.data(), old.size());
-        }
-        usleep(static_cast<useconds_t>(200 + round * 97));
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        auto const content = ContentOf("file");
-        ASSERT_TRUE(content == old || content == fresh) << content.size();
-    }
-    EXPECT_EQ(ReplaceContent(path, "x", 1), kError_None) << "the dead hold no locks";
 }
 
 } // namespace
