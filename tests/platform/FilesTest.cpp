@@ -78,6 +78,7 @@ TEST_F(Files, EveryKindIsToldAndOnlyRegularFilesAreOpened) {
                                                          : one.error;
         EXPECT_EQ(OpenForReading(path).error, refusal);
         EXPECT_EQ(OpenForWriting(path).error, refusal);
+        EXPECT_NE(WriteNewFile(path, Readers::kOwner, "x", 1), kError_None) << "also for a link";
         if (refusal == kError_AccessDenied) {
             EXPECT_EQ(CreateEmptyFile(path), refusal);
             EXPECT_EQ(ReplaceContent(path, "x", 1), refusal);
