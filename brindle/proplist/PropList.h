@@ -38,12 +38,15 @@ enum PropListPropertyType : std::int32_t {
     kPropertyType_DoubleArray = 21
 };
 
+class PropList;
 class PropListXMLHandler;
 
 namespace impl {
 
 struct PropNodeSlot;
 using PropNodeBlocks = std::vector<std::vector<PropNodeSlot>>;
+
+bool HoldsCutText(PropList const& inList);
 
 } // namespace impl
 
@@ -148,6 +151,7 @@ public:
 
 private:
     friend class PropListXMLHandler; // sets the version that a document tells
+    friend bool impl::HoldsCutText(PropList const& inList);
 
     void DeleteNodes() noexcept;
 

@@ -15,25 +15,25 @@ namespace brindle::proplist::impl {
 template <typename T>
 constexpr PropListPropertyType kScalarType = kPropertyType_None;
 template <>
-constexpr PropListPropertyType kScalarType<UTF16String> = kPropertyType_UTF16String;
+inline constexpr PropListPropertyType kScalarType<UTF16String> = kPropertyType_UTF16String;
 template <>
-constexpr PropListPropertyType kScalarType<UTF8String> = kPropertyType_UTF8String;
+inline constexpr PropListPropertyType kScalarType<UTF8String> = kPropertyType_UTF8String;
 template <>
-constexpr PropListPropertyType kScalarType<bool> = kPropertyType_Bool;
+inline constexpr PropListPropertyType kScalarType<bool> = kPropertyType_Bool;
 template <>
-constexpr PropListPropertyType kScalarType<std::uint16_t> = kPropertyType_UInt16;
+inline constexpr PropListPropertyType kScalarType<std::uint16_t> = kPropertyType_UInt16;
 template <>
-constexpr PropListPropertyType kScalarType<std::uint32_t> = kPropertyType_UInt32;
+inline constexpr PropListPropertyType kScalarType<std::uint32_t> = kPropertyType_UInt32;
 template <>
-constexpr PropListPropertyType kScalarType<std::int32_t> = kPropertyType_Int32;
+inline constexpr PropListPropertyType kScalarType<std::int32_t> = kPropertyType_Int32;
 template <>
-constexpr PropListPropertyType kScalarType<std::int64_t> = kPropertyType_Int64;
+inline constexpr PropListPropertyType kScalarType<std::int64_t> = kPropertyType_Int64;
 template <>
-constexpr PropListPropertyType kScalarType<std::uint64_t> = kPropertyType_UInt64;
+inline constexpr PropListPropertyType kScalarType<std::uint64_t> = kPropertyType_UInt64;
 template <>
-constexpr PropListPropertyType kScalarType<float> = kPropertyType_Float;
+inline constexpr PropListPropertyType kScalarType<float> = kPropertyType_Float;
 template <>
-constexpr PropListPropertyType kScalarType<double> = kPropertyType_Double;
+inline constexpr PropListPropertyType kScalarType<double> = kPropertyType_Double;
 
 constexpr int kTypesToArray = kPropertyType_UTF16StringArray - kPropertyType_UTF16String;
 
@@ -69,6 +69,7 @@ public:
 
     void AppendXML(UTF8String& ioText) const override { AppendElement(ioText, mValue); }
     void ReadInto(T& outValue) const { outValue = mValue; }
+    T const& Value() const noexcept { return mValue; }
     void Assign(T const& inValue) { mValue = inValue; }
 
 private:
@@ -97,6 +98,8 @@ public:
     void ReadInto(std::list<T>& ioValues) const {
         ioValues.insert(ioValues.end(), mValues.begin(), mValues.end());
     }
+
+    std::vector<T> const& Values() const noexcept { return mValues; }
 
     void Assign(std::list<T> const& inValues) {
         std::vector<T>(inValues.begin(), inValues.end()).swap(mValues);
