@@ -184,4 +184,12 @@ void EraseNode(PropNodeBlocks& ioBlocks, NodePlace const& inPlace) noexcept {
     }
 }
 
+std::size_t CountNodes(PropNodeBlocks const& inBlocks) noexcept {
+    std::size_t count = 0;
+    for (Block const& block : inBlocks) {
+        count += block.size();
+    }
+    return count;
+}
+
 } // namespace brindle::proplist::impl

@@ -41,6 +41,8 @@ void InsertNode(PropNodeBlocks& ioBlocks, NodePlace inPlace, std::unique_ptr<Pro
 
 void EraseNode(PropNodeBlocks& ioBlocks, NodePlace const& inPlace) noexcept;
 
+std::size_t CountNodes(PropNodeBlocks const& inBlocks) noexcept;
+
 /// Goes through nodes in order. They must not be inserted or erased meanwhile.
 class NodeWalk {
 public:

@@ -3,6 +3,8 @@
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ReservedCharacters.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace brindle::proplist {
@@ -15,6 +17,11 @@ void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
         openLists.emplace_back(inList.mNodes);
     };
     open(*this);
+    std::size_t const likelySize = ioText.size() + 96 * impl::CountNodes(mNodes);
+    if (ioText.capacity() < likelySize) {
+        // Not to copy a long text again and again as it grows.
+        ioText.reserve(std::max(likelySize, 2 * ioText.capacity()));
+    }
     while (true) {
         auto const* const node = openLists.back().Next();
         if (node == nullptr) {
