@@ -130,7 +130,9 @@ void Post_GLib(benchmark::State& ioState) {
 }
 
 BENCHMARK(Post_Brindle)->Name("post to a loop/brindle/100,000 items")->UseRealTime();
-BENCHMARK(Post_BrindleOnGLib)->Name("post to a loop/(brindle on GLib)/100,000 items")->UseRealTime();
+BENCHMARK(Post_BrindleOnGLib)
+    ->Name("post to a loop/(brindle on GLib)/100,000 items")
+    ->UseRealTime();
 BENCHMARK(Post_GLib)->Name("post to a loop/GLib/100,000 items")->UseRealTime();
 
 } // namespace

@@ -21,7 +21,7 @@ public:
     virtual bool Post(boost::function0<void> const& inFunction,
                       std::uint32_t inDelayMilliseconds) = 0;
 
-    /// Whether the caller is a thread of this executor.
+    /// Whether the caller is a thread of this executor. Throws `std::bad_alloc`.
     virtual bool IsCurrentThreadExecutorThread() = 0;
 
     /// How many threads the executor runs on.

@@ -14,9 +14,10 @@ namespace brindle::threads {
 /// side by side; delays are measured on the system's clock. It shuts down with its last reference.
 class BRN_API AsyncThreadedExecutor : public AsyncExecutor {
 public:
-    /// Accepts nothing more. Immediate items that were accepted still run, delayed ones that are
-    /// not due are dropped; a suspended pool is resumed. Does not wait for the workers. Nothing
-    /// when called on a worker of this executor.
+    /// Accepts nothing more. Immediate items that were accepted still run, delayed ones are dropped
+    /// unless a worker has found them due; a suspended pool is resumed. Does not wait for the
+    /// workers. Nothing when called on a worker of this executor. Throws `std::bad_alloc`, and then
+    /// has done nothing.
     virtual void Shutdown() = 0;
     virtual bool IsShutdown() = 0;
 

@@ -40,6 +40,7 @@ private:
 ///
 /// Of those who sleep it is one in the lowest bed that wakes: threads that come and go in turn find
 /// the same bed free, so work that comes now and then is done by one thread, whose caches are warm.
+/// Who sleeps until a certain time takes no bed, and is left to it as long as somebody else sleeps.
 ///
 /// As long as one who was promised to be woken has not come to look, nobody else is woken: so who
 /// was woken, found something and sees more there wakes the next one itself.
@@ -73,7 +74,7 @@ public:
 
     /// Leaves as soon as somebody is to be woken, true, or when the time has come, false.
     bool Sleep(Deadline const& inDeadline) noexcept {
-        std::uint32_t const bed = TakeBed();
+        std::uint32_t const bed = inDeadline.Get() == nullptr ? TakeBed() : kNoBed;
         bool const isWoken = SleepIn(bed, inDeadline);
         Steps::Pause();
         LeaveBed(bed);
@@ -86,9 +87,9 @@ private:
     static constexpr std::uint64_t kOnePromise = 1;
     static constexpr std::uint64_t kOneEnrolled = std::uint64_t{1} << 32;
 
-    // The kernel wakes by a mask, in which each sleeper has a bit: his bed, or one for all who
-    // found none. Which beds are taken is a hint. It orders nothing, and where it is wrong anyone
-    // is woken.
+    // The kernel wakes by a mask, in which each sleeper has a bit: its bed, or one for all who
+    // have none. Which beds are taken is a hint. It orders nothing, and where it is wrong anyone is
+    // woken.
     static constexpr std::uint32_t kNoBed = std::uint32_t{1} << 31;
 
     std::uint32_t TakeBed() noexcept {

@@ -33,7 +33,7 @@ public:
     /// and nothing is left.
     AllocatedFunction::Pointer Dequeue();
 
-    /// Releases the delayed items that are not due.
+    /// Releases the delayed items that no worker has found due.
     void Clear() noexcept;
 
     /// From here `Dequeue` does not block. Nothing may be enqueued any more.
