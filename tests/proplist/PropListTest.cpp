@@ -264,13 +264,13 @@ TEST_F(PropLists, NestAMillionDeep) {
         auto node = std::make_unique<impl::PropListNode>("root"_utf8);
         PropList* list = &node->mList;
         for (int depth = 0; depth < kDepth; ++depth) {
-            list->SetValue("b"_utf8, false);
+            list->NewSubList("b"_utf8);
             list = list->NewSubList("a"_utf8);
         }
         if (end == kClear) {
             UTF8String text;
             node->AppendXML(text);
-            EXPECT_EQ(std::size_t{kDepth} * 110 + 25, text.size());
+            EXPECT_EQ(std::size_t{kDepth} * 126 + 25, text.size());
         }
         tests::AllocationFailure const failure(end == kReplace ? 1 : 0); // one for the new node
         end == kClear     ? node->mList.Clear()
