@@ -166,7 +166,7 @@ TEST_F(PropLists, KeepManyKeysInOrder) {
             bool const isFilling = step < 30'000;
             auto const number = inOrder != 0 ? step % 30'000 : static_cast<int>(mRandom() % 10'000);
             std::string const key =
-                (number % 2 == 0 ? "preferences.window" : "") + std::to_string(100'000 + number);
+                (number % 2 == 0 ? "preferences." : "") + std::to_string(100'000 + number);
             if (isFilling || mRandom() % 50 == 0) {
                 list.SetValue(Bytes(key), std::int64_t{step});
                 model[key] = step;
