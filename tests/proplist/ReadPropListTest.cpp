@@ -49,10 +49,9 @@ TEST_F(ReadDocuments, AsTheyWereWrittenAndByWayOfAnotherReader) {
           "<int type='unsigned' size='64'>18446744073709551615", "<float>3.40282e+38",
           "<double>4.94066e-324", "<string>", "<string>  &lt;&amp;\n\u00E9&gt; .",
           "<ustring>&apos;\U0001F600&quot;"}) {
-        auto const element =
-            scalar + "</" + scalar.substr(1, scalar.find_first_of(" >") - 1) + ">\n";
-        auto const array =
-            "<array>\n<array.type>" + scalar.substr(0, scalar.find('>')) + "/></array.type>\n";
+        auto const tag = scalar.substr(0, scalar.find('>'));
+        auto const element = scalar + "</" + tag.substr(1, tag.find(' ') - 1) + ">\n";
+        auto const array = "<array>\n<array.type>" + tag + "/></array.type>\n";
         for (auto const& elements : {std::string(), element, element + element}) {
             values.push_back(array + elements + "</array>\n");
         }
@@ -109,9 +108,8 @@ TEST_F(ReadDocuments, NumbersAsAStreamOfTheClassicLocaleDoes) {
         UTF16String const text(inText.begin(), inText.end());
         EXPECT_EQ(expected, impl::ExtractNumber<decltype(inNumber)>(text)) << inText;
     };
-    char const* const starts[]{
-        "",       "-",     "1e",          "inf",         "1e999",
-        "1e-320", "65536", "-4294967295", "-2147483649", "18446744073709551616"};
+    char const* const starts[]{"",      "-",     "1e",          "inf",
+                               "1e999", "65536", "-4294967295", "18446744073709551616"};
     for (int count = 0; count < 30'000; ++count) {
         std::string text = starts[mRandom() % std::size(starts)];
         for (auto length = mRandom() % 36; length > 0; --length) {
@@ -129,16 +127,14 @@ TEST_F(ReadDocuments, ThatNoWriterMakes) {
     std::string const cases[][2]{
         {"3'><prop.list><key>a<b/>c</key>no<string>&#x20;<b><![CDATA[>]]></b>no</string>no",
          "3'><key>ac</key><string> &gt;</string>"},
-        {"x'><prop.list><key>a</key><int type='' size='16'>5</int><int type='t' size='8'/><int "
-         "size='16'/>"
-         "<bool/>",
+        {"x'><prop.list><key>a</key><int type='' size='16'>5</int><int type='t' size='8'/><bool/>",
          "0'><key>a</key><true/>"},
         {"65537'><prop.list><int type='x' size='16'>70000</int>",
          "65535'><key></key><int type='unsigned' size='16'>4464</int>"},
-        {"5'><prop.list><key>b</key><array><array.type><float/><c/></array.type></array><array/"
-         "><array><string>true</string><float/><bool/></array>",
-         "5'><key></key><array><array.type><bool/></array.type><true/><false/><true/></array>"
-         "<key>b</key><array><array.type><float/></array.type></array>"},
+        {"5'><prop.list><array><array.type><float/><c/></array.type></array><key>a</key><array/>"
+         "<key>b</key><array><string>true</string><float/><bool/></array>",
+         "5'><key></key><array><array.type><float/></array.type></array>"
+         "<key>b</key><array><array.type><bool/></array.type><true/><false/><true/></array>"},
         {"4'><prop.list><array><true/><string>7</string><float> .5x</float></array>",
          "4'><key></key><array><array.type><float/></array.type><float>0</float><float>7</float>"
          "<float>0.5</float></array>"},
