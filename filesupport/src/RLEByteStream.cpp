@@ -58,15 +58,19 @@ std::uint32_t CountLiterals(std::uint8_t const* inSource, std::uint32_t inCount)
 
 IRLEByteStream::~IRLEByteStream() = default;
 
-/// Reads the head of the next packet, if the last one is used up.
-void IRLEByteStream::NeedPacket() {
+/// Reads the head of the next packet, if the last one is used up; false where the data ends.
+bool IRLEByteStream::HasPacket() {
     if (mLiteralsLeft != 0 || mRepeatsLeft != 0) {
-        return;
+        return true;
     }
     constexpr std::uint32_t kNoOperation = 0x80;
     std::uint32_t control = kNoOperation;
-    while (control == kNoOperation) {
-        control = mSource.Get();
+    try {
+        while (control == kNoOperation) {
+            control = mSource.Get();
+        }
+    } catch (eof_error const&) {
+        return false;
     }
     if (control < kNoOperation) {
         mLiteralsLeft = control + 1;
@@ -74,10 +78,13 @@ void IRLEByteStream::NeedPacket() {
         mRepeated = mSource.Get();
         mRepeatsLeft = 257 - control;
     }
+    return true;
 }
 
 std::uint8_t IRLEByteStream::Get() {
-    NeedPacket();
+    if (!HasPacket()) {
+        throw eof_error();
+    }
     if (mLiteralsLeft != 0) {
         --mLiteralsLeft;
         return mSource.Get();
@@ -87,21 +94,27 @@ std::uint8_t IRLEByteStream::Get() {
 }
 
 void IRLEByteStream::ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) {
-    while (inCount != 0) {
-        NeedPacket();
+    if (ReadUpTo(outDestination, inCount) < inCount) {
+        throw eof_error();
+    }
+}
+
+std::uint32_t IRLEByteStream::ReadUpTo(std::uint8_t* outDestination, std::uint32_t inCount) {
+    std::uint32_t done = 0;
+    while (done < inCount && HasPacket()) {
         std::uint32_t count;
         if (mLiteralsLeft != 0) {
-            count = std::min(mLiteralsLeft, inCount);
+            count = std::min(mLiteralsLeft, inCount - done);
             mLiteralsLeft -= count;
-            mSource.ReadBlock(outDestination, count);
+            mSource.ReadBlock(outDestination + done, count);
         } else {
-            count = std::min(mRepeatsLeft, inCount);
+            count = std::min(mRepeatsLeft, inCount - done);
             mRepeatsLeft -= count;
-            std::memset(outDestination, mRepeated, count);
+            std::memset(outDestination + done, mRepeated, count);
         }
-        outDestination += count;
-        inCount -= count;
+        done += count;
     }
+    return done;
 }
 
 void IRLEByteStream::CurPos(std::uint64_t) {
