@@ -1,6 +1,7 @@
 #include "host/FileCoding.h"
 
-#include "host/UnreadableFile.h"
+#include "host/FileSum.h"
+#include "host/WhyUnreadable.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/FileKind.h>

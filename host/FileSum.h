@@ -1,12 +1,17 @@
 #pragma once
 
-#include "host/UnreadableFile.h"
-
 #include <brindle/filesupport/File.h>
 
 #include <cstdint>
+#include <stdexcept>
 
 namespace brindle::host {
+
+/// A file cannot be summed; `what()` says why.
+class unreadable_error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 struct FileSum {
     std::uint32_t crc = 0; ///< CRC-32 of the content

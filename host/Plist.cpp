@@ -1,7 +1,9 @@
-#include "host/PropListFile.h"
+#include "host/FileSum.h"
+#include "host/LoadedList.h"
 #include "host/PropListLines.h"
 #include "host/Verbs.h"
 
+#include <brindle/filesupport/NativePath.h>
 #include <brindle/utility/Streams.h>
 
 namespace brindle::host {
@@ -45,9 +47,12 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (operands.empty()) {
         throw usage_error("plist needs a FILE");
     }
-    PropList list;
-    if (LoadPropListFile(operands[0], list, ioDiagnostics)) {
+    try {
+        PropList list;
+        LoadList(filesupport::FileFromNative(operands[0]), list);
         Show(list, operands, ioDiagnostics);
+    } catch (unreadable_error const& error) {
+        ioDiagnostics.Report(operands[0], error.what());
     }
 }
 

@@ -1,5 +1,5 @@
 #include "host/FileCoding.h"
-#include "host/UnreadableFile.h"
+#include "host/FileSum.h"
 #include "host/Verbs.h"
 
 #include <brindle/filesupport/BufferedByteStream.h>

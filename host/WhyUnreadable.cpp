@@ -1,4 +1,4 @@
-#include "host/UnreadableFile.h"
+#include "host/WhyUnreadable.h"
 
 #include <brindle/filesupport/FileKind.h>
 
