@@ -22,7 +22,10 @@ struct Verb {
 // Each is told in the source of its name.
 extern Verb const kCalcVerb;
 extern Verb const kGuidVerb;
+extern Verb const kPackVerb;
+extern Verb const kPlistVerb;
 extern Verb const kSumVerb;
 extern Verb const kTimeVerb;
+extern Verb const kUnpackVerb;
 
 } // namespace brindle::host

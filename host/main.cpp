@@ -2,15 +2,18 @@
 #include "host/Diagnostics.h"
 #include "host/HostErrorManager.h"
 #include "host/HostLocalizer.h"
+#include "host/PlainText.h"
 #include "host/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/utility/Streams.h>
-#include <brindle/utility/Unicode.h>
+#include <brindle/xml/ExpatParser.h>
+#include <brindle/xml/Parser.h>
 
 #include <algorithm>
 #include <exception>
 #include <iomanip>
+#include <memory>
 
 namespace brindle::host {
 
@@ -20,7 +23,8 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-Verb const* const kVerbs[] = {&kSumVerb, &kTimeVerb, &kCalcVerb, &kGuidVerb};
+Verb const* const kVerbs[] = {&kSumVerb,  &kPlistVerb, &kPackVerb, &kUnpackVerb,
+                              &kTimeVerb, &kCalcVerb,  &kGuidVerb};
 
 void PrintHelp() {
     auto& out = utility::streams::Out;
@@ -67,8 +71,7 @@ int Run(std::vector<std::string> const& inWords) {
         return kStatus_Done;
     }
     if (first == "--version") {
-        UTF8String const version = utility::UTF16to8(config::GetVersionString());
-        utility::streams::Out << "brindle " << std::string(version.begin(), version.end()) << '\n';
+        utility::streams::Out << "brindle " << PlainText(config::GetVersionString()) << '\n';
         return kStatus_Done;
     }
     Verb const& verb = FindVerb(first);
@@ -108,9 +111,12 @@ int main(int inCount, char** inWords) {
     host::HostLocalizer localizer;
     config::ErrorManager::Set(&errorManager);
     config::Localizer::Set(&localizer);
+    std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
+    xml::SetParserFactory(parsers);
 
     int const status = host::RunAndReport({inWords + std::min(inCount, 1), inWords + inCount});
 
+    xml::ResetParserFactory();
     config::Localizer::Set(nullptr);
     config::ErrorManager::Set(nullptr);
     return status;
