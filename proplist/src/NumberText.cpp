@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 #include <locale>
+#include <optional>
 #include <system_error>
 
 namespace brindle::proplist::impl {
@@ -15,40 +16,44 @@ constexpr bool IsDigit(std::uint16_t inUnit) noexcept {
     return inUnit >= '0' && inUnit <= '9';
 }
 
-/// Reads the texts that writers make. False, for any other, if it is not sure what a stream does.
+/// Reads the texts that writers make, and not those of which it is not sure what a stream does.
 template <typename T>
-bool ReadPlain(UTF16String const& inText, T& outNumber) noexcept {
+std::optional<T> ReadPlain(UTF16String const& inText) noexcept {
     char text[32];
     std::size_t const length = inText.size();
     if (length > sizeof text) {
-        return false;
+        return std::nullopt;
     }
     for (std::size_t i = 0; i < length; ++i) {
         if (inText[i] > 0x7F) {
-            return false;
+            return std::nullopt;
         }
         text[i] = static_cast<char>(inText[i]);
     }
     // The names of what is not finite are numbers here, but to a stream they are none.
     std::size_t const first = length != 0 && inText[0] == '-' ? 1 : 0;
     if (first == length || !IsDigit(inText[first])) {
-        return false;
+        return std::nullopt;
     }
-    auto const result = std::from_chars(text, text + length, outNumber);
-    return result.ec == std::errc() && result.ptr == text + length;
+    T number;
+    auto const result = std::from_chars(text, text + length, number);
+    if (result.ec != std::errc() || result.ptr != text + length) {
+        return std::nullopt;
+    }
+    return number;
 }
 
 } // namespace
 
 template <typename T>
 T ExtractNumber(UTF16String const& inText) {
-    T number = 0;
-    if (!ReadPlain(inText, number)) {
-        number = 0;
-        iUTF16StringStream stream(inText);
-        stream.imbue(std::locale::classic());
-        stream >> number;
+    if (auto const plain = ReadPlain<T>(inText)) {
+        return *plain;
     }
+    T number = 0;
+    iUTF16StringStream stream(inText);
+    stream.imbue(std::locale::classic());
+    stream >> number;
     return number;
 }
 

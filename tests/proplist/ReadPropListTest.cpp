@@ -18,10 +18,6 @@ namespace brindle::proplist {
 
 namespace {
 
-std::string const kStart = "<?xml version='1.0'?>\n<prop.map version='4'>\n";
-std::string const kEnd = "</prop.map>\n";
-std::string const kErrors = "$$$/brn/proplist/Error/PropList";
-
 class ReadDocuments : public tests::InTemporaryDirectory {
 protected:
     ReadDocuments() {
@@ -39,11 +35,13 @@ protected:
         return std::string(text.begin(), text.end());
     }
 
+    std::string const mStart = "<?xml version='1.0'?>\n<prop.map version='4'>\n";
+    std::string const mUtils = "$$$/brn/proplist/Error/PropListUtils/";
     tests::RecordingErrorManager mErrors;
     std::mt19937 mRandom{1};
 };
 
-TEST_F(ReadDocuments, AsTheyWereWrittenAndAlsoByWayOfAnotherReader) {
+TEST_F(ReadDocuments, AsTheyWereWrittenAndByWayOfAnotherReader) {
     std::vector<std::string> values{"", "<true/>\n", "<false/>\n"}; // the first is a list
     for (std::string const scalar :
          {"<int type='unsigned' size='16'>65535", "<int type='unsigned' size='32'>4294967295",
@@ -51,12 +49,13 @@ TEST_F(ReadDocuments, AsTheyWereWrittenAndAlsoByWayOfAnotherReader) {
           "<int type='unsigned' size='64'>18446744073709551615", "<float>3.40282e+38",
           "<double>4.94066e-324", "<string>", "<string>  &lt;&amp;\n\u00E9&gt; .",
           "<ustring>&apos;\U0001F600&quot;"}) {
-        auto const startTag = scalar.substr(0, scalar.find('>'));
-        auto const element =
-            scalar + "</" + scalar.substr(1, scalar.find_first_of(" >") - 1) + ">\n";
-        auto const array = "<array>\n<array.type>" + startTag + "/></array.type>\n";
-        values.insert(values.end(),
-                      {element, array + "</array>\n", array + element + element + "</array>\n"});
+        auto const tag = scalar.substr(0, scalar.find('>'));
+        auto const element = scalar + "</" + tag.substr(1, tag.find(' ') - 1) + ">\n";
+        auto const array = "<array>\n<array.type>" + tag + "/></array.type>\n";
+        for (auto const& elements : {std::string(), element, element + element}) {
+            values.push_back(array + elements + "</array>\n");
+        }
+        values.push_back(element);
     }
     std::string document;
     for (int round = 0; round < 300; ++round) {
@@ -66,7 +65,7 @@ TEST_F(ReadDocuments, AsTheyWereWrittenAndAlsoByWayOfAnotherReader) {
                     values[mRandom() % values.size()] + "</prop.pair>\n";
         }
         values[0] = list + "</prop.list>\n";
-        document = kStart + values[0] + kEnd;
+        document = mStart + values[0] + "</prop.map>\n";
         EXPECT_EQ(document, Reread(document));
         std::stringstream stream(document);
         boost::property_tree::ptree tree;
@@ -75,157 +74,120 @@ TEST_F(ReadDocuments, AsTheyWereWrittenAndAlsoByWayOfAnotherReader) {
         EXPECT_EQ(document, Reread(stream.str()));
     }
     for (std::size_t cut = 0; cut < document.size() - 1; ++cut) {
-        bool const isWhole = Reread(document.substr(0, cut)) == document;
-        EXPECT_TRUE(isWhole || cut < document.size() - kEnd.size()) << cut;
-        EXPECT_EQ(
-            "1 104 22 " + kErrors +
-                "Utils/ParsingPropertiesListRead=Error parsing properties list from memory.\n",
-            mErrors.TakeLines());
+        bool const isWhole = document == Reread(document.substr(0, cut));
+        EXPECT_EQ("1 104 22 " + mUtils +
+                      "ParsingPropertiesListRead=Error parsing properties list from memory.\n",
+                  mErrors.TakeLines());
+        EXPECT_TRUE(isWhole || cut < document.size() - 12) << "what was read stays";
     }
 }
 
 TEST_F(ReadDocuments, OfAnyDepth) {
-    std::string nested = kStart;
-    for (int level = 0; level < 1'000'000; ++level) {
-        nested += "<prop.list>\n<prop.pair>\n<key>a</key>\n";
+    std::string text = mStart;
+    for (char const* const part :
+         {"<prop.list>\n<prop.pair>\n<key>a</key>\n", "</prop.pair>\n</prop.list>\n"}) {
+        for (int level = 0; level < 1'000'000; ++level) {
+            text += part;
+        }
+        text += part[1] == 'p' ? "<true/>\n" : "</prop.map>\n";
     }
-    nested += "<true/>\n";
-    for (int level = 0; level < 1'000'000; ++level) {
-        nested += "</prop.pair>\n</prop.list>\n";
-    }
-    EXPECT_TRUE(nested + kEnd == Reread(nested + kEnd));
+    EXPECT_TRUE(text == Reread(text));
 }
 
 TEST_F(ReadDocuments, NumbersAsAStreamOfTheClassicLocaleDoes) {
-    struct Comma : std::numpunct<char> {
-        char do_decimal_point() const override { return ','; }
+    struct Comma : std::numpunct<wchar_t> {
+        wchar_t do_decimal_point() const override { return L','; }
     };
     auto const before = std::locale::global(std::locale(std::locale::classic(), new Comma));
-    std::vector<std::string> texts{"",
-                                   "-",
-                                   "1e",
-                                   "inf",
-                                   "1e999",
-                                   "-1e999",
-                                   "1e-320",
-                                   "65536",
-                                   "-4294967295",
-                                   "-2147483649",
-                                   "18446744073709551616",
-                                   std::string(400, '9')};
-    for (int count = 0; count < 20'000; ++count) {
-        auto& text = texts.emplace_back();
-        for (auto length = 1 + mRandom() % 36; length > 0; --length) {
-            text += "012345678901234567890123456789+-.eExXinfa, \t"[mRandom() % 44];
-        }
-    }
     auto const expect = [](std::string const& inText, auto inNumber) {
         auto expected = inNumber;
         std::istringstream stream(inText);
         stream.imbue(std::locale::classic());
         stream >> expected;
-        inNumber =
-            impl::ExtractNumber<decltype(inNumber)>(UTF16String(inText.begin(), inText.end()));
-        EXPECT_EQ(expected, inNumber) << inText;
+        UTF16String const text(inText.begin(), inText.end());
+        EXPECT_EQ(expected, impl::ExtractNumber<decltype(inNumber)>(text)) << inText;
     };
-    std::tuple<std::uint16_t, std::uint32_t, std::int32_t, std::int64_t, std::uint64_t, float,
-               double> const zeros{};
-    for (auto const& text : texts) {
-        std::apply([&](auto... inZeros) { (expect(text, inZeros), ...); }, zeros);
+    char const* const starts[]{"",      "-",     "1e",          "inf",
+                               "1e999", "65536", "-4294967295", "18446744073709551616"};
+    for (int count = 0; count < 30'000; ++count) {
+        std::string text = starts[mRandom() % std::size(starts)];
+        for (auto length = mRandom() % 36; length > 0; --length) {
+            text += "012345678901234567890123456789+-.eExXinfa, \t"[mRandom() % 44];
+        }
+        std::apply([&](auto... inZeros) { (expect(text, inZeros), ...); },
+                   std::tuple<std::uint16_t, std::uint32_t, std::int32_t, std::int64_t,
+                              std::uint64_t, float, double>());
     }
     EXPECT_EQ(5, impl::ExtractNumber<std::int32_t>(u"5\u0135"_utf16));
     std::locale::global(before);
 }
 
 TEST_F(ReadDocuments, ThatNoWriterMakes) {
-    // The version, what stands in the root list, and what both are read as; {a} is a key.
     std::string const cases[][2]{
-        {"3: {a<b/>c}<string>x<b>y</b>z</string>", "3: {ac}<string>xy</string>"},
-        {"x: {a}no<b>no<c d='e'/></b><string>&#x20;<![CDATA[>]]></string>",
-         "0: {a}<string> &gt;</string>"},
-        {"5: {a}<int size='8' type='t'>5</int><int size='16' type=''/><int size='16'/><bool/>",
-         "5: {a}<true/>"},
-        {"65537: <int size='16' type='x'>70000</int>{b}<int size='64' type='t'>-1</int>",
-         "65535: {}<int16>4464</int>{b}<int type='unsigned' size='64'>18446744073709551615</int>"},
-        {"4: "
-         "{a}<array><string>true</string><int16>1</int><bool/></array>{b}<array/><float>.5</float>",
-         "4: "
-         "{}<float>0.5</float>{a}<array><array.type><bool/></array.type><true/><false/><true/></"
-         "array>"},
-        {"4: {a}<array><true/><int16>70000</int></array>{b}<array><false/><string/></array>",
-         "4: {a}<array><array.type><int16/></array.type><int16>0</int><int16>4464</int></array>{b}"
-         "<array><array.type><string/></array.type><string>false</string><string></string></"
-         "array>"},
-        {"4: {a}<prop.list>{b}</prop.list><false/>{a}<prop.list>{c}<true/></prop.list>",
-         "4: {a}<prop.list>{c}<true/></prop.list>{b}<false/>"},
-        {"4: {a}</prop.list><string>no</string><prop.list>{b}<string/>", "4: {b}<string></string>"},
-    };
-    auto const inFull = [](std::string inText) {
-        for (auto const& [shorthand, meaning] :
-             {std::pair("[{]", "<key>"), std::pair("[}]", "</key>"),
-              std::pair("int16", "int type='unsigned' size='16'"),
-              std::pair("(.*): (.*)", "<?xml version='1.0'?><prop.map "
-                                      "version='$1'><prop.list>$2</prop.list></prop.map>")}) {
-            inText = std::regex_replace(inText, std::regex(shorthand), meaning);
-        }
-        return inText;
-    };
+        {"3'><prop.list><key>a<b/>c</key>no<string>&#x20;<b><![CDATA[>]]></b>no</string>no",
+         "3'><key>ac</key><string> &gt;</string>"},
+        {"65537'><prop.list><key>a</key><int type='' size='16'>5</int><int type='t' size='8'/>"
+         "<int type='x' size='16'>70000</int>",
+         "65535'><key>a</key><int type='unsigned' size='16'>4464</int>"},
+        {"5'><prop.list><array><array.type><float/><c/></array.type></array><key>a</key><array/>"
+         "<key>b</key><array><string>true</string><float/><bool/></array>",
+         "5'><key></key><array><array.type><float/></array.type></array>"
+         "<key>b</key><array><array.type><bool/></array.type><true/><false/><true/></array>"},
+        {"4'><prop.list><array><true/><string>7</string><float> .5x</float></array>",
+         "4'><key></key><array><array.type><float/></array.type><float>0</float><float>7</float>"
+         "<float>0.5</float></array>"},
+        {"4'><prop.list><key>a</key><prop.list><key>b</key></prop.list><false/><key>a</key>"
+         "<prop.list><true/></prop.list>",
+         "4'><key>a</key><key></key><true/><key>b</key><false/>"},
+        {"4'><key>a</key><string>no</string><prop.list><true/>", "4'><key></key><true/>"}};
+    std::regex const left("\n|</?prop.(pair|list)>|</prop.map>|<.xml version='1.0'.>");
     for (auto const& [document, expected] : cases) {
-        EXPECT_EQ(inFull(expected),
-                  std::regex_replace(Reread(inFull(document)), std::regex("\n|</?prop.pair>"), ""));
+        auto const read = Reread("<prop.map version='" + document + "</prop.list></prop.map>");
+        EXPECT_EQ("<prop.map version='" + expected, std::regex_replace(read, left, ""));
     }
-    std::string const error =
-        "1 104 20 " + kErrors +
-        "XMLHandler/VersionGreaterThan=Cannot read PropList data; version greater than expected.\n";
-    EXPECT_EQ(error + error, mErrors.TakeLines());
+    std::string const error = "$$$/brn/proplist/Error/PropListXMLHandler/VersionGreaterThan=Cannot "
+                              "read PropList data; version greater than expected.";
+    EXPECT_EQ(error, mErrors.key);
+    EXPECT_EQ((std::vector<std::int32_t>{20, 20}), mErrors.codes);
     mErrors.onError = [] { throw 7; };
     EXPECT_THROW(Reread("<prop.map version='5'/>"), int);
 }
 
 TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
-    PropList list;
     auto const load = [&](std::string const& inContent, bool inRenameCorrupt) {
-        Fill("x", inContent);
+        inContent.empty() ? void(std::filesystem::remove(Native("x"))) : Fill("x", inContent);
+        PropList list;
         list.SetValue("a"_utf8, true);
         utils::LoadPropList(At("x"), list, inRenameCorrupt);
-        EXPECT_EQ(inContent[1] == 'c', list.IsEmpty());
-        return mErrors.TakeLines();
+        EXPECT_EQ(inContent != "<a/>", list.IsEmpty());
+        return mErrors.TakeLines() + (std::filesystem::exists(Native("x")) ? "here" : "gone");
     };
-    auto const throws = [] { throw 7; };
-    EXPECT_EQ("", load("<prop.list><key>b</key><true/></prop.list>", true));
-    EXPECT_TRUE(list.RemoveValue("a"_utf8) && list.RemoveValue("b"_utf8));
-
-    std::string const start = "1 104 22 " + kErrors + "Utils/ParsingPropertiesList";
+    std::string const start = "1 104 22 " + mUtils + "ParsingPropertiesList";
     std::string const reason = "Error parsing properties list from file \"^1\".";
-    for (std::string const content : {"<cut first>", "<cut second>"}) {
-        EXPECT_EQ(start + "CorruptRename=" + reason +
-                      " It has been renamed to \"^2\". Proceeding.\n",
-                  load(content, true));
-        EXPECT_EQ(At("x.old"), mErrors.values[1].GetText());
-        EXPECT_EQ(content, ContentOf("x.old"));
-        utils::LoadPropList(At("x"), list, true);
-        EXPECT_EQ(start + "Load=" + reason + '\n', mErrors.TakeLines()) << "it is gone";
-    }
-    mErrors.onError = throws;
-    EXPECT_EQ("", load("<cut>", true)) << "and what the host threw is dropped";
+    std::string const renamed =
+        start + "CorruptRename=" + reason + " It has been renamed to \"^2\". Proceeding.\ngone";
+    std::string const failed = start + "Load=" + reason + '\n';
+    EXPECT_EQ("here", load("<a/>", true));
+    EXPECT_EQ(renamed, load("<cut>", true));
+    EXPECT_EQ(At("x.old"), mErrors.values[1].GetText());
+    Fill("x.old", "older");
+    EXPECT_EQ(failed + "here", load("<cut>", false));
+    EXPECT_EQ(failed + "gone", load("", true));
+    EXPECT_EQ("older", ContentOf("x.old"));
+    mErrors.onError = [] { throw 7; };
+    EXPECT_EQ("gone", load("<cut>", true)) << "what the host throws is dropped";
+    EXPECT_EQ("<cut>", ContentOf("x.old"));
     std::filesystem::remove(Native("x.old"));
     std::filesystem::create_directories(Native("x.old/in the way"));
-    for (bool const isToRename : {false, true}) {
-        EXPECT_EQ(start + "Load=" + reason + '\n', load("<cut>", isToRename));
-        EXPECT_EQ(At("x"), mErrors.values[0].GetText());
-        EXPECT_EQ("<cut>", ContentOf("x"));
-        mErrors.onError = throws;
-        EXPECT_THROW(load("<cut>", isToRename), int);
-    }
+    EXPECT_EQ(failed + "here", load("<cut>", true));
+    EXPECT_EQ(At("x"), mErrors.values[0].GetText());
 
     xml::ResetParserFactory();
     Reread("");
-    utils::LoadPropList(At("x"), list, true);
-    std::string const missing = "1 104 21 " + kErrors + "Utils/MissingParserFactory";
-    std::string const factory = "=Missing XML Parser Factory in ";
-    EXPECT_EQ(missing + "Read" + factory + "ReadPropList.\n" + missing + "Load" + factory +
-                  "LoadPropList.\n",
-              mErrors.TakeLines());
+    std::string const missing = "1 104 21 " + mUtils + "MissingParserFactory";
+    EXPECT_EQ(missing + "Read=Missing XML Parser Factory in ReadPropList.\n" + missing +
+                  "Load=Missing XML Parser Factory in LoadPropList.\nhere",
+              load("<a/>", true));
 }
 
 } // namespace
