@@ -1,3 +1,4 @@
+#include "platform/Files.h"
 #include "proplist/src/ReadErrors.h"
 
 #include <brindle/filesupport/File.h>
@@ -31,10 +32,11 @@ UTF16String RenameToOld(filesupport::File inFile) {
     return newPath;
 }
 
-/// False if the file is not there, or could not be renamed.
+/// False if the file is not there, could not be read or could not be renamed. Where reading is what
+/// failed nothing shows that the file is damaged: somebody may just be saving it.
 bool SetAside(UTF16String const& inPath) {
     filesupport::File const file(inPath);
-    if (!file.Exists()) {
+    if (!platform::OpenForReading(file.Helper().FullNativePath())) {
         return false;
     }
     UTF16String newPath;

@@ -2,6 +2,7 @@
 #include "tests/InTemporaryDirectory.h"
 #include "tests/RecordingErrorManager.h"
 
+#include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
@@ -172,6 +173,10 @@ TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
     EXPECT_EQ(At("x.old"), mErrors.values[1].GetText());
     Fill("x.old", "older");
     EXPECT_EQ(failed + "here", load("<cut>", false));
+    {
+        filesupport::OPlatformByteStream const saving{filesupport::File(At("x"))};
+        EXPECT_EQ(failed + "here", load("<cut>", true)) << "somebody is just writing it";
+    }
     EXPECT_EQ(failed + "gone", load("", true));
     EXPECT_EQ("older", ContentOf("x.old"));
     mErrors.onError = [] { throw 7; };
