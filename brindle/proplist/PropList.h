@@ -40,6 +40,7 @@ enum PropListPropertyType : std::int32_t {
     kPropertyType_DoubleArray = 21
 };
 
+class PropList;
 class PropListXMLHandler;
 
 namespace impl {
@@ -52,6 +53,8 @@ struct KeyOrder {
 };
 
 using PropNodes = std::map<UTF8String, std::unique_ptr<PropNodeBase>, KeyOrder>;
+
+bool HoldsCutText(PropList const& inList);
 
 } // namespace impl
 
@@ -156,6 +159,7 @@ public:
 
 private:
     friend class PropListXMLHandler; // sets the version that a document tells
+    friend bool impl::HoldsCutText(PropList const& inList);
 
     void DeleteNodes() noexcept;
 

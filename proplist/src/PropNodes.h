@@ -64,6 +64,7 @@ public:
 
     void AppendXML(UTF8String& ioText) const override { AppendElement(ioText, mValue); }
     void ReadInto(T& outValue) const { outValue = mValue; }
+    T const& Value() const noexcept { return mValue; }
     void Assign(T const& inValue) { mValue = inValue; }
 
 private:
@@ -92,6 +93,8 @@ public:
     void ReadInto(std::list<T>& ioValues) const {
         ioValues.insert(ioValues.end(), mValues.begin(), mValues.end());
     }
+
+    std::vector<T> const& Values() const noexcept { return mValues; }
 
     void Assign(std::list<T> const& inValues) {
         std::vector<T>(inValues.begin(), inValues.end()).swap(mValues);
