@@ -22,7 +22,9 @@ struct Verb {
 // Each is told in the source of its name.
 extern Verb const kCalcVerb;
 extern Verb const kGuidVerb;
+extern Verb const kSealVerb;
 extern Verb const kSumVerb;
 extern Verb const kTimeVerb;
+extern Verb const kVerifyVerb;
 
 } // namespace brindle::host

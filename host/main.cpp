@@ -23,7 +23,8 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-Verb const* const kVerbs[] = {&kSumVerb, &kTimeVerb, &kCalcVerb, &kGuidVerb};
+Verb const* const kVerbs[] = {&kSumVerb,  &kSealVerb, &kVerifyVerb,
+                              &kTimeVerb, &kCalcVerb, &kGuidVerb};
 
 void PrintHelp() {
     auto& out = utility::streams::Out;
