@@ -3,6 +3,7 @@
 #include "host/Diagnostics.h"
 #include "host/LoadedList.h"
 #include "host/PercentNames.h"
+#include "host/PlainText.h"
 
 #include <brindle/proplist/PropListUtils.h>
 
@@ -29,10 +30,6 @@ UTF8String const kKey_CRC = "crc"_utf8;
 
 UTF8String AsUTF8(std::string const& inText) {
     return UTF8String(inText.begin(), inText.end());
-}
-
-std::string AsText(UTF8String const& inText) {
-    return std::string(inText.begin(), inText.end());
 }
 
 /// A time of the file system in ISO 8601.
@@ -77,7 +74,7 @@ bool IsPathBelow(std::string const& inPath) {
 }
 
 SealedFile ReadFile(PropList const& inFiles, UTF8String const& inKey) {
-    std::string const name = EscapedName(AsText(inKey));
+    std::string const name = EscapedName(PlainText(inKey));
     auto const require = [&name](bool inIsRight, char const* inKeyOfFile) {
         if (!inIsRight) {
             Refuse("the " + std::string(inKeyOfFile) + " of '" + name + "' is missing or wrong");
@@ -92,10 +89,10 @@ SealedFile ReadFile(PropList const& inFiles, UTF8String const& inKey) {
     require(properties->GetValue(kKey_Size, file.sum.size), "size");
 
     UTF8String text;
-    require(properties->GetValue(kKey_Modified, text) && IsTimeText(AsText(text)), "time");
+    require(properties->GetValue(kKey_Modified, text) && IsTimeText(PlainText(text)), "time");
 
     require(properties->GetValue(kKey_CRC, text), "crc");
-    std::string const digits = AsText(text);
+    std::string const digits = PlainText(text);
     std::from_chars(digits.data(), digits.data() + digits.size(), file.sum.crc, 16);
     require(digits == CRCText(file.sum.crc), "crc");
     return file;

@@ -2,11 +2,11 @@
 #include "host/Diagnostics.h"
 #include "host/HostErrorManager.h"
 #include "host/HostLocalizer.h"
+#include "host/PlainText.h"
 #include "host/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/utility/Streams.h>
-#include <brindle/utility/Unicode.h>
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
@@ -23,8 +23,8 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-Verb const* const kVerbs[] = {&kSumVerb,  &kSealVerb, &kVerifyVerb,
-                              &kTimeVerb, &kCalcVerb, &kGuidVerb};
+Verb const* const kVerbs[] = {&kSumVerb,    &kSealVerb, &kVerifyVerb, &kPlistVerb, &kPackVerb,
+                              &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb};
 
 void PrintHelp() {
     auto& out = utility::streams::Out;
@@ -71,8 +71,7 @@ int Run(std::vector<std::string> const& inWords) {
         return kStatus_Done;
     }
     if (first == "--version") {
-        UTF8String const version = utility::UTF16to8(config::GetVersionString());
-        utility::streams::Out << "brindle " << std::string(version.begin(), version.end()) << '\n';
+        utility::streams::Out << "brindle " << PlainText(config::GetVersionString()) << '\n';
         return kStatus_Done;
     }
     Verb const& verb = FindVerb(first);

@@ -3,11 +3,9 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <list>
-#include <map>
-#include <memory>
+#include <vector>
 
 namespace brindle::proplist {
 
@@ -45,14 +43,8 @@ class PropListXMLHandler;
 
 namespace impl {
 
-class PropNodeBase;
-
-/// Orders keys by their bytes, as unsigned numbers; a key stands behind its own beginnings.
-struct KeyOrder {
-    bool operator()(UTF8String const& inLHS, UTF8String const& inRHS) const noexcept;
-};
-
-using PropNodes = std::map<UTF8String, std::unique_ptr<PropNodeBase>, KeyOrder>;
+struct PropNodeSlot;
+using PropNodeBlocks = std::vector<std::vector<PropNodeSlot>>;
 
 bool HoldsCutText(PropList const& inList);
 
@@ -163,7 +155,7 @@ private:
 
     void DeleteNodes() noexcept;
 
-    impl::PropNodes mNodes;
+    impl::PropNodeBlocks mNodes; // by the bytes of their keys
     std::uint16_t mVersion = GetCurrentVersion();
 };
 

@@ -86,20 +86,20 @@ bool HoldsCutText(PropList const& inList) {
     using TextsNode = PropListArrayNode<UTF16String>;
     std::vector<PropList const*> lists{&inList};
     while (!lists.empty()) {
-        auto const& nodes = lists.back()->mNodes;
+        NodeWalk walk(lists.back()->mNodes);
         lists.pop_back();
-        for (auto const& [key, node] : nodes) {
+        while (auto const* const node = walk.Next()) {
             switch (node->GetType()) {
             case PropListNode::kType:
-                lists.push_back(&static_cast<PropListNode const&>(*node).mList);
+                lists.push_back(&static_cast<PropListNode const*>(node)->mList);
                 break;
             case TextNode::kType:
-                if (IsCut(static_cast<TextNode const&>(*node).Value())) {
+                if (IsCut(static_cast<TextNode const*>(node)->Value())) {
                     return true;
                 }
                 break;
             case TextsNode::kType: {
-                auto const& texts = static_cast<TextsNode const&>(*node).Values();
+                auto const& texts = static_cast<TextsNode const*>(node)->Values();
                 if (std::any_of(texts.begin(), texts.end(), IsCut)) {
                     return true;
                 }

@@ -224,7 +224,7 @@ TEST_F(Seal, LeavesWhatItCannotReplaceAndSaysWrongUsage) {
         {"seal tree --output=no/m.xml", "no/m.xml: there is no such directory to write to"},
         {"seal tree --output=/proc/m.xml", "/proc/m.xml: cannot be written"},
         {"verify nowhere", "nowhere: no such file or directory"},
-        {"verify tree", "tree: is no regular file"},
+        {"verify tree", "tree: is a directory"},
         {"verify m.xml --root=nowhere", "nowhere: no such directory"}};
     for (auto const& [words, diagnostic] : rows) {
         ExpectOutcome(words, 1, "", std::string("brindle: ") + diagnostic + "\n");
