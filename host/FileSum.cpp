@@ -63,7 +63,6 @@ void RequireRegular(File const& inFile) {
 }
 
 FileSum SumOf(File const& inFile) {
-    RequireRegular(inFile);
     try {
         IPlatformByteStream source(inFile);
         OCountingByteStream counter;
@@ -75,6 +74,7 @@ FileSum SumOf(File const& inFile) {
     } catch (eof_error const&) {
         throw unreadable_error("became shorter while it was read");
     } catch (byte_stream_exception const&) {
+        RequireRegular(inFile);
         throw unreadable_error("cannot be read");
     }
 }
@@ -83,9 +83,7 @@ FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
     try {
         outModified = inFile.Modified();
         FileSum const sum = SumOf(inFile);
-        std::uint64_t const size = inFile.Size(kFileSize_Data);
-        // The time may stand still while a file grows, and the system tells no size of some files.
-        if (inFile.Modified() != outModified || (size != 0 && size != sum.size)) {
+        if (inFile.Modified() != outModified) {
             throw unreadable_error("changed while it was read");
         }
         return sum;
