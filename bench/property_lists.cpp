@@ -222,12 +222,9 @@ void Get(benchmark::State& ioState) {
 BENCHMARK(Write_Brindle)->Name("WritePropList/brindle")->Arg(20)->Arg(100'000);
 BENCHMARK(Write_Plist)->Name("WritePropList/libplist")->Arg(20)->Arg(100'000);
 BENCHMARK(Write_Tree)->Name("WritePropList/Boost.PropertyTree")->Arg(20)->Arg(100'000);
-BENCHMARK(Memory_Brindle)->Name("PropList, memory for each entry/brindle")->Arg(20)->Arg(100'000);
-BENCHMARK(Memory_Plist)->Name("PropList, memory for each entry/libplist")->Arg(20)->Arg(100'000);
-BENCHMARK(Memory_Tree)
-    ->Name("PropList, memory for each entry/Boost.PropertyTree")
-    ->Arg(20)
-    ->Arg(100'000);
+BENCHMARK(Memory_Brindle)->Name("PropList, memory for each entry/brindle")->Arg(100'000);
+BENCHMARK(Memory_Plist)->Name("PropList, memory for each entry/libplist")->Arg(100'000);
+BENCHMARK(Memory_Tree)->Name("PropList, memory for each entry/Boost.PropertyTree")->Arg(100'000);
 BENCHMARK(Get<PropList, UTF8String>)->Name("PropList::GetValue/brindle/of 100 keys");
 BENCHMARK(Get<AnyMap, std::string>)->Name("PropList::GetValue/std::map of std::any/of 100 keys");
 BENCHMARK(Set<PropList, UTF8String>)->Name("PropList::SetValue/brindle/of 100 keys");

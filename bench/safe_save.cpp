@@ -90,7 +90,7 @@ BENCHMARK_CAPTURE(Save_C, Synced, true)
     ->Name("SavePropList/C, directory synced/20 entries")
     ->UseRealTime();
 BENCHMARK_CAPTURE(Save_C, Unsynced, false)
-    ->Name("SavePropList/[C, directory not synced]/20 entries")
+    ->Name("SavePropList/(C, directory not synced)/20 entries")
     ->UseRealTime();
 
 } // namespace

@@ -23,8 +23,7 @@ public:
     virtual void StartElement(UTF16String const& inName,
                               std::map<UTF16String, UTF16String> const& inAttributes);
     virtual void EndElement(UTF16String const& inName);
-    /// A piece of text, never empty and never cut inside a character; the text between two tags
-    /// comes in any number of pieces.
+    /// A piece of text: what stands between two tags comes in any number of pieces.
     virtual void Characters(UTF16String const& inText);
     /// Comes last, and only if the whole document is well-formed.
     virtual void EndDocument();

@@ -13,7 +13,7 @@ namespace brindle::xml {
 ///
 /// Any bytes may be parsed. Nothing but the document itself is ever read: external entities and
 /// external document types are passed over. Expat's limits on what entities may expand to are in
-/// force; a document beyond them fails, like one with a single tag or text of about a gigabyte.
+/// force; a document beyond them fails, and so does one with a tag or a comment of a gigabyte.
 class BRN_API ExpatParseHandler : public AbstractDocParser {
 public:
     /// Takes the handler and empties the holder.

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <climits>
-#include <cstdio>
 #include <utility>
 
 namespace brindle::platform {

@@ -16,28 +16,23 @@ std::string Pair(std::string const& inKey, std::string const& inValue) {
     return "<prop.pair><key>" + inKey + "</key>" + inValue + "</prop.pair>";
 }
 
-std::string Int(std::string const& inType, std::string const& inSize, std::string const& inText) {
-    return "<int type='" + inType + "' size='" + inSize + "'>" + inText + "</int>";
-}
-
 TEST_F(Plist, TellsEveryValueInALine) {
-    FillList(
-        Pair("a", "<ustring>L\xC3\xA4nge\n\ttab\\ \xC2\x9B</ustring>") +
-        Pair("b/[0]\\", "<string> x</string>") + Pair("c", "<false/>") +
-        Pair("d", Int("unsigned", "16", "65535")) + Pair("e", Int("unsigned", "32", "4294967295")) +
-        Pair("f", Int("signed", "32", "-2147483648")) +
-        Pair("g", Int("signed", "64", "-9223372036854775808")) +
-        Pair("h", Int("unsigned", "64", "18446744073709551615")) + Pair("i", "<float>0.1</float>") +
-        Pair("j", "<double>-1e+300</double>") +
-        Pair("k", "<array><array.type><int type='signed' size='32'/></array.type></array>") +
-        Pair("l", "<array><string>x\ny</string><string></string></array>") +
-        Pair("m", "<array><true/><false/></array>") + Pair("n", "<prop.list></prop.list>") +
-        Pair("o",
-             "<prop.list>" + Pair("", "<true/>") +
-                 Pair("p", "<prop.list>" + Pair("q", "<double>0.1</double>") + "</prop.list>") +
-                 "</prop.list>") +
-        Pair("r", "<array><float>0.1</float></array>"));
-    char const kNested[] = "\tbool\ttrue\np/q\tdouble\t0.1\n";
+    FillList(Pair("a", "<ustring>L\xC3\xA4nge\n\ttab\\ \xC2\x9B</ustring>") +
+             Pair("b/[0]\\", "<string> x</string>") + Pair("c", "<false/>") +
+             Pair("d", "<int type='unsigned' size='16'>65535</int>") +
+             Pair("e", "<int type='unsigned' size='32'>4294967295</int>") +
+             Pair("f", "<int type='signed' size='32'>-2147483648</int>") +
+             Pair("g", "<int type='signed' size='64'>-9223372036854775808</int>") +
+             Pair("h", "<int type='unsigned' size='64'>18446744073709551615</int>") +
+             Pair("i", "<float>0.1</float>") + Pair("j", "<double>-1e+300</double>") +
+             Pair("k", "<array><array.type><int type='signed' size='32'/></array.type></array>") +
+             Pair("l", "<array><string>x\ny</string><string></string></array>") +
+             Pair("m", "<array><true/><false/></array>") + Pair("n", "<prop.list></prop.list>") +
+             Pair("o", "<prop.list>" + Pair("", "<true/>") +
+                           Pair("p", "<prop.list>" + Pair("q", "<double>0.1</double>") +
+                                         "</prop.list>") +
+                           "</prop.list>") +
+             Pair("r", "<array><float>0.1</float></array>"));
     Outcome const whole = Run("plist list");
     EXPECT_EQ("a\tustring\tL\xC3\xA4nge\\n\\ttab\\\\ \\u009b\nb\\/\\[0]\\\\\tstring\t x\n"
               "c\tbool\tfalse\nd\tuint16\t65535\ne\tuint32\t4294967295\nf\tint32\t-2147483648\n"
@@ -47,29 +42,24 @@ TEST_F(Plist, TellsEveryValueInALine) {
               "o/\tbool\ttrue\no/p/q\tdouble\t0.1\nr[0]\tfloat\t0.1\n",
               whole.output);
     EXPECT_EQ(0, whole.status);
-    std::pair<char const*, std::string> const rows[] = {
-        {"a", "L\xC3\xA4nge\n\ttab\\ \xC2\x9B\n"},
-        {"'b/[0]\\'", " x\n"},
-        {"h", "18446744073709551615\n"},
-        {"k", ""},
-        {"l", "x\\ny\n\n"},
-        {"n", ""},
-        {"o", kNested},
-        {"o ''", "true\n"},
-        {"o p q", "0.1\n"},
-    };
+    std::pair<char const*, char const*> const rows[] = {{"a", "L\xC3\xA4nge\n\ttab\\ \xC2\x9B\n"},
+                                                        {"'b/[0]\\'", " x\n"},
+                                                        {"o", "\tbool\ttrue\np/q\tdouble\t0.1\n"},
+                                                        {"l", "x\\ny\n\n"},
+                                                        {"k", ""},
+                                                        {"n", ""},
+                                                        {"o ''", "true\n"},
+                                                        {"o p q", "0.1\n"}};
     for (auto const& [keys, output] : rows) {
-        Outcome const outcome = Run(std::string("plist list ") + keys);
-        EXPECT_EQ(output, outcome.output) << keys;
-        EXPECT_EQ(0, outcome.status) << keys;
+        EXPECT_EQ(output, Run(std::string("plist list ") + keys).output) << keys;
     }
     EXPECT_EQ(1, Run("plist list >/dev/full").status);
 }
 
 TEST_F(Plist, SaysWhatIsWrongAndLeavesTheFile) {
     FillList(Pair("a/", "<prop.list>" + Pair("b", "<true/>") + "</prop.list>"));
-    std::string const whole = ContentOf("list");
-    Fill("cut", whole.substr(0, whole.size() - 1));
+    std::string const cut = ContentOf("list").substr(0, 99);
+    Fill("cut", cut);
     Fill("newer", "<prop.map version='5'><prop.list></prop.list></prop.map>");
     Fill("page", "<html><key>a</key></html>");
     std::pair<char const*, char const*> const rows[] = {
@@ -89,7 +79,7 @@ TEST_F(Plist, SaysWhatIsWrongAndLeavesTheFile) {
         EXPECT_EQ("", outcome.output) << words;
         EXPECT_EQ(1, outcome.status) << words;
     }
-    EXPECT_EQ(whole.substr(0, whole.size() - 1), ContentOf("cut"));
+    EXPECT_EQ(cut, ContentOf("cut"));
     ExpectWrongUsage("plist");
 
     FillList("");

@@ -101,7 +101,8 @@ TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
             }
         }
         EXPECT_EQ(order, (std::vector<long>{SYS_fsync, SYS_renameat, SYS_fsync}));
-        std::cout << place << ": faults at " << points << " points\n";
+        std::cout << place << ": faults at " << points << " points"
+                  << std::endl; // a fork copies it
     }
 }
 

@@ -8,7 +8,7 @@ namespace brindle::xml::impl {
 
 namespace {
 
-// Expat counts bytes in `int` and keeps up to four times as many as one call hands it.
+// Expat counts bytes in `int`, and makes room for twice as many as one call hands it.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 28;
 constexpr std::size_t kBlock = std::size_t{1} << 16;
 
