@@ -23,23 +23,23 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-Verb const* const kVerbs[] = {&kSumVerb,  &kPlistVerb, &kPackVerb, &kUnpackVerb,
-                              &kTimeVerb, &kCalcVerb,  &kGuidVerb};
+Verb const* const kVerbs[] = {&kSumVerb,    &kSealVerb, &kVerifyVerb, &kPlistVerb, &kPackVerb,
+                              &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb};
 
 void PrintHelp() {
     auto& out = utility::streams::Out;
     out << "usage: brindle VERB [OPTION...] [OPERAND...]\n\n";
     for (Verb const* const verb : kVerbs) {
         std::string const call = std::string(verb->name) + ' ' + verb->synopsis;
-        out << "  " << std::left << std::setw(34) << call << verb->summary << '\n';
+        out << "  " << std::left << std::setw(41) << call << verb->summary << '\n';
     }
     out << "\n"
            "  brindle VERB --help               what a verb does\n"
            "  brindle --version                 the version of the library\n"
            "\n"
-           "What follows -- is no option. Exit status: 0 done, 1 done but something failed, 2 "
-           "wrong "
-           "usage.\n";
+           "What follows -- is no option. Exit status: 0 done, 1 done but something failed "
+           "or differed,\n"
+           "2 wrong usage.\n";
 }
 
 Verb const& FindVerb(std::string const& inName) {
