@@ -11,6 +11,7 @@ enum ErrorLevel : std::int32_t { kErrorLevel_Fatal = 0, kErrorLevel_NonFatal = 1
 
 // Who raises an error: the `module` of `ThrowError`.
 constexpr std::uint32_t kErrorModule_Config = 100;
+constexpr std::uint32_t kErrorModule_PropList = 104;
 constexpr std::uint32_t kErrorModule_Utility = 105;
 constexpr std::uint32_t kErrorModule_Threads = 106;
 constexpr std::uint32_t kErrorModule_Geom = 107;
