@@ -7,7 +7,8 @@ install(EXPORT brindleTargets NAMESPACE brindle:: DESTINATION ${package_dir})
 install(DIRECTORY brindle DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/brindleConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
-install(FILES cmake/brindleConfig.cmake ${PROJECT_BINARY_DIR}/brindleConfigVersion.cmake
+configure_file(cmake/brindleConfig.cmake.in brindleConfig.cmake @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/brindleConfig.cmake ${PROJECT_BINARY_DIR}/brindleConfigVersion.cmake
   DESTINATION ${package_dir})
 
 set_target_properties(brindle_command PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")

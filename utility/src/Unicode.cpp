@@ -1,5 +1,6 @@
 #include <brindle/utility/Unicode.h>
 
+#include "utility/src/UnicodeAssign.h"
 #include "utility/src/UnicodeKernels.h"
 
 #include <algorithm>
@@ -58,9 +59,9 @@ UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
     return UTF8String(buffer, bytes);
 }
 
-UTF16String DecodeChunks(std::uint8_t const* inText, std::size_t inCount) {
-    UTF16String result;
-    result.reserve(Kernels().CountUTF16(inText, inCount));
+/// Appends to an empty text.
+void DecodeChunks(std::uint8_t const* inText, std::size_t inCount, UTF16String& ioText) {
+    ioText.reserve(Kernels().CountUTF16(inText, inCount));
     std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
     for (std::size_t done = 0; done < inCount;) {
         // A chunk's border may cut a sequence, which the next chunk then starts with. No progress
@@ -68,24 +69,36 @@ UTF16String DecodeChunks(std::uint8_t const* inText, std::size_t inCount) {
         impl::UnicodeProgress const progress =
             Kernels().DecodeUTF8(inText + done, std::min(inCount - done, kChunk), buffer);
         if (progress.consumed == 0) {
-            result.shrink_to_fit();
+            ioText.shrink_to_fit();
             break;
         }
-        result.append(buffer, progress.produced);
+        ioText.append(buffer, progress.produced);
         done += progress.consumed;
     }
-    return result;
 }
 
 UTF16String Decode(std::uint8_t const* inText, std::size_t inCount) {
     if (inCount > kChunk) {
-        return DecodeChunks(inText, inCount);
+        UTF16String result;
+        DecodeChunks(inText, inCount, result);
+        return result;
     }
     std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
     return UTF16String(buffer, Kernels().DecodeUTF8(inText, inCount, buffer).produced);
 }
 
 } // namespace
+
+void impl::AssignUTF8to16(char const* inText, std::size_t inCount, UTF16String& outText) {
+    std::uint8_t const* const text = AsciiToUTF8Impl(inText);
+    if (inCount > kChunk) {
+        outText.clear();
+        DecodeChunks(text, inCount, outText);
+        return;
+    }
+    std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
+    outText.assign(buffer, Kernels().DecodeUTF8(text, inCount, buffer).produced);
+}
 
 UTF8String UTF16to8(UTF16String const& inText) {
     return Encode(inText.data(), inText.size());

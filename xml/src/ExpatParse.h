@@ -1,0 +1,57 @@
+#pragma once
+
+#include <brindle/utility/TextTypes.h>
+#include <brindle/xml/AbstractParseHandler.h>
+#include <brindle/xml/XMLParseStatus.h>
+
+#include "platform/Files.h"
+#include "xml/src/AttributeMap.h"
+
+#include <boost/core/noncopyable.hpp>
+#include <expat.h>
+
+#include <cstddef>
+#include <exception>
+#include <memory>
+
+namespace brindle::xml::impl {
+
+/// One document on its way through Expat to a handler. For a single parse.
+class ExpatParse : private boost::noncopyable {
+public:
+    /// The handler outlives the parse. Expat takes its memory from `inMemory`, or from the heap.
+    explicit ExpatParse(AbstractParseHandler& ioHandler,
+                        XML_Memory_Handling_Suite const* inMemory = nullptr);
+
+    XMLParseStatus Document(UTF8String const& inBuffer);
+    /// From the position of the file to its end.
+    XMLParseStatus Document(platform::OpenFile& ioFile);
+
+private:
+    struct Free {
+        void operator()(XML_Parser inParser) const noexcept { XML_ParserFree(inParser); }
+    };
+
+    static void XMLCALL StartElement(void* ioParse, char const* inName, char const** inAttributes);
+    static void XMLCALL EndElement(void* ioParse, char const* inName);
+    static void XMLCALL Characters(void* ioParse, char const* inText, int inLength);
+
+    template <typename Event>
+    void Send(Event inEvent) noexcept;
+    template <typename Feed>
+    XMLParseStatus Run(Feed inFeed);
+
+    bool FeedAll(UTF8String const& inBuffer);
+    bool FeedAll(platform::OpenFile& ioFile);
+    bool EndsInsideToken(std::size_t inFed, std::size_t inLength) const noexcept;
+
+    AbstractParseHandler& mHandler;
+    std::unique_ptr<XML_ParserStruct, Free> mParser;
+    std::exception_ptr mException; ///< what the handler threw
+    // Kept from event to event, for their storage.
+    UTF16String mName;
+    UTF16String mText;
+    AttributeMap mAttributes;
+};
+
+} // namespace brindle::xml::impl
