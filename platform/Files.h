@@ -109,6 +109,25 @@ ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo);
 /// file open, 112, 223.
 ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount);
 
+/// Puts the regular file `inFrom` in place of `inTo`, which need not exist, with the promises of
+/// `ReplaceContent`; then nothing stands at `inFrom`. It also works between file systems. Waits a
+/// moment for whoever else is replacing the same file. Errors: 2, 3; 5 also what is no regular file
+/// on either side; 32 anybody has the old file open, or `inFrom` for writing; 1117 the disk failed,
+/// possibly behind the replacing; 1921 `inFrom` is a link.
+ErrorCode ReplaceFile(UTF16String const& inFrom, UTF16String const& inTo);
+
+/// Whom a new file lets read it.
+enum class Readers {
+    kOwner,
+    kAnybody ///< whom the process's settings let
+};
+
+/// Makes a file with the content where nothing stands, not even a link (183). A failure leaves
+/// none. The content is in the system's hands when this returns, and not yet on the disk. Errors:
+/// 3, 5, 19, 112, 183, 206, 223.
+ErrorCode WriteNewFile(UTF16String const& inPath, Readers inReaders, void const* inBytes,
+                       std::size_t inCount);
+
 /// Adds the content at the end of the file, which is made if it is missing. A failure takes back
 /// what was added. Errors as for `ReplaceContent`.
 ErrorCode AppendContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount);

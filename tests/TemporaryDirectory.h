@@ -14,8 +14,9 @@ namespace brindle::tests {
 /// A fresh, empty directory, removed with all that is in it at the end.
 class TemporaryDirectory {
 public:
-    TemporaryDirectory() {
-        mNative = (std::filesystem::temp_directory_path() / "brindle-test-XXXXXX").string();
+    explicit TemporaryDirectory(
+        std::filesystem::path const& inParent = std::filesystem::temp_directory_path()) {
+        mNative = (inParent / "brindle-test-XXXXXX").string();
         if (::mkdtemp(mNative.data()) == nullptr) {
             throw std::runtime_error("no temporary directory");
         }

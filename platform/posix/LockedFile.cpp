@@ -11,7 +11,12 @@ namespace brindle::platform {
 
 namespace {
 
-/// 0, or the number of a refusal. A file system without locks grants every one.
+bool IsSameFile(struct stat const& inLHS, struct stat const& inRHS) noexcept {
+    return inLHS.st_dev == inRHS.st_dev && inLHS.st_ino == inRHS.st_ino;
+}
+
+} // namespace
+
 ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
     int const operation = (inLock == Lock::kShared ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (Uninterrupted([&] { return ::flock(inDescriptor, operation); }) == 0) {
@@ -19,12 +24,6 @@ ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
     }
     return errno == EWOULDBLOCK ? kError_SharingViolation : kError_None;
 }
-
-bool IsSameFile(struct stat const& inLHS, struct stat const& inRHS) noexcept {
-    return inLHS.st_dev == inRHS.st_dev && inLHS.st_ino == inRHS.st_ino;
-}
-
-} // namespace
 
 Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock) {
     constexpr mode_t kAnybody = 0666;
