@@ -7,10 +7,13 @@
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/utility/Streams.h>
 #include <brindle/utility/Unicode.h>
+#include <brindle/xml/ExpatParser.h>
+#include <brindle/xml/Parser.h>
 
 #include <algorithm>
 #include <exception>
 #include <iomanip>
+#include <memory>
 
 namespace brindle::host {
 
@@ -20,18 +23,18 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-Verb const* const kVerbs[] = {&kSumVerb, &kTimeVerb, &kCalcVerb, &kGuidVerb};
+Verb const* const kVerbs[] = {&kSumVerb, &kTimeVerb, &kCalcVerb, &kGuidVerb, &kLayoutVerb};
 
 void PrintHelp() {
     auto& out = utility::streams::Out;
     out << "usage: brindle VERB [OPTION...] [OPERAND...]\n\n";
     for (Verb const* const verb : kVerbs) {
         std::string const call = std::string(verb->name) + ' ' + verb->synopsis;
-        out << "  " << std::left << std::setw(34) << call << verb->summary << '\n';
+        out << "  " << std::left << std::setw(38) << call << verb->summary << '\n';
     }
     out << "\n"
-           "  brindle VERB --help               what a verb does\n"
-           "  brindle --version                 the version of the library\n"
+           "  brindle VERB --help                   what a verb does\n"
+           "  brindle --version                     the version of the library\n"
            "\n"
            "What follows -- is no option. Exit status: 0 done, 1 done but something failed, 2 "
            "wrong "
@@ -108,9 +111,13 @@ int main(int inCount, char** inWords) {
     host::HostLocalizer localizer;
     config::ErrorManager::Set(&errorManager);
     config::Localizer::Set(&localizer);
+    std::unique_ptr<xml::DocParserFactory> parserFactory =
+        std::make_unique<xml::ExpatParserFactory>();
+    xml::SetParserFactory(parserFactory);
 
     int const status = host::RunAndReport({inWords + std::min(inCount, 1), inWords + inCount});
 
+    xml::ResetParserFactory();
     config::Localizer::Set(nullptr);
     config::ErrorManager::Set(nullptr);
     return status;

@@ -3,15 +3,21 @@
 #include <brindle/arrange/DynamicGroup.h>
 #include <brindle/geom/Point.h>
 
+#include <array>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
 #include <vector>
 
-namespace layout_gallery {
+namespace brindle::host::layout {
 
 /// What a leaf stands for in the picture.
 enum class Role { kButton, kField, kLabel, kMeter, kPicture, kSpacer };
+
+/// The names of the roles, in their order.
+constexpr std::array<char const*, 6> kRoleNames{"button", "field",   "label",
+                                                "meter",  "picture", "spacer"};
 
 /// What a leaf asks for along one axis. One that is expandable takes what it is offered between its
 /// minimum and its maximum.
@@ -31,6 +37,7 @@ struct MarginsDescription {
 
 /// A tree told as plain data: a group if it has a kind, a leaf otherwise.
 struct NodeDescription {
+    std::uint32_t key = 0; ///< among its siblings, which stand in the order of their keys
     std::string label;
     MarginsDescription margins;
 
@@ -40,14 +47,12 @@ struct NodeDescription {
     ExtentDescription height;
 
     // a group's
-    std::optional<brindle::arrange::GroupArrangementType> kind;
-    brindle::geom::PointT<float> spacing;
-    brindle::arrange::AlignmentHorizontal horizontalAlignment =
-        brindle::arrange::kAlignmentHorizontal_Left;
-    brindle::arrange::AlignmentVertical verticalAlignment =
-        brindle::arrange::kAlignmentVertical_Top;
+    std::optional<arrange::GroupArrangementType> kind;
+    geom::PointT<float> spacing;
+    arrange::AlignmentHorizontal horizontalAlignment = arrange::kAlignmentHorizontal_Left;
+    arrange::AlignmentVertical verticalAlignment = arrange::kAlignmentVertical_Top;
     bool hasSeparators = false;
     std::vector<NodeDescription> children;
 };
 
-} // namespace layout_gallery
+} // namespace brindle::host::layout

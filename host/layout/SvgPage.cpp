@@ -1,21 +1,29 @@
-#include "SvgPage.h"
+#include "host/layout/SvgPage.h"
 
+#include <brindle/xml/ReservedCharacters.h>
+
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <locale>
 #include <utility>
 
-namespace layout_gallery {
+namespace brindle::host::layout {
 
 namespace {
 
-/// A number with at most two decimals.
+constexpr double kFurthest = 1e12;
+constexpr float kLetterWidth = 0.6F; ///< of the font size, at the most on average
+
+/// A number with at most two decimals; what lies further out is drawn at the furthest.
 struct Number {
     float value;
 };
 
 std::ostream& operator<<(std::ostream& ioStream, Number inNumber) {
-    long const hundredths = std::lround(double{inNumber.value} * 100);
+    // A layout of sizes beyond all bounds has places that are no numbers.
+    double const value = std::isnan(inNumber.value) ? 0 : double{inNumber.value};
+    long const hundredths = std::lround(std::clamp(value, -kFurthest, kFurthest) * 100);
     long const magnitude = std::labs(hundredths);
     ioStream << (hundredths < 0 ? "-" : "") << magnitude / 100;
     if (long const decimals = magnitude % 100; decimals != 0) {
@@ -28,23 +36,9 @@ std::ostream& operator<<(std::ostream& ioStream, Number inNumber) {
 }
 
 std::string Escaped(std::string const& inText) {
-    std::string escaped;
-    for (char const character : inText) {
-        switch (character) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        default:
-            escaped += character;
-        }
-    }
-    return escaped;
+    UTF8String escaped;
+    xml::utils::EncodeReservedCharacters(UTF8String(inText.begin(), inText.end()), escaped);
+    return {escaped.begin(), escaped.end()};
 }
 
 } // namespace
@@ -97,4 +91,13 @@ void SvgPage::Write(std::ostream& ioStream, float inWidth, float inHeight) const
     ioStream << head.str() << mBody.str() << "</svg>\n";
 }
 
-} // namespace layout_gallery
+float TextWidth(std::string const& inText, float inFontSize) {
+    return static_cast<float>(inText.size()) * kLetterWidth * inFontSize;
+}
+
+SvgPage::Rect OnPixels(SvgPage::Rect const& inRect) {
+    return {inRect.x + 0.5F, inRect.y + 0.5F, std::max(0.0F, inRect.width - 1),
+            std::max(0.0F, inRect.height - 1)};
+}
+
+} // namespace brindle::host::layout
