@@ -1,6 +1,6 @@
 #include "host/layout/ListReader.h"
 
-#include "host/layout/ReadDescription.h"
+#include "host/layout/NodeDescription.h"
 
 #include <brindle/utility/Unicode.h>
 

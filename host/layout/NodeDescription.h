@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,13 @@ struct NodeDescription {
     arrange::AlignmentVertical verticalAlignment = arrange::kAlignmentVertical_Top;
     bool hasSeparators = false;
     std::vector<NodeDescription> children;
+};
+
+/// A property list describes no tree. `what()` is the path of the key that is wrong, with what was
+/// expected there: "children/2/width/best: a number is expected, not a text".
+class description_error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
 };
 
 } // namespace brindle::host::layout
