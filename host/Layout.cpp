@@ -10,8 +10,8 @@
 #include <brindle/utility/FileUtils.h>
 #include <brindle/utility/Streams.h>
 
+#include <algorithm>
 #include <charconv>
-#include <limits>
 #include <sstream>
 
 namespace brindle::host {
@@ -30,12 +30,13 @@ geom::PointT<float> SizeFromText(std::string const& inText) {
         auto const [last, heightError] = std::from_chars(middle + 1, end, size.y);
         // Comparisons with what is not a number are false.
         if (heightError == std::errc() && last == end && size.x > 0 && size.y > 0 &&
-            std::max(size.x, size.y) <= std::numeric_limits<float>::max()) {
+            std::max(size.x, size.y) <= kLargestSize) {
             return size;
         }
     }
-    throw usage_error("WIDTHxHEIGHT takes two numbers above 0, such as 640x480.5, not '" + inText +
-                      "'");
+    throw usage_error(
+        "WIDTHxHEIGHT takes two numbers above 0, up to 1e9, such as 640x480.5, not '" + inText +
+        "'");
 }
 
 void AppendNumber(std::string& ioText, float inNumber) {
@@ -136,7 +137,7 @@ Verb const kLayoutVerb = {
     "  --svg=OUT  draws the tree into the file OUT instead\n"
     "\n"
     "A node is a list of these keys, and any other key is an error. Sizes are numbers from 0\n"
-    "up, of any type.\n"
+    "to 1e9, of any type.\n"
     "\n"
     "  label            a text\n"
     "  margins          a number, or a list: left, top, right, bottom\n"

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 #include <list>
 #include <set>
 #include <utility>
@@ -103,9 +102,9 @@ std::optional<float> ListReader::Number(char const* inKey, std::string const& in
         FailAsOther(inKey, inExpected);
     }
     // Comparisons with what is not a number are false.
-    if (!(*number >= 0 && *number <= double{std::numeric_limits<float>::max()})) {
+    if (!(*number >= 0 && *number <= double{kLargestSize})) {
         char text[32];
-        Fail(inKey, "a number from 0 to 3.4e38 is expected, not " +
+        Fail(inKey, "a number from 0 to 1e9 is expected, not " +
                         std::string(text, std::to_chars(text, std::end(text), *number).ptr));
     }
     return static_cast<float>(*number);

@@ -5,13 +5,15 @@
 
 #include <array>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace brindle::host::layout {
+
+/// No size, margin or spacing is to be larger: then all sums are finite.
+constexpr float kLargestSize = 1e9F;
 
 /// What a leaf stands for in the picture.
 enum class Role { kButton, kField, kLabel, kMeter, kPicture, kSpacer };
@@ -26,7 +28,7 @@ struct ExtentDescription {
     float best = 0;
     std::optional<float> minimum; ///< the best size if it is not told
     bool isExpandable = false;
-    float maximum = std::numeric_limits<float>::infinity();
+    float maximum = kLargestSize;
 };
 
 struct MarginsDescription {

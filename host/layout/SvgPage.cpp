@@ -12,18 +12,15 @@ namespace brindle::host::layout {
 
 namespace {
 
-constexpr double kFurthest = 1e12;
 constexpr float kLetterWidth = 0.6F; ///< of the font size, at the most on average
 
-/// A number with at most two decimals; what lies further out is drawn at the furthest.
+/// A number with at most two decimals.
 struct Number {
     float value;
 };
 
 std::ostream& operator<<(std::ostream& ioStream, Number inNumber) {
-    // A layout of sizes beyond all bounds has places that are no numbers.
-    double const value = std::isnan(inNumber.value) ? 0 : double{inNumber.value};
-    long const hundredths = std::lround(std::clamp(value, -kFurthest, kFurthest) * 100);
+    long const hundredths = std::lround(double{inNumber.value} * 100);
     long const magnitude = std::labs(hundredths);
     ioStream << (hundredths < 0 ? "-" : "") << magnitude / 100;
     if (long const decimals = magnitude % 100; decimals != 0) {
