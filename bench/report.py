@@ -15,7 +15,8 @@ REPETITIONS = 9
 
 
 def rows_of_the_program(binary):
-    """(subject, case, who) -> nanoseconds of one iteration, the median of interleaved repetitions, and rates."""
+    """(subject, case, who) -> nanoseconds of one iteration, the median of interleaved repetitions, and rates; or, where
+    a row counts them, the bytes that it takes, and None."""
     with tempfile.NamedTemporaryFile() as out:
         subprocess.run(
             [binary, f"--benchmark_repetitions={REPETITIONS}", "--benchmark_min_time=0.1",
@@ -34,7 +35,9 @@ def rows_of_the_program(binary):
             percentiles = [(name, row[counter]) for name, counter in PERCENTILES if counter in row]
             for name, microseconds in percentiles:
                 rows[subject, f"{label}, {name}", who] = microseconds * UNITS["us"], (None, None)
-            if not percentiles:
+            if "bytes_each" in row:
+                rows[subject, label, who] = row["bytes_each"], None
+            elif not percentiles:
                 rows[subject, label, who] = took * UNITS[row["time_unit"]], rate
     return rows
 
@@ -94,6 +97,8 @@ def machine():
 
 
 def shown(figure):
+    if figure[1] is None:
+        return f"{figure[0]:.0f} bytes"
     nanoseconds, (bytes_per_second, items_per_second) = figure
     if bytes_per_second:
         return f"{bytes_per_second / 1e9:.3g} GB/s"

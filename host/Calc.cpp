@@ -1,10 +1,8 @@
+#include "host/PlainText.h"
 #include "host/Verbs.h"
 
 #include <brindle/utility/Calculator.h>
 #include <brindle/utility/Streams.h>
-#include <brindle/utility/Unicode.h>
-
-#include <charconv>
 
 namespace brindle::host {
 
@@ -16,9 +14,7 @@ void Run(Arguments const& inArguments, Diagnostics&) {
     }
     char const* const expression = inArguments.Operands()[0].c_str();
     double const value = utility::Calculate(utility::AsciiToUTF16(expression));
-    char text[32];
-    char* const end = std::to_chars(text, text + sizeof text, value).ptr;
-    utility::streams::Out.write(text, end - text) << '\n';
+    utility::streams::Out << NumberText(value) << '\n';
 }
 
 } // namespace

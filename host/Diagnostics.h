@@ -23,6 +23,9 @@ public:
     /// Writes "brindle: PATH: reason" and remembers that something failed.
     void Report(std::string const& inPath, std::string const& inReason);
 
+    /// Remembers that what was compared differs, which a verb tells as its result.
+    void NoteDifference() noexcept { mHasFailures = true; }
+
     /// Shows how far the work is, at most some times a second.
     void ShowProgress(std::string const& inText);
 

@@ -8,6 +8,7 @@
 #include <brindle/filesupport/PlatformByteStreams.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <vector>
 
 namespace brindle::host {
@@ -17,25 +18,6 @@ using namespace filesupport;
 namespace {
 
 constexpr std::size_t kBlockSize = 128 * 1024;
-
-void RequireRegular(FileKind inKind) {
-    switch (inKind) {
-    case FileKind::kRegular:
-        return;
-    case FileKind::kMissing:
-        throw unreadable_error("no such file or directory");
-    case FileKind::kDirectory:
-        throw unreadable_error("has become a directory");
-    case FileKind::kPipe:
-        throw unreadable_error("skipped, it is a FIFO");
-    case FileKind::kSocket:
-        throw unreadable_error("skipped, it is a socket");
-    case FileKind::kDevice:
-        throw unreadable_error("skipped, it is a device");
-    case FileKind::kOther:
-        throw unreadable_error("skipped, it is no regular file");
-    }
-}
 
 /// Hands the bytes of a file to a stream, block by block.
 void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
@@ -55,8 +37,33 @@ void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
 
 } // namespace
 
+std::string CRCText(std::uint32_t inCRC) {
+    char text[9];
+    std::snprintf(text, sizeof text, "%08x", static_cast<unsigned>(inCRC));
+    return text;
+}
+
+void RequireRegular(File const& inFile) {
+    switch (KindOf(inFile)) {
+    case FileKind::kRegular:
+        return;
+    case FileKind::kMissing:
+        throw missing_error();
+    case FileKind::kDirectory:
+        throw irregular_error("has become a directory");
+    case FileKind::kPipe:
+        throw irregular_error("skipped, it is a FIFO");
+    case FileKind::kSocket:
+        throw irregular_error("skipped, it is a socket");
+    case FileKind::kDevice:
+        throw irregular_error("skipped, it is a device");
+    case FileKind::kOther:
+        throw irregular_error("skipped, it is no regular file");
+    }
+}
+
 FileSum SumOf(File const& inFile) {
-    RequireRegular(KindOf(inFile));
+    RequireRegular(inFile);
     try {
         IPlatformByteStream source(inFile);
         OCountingByteStream counter;
@@ -64,10 +71,27 @@ FileSum SumOf(File const& inFile) {
         CopyBlocks(source, crc);
         return {crc.Value(), counter.Count()};
     } catch (file_not_found_exception const&) {
-        throw unreadable_error("no such file or directory");
+        throw missing_error();
     } catch (eof_error const&) {
         throw unreadable_error("became shorter while it was read");
     } catch (byte_stream_exception const&) {
+        throw unreadable_error("cannot be read");
+    }
+}
+
+FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
+    try {
+        outModified = inFile.Modified();
+        FileSum const sum = SumOf(inFile);
+        std::uint64_t const size = inFile.Size(kFileSize_Data);
+        // The time may stand still while a file grows, and the system tells no size of some files.
+        if (inFile.Modified() != outModified || (size != 0 && size != sum.size)) {
+            throw unreadable_error("changed while it was read");
+        }
+        return sum;
+    } catch (file_not_found_exception const&) {
+        throw missing_error();
+    } catch (file_exception const&) {
         throw unreadable_error("cannot be read");
     }
 }

@@ -1,28 +1,15 @@
 #include "host/HostErrorManager.h"
 
+#include "host/PlainText.h"
+
 #include <brindle/config/Localizer.h>
 #include <brindle/utility/Streams.h>
-#include <brindle/utility/Unicode.h>
 
-#include <array>
-#include <charconv>
 #include <string>
 
 namespace brindle::host {
 
 namespace {
-
-std::string Narrow(UTF16String const& inText) {
-    UTF8String const bytes = utility::UTF16to8(inText);
-    return std::string(bytes.begin(), bytes.end());
-}
-
-/// A number so that it reads back as the same value.
-template <typename Number>
-std::string TextOf(Number inNumber) {
-    std::array<char, 32> text{};
-    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), inNumber).ptr};
-}
 
 std::string TextOf(config::ReplacementValue const& inValue) {
     using config::ReplacementValue;
@@ -30,13 +17,13 @@ std::string TextOf(config::ReplacementValue const& inValue) {
     case ReplacementValue::kKind_None:
         break;
     case ReplacementValue::kKind_Signed:
-        return TextOf(inValue.GetSigned());
+        return NumberText(inValue.GetSigned());
     case ReplacementValue::kKind_Unsigned:
-        return TextOf(inValue.GetUnsigned());
+        return NumberText(inValue.GetUnsigned());
     case ReplacementValue::kKind_Double:
-        return TextOf(inValue.GetDouble());
+        return NumberText(inValue.GetDouble());
     case ReplacementValue::kKind_Text:
-        return Narrow(inValue.GetText());
+        return PlainText(inValue.GetText());
     }
     return {};
 }
@@ -65,7 +52,7 @@ void HostErrorManager::ThrowErrorImpl(config::ErrorLevel inLevel, char const* in
                                       config::ReplacementValue const& inSecond,
                                       config::ReplacementValue const& inThird,
                                       config::ReplacementValue const& inFourth) {
-    std::string const text = Narrow(config::Localizer::Get()->LocalizeString(inKey));
+    std::string const text = PlainText(config::Localizer::Get()->LocalizeString(inKey));
     config::ReplacementValue const* const values[] = {&inFirst, &inSecond, &inThird, &inFourth};
     utility::streams::Err << "brindle: " << Expanded(text, values) << '\n';
     if (inLevel == config::kErrorLevel_Fatal) {

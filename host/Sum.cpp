@@ -1,96 +1,56 @@
-#include "host/FileSum.h"
-#include "host/InOrder.h"
+#include "host/FilesBelow.h"
+#include "host/SumInOrder.h"
 #include "host/Verbs.h"
 
 #include <brindle/filesupport/NativePath.h>
-#include <brindle/filesupport/RecursiveFileIterator.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace brindle::host {
 
 namespace {
 
-using namespace filesupport;
-
-constexpr std::uint32_t kMostJobs = 1024;
-
-/// What came of summing a file: a sum, or a reason why there is none.
-struct Outcome {
-    FileSum sum;
-    std::string failure;
-};
-
 /// The native paths of all files below the operands, sorted byte by byte.
-std::vector<std::string> FilesBelow(std::vector<std::string> const& inOperands,
-                                    Diagnostics& ioDiagnostics) {
-    std::vector<std::string> paths;
-    auto const reportUnreadable = [&ioDiagnostics](Dir const& inDir) {
-        ioDiagnostics.Report(NativePath(inDir), "the directory cannot be read");
-    };
+std::vector<std::string> FilesOf(std::vector<std::string> const& inOperands,
+                                 Diagnostics& ioDiagnostics) {
+    FoundFiles found;
     for (std::string const& operand : inOperands) {
-        Dir const dir = DirFromNative(operand);
-        if (!dir.Exists()) {
-            paths.push_back(operand);
-            continue;
-        }
-        RecursiveFileIterator const end;
-        for (RecursiveFileIterator file(dir, false, reportUnreadable); file != end; ++file) {
-            paths.push_back(NativePath(*file));
-            ioDiagnostics.ShowProgress("looking for files: " + std::to_string(paths.size()));
+        filesupport::Dir const dir = filesupport::DirFromNative(operand);
+        if (dir.Exists()) {
+            FindFilesBelow(dir, found, ioDiagnostics);
+        } else {
+            found.files.push_back(operand);
         }
     }
-    std::sort(paths.begin(), paths.end());
-    return paths;
+    std::sort(found.files.begin(), found.files.end());
+    return std::move(found.files);
 }
 
 void PrintLine(FileSum const& inSum, std::string const& inPath) {
     std::string const name = EscapedName(inPath);
-    char numbers[40];
-    std::snprintf(numbers, sizeof numbers, "%08x  %llu  ", static_cast<unsigned>(inSum.crc),
-                  static_cast<unsigned long long>(inSum.size));
-    utility::streams::Out << (name.size() != inPath.size() ? "\\" : "") << numbers << name << '\n';
+    utility::streams::Out << (name.size() != inPath.size() ? "\\" : "") << CRCText(inSum.crc)
+                          << "  " << std::to_string(inSum.size) << "  " << name << '\n';
 }
 
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (inArguments.Operands().empty()) {
         throw usage_error("sum needs a PATH");
     }
-    constexpr std::uint32_t kAsManyAsProcessors = 0;
-    auto const jobs = inArguments.Number("jobs", 1, kMostJobs, kAsManyAsProcessors);
-
-    std::vector<std::string> const paths = FilesBelow(inArguments.Operands(), ioDiagnostics);
-    std::vector<Outcome> outcomes(std::min(paths.size(), kMostAhead));
-    std::uint64_t bytes = 0;
-    auto const showProgress = [&](std::size_t inDone) {
-        ioDiagnostics.ShowProgress("summed " + std::to_string(inDone) + " of " +
-                                   std::to_string(paths.size()) + " files, " +
-                                   std::to_string(bytes >> 20) + " MiB");
+    std::uint32_t const jobs = Jobs(inArguments);
+    std::vector<std::string> const paths = FilesOf(inArguments.Operands(), ioDiagnostics);
+    auto const sum = [&paths](std::size_t inIndex) {
+        return SumOf(filesupport::FileFromNative(paths[inIndex]));
     };
-    auto const sum = [&](std::size_t inIndex) {
-        Outcome& outcome = outcomes[inIndex % kMostAhead];
-        outcome = Outcome();
-        try {
-            outcome.sum = SumOf(FileFromNative(paths[inIndex]));
-        } catch (unreadable_error const& error) {
-            outcome.failure = error.what();
-        }
-    };
-    auto const print = [&](std::size_t inIndex) {
-        Outcome const& outcome = outcomes[inIndex % kMostAhead];
-        if (outcome.failure.empty()) {
-            bytes += outcome.sum.size;
+    auto const print = [&](std::size_t inIndex, SumOutcome const& inOutcome) {
+        if (inOutcome.failure.empty()) {
             ioDiagnostics.MakeRoomForOutput();
-            PrintLine(outcome.sum, paths[inIndex]);
+            PrintLine(inOutcome.sum, paths[inIndex]);
         } else {
-            ioDiagnostics.Report(paths[inIndex], outcome.failure);
+            ioDiagnostics.Report(paths[inIndex], inOutcome.failure);
         }
-        showProgress(inIndex + 1);
     };
-    showProgress(0);
-    RunInOrder(paths.size(), jobs, sum, print);
+    SumInOrder(paths.size(), jobs, ioDiagnostics, sum, print);
 }
 
 } // namespace

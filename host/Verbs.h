@@ -23,7 +23,12 @@ struct Verb {
 extern Verb const kCalcVerb;
 extern Verb const kGuidVerb;
 extern Verb const kLayoutVerb;
+extern Verb const kPackVerb;
+extern Verb const kPlistVerb;
+extern Verb const kSealVerb;
 extern Verb const kSumVerb;
 extern Verb const kTimeVerb;
+extern Verb const kUnpackVerb;
+extern Verb const kVerifyVerb;
 
 } // namespace brindle::host

@@ -2,11 +2,11 @@
 #include "host/Diagnostics.h"
 #include "host/HostErrorManager.h"
 #include "host/HostLocalizer.h"
+#include "host/PlainText.h"
 #include "host/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/utility/Streams.h>
-#include <brindle/utility/Unicode.h>
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
@@ -23,22 +23,23 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-Verb const* const kVerbs[] = {&kSumVerb, &kTimeVerb, &kCalcVerb, &kGuidVerb, &kLayoutVerb};
+Verb const* const kVerbs[] = {&kSumVerb,    &kSealVerb, &kVerifyVerb, &kPlistVerb, &kPackVerb,
+                              &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb,  &kLayoutVerb};
 
 void PrintHelp() {
     auto& out = utility::streams::Out;
     out << "usage: brindle VERB [OPTION...] [OPERAND...]\n\n";
     for (Verb const* const verb : kVerbs) {
         std::string const call = std::string(verb->name) + ' ' + verb->synopsis;
-        out << "  " << std::left << std::setw(38) << call << verb->summary << '\n';
+        out << "  " << std::left << std::setw(41) << call << verb->summary << '\n';
     }
     out << "\n"
-           "  brindle VERB --help                   what a verb does\n"
-           "  brindle --version                     the version of the library\n"
+           "  brindle VERB --help                      what a verb does\n"
+           "  brindle --version                        the version of the library\n"
            "\n"
-           "What follows -- is no option. Exit status: 0 done, 1 done but something failed, 2 "
-           "wrong "
-           "usage.\n";
+           "What follows -- is no option. Exit status: 0 done, 1 done but something failed "
+           "or differed,\n"
+           "2 wrong usage.\n";
 }
 
 Verb const& FindVerb(std::string const& inName) {
@@ -70,8 +71,7 @@ int Run(std::vector<std::string> const& inWords) {
         return kStatus_Done;
     }
     if (first == "--version") {
-        UTF8String const version = utility::UTF16to8(config::GetVersionString());
-        utility::streams::Out << "brindle " << std::string(version.begin(), version.end()) << '\n';
+        utility::streams::Out << "brindle " << PlainText(config::GetVersionString()) << '\n';
         return kStatus_Done;
     }
     Verb const& verb = FindVerb(first);
@@ -111,9 +111,8 @@ int main(int inCount, char** inWords) {
     host::HostLocalizer localizer;
     config::ErrorManager::Set(&errorManager);
     config::Localizer::Set(&localizer);
-    std::unique_ptr<xml::DocParserFactory> parserFactory =
-        std::make_unique<xml::ExpatParserFactory>();
-    xml::SetParserFactory(parserFactory);
+    std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
+    xml::SetParserFactory(parsers);
 
     int const status = host::RunAndReport({inWords + std::min(inCount, 1), inWords + inCount});
 

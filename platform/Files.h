@@ -72,6 +72,7 @@ public:
 private:
     friend Result<OpenFile> OpenForReading(UTF16String const&);
     friend Result<OpenFile> OpenForWriting(UTF16String const&);
+    friend Result<OpenFile> CreateNewFile(UTF16String const&);
     static constexpr std::intptr_t kInvalidHandle = -1;
     explicit OpenFile(std::intptr_t inHandle) noexcept : mHandle(inHandle) {}
 
@@ -90,6 +91,10 @@ Result<std::string> ReadContent(UTF16String const& inPath, std::size_t inMost);
 /// Opens an existing regular file for writing at its beginning, alone; nothing is created or cut.
 /// Errors as for reading; 32 anybody has it open; 19 a read-only file system.
 Result<OpenFile> OpenForWriting(UTF16String const& inPath);
+
+/// Makes an empty file and opens it for writing, alone. Errors as for `CreateEmptyFile`; 80, or 5,
+/// if anything stands at the path, a link that leads nowhere too.
+Result<OpenFile> CreateNewFile(UTF16String const& inPath);
 
 /// Makes an empty file, or empties an existing regular one that nobody has open (32). Error 5 where
 /// a directory or a special file stands.

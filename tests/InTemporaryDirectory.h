@@ -31,6 +31,10 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
+    std::ptrdiff_t EntryCount(std::string const& inName = "") const {
+        return std::distance(std::filesystem::directory_iterator(Native(inName)), {});
+    }
+
     TemporaryDirectory mTemporary;
 };
 

@@ -37,8 +37,11 @@ private:
     std::unique_ptr<platform::OpenFile> mFile;
 };
 
-/// Writes over an existing regular file from its beginning, alone. It neither makes a file nor
-/// shortens one: what lies behind the last byte written survives.
+/// Selects the constructor that makes the file.
+enum MakeNewFile { kMakeNewFile };
+
+/// Writes over an existing regular file from its beginning, alone, or makes a new one. It never
+/// shortens a file: what lies behind the last byte written survives.
 ///
 /// One system call for each `Put` and each `WriteBlock`: wrap it in `OBufferedByteStream` to write
 /// by the byte. Every operation throws `io_error` on a failure of the system, such as a full disk.
@@ -47,6 +50,9 @@ public:
     /// Throws `file_not_found_exception` if there is no such file, `io_error` on any other failure:
     /// no regular file, no permission, or open elsewhere.
     explicit OPlatformByteStream(File const& inFile);
+    /// Throws a class of `create_exception` if the file cannot be made, also because something
+    /// stands there already, and be it a link that leads nowhere.
+    OPlatformByteStream(File const& inFile, MakeNewFile);
     ~OPlatformByteStream() override;
 
     void Put(std::uint8_t inByte) override;

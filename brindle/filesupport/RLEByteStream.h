@@ -25,12 +25,16 @@ public:
     /// source fails to deliver counts as read.
     void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
 
+    /// The same, but for an end between two packets, which is where whole data ends: there it
+    /// returns, with how many bytes there were. Throws `eof_error` where a packet is cut short.
+    std::uint32_t ReadUpTo(std::uint8_t* outDestination, std::uint32_t inCount);
+
     /// There are no positions in a decoded stream: both throw `byte_stream_exception`.
     void CurPos(std::uint64_t inPosition) override;
     std::uint64_t CurPos() const override;
 
 private:
-    void NeedPacket();
+    bool HasPacket();
 
     IByteStream& mSource;
     std::uint32_t mLiteralsLeft = 0;

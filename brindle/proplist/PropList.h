@@ -3,11 +3,9 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <list>
-#include <map>
-#include <memory>
+#include <vector>
 
 namespace brindle::proplist {
 
@@ -40,18 +38,15 @@ enum PropListPropertyType : std::int32_t {
     kPropertyType_DoubleArray = 21
 };
 
+class PropList;
 class PropListXMLHandler;
 
 namespace impl {
 
-class PropNodeBase;
+struct PropNodeSlot;
+using PropNodeBlocks = std::vector<std::vector<PropNodeSlot>>;
 
-/// Orders keys by their bytes, as unsigned numbers; a key stands behind its own beginnings.
-struct KeyOrder {
-    bool operator()(UTF8String const& inLHS, UTF8String const& inRHS) const noexcept;
-};
-
-using PropNodes = std::map<UTF8String, std::unique_ptr<PropNodeBase>, KeyOrder>;
+bool HoldsCutText(PropList const& inList);
 
 } // namespace impl
 
@@ -156,10 +151,11 @@ public:
 
 private:
     friend class PropListXMLHandler; // sets the version that a document tells
+    friend bool impl::HoldsCutText(PropList const& inList);
 
     void DeleteNodes() noexcept;
 
-    impl::PropNodes mNodes;
+    impl::PropNodeBlocks mNodes; // by the bytes of their keys
     std::uint16_t mVersion = GetCurrentVersion();
 };
 

@@ -38,9 +38,13 @@ BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRe
 /// Writes the document to the file so that the old document or the new one is there, whole,
 /// whatever happens.
 ///
-/// Throws `filesupport::file_exception` if that fails, and before anything is touched if a key or
-/// a text holds a character that XML has no form for: a control character other than tab and the
-/// line ends, a surrogate without its partner, U+FFFE or U+FFFF.
+/// The document is on the disk when this returns. A link stays a link, and an old file's mode and
+/// owner are kept.
+///
+/// Throws `filesupport::file_exception`, `rename_file` among them, if that fails, and before
+/// anything is touched if a key or a text holds what no reader would give back: a control character
+/// other than tab and line feed, a surrogate without its partner, U+FFFE or U+FFFF, or bytes that
+/// are not UTF-8.
 BRN_API void SavePropList(filesupport::File& ioFile, PropList const& inList);
 BRN_API void SavePropList(UTF16String const& inPath, PropList const& inList);
 

@@ -1,3 +1,4 @@
+#include "filesupport/src/CreateFailure.h"
 #include "platform/Files.h"
 
 #include <brindle/filesupport/FileExceptions.h>
@@ -72,6 +73,14 @@ std::uint64_t IPlatformByteStream::Length() const {
 OPlatformByteStream::OPlatformByteStream(File const& inFile)
     : mFile(std::make_unique<platform::OpenFile>(
           OpenedOrThrow(platform::OpenForWriting(inFile.Helper().FullNativePath()), inFile))) {}
+
+OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile) {
+    auto file = platform::CreateNewFile(inFile.Helper().FullNativePath());
+    if (!file) {
+        ThrowCreateFailure(inFile, file.error);
+    }
+    mFile = std::make_unique<platform::OpenFile>(std::move(file.value));
+}
 
 OPlatformByteStream::~OPlatformByteStream() = default;
 

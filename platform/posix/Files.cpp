@@ -148,18 +148,17 @@ Result<std::uint64_t> OpenFile::Size() const {
 
 Result<OpenFile> OpenForReading(UTF16String const& inPath) {
     auto file = OpenLocked(PathAt(inPath), O_RDONLY, Lock::kShared);
-    if (!file) {
-        return {{}, file.error};
-    }
-    return {OpenFile(file.value.Release()), kError_None};
+    return {OpenFile(file.value.Release()), file.error};
 }
 
 Result<OpenFile> OpenForWriting(UTF16String const& inPath) {
     auto file = OpenLocked(PathAt(inPath), O_WRONLY, Lock::kExclusive);
-    if (!file) {
-        return {{}, file.error};
-    }
-    return {OpenFile(file.value.Release()), kError_None};
+    return {OpenFile(file.value.Release()), file.error};
+}
+
+Result<OpenFile> CreateNewFile(UTF16String const& inPath) {
+    auto file = OpenLocked(PathAt(inPath), O_WRONLY | O_CREAT | O_EXCL, Lock::kExclusive);
+    return {OpenFile(file.value.Release()), file.error};
 }
 
 ErrorCode CreateEmptyFile(UTF16String const& inPath) {

@@ -2,8 +2,8 @@
 
 #include <brindle/proplist/PropList.h>
 
-#include <algorithm>
-#include <cstring>
+#include <list>
+#include <memory>
 #include <utility>
 
 namespace brindle::proplist {
@@ -13,7 +13,7 @@ namespace {
 using impl::PropListArrayNode;
 using impl::PropListNode;
 using impl::PropNodeBase;
-using impl::PropNodes;
+using impl::PropNodeBlocks;
 using impl::ScalarPropNode;
 
 template <typename Node>
@@ -22,13 +22,13 @@ Node* NodeCast(PropNodeBase* inNode) noexcept {
 }
 
 template <typename Node>
-Node* Find(PropNodes const& inNodes, UTF8String const& inKey) noexcept {
-    auto const found = inNodes.find(inKey);
-    return found == inNodes.end() ? nullptr : NodeCast<Node>(found->second.get());
+Node* Find(PropNodeBlocks const& inNodes, UTF8String const& inKey) noexcept {
+    PropNodeBase* const node = FindNode(inNodes, inKey);
+    return node == nullptr ? nullptr : NodeCast<Node>(node);
 }
 
 template <typename Node, typename Value>
-bool Read(PropNodes const& inNodes, UTF8String const& inKey, Value& ioValue) {
+bool Read(PropNodeBlocks const& inNodes, UTF8String const& inKey, Value& ioValue) {
     Node const* const node = Find<Node>(inNodes, inKey);
     if (node == nullptr) {
         return false;
@@ -39,39 +39,33 @@ bool Read(PropNodes const& inNodes, UTF8String const& inKey, Value& ioValue) {
 
 /// Has the node, if there is one of its class under the key, updated, and else stores a new one.
 template <typename Node, typename Update, typename... Arguments>
-Node* Store(PropNodes& ioNodes, UTF8String const& inKey, Update inUpdate,
+Node* Store(PropNodeBlocks& ioNodes, UTF8String const& inKey, Update inUpdate,
             Arguments const&... inArguments) {
-    auto const place = ioNodes.lower_bound(inKey);
-    bool const isThere = place != ioNodes.end() && !ioNodes.key_comp()(inKey, place->first);
-    if (isThere) {
-        if (auto* const node = NodeCast<Node>(place->second.get())) {
+    impl::NodePlace const place = PlaceOf(ioNodes, inKey);
+    auto* const there = place.isThere ? &ioNodes[place.block][place.slot].node : nullptr;
+    if (there != nullptr) {
+        if (auto* const node = NodeCast<Node>(there->get())) {
             inUpdate(*node);
             return node;
         }
     }
-    // The node comes first, so that a key is never there without one.
-    auto owner = std::make_unique<Node>(inArguments...);
+    auto owner = std::make_unique<Node>(inKey, inArguments...);
     Node* const node = owner.get();
-    if (isThere) {
-        place->second = std::move(owner);
+    if (there != nullptr) {
+        *there = std::move(owner);
     } else {
-        ioNodes.emplace_hint(place, inKey, std::move(owner));
+        InsertNode(ioNodes, place, std::move(owner));
     }
     return node;
 }
 
 template <typename Node, typename Value>
-void Write(PropNodes& ioNodes, UTF8String const& inKey, Value const& inValue) {
+void Write(PropNodeBlocks& ioNodes, UTF8String const& inKey, Value const& inValue) {
     Store<Node>(
         ioNodes, inKey, [&inValue](Node& ioNode) { ioNode.Assign(inValue); }, inValue);
 }
 
 } // namespace
-
-bool impl::KeyOrder::operator()(UTF8String const& inLHS, UTF8String const& inRHS) const noexcept {
-    int const order = std::memcmp(inLHS.data(), inRHS.data(), std::min(inLHS.size(), inRHS.size()));
-    return order != 0 ? order < 0 : inLHS.size() < inRHS.size();
-}
 
 PropList::PropList() noexcept = default;
 
@@ -121,12 +115,14 @@ void PropList::Clear() {
 
 void PropList::DeleteNodes() noexcept {
     std::unique_ptr<PropListNode> toDelete;
-    auto const clear = [&toDelete](PropNodes& ioNodes) {
-        for (auto& [key, owner] : ioNodes) {
-            if (auto* const list = NodeCast<PropListNode>(owner.get())) {
-                owner.release();
-                list->mNextToDelete = std::move(toDelete);
-                toDelete.reset(list);
+    auto const clear = [&toDelete](PropNodeBlocks& ioNodes) {
+        for (auto& block : ioNodes) {
+            for (auto& slot : block) {
+                if (auto* const list = NodeCast<PropListNode>(slot.node.get())) {
+                    slot.node.release();
+                    list->mNextToDelete = std::move(toDelete);
+                    toDelete.reset(list);
+                }
             }
         }
         ioNodes.clear();
@@ -140,19 +136,24 @@ void PropList::DeleteNodes() noexcept {
 
 void PropList::GetPropertyNames(std::list<UTF8String>& ioNames) const {
     std::list<UTF8String> names;
-    for (auto const& [key, node] : mNodes) {
-        names.push_back(key);
+    impl::NodeWalk walk(mNodes);
+    while (auto const* const node = walk.Next()) {
+        names.push_back(node->GetKey());
     }
     ioNames.splice(ioNames.end(), names);
 }
 
 PropListPropertyType PropList::GetPropertyType(UTF8String const& inKey) const {
-    auto const found = mNodes.find(inKey);
-    return found == mNodes.end() ? kPropertyType_None : found->second->GetType();
+    PropNodeBase const* const node = FindNode(mNodes, inKey);
+    return node == nullptr ? kPropertyType_None : node->GetType();
 }
 
 bool PropList::RemoveValue(UTF8String const& inKey) {
-    return mNodes.erase(inKey) != 0;
+    impl::NodePlace const place = PlaceOf(mNodes, inKey);
+    if (place.isThere) {
+        EraseNode(mNodes, place);
+    }
+    return place.isThere;
 }
 
 } // namespace brindle::proplist

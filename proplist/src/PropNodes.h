@@ -1,5 +1,6 @@
 #pragma once
 
+#include "proplist/src/NodeBlocks.h"
 #include "proplist/src/ValueElements.h"
 
 #include <brindle/proplist/PropList.h>
@@ -14,33 +15,34 @@ namespace brindle::proplist::impl {
 template <typename T>
 constexpr PropListPropertyType kScalarType = kPropertyType_None;
 template <>
-constexpr PropListPropertyType kScalarType<UTF16String> = kPropertyType_UTF16String;
+inline constexpr PropListPropertyType kScalarType<UTF16String> = kPropertyType_UTF16String;
 template <>
-constexpr PropListPropertyType kScalarType<UTF8String> = kPropertyType_UTF8String;
+inline constexpr PropListPropertyType kScalarType<UTF8String> = kPropertyType_UTF8String;
 template <>
-constexpr PropListPropertyType kScalarType<bool> = kPropertyType_Bool;
+inline constexpr PropListPropertyType kScalarType<bool> = kPropertyType_Bool;
 template <>
-constexpr PropListPropertyType kScalarType<std::uint16_t> = kPropertyType_UInt16;
+inline constexpr PropListPropertyType kScalarType<std::uint16_t> = kPropertyType_UInt16;
 template <>
-constexpr PropListPropertyType kScalarType<std::uint32_t> = kPropertyType_UInt32;
+inline constexpr PropListPropertyType kScalarType<std::uint32_t> = kPropertyType_UInt32;
 template <>
-constexpr PropListPropertyType kScalarType<std::int32_t> = kPropertyType_Int32;
+inline constexpr PropListPropertyType kScalarType<std::int32_t> = kPropertyType_Int32;
 template <>
-constexpr PropListPropertyType kScalarType<std::int64_t> = kPropertyType_Int64;
+inline constexpr PropListPropertyType kScalarType<std::int64_t> = kPropertyType_Int64;
 template <>
-constexpr PropListPropertyType kScalarType<std::uint64_t> = kPropertyType_UInt64;
+inline constexpr PropListPropertyType kScalarType<std::uint64_t> = kPropertyType_UInt64;
 template <>
-constexpr PropListPropertyType kScalarType<float> = kPropertyType_Float;
+inline constexpr PropListPropertyType kScalarType<float> = kPropertyType_Float;
 template <>
-constexpr PropListPropertyType kScalarType<double> = kPropertyType_Double;
+inline constexpr PropListPropertyType kScalarType<double> = kPropertyType_Double;
 
 constexpr int kTypesToArray = kPropertyType_UTF16StringArray - kPropertyType_UTF16String;
 
-/// What stands under a key: one value of one type. Each concrete class has a type number of its
-/// own, `kType`, so that the number tells what a node may be cast to.
+/// A key and what stands under it: one value of one type. Each concrete class has a type number of
+/// its own, `kType`, so that the number tells what a node may be cast to.
 class PropNodeBase {
 public:
-    explicit PropNodeBase(PropListPropertyType inType) noexcept : mType(inType) {}
+    PropNodeBase(PropListPropertyType inType, UTF8String const& inKey)
+        : mType(inType), mKey(inKey) {}
     PropNodeBase(PropNodeBase const&) = delete;
     PropNodeBase& operator=(PropNodeBase const&) = delete;
     virtual ~PropNodeBase() = default;
@@ -49,9 +51,11 @@ public:
     virtual void AppendXML(UTF8String& ioText) const = 0;
 
     PropListPropertyType GetType() const noexcept { return mType; }
+    UTF8String const& GetKey() const noexcept { return mKey; }
 
 private:
     PropListPropertyType const mType;
+    UTF8String const mKey;
 };
 
 /// A node that holds one scalar.
@@ -60,10 +64,12 @@ class ScalarPropNode final : public PropNodeBase {
 public:
     static constexpr PropListPropertyType kType = kScalarType<T>;
 
-    explicit ScalarPropNode(T const& inValue) : PropNodeBase(kType), mValue(inValue) {}
+    ScalarPropNode(UTF8String const& inKey, T const& inValue)
+        : PropNodeBase(kType, inKey), mValue(inValue) {}
 
     void AppendXML(UTF8String& ioText) const override { AppendElement(ioText, mValue); }
     void ReadInto(T& outValue) const { outValue = mValue; }
+    T const& Value() const noexcept { return mValue; }
     void Assign(T const& inValue) { mValue = inValue; }
 
 private:
@@ -76,8 +82,8 @@ class PropListArrayNode final : public PropNodeBase {
 public:
     static constexpr auto kType = PropListPropertyType(kScalarType<T> + kTypesToArray);
 
-    explicit PropListArrayNode(std::list<T> const& inValues)
-        : PropNodeBase(kType), mValues(inValues.begin(), inValues.end()) {}
+    PropListArrayNode(UTF8String const& inKey, std::list<T> const& inValues)
+        : PropNodeBase(kType, inKey), mValues(inValues.begin(), inValues.end()) {}
 
     void AppendXML(UTF8String& ioText) const override {
         AppendText(ioText, "<array>\n<array.type>");
@@ -93,6 +99,8 @@ public:
         ioValues.insert(ioValues.end(), mValues.begin(), mValues.end());
     }
 
+    std::vector<T> const& Values() const noexcept { return mValues; }
+
     void Assign(std::list<T> const& inValues) {
         std::vector<T>(inValues.begin(), inValues.end()).swap(mValues);
     }
@@ -106,7 +114,7 @@ class PropListNode final : public PropNodeBase {
 public:
     static constexpr PropListPropertyType kType = kPropertyType_PropList;
 
-    PropListNode() : PropNodeBase(kType) {}
+    explicit PropListNode(UTF8String const& inKey) : PropNodeBase(kType, inKey) {}
 
     void AppendXML(UTF8String& ioText) const override { mList.OutputAsXMLFragment(ioText); }
 

@@ -1,33 +1,11 @@
 #include "proplist/src/ValueElements.h"
 
+#include <brindle/xml/ReservedCharacters.h>
+
 #include <charconv>
 #include <type_traits>
 
 namespace brindle::proplist::impl {
-
-void AppendEncoded(UTF8String& ioText, UTF8String const& inBytes) {
-    for (std::uint8_t const byte : inBytes) {
-        switch (byte) {
-        case '<':
-            AppendText(ioText, "&lt;");
-            break;
-        case '>':
-            AppendText(ioText, "&gt;");
-            break;
-        case '&':
-            AppendText(ioText, "&amp;");
-            break;
-        case '\'':
-            AppendText(ioText, "&apos;");
-            break;
-        case '"':
-            AppendText(ioText, "&quot;");
-            break;
-        default:
-            ioText.push_back(byte);
-        }
-    }
-}
 
 template <typename T>
 void AppendNumber(UTF8String& ioText, T inNumber) {
@@ -56,13 +34,13 @@ void AppendElement(UTF8String& ioText, bool inFlag) {
 
 void AppendElement(UTF8String& ioText, UTF8String const& inText) {
     AppendText(ioText, kTags<UTF8String>.start);
-    AppendEncoded(ioText, inText);
+    xml::utils::EncodeReservedCharacters(inText, ioText);
     AppendText(ioText, kTags<UTF8String>.end);
 }
 
 void AppendElement(UTF8String& ioText, UTF16String const& inText) {
     AppendText(ioText, kTags<UTF16String>.start);
-    AppendEncoded(ioText, utility::UTF16to8(inText));
+    xml::utils::EncodeReservedCharacters(utility::UTF16to8(inText), ioText);
     AppendText(ioText, kTags<UTF16String>.end);
 }
 

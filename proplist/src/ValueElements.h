@@ -20,32 +20,29 @@ struct ElementTags {
 template <typename T>
 constexpr ElementTags kTags{};
 template <>
-constexpr ElementTags kTags<UTF8String>{"<string>", "</string>\n"};
+inline constexpr ElementTags kTags<UTF8String>{"<string>", "</string>\n"};
 template <>
-constexpr ElementTags kTags<UTF16String>{"<ustring>", "</ustring>\n"};
+inline constexpr ElementTags kTags<UTF16String>{"<ustring>", "</ustring>\n"};
 template <>
-constexpr ElementTags kTags<bool>{"<bool>", ""};
+inline constexpr ElementTags kTags<bool>{"<bool>", ""};
 template <>
-constexpr ElementTags kTags<std::uint16_t>{"<int type='unsigned' size='16'>", "</int>\n"};
+inline constexpr ElementTags kTags<std::uint16_t>{"<int type='unsigned' size='16'>", "</int>\n"};
 template <>
-constexpr ElementTags kTags<std::uint32_t>{"<int type='unsigned' size='32'>", "</int>\n"};
+inline constexpr ElementTags kTags<std::uint32_t>{"<int type='unsigned' size='32'>", "</int>\n"};
 template <>
-constexpr ElementTags kTags<std::int32_t>{"<int type='signed' size='32'>", "</int>\n"};
+inline constexpr ElementTags kTags<std::int32_t>{"<int type='signed' size='32'>", "</int>\n"};
 template <>
-constexpr ElementTags kTags<std::int64_t>{"<int type='signed' size='64'>", "</int>\n"};
+inline constexpr ElementTags kTags<std::int64_t>{"<int type='signed' size='64'>", "</int>\n"};
 template <>
-constexpr ElementTags kTags<std::uint64_t>{"<int type='unsigned' size='64'>", "</int>\n"};
+inline constexpr ElementTags kTags<std::uint64_t>{"<int type='unsigned' size='64'>", "</int>\n"};
 template <>
-constexpr ElementTags kTags<float>{"<float>", "</float>\n"};
+inline constexpr ElementTags kTags<float>{"<float>", "</float>\n"};
 template <>
-constexpr ElementTags kTags<double>{"<double>", "</double>\n"};
+inline constexpr ElementTags kTags<double>{"<double>", "</double>\n"};
 
 inline void AppendText(UTF8String& ioText, std::string_view inText) {
     ioText.append(utility::AsciiToUTF8Impl(inText.data()), inText.size());
 }
-
-/// Appends the key or text with its reserved characters encoded.
-void AppendEncoded(UTF8String& ioText, UTF8String const& inBytes);
 
 /// Appends the number as a stream of the classic locale would write it. Instantiated for the number
 /// types of a list.

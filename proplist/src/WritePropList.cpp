@@ -1,26 +1,30 @@
 #include "proplist/src/PropNodes.h"
 
 #include <brindle/proplist/PropListUtils.h>
+#include <brindle/xml/ReservedCharacters.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace brindle::proplist {
 
 void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
     using impl::AppendText;
-    struct OpenList {
-        impl::PropNodes::const_iterator next;
-        impl::PropNodes::const_iterator end;
-    };
-    std::vector<OpenList> openLists;
+    std::vector<impl::NodeWalk> openLists;
     auto const open = [&](PropList const& inList) {
         AppendText(ioText, "<prop.list>\n");
-        openLists.push_back({inList.mNodes.begin(), inList.mNodes.end()});
+        openLists.emplace_back(inList.mNodes);
     };
     open(*this);
+    std::size_t const likelySize = ioText.size() + 96 * impl::CountNodes(mNodes);
+    if (ioText.capacity() < likelySize) {
+        // Not to copy a long text again and again as it grows.
+        ioText.reserve(std::max(likelySize, 2 * ioText.capacity()));
+    }
     while (true) {
-        OpenList& list = openLists.back();
-        if (list.next == list.end) {
+        auto const* const node = openLists.back().Next();
+        if (node == nullptr) {
             AppendText(ioText, "</prop.list>\n");
             openLists.pop_back();
             if (openLists.empty()) {
@@ -29,13 +33,11 @@ void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
             AppendText(ioText, "</prop.pair>\n");
             continue;
         }
-        auto const& [key, node] = *list.next;
-        ++list.next;
         AppendText(ioText, "<prop.pair>\n<key>");
-        impl::AppendEncoded(ioText, key);
+        xml::utils::EncodeReservedCharacters(node->GetKey(), ioText);
         AppendText(ioText, "</key>\n");
         if (node->GetType() == impl::PropListNode::kType) {
-            open(static_cast<impl::PropListNode const&>(*node).mList);
+            open(static_cast<impl::PropListNode const*>(node)->mList);
             continue;
         }
         node->AppendXML(ioText);

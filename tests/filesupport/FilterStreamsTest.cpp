@@ -107,6 +107,14 @@ std::string EncodedByRuns(std::string const& inData) {
     return packed;
 }
 
+bool EndsBetweenPackets(std::string const& inPacked) {
+    std::size_t i = 0;
+    while (i < inPacked.size()) {
+        i += inPacked[i] < 0 ? 2u : static_cast<std::size_t>(inPacked[i]) + 2u;
+    }
+    return i == inPacked.size();
+}
+
 TEST(RunLength, PacksAsTold) {
     std::pair<std::string, std::string> const cases[] = {
         {"aab", "\377a\0b"s},
@@ -138,12 +146,22 @@ TEST(RunLength, DecodesWhatItEncodedInAnyBlocksAndEndsInEofWhereverItIsCut) {
             ASSERT_EQ(Encoded(data, block), packed) << block;
         }
         ASSERT_EQ(Decoded(packed), data);
-        auto const cut = Decoded(packed.substr(0, random() % (packed.size() + 1)));
+        auto const cutPacked = packed.substr(0, random() % (packed.size() + 1));
+        auto const cut = Decoded(cutPacked);
         ASSERT_EQ(cut, data.substr(0, cut.size()));
+
+        std::uint8_t block[2000];
+        IBufferByteStream cutSource(Bytes(cutPacked), cutPacked.size());
+        IRLEByteStream cutStream(cutSource);
+        if (EndsBetweenPackets(cutPacked)) {
+            ASSERT_EQ(cutStream.ReadUpTo(block, sizeof block), cut.size());
+            ASSERT_TRUE(std::equal(block, block + cut.size(), Bytes(data)));
+        } else {
+            ASSERT_THROW(cutStream.ReadUpTo(block, sizeof block), eof_error);
+        }
 
         IBufferByteStream source(Bytes(packed), packed.size());
         IRLEByteStream stream(source);
-        std::uint8_t block[2000];
         for (std::size_t done = 0, next = 0; done < data.size(); done = next) {
             next = std::min(data.size(), done + 1 + random() % 200);
             stream.ReadBlock(block + done, static_cast<std::uint32_t>(next - done));

@@ -46,5 +46,18 @@ TEST(PlatformByteStreams, WriteOverWhatIsThereAndReadToTheEnd) {
     EXPECT_EQ(11u, in.Length());
 }
 
+TEST(PlatformByteStreams, ANewFileTakesNobodysPlace) {
+    tests::TemporaryDirectory const temporary;
+    File const file(temporary.Path(u"file"_utf16)), link(temporary.Path(u"link"_utf16));
+    std::filesystem::create_symlink("file", temporary.Native("link"));
+    EXPECT_THROW((OPlatformByteStream{link, kMakeNewFile}), create_exception);
+    EXPECT_FALSE(file.Exists());
+    OPlatformByteStream(file, kMakeNewFile).Put('a');
+    EXPECT_THROW((OPlatformByteStream{file, kMakeNewFile}), create_exception);
+    EXPECT_EQ('a', IPlatformByteStream(file).Get());
+    EXPECT_THROW((OPlatformByteStream{File(temporary.Path(u"no\\file"_utf16)), kMakeNewFile}),
+                 create_invalidpath_exception);
+}
+
 } // namespace
 } // namespace brindle::filesupport

@@ -287,7 +287,7 @@ TEST_F(PropLists, NestAMillionDeep) {
     constexpr int kDepth = 1'000'000;
     enum { kClear, kRemove, kReplace, kDelete };
     for (int const end : {kClear, kRemove, kReplace, kDelete}) {
-        auto node = std::make_unique<impl::PropListNode>();
+        auto node = std::make_unique<impl::PropListNode>("root"_utf8);
         PropList* list = &node->mList;
         for (int depth = 0; depth < kDepth; ++depth) {
             list->SetValue("b"_utf8, false);

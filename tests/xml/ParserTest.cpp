@@ -1,71 +1,160 @@
+#include <brindle/utility/Unicode.h>
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
-#include <gtest/gtest.h>
+#include "tests/AllocationFailure.h"
+#include "tests/InTemporaryDirectory.h"
+#include "xml/src/ExpatParse.h"
 
 namespace brindle::xml {
 
 namespace {
 
-/// Tells of its end, and of each document.
-template <typename Base>
-class Watched : public Base {
-public:
-    explicit Watched(std::string& ioLog) : mLog(ioLog) {}
-    ~Watched() override { mLog += '-'; }
-    void Tell() { mLog += '*'; }
+using tests::AllocationFailure;
+using Handler = std::unique_ptr<AbstractParseHandler>;
 
-private:
-    std::string& mLog;
+struct Stop {};
+
+/// Writes down what it hears and its end; at one event, it throws.
+struct Recorder : AbstractParseHandler {
+    explicit Recorder(UTF16String& ioLog, int inThrowAt = -1) : mLog(ioLog), mLeft(inThrowAt) {}
+    ~Recorder() override { mLog += '~'; }
+    void StartDocument() override { Hear(u"{"_utf16); }
+    void StartElement(UTF16String const& inName,
+                      std::map<UTF16String, UTF16String> const& inAttributes) override {
+        UTF16String event = u"<"_utf16 + inName;
+        for (auto const& [name, value] : inAttributes) {
+            event += u" "_utf16 + name + u"="_utf16 + value;
+        }
+        Hear(event + u">"_utf16);
+    }
+    void EndElement(UTF16String const& inName) override { Hear(u"</"_utf16 + inName + u">"_utf16); }
+    void Characters(UTF16String const& inText) override { Hear(inText); }
+    void EndDocument() override { Hear(u"}"_utf16); }
+    void Hear(UTF16String const& inEvent) { mLog += mLeft-- == 0 ? throw Stop() : inEvent; }
+
+    UTF16String& mLog;
+    int mLeft;
 };
 
-class Handler : public Watched<AbstractParseHandler> {
-    using Watched::Watched;
-    void StartDocument() override { Tell(); }
+class Parser : public tests::InTemporaryDirectory {
+protected:
+    /// What a recorder hears of the document, in memory as in a file, and the status.
+    std::string Heard(std::string const& inDocument) const {
+        Fill("document", inDocument);
+        UTF16String ofFile, ofBuffer;
+        Handler handler = std::make_unique<Recorder>(ofFile);
+        ExpatParseHandler file(handler);
+        ExpatParseHandler buffer(handler = std::make_unique<Recorder>(ofBuffer));
+        int const status = file.ParseDocument(At("document"));
+        EXPECT_EQ(buffer.ParseBuffer({inDocument.begin(), inDocument.end()}), status);
+        EXPECT_TRUE(ofFile == ofBuffer);
+        UTF8String const bytes = utility::UTF16to8(ofFile);
+        return std::string(bytes.begin(), bytes.end()) + std::to_string(status);
+    }
 };
 
-TEST(Parser, IsThatOfTheInstalledFactoryAndHoldersAreEmptiedOnlyByWhoTakes) {
-    std::string first, second, handlers;
-    std::unique_ptr<AbstractParseHandler> handler = std::make_unique<Handler>(handlers);
-    EXPECT_FALSE(Initialized());
-    EXPECT_EQ(GetParser(handler), nullptr);
-    EXPECT_NE(handler, nullptr);
+std::string const kDocument =
+    "<?xml version='1.0'?><!DOCTYPE r [<!ENTITY e '<i>\xE2\x82\xAC</i>'>]>"
+    "<r a='1' b='too long for a small string'>x&e;\n<s c='&lt;'/></r>";
 
-    std::unique_ptr<DocParserFactory> factory =
-        std::make_unique<Watched<ExpatParserFactory>>(first);
-    DocParserFactory* const installed = factory.get();
-    SetParserFactory(factory);
-    EXPECT_TRUE(Initialized() && factory == nullptr);
-    factory.reset(installed);
-    SetParserFactory(factory);
-    EXPECT_TRUE(Initialized() && factory == nullptr && first.empty());
-    auto const parser = GetParser(handler);
-    EXPECT_EQ(handler, nullptr);
-    EXPECT_EQ(parser->ParseBuffer("<a/>"_utf8), 0);
-    factory = std::make_unique<Watched<ExpatParserFactory>>(second);
-    SetParserFactory(factory);
-    EXPECT_EQ(first, "-");
-    ResetParserFactory();
-    EXPECT_EQ(second, "-");
-    EXPECT_FALSE(Initialized());
-    EXPECT_EQ(handlers, "*");
+TEST_F(Parser, SendsTheEventsOfADocumentAndReadsNothingElse) {
+    Fill("secret", "secret");
+    std::string const secret = "SYSTEM 'file://" + Native("secret") + "'";
+    std::string const whole =
+        "{<r a=1 b=too long for a small string>x<i>\xE2\x82\xAC</i>\n<s c=<></s></r>}0";
+    std::string const documents[][2] = {
+        {kDocument, whole},
+        {"<p:r xmlns:p='u:v' xmlns='w' xmlns:q='q'><s p:z='1' a='2' q:z='3'/><q:s/></p:r>",
+         "{<r><s a=2 z=3></s><s></s></r>}0"},
+        {"<r> <!-- c --><?p i?><![CDATA[<&]]>&#65;</r>", "{<r> <&A</r>}0"},
+        {{"\xFE\xFF\0<\0r\0>\x20\xAC\0<\0/\0r\0>", 18}, "{<r>\xE2\x82\xAC</r>}0"},
+        {"<!DOCTYPE r " + secret + " [<!ENTITY e " + secret + "><!ENTITY % p " + secret +
+             ">%p;]><r>&e;&f;</r>",
+         "{<r></r>}0"},
+        {"<r><p:r/></r>", "{<r>10"}};
+    for (auto const& [document, events] : documents) {
+        EXPECT_EQ(Heard(document), events) << document;
+    }
+    for (std::size_t length = 0; length < kDocument.size(); ++length) {
+        std::string const cut = Heard(kDocument.substr(0, length));
+        EXPECT_EQ(cut, whole.substr(0, cut.size() - 2) + "10");
+    }
 }
 
-TEST(Parser, TransfersItsHandlerToACopy) {
-    std::string first, second;
-    std::unique_ptr<AbstractParseHandler> handler = std::make_unique<Handler>(first);
-    ExpatParseHandler original(handler);
-    handler = std::make_unique<Handler>(second);
-    ExpatParseHandler assigned(handler);
-    ExpatParseHandler copy(original);
-    EXPECT_EQ(original.ParseBuffer("<a/>"_utf8), 0);
-    EXPECT_EQ(first, "");
+// The address sanitizer sees what is left behind.
+TEST_F(Parser, EndsCleanlyWhereverAHandlerThrowsOrMemoryRunsOut) {
+    UTF8String const document(kDocument.begin(), kDocument.end());
+    for (int event = 0; event < 11; ++event) {
+        UTF16String log;
+        Recorder recorder(log, event);
+        EXPECT_THROW(impl::ExpatParse(recorder).Document(document), Stop);
+        EXPECT_EQ(recorder.mLeft, -1) << "an event behind the last";
+    }
+    XML_Memory_Handling_Suite const memory = {
+        [](std::size_t n) { return AllocationFailure::IsNow() ? nullptr : std::malloc(n); },
+        [](void* p, std::size_t n) { return AllocationFailure::IsNow() ? nullptr : realloc(p, n); },
+        std::free};
+    AbstractParseHandler handler;
+    auto const parse = [&] {
+        if (impl::ExpatParse(handler, &memory).Document(document) != kXMLParseStatus_Success) {
+            throw std::bad_alloc(); // Expat's refusals count with ours
+        }
+    };
+    EXPECT_GT(tests::RefuseEachAllocation(parse, [] {}), 30);
+}
+
+TEST_F(Parser, TakesWhatIsHugeOrDeepAndRefusesWhatExplodes) {
+    std::string deep, ends, text, chain = "<!DOCTYPE r [<!ENTITY e0 'x'>", bomb = chain;
+    for (int i = 1; i < 1'000'000; ++i) {
+        std::string const name = "<!ENTITY e" + std::to_string(i) + " '";
+        std::string const last = "&e" + std::to_string(i - 1) + ";";
+        deep += "<r>";
+        ends += "</r>";
+        text += "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+        chain += i < 100'000 ? name + last + "'>" : "";
+        bomb += i < 40 ? name + last + last + "'>" : "";
+    }
+    EXPECT_TRUE(Heard(deep + ends) == "{" + deep + ends + "}0");
+    EXPECT_EQ(Heard(chain + "]><r a='&e99999;'>&e99999;</r>"), "{<r a=x>x</r>}0");
+    EXPECT_EQ(Heard(bomb + "]><r a='&e39;'/>"), "{10");
+    EXPECT_TRUE(Heard("<r a='" + text + "'>" + text + "</r>") ==
+                "{<r a=" + text + ">" + text + "</r>}0");
+}
+
+struct WatchedFactory : ExpatParserFactory {
+    explicit WatchedFactory(int& ioDeleted) : mDeleted(ioDeleted) {}
+    ~WatchedFactory() override { ++mDeleted; }
+    int& mDeleted;
+};
+
+TEST_F(Parser, ComesFromTheInstalledFactoryAndTakesItsHandler) {
+    UTF16String first, second;
+    int deleted = 0;
+    Handler handler = std::make_unique<Recorder>(first);
+    EXPECT_TRUE(!Initialized() && GetParser(handler) == nullptr && handler != nullptr);
+    std::unique_ptr<DocParserFactory> factory = std::make_unique<WatchedFactory>(deleted);
+    auto* const installed = factory.get();
+    SetParserFactory(factory);
+    SetParserFactory(factory = std::unique_ptr<DocParserFactory>(installed));
+    EXPECT_TRUE(Initialized() && factory == nullptr && deleted == 0);
+    auto const parser = GetParser(handler);
+    SetParserFactory(factory = std::make_unique<WatchedFactory>(deleted));
+    EXPECT_TRUE(Initialized() && handler == nullptr && deleted == 1);
+    ResetParserFactory();
+    EXPECT_TRUE(!Initialized() && deleted == 2);
+
+    ExpatParseHandler copy(static_cast<ExpatParseHandler&>(*parser));
+    // No file, a directory, and a file that can be opened but not read.
+    for (auto const& path : {At("none"), At(""), u"C:\\proc\\self\\mem"_utf16}) {
+        EXPECT_EQ(copy.ParseDocument(path), 10);
+    }
+    ExpatParseHandler assigned(handler = std::make_unique<Recorder>(second));
     assigned = copy;
-    EXPECT_EQ(second, "-");
-    ExpatParseHandler& same = assigned;
-    assigned = same;
-    EXPECT_EQ(assigned.ParseBuffer("<a>"_utf8), 10);
-    EXPECT_EQ(first, "*");
+    assigned = static_cast<ExpatParseHandler&>(assigned);
+    EXPECT_EQ(parser->ParseBuffer("<a/>"_utf8), 0);
+    EXPECT_EQ(assigned.ParseBuffer("<b>"_utf8), 10);
+    EXPECT_TRUE(second == u"~"_utf16 && first == u"{{<b>"_utf16);
 }
 
 } // namespace

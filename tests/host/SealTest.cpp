@@ -1,0 +1,244 @@
+#include "tests/BitwiseCRC.h"
+#include "tests/host/Command.h"
+
+#include <algorithm>
+#include <array>
+#include <fcntl.h>
+#include <map>
+#include <sys/stat.h>
+
+namespace brindle::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Seal : public tests::Command {
+protected:
+    Seal() { fs::create_directory(Native("tree")); }
+
+    void MakeFile(std::string const& inPath, std::string const& inContent) const {
+        fs::create_directories(fs::path(Native(inPath)).parent_path());
+        Fill(inPath, inContent);
+    }
+
+    void ExpectSuccess(std::string const& inWords, std::string const& inOutput = "") const {
+        ExpectOutcome(inWords, 0, inOutput, "");
+    }
+
+    void ExpectOutcome(std::string const& inWords, int inStatus, std::string const& inOutput,
+                       std::string const& inErrors) const {
+        Outcome const outcome = Run(inWords);
+        EXPECT_EQ(inStatus, outcome.status) << inWords;
+        EXPECT_EQ(inOutput, outcome.output) << inWords;
+        EXPECT_EQ(inErrors, outcome.errors) << inWords;
+    }
+
+    static std::string Clean(std::size_t inCount) {
+        return std::to_string(inCount) + " files: 0 changed, 0 missing, 0 new, 0 unreadable\n";
+    }
+};
+
+TEST_F(Seal, KeepsEveryNameWholeAndReadable) {
+    std::map<std::string, std::string> const keys = {
+        {"plain", "plain"},
+        {"a/b/\xC3\xA4 \xE6\x97\xA5 \xF0\x9F\x8E\xAC",
+         "a/b/\xC3\xA4 \xE6\x97\xA5 \xF0\x9F\x8E\xAC"},
+        {"a.b", "a.b"},
+        {"- <&>'\"]]> ", "- &lt;&amp;&gt;&apos;&quot;]]&gt; "},
+        {"100%", "100%25"},
+        {"%41", "%2541"},
+        {"new\nline\r\t\x1B\x7F", "new%0Aline%0D%09%1B%7F"},
+        {"\xFF\xC3 \xC0\x80 \xED\xA0\x80 \xF4\x90\x80\x80", "%FF%C3 %C0%80 %ED%A0%80 %F4%90%80%80"},
+        {"\xEF\xBF\xBD\xEF\xBF\xBE\xEF\xBF\xBF \xC2\x85\xC2\xA0",
+         "\xEF\xBF\xBD%EF%BF%BE%EF%BF%BF %C2%85\xC2\xA0"},
+        {"back\\slash \xEF\x81\x9C", "back\\slash \xEF\x81\x9C"},
+        {"cut \xE6\x97", "cut %E6%97"},
+        {".hidden", ".hidden"}};
+    for (auto const& [name, key] : keys) {
+        std::string const content = "content of " + name;
+        MakeFile("tree/" + name, content);
+        timespec const times[2] = {{}, {951'782'399, 123'456'789}};
+        ASSERT_EQ(0, ::utimensat(AT_FDCWD, Native("tree/" + name).c_str(), times, 0));
+    }
+    ExpectSuccess("seal tree");
+    std::string document = ContentOf("tree/brindle-seal.xml");
+    for (char const lineEnd : {'\r', '\n'}) {
+        document.erase(std::remove(document.begin(), document.end(), lineEnd), document.end());
+    }
+    for (auto const& [name, key] : keys) {
+        std::string const content = "content of " + name;
+        char crc[9];
+        std::snprintf(crc, sizeof crc, "%08x",
+                      tests::BitwiseCRC(reinterpret_cast<std::uint8_t const*>(content.data()),
+                                        content.size()));
+        std::string const entry =
+            "<key>" + key + "</key><prop.list><prop.pair><key>crc</key><string>" + crc +
+            "</string></prop.pair><prop.pair><key>modified</key>"
+            "<string>2000-02-28T23:59:59.1234567Z</string></prop.pair><prop.pair><key>size</key>"
+            "<int type='unsigned' size='64'>" +
+            std::to_string(content.size()) + "</int></prop.pair></prop.list>";
+        EXPECT_NE(std::string::npos, document.find(entry)) << entry;
+    }
+    ExpectSuccess("verify tree/brindle-seal.xml", Clean(keys.size()));
+}
+
+TEST_F(Seal, StaysTrueWhenTreeAndManifestAreMovedOrSealedAgain) {
+    MakeFile("tree/file", "1");
+    MakeFile("tree/sub/brindle-seal.xml", "not the manifest, whatever its name");
+    MakeFile("lists/old.xml", "not read");
+    fs::create_symlink("old.xml", Native("lists/link.xml"));
+    ExpectSuccess("seal tree");
+    ExpectSuccess("seal tree/ --output=lists/link.xml --jobs=1");
+    EXPECT_TRUE(fs::is_symlink(Native("lists/link.xml")));
+    fs::create_directory(Native("moved"));
+    for (char const* const name : {"tree", "lists"}) {
+        fs::rename(Native(name), Native(std::string("moved/") + name));
+    }
+    ExpectSuccess("verify moved/tree/brindle-seal.xml", Clean(2));
+    ExpectSuccess("verify moved/lists/link.xml", Clean(3));
+    ExpectSuccess("verify --root=moved/tree moved/lists/old.xml", Clean(3));
+    fs::remove_all(Native("moved/lists"));
+
+    // A link to the manifest is the manifest; a second name of it keeps the old one.
+    fs::create_symlink("../brindle-seal.xml", Native("moved/tree/sub/link"));
+    fs::create_hard_link(Native("moved/tree/brindle-seal.xml"), Native("moved/tree/second"));
+    for (char const* const words : {"seal .", "seal ../tree --output=sub/link"}) {
+        std::string const in = "cd '" + Native("moved/tree") + "' && ";
+        ASSERT_EQ(0, std::system((in + BRINDLE_COMMAND " " + words).c_str()));
+        ExpectSuccess("verify moved/tree/sub/link", Clean(3));
+    }
+    fs::create_directory_symlink("moved/tree", Native("other"));
+    ExpectSuccess("seal other");
+    ExpectSuccess("verify other/brindle-seal.xml --root=other", Clean(3));
+}
+
+TEST_F(Seal, NamesWhatIsChangedMissingAndNew) {
+    for (std::string const name :
+         {"changed", "dir/kept", "grown", "gone", "touched", "x\ny", "fifo"}) {
+        MakeFile("tree/" + name, "content of " + name);
+    }
+    fs::create_symlink("nowhere", Native("tree/dangling"));
+    std::string const dangling = "tree/dangling: no such file or directory\n";
+    ExpectOutcome("seal tree", 1, "", "brindle: " + dangling);
+
+    auto const time = fs::last_write_time(Native("tree/changed"));
+    Fill("tree/changed", "Content of changed");
+    fs::last_write_time(Native("tree/changed"), time);
+    Fill("tree/grown", "content of grown.");
+    Fill("tree/touched", "content of touched");
+    fs::last_write_time(Native("tree/touched"), time + std::chrono::hours(1));
+    for (char const* const name : {"gone", "x\ny", "fifo"}) {
+        fs::remove(Native(std::string("tree/") + name));
+    }
+    ASSERT_EQ(0, mknod(Native("tree/fifo").c_str(), S_IFIFO | 0600, 0));
+    MakeFile("tree/dir/new\\one", "");
+    MakeFile("tree/dir.new", "");
+    for (char const* const words : {"", " --jobs=1", " --jobs=3"}) {
+        ExpectOutcome(
+            std::string("verify tree/brindle-seal.xml") + words, 1,
+            "changed changed\nnew dir.new\nnew dir/new\\\\one\nchanged fifo\nmissing gone\n"
+            "changed grown\nmissing x\\ny\n7 files: 3 changed, 2 missing, 2 new, 1 unreadable\n",
+            "brindle: " + Native(dangling));
+    }
+    fs::permissions(Native("tree/dir"), fs::perms::none);
+    std::string const without = // what lets root read everything
+        ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search " : "";
+    std::system((without + BRINDLE_COMMAND " verify " + Native("tree/brindle-seal.xml") + " >" +
+                 Native("out") + " 2>" + Native("err"))
+                    .c_str());
+    fs::permissions(Native("tree/dir"), fs::perms::all);
+    EXPECT_NE(std::string::npos,
+              ContentOf("out").find("7 files: 3 changed, 2 missing, 1 new, 2 unreadable\n"));
+    EXPECT_EQ(0u, ContentOf("err").find("brindle: " + Native("tree/dir") +
+                                        ": the directory cannot be read\n"));
+}
+
+TEST_F(Seal, TrustsNoManifest) {
+    MakeFile("tree/link/secret", "secret");
+    ExpectSuccess("seal tree --output=m.xml");
+    std::string const good = ContentOf("m.xml");
+    auto const write = [&](std::string const& inOld, std::string const& inNew) {
+        std::size_t const place = good.find(inOld);
+        ASSERT_NE(std::string::npos, place) << inOld;
+        Fill("m.xml", std::string(good).replace(place, inOld.size(), inNew));
+    };
+    std::string const path = "' is no path below the root";
+    std::string const wrong = " of 'link/secret' is missing or wrong";
+    std::vector<std::array<std::string, 3>> lies = {
+        {"link/secret", "link%2Fsecret", "'link%2Fsecret" + path},
+        {"link/secret", "100%", "'100%" + path},
+        {"link/secret", "%0a", "'%0a" + path},
+        {"link/secret", "%0", "'%0" + path},
+        {"link/secret", "a%00b", "'a%00b" + path},
+        {"size='64'>6<", "size='32'>6<", "the size" + wrong},
+        {"type='unsigned' size='64'>6<", "type='signed' size='64'>6<", "the size" + wrong},
+        {"<key>size<", "<key>Size<", "the size" + wrong},
+        {"<key>crc<", "<key>CRC<", "the crc" + wrong},
+        {"<key>modified<", "<key>modifie<", "the time" + wrong},
+        {"T", " ", "the time" + wrong},
+        {"Z<", "<", "the time" + wrong},
+        {"<string>20", "<string>", "the time" + wrong},
+        {"<key>format<", "<key>form<", "it has no format number"},
+        {"size='32'>1<", "size='32'>2<", "its format 2 is not known"},
+        {"<key>root<", "<key>roo<", "its root is missing or wrong"},
+        {"<string>tree<", "<string><", "its root is missing or wrong"},
+        {"<key>files<", "<key>fil<", "it has no list of files"}};
+    for (std::string const name :
+         {"../outside", "..", ".", "", "/etc/passwd", "a//b", "a/", "./a", "a/../../b", "a/./b"}) {
+        lies.push_back({"link/secret", name, "'" + name + path});
+    }
+    for (std::string const crc :
+         {"xyz", "5CEBAB9F", "5cebab9", "05cebab9f", "-5cebab9", " 5cebab9", "0x5cebab"}) {
+        std::size_t const at = good.find("<string>", good.find("<key>crc</key>"));
+        lies.push_back({good.substr(at, 16), "<string>" + crc, "the crc" + wrong});
+    }
+    for (auto const& [told, instead, reason] : lies) {
+        write(told, instead);
+        ExpectOutcome("verify m.xml", 1, "", "brindle: m.xml: is no manifest: " + reason + "\n");
+    }
+    write("version='4'", "version='5'");
+    ExpectOutcome("verify m.xml", 1, "", "brindle: m.xml: is a property list of a later version\n");
+    for (std::size_t length = 0; length + 2 < good.size(); length += 41) {
+        Fill("m.xml", good.substr(0, length));
+        ExpectOutcome("verify m.xml", 1, "", "brindle: m.xml: cannot be read as a property list\n");
+    }
+
+    // What a manifest tells behind a link is not looked for there.
+    Fill("m.xml", good);
+    fs::rename(Native("tree/link"), Native("outside"));
+    fs::create_directory_symlink("../outside", Native("tree/link"));
+    ExpectOutcome("verify m.xml", 1,
+                  "missing link/secret\n1 files: 0 changed, 1 missing, 0 new, 0 unreadable\n", "");
+}
+
+TEST_F(Seal, LeavesWhatItCannotReplaceAndSaysWrongUsage) {
+    MakeFile("tree/file", "1");
+    ExpectSuccess("seal tree --output=m.xml");
+    std::string const before = ContentOf("m.xml");
+    std::pair<char const*, char const*> const rows[] = {
+        {"seal nowhere --output=m.xml", "nowhere: no such directory"},
+        {"seal m.xml --output=m.xml", "m.xml: no such directory"},
+        {"seal tree --output=tree", "tree: is no regular file, so it is not replaced"},
+        {"seal tree --output=/dev/null", "/dev/null: is no regular file, so it is not replaced"},
+        {"seal tree --output=no/m.xml", "no/m.xml: there is no such directory to write to"},
+        {"seal tree --output=/proc/m.xml", "/proc/m.xml: cannot be written"},
+        {"verify nowhere", "nowhere: no such file or directory"},
+        {"verify tree", "tree: is a directory"},
+        {"verify m.xml --root=nowhere", "nowhere: no such directory"}};
+    for (auto const& [words, diagnostic] : rows) {
+        ExpectOutcome(words, 1, "", std::string("brindle: ") + diagnostic + "\n");
+    }
+    EXPECT_EQ(before, ContentOf("m.xml"));
+    ExpectSuccess("verify m.xml", Clean(1));
+    for (char const* const words :
+         {"seal", "seal a b", "seal --output= tree", "seal --output tree", "seal --root=x tree",
+          "seal --jobs=0 tree", "verify", "verify a b", "verify --root= m.xml",
+          "verify --jobs=x m.xml"}) {
+        ExpectWrongUsage(words);
+    }
+}
+
+} // namespace
+
+} // namespace brindle::host

@@ -1,0 +1,158 @@
+#include "platform/Files.h"
+#include "proplist/src/Readable.h"
+#include "tests/InTemporaryDirectory.h"
+#include "tests/SystemCallFaults.h"
+
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/proplist/PropListUtils.h>
+
+#include <expat.h>
+#include <random>
+#include <sys/resource.h>
+
+namespace brindle::proplist {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class SavePropList : public tests::InTemporaryDirectory {
+protected:
+    SavePropList() {
+        UTF8String document;
+        mList.SetValue("name"_utf8, UTF16String(1000, 'n'));
+        utils::WritePropList(document, mList);
+        mDocument.assign(document.begin(), document.end());
+    }
+
+    bool Saves(PropList const& inList) const {
+        try {
+            utils::SavePropList(At("file"), inList);
+            return true;
+        } catch (filesupport::file_exception const&) {
+            return false;
+        }
+    }
+
+    PropList mList;
+    std::string mDocument;
+};
+
+bool ParserGivesBack(std::string const& inText) {
+    auto const parser = XML_ParserCreate("UTF-8");
+    std::string const document = "<a>" + inText + "</a>";
+    std::string read;
+    XML_SetUserData(parser, &read);
+    XML_SetCharacterDataHandler(parser, [](void* ioRead, XML_Char const* inPart, int inLength) {
+        static_cast<std::string*>(ioRead)->append(inPart, inPart + inLength);
+    });
+    auto const status = XML_Parse(parser, document.data(), static_cast<int>(document.size()), 1);
+    XML_ParserFree(parser);
+    return status == XML_STATUS_OK && read == inText;
+}
+
+TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
+    using Fault = tests::SystemCallFault;
+    // The file that is saved: there is none, itself, one behind a link, and one saved as bytes.
+    for (std::string const place : {"none", "file", "dir/file", "bytes"}) {
+        int points = 0;
+        std::vector<long> order;
+        auto const save = [&] {
+            return place != "bytes" ? Saves(mList)
+                                    : platform::ReplaceContent(At("file"), mDocument.data(),
+                                                               mDocument.size()) == 0;
+        };
+        for (auto fault : {Fault{Fault::kKillBefore, 0}, Fault{Fault::kKillAfter, 0},
+                           Fault{Fault::kRefuse, ENOSPC}, Fault{Fault::kRefuse, EIO},
+                           Fault{Fault::kRefuse, EACCES}}) {
+            for (;; ++fault.call, ++points) {
+                fs::remove(Native("file"));
+                fs::remove_all(Native("dir"));
+                fs::create_directory(Native("dir"));
+                if (place == "dir/file") {
+                    fs::create_symlink(place, Native("file"));
+                }
+                if (place != "none") {
+                    Fill("file", "old");
+                    fs::permissions(Native("file"), fs::perms(0640));
+                }
+                auto const old = ContentOf("file");
+                auto const before = EntryCount();
+                auto const run = tests::RunWithFault(save, fault);
+                if (!run.hasHappened) {
+                    EXPECT_EQ(run.status, 1);
+                    break;
+                }
+                SCOPED_TRACE(place + ": call " + std::to_string(run.call));
+                bool const isNew = ContentOf("file") == mDocument;
+                EXPECT_TRUE(isNew || ContentOf("file") == old);
+                if (run.status >= 0 || fault.kind == Fault::kRefuse) {
+                    EXPECT_TRUE(run.status == isNew || run.call == SYS_fsync) << run.status;
+                    EXPECT_FALSE(run.status == 1 && run.call == SYS_fsync && fault.error == EIO);
+                    EXPECT_EQ(EntryCount(), before + (isNew && place == "none"));
+                } else if (fault.kind == Fault::kKillBefore &&
+                           (run.call == SYS_fsync || run.call == SYS_renameat) &&
+                           (order.empty() || order.back() != run.call)) {
+                    order.push_back(run.call);
+                }
+                EXPECT_TRUE(save() && ContentOf("file") == mDocument) << "over what is left";
+                EXPECT_EQ(fs::status(Native("file")).permissions() == fs::perms(0640),
+                          place != "none");
+            }
+        }
+        EXPECT_EQ(order, (std::vector<long>{SYS_fsync, SYS_renameat, SYS_fsync}));
+        std::cout << place << ": faults at " << points << " points\n";
+    }
+}
+
+TEST_F(SavePropList, ADiskThatIsFullAtAnyByteKeepsTheOldDocument) {
+    Fill("file", "old");
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    auto* const oldHandler = std::signal(SIGXFSZ, SIG_IGN); // as a host does, to get an error
+    for (rlimit limit{0, before.rlim_max}; limit.rlim_cur <= mDocument.size(); ++limit.rlim_cur) {
+        setrlimit(RLIMIT_FSIZE, &limit);
+        bool const isSaved = Saves(mList);
+        setrlimit(RLIMIT_FSIZE, &before);
+        ASSERT_EQ(isSaved, limit.rlim_cur == mDocument.size());
+        ASSERT_EQ(ContentOf("file"), isSaved ? mDocument : "old");
+        ASSERT_EQ(EntryCount(), 1);
+    }
+    std::signal(SIGXFSZ, oldHandler);
+}
+
+TEST_F(SavePropList, WhatNoReaderWouldGiveBackIsRefused) {
+    std::mt19937 random(1);
+    std::string const odd(
+        "\0\t\n\r\x1F\x7F\x80\x8F\x90\x9F\xA0\xBD\xBE\xBF\xC0\xC2\xE0\xED\xEF\xF0\xF4\xF5", 22);
+    for (int round = 0; round < 50'000; ++round) {
+        std::string text(random() % 140, 'a');
+        for (auto i = random() % 140, end = i + random() % 5; i < end && i < text.size(); ++i) {
+            text[i] = odd[random() % odd.size()];
+        }
+        ASSERT_EQ(impl::IsReadable({text.begin(), text.end()}), ParserGivesBack(text))
+            << testing::PrintToString(text);
+    }
+
+    UTF16String const cut = u"not a short\0text"_utf16;
+    Fill("file", "old");
+    for (int bad = 0; bad < 5; ++bad) {
+        PropList list;
+        auto* inner = &list;
+        for (int depth = 0; depth < 100'000; ++depth) {
+            inner = inner->NewSubList("l"_utf8);
+        }
+        inner->SetValue(bad == 0 ? "\r"_utf8 : "a"_utf8, true);
+        inner->SetValue("b"_utf8, std::list<UTF8String>(1, bad == 1 ? "\x80"_utf8 : "\t"_utf8));
+        inner->SetValue("c"_utf8, UTF16String(1, bad == 2 ? 0xD800 : 'c'));
+        inner->SetValue("d"_utf8, bad == 3 ? cut : UTF16String());
+        inner->SetValue("e"_utf8, std::list<UTF16String>(2, bad == 4 ? cut : UTF16String()));
+        EXPECT_FALSE(Saves(list)) << bad;
+    }
+    EXPECT_EQ(ContentOf("file"), "old");
+    EXPECT_EQ(EntryCount(), 1);
+}
+
+} // namespace
+
+} // namespace brindle::proplist
