@@ -1,5 +1,6 @@
 #include "host/FileSum.h"
 #include "host/LoadedList.h"
+#include "host/PlainText.h"
 #include "host/Verbs.h"
 #include "host/layout/Picture.h"
 #include "host/layout/ReadDescription.h"
@@ -39,11 +40,6 @@ geom::PointT<float> SizeFromText(std::string const& inText) {
         "'");
 }
 
-void AppendNumber(std::string& ioText, float inNumber) {
-    char text[32];
-    ioText.append(text, std::to_chars(text, std::end(text), inNumber).ptr).append(1, ' ');
-}
-
 /// Writes a line for each node.
 void PrintPlaces(std::vector<Shape> const& inShapes) {
     std::string path;
@@ -62,7 +58,7 @@ void PrintPlaces(std::vector<Shape> const& inShapes) {
         line.clear();
         for (float const number :
              {shape.place.x, shape.place.y, shape.place.width, shape.place.height}) {
-            AppendNumber(line, number);
+            line.append(NumberText(number)).append(1, ' ');
         }
         line.append(1, ' ').append(path.empty() ? "." : path);
         if (!shape.label.empty()) {

@@ -1,8 +1,7 @@
 #include "host/layout/ListReader.h"
 
+#include "host/PlainText.h"
 #include "host/layout/NodeDescription.h"
-
-#include <brindle/utility/Unicode.h>
 
 #include <algorithm>
 #include <charconv>
@@ -15,10 +14,6 @@ namespace brindle::host::layout {
 using namespace proplist;
 
 namespace {
-
-std::string Narrow(UTF8String const& inText) {
-    return {inText.begin(), inText.end()};
-}
 
 UTF8String KeyOf(std::string_view inKey) {
     return {inKey.begin(), inKey.end()};
@@ -103,9 +98,7 @@ std::optional<float> ListReader::Number(char const* inKey, std::string const& in
     }
     // Comparisons with what is not a number are false.
     if (!(*number >= 0 && *number <= double{kLargestSize})) {
-        char text[32];
-        Fail(inKey, "a number from 0 to 1e9 is expected, not " +
-                        std::string(text, std::to_chars(text, std::end(text), *number).ptr));
+        Fail(inKey, "a number from 0 to 1e9 is expected, not " + NumberText(*number));
     }
     return static_cast<float>(*number);
 }
@@ -129,10 +122,10 @@ std::optional<std::string> ListReader::Text(char const* inKey) {
         return {};
     case kPropertyType_UTF8String:
         mList->GetValue(KeyOf(inKey), text);
-        return Narrow(text);
+        return PlainText(text);
     case kPropertyType_UTF16String:
         mList->GetValue(KeyOf(inKey), wideText);
-        return Narrow(utility::UTF16to8(wideText));
+        return PlainText(wideText);
     default:
         FailAsOther(inKey, "a text");
     }
@@ -168,7 +161,7 @@ std::vector<ListReader::NumberedList> ListReader::NumberedLists() {
     std::vector<NumberedList> lists;
     lists.reserve(keys.size());
     for (UTF8String const& key : keys) {
-        std::string const text = Narrow(key);
+        std::string const text = PlainText(key);
         std::uint32_t number = 0;
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error != std::errc() || end != text.data() + text.size() || text[0] == '0') {
@@ -189,7 +182,7 @@ void ListReader::RefuseOtherKeys() const {
     std::list<UTF8String> keys;
     mList->GetPropertyNames(keys);
     for (UTF8String const& key : keys) {
-        std::string const text = Narrow(key);
+        std::string const text = PlainText(key);
         if (std::find(mKnown.begin(), mKnown.end(), text) == mKnown.end()) {
             std::set<std::string_view> const known(mKnown.begin(), mKnown.end());
             Fail(text, "unknown key; known here are " + Joined(known));
