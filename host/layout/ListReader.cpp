@@ -7,6 +7,7 @@
 #include <charconv>
 #include <list>
 #include <set>
+#include <string_view>
 #include <utility>
 
 namespace brindle::host::layout {
@@ -98,7 +99,10 @@ std::optional<float> ListReader::Number(char const* inKey, std::string const& in
     }
     // Comparisons with what is not a number are false.
     if (!(*number >= 0 && *number <= double{kLargestSize})) {
-        Fail(inKey, "a number from 0 to 1e9 is expected, not " + NumberText(*number));
+        char text[32];
+        auto const [end, error] =
+            std::to_chars(text, std::end(text), *number, std::chars_format::general, 6);
+        Fail(inKey, "a number from 0 to 1e9 is expected, not " + std::string(text, end));
     }
     return static_cast<float>(*number);
 }

@@ -145,7 +145,8 @@ TEST_F(Layout, NamesTheKeyThatIsWrong) {
         {Row(Pair("1", flag)), "children/1: a list is expected, not true or false"},
         {inSecond(Pair("width", List(Pair("best", Text("x"))))),
          "children/2/children/7/width/best: a number is expected, not a text"},
-        {inSecond(Pair("width", Number("-3"))), "children/2/children/7/width: " + range + "-3"},
+        {inSecond(Pair("width", "<float>-0.1</float>")),
+         "children/2/children/7/width: " + range + "-0.1"},
         {Pair("width", Number("1e10")), "width: " + range + "1e+10"},
         {Pair("width", List(Pair("best", Number("1")) + Pair("maximum", Number("2")))),
          "width/maximum: only what is expandable has one"}};
