@@ -22,6 +22,7 @@ struct Verb {
 // Each is told in the source of its name.
 extern Verb const kCalcVerb;
 extern Verb const kGuidVerb;
+extern Verb const kLayoutVerb;
 extern Verb const kPackVerb;
 extern Verb const kPlistVerb;
 extern Verb const kSealVerb;

@@ -24,7 +24,7 @@ constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
 Verb const* const kVerbs[] = {&kSumVerb,    &kSealVerb, &kVerifyVerb, &kPlistVerb, &kPackVerb,
-                              &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb};
+                              &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb,  &kLayoutVerb};
 
 void PrintHelp() {
     auto& out = utility::streams::Out;
@@ -34,8 +34,8 @@ void PrintHelp() {
         out << "  " << std::left << std::setw(41) << call << verb->summary << '\n';
     }
     out << "\n"
-           "  brindle VERB --help               what a verb does\n"
-           "  brindle --version                 the version of the library\n"
+           "  brindle VERB --help                      what a verb does\n"
+           "  brindle --version                        the version of the library\n"
            "\n"
            "What follows -- is no option. Exit status: 0 done, 1 done but something failed "
            "or differed,\n"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Trees.h"
+#include "Exhibits.h"
 
 #include <ostream>
 

@@ -1,20 +1,64 @@
-// Draws a gallery of layouts as an SVG page: into the file that it is given, or to standard output.
+// Draws a gallery of layouts as an SVG page, of the trees in a directory: into the file that it is
+// given, or to standard output.
 #include "Gallery.h"
 
+#include <brindle/config/ErrorManager.h>
+#include <brindle/xml/ExpatParser.h>
+#include <brindle/xml/Parser.h>
+
+#include <cstring>
+#include <exception>
 #include <fstream>
 #include <iostream>
+#include <memory>
+#include <stdexcept>
 
-int main(int argc, char** argv) {
-    if (argc < 2) {
-        layout_gallery::WriteGallery(std::cout, layout_gallery::Exhibits());
+namespace {
+
+/// Makes an exception of every error of the library.
+class ThrowingErrorManager final : public brindle::config::ErrorManager {
+    using Value = brindle::config::ReplacementValue;
+
+    void ThrowErrorImpl(brindle::config::ErrorLevel, char const* inKey, std::uint32_t, std::int32_t,
+                        bool, Value const&, Value const&, Value const&, Value const&) override {
+        throw std::runtime_error(std::strchr(inKey, '=') + 1); // the key's default text
+    }
+};
+
+int Run(char const* inDirectory, char const* inFile) {
+    auto const exhibits = layout_gallery::Exhibits(inDirectory);
+    if (inFile == nullptr) {
+        layout_gallery::WriteGallery(std::cout, exhibits);
         return std::cout.flush() ? 0 : 1;
     }
-    std::ofstream file(argv[1], std::ios::binary);
-    layout_gallery::WriteGallery(file, layout_gallery::Exhibits());
+    std::ofstream file(inFile, std::ios::binary);
+    layout_gallery::WriteGallery(file, exhibits);
     file.close();
     if (!file) {
-        std::cerr << argv[1] << ": cannot be written\n";
+        std::cerr << inFile << ": cannot be written\n";
         return 1;
     }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::cerr << "usage: example_layout_gallery DIRECTORY [FILE]\n";
+        return 2;
+    }
+    ThrowingErrorManager errorManager;
+    brindle::config::ErrorManager::Set(&errorManager);
+    std::unique_ptr<brindle::xml::DocParserFactory> factory =
+        std::make_unique<brindle::xml::ExpatParserFactory>();
+    brindle::xml::SetParserFactory(factory);
+    int status = 1;
+    try {
+        status = Run(argv[1], argc > 2 ? argv[2] : nullptr);
+    } catch (std::exception const& error) {
+        std::cerr << error.what() << '\n';
+    }
+    brindle::config::ErrorManager::Set(nullptr);
+    return status;
 }

@@ -1,13 +1,13 @@
-#include "Nodes.h"
+#include "host/layout/Nodes.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace layout_gallery {
+namespace brindle::host::layout {
 
-using namespace brindle::arrange;
-using brindle::geom::PointT;
-using brindle::geom::RectT;
+using namespace arrange;
+using geom::PointT;
+using geom::RectT;
 
 namespace {
 
@@ -22,13 +22,37 @@ float Expanded(ExtentDescription const& inExtent, float inAvailable) {
     return std::max(Minimum(inExtent), std::min(inAvailable, inExtent.maximum));
 }
 
+/// What a group takes up is round what its children take up.
+void Include(Shape const& inChild, Shape& ioGroup) {
+    if (inChild.isPlaced) {
+        RectT<float> const place = inChild.kind == Shape::Kind::kLeaf
+                                       ? WithMargins(inChild.place, inChild.margins)
+                                       : inChild.place;
+        ioGroup.place = ioGroup.isPlaced ? United(ioGroup.place, place) : place;
+        ioGroup.isPlaced = true;
+    }
+}
+
 } // namespace
 
-LeafNode::LeafNode(NodeDescription inDescription) : mDescription(std::move(inDescription)) {}
+RectT<float> WithMargins(RectT<float> const& inRect, MarginsDescription const& inMargins) {
+    return {inRect.x - inMargins.left, inRect.y - inMargins.top,
+            inMargins.left + inRect.width + inMargins.right,
+            inMargins.top + inRect.height + inMargins.bottom};
+}
 
-void LeafNode::AppendShapes(std::vector<Shape>& ioShapes) const {
-    ioShapes.push_back(
-        {Shape::Kind::kLeaf, mPlace, mDescription.margins, mDescription.role, mDescription.label});
+RectT<float> United(RectT<float> const& inLHS, RectT<float> const& inRHS) {
+    float const x = std::min(inLHS.x, inRHS.x);
+    float const y = std::min(inLHS.y, inRHS.y);
+    return {x, y, std::max(inLHS.x + inLHS.width, inRHS.x + inRHS.width) - x,
+            std::max(inLHS.y + inLHS.height, inRHS.y + inRHS.height) - y};
+}
+
+LeafNode::LeafNode(NodeDescription&& inDescription) : mDescription(std::move(inDescription)) {}
+
+void LeafNode::AppendShapes(std::vector<Shape>& ioShapes, std::size_t inLevel) const {
+    ioShapes.push_back({Shape::Kind::kLeaf, mPlace, mDescription.margins, mDescription.role,
+                        mDescription.label, mDescription.key, inLevel, mIsPlaced});
 }
 
 float LeafNode::MinWidth() const {
@@ -49,6 +73,7 @@ float LeafNode::ExpandedHeight(float inAvailable) const {
 
 PointT<float> LeafNode::ArrangeContent(RectT<float> const& inRect) {
     mPlace = inRect;
+    mIsPlaced = true;
     // What follows is placed by this size, so the margins count.
     return {LeftMargin() + inRect.width + RightMargin(),
             TopMargin() + inRect.height + BottomMargin()};
@@ -65,18 +90,29 @@ void SeparatorLine::Place(SeparatorOrientation inOrientation, RectT<float> const
     }
 }
 
-GroupNode::GroupNode(NodeDescription inDescription)
+GroupNode::GroupNode(NodeDescription&& inDescription)
     : DynamicGroup(nullptr, inDescription.kind.value()), mDescription(std::move(inDescription)) {
-    for (NodeDescription& child : mDescription.children) {
+    std::vector<NodeDescription> children = std::move(mDescription.children);
+    mChildren.reserve(children.size());
+    for (NodeDescription& child : children) {
         mChildren.push_back(MakeNode(std::move(child)));
     }
-    mDescription.children.clear();
 }
 
-void GroupNode::AppendShapes(std::vector<Shape>& ioShapes) const {
-    ioShapes.push_back({Shape::Kind::kGroup, mPlace, mDescription.margins});
+void GroupNode::AppendShapes(std::vector<Shape>& ioShapes, std::size_t inLevel) const {
+    std::size_t const own = ioShapes.size();
+    ioShapes.push_back({Shape::Kind::kGroup,
+                        {},
+                        mDescription.margins,
+                        Role::kButton,
+                        mDescription.label,
+                        mDescription.key,
+                        inLevel,
+                        false});
     for (auto const& child : mChildren) {
-        child->AppendShapes(ioShapes);
+        std::size_t const first = ioShapes.size();
+        child->AppendShapes(ioShapes, inLevel + 1);
+        Include(ioShapes[first], ioShapes[own]);
     }
     for (auto const& separator : mSeparators) {
         ioShapes.push_back({Shape::Kind::kSeparator, separator->Line()});
@@ -106,21 +142,11 @@ ISeparator* GroupNode::BuildSeparator() {
     return mSeparators.emplace_back(std::make_unique<SeparatorLine>()).get();
 }
 
-void GroupNode::Position(PointT<float> const& inPosition) {
-    mPlace.x = inPosition.x;
-    mPlace.y = inPosition.y;
-}
-
-void GroupNode::SetDimensions(PointT<float> const& inSize) {
-    mPlace.width = inSize.x;
-    mPlace.height = inSize.y;
-}
-
-std::unique_ptr<Node> MakeNode(NodeDescription inDescription) {
+std::unique_ptr<Node> MakeNode(NodeDescription&& inDescription) {
     if (inDescription.kind) {
         return std::make_unique<GroupNode>(std::move(inDescription));
     }
     return std::make_unique<LeafNode>(std::move(inDescription));
 }
 
-} // namespace layout_gallery
+} // namespace brindle::host::layout

@@ -1,13 +1,18 @@
-#include "SvgPage.h"
+#include "host/layout/SvgPage.h"
 
+#include <brindle/xml/ReservedCharacters.h>
+
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <locale>
 #include <utility>
 
-namespace layout_gallery {
+namespace brindle::host::layout {
 
 namespace {
+
+constexpr float kLetterWidth = 0.6F; ///< of the font size, at the most on average
 
 /// A number with at most two decimals.
 struct Number {
@@ -28,23 +33,9 @@ std::ostream& operator<<(std::ostream& ioStream, Number inNumber) {
 }
 
 std::string Escaped(std::string const& inText) {
-    std::string escaped;
-    for (char const character : inText) {
-        switch (character) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        default:
-            escaped += character;
-        }
-    }
-    return escaped;
+    UTF8String escaped;
+    xml::utils::EncodeReservedCharacters(UTF8String(inText.begin(), inText.end()), escaped);
+    return {escaped.begin(), escaped.end()};
 }
 
 } // namespace
@@ -97,4 +88,13 @@ void SvgPage::Write(std::ostream& ioStream, float inWidth, float inHeight) const
     ioStream << head.str() << mBody.str() << "</svg>\n";
 }
 
-} // namespace layout_gallery
+float TextWidth(std::string const& inText, float inFontSize) {
+    return static_cast<float>(inText.size()) * kLetterWidth * inFontSize;
+}
+
+SvgPage::Rect OnPixels(SvgPage::Rect const& inRect) {
+    return {inRect.x + 0.5F, inRect.y + 0.5F, std::max(0.0F, inRect.width - 1),
+            std::max(0.0F, inRect.height - 1)};
+}
+
+} // namespace brindle::host::layout

@@ -6,13 +6,13 @@
 #include <sstream>
 #include <string>
 
-namespace layout_gallery {
+namespace brindle::host::layout {
 
 /// Draws in pixels from the upper left corner. Numbers have at most two decimals, so a picture is
 /// the same text on every machine.
 class SvgPage {
 public:
-    using Rect = brindle::geom::RectT<float>;
+    using Rect = geom::RectT<float>;
 
     enum class Anchor { kStart, kMiddle, kEnd };
 
@@ -34,4 +34,11 @@ private:
     std::ostringstream mBody;
 };
 
-} // namespace layout_gallery
+/// A text is hardly ever wider than this.
+float TextWidth(std::string const& inText, float inFontSize);
+
+/// The rectangle to give a shape with an outline: lines are sharp where they lie on the middle of
+/// pixels.
+SvgPage::Rect OnPixels(SvgPage::Rect const& inRect);
+
+} // namespace brindle::host::layout

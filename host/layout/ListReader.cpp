@@ -1,0 +1,209 @@
+#include "host/layout/ListReader.h"
+
+#include "host/PlainText.h"
+#include "host/layout/NodeDescription.h"
+
+#include <algorithm>
+#include <charconv>
+#include <list>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace brindle::host::layout {
+
+using namespace proplist;
+
+namespace {
+
+UTF8String KeyOf(std::string_view inKey) {
+    return {inKey.begin(), inKey.end()};
+}
+
+char const* NameOf(PropListPropertyType inType) {
+    switch (inType) {
+    case kPropertyType_UTF16String:
+    case kPropertyType_UTF8String:
+        return "a text";
+    case kPropertyType_Bool:
+        return "true or false";
+    case kPropertyType_PropList:
+        return "a list";
+    default:
+        return inType > kPropertyType_PropList ? "an array" : "a number";
+    }
+}
+
+template <typename T>
+T ValueOf(PropList const& inList, UTF8String const& inKey) {
+    T value{};
+    inList.GetValue(inKey, value);
+    return value;
+}
+
+std::optional<double> NumberIn(PropList const& inList, UTF8String const& inKey) {
+    switch (inList.GetPropertyType(inKey)) {
+    case kPropertyType_UInt16:
+        return ValueOf<std::uint16_t>(inList, inKey);
+    case kPropertyType_UInt32:
+        return ValueOf<std::uint32_t>(inList, inKey);
+    case kPropertyType_Int32:
+        return ValueOf<std::int32_t>(inList, inKey);
+    case kPropertyType_Int64:
+        return static_cast<double>(ValueOf<std::int64_t>(inList, inKey));
+    case kPropertyType_UInt64:
+        return static_cast<double>(ValueOf<std::uint64_t>(inList, inKey));
+    case kPropertyType_Float:
+        return ValueOf<float>(inList, inKey);
+    case kPropertyType_Double:
+        return ValueOf<double>(inList, inKey);
+    default:
+        return {};
+    }
+}
+
+template <typename Words>
+std::string Joined(Words const& inWords) {
+    std::string joined;
+    for (std::string_view const word : inWords) {
+        joined.append(joined.empty() ? "" : ", ").append(word);
+    }
+    return joined;
+}
+
+} // namespace
+
+ListReader::ListReader(PropList const& inList, std::string inPrefix)
+    : mList(&inList), mPrefix(std::move(inPrefix)) {}
+
+PropListPropertyType ListReader::TypeOf(char const* inKey) {
+    mKnown.push_back(inKey);
+    return mList->GetPropertyType(KeyOf(inKey));
+}
+
+bool ListReader::Has(char const* inKey) {
+    return TypeOf(inKey) != kPropertyType_None;
+}
+
+bool ListReader::HasList(char const* inKey) {
+    return TypeOf(inKey) == kPropertyType_PropList;
+}
+
+std::optional<float> ListReader::Number(char const* inKey, std::string const& inExpected) {
+    if (!Has(inKey)) {
+        return {};
+    }
+    std::optional<double> const number = NumberIn(*mList, KeyOf(inKey));
+    if (!number) {
+        FailAsOther(inKey, inExpected);
+    }
+    // Comparisons with what is not a number are false.
+    if (!(*number >= 0 && *number <= double{kLargestSize})) {
+        char text[32];
+        auto const [end, error] =
+            std::to_chars(text, std::end(text), *number, std::chars_format::general, 6);
+        Fail(inKey, "a number from 0 to 1e9 is expected, not " + std::string(text, end));
+    }
+    return static_cast<float>(*number);
+}
+
+std::optional<bool> ListReader::Flag(char const* inKey) {
+    if (!Has(inKey)) {
+        return {};
+    }
+    bool flag = false;
+    if (!mList->GetValue(KeyOf(inKey), flag)) {
+        FailAsOther(inKey, "true or false");
+    }
+    return flag;
+}
+
+std::optional<std::string> ListReader::Text(char const* inKey) {
+    UTF8String text;
+    UTF16String wideText;
+    switch (TypeOf(inKey)) {
+    case kPropertyType_None:
+        return {};
+    case kPropertyType_UTF8String:
+        mList->GetValue(KeyOf(inKey), text);
+        return PlainText(text);
+    case kPropertyType_UTF16String:
+        mList->GetValue(KeyOf(inKey), wideText);
+        return PlainText(wideText);
+    default:
+        FailAsOther(inKey, "a text");
+    }
+}
+
+std::optional<std::size_t> ListReader::Word(char const* inKey,
+                                            std::vector<char const*> const& inWords) {
+    std::optional<std::string> const text = Text(inKey);
+    if (!text) {
+        return {};
+    }
+    auto const found = std::find(inWords.begin(), inWords.end(), *text);
+    if (found == inWords.end()) {
+        Fail(inKey, "one of " + Joined(inWords) + " is expected, not \"" + *text + '"');
+    }
+    return static_cast<std::size_t>(found - inWords.begin());
+}
+
+std::optional<ListReader> ListReader::List(char const* inKey) {
+    if (!Has(inKey)) {
+        return {};
+    }
+    PropList const* const list = mList->GetSubList(KeyOf(inKey));
+    if (list == nullptr) {
+        FailAsOther(inKey, "a list");
+    }
+    return ListReader(*list, mPrefix + inKey + '/');
+}
+
+std::vector<ListReader::NumberedList> ListReader::NumberedLists() {
+    std::list<UTF8String> keys;
+    mList->GetPropertyNames(keys);
+    std::vector<NumberedList> lists;
+    lists.reserve(keys.size());
+    for (UTF8String const& key : keys) {
+        std::string const text = PlainText(key);
+        std::uint32_t number = 0;
+        auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (error != std::errc() || end != text.data() + text.size() || text[0] == '0') {
+            Fail(text, "the key has to be a whole number from 1 up");
+        }
+        lists.push_back({number, mList->GetSubList(key)});
+        if (lists.back().list == nullptr) {
+            FailAsOther(text, "a list");
+        }
+    }
+    std::sort(lists.begin(), lists.end(), [](NumberedList const& inLHS, NumberedList const& inRHS) {
+        return inLHS.number < inRHS.number;
+    });
+    return lists;
+}
+
+void ListReader::RefuseOtherKeys() const {
+    std::list<UTF8String> keys;
+    mList->GetPropertyNames(keys);
+    for (UTF8String const& key : keys) {
+        std::string const text = PlainText(key);
+        if (std::find(mKnown.begin(), mKnown.end(), text) == mKnown.end()) {
+            std::set<std::string_view> const known(mKnown.begin(), mKnown.end());
+            Fail(text, "unknown key; known here are " + Joined(known));
+        }
+    }
+}
+
+void ListReader::FailAsMissing(char const* inKey, std::string const& inExpected) const {
+    Fail(inKey, "is missing; " + inExpected + " is expected");
+}
+
+void ListReader::FailAsOther(std::string const& inKey, std::string const& inExpected) const {
+    Fail(inKey, inExpected + " is expected, not " + NameOf(mList->GetPropertyType(KeyOf(inKey))));
+}
+
+void ListReader::Fail(std::string const& inKey, std::string const& inReason) const {
+    throw description_error(mPrefix + inKey + ": " + inReason);
+}
+
+} // namespace brindle::host::layout

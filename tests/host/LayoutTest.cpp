@@ -1,0 +1,205 @@
+#include "tests/host/Command.h"
+
+#include <array>
+#include <map>
+#include <regex>
+#include <sstream>
+
+namespace brindle::host {
+
+namespace {
+
+class Layout : public tests::Command {
+protected:
+    static std::string Pair(std::string const& inKey, std::string const& inValue) {
+        return "<prop.pair><key>" + inKey + "</key>" + inValue + "</prop.pair>";
+    }
+    static std::string Text(std::string const& inText) { return "<string>" + inText + "</string>"; }
+    static std::string Number(std::string const& inNumber) {
+        return "<double>" + inNumber + "</double>";
+    }
+    static std::string List(std::string const& inPairs) {
+        return "<prop.list>" + inPairs + "</prop.list>";
+    }
+    static std::string Row(std::string const& inChildren) {
+        return Pair("kind", Text("Row")) + Pair("children", List(inChildren));
+    }
+
+    /// Arranges the tree whose root has these pairs.
+    Outcome RunTree(std::string const& inPairs, std::string const& inWords = "100x50") const {
+        Fill("tree.xml", "<prop.map version='4'>" + List(inPairs) + "</prop.map>");
+        return Run("layout tree.xml " + inWords);
+    }
+
+    std::string const mLeaf = Pair("width", Number("10")) + Pair("height", Number("20"));
+};
+
+TEST_F(Layout, ArrangesTheExamplesAsTheGalleryShowsThem) {
+    std::ifstream gallery(BRINDLE_SOURCES "/docs/layout/gallery.svg");
+    std::regex const view(R"re(<view id="([^"]*)".*)re");
+    std::regex const rect(
+        R"re(<rect class="(\w+)" x="(\S+)" y="(\S+)" width="(\S+)" height="(\S+)".*)re");
+    std::string name;
+    std::map<std::string, int> pictures;
+    std::istringstream places;
+    std::array<double, 2> corner{};
+    std::string rest;
+    for (std::string line; std::getline(gallery, line);) {
+        std::smatch match;
+        if (std::regex_match(line, match, view)) {
+            name = match[1];
+            continue;
+        }
+        if (name.empty() || !std::regex_match(line, match, rect) || match[1] == "card" ||
+            match[1] == "margin") {
+            continue;
+        }
+        std::array<double, 4> place{};
+        for (std::size_t i = 0; i < place.size(); ++i) {
+            place[i] = std::stod(match[i + 2]);
+        }
+        if (match[1] == "frame") {
+            // Other pictures of these two show the tree after a change.
+            bool const isOfFile = (name != "alignment" && name != "dynamic") || pictures[name] == 0;
+            pictures[name] += 1;
+            corner = {place[0], place[1]};
+            std::string const size = match[4].str() + "x" + match[5].str();
+            places.clear();
+            places.str(isOfFile ? Run("layout " BRINDLE_SOURCES "/examples/layouts/" + name +
+                                      ".xml " + size)
+                                      .output
+                                : "");
+            EXPECT_EQ(!isOfFile, !std::getline(places, rest)) << "the root, which is not drawn";
+        } else if (match[1] == "edge" || match[1] == "cut") {
+            EXPECT_FALSE(std::getline(places, rest)) << name;
+        } else if (places) {
+            double const inset = match[1] == "group" ? 0 : 0.5; // of the outline
+            std::array<double, 4> const expected{place[0] - corner[0] - inset,
+                                                 place[1] - corner[1] - inset, place[2] + 2 * inset,
+                                                 place[3] + 2 * inset};
+            for (double const number : expected) {
+                double arranged = -1;
+                places >> arranged;
+                EXPECT_NEAR(number, arranged, 0.011) << name << ' ' << pictures[name];
+            }
+            std::getline(places, rest);
+        }
+    }
+    EXPECT_EQ(14u, pictures.size());
+}
+
+TEST_F(Layout, TakesAnyNumberAndTellsPathLabelAndExactPlace) {
+    std::string const lists =
+        Pair("label", "<ustring>a\\b\n&lt;</ustring>") +
+        Pair("margins", List(Pair("left", "<int type='unsigned' size='16'>1</int>"))) +
+        Pair("width", List(Pair("best", Number("0.1")) + Pair("expandable", "<true/>") +
+                           Pair("maximum", "<int type='signed' size='64'>30</int>"))) +
+        Pair("height", "<int type='unsigned' size='64'>7</int>");
+    std::string const tree = Row(Pair("10", List(mLeaf)) + Pair("9", List(lists)) +
+                                 Pair("4000000000", List(Row(Pair("1", List(mLeaf)))))) +
+                             Pair("spacing", List(Pair("horizontal", "<float>2.3</float>"))) +
+                             Pair("alignment", List(Pair("vertical", Text("bottom"))));
+    EXPECT_EQ("0 30 55.6 20  .\n"
+              "1 43 30 7  9  a\\\\b\\n<\n"
+              "33.3 30 10 20  10\n"
+              "45.6 30 10 20  4000000000\n"
+              "45.6 30 10 20  4000000000/1\n",
+              RunTree(tree).output);
+    Outcome const drawn = RunTree(tree, "100x50 --svg=out.svg");
+    EXPECT_EQ("", drawn.output + drawn.errors);
+    EXPECT_NE(std::string::npos, ContentOf("out.svg").find(">a\\b\n&lt;</text>"));
+}
+
+TEST_F(Layout, NamesTheKeyThatIsWrong) {
+    std::string const flag = "<true/>";
+    std::string const row = Pair("kind", Text("Row"));
+    auto const inSecond = [&](std::string const& inPairs) {
+        return Row(Pair("1", List(mLeaf)) + Pair("2", List(Row(Pair("7", List(inPairs))))));
+    };
+    std::string const range = "a number from 0 to 1e9 is expected, not ";
+    std::pair<std::string, std::string> const rows[] = {
+        {"", "width: is missing; a number or a list is expected"},
+        {Pair("width", Text("10")), "width: a number or a list is expected, not a text"},
+        {mLeaf + Pair("kind", Text("row")),
+         "kind: one of Row, Column, Flipping, HorizontalWrapping, VerticalWrapping, AutoLayout is "
+         "expected, not \"row\""},
+        {mLeaf + Row(Pair("1", List(mLeaf))),
+         "height: unknown key; known here are alignment, children, kind, label, margins, "
+         "separators, spacing"},
+        {mLeaf + Pair("hight\n", flag),
+         "hight\\n: unknown key; known here are children, height, kind, label, margins, role, "
+         "width"},
+        {mLeaf + Pair("label", List("")), "label: a text is expected, not a list"},
+        {mLeaf + Pair("margins", "<array><true/></array>"),
+         "margins: a number or a list is expected, not an array"},
+        {row, "children: is missing; a list with at least one child is expected"},
+        {Row(""), "children: is missing; a list with at least one child is expected"},
+        {Pair("children", List("")), "kind: is missing; the kind of the group is expected"},
+        {row + Pair("separators", Number("1")),
+         "separators: true or false is expected, not a number"},
+        {row + Pair("alignment", flag), "alignment: a list is expected, not true or false"},
+        {row + Pair("spacing", List(Pair("x", flag))),
+         "spacing/x: unknown key; known here are horizontal, vertical"},
+        {Row(Pair("01", List(mLeaf))), "children/01: the key has to be a whole number from 1 up"},
+        {Row(Pair("", List(mLeaf))), "children/: the key has to be a whole number from 1 up"},
+        {Row(Pair("1", flag)), "children/1: a list is expected, not true or false"},
+        {inSecond(Pair("width", List(Pair("best", Text("x"))))),
+         "children/2/children/7/width/best: a number is expected, not a text"},
+        {inSecond(Pair("width", "<float>-0.1</float>")),
+         "children/2/children/7/width: " + range + "-0.1"},
+        {Pair("width", Number("1e10")), "width: " + range + "1e+10"},
+        {Pair("width", List(Pair("best", Number("1")) + Pair("maximum", Number("2")))),
+         "width/maximum: only what is expandable has one"}};
+    for (auto const& [pairs, message] : rows) {
+        Outcome const outcome = RunTree(pairs);
+        EXPECT_EQ("brindle: tree.xml: " + message + "\n", outcome.errors);
+        EXPECT_EQ("", outcome.output) << message;
+        EXPECT_EQ(1, outcome.status) << message;
+    }
+}
+
+TEST_F(Layout, TakesTreesOfAnySizeAndRefusesThoseThatAreTooDeep) {
+    std::string many;
+    for (int i = 1; i <= 100'000; ++i) {
+        many += Pair(std::to_string(i), List(mLeaf));
+    }
+    std::string const lines = RunTree(Row(many)).output;
+    EXPECT_EQ(100'001, std::count(lines.begin(), lines.end(), '\n'));
+    for (int const levels : {2000, 2001, 100'000}) {
+        std::string tree;
+        std::string ends;
+        for (int i = 1; i < levels; ++i) {
+            tree += Pair("kind", Text("AutoLayout")) +
+                    "<prop.pair><key>children</key><prop.list><prop.pair><key>1</key><prop.list>";
+            ends += "</prop.list></prop.pair></prop.list></prop.pair>";
+        }
+        Outcome const outcome = RunTree(tree + mLeaf + ends);
+        EXPECT_EQ(levels == 2000 ? 2000 : 0,
+                  std::count(outcome.output.begin(), outcome.output.end(), '\n'));
+        EXPECT_EQ(levels == 2000 ? "" : "brindle: tree.xml: the tree has more than 2000 levels\n",
+                  outcome.errors);
+    }
+}
+
+TEST_F(Layout, ExitStatusTellsWrongUsageAndUnusableFiles) {
+    Fill("damaged.xml", "<prop.map version='4'><prop.list>");
+    Fill("later.xml", "<prop.map version='5'>" + List(mLeaf) + "</prop.map>");
+    RunTree(mLeaf);
+    for (std::string const words : {"missing.xml 1x1", "damaged.xml 1x1", "later.xml 1x1", ". 1x1",
+                                    "tree.xml 1x1 --svg=.", "tree.xml 1x1 --svg=no/out"}) {
+        Outcome const outcome = Run("layout " + words);
+        EXPECT_EQ(1, outcome.status) << words;
+        EXPECT_EQ("", outcome.output) << words;
+        EXPECT_EQ(0u, outcome.errors.find("brindle: ")) << words;
+    }
+    for (std::string const words :
+         {"", "tree.xml", "tree.xml 1", "tree.xml 1x", "tree.xml x1", "tree.xml 1x1x1",
+          "tree.xml 0x1", "tree.xml 1x-1", "tree.xml 1xnan", "tree.xml infx1", "tree.xml 2e9x1",
+          "tree.xml 1x1 2", "tree.xml 1x1 --svg", "tree.xml 1x1 --svg="}) {
+        ExpectWrongUsage("layout " + words);
+    }
+}
+
+} // namespace
+
+} // namespace brindle::host
