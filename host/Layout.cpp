@@ -128,7 +128,7 @@ Verb const kLayoutVerb = {
     "the keys of the children from the root down with slashes between them, \".\" for the\n"
     "root; then two blanks and its label, if it has one. In a label a backslash, a newline\n"
     "and a carriage return are written as \\\\, \\n and \\r. A group's place is that of its\n"
-    "children together, with the margins round them.\n"
+    "children and their margins together.\n"
     "\n"
     "  --svg=OUT  draws the tree into the file OUT instead\n"
     "\n"
