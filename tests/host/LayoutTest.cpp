@@ -106,6 +106,13 @@ TEST_F(Layout, TakesAnyNumberAndTellsPathLabelAndExactPlace) {
               "45.6 30 10 20  4000000000/1\n",
               RunTree(tree).output);
     EXPECT_EQ("60 60 0 0  .\n", RunTree(mLeaf + Pair("margins", Number("60"))).output);
+    std::string const margins =
+        Pair("margins", List(Pair("top", Number("1")) + Pair("bottom", Number("2"))));
+    EXPECT_EQ(
+        "0 0 10 43  .\n0 1 10 20  1\n0 23 10 20  2\n",
+        RunTree(Pair("kind", Text("Column")) +
+                Pair("children", List(Pair("1", List(mLeaf + margins)) + Pair("2", List(mLeaf)))))
+            .output);
     Outcome const drawn = RunTree(tree, "100x50 --svg=out.svg");
     EXPECT_EQ("", drawn.output + drawn.errors);
     EXPECT_NE(std::string::npos, ContentOf("out.svg").find(">a\\b\n&lt;</text>"));
