@@ -115,10 +115,10 @@ ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo);
 ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount);
 
 /// Puts the regular file `inFrom` in place of `inTo`, which need not exist, with the promises of
-/// `ReplaceContent`; then nothing stands at `inFrom`. It also works between file systems. Waits a
-/// moment for whoever else is replacing the same file. Errors: 2, 3; 5 also what is no regular file
-/// on either side; 32 anybody has the old file open, or `inFrom` for writing; 1117 the disk failed,
-/// possibly behind the replacing; 1921 `inFrom` is a link.
+/// `ReplaceContent`; then nothing stands at `inFrom`. It also works between file systems. Whoever
+/// reads the old file goes on with it, and of several who replace it the last one wins. Errors: 2,
+/// 3; 5 also what is no regular file on either side; 32 anybody has either file open for writing;
+/// 1117 the disk failed, possibly behind the replacing; 1921 `inFrom` is a link.
 ErrorCode ReplaceFile(UTF16String const& inFrom, UTF16String const& inTo);
 
 /// Whom a new file lets read it.

@@ -26,11 +26,12 @@ public:
     /// Puts the temp file in place of the target, which need not exist, in one step. When it
     /// returns, the new version is on the disk, and `GetTempFile` names the target. Whoever looks,
     /// also after a crash, finds the whole old version or the whole new one. A target that is a
-    /// link stays one; what it leads to is replaced. Mode and owner of the old version are kept.
+    /// link stays one; what it leads to is replaced. Mode and owner of the old version are kept. Who
+    /// is reading the old version goes on with it.
     ///
     /// Throws `rename_file` with the temp file and the target's name, and leaves the old version
     /// alone, if there is no temp file, or it is no regular one, or is still open for writing; if
-    /// the target is no regular file, may not be written, or anybody has it open; and if the system
+    /// the target is no regular file, may not be written, or is open for writing; and if the system
     /// refuses. Only a disk that fails at the very end may leave the new version.
     void Commit();
 

@@ -13,14 +13,10 @@ namespace brindle::platform {
 
 enum class Lock { kShared, kExclusive };
 
-/// Locks an open file, or changes the lock that it has, without waiting. Error 32 somebody else's
-/// is in the way, and then it has none. A file system without locks grants every one.
-ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept;
-
-/// Opens a regular file and locks it without waiting; the lock goes with the descriptor. What is no
-/// regular file is refused (5) without being opened. `inFlags` are those of `open`; with `O_CREAT`
-/// a missing file is made. Under an exclusive lock the descriptor is the file that the path names,
-/// not one that was replaced meanwhile.
+/// Opens a regular file and locks it without waiting; the lock goes with the descriptor. Error 32
+/// somebody else's lock is in the way. What is no regular file is refused (5) without being opened.
+/// `inFlags` are those of `open`; with `O_CREAT` a missing file is made. Opened for writing, the
+/// descriptor is the file that the path names, not one that was replaced meanwhile.
 Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock);
 
 /// Writes all the bytes at the offset; `outWritten` tells how many arrived, also on failure.

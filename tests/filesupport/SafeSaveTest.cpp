@@ -33,7 +33,8 @@ TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
         {"no temp file", false, [](auto&, auto& inTemp) { fs::remove(inTemp); }},
         {"a link", false, [&](auto&, auto& inTemp) { fs::rename(Native("near"), inTemp); }},
         {"writer", false, [&](auto&, auto& inTemp) { writer.emplace(FileFromNative(inTemp)); }},
-        {"reader", false, [&](auto& inPlace, auto&) { reader.emplace(FileFromNative(inPlace)); }},
+        {"reader", true, [&](auto& inPlace, auto&) { reader.emplace(FileFromNative(inPlace)); }},
+        {"target's", false, [&](auto& inPlace, auto&) { writer.emplace(FileFromNative(inPlace)); }},
         {"read-only", false,
          [](auto& inPlace, auto&) { fs::permissions(inPlace, fs::perms(0440)); }},
     };
