@@ -26,8 +26,7 @@ ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
 
 } // namespace
 
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock) {
-    constexpr mode_t kAnybody = 0666;
+Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock, mode_t inMode) {
     // A file system that never numbers a file twice alike cannot tell whether it was replaced.
     constexpr int kMostAttempts = 64;
     if (inPath.Error() != kError_None) {
@@ -46,7 +45,7 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
         // Without blocking: a FIFO that takes the file's place this moment must not hold us up.
         FileDescriptor file(Uninterrupted([&] {
             return ::openat(inPath.Directory(), inPath.Tail(),
-                            inFlags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kAnybody);
+                            inFlags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, inMode);
         }));
         if (!file.IsOpen()) {
             return {{}, inPath.ErrorOf(errno)};
