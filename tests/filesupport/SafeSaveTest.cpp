@@ -79,6 +79,39 @@ TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
     EXPECT_EQ(NativePath(SafeSave(alone).GetTempFile()), "./alone" + ids + "1");
 }
 
+TEST_F(SafeSaveTest, ANameMayBeAsLongAsTheSystemTakesIt) {
+    for (std::string const& name :
+         {std::string(255, 'a'), std::string(251, 'b') + ".xml", "c." + std::string(253, 'd'),
+          std::string(252, 'e') + "\u20AC"}) {
+        File target(At(name));
+        for (std::string const version : {"old", "new"}) {
+            SafeSave save(target);
+            std::ofstream(NativePath(save.GetTempFile())) << version;
+            save.Commit();
+            EXPECT_EQ(ContentOf(name), version);
+        }
+    }
+}
+
+TEST_F(SafeSaveTest, APlantedLinkIsNotFollowed) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root makes links for others";
+    }
+    fs::permissions(mTemporary.Native(), fs::perms(01777));
+    fs::create_symlink("file", Native("link"));
+    File target(At("link"));
+    for (uid_t const owner : {65534u, 0u}) {
+        ASSERT_EQ(::lchown(Native("link").c_str(), owner, owner), 0);
+        SafeSave save(target);
+        std::ofstream(NativePath(save.GetTempFile())) << "new";
+        try {
+            save.Commit();
+        } catch (rename_file const&) {
+        }
+        EXPECT_EQ(ContentOf("file"), owner == 0 ? "new" : "");
+    }
+}
+
 TEST_F(SafeSaveTest, SaversDoNotDisturbEachOther) {
     Fill("file", "old");
     auto const saveOften = [this] {
