@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <csignal>
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
+#include <string>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/user.h>
@@ -22,8 +24,9 @@ struct SystemCallFault {
 
 struct FaultedRun {
     bool hasHappened = false;
-    long call = -1; ///< the number of the call that it happened to, as in `SYS_fsync`
-    int status = 0; ///< what the work returned, or minus the signal that ended it
+    long call = -1;   ///< the number of the call that it happened to, as in `SYS_fsync`
+    std::string file; ///< what the call's first argument has open, if it is a descriptor
+    int status = 0;   ///< what the work returned, or minus the signal that ended it
 };
 
 inline bool MayFail(long inCall) {
@@ -79,6 +82,10 @@ inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFau
         auto const number = static_cast<long>(info.entry.nr);
         if (isEntry && (!isRefusal || MayFail(number)) && ++calls == inFault.call) {
             run.call = number;
+            auto const descriptor = std::to_string(static_cast<int>(info.entry.args[0]));
+            std::error_code isNone;
+            run.file = std::filesystem::read_symlink(
+                "/proc/" + std::to_string(child) + "/fd/" + descriptor, isNone);
             isStruck = true;
         }
         if (isStruck && isRefusal) {
