@@ -24,9 +24,10 @@ struct SystemCallFault {
 
 struct FaultedRun {
     bool hasHappened = false;
-    long call = -1;   ///< the number of the call that it happened to, as in `SYS_fsync`
-    std::string file; ///< what the call's first argument has open, if it is a descriptor
-    int status = 0;   ///< what the work returned, or minus the signal that ended it
+    long call = -1;    ///< the number of the call that it happened to, as in `SYS_fsync`
+    std::string syncs; ///< the calls that order what comes to the disk, a letter each: w write,
+                       ///< s sync, r rename, S sync of a directory
+    int status = 0;    ///< what the work returned, or minus the signal that ended it
 };
 
 inline bool MayFail(long inCall) {
@@ -80,12 +81,16 @@ inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFau
         bool const isEntry = info.op == PTRACE_SYSCALL_INFO_ENTRY;
         bool const isRefusal = inFault.kind == SystemCallFault::kRefuse;
         auto const number = static_cast<long>(info.entry.nr);
+        if (isEntry && (number == SYS_pwrite64 || number == SYS_renameat)) {
+            run.syncs += number == SYS_renameat ? 'r' : 'w';
+        } else if (isEntry && number == SYS_fsync) {
+            auto const descriptors = "/proc/" + std::to_string(child) + "/fd/";
+            bool const isDirectory =
+                std::filesystem::is_directory(descriptors + std::to_string(info.entry.args[0]));
+            run.syncs += isDirectory ? 'S' : 's';
+        }
         if (isEntry && (!isRefusal || MayFail(number)) && ++calls == inFault.call) {
             run.call = number;
-            auto const descriptor = std::to_string(static_cast<int>(info.entry.args[0]));
-            std::error_code isNone;
-            run.file = std::filesystem::read_symlink(
-                "/proc/" + std::to_string(child) + "/fd/" + descriptor, isNone);
             isStruck = true;
         }
         if (isStruck && isRefusal) {
