@@ -7,6 +7,7 @@
 #include <brindle/utility/FileUtils.h>
 #include <brindle/utility/Numbers.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace brindle::filesupport {
@@ -19,8 +20,9 @@ UTF16String DirectoryOf(File const& inFile) {
     return parent.Helper().Path().empty() ? u"."_utf16 : parent.Helper().Path();
 }
 
+constexpr std::size_t kMostBytes = 255; // of a name
+
 bool IsNameTooLong(UTF16String const& inName) {
-    constexpr std::size_t kMostBytes = 255;
     return platform::ToCodePage(inName).size() > kMostBytes;
 }
 
@@ -35,6 +37,7 @@ File TempFileFor(File const& inTarget) {
     if (IsNameTooLong(ids + number + extension)) {
         extension.clear();
     }
+    title.resize(std::min(title.size(), kMostBytes)); // a unit is a byte at least
     while (IsNameTooLong(title + ids + number + extension)) {
         title.pop_back();
     }
