@@ -52,7 +52,7 @@ private:
 /// The new OUT, whose failures are `unwritable_error`.
 class Sink final : public OPlatformByteStream {
 public:
-    explicit Sink(File const& inFile) : OPlatformByteStream(inFile, kMakeNewFile) {}
+    Sink(File const& inFile, MakeNewFile inKind) : OPlatformByteStream(inFile, inKind) {}
 
     void WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) override {
         try {
@@ -72,9 +72,9 @@ std::unique_ptr<Source> OpenSource(File const& inFile, Diagnostics& ioDiagnostic
     throw unreadable_error(WhyUnreadable(inFile));
 }
 
-std::unique_ptr<Sink> MakeSink(File const& inFile) {
+std::unique_ptr<Sink> MakeSink(File const& inFile, MakeNewFile inKind) {
     try {
-        return std::make_unique<Sink>(inFile);
+        return std::make_unique<Sink>(inFile, inKind);
     } catch (create_invalidpath_exception const&) {
         throw unwritable_error("no such directory");
     } catch (create_exception const&) {
@@ -82,19 +82,23 @@ std::unique_ptr<Sink> MakeSink(File const& inFile) {
     }
 }
 
-/// What the last step would refuse is refused before hours of work.
-void RequireReplaceable(File const& inTarget) {
-    FileKind const kind = KindOf(inTarget);
-    if (kind != FileKind::kMissing && kind != FileKind::kRegular) {
+/// How to make the new version. What the last step would refuse is refused before hours of work.
+MakeNewFile KindOfNew(File const& inTarget) {
+    switch (KindOf(inTarget)) {
+    case FileKind::kMissing:
+        return kMakeNewFile;
+    case FileKind::kRegular:
+        return kMakeNewPrivateFile; // until it takes over the permissions of the old one
+    default:
         throw unwritable_error(WhyUnreadable(inTarget));
     }
 }
 
 void CodeInto(File inTarget, File const& inFile, Diagnostics& ioDiagnostics, Coding inCoding) {
     auto source = OpenSource(inFile, ioDiagnostics);
-    RequireReplaceable(inTarget);
+    MakeNewFile const kind = KindOfNew(inTarget);
     SafeSave save(inTarget);
-    auto sink = MakeSink(save.GetTempFile());
+    auto sink = MakeSink(save.GetTempFile(), kind);
     inCoding(*source, *sink);
     // Neither file is replaced while it is open, and they may be one.
     source.reset();

@@ -20,6 +20,12 @@ enum class FileKind {
     kOther,     ///< whatever else a system may hold
 };
 
+/// Whom a new file lets read it.
+enum class Readers {
+    kOwner,
+    kAnybody ///< whom the process's settings let
+};
+
 /// What tells one file or directory from every other on the machine while it exists.
 struct FileIdentity {
     std::uint64_t device = 0;
@@ -43,6 +49,9 @@ struct FileInfo {
 /// Inspects what stands at the path; a symbolic link counts as what it points to. Opens nothing, so
 /// it neither waits for a FIFO nor disturbs a device. Errors: 2, 3, 5, 1921.
 Result<FileInfo> Inspect(UTF16String const& inPath);
+
+/// True if anything stands at the path, be it a link that leads nowhere; false on any failure.
+bool IsNameTaken(UTF16String const& inPath);
 
 /// True if the path itself is a symbolic link, whatever it points to; false on any failure.
 bool IsSymbolicLink(UTF16String const& inPath);
@@ -72,7 +81,7 @@ public:
 private:
     friend Result<OpenFile> OpenForReading(UTF16String const&);
     friend Result<OpenFile> OpenForWriting(UTF16String const&);
-    friend Result<OpenFile> CreateNewFile(UTF16String const&);
+    friend Result<OpenFile> CreateNewFile(UTF16String const&, Readers);
     static constexpr std::intptr_t kInvalidHandle = -1;
     explicit OpenFile(std::intptr_t inHandle) noexcept : mHandle(inHandle) {}
 
@@ -94,7 +103,7 @@ Result<OpenFile> OpenForWriting(UTF16String const& inPath);
 
 /// Makes an empty file and opens it for writing, alone. Errors as for `CreateEmptyFile`; 80, or 5,
 /// if anything stands at the path, a link that leads nowhere too.
-Result<OpenFile> CreateNewFile(UTF16String const& inPath);
+Result<OpenFile> CreateNewFile(UTF16String const& inPath, Readers inReaders);
 
 /// Makes an empty file, or empties an existing regular one that nobody has open (32). Error 5 where
 /// a directory or a special file stands.
@@ -115,17 +124,11 @@ ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo);
 ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount);
 
 /// Puts the regular file `inFrom` in place of `inTo`, which need not exist, with the promises of
-/// `ReplaceContent`; then nothing stands at `inFrom`. It also works between file systems. Waits a
-/// moment for whoever else is replacing the same file. Errors: 2, 3; 5 also what is no regular file
-/// on either side; 32 anybody has the old file open, or `inFrom` for writing; 1117 the disk failed,
-/// possibly behind the replacing; 1921 `inFrom` is a link.
+/// `ReplaceContent`; then nothing stands at `inFrom`. It also works between file systems. Whoever
+/// reads the old file goes on with it, and of several who replace it the last one wins. Errors: 2,
+/// 3; 5 also what is no regular file on either side; 32 anybody has either file open for writing;
+/// 1117 the disk failed, possibly behind the replacing; 1921 `inFrom` is a link.
 ErrorCode ReplaceFile(UTF16String const& inFrom, UTF16String const& inTo);
-
-/// Whom a new file lets read it.
-enum class Readers {
-    kOwner,
-    kAnybody ///< whom the process's settings let
-};
 
 /// Makes a file with the content where nothing stands, not even a link (183). A failure leaves
 /// none. The content is in the system's hands when this returns, and not yet on the disk. Errors:

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <csignal>
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
+#include <string>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/user.h>
@@ -22,8 +24,10 @@ struct SystemCallFault {
 
 struct FaultedRun {
     bool hasHappened = false;
-    long call = -1; ///< the number of the call that it happened to, as in `SYS_fsync`
-    int status = 0; ///< what the work returned, or minus the signal that ended it
+    long call = -1;    ///< the number of the call that it happened to, as in `SYS_fsync`
+    std::string syncs; ///< the calls that order what comes to the disk, a letter each: w write,
+                       ///< s sync, r rename, S sync of a directory
+    int status = 0;    ///< what the work returned, or minus the signal that ended it
 };
 
 inline bool MayFail(long inCall) {
@@ -77,6 +81,14 @@ inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFau
         bool const isEntry = info.op == PTRACE_SYSCALL_INFO_ENTRY;
         bool const isRefusal = inFault.kind == SystemCallFault::kRefuse;
         auto const number = static_cast<long>(info.entry.nr);
+        if (isEntry && (number == SYS_pwrite64 || number == SYS_renameat)) {
+            run.syncs += number == SYS_renameat ? 'r' : 'w';
+        } else if (isEntry && number == SYS_fsync) {
+            auto const descriptors = "/proc/" + std::to_string(child) + "/fd/";
+            bool const isDirectory =
+                std::filesystem::is_directory(descriptors + std::to_string(info.entry.args[0]));
+            run.syncs += isDirectory ? 'S' : 's';
+        }
         if (isEntry && (!isRefusal || MayFail(number)) && ++calls == inFault.call) {
             run.call = number;
             isStruck = true;

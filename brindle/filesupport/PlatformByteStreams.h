@@ -38,7 +38,10 @@ private:
 };
 
 /// Selects the constructor that makes the file.
-enum MakeNewFile { kMakeNewFile };
+enum MakeNewFile {
+    kMakeNewFile,       ///< whom the process's settings let may read it
+    kMakeNewPrivateFile ///< only its owner may, as is right for the new version of a private file
+};
 
 /// Writes over an existing regular file from its beginning, alone, or makes a new one. It never
 /// shortens a file: what lies behind the last byte written survives.
@@ -52,7 +55,7 @@ public:
     explicit OPlatformByteStream(File const& inFile);
     /// Throws a class of `create_exception` if the file cannot be made, also because something
     /// stands there already, and be it a link that leads nowhere.
-    OPlatformByteStream(File const& inFile, MakeNewFile);
+    OPlatformByteStream(File const& inFile, MakeNewFile inKind);
     ~OPlatformByteStream() override;
 
     void Put(std::uint8_t inByte) override;

@@ -12,8 +12,8 @@ namespace brindle::filesupport {
 /// file each, and the last `Commit` wins.
 class BRN_API SafeSave {
 public:
-    /// Chooses the temp file: beside the target, a name that is free, with the target's extension.
-    /// Nothing is made.
+    /// Chooses the temp file: beside the target, a name that is free, with the target's title and
+    /// extension as far as there is room. Nothing is made.
     explicit SafeSave(File& inTarget);
     SafeSave(SafeSave const&) = delete;
     SafeSave& operator=(SafeSave const&) = delete;
@@ -27,10 +27,11 @@ public:
     /// returns, the new version is on the disk, and `GetTempFile` names the target. Whoever looks,
     /// also after a crash, finds the whole old version or the whole new one. A target that is a
     /// link stays one; what it leads to is replaced. Mode and owner of the old version are kept.
+    /// Who is reading the old version goes on with it.
     ///
     /// Throws `rename_file` with the temp file and the target's name, and leaves the old version
     /// alone, if there is no temp file, or it is no regular one, or is still open for writing; if
-    /// the target is no regular file, may not be written, or anybody has it open; and if the system
+    /// the target is no regular file, may not be written, or is open for writing; and if the system
     /// refuses. Only a disk that fails at the very end may leave the new version.
     void Commit();
 

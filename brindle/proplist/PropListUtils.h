@@ -38,13 +38,14 @@ BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRe
 /// Writes the document to the file so that the old document or the new one is there, whole,
 /// whatever happens.
 ///
-/// The document is on the disk when this returns. A link stays a link, and an old file's mode and
-/// owner are kept.
+/// The document is that of `WritePropList`, with carriage returns as references, since plain ones
+/// are read as line feeds. It is on the disk when this returns. A link stays a link, and an old
+/// file's mode and owner are kept.
 ///
 /// Throws `filesupport::file_exception`, `rename_file` among them, if that fails, and before
 /// anything is touched if a key or a text holds what no reader would give back: a control character
-/// other than tab and line feed, a surrogate without its partner, U+FFFE or U+FFFF, or bytes that
-/// are not UTF-8.
+/// other than tab, line feed and carriage return, a surrogate without its partner, U+FFFE or
+/// U+FFFF, or bytes that are not UTF-8.
 BRN_API void SavePropList(filesupport::File& ioFile, PropList const& inList);
 BRN_API void SavePropList(UTF16String const& inPath, PropList const& inList);
 

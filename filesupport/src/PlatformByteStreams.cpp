@@ -74,8 +74,10 @@ OPlatformByteStream::OPlatformByteStream(File const& inFile)
     : mFile(std::make_unique<platform::OpenFile>(
           OpenedOrThrow(platform::OpenForWriting(inFile.Helper().FullNativePath()), inFile))) {}
 
-OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile) {
-    auto file = platform::CreateNewFile(inFile.Helper().FullNativePath());
+OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile inKind) {
+    auto const readers =
+        inKind == kMakeNewPrivateFile ? platform::Readers::kOwner : platform::Readers::kAnybody;
+    auto file = platform::CreateNewFile(inFile.Helper().FullNativePath(), readers);
     if (!file) {
         ThrowCreateFailure(inFile, file.error);
     }

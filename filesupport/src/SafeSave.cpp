@@ -1,11 +1,13 @@
 #include "platform/Files.h"
 #include "platform/Process.h"
+#include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/SafeSave.h>
 #include <brindle/utility/FileUtils.h>
 #include <brindle/utility/Numbers.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace brindle::filesupport {
@@ -18,14 +20,28 @@ UTF16String DirectoryOf(File const& inFile) {
     return parent.Helper().Path().empty() ? u"."_utf16 : parent.Helper().Path();
 }
 
+constexpr std::size_t kMostBytes = 255; // of a name
+
+bool IsNameTooLong(UTF16String const& inName) {
+    return platform::ToCodePage(inName).size() > kMostBytes;
+}
+
 File TempFileFor(File const& inTarget) {
     auto const dot = std::uint16_t{'.'};
-    auto const base = inTarget.GetTitle() + dot +
-                      utility::NumberToString(static_cast<std::int64_t>(platform::ProcessId())) +
-                      dot +
-                      utility::NumberToString(static_cast<std::int64_t>(platform::ThreadId()));
-    return File(utility::FileUtils::UniqueFileName(DirectoryOf(inTarget), base,
-                                                   inTarget.GetExtension(true)));
+    auto const ids = dot + utility::NumberToString(std::int64_t{platform::ProcessId()}) + dot +
+                     utility::NumberToString(std::int64_t{platform::ThreadId()});
+    auto const number = std::uint16_t{'1'};
+    auto title = inTarget.GetTitle();
+    auto extension = inTarget.GetExtension(true);
+    // A target's name may be so long that the temp file's can hold only some of it.
+    if (IsNameTooLong(ids + number + extension)) {
+        extension.clear();
+    }
+    title.resize(std::min(title.size(), kMostBytes)); // a unit is a byte at least
+    while (IsNameTooLong(title + ids + number + extension)) {
+        title.pop_back();
+    }
+    return File(utility::FileUtils::UniqueFileName(DirectoryOf(inTarget), title + ids, extension));
 }
 
 } // namespace

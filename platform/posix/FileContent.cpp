@@ -81,10 +81,9 @@ ErrorCode WriteNewFile(UTF16String const& inPath, Readers inReaders, void const*
     if (path.Error() != kError_None) {
         return path.Error();
     }
-    auto const mode = inReaders == Readers::kOwner ? kMode_OwnerOnly : kMode_Anybody;
     FileDescriptor const file(Uninterrupted([&] {
         return ::openat(path.Directory(), path.Tail(),
-                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ModeFor(inReaders));
     }));
     if (!file.IsOpen()) {
         return path.ErrorOf(errno);

@@ -2,11 +2,31 @@
 
 #include "platform/posix/ErrnoTable.h"
 
+#include <sys/stat.h>
+
 #include <array>
 #include <climits>
 #include <utility>
 
 namespace brindle::platform {
+
+namespace {
+
+/// In a directory for everybody's temporary files, anybody may plant a link where another's file is
+/// expected. There only a link of our own leads on, or one of the directory's owner.
+bool IsPlanted(FilePlace const& inLink) {
+    struct stat directory {};
+    struct stat link {};
+    if (::fstat(inLink.directory.Get(), &directory) != 0 ||
+        ::fstatat(inLink.directory.Get(), inLink.name.c_str(), &link, AT_SYMLINK_NOFOLLOW) != 0) {
+        return true;
+    }
+    constexpr mode_t kForEverybody = S_ISVTX | S_IWOTH;
+    return (directory.st_mode & kForEverybody) == kForEverybody && link.st_uid != ::geteuid() &&
+           link.st_uid != directory.st_uid;
+}
+
+} // namespace
 
 Result<FilePlace> FollowLinks(UTF16String const& inPath) {
     // As many as the kernel follows.
@@ -54,6 +74,9 @@ Result<FilePlace> FollowLinks(UTF16String const& inPath) {
             ::readlinkat(place.directory.Get(), place.name.c_str(), link.data(), link.size());
         if (length < 0) {
             return {std::move(place), kError_None};
+        }
+        if (IsPlanted(place)) {
+            return {{}, kError_AccessDenied};
         }
         native.assign(link.data(), static_cast<std::size_t>(length));
         base = place.directory.Get();

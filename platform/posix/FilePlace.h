@@ -18,7 +18,8 @@ struct FilePlace {
     PathAt Path() const { return PathAt(directory.Get(), name); }
 };
 
-/// The file itself need not be there, and a link may dangle. Error 5 for what ends with no name.
+/// The file itself need not be there, and a link may dangle. Error 5 for what ends with no
+/// name, and for a link of somebody else in a directory where everybody may make one.
 Result<FilePlace> FollowLinks(UTF16String const& inPath);
 
 /// Puts a file over whatever stands in the place, in one step.

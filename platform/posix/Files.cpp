@@ -76,6 +76,13 @@ Result<FileInfo> Inspect(UTF16String const& inPath) {
     return {info, kError_None};
 }
 
+bool IsNameTaken(UTF16String const& inPath) {
+    PathAt const path(inPath);
+    struct stat status {};
+    return path.Error() == kError_None &&
+           ::fstatat(path.Directory(), path.Tail(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
 bool IsSymbolicLink(UTF16String const& inPath) {
     PathAt path(inPath);
     path.DropTrailingSeparators();
@@ -156,8 +163,9 @@ Result<OpenFile> OpenForWriting(UTF16String const& inPath) {
     return {OpenFile(file.value.Release()), file.error};
 }
 
-Result<OpenFile> CreateNewFile(UTF16String const& inPath) {
-    auto file = OpenLocked(PathAt(inPath), O_WRONLY | O_CREAT | O_EXCL, Lock::kExclusive);
+Result<OpenFile> CreateNewFile(UTF16String const& inPath, Readers inReaders) {
+    auto file = OpenLocked(PathAt(inPath), O_WRONLY | O_CREAT | O_EXCL, Lock::kExclusive,
+                           ModeFor(inReaders));
     return {OpenFile(file.value.Release()), file.error};
 }
 

@@ -15,8 +15,7 @@ bool IsSameFile(struct stat const& inLHS, struct stat const& inRHS) noexcept {
     return inLHS.st_dev == inRHS.st_dev && inLHS.st_ino == inRHS.st_ino;
 }
 
-} // namespace
-
+/// Locks an open file without waiting. A file system without locks grants every one.
 ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
     int const operation = (inLock == Lock::kShared ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (Uninterrupted([&] { return ::flock(inDescriptor, operation); }) == 0) {
@@ -25,8 +24,9 @@ ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
     return errno == EWOULDBLOCK ? kError_SharingViolation : kError_None;
 }
 
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock) {
-    constexpr mode_t kAnybody = 0666;
+} // namespace
+
+Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock, mode_t inMode) {
     // A file system that never numbers a file twice alike cannot tell whether it was replaced.
     constexpr int kMostAttempts = 64;
     if (inPath.Error() != kError_None) {
@@ -45,7 +45,7 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
         // Without blocking: a FIFO that takes the file's place this moment must not hold us up.
         FileDescriptor file(Uninterrupted([&] {
             return ::openat(inPath.Directory(), inPath.Tail(),
-                            inFlags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kAnybody);
+                            inFlags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, inMode);
         }));
         if (!file.IsOpen()) {
             return {{}, inPath.ErrorOf(errno)};
@@ -61,7 +61,8 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
             return {{}, refusal};
         }
 
-        bool const isCurrent = inLock == Lock::kShared || attempt == kMostAttempts ||
+        bool const isReader = (inFlags & O_ACCMODE) == O_RDONLY;
+        bool const isCurrent = isReader || attempt == kMostAttempts ||
                                (::fstatat(inPath.Directory(), inPath.Tail(), &named, 0) == 0 &&
                                 IsSameFile(named, opened));
         if (isCurrent) {

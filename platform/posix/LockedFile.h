@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Errors.h"
+#include "platform/Files.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PathAt.h"
 
@@ -11,17 +12,21 @@
 
 namespace brindle::platform {
 
+constexpr mode_t kMode_Anybody = 0666; ///< as far as the process's mask lets them
+constexpr mode_t kMode_OwnerOnly = 0600;
+
+constexpr mode_t ModeFor(Readers inReaders) {
+    return inReaders == Readers::kOwner ? kMode_OwnerOnly : kMode_Anybody;
+}
+
 enum class Lock { kShared, kExclusive };
 
-/// Locks an open file, or changes the lock that it has, without waiting. Error 32 somebody else's
-/// is in the way, and then it has none. A file system without locks grants every one.
-ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept;
-
-/// Opens a regular file and locks it without waiting; the lock goes with the descriptor. What is no
-/// regular file is refused (5) without being opened. `inFlags` are those of `open`; with `O_CREAT`
-/// a missing file is made. Under an exclusive lock the descriptor is the file that the path names,
-/// not one that was replaced meanwhile.
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock);
+/// Opens a regular file and locks it without waiting; the lock goes with the descriptor. Error 32
+/// somebody else's lock is in the way. What is no regular file is refused (5) without being opened.
+/// `inFlags` are those of `open`; with `O_CREAT` a missing file is made. Opened for writing, the
+/// descriptor is the file that the path names, not one that was replaced meanwhile.
+Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock,
+                                  mode_t inMode = kMode_Anybody);
 
 /// Writes all the bytes at the offset; `outWritten` tells how many arrived, also on failure.
 ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,

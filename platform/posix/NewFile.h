@@ -9,9 +9,6 @@
 
 namespace brindle::platform {
 
-constexpr mode_t kMode_Anybody = 0666; ///< as far as the process's mask lets them
-constexpr mode_t kMode_OwnerOnly = 0600;
-
 /// A new, hidden file in the directory of a place, which outlives this. It is removed again unless
 /// it takes the place.
 class NewFile {

@@ -7,36 +7,20 @@
 #include <sys/stat.h>
 
 #include <array>
-#include <ctime>
 
 namespace brindle::platform {
 
 namespace {
 
 /// Makes sure that what stands in the place may be replaced: a regular file that may be written and
-/// that nobody has open, or nothing. From then on it takes readers and no writer until the
-/// descriptor is closed; there is none if nothing stands there.
+/// that nobody writes, or nothing. From then on nobody can begin to write it until the descriptor
+/// is closed; there is none if nothing stands there. Shared, since other saves may do the same.
 Result<FileDescriptor> GuardOld(FilePlace const& inPlace) {
-    constexpr int kMostAttempts = 25;
-    constexpr timespec kMoment{0, 2'000'000};
-
-    auto const path = inPlace.Path();
-    for (int attempt = 1;; ++attempt) {
-        auto old = OpenLocked(path, O_WRONLY | O_NOFOLLOW, Lock::kExclusive);
-        if (old) {
-            if (auto const refusal = TakeLock(old.value.Get(), Lock::kShared)) {
-                old = {{}, refusal};
-            }
-        }
-        if (old.error == kError_FileNotFound) {
-            return {};
-        }
-        // Another save holds it no longer than a moment, and must not make this one fail.
-        if (old.error != kError_SharingViolation || attempt == kMostAttempts) {
-            return old;
-        }
-        ::nanosleep(&kMoment, nullptr);
+    auto old = OpenLocked(inPlace.Path(), O_WRONLY | O_NOFOLLOW, Lock::kShared);
+    if (old.error == kError_FileNotFound) {
+        return {};
     }
+    return old;
 }
 
 ErrorCode CopyContent(int inFrom, int inTo) {

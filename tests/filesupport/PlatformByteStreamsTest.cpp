@@ -55,6 +55,9 @@ TEST(PlatformByteStreams, ANewFileTakesNobodysPlace) {
     OPlatformByteStream(file, kMakeNewFile).Put('a');
     EXPECT_THROW((OPlatformByteStream{file, kMakeNewFile}), create_exception);
     EXPECT_EQ('a', IPlatformByteStream(file).Get());
+    OPlatformByteStream(File(temporary.Path(u"private"_utf16)), kMakeNewPrivateFile);
+    EXPECT_EQ(std::filesystem::perms(0600),
+              std::filesystem::status(temporary.Native("private")).permissions());
 }
 
 } // namespace

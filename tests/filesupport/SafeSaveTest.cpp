@@ -33,7 +33,8 @@ TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
         {"no temp file", false, [](auto&, auto& inTemp) { fs::remove(inTemp); }},
         {"a link", false, [&](auto&, auto& inTemp) { fs::rename(Native("near"), inTemp); }},
         {"writer", false, [&](auto&, auto& inTemp) { writer.emplace(FileFromNative(inTemp)); }},
-        {"reader", false, [&](auto& inPlace, auto&) { reader.emplace(FileFromNative(inPlace)); }},
+        {"reader", true, [&](auto& inPlace, auto&) { reader.emplace(FileFromNative(inPlace)); }},
+        {"target's", false, [&](auto& inPlace, auto&) { writer.emplace(FileFromNative(inPlace)); }},
         {"read-only", false,
          [](auto& inPlace, auto&) { fs::permissions(inPlace, fs::perms(0440)); }},
     };
@@ -76,6 +77,37 @@ TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
     }
     File alone(u"alone"_utf16);
     EXPECT_EQ(NativePath(SafeSave(alone).GetTempFile()), "./alone" + ids + "1");
+}
+
+TEST_F(SafeSaveTest, ANameMayBeAsLongAsTheSystemTakesIt) {
+    for (std::string const& name :
+         {std::string(255, 'a'), std::string(251, 'b') + ".xml", "c." + std::string(253, 'd'),
+          std::string(252, 'e') + "\u20AC"}) {
+        File target(At(name));
+        SafeSave save(target);
+        std::ofstream(NativePath(save.GetTempFile())) << "new";
+        save.Commit();
+        EXPECT_EQ(ContentOf(name), "new");
+    }
+}
+
+TEST_F(SafeSaveTest, APlantedLinkIsNotFollowed) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root makes links for others";
+    }
+    fs::permissions(mTemporary.Native(), fs::perms(01777));
+    fs::create_symlink("file", Native("link"));
+    File target(At("link"));
+    for (uid_t const owner : {65534u, 0u}) {
+        ASSERT_EQ(::lchown(Native("link").c_str(), owner, owner), 0);
+        SafeSave save(target);
+        std::ofstream(NativePath(save.GetTempFile())) << "new";
+        try {
+            save.Commit();
+        } catch (rename_file const&) {
+        }
+        EXPECT_EQ(ContentOf("file"), owner == 0 ? "new" : "");
+    }
 }
 
 TEST_F(SafeSaveTest, SaversDoNotDisturbEachOther) {

@@ -35,11 +35,6 @@ constexpr bool IsDotOrSpace(std::uint16_t inUnit) {
     return inUnit == '.' || inUnit == ' ';
 }
 
-/// True if something stands at the path, be it a link that points nowhere.
-bool IsTaken(UTF16String const& inPath) {
-    return FileExists(inPath) || platform::IsSymbolicLink(inPath);
-}
-
 std::int32_t ResultOf(platform::ErrorCode inError) {
     constexpr std::uint32_t kFailureOfTheSystem = 0x80070000U;
     return inError == platform::kError_None
@@ -141,7 +136,7 @@ UTF16String UniqueFileName(UTF16String const& inDirectory, UTF16String const& in
         auto candidate = prefix;
         candidate.append(digits.data(), end);
         candidate += inExtension;
-        if (!IsTaken(candidate)) {
+        if (!platform::IsNameTaken(candidate)) {
             return candidate;
         }
     }
