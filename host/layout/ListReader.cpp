@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <charconv>
 #include <list>
-#include <set>
 #include <string_view>
 #include <utility>
 
@@ -62,10 +61,9 @@ std::optional<double> NumberIn(PropList const& inList, UTF8String const& inKey) 
     }
 }
 
-template <typename Words>
-std::string Joined(Words const& inWords) {
+std::string Joined(std::vector<char const*> const& inWords) {
     std::string joined;
-    for (std::string_view const word : inWords) {
+    for (char const* const word : inWords) {
         joined.append(joined.empty() ? "" : ", ").append(word);
     }
     return joined;
@@ -76,20 +74,30 @@ std::string Joined(Words const& inWords) {
 ListReader::ListReader(PropList const& inList, std::string inPrefix)
     : mList(&inList), mPrefix(std::move(inPrefix)) {}
 
-PropListPropertyType ListReader::TypeOf(char const* inKey) {
-    mKnown.push_back(inKey);
+void ListReader::RefuseOtherKeys(std::vector<char const*> const& inKnown) const {
+    std::list<UTF8String> keys;
+    mList->GetPropertyNames(keys);
+    for (UTF8String const& key : keys) {
+        std::string const text = PlainText(key);
+        if (std::find(inKnown.begin(), inKnown.end(), text) == inKnown.end()) {
+            Fail(text, "unknown key; known here are " + Joined(inKnown));
+        }
+    }
+}
+
+PropListPropertyType ListReader::TypeOf(char const* inKey) const {
     return mList->GetPropertyType(KeyOf(inKey));
 }
 
-bool ListReader::Has(char const* inKey) {
+bool ListReader::Has(char const* inKey) const {
     return TypeOf(inKey) != kPropertyType_None;
 }
 
-bool ListReader::HasList(char const* inKey) {
+bool ListReader::HasList(char const* inKey) const {
     return TypeOf(inKey) == kPropertyType_PropList;
 }
 
-std::optional<float> ListReader::Number(char const* inKey, std::string const& inExpected) {
+std::optional<float> ListReader::Number(char const* inKey, std::string const& inExpected) const {
     if (!Has(inKey)) {
         return {};
     }
@@ -101,13 +109,13 @@ std::optional<float> ListReader::Number(char const* inKey, std::string const& in
     if (!(*number >= 0 && *number <= double{kLargestSize})) {
         char text[32];
         auto const [end, error] =
-            std::to_chars(text, std::end(text), *number, std::chars_format::general, 6);
+            std::to_chars(text, std::end(text), *number, std::chars_format::general, 10);
         Fail(inKey, "a number from 0 to 1e9 is expected, not " + std::string(text, end));
     }
     return static_cast<float>(*number);
 }
 
-std::optional<bool> ListReader::Flag(char const* inKey) {
+std::optional<bool> ListReader::Flag(char const* inKey) const {
     if (!Has(inKey)) {
         return {};
     }
@@ -118,7 +126,7 @@ std::optional<bool> ListReader::Flag(char const* inKey) {
     return flag;
 }
 
-std::optional<std::string> ListReader::Text(char const* inKey) {
+std::optional<std::string> ListReader::Text(char const* inKey) const {
     UTF8String text;
     UTF16String wideText;
     switch (TypeOf(inKey)) {
@@ -136,7 +144,7 @@ std::optional<std::string> ListReader::Text(char const* inKey) {
 }
 
 std::optional<std::size_t> ListReader::Word(char const* inKey,
-                                            std::vector<char const*> const& inWords) {
+                                            std::vector<char const*> const& inWords) const {
     std::optional<std::string> const text = Text(inKey);
     if (!text) {
         return {};
@@ -148,7 +156,7 @@ std::optional<std::size_t> ListReader::Word(char const* inKey,
     return static_cast<std::size_t>(found - inWords.begin());
 }
 
-std::optional<ListReader> ListReader::List(char const* inKey) {
+std::optional<ListReader> ListReader::List(char const* inKey) const {
     if (!Has(inKey)) {
         return {};
     }
@@ -159,7 +167,7 @@ std::optional<ListReader> ListReader::List(char const* inKey) {
     return ListReader(*list, mPrefix + inKey + '/');
 }
 
-std::vector<ListReader::NumberedList> ListReader::NumberedLists() {
+std::vector<ListReader::NumberedList> ListReader::NumberedLists() const {
     std::list<UTF8String> keys;
     mList->GetPropertyNames(keys);
     std::vector<NumberedList> lists;
@@ -180,18 +188,6 @@ std::vector<ListReader::NumberedList> ListReader::NumberedLists() {
         return inLHS.number < inRHS.number;
     });
     return lists;
-}
-
-void ListReader::RefuseOtherKeys() const {
-    std::list<UTF8String> keys;
-    mList->GetPropertyNames(keys);
-    for (UTF8String const& key : keys) {
-        std::string const text = PlainText(key);
-        if (std::find(mKnown.begin(), mKnown.end(), text) == mKnown.end()) {
-            std::set<std::string_view> const known(mKnown.begin(), mKnown.end());
-            Fail(text, "unknown key; known here are " + Joined(known));
-        }
-    }
 }
 
 void ListReader::FailAsMissing(char const* inKey, std::string const& inExpected) const {

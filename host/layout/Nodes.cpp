@@ -72,11 +72,12 @@ float LeafNode::ExpandedHeight(float inAvailable) const {
 }
 
 PointT<float> LeafNode::ArrangeContent(RectT<float> const& inRect) {
-    mPlace = inRect;
+    // Margins may be larger than the rectangle that a root is given.
+    mPlace = {inRect.x, inRect.y, std::max(0.0F, inRect.width), std::max(0.0F, inRect.height)};
     mIsPlaced = true;
     // What follows is placed by this size, so the margins count.
-    return {LeftMargin() + inRect.width + RightMargin(),
-            TopMargin() + inRect.height + BottomMargin()};
+    return {LeftMargin() + mPlace.width + RightMargin(),
+            TopMargin() + mPlace.height + BottomMargin()};
 }
 
 void SeparatorLine::Place(SeparatorOrientation inOrientation, RectT<float> const& inGap) {

@@ -20,58 +20,63 @@ Words const kHorizontalAlignments{"left", "centre", "right"};
 Words const kVerticalAlignments{"top", "centre", "bottom"};
 Words const kRoles(kRoleNames.begin(), kRoleNames.end());
 
+Words const kGroupKeys{"kind",       "children", "spacing", "alignment",
+                       "separators", "label",    "margins"};
+/// With the two that make a node a group.
+Words const kLeafKeys{"width", "height", "role", "label", "margins", "kind", "children"};
+
 constexpr char kNumberOrList[] = "a number or a list";
 
 /// Leaves the value alone if there is no such key.
 template <typename Enumeration>
-void ReadWord(ListReader& ioReader, char const* inKey, Words const& inWords, Enumeration& ioValue) {
-    if (auto const place = ioReader.Word(inKey, inWords)) {
+void ReadWord(ListReader const& inReader, char const* inKey, Words const& inWords,
+              Enumeration& ioValue) {
+    if (auto const place = inReader.Word(inKey, inWords)) {
         ioValue = static_cast<Enumeration>(*place);
     }
 }
 
-MarginsDescription ReadMargins(ListReader& ioNode) {
+MarginsDescription ReadMargins(ListReader const& inNode) {
     MarginsDescription margins;
-    if (!ioNode.HasList("margins")) {
-        float const all = ioNode.Number("margins", kNumberOrList).value_or(0);
+    if (!inNode.HasList("margins")) {
+        float const all = inNode.Number("margins", kNumberOrList).value_or(0);
         return {all, all, all, all};
     }
-    ListReader list = *ioNode.List("margins");
+    ListReader const list = *inNode.List("margins");
+    list.RefuseOtherKeys({"left", "top", "right", "bottom"});
     margins.left = list.Number("left").value_or(0);
     margins.top = list.Number("top").value_or(0);
     margins.right = list.Number("right").value_or(0);
     margins.bottom = list.Number("bottom").value_or(0);
-    list.RefuseOtherKeys();
     return margins;
 }
 
-geom::PointT<float> ReadSpacing(ListReader& ioNode) {
-    if (!ioNode.HasList("spacing")) {
-        float const both = ioNode.Number("spacing", kNumberOrList).value_or(0);
+geom::PointT<float> ReadSpacing(ListReader const& inNode) {
+    if (!inNode.HasList("spacing")) {
+        float const both = inNode.Number("spacing", kNumberOrList).value_or(0);
         return {both, both};
     }
-    ListReader list = *ioNode.List("spacing");
-    float const horizontal = list.Number("horizontal").value_or(0);
-    float const vertical = list.Number("vertical").value_or(0);
-    list.RefuseOtherKeys();
-    return {horizontal, vertical};
+    ListReader const list = *inNode.List("spacing");
+    list.RefuseOtherKeys({"horizontal", "vertical"});
+    return {list.Number("horizontal").value_or(0), list.Number("vertical").value_or(0)};
 }
 
-float ReadBest(ListReader& ioReader, char const* inKey, char const* inExpected) {
-    auto const best = ioReader.Number(inKey, inExpected);
+float ReadBest(ListReader const& inReader, char const* inKey, char const* inExpected) {
+    auto const best = inReader.Number(inKey, inExpected);
     if (!best) {
-        ioReader.FailAsMissing(inKey, inExpected);
+        inReader.FailAsMissing(inKey, inExpected);
     }
     return *best;
 }
 
-ExtentDescription ReadExtent(ListReader& ioNode, char const* inKey) {
+ExtentDescription ReadExtent(ListReader const& inNode, char const* inKey) {
     ExtentDescription extent;
-    if (!ioNode.HasList(inKey)) {
-        extent.best = ReadBest(ioNode, inKey, kNumberOrList);
+    if (!inNode.HasList(inKey)) {
+        extent.best = ReadBest(inNode, inKey, kNumberOrList);
         return extent;
     }
-    ListReader list = *ioNode.List(inKey);
+    ListReader const list = *inNode.List(inKey);
+    list.RefuseOtherKeys({"best", "minimum", "expandable", "maximum"});
     extent.best = ReadBest(list, "best", "a number");
     extent.minimum = list.Number("minimum");
     extent.isExpandable = list.Flag("expandable").value_or(false);
@@ -81,34 +86,34 @@ ExtentDescription ReadExtent(ListReader& ioNode, char const* inKey) {
             list.Fail("maximum", "only what is expandable has one");
         }
     }
-    list.RefuseOtherKeys();
     return extent;
 }
 
-void ReadLeaf(ListReader& ioReader, NodeDescription& outLeaf) {
-    ReadWord(ioReader, "role", kRoles, outLeaf.role);
-    outLeaf.width = ReadExtent(ioReader, "width");
-    outLeaf.height = ReadExtent(ioReader, "height");
+void ReadLeaf(ListReader const& inReader, NodeDescription& outLeaf) {
+    ReadWord(inReader, "role", kRoles, outLeaf.role);
+    outLeaf.width = ReadExtent(inReader, "width");
+    outLeaf.height = ReadExtent(inReader, "height");
 }
 
 /// Result: the children, which are to be read into those of `outGroup`.
-std::vector<ListReader::NumberedList> ReadGroup(ListReader& ioReader, NodeDescription& outGroup) {
-    auto const kind = ioReader.Word("kind", kKinds);
+std::vector<ListReader::NumberedList> ReadGroup(ListReader const& inReader,
+                                                NodeDescription& outGroup) {
+    auto const kind = inReader.Word("kind", kKinds);
     if (!kind) {
-        ioReader.FailAsMissing("kind", "the kind of the group");
+        inReader.FailAsMissing("kind", "the kind of the group");
     }
     outGroup.kind = static_cast<GroupArrangementType>(*kind);
-    outGroup.spacing = ReadSpacing(ioReader);
-    if (auto alignment = ioReader.List("alignment")) {
+    outGroup.spacing = ReadSpacing(inReader);
+    if (auto const alignment = inReader.List("alignment")) {
+        alignment->RefuseOtherKeys({"horizontal", "vertical"});
         ReadWord(*alignment, "horizontal", kHorizontalAlignments, outGroup.horizontalAlignment);
         ReadWord(*alignment, "vertical", kVerticalAlignments, outGroup.verticalAlignment);
-        alignment->RefuseOtherKeys();
     }
-    outGroup.hasSeparators = ioReader.Flag("separators").value_or(false);
-    auto list = ioReader.List("children");
+    outGroup.hasSeparators = inReader.Flag("separators").value_or(false);
+    auto const list = inReader.List("children");
     auto children = list ? list->NumberedLists() : std::vector<ListReader::NumberedList>();
     if (children.empty()) {
-        ioReader.FailAsMissing("children", "a list with at least one child");
+        inReader.FailAsMissing("children", "a list with at least one child");
     }
     outGroup.children.resize(children.size());
     return children;
@@ -137,19 +142,19 @@ private:
     };
 
     void ReadNode(PropList const& inList, NodeDescription& outNode) {
-        ListReader reader(inList);
+        ListReader const reader(inList);
+        // Before anything is missed, for a key that is missing may be there with a wrong letter.
+        bool const isGroup = reader.Has("kind") || reader.Has("children");
+        reader.RefuseOtherKeys(isGroup ? kGroupKeys : kLeafKeys);
         if (auto const label = reader.Text("label")) {
             outNode.label = *label;
         }
         outNode.margins = ReadMargins(reader);
-        bool const isGroup = reader.Has("kind") || reader.Has("children");
         if (!isGroup) {
             ReadLeaf(reader, outNode);
-            reader.RefuseOtherKeys();
             return;
         }
         auto children = ReadGroup(reader, outNode);
-        reader.RefuseOtherKeys();
         mOpenGroups.push_back({&outNode, std::move(children)});
         if (mOpenGroups.size() == kMostLevels) {
             mOpenGroups.clear();

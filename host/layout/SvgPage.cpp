@@ -20,10 +20,10 @@ struct Number {
 };
 
 std::ostream& operator<<(std::ostream& ioStream, Number inNumber) {
-    long const hundredths = std::lround(double{inNumber.value} * 100);
-    long const magnitude = std::labs(hundredths);
+    long long const hundredths = std::llround(double{inNumber.value} * 100);
+    long long const magnitude = std::llabs(hundredths);
     ioStream << (hundredths < 0 ? "-" : "") << magnitude / 100;
-    if (long const decimals = magnitude % 100; decimals != 0) {
+    if (long long const decimals = magnitude % 100; decimals != 0) {
         ioStream << '.' << decimals / 10;
         if (decimals % 10 != 0) {
             ioStream << decimals % 10;
