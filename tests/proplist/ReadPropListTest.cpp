@@ -108,8 +108,8 @@ TEST_F(ReadDocuments, ThatNoWriterMakes) {
          "<int type='x' size='16'>70000</int>",
          "65535'><key>a</key><int type='unsigned' size='16'>4464</int>"},
         {"5'><prop.list><array><array.type><float/><c/></array.type></array><key>a</key><array/>"
-         "<key>b</key><array><string>true</string><float/><bool/></array>"
-         "<key>c</key><array><true/><string>7</string><float> .5x</float></array>",
+         "<key>b</key><array><string>true</string><float/><bool/></array><key>c</key><array>"
+         "<array.type><bool/></array.type><true/><string>7</string><float> .5x</float></array>",
          "5'><key></key><array><array.type><float/></array.type></array>"
          "<key>b</key><array><array.type><bool/></array.type><true/><false/><true/></array>"
          "<key>c</key><array><array.type><float/></array.type><float>0</float><float>7</float>"
