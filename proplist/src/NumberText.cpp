@@ -53,6 +53,7 @@ T ExtractNumber(UTF16String const& inText) {
     T number = 0;
     iUTF16StringStream stream(inText);
     stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios_base::badbit); // or memory that runs out would read as 0
     stream >> number;
     return number;
 }
