@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <fcntl.h>
 #include <map>
 #include <sys/stat.h>
+#include <thread>
 
 namespace brindle::host {
 
@@ -151,6 +153,23 @@ TEST_F(Seal, NamesWhatIsChangedMissingAndNew) {
     EXPECT_EQ(0u, ContentOf("err").find("brindle: " + Native("tree/dir") +
                                         ": the directory cannot be read\n"));
     EXPECT_NE(std::string::npos, ContentOf(manifest).find(">grown<")) << "sealed over";
+}
+
+TEST_F(Seal, LeavesOutWhatChangesWhileItIsRead) {
+    MakeFile("tree/still", "");
+    MakeFile("tree/busy", "");
+    fs::resize_file(Native("tree/busy"), 1u << 27); // long enough to be touched for certain
+    std::atomic<bool> isSealed{false};
+    std::thread toucher([&] {
+        while (!isSealed) {
+            fs::last_write_time(Native("tree/busy"), fs::file_time_type::clock::now());
+        }
+    });
+    Expect("seal tree", "", 1, "brindle: tree/busy: changed while it was read\n");
+    isSealed = true;
+    toucher.join();
+    Expect("verify tree/brindle-seal.xml",
+           "new busy\n1 files: 0 changed, 0 missing, 1 new, 0 unreadable\n", 1);
 }
 
 TEST_F(Seal, TrustsNoManifest) {
