@@ -74,15 +74,15 @@ bool IsPathBelow(std::string const& inPath) {
 }
 
 SealedFile ReadFile(PropList const& inFiles, UTF8String const& inKey) {
-    std::string const name = EscapedName(PlainText(inKey));
+    auto const name = [&inKey] { return "'" + EscapedName(PlainText(inKey)) + "'"; };
     auto const require = [&name](bool inIsRight, char const* inKeyOfFile) {
         if (!inIsRight) {
-            Refuse("the " + std::string(inKeyOfFile) + " of '" + name + "' is missing or wrong");
+            Refuse("the " + std::string(inKeyOfFile) + " of " + name() + " is missing or wrong");
         }
     };
     SealedFile file;
     if (!PercentDecode(inKey, file.path) || !IsPathBelow(file.path)) {
-        Refuse("'" + name + "' is no path below the root");
+        Refuse(name() + " is no path below the root");
     }
     PropList const* const properties = inFiles.GetSubList(inKey);
     require(properties != nullptr, "list");

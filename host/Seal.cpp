@@ -9,6 +9,7 @@
 #include <brindle/filesupport/NativePath.h>
 
 #include <array>
+#include <utility>
 
 namespace brindle::host {
 
@@ -28,23 +29,22 @@ std::string Objection(std::string const& inManifest) {
     return canBeWritten ? "" : "is no regular file, so it is not replaced";
 }
 
-/// Sums the files of the tree into the manifest.
-void AddFiles(SealedTree const& inTree, std::uint32_t inJobs, NewManifest& ioManifest,
-              Diagnostics& ioDiagnostics) {
-    std::vector<std::string> const paths = inTree.Find(ioDiagnostics).files;
+/// Sums the files into the manifest.
+void AddFiles(std::vector<std::string> inPaths, SealedTree const& inTree, std::uint32_t inJobs,
+              NewManifest& ioManifest, Diagnostics& ioDiagnostics) {
     std::array<std::uint64_t, kMostAhead> modified{};
     auto const sum = [&](std::size_t inIndex) {
-        return SteadySumOf(inTree.FileAt(paths[inIndex]), modified[inIndex % kMostAhead]);
+        return SteadySumOf(inTree.FileAt(inPaths[inIndex]), modified[inIndex % kMostAhead]);
     };
     auto const add = [&](std::size_t inIndex, SumOutcome const& inOutcome) {
-        std::string const& path = paths[inIndex];
+        std::string const& path = inPaths[inIndex];
         if (inOutcome.failure.empty()) {
             ioManifest.Add(path, inOutcome.sum, modified[inIndex % kMostAhead]);
         } else {
             ioDiagnostics.Report(inTree.NativePathOf(path), inOutcome.failure);
         }
     };
-    SumInOrder(paths.size(), inJobs, ioDiagnostics, sum, add);
+    SumInOrder(inPaths.size(), inJobs, ioDiagnostics, sum, add);
 }
 
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
@@ -65,8 +65,12 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         if (!objection.empty()) {
             return ioDiagnostics.Report(output, objection);
         }
+        FoundFiles found = tree.Find(ioDiagnostics);
+        if (found.files.empty() && !found.unreadableDirs.empty()) {
+            return; // that has been reported, and an older manifest tells more
+        }
         NewManifest manifest(tree.RootForManifest());
-        AddFiles(tree, jobs, manifest, ioDiagnostics);
+        AddFiles(std::move(found.files), tree, jobs, manifest, ioDiagnostics);
         ioDiagnostics.ShowProgress("writing " + output);
         File file = FileFromNative(manifestPath);
         manifest.Save(file);

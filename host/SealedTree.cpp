@@ -14,6 +14,8 @@ using namespace filesupport;
 
 namespace {
 
+constexpr int kMostLinks = 40; // as many as the system follows
+
 std::string WithSlash(std::string const& inPath) {
     return inPath.empty() || inPath.back() != '/' ? inPath + '/' : inPath;
 }
@@ -60,13 +62,18 @@ bool SealedTree::IsManifest(std::string const& inPath) const {
     // The walk enters no links, so only a file that is one itself leads to what stands elsewhere.
     std::string const path = NativePathOf(inPath);
     std::error_code ignored;
-    return fs::is_symlink(path, ignored) && fs::equivalent(path, mManifest, ignored);
+    return fs::is_symlink(path, ignored) && PathWithoutLinks(path) == mManifest;
 }
 
 std::string PathWithoutLinks(std::string const& inPath) {
     std::error_code error;
-    fs::path const path = fs::weakly_canonical(fs::absolute(inPath, error), error);
-    return error ? inPath : path.string();
+    fs::path path = fs::absolute(inPath, error);
+    // A link to what is not there yet leads on too.
+    for (int links = 0; links < kMostLinks && fs::is_symlink(path, error); ++links) {
+        path = path.parent_path() / fs::read_symlink(path, error);
+    }
+    fs::path const canonical = fs::weakly_canonical(path, error);
+    return error ? path : canonical;
 }
 
 std::string PathFrom(std::string const& inDirectory, std::string const& inPath) {

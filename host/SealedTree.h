@@ -35,8 +35,8 @@ private:
     std::string const mManifestInTree; // its path below the root, if it is there
 };
 
-/// The native path of what a path leads to, absolute and without links; what is not there yet is
-/// taken as it is written.
+/// The native path of what a path leads to, absolute and without links, also if it is not there
+/// yet.
 std::string PathWithoutLinks(std::string const& inPath);
 
 /// A native path, without "." and "..", of what an absolute or relative path names from a

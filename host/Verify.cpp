@@ -160,12 +160,11 @@ Verb const kVerifyVerb = {
     "MANIFEST [--jobs=N] [--root=DIR]",
     "tells how files differ from what seal wrote down",
     "Reads all files below the directory that a manifest of seal tells, and writes a line for\n"
-    "each that differs, sorted by path: \"changed PATH\" if size or CRC-32 differ, \"missing "
-    "PATH\"\n"
-    "or \"new PATH\", with the path below that directory and a backslash, a newline and a\n"
-    "carriage return in it as \\\\, \\n and \\r. The last line has the counts. Another time of\n"
-    "modification is no difference. What cannot be read, or changes while it is read, is\n"
-    "reported.\n"
+    "each that differs, sorted by path: \"changed PATH\" if size or CRC-32 differ,\n"
+    "\"missing PATH\" or \"new PATH\", with the path below that directory and a backslash, a\n"
+    "newline and a carriage return in it as \\\\, \\n and \\r. The last line has the counts.\n"
+    "Another time of modification is no difference. What cannot be read, or changes while it\n"
+    "is read, is reported.\n"
     "\n"
     "  --jobs=N    how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "              processor\n"

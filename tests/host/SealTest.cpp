@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <fcntl.h>
 #include <map>
 #include <sys/stat.h>
+#include <thread>
 
 namespace brindle::host {
 
@@ -82,17 +84,18 @@ TEST_F(Seal, KeepsEveryNameWholeAndReadable) {
 TEST_F(Seal, StaysTrueWhenTreeAndManifestAreMovedOrSealedAgain) {
     MakeFile("tree/file", "1");
     MakeFile("tree/sub/brindle-seal.xml", "not the manifest, whatever its name");
-    MakeFile("lists/old.xml", "not read");
-    fs::create_symlink("old.xml", Native("lists/link.xml"));
+    fs::create_directory(Native("lists"));
     Expect("seal tree");
-    Expect("seal tree/ --output=lists/link.xml --jobs=1");
-    EXPECT_TRUE(fs::is_symlink(Native("lists/link.xml")));
+    fs::create_symlink("../lists/old.xml", Native("tree/link.xml"));
+    Expect("seal tree/ --output=tree/link.xml --jobs=1");
+    EXPECT_TRUE(fs::is_symlink(Native("tree/link.xml")));
     fs::create_directory(Native("moved"));
     for (char const* const name : {"tree", "lists"}) {
         fs::rename(Native(name), Native(std::string("moved/") + name));
     }
+    Expect("verify moved/tree/link.xml", Clean(3));
+    fs::remove(Native("moved/tree/link.xml"));
     Expect("verify moved/tree/brindle-seal.xml", Clean(2));
-    Expect("verify moved/lists/link.xml", Clean(3));
     Expect("verify --root=moved/tree moved/lists/old.xml", Clean(3));
     fs::remove_all(Native("moved/lists"));
 
@@ -139,7 +142,9 @@ TEST_F(Seal, NamesWhatIsChangedMissingAndNew) {
     fs::permissions(Native("tree/dir"), fs::perms::none);
     std::string const without = // what lets root read everything
         ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search " : "";
-    std::system((without + BRINDLE_COMMAND " verify " + Native("tree/brindle-seal.xml") + " >" +
+    std::string const manifest = Native("tree/brindle-seal.xml");
+    std::system(("(" + without + BRINDLE_COMMAND " verify " + manifest + "; " + without +
+                 BRINDLE_COMMAND " seal " + Native("tree/dir") + " --output=" + manifest + ") >" +
                  Native("out") + " 2>" + Native("err"))
                     .c_str());
     fs::permissions(Native("tree/dir"), fs::perms::all);
@@ -147,6 +152,24 @@ TEST_F(Seal, NamesWhatIsChangedMissingAndNew) {
               ContentOf("out").find("7 files: 3 changed, 2 missing, 1 new, 2 unreadable\n"));
     EXPECT_EQ(0u, ContentOf("err").find("brindle: " + Native("tree/dir") +
                                         ": the directory cannot be read\n"));
+    EXPECT_NE(std::string::npos, ContentOf(manifest).find(">grown<")) << "sealed over";
+}
+
+TEST_F(Seal, LeavesOutWhatChangesWhileItIsRead) {
+    MakeFile("tree/still", "");
+    MakeFile("tree/busy", "");
+    fs::resize_file(Native("tree/busy"), 1u << 27); // long enough to be touched for certain
+    std::atomic<bool> isSealed{false};
+    std::thread toucher([&] {
+        while (!isSealed) {
+            fs::last_write_time(Native("tree/busy"), fs::file_time_type::clock::now());
+        }
+    });
+    Expect("seal tree", "", 1, "brindle: tree/busy: changed while it was read\n");
+    isSealed = true;
+    toucher.join();
+    Expect("verify tree/brindle-seal.xml",
+           "new busy\n1 files: 0 changed, 0 missing, 1 new, 0 unreadable\n", 1);
 }
 
 TEST_F(Seal, TrustsNoManifest) {

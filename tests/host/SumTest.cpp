@@ -96,7 +96,7 @@ TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
     for (int i = 0; i < 2000; ++i) { // more than are ever ahead, of sizes that overtake each other
         MakeFile("d" + std::to_string(i % 7) + "/\n" + std::to_string(i),
                  std::string(i % 97 == 0 ? 100'000u : 1u, static_cast<char>(i)));
-        fs::create_symlink(i % 2 != 0 ? "nowhere" : "/dev/null", Native("l" + std::to_string(i)));
+        fs::create_symlink(i % 2 != 0 ? "nowhere" : "/dev/null", Native("a" + std::to_string(i)));
     }
     Outcome const alone = Run("sum --jobs=1 '" + mTemporary.Native() + "'");
     EXPECT_EQ(ExpectedLines(), alone.output);
