@@ -28,20 +28,9 @@ std::uint64_t WordAt(std::uint8_t const* inBytes) noexcept {
 }
 
 KeyStart StartOf(UTF8String const& inKey) noexcept {
-    std::uint8_t const* const bytes = inKey.data();
-    std::size_t const size = inKey.size();
-    if (size >= 2 * kWordSize) {
-        return {WordAt(bytes), WordAt(bytes + kWordSize)};
-    }
-    if (size > kWordSize) {
-        // The last word, without the bytes that are in the first.
-        return {WordAt(bytes), WordAt(bytes + size - kWordSize) << 8 * (2 * kWordSize - size)};
-    }
-    std::uint64_t high = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        high |= std::uint64_t{bytes[i]} << 8 * (kWordSize - 1 - i);
-    }
-    return {high, 0};
+    std::uint8_t bytes[2 * kWordSize] = {};
+    std::memcpy(bytes, inKey.data(), std::min(inKey.size(), sizeof bytes));
+    return {WordAt(bytes), WordAt(bytes + kWordSize)};
 }
 
 bool operator==(KeyStart const& inLHS, KeyStart const& inRHS) noexcept {

@@ -10,11 +10,14 @@ namespace brindle::proplist {
 
 namespace {
 
+using impl::BoolPropNode;
 using impl::PropListArrayNode;
 using impl::PropListNode;
 using impl::PropNodeBase;
 using impl::PropNodeBlocks;
-using impl::ScalarPropNode;
+using impl::SimpleTypeArrayNode;
+using impl::StringPropNode;
+using impl::UnicodeStringPropNode;
 
 template <typename Node>
 Node* NodeCast(PropNodeBase* inNode) noexcept {
@@ -73,30 +76,30 @@ PropList::~PropList() {
     DeleteNodes();
 }
 
-#define DEFINE_VALUE_ACCESS(T)                                                                     \
+#define DEFINE_VALUE_ACCESS(T, Node)                                                               \
     bool PropList::GetValue(UTF8String const& inKey, std::list<T>& ioValues) const {               \
         return Read<PropListArrayNode<T>>(mNodes, inKey, ioValues);                                \
     }                                                                                              \
     bool PropList::GetValue(UTF8String const& inKey, T& outValue) const {                          \
-        return Read<ScalarPropNode<T>>(mNodes, inKey, outValue);                                   \
+        return Read<Node>(mNodes, inKey, outValue);                                                \
     }                                                                                              \
     void PropList::SetValue(UTF8String const& inKey, std::list<T> const& inValues) {               \
         Write<PropListArrayNode<T>>(mNodes, inKey, inValues);                                      \
     }                                                                                              \
     void PropList::SetValue(UTF8String const& inKey, T const& inValue) {                           \
-        Write<ScalarPropNode<T>>(mNodes, inKey, inValue);                                          \
+        Write<Node>(mNodes, inKey, inValue);                                                       \
     }
 
-DEFINE_VALUE_ACCESS(double)
-DEFINE_VALUE_ACCESS(float)
-DEFINE_VALUE_ACCESS(std::uint64_t)
-DEFINE_VALUE_ACCESS(std::int64_t)
-DEFINE_VALUE_ACCESS(std::int32_t)
-DEFINE_VALUE_ACCESS(std::uint32_t)
-DEFINE_VALUE_ACCESS(std::uint16_t)
-DEFINE_VALUE_ACCESS(bool)
-DEFINE_VALUE_ACCESS(UTF8String)
-DEFINE_VALUE_ACCESS(UTF16String)
+DEFINE_VALUE_ACCESS(double, SimpleTypeArrayNode<double>)
+DEFINE_VALUE_ACCESS(float, SimpleTypeArrayNode<float>)
+DEFINE_VALUE_ACCESS(std::uint64_t, SimpleTypeArrayNode<std::uint64_t>)
+DEFINE_VALUE_ACCESS(std::int64_t, SimpleTypeArrayNode<std::int64_t>)
+DEFINE_VALUE_ACCESS(std::int32_t, SimpleTypeArrayNode<std::int32_t>)
+DEFINE_VALUE_ACCESS(std::uint32_t, SimpleTypeArrayNode<std::uint32_t>)
+DEFINE_VALUE_ACCESS(std::uint16_t, SimpleTypeArrayNode<std::uint16_t>)
+DEFINE_VALUE_ACCESS(bool, BoolPropNode)
+DEFINE_VALUE_ACCESS(UTF8String, StringPropNode)
+DEFINE_VALUE_ACCESS(UTF16String, UnicodeStringPropNode)
 
 #undef DEFINE_VALUE_ACCESS
 

@@ -58,13 +58,13 @@ private:
     UTF8String const mKey;
 };
 
-/// A node that holds one scalar.
+/// A node that holds one scalar, in spite of its name: arrays are `PropListArrayNode`.
 template <typename T>
-class ScalarPropNode final : public PropNodeBase {
+class SimpleTypeArrayNode final : public PropNodeBase {
 public:
     static constexpr PropListPropertyType kType = kScalarType<T>;
 
-    ScalarPropNode(UTF8String const& inKey, T const& inValue)
+    SimpleTypeArrayNode(UTF8String const& inKey, T const& inValue)
         : PropNodeBase(kType, inKey), mValue(inValue) {}
 
     void AppendXML(UTF8String& ioText) const override { AppendElement(ioText, mValue); }
@@ -75,6 +75,10 @@ public:
 private:
     T mValue;
 };
+
+using StringPropNode = SimpleTypeArrayNode<UTF8String>;
+using UnicodeStringPropNode = SimpleTypeArrayNode<UTF16String>;
+using BoolPropNode = SimpleTypeArrayNode<bool>;
 
 /// A node that holds an array of scalars.
 template <typename T>

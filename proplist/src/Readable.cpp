@@ -82,7 +82,6 @@ bool IsReadable(UTF8String const& inDocument) noexcept {
 }
 
 bool HoldsCutText(PropList const& inList) {
-    using TextNode = ScalarPropNode<UTF16String>;
     using TextsNode = PropListArrayNode<UTF16String>;
     std::vector<PropList const*> lists{&inList};
     while (!lists.empty()) {
@@ -93,8 +92,8 @@ bool HoldsCutText(PropList const& inList) {
             case PropListNode::kType:
                 lists.push_back(&static_cast<PropListNode const*>(node)->mList);
                 break;
-            case TextNode::kType:
-                if (IsCut(static_cast<TextNode const*>(node)->Value())) {
+            case UnicodeStringPropNode::kType:
+                if (IsCut(static_cast<UnicodeStringPropNode const*>(node)->Value())) {
                     return true;
                 }
                 break;
