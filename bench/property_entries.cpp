@@ -22,6 +22,11 @@ std::string Text(int inIndex) {
 
 } // namespace
 
+int Count(benchmark::State& ioState) {
+    ioState.SetLabel(ioState.range(0) == 20 ? "20 entries" : "100,000 entries");
+    return static_cast<int>(ioState.range(0));
+}
+
 void AddEntries(proplist::PropList& ioList, int inCount) {
     for (int i = 0; i < inCount; ++i) {
         std::string const name = Key(i);

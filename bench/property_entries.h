@@ -2,6 +2,7 @@
 
 #include <brindle/proplist/PropList.h>
 
+#include <benchmark/benchmark.h>
 #include <boost/property_tree/ptree.hpp>
 #include <plist/plist.h>
 
@@ -14,6 +15,9 @@ struct FreePlist {
     void operator()(void* inPlist) const { plist_free(inPlist); }
 };
 using Plist = std::unique_ptr<void, FreePlist>;
+
+/// How many entries the row is about, 20 or 100,000; labels it by that.
+int Count(benchmark::State& ioState);
 
 void AddEntries(brindle::proplist::PropList& ioList, int inCount);
 Plist MakePlist(int inCount);

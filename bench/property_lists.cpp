@@ -21,11 +21,6 @@ namespace {
 using namespace brindle;
 using namespace brindle::proplist;
 
-int Count(benchmark::State& ioState) {
-    ioState.SetLabel(ioState.range(0) == 20 ? "20 entries" : "100,000 entries");
-    return static_cast<int>(ioState.range(0));
-}
-
 void Write_Brindle(benchmark::State& ioState) {
     PropList list;
     AddEntries(list, Count(ioState));
