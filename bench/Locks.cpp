@@ -1,5 +1,5 @@
-#include "threads/src/Gate.h"
-#include "threads/src/ReadWriteLock.h"
+#include "threads/src/locks/Gate.h"
+#include "threads/src/locks/ReadWriteLock.h"
 
 #include <benchmark/benchmark.h>
 #include <pthread.h>

@@ -1,5 +1,5 @@
-#include "platform/posix/AssociationFiles.h"
-#include "platform/posix/DesktopEntry.h"
+#include "platform/desktop/AssociationFiles.h"
+#include "platform/desktop/DesktopEntry.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -4,7 +4,7 @@
 #include <brindle/utility/Calculator.h>
 
 #include "tests/utility/NumbersModel.h"
-#include "utility/src/Separators.h"
+#include "utility/src/numbers/Separators.h"
 
 #include <cstdlib>
 #include <iterator>

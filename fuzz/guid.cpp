@@ -1,6 +1,6 @@
 #include <brindle/utility/Guid.h>
 
-#include "tests/RecordingErrorManager.h"
+#include "tests/support/RecordingErrorManager.h"
 
 #include <algorithm>
 #include <cctype>

@@ -4,7 +4,7 @@
 #include <brindle/utility/Locale.h>
 
 #include "tests/utility/NumbersModel.h"
-#include "utility/src/Separators.h"
+#include "utility/src/numbers/Separators.h"
 
 #include <cstdlib>
 

@@ -5,7 +5,7 @@
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
-#include "tests/RecordingErrorManager.h"
+#include "tests/support/RecordingErrorManager.h"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "platform/posix/DesktopEntry.h"
+#include "platform/desktop/DesktopEntry.h"
 
 #include <cstddef>
 #include <cstdint>

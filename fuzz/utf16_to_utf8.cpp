@@ -1,5 +1,5 @@
 #include "tests/utility/UnicodeModel.h"
-#include "utility/src/UnicodeKernels.h"
+#include "utility/src/unicode/UnicodeKernels.h"
 
 #include <brindle/utility/Unicode.h>
 

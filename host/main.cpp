@@ -1,9 +1,9 @@
-#include "host/Arguments.h"
-#include "host/Diagnostics.h"
-#include "host/HostErrorManager.h"
-#include "host/HostLocalizer.h"
-#include "host/PlainText.h"
-#include "host/Verbs.h"
+#include "host/commandline/Arguments.h"
+#include "host/commandline/Diagnostics.h"
+#include "host/commandline/PlainText.h"
+#include "host/setup/HostErrorManager.h"
+#include "host/setup/HostLocalizer.h"
+#include "host/verbs/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/utility/Streams.h>

@@ -1,6 +1,6 @@
 #include "host/layout/ListReader.h"
 
-#include "host/PlainText.h"
+#include "host/commandline/PlainText.h"
 #include "host/layout/NodeDescription.h"
 
 #include <algorithm>

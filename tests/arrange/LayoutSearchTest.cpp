@@ -1,6 +1,6 @@
 #include "tests/arrange/LayoutModel.h"
 
-#include "arrange/src/LayoutSearch.h"
+#include "arrange/src/search/LayoutSearch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tests/RecordingErrorManager.h"
+#include "tests/support/RecordingErrorManager.h"
 
 #include <brindle/config/DeferredErrorReporter.h>
 

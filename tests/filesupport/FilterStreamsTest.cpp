@@ -5,9 +5,9 @@
 #include <brindle/filesupport/RLEByteStream.h>
 #include <brindle/filesupport/StringByteStream.h>
 
-#include "filesupport/src/CRC32.h"
-#include "tests/BitwiseCRC.h"
+#include "filesupport/src/streams/CRC32.h"
 #include "tests/filesupport/RecordingStreams.h"
+#include "tests/support/BitwiseCRC.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include <brindle/filesupport/Aliases.h>
 #include <brindle/filesupport/NativePath.h>

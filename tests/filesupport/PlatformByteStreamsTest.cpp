@@ -1,4 +1,4 @@
-#include "tests/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/PlatformByteStreams.h>

@@ -1,4 +1,4 @@
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include "platform/Process.h"
 

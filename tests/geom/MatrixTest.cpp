@@ -1,6 +1,6 @@
 #include <brindle/geom/Matrix.h>
 
-#include "tests/RecordingErrorManager.h"
+#include "tests/support/RecordingErrorManager.h"
 
 #include <gtest/gtest.h>
 

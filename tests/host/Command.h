@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include <cstdlib>
 #include <sys/wait.h>

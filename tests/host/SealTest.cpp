@@ -1,5 +1,5 @@
-#include "tests/BitwiseCRC.h"
 #include "tests/host/Command.h"
+#include "tests/support/BitwiseCRC.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "platform/CompletionPort.h"
 
-#include "platform/posix/PacketPort.h"
-#include "tests/AllocationFailure.h"
+#include "platform/portable/PacketPort.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "platform/Directories.h"
 #include "platform/Files.h"
 
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include <climits>
 

@@ -1,7 +1,7 @@
 #include "platform/Files.h"
 #include "platform/Directories.h"
 
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include <csignal>
 #include <fcntl.h>

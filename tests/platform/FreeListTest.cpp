@@ -1,6 +1,6 @@
-#include "platform/FreeList.h"
+#include "platform/portable/FreeList.h"
 
-#include "tests/InThreads.h"
+#include "tests/support/InThreads.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/posix/MessageInbox.h"
+#include "platform/portable/MessageInbox.h"
 
 #include <gtest/gtest.h>
 

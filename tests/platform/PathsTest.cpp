@@ -1,6 +1,6 @@
 #include "platform/Paths.h"
 
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include <thread>
 

@@ -1,7 +1,7 @@
 #include "platform/ShellLink.h"
-#include "platform/posix/DesktopEntry.h"
+#include "platform/desktop/DesktopEntry.h"
 
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 namespace brindle::platform {
 

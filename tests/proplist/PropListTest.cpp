@@ -1,5 +1,5 @@
-#include "proplist/src/PropNodes.h"
-#include "tests/AllocationFailure.h"
+#include "proplist/src/model/PropNodes.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <brindle/proplist/PropListUtils.h>
 

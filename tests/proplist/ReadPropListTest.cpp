@@ -1,7 +1,7 @@
-#include "proplist/src/NumberText.h"
-#include "tests/AllocationFailure.h"
-#include "tests/InTemporaryDirectory.h"
-#include "tests/RecordingErrorManager.h"
+#include "proplist/src/document/NumberText.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/RecordingErrorManager.h"
 
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/proplist/PropListUtils.h>

@@ -1,7 +1,7 @@
 #include "platform/Files.h"
-#include "proplist/src/Readable.h"
-#include "tests/InTemporaryDirectory.h"
-#include "tests/SystemCallFaults.h"
+#include "proplist/src/document/Readable.h"
+#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/SystemCallFaults.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/proplist/PropListUtils.h>

@@ -2,10 +2,10 @@
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/EventLoop.h>
 
-#include "tests/AllocationFailure.h"
-#include "tests/RecordingErrorManager.h"
-#include "threads/src/Gate.h"
-#include "threads/src/SharedTimer.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/RecordingErrorManager.h"
+#include "threads/src/executors/SharedTimer.h"
+#include "threads/src/locks/Gate.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <boost/thread/exceptions.hpp>

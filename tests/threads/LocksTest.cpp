@@ -3,11 +3,11 @@
 #include <brindle/threads/ScopedLock.h>
 #include <brindle/threads/SyncPoint.h>
 
-#include "tests/InThreads.h"
-#include "tests/RecordingErrorManager.h"
-#include "threads/src/Gate.h"
-#include "threads/src/Guarded.h"
-#include "threads/src/ReadWriteLock.h"
+#include "tests/support/InThreads.h"
+#include "tests/support/RecordingErrorManager.h"
+#include "threads/src/locks/Gate.h"
+#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ReadWriteLock.h"
 
 #include <boost/thread/thread.hpp>
 #include <gtest/gtest.h>

@@ -2,10 +2,10 @@
 #include <brindle/threads/SyncPoint.h>
 #include <brindle/threads/ThreadGroup.h>
 
-#include "tests/AllocationFailure.h"
-#include "tests/InThreads.h"
-#include "tests/RecordingErrorManager.h"
-#include "threads/src/CurrentThreadPriority.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/InThreads.h"
+#include "tests/support/RecordingErrorManager.h"
+#include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <gtest/gtest.h>
 

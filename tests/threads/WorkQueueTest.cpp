@@ -1,6 +1,6 @@
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
-#include "tests/AllocationFailure.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/smart_ptr/weak_ptr.hpp>

@@ -1,6 +1,6 @@
-#include "debug/src/ContractMessage.h"
+#include "debug/src/contract/ContractMessage.h"
 
-#include "tests/RecordingErrorManager.h"
+#include "tests/support/RecordingErrorManager.h"
 
 #include <brindle/time/TickTime.h>
 

@@ -1,6 +1,6 @@
 #include <brindle/utility/FileUtils.h>
 
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include <brindle/utility/StringStreams.h>
 
-#include "tests/RecordingErrorManager.h"
+#include "tests/support/RecordingErrorManager.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <brindle/MemoryMappedFile.h>
 
-#include "tests/AllocationFailure.h"
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/InTemporaryDirectory.h"
 
 #include <csignal>
 #include <linux/filter.h>

@@ -1,9 +1,9 @@
 #include <brindle/utility/Calculator.h>
 #include <brindle/utility/Locale.h>
 
-#include "tests/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "tests/utility/NumbersModel.h"
-#include "utility/src/Separators.h"
+#include "utility/src/numbers/Separators.h"
 
 #include <gtest/gtest.h>
 

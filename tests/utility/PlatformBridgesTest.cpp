@@ -3,7 +3,7 @@
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/NativePath.h>
 
-#include "tests/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 

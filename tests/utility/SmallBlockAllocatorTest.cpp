@@ -1,9 +1,9 @@
 #include <brindle/utility/SmallBlockAllocator.h>
 
 #include "platform/AlignedMemory.h"
-#include "tests/InThreads.h"
-#include "utility/src/Managers.h"
-#include "utility/src/TopChunks.h"
+#include "tests/support/InThreads.h"
+#include "utility/src/memory/Managers.h"
+#include "utility/src/memory/TopChunks.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -1,6 +1,6 @@
 #include "UnicodeModel.h"
 
-#include "utility/src/UnicodeKernels.h"
+#include "utility/src/unicode/UnicodeKernels.h"
 
 #include <brindle/utility/Unicode.h>
 

@@ -1,8 +1,8 @@
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
-#include "tests/AllocationFailure.h"
-#include "tests/InTemporaryDirectory.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/InTemporaryDirectory.h"
 #include "xml/src/ExpatParse.h"
 
 namespace brindle::xml {

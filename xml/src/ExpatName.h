@@ -1,6 +1,6 @@
 #pragma once
 
-#include "utility/src/UnicodeAssign.h"
+#include "utility/src/unicode/UnicodeAssign.h"
 
 #include <cstring>
 

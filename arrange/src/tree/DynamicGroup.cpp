@@ -1,0 +1,114 @@
+#include <brindle/arrange/DynamicGroup.h>
+
+#include "arrange/src/tree/HostedGroup.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+
+namespace brindle::arrange {
+
+namespace {
+
+using GroupPointer = boost::shared_ptr<impl::AbstractArrangeableGroup>;
+
+template <typename Kind>
+GroupPointer MakeHosted(DynamicGroup* inHost, IArrangeable* inParent) {
+    return boost::make_shared<HostedGroup<Kind, DynamicGroup>>(inHost, inParent);
+}
+
+GroupPointer MakeGroup(GroupArrangementType inType, DynamicGroup* inHost, IArrangeable* inParent) {
+    switch (inType) {
+    case kGroupArrangementType_Row:
+        return MakeHosted<Row>(inHost, inParent);
+    case kGroupArrangementType_Column:
+        return MakeHosted<Column>(inHost, inParent);
+    case kGroupArrangementType_Flipping:
+        return MakeHosted<Flipping>(inHost, inParent);
+    case kGroupArrangementType_HorizontalWrapping:
+        return MakeHosted<HorizontalWrapping>(inHost, inParent);
+    case kGroupArrangementType_VerticalWrapping:
+        return MakeHosted<VerticalWrapping>(inHost, inParent);
+    case kGroupArrangementType_AutoLayout:
+        return MakeHosted<AutoLayout>(inHost, inParent);
+    }
+    return nullptr;
+}
+
+} // namespace
+
+DynamicGroup::DynamicGroup(IArrangeable* inParent, GroupArrangementType inType) : mType(inType) {
+    SetArrangementType(inType, inParent);
+}
+
+DynamicGroup::~DynamicGroup() = default;
+
+void DynamicGroup::Position(geom::PointT<float> const&) {}
+
+void DynamicGroup::SetDimensions(geom::PointT<float> const&) {}
+
+void DynamicGroup::SetArrangementType(GroupArrangementType inType, IArrangeable* inParent) {
+    bool const isOtherType = inType != mType;
+    impl::NodePointer<IArrangeable> holder;
+    if (isOtherType || mGroup == nullptr) {
+        IArrangeable* const parent = mGroup != nullptr ? mGroup->Parent() : nullptr;
+        if (GroupPointer group = MakeGroup(inType, this, inParent != nullptr ? inParent : parent)) {
+            holder = impl::NodePointer<IArrangeable>(parent);
+            Replace(std::move(group));
+        }
+    }
+    mType = inType;
+    if (isOtherType && mGroup != nullptr) {
+        mGroup->Invalidate();
+    }
+    // It still holds what was built of the replaced group, which is gone.
+    if (IArrangeable* const node = holder.Get()) {
+        node->Invalidate();
+    }
+}
+
+void DynamicGroup::Replace(GroupPointer inGroup) {
+    mReplacedAtWork.erase(
+        std::remove_if(mReplacedAtWork.begin(), mReplacedAtWork.end(),
+                       [](GroupPointer const& inReplaced) { return !inReplaced->IsAtWork(); }),
+        mReplacedAtWork.end());
+    mGroup.swap(inGroup);
+    if (inGroup != nullptr && inGroup->IsAtWork()) {
+        inGroup->Retire();
+        mReplacedAtWork.push_back(std::move(inGroup));
+    }
+}
+
+void DynamicGroup::Invalidate() {
+    if (mGroup != nullptr) {
+        mGroup->Invalidate();
+    }
+}
+
+void DynamicGroup::InvalidateAll() {
+    if (mGroup != nullptr) {
+        mGroup->InvalidateAll();
+    }
+}
+
+void DynamicGroup::Rearrange() {
+    if (mGroup != nullptr) {
+        mGroup->Rearrange();
+    }
+}
+
+void DynamicGroup::EnableArrangement(bool inEnabled) {
+    if (mGroup != nullptr) {
+        mGroup->EnableArrangement(inEnabled);
+    }
+}
+
+geom::PointT<float> DynamicGroup::BestSize() {
+    return mGroup != nullptr ? mGroup->BestSize() : geom::PointT<float>{};
+}
+
+bool DynamicGroup::ArrangementEnabled() const {
+    return mGroup != nullptr && mGroup->ArrangementEnabled();
+}
+
+} // namespace brindle::arrange

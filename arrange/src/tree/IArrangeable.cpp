@@ -1,0 +1,182 @@
+#include <brindle/arrange/IArrangeable.h>
+
+#include "arrange/src/tree/Limits.h"
+
+#include <utility>
+
+namespace brindle::arrange {
+
+namespace {
+
+constexpr int kMostPasses = 5;
+
+thread_local std::uint32_t S_rebuildDepth = 0;
+
+} // namespace
+
+class IArrangeable::Work {
+public:
+    explicit Work(IArrangeable& ioNode) : mNode(ioNode) { ++mNode.mWorkDepth; }
+    Work(Work const&) = delete;
+    Work& operator=(Work const&) = delete;
+    ~Work() { --mNode.mWorkDepth; }
+
+private:
+    IArrangeable& mNode;
+};
+
+IArrangeable::IArrangeable(IArrangeable* inParent) : mParent(inParent) {}
+
+IArrangeable::IArrangeable(IArrangeable const& inOther)
+    : mIsEnabled(inOther.mIsEnabled), mRectangle(inOther.mRectangle), mParent(inOther.mParent) {}
+
+IArrangeable& IArrangeable::operator=(IArrangeable const& inOther) {
+    MarkInvalid();
+    mIsEnabled = inOther.mIsEnabled;
+    mRectangle = inOther.mRectangle;
+    mParent = inOther.mParent;
+    return *this;
+}
+
+IArrangeable::~IArrangeable() {
+    *mIsAlive = false;
+}
+
+bool IArrangeable::VisitChildren(boost::function<bool(IArrangeable const&)>) const {
+    return true;
+}
+
+bool IArrangeable::VisitChildren(boost::function<bool(IArrangeable&)>) {
+    return true;
+}
+
+geom::PointT<float> IArrangeable::Arrange(geom::RectT<float> const& inRect) {
+    if (IArrangeable& root = Root(); &root != this) {
+        return root.Arrange(inRect);
+    }
+    if (!(inRect.width > 0) || !(inRect.height > 0) || !mIsEnabled) {
+        return {};
+    }
+    Work const work(*this);
+    geom::RectT<float> const rect = inRect;
+    mRectangle = rect;
+    geom::PointT<float> size;
+    for (int pass = 0; pass < kMostPasses; ++pass) {
+        RebuildIfInvalid();
+        size = ArrangementsSelf().Arrange(rect);
+        if (mIsValid || !*mIsAlive) {
+            break;
+        }
+    }
+    return size;
+}
+
+void IArrangeable::Rearrange() {
+    IArrangeable& root = Root();
+    root.Arrange(root.mRectangle);
+}
+
+geom::PointT<float> IArrangeable::BestSize() {
+    return Arrangements().BestSize();
+}
+
+void IArrangeable::EnableArrangement(bool inEnabled) {
+    IArrangeable& root = Root();
+    if (root.mIsEnabled == inEnabled) {
+        return;
+    }
+    root.mIsEnabled = inEnabled;
+    if (inEnabled) {
+        root.Rearrange();
+    }
+}
+
+void IArrangeable::Invalidate() {
+    MarkInvalid();
+    if (IArrangeable& root = Root(); root.mIsEnabled) {
+        root.Rearrange();
+    }
+}
+
+void IArrangeable::InvalidateAll() {
+    if (!ArrangementEnabled()) {
+        return;
+    }
+    Work const work(*this);
+    arrange::VisitChildren(*this, [](IArrangeable& inChild) {
+        inChild.Invalidate();
+        return true;
+    });
+    Invalidate();
+}
+
+impl::ArrangementSet& IArrangeable::Arrangements() {
+    RebuildIfInvalid();
+    return ArrangementsSelf();
+}
+
+void IArrangeable::RebuildSelf() {}
+
+/// Parents that go in a ring have no top: each of them is its own root then.
+IArrangeable const& IArrangeable::Root() const noexcept {
+    IArrangeable const* root = this;
+    IArrangeable const* slow = this;
+    for (bool moveSlow = false; IArrangeable const* const parent = root->Parent();
+         moveSlow = !moveSlow) {
+        root = parent;
+        if (root == slow) {
+            return *this;
+        }
+        if (moveSlow) {
+            slow = slow->Parent();
+        }
+    }
+    return *root;
+}
+
+IArrangeable& IArrangeable::Root() noexcept {
+    return const_cast<IArrangeable&>(std::as_const(*this).Root());
+}
+
+/// Upward as far as what is built of this node is valid; so it also ends where parents go in a
+/// ring.
+void IArrangeable::MarkInvalid() noexcept {
+    for (IArrangeable* node = this; node != nullptr && std::exchange(node->mIsValid, false);) {
+        node = node->Parent();
+    }
+}
+
+void IArrangeable::RebuildIfInvalid() {
+    // A node that is found among its own descendants is left out there, and so is what stands
+    // deeper than the stack can carry. A retired one has lost its children to its successor.
+    if (mIsValid || mIsRebuilding || !*mIsAlive || S_rebuildDepth == impl::kDeepestTree) {
+        return;
+    }
+    struct Rebuilding {
+        explicit Rebuilding(IArrangeable& ioNode) : mNode(ioNode) {
+            ++S_rebuildDepth;
+            mNode.mIsRebuilding = true;
+        }
+        Rebuilding(Rebuilding const&) = delete;
+        Rebuilding& operator=(Rebuilding const&) = delete;
+        ~Rebuilding() {
+            mNode.mIsRebuilding = false;
+            --S_rebuildDepth;
+        }
+        IArrangeable& mNode;
+    } const rebuilding(*this);
+    Work const work(*this);
+    RebuildSelf();
+    mIsValid = true;
+}
+
+bool VisitChildren(IArrangeable& inNode, boost::function<bool(IArrangeable&)> inFunction) {
+    return inNode.VisitChildren(std::move(inFunction));
+}
+
+bool VisitChildren(IArrangeable const& inNode,
+                   boost::function<bool(IArrangeable const&)> inFunction) {
+    return inNode.VisitChildren(std::move(inFunction));
+}
+
+} // namespace brindle::arrange

@@ -1,0 +1,77 @@
+#include "debug/src/contract/ContractMessage.h"
+
+#include "platform/DebugOutput.h"
+#include "platform/Process.h"
+
+#include <brindle/config/Errors.h>
+#include <brindle/debug/Contract.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+
+namespace brindle::debug {
+
+namespace {
+
+constexpr char kContractKey[] = "$$$/brn/utility/Error/Contract/InputContractViolation="
+                                "An input contract violation has occurred!";
+constexpr std::int32_t kCode_ContractViolation = 25;
+
+std::atomic<bool> S_dialogEnabled{true};
+std::atomic<ContractMessageHook> S_messageHookP{nullptr};
+
+} // namespace
+
+void SetContractMessageHook(ContractMessageHook inHook) noexcept {
+    S_messageHookP.store(inHook, std::memory_order_release);
+}
+
+void ViolateContract(char const* inExpression, char const* inFile, std::int32_t inLine) {
+    if (BreakAfterContractDialog(inExpression, inFile, inLine)) {
+        BRN_DebugBreak();
+    }
+    config::ThrowError(config::kErrorLevel_Fatal, kContractKey, config::kErrorModule_Utility,
+                       kCode_ContractViolation, true, {}, {}, {}, {});
+}
+
+bool BreakAfterContractDialog(char const*, char const* inFile, std::int32_t inLine) {
+    if (S_dialogEnabled.load(std::memory_order_relaxed)) {
+        std::string const text = "[" + std::string(inFile) + "-" + std::to_string(inLine) + "]\r\n";
+        ContractMessageHook const hook = S_messageHookP.load(std::memory_order_acquire);
+        (hook != nullptr ? hook : platform::WriteDebugOutput)(text.c_str());
+    }
+    return false;
+}
+
+void DisableContractDialog() noexcept {
+    S_dialogEnabled.store(false, std::memory_order_relaxed);
+}
+
+void EnableContractDialog() noexcept {
+    S_dialogEnabled.store(true, std::memory_order_relaxed);
+}
+
+void BRN_DebugBreak() noexcept {
+    platform::BreakIntoDebugger();
+}
+
+bool IsValidAddress(void const* inAddress, bool inNullAllowed) noexcept {
+    return inAddress != nullptr || inNullAllowed;
+}
+
+bool IsValidAddressRange(void const* inAddress, unsigned int, bool inNullAllowed) noexcept {
+    return IsValidAddress(inAddress, inNullAllowed);
+}
+
+bool IsValidAddressRange(void const* inBegin, void const* inEnd, bool inNullAllowed) {
+    if (inNullAllowed && inBegin == nullptr) {
+        return true;
+    }
+    // The two need not point into one array, which only std::less orders.
+    CheckContract(std::less<void const*>()(inBegin, inEnd), "inBegin < inEnd", "debug/src/Debug",
+                  76);
+    return inBegin != nullptr;
+}
+
+} // namespace brindle::debug

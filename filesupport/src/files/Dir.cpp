@@ -1,0 +1,139 @@
+#include "filesupport/src/files/PathText.h"
+
+#include "platform/Directories.h"
+#include "platform/Files.h"
+#include "platform/TextEncoding.h"
+
+#include <brindle/filesupport/Aliases.h>
+#include <brindle/filesupport/Dir.h>
+#include <brindle/filesupport/DirectoryIterators.h>
+#include <brindle/filesupport/File.h>
+#include <brindle/filesupport/FileExceptions.h>
+
+#include <utility>
+#include <vector>
+
+namespace brindle::filesupport {
+
+namespace {
+
+platform::FileInfo InspectOrThrow(Dir const& inDir) {
+    auto const info = platform::Inspect(inDir.Helper().FullNativePath());
+    if (info.error == platform::kError_FileNotFound) {
+        throw dir_not_found_exception(inDir);
+    }
+    if (!info) {
+        throw dir_exception(inDir);
+    }
+    return info.value;
+}
+
+/// The subdirectories of `inDir` to remove before it. A link has none: it goes without what it
+/// points to.
+Dir::DirIterator SubdirsToRemove(Dir const& inDir) {
+    if (platform::IsSymbolicLink(inDir.Helper().FullNativePath())) {
+        return inDir.EndSubdirs();
+    }
+    for (auto file = inDir.BeginFiles(false); file != inDir.EndFiles(); ++file) {
+        (*file).Delete();
+    }
+    return inDir.BeginSubdirs(false);
+}
+
+} // namespace
+
+DirHelper::DirHelper(UTF16String const& inPath) : mPath(inPath) {
+    DropTrailingSeparator(mPath);
+    NormalizePath(mPath);
+}
+
+UTF16String DirHelper::FullNativePath() const {
+    return PrefixedPath(mPath);
+}
+
+Dir::Dir(Dir const& inParent, UTF16String const& inName)
+    : mHelper(JoinedPath(inParent.mHelper.Path(), inName)) {}
+
+Dir::Dir(Dir const& inParent, UTF16String const& inName, bool inResolveAlias)
+    : Dir(inParent, inName) {
+    File target;
+    Dir targetDir;
+    bool isDir = false;
+    if (inResolveAlias && ResolveIfAlias(File(inParent, inName), target, targetDir, isDir) &&
+        isDir) {
+        *this = targetDir;
+    }
+}
+
+std::string Dir::FullPathMultiByte() const {
+    return platform::ToCodePage(mHelper.Path());
+}
+
+UTF16String Dir::GetName() const {
+    return LastComponent(mHelper.Path());
+}
+
+Dir Dir::Parent() const {
+    return Dir(BeforeLastComponent(mHelper.Path()));
+}
+
+bool Dir::IsTopLevelDir() const {
+    return BeforeLastComponent(mHelper.Path()).empty();
+}
+
+bool Dir::Exists() const {
+    auto const info = platform::Inspect(mHelper.FullNativePath());
+    return info && info.value.kind == platform::FileKind::kDirectory;
+}
+
+std::uint64_t Dir::Modified() const {
+    return InspectOrThrow(*this).modified;
+}
+
+std::uint64_t Dir::Created() const {
+    return InspectOrThrow(*this).created;
+}
+
+void Dir::Create() const {
+    auto const error = platform::CreateDirectory(mHelper.FullNativePath());
+    if (error != platform::kError_None && error != platform::kError_AlreadyExists) {
+        throw dir_exception(*this);
+    }
+}
+
+void Dir::Delete() const {
+    struct Level {
+        Dir dir;
+        DirIterator next;
+    };
+    // A stack of its own, so that no depth of nesting is too deep.
+    std::vector<Level> branch;
+    branch.push_back({*this, SubdirsToRemove(*this)});
+    while (!branch.empty()) {
+        Level& level = branch.back();
+        if (level.next != level.dir.EndSubdirs()) {
+            Dir const subdir = *level.next;
+            ++level.next;
+            branch.push_back({subdir, SubdirsToRemove(subdir)});
+        } else if (platform::RemoveDirectory(level.dir.mHelper.FullNativePath()) !=
+                   platform::kError_None) {
+            throw dir_exception(level.dir);
+        } else {
+            branch.pop_back();
+        }
+    }
+}
+
+void Dir::Rename(UTF16String const& inNewName) {
+    DirHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
+    auto const error = platform::Move(mHelper.FullNativePath(), renamed.FullNativePath());
+    if (error == platform::kError_AlreadyExists) {
+        throw rename_dir_already_exists(*this, inNewName);
+    }
+    if (error != platform::kError_None) {
+        throw rename_dir(*this, inNewName);
+    }
+    mHelper = std::move(renamed);
+}
+
+} // namespace brindle::filesupport

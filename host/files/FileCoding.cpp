@@ -1,0 +1,130 @@
+#include "host/files/FileCoding.h"
+
+#include "host/files/FileSum.h"
+#include "host/files/WhyUnreadable.h"
+
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/FileKind.h>
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/PlatformByteStreams.h>
+#include <brindle/filesupport/SafeSave.h>
+
+#include <memory>
+
+namespace brindle::host {
+
+using namespace filesupport;
+
+namespace {
+
+/// A file cannot be written; `what()` says why.
+class unwritable_error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The file IN, whose failures are `unreadable_error`, and which shows how far it is read.
+class Source final : public IPlatformByteStream {
+public:
+    Source(File const& inFile, Diagnostics& ioDiagnostics)
+        : IPlatformByteStream(inFile), mDiagnostics(ioDiagnostics), mLength(Length()) {}
+
+    void ReadBlock(std::uint8_t* outBytes, std::uint32_t inCount) override {
+        try {
+            IPlatformByteStream::ReadBlock(outBytes, inCount);
+        } catch (eof_error const&) {
+            if (CurPos() < mLength) {
+                throw unreadable_error("became shorter while it was read");
+            }
+            throw;
+        } catch (io_error const&) {
+            throw unreadable_error("cannot be read");
+        }
+        mDiagnostics.ShowProgress("read " + std::to_string(CurPos() >> 20) + " of " +
+                                  std::to_string(mLength >> 20) + " MiB");
+    }
+
+private:
+    Diagnostics& mDiagnostics;
+    std::uint64_t const mLength;
+};
+
+/// The new OUT, whose failures are `unwritable_error`.
+class Sink final : public OPlatformByteStream {
+public:
+    Sink(File const& inFile, MakeNewFile inKind) : OPlatformByteStream(inFile, inKind) {}
+
+    void WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) override {
+        try {
+            OPlatformByteStream::WriteBlock(inBytes, inCount);
+        } catch (io_error const&) {
+            throw unwritable_error("cannot be written, the disk may be full");
+        }
+    }
+};
+
+std::unique_ptr<Source> OpenSource(File const& inFile, Diagnostics& ioDiagnostics) {
+    try {
+        return std::make_unique<Source>(inFile, ioDiagnostics);
+    } catch (file_exception const&) {
+    } catch (byte_stream_exception const&) {
+    }
+    throw unreadable_error(WhyUnreadable(inFile));
+}
+
+std::unique_ptr<Sink> MakeSink(File const& inFile, MakeNewFile inKind) {
+    try {
+        return std::make_unique<Sink>(inFile, inKind);
+    } catch (create_invalidpath_exception const&) {
+        throw unwritable_error("no such directory");
+    } catch (create_exception const&) {
+        throw unwritable_error("its directory takes no new file");
+    }
+}
+
+/// How to make the new version. What the last step would refuse is refused before hours of work.
+MakeNewFile KindOfNew(File const& inTarget) {
+    switch (KindOf(inTarget)) {
+    case FileKind::kMissing:
+        return kMakeNewFile;
+    case FileKind::kRegular:
+        return kMakeNewPrivateFile; // until it takes over the permissions of the old one
+    default:
+        throw unwritable_error(WhyUnreadable(inTarget));
+    }
+}
+
+void CodeInto(File inTarget, File const& inFile, Diagnostics& ioDiagnostics, Coding inCoding) {
+    auto source = OpenSource(inFile, ioDiagnostics);
+    MakeNewFile const kind = KindOfNew(inTarget);
+    SafeSave save(inTarget);
+    auto sink = MakeSink(save.GetTempFile(), kind);
+    inCoding(*source, *sink);
+    // Neither file is replaced while it is open, and they may be one.
+    source.reset();
+    sink.reset();
+    try {
+        save.Commit();
+    } catch (rename_file const&) {
+        throw unwritable_error("cannot be replaced, it may be open or write-protected");
+    }
+}
+
+} // namespace
+
+void CodeFile(std::string const& inVerb, Arguments const& inArguments, Diagnostics& ioDiagnostics,
+              Coding inCoding) {
+    auto const& names = inArguments.Operands();
+    if (names.size() != 2) {
+        throw usage_error(inVerb + " needs IN and OUT");
+    }
+    try {
+        CodeInto(FileFromNative(names[1]), FileFromNative(names[0]), ioDiagnostics, inCoding);
+    } catch (unreadable_error const& error) {
+        ioDiagnostics.Report(names[0], error.what());
+    } catch (unwritable_error const& error) {
+        ioDiagnostics.Report(names[1], error.what());
+    }
+}
+
+} // namespace brindle::host

@@ -1,0 +1,97 @@
+#include "host/files/FileSum.h"
+
+#include <brindle/filesupport/ByteStreamOperators.h>
+#include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/FileKind.h>
+#include <brindle/filesupport/PlatformByteStreams.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace brindle::host {
+
+using namespace filesupport;
+
+namespace {
+
+constexpr std::size_t kBlockSize = 128 * 1024;
+
+/// Hands the bytes of a file to a stream, block by block.
+void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
+    static thread_local std::vector<std::uint8_t> S_block(kBlockSize);
+    std::uint64_t left = inSource.Length();
+    if (left == 0) {
+        outSink << inSource; // the system tells no size of files that it makes up as they are read
+        return;
+    }
+    while (left != 0) {
+        auto const count = static_cast<std::uint32_t>(std::min<std::uint64_t>(left, kBlockSize));
+        inSource.ReadBlock(S_block.data(), count);
+        outSink.WriteBlock(S_block.data(), count);
+        left -= count;
+    }
+}
+
+} // namespace
+
+std::string CRCText(std::uint32_t inCRC) {
+    char text[9];
+    std::snprintf(text, sizeof text, "%08x", static_cast<unsigned>(inCRC));
+    return text;
+}
+
+void RequireRegular(File const& inFile) {
+    switch (KindOf(inFile)) {
+    case FileKind::kRegular:
+        return;
+    case FileKind::kMissing:
+        throw missing_error();
+    case FileKind::kDirectory:
+        throw irregular_error("has become a directory");
+    case FileKind::kPipe:
+        throw irregular_error("skipped, it is a FIFO");
+    case FileKind::kSocket:
+        throw irregular_error("skipped, it is a socket");
+    case FileKind::kDevice:
+        throw irregular_error("skipped, it is a device");
+    case FileKind::kOther:
+        throw irregular_error("skipped, it is no regular file");
+    }
+}
+
+FileSum SumOf(File const& inFile) {
+    try {
+        IPlatformByteStream source(inFile);
+        OCountingByteStream counter;
+        OCRCByteStream crc(counter);
+        CopyBlocks(source, crc);
+        return {crc.Value(), counter.Count()};
+    } catch (file_not_found_exception const&) {
+        throw missing_error();
+    } catch (eof_error const&) {
+        throw unreadable_error("became shorter while it was read");
+    } catch (byte_stream_exception const&) {
+        RequireRegular(inFile);
+        throw unreadable_error("cannot be read");
+    }
+}
+
+FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
+    try {
+        outModified = inFile.Modified();
+        FileSum const sum = SumOf(inFile);
+        if (inFile.Modified() != outModified) {
+            throw unreadable_error("changed while it was read");
+        }
+        return sum;
+    } catch (file_not_found_exception const&) {
+        throw missing_error();
+    } catch (file_exception const&) {
+        throw unreadable_error("cannot be read");
+    }
+}
+
+} // namespace brindle::host

@@ -1,0 +1,153 @@
+#include "host/seal/Manifest.h"
+
+#include "host/commandline/Diagnostics.h"
+#include "host/commandline/PlainText.h"
+#include "host/plist/LoadedList.h"
+#include "host/seal/PercentNames.h"
+
+#include <brindle/proplist/PropListUtils.h>
+
+#include <algorithm>
+#include <charconv>
+#include <ctime>
+#include <list>
+
+namespace brindle::host {
+
+namespace {
+
+using namespace brindle::literals;
+using proplist::PropList;
+
+constexpr std::uint32_t kFormat = 1;
+
+UTF8String const kKey_Format = "format"_utf8;
+UTF8String const kKey_Root = "root"_utf8;
+UTF8String const kKey_Files = "files"_utf8;
+UTF8String const kKey_Size = "size"_utf8;
+UTF8String const kKey_Modified = "modified"_utf8;
+UTF8String const kKey_CRC = "crc"_utf8;
+
+UTF8String AsUTF8(std::string const& inText) {
+    return UTF8String(inText.begin(), inText.end());
+}
+
+/// A time of the file system in ISO 8601.
+std::string TimeText(std::uint64_t inTicks) {
+    constexpr std::uint64_t kTicksPerSecond = 10'000'000;
+    constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+    auto const seconds =
+        static_cast<std::time_t>(inTicks / kTicksPerSecond) - kSecondsFrom1601To1970;
+    char text[64];
+    std::size_t const length =
+        std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", std::gmtime(&seconds));
+    std::snprintf(text + length, sizeof text - length, ".%07uZ",
+                  static_cast<unsigned>(inTicks % kTicksPerSecond));
+    return text;
+}
+
+bool IsTimeText(std::string const& inText) {
+    constexpr char kForm[] = "0000-00-00T00:00:00.0000000Z";
+    std::string form = inText;
+    for (char& character : form) {
+        character = character >= '0' && character <= '9' ? '0' : character;
+    }
+    std::size_t const years = form.find_first_not_of('0'); // four digits, or more in far times
+    return years != std::string::npos && years >= 4 && form.substr(years - 4) == kForm;
+}
+
+/// True for what names a file below the directory that it is relative to, whatever it holds.
+bool IsPathBelow(std::string const& inPath) {
+    for (std::size_t start = 0; start <= inPath.size();) {
+        std::size_t const end = std::min(inPath.find('/', start), inPath.size());
+        std::string const name = inPath.substr(start, end - start);
+        if (name.empty() || name == "." || name == ".." || name.find('\0') != std::string::npos) {
+            return false;
+        }
+        start = end + 1;
+    }
+    return true;
+}
+
+[[noreturn]] void Refuse(std::string const& inReason) {
+    throw unreadable_error("is no manifest: " + inReason);
+}
+
+SealedFile ReadFile(PropList const& inFiles, UTF8String const& inKey) {
+    auto const name = [&inKey] { return "'" + EscapedName(PlainText(inKey)) + "'"; };
+    auto const require = [&name](bool inIsRight, char const* inKeyOfFile) {
+        if (!inIsRight) {
+            Refuse("the " + std::string(inKeyOfFile) + " of " + name() + " is missing or wrong");
+        }
+    };
+    SealedFile file;
+    if (!PercentDecode(inKey, file.path) || !IsPathBelow(file.path)) {
+        Refuse(name() + " is no path below the root");
+    }
+    PropList const* const properties = inFiles.GetSubList(inKey);
+    require(properties != nullptr, "list");
+    require(properties->GetValue(kKey_Size, file.sum.size), "size");
+
+    UTF8String text;
+    require(properties->GetValue(kKey_Modified, text) && IsTimeText(PlainText(text)), "time");
+
+    require(properties->GetValue(kKey_CRC, text), "crc");
+    std::string const digits = PlainText(text);
+    std::from_chars(digits.data(), digits.data() + digits.size(), file.sum.crc, 16);
+    require(digits == CRCText(file.sum.crc), "crc");
+    return file;
+}
+
+} // namespace
+
+NewManifest::NewManifest(std::string const& inRoot) : mFiles(*mList.NewSubList(kKey_Files)) {
+    mList.SetValue(kKey_Format, kFormat);
+    mList.SetValue(kKey_Root, PercentEncoded(inRoot));
+}
+
+void NewManifest::Add(std::string const& inPath, FileSum const& inSum, std::uint64_t inModified) {
+    PropList& properties = *mFiles.NewSubList(PercentEncoded(inPath));
+    properties.SetValue(kKey_Size, inSum.size);
+    properties.SetValue(kKey_Modified, AsUTF8(TimeText(inModified)));
+    properties.SetValue(kKey_CRC, AsUTF8(CRCText(inSum.crc)));
+}
+
+void NewManifest::Save(filesupport::File& ioFile) const {
+    proplist::utils::SavePropList(ioFile, mList);
+}
+
+Manifest ReadManifest(filesupport::File const& inFile) {
+    PropList list;
+    LoadList(inFile, list);
+
+    std::uint32_t format = 0;
+    if (!list.GetValue(kKey_Format, format)) {
+        Refuse("it has no format number");
+    }
+    if (format != kFormat) {
+        Refuse("its format " + std::to_string(format) + " is not known");
+    }
+    Manifest manifest;
+    UTF8String root;
+    if (!list.GetValue(kKey_Root, root) || !PercentDecode(root, manifest.root) ||
+        manifest.root.empty() || manifest.root.find('\0') != std::string::npos) {
+        Refuse("its root is missing or wrong");
+    }
+    PropList const* const files = list.GetSubList(kKey_Files);
+    if (files == nullptr) {
+        Refuse("it has no list of files");
+    }
+    std::list<UTF8String> keys;
+    files->GetPropertyNames(keys);
+    manifest.files.reserve(keys.size());
+    for (UTF8String const& key : keys) {
+        manifest.files.push_back(ReadFile(*files, key));
+    }
+    auto const byPath = [](SealedFile const& inLHS, SealedFile const& inRHS) {
+        return inLHS.path < inRHS.path;
+    };
+    std::sort(manifest.files.begin(), manifest.files.end(), byPath);
+    return manifest;
+}
+
+} // namespace brindle::host

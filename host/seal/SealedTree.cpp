@@ -1,0 +1,87 @@
+#include "host/seal/SealedTree.h"
+
+#include "host/files/FileSum.h"
+
+#include <brindle/filesupport/NativePath.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace brindle::host {
+
+namespace fs = std::filesystem;
+using namespace filesupport;
+
+namespace {
+
+constexpr int kMostLinks = 40; // as many as the system follows
+
+std::string WithSlash(std::string const& inPath) {
+    return inPath.empty() || inPath.back() != '/' ? inPath + '/' : inPath;
+}
+
+} // namespace
+
+SealedTree::SealedTree(std::string const& inRoot, std::string const& inManifest)
+    : mRoot(DirFromNative(inRoot)), mPrefix(WithSlash(NativePath(mRoot))),
+      mManifest(PathWithoutLinks(inManifest)),
+      mManifestInTree(fs::path(mManifest).lexically_relative(PathWithoutLinks(mPrefix))) {
+    if (!mRoot.Exists()) {
+        throw unreadable_error("no such directory");
+    }
+}
+
+std::string SealedTree::RootForManifest() const {
+    std::string const root = PathWithoutLinks(mPrefix);
+    return fs::path(root).lexically_proximate(DirectoryOf(mManifest));
+}
+
+FoundFiles SealedTree::Find(Diagnostics& ioDiagnostics) const {
+    FoundFiles found;
+    FindFilesBelow(mRoot, found, ioDiagnostics);
+    for (auto* const paths : {&found.files, &found.unreadableDirs}) {
+        for (std::string& path : *paths) {
+            path.erase(0, mPrefix.size());
+        }
+        std::sort(paths->begin(), paths->end());
+    }
+    auto const isManifest = [this](std::string const& inPath) { return IsManifest(inPath); };
+    found.files.erase(std::remove_if(found.files.begin(), found.files.end(), isManifest),
+                      found.files.end());
+    return found;
+}
+
+File SealedTree::FileAt(std::string const& inPath) const {
+    return FileFromNative(NativePathOf(inPath));
+}
+
+bool SealedTree::IsManifest(std::string const& inPath) const {
+    if (inPath == mManifestInTree) {
+        return true;
+    }
+    // The walk enters no links, so only a file that is one itself leads to what stands elsewhere.
+    std::string const path = NativePathOf(inPath);
+    std::error_code ignored;
+    return fs::is_symlink(path, ignored) && PathWithoutLinks(path) == mManifest;
+}
+
+std::string PathWithoutLinks(std::string const& inPath) {
+    std::error_code error;
+    fs::path path = fs::absolute(inPath, error);
+    // A link to what is not there yet leads on too.
+    for (int links = 0; links < kMostLinks && fs::is_symlink(path, error); ++links) {
+        path = path.parent_path() / fs::read_symlink(path, error);
+    }
+    fs::path const canonical = fs::weakly_canonical(path, error);
+    return error ? path : canonical;
+}
+
+std::string PathFrom(std::string const& inDirectory, std::string const& inPath) {
+    return (fs::path(inDirectory) / inPath).lexically_normal();
+}
+
+std::string DirectoryOf(std::string const& inPath) {
+    return fs::path(inPath).parent_path();
+}
+
+} // namespace brindle::host

@@ -1,0 +1,158 @@
+#include "host/commandline/PlainText.h"
+#include "host/files/FileSum.h"
+#include "host/layout/Picture.h"
+#include "host/layout/ReadDescription.h"
+#include "host/plist/LoadedList.h"
+#include "host/verbs/Verbs.h"
+
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/SafeSave.h>
+#include <brindle/utility/FileUtils.h>
+#include <brindle/utility/Streams.h>
+
+#include <algorithm>
+#include <charconv>
+#include <sstream>
+
+namespace brindle::host {
+
+namespace {
+
+using namespace layout;
+
+constexpr float kPageMargin = 24;
+
+geom::PointT<float> SizeFromText(std::string const& inText) {
+    geom::PointT<float> size;
+    char const* const end = inText.data() + inText.size();
+    auto const [middle, widthError] = std::from_chars(inText.data(), end, size.x);
+    if (widthError == std::errc() && middle != end && *middle == 'x') {
+        auto const [last, heightError] = std::from_chars(middle + 1, end, size.y);
+        // Comparisons with what is not a number are false.
+        if (heightError == std::errc() && last == end && size.x > 0 && size.y > 0 &&
+            std::max(size.x, size.y) <= kLargestSize) {
+            return size;
+        }
+    }
+    throw usage_error(
+        "WIDTHxHEIGHT takes two numbers above 0, up to 1e9, such as 640x480.5, not '" + inText +
+        "'");
+}
+
+/// Writes a line for each node.
+void PrintPlaces(std::vector<Shape> const& inShapes) {
+    std::string path;
+    std::vector<std::size_t> pathLengths; // by level, of the path of the node
+    std::string line;
+    for (Shape const& shape : inShapes) {
+        if (shape.kind == Shape::Kind::kSeparator) {
+            continue;
+        }
+        pathLengths.resize(shape.level);
+        path.resize(pathLengths.empty() ? 0 : pathLengths.back());
+        if (shape.level != 0) {
+            path.append(path.empty() ? "" : "/").append(std::to_string(shape.key));
+        }
+        pathLengths.push_back(path.size());
+        line.clear();
+        for (float const number :
+             {shape.place.x, shape.place.y, shape.place.width, shape.place.height}) {
+            line.append(NumberText(number)).append(1, ' ');
+        }
+        line.append(1, ' ').append(path.empty() ? "." : path);
+        if (!shape.label.empty()) {
+            line.append("  ").append(EscapedName(shape.label));
+        }
+        utility::streams::Out << line << '\n';
+    }
+}
+
+void WritePicture(Picture const& inPicture, std::string const& inPath) {
+    geom::RectT<float> const& bounds = inPicture.bounds;
+    SvgPage page(std::string(kPageStyles) + kPictureStyles);
+    DrawPicture(page, inPicture, kPageMargin - bounds.x, kPageMargin - bounds.y);
+    std::ostringstream text;
+    page.Write(text, bounds.width + 2 * kPageMargin, bounds.height + 2 * kPageMargin);
+    std::string const bytes = text.str();
+
+    filesupport::File file = filesupport::FileFromNative(inPath);
+    filesupport::SafeSave save(file);
+    utility::FileUtils::SimpleWriteStringToFile(save.GetTempFile().FullPath(),
+                                                UTF8String(bytes.begin(), bytes.end()));
+    save.Commit();
+}
+
+void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
+    auto const& operands = inArguments.Operands();
+    if (operands.size() != 2) {
+        throw usage_error("layout needs a FILE and WIDTHxHEIGHT");
+    }
+    std::string const& path = operands[0];
+    auto const size = SizeFromText(operands[1]);
+    std::string const output = inArguments.Text("svg", "");
+    if (inArguments.Has("svg") && output.empty()) {
+        throw usage_error("--svg takes a file");
+    }
+    try {
+        proplist::PropList list;
+        LoadList(filesupport::FileFromNative(path), list);
+        auto const root = MakeNode(ReadDescription(list));
+        Picture const picture = TakePicture(*root, size.x, size.y);
+        if (output.empty()) {
+            PrintPlaces(picture.shapes);
+        } else {
+            WritePicture(picture, output);
+        }
+        if (picture.leftOut != 0) {
+            ioDiagnostics.Report(path, "the tree is too large: " + std::to_string(picture.leftOut) +
+                                           " nodes had to be left out");
+        }
+    } catch (unreadable_error const& error) {
+        ioDiagnostics.Report(path, error.what());
+    } catch (description_error const& error) {
+        ioDiagnostics.Report(path, EscapedName(error.what()));
+    } catch (filesupport::file_exception const&) {
+        ioDiagnostics.Report(output, "cannot be written");
+    }
+}
+
+} // namespace
+
+Verb const kLayoutVerb = {
+    "layout",
+    "FILE WIDTHxHEIGHT [--svg=OUT]",
+    "the places of a tree of rectangles in a rectangle",
+    "Arranges the tree that the property list in FILE describes in a rectangle of this size,\n"
+    "and writes a line for every node: x, y, width, height, two blanks, its path, which is\n"
+    "the keys of the children from the root down with slashes between them, \".\" for the\n"
+    "root; then two blanks and its label, if it has one. In a label a backslash, a newline\n"
+    "and a carriage return are written as \\\\, \\n and \\r. A group's place is that of its\n"
+    "children and their margins together.\n"
+    "\n"
+    "  --svg=OUT  draws the tree into the file OUT instead\n"
+    "\n"
+    "A node is a list of these keys, and any other key is an error; it is a group if it has a\n"
+    "kind or children. Sizes are numbers from 0 to 1e9, of any type.\n"
+    "\n"
+    "  label            a text\n"
+    "  margins          a number, or a list: left, top, right, bottom\n"
+    "\n"
+    "  width, height    of a leaf: the best size, or a list: best, minimum, expandable,\n"
+    "                   maximum\n"
+    "  role             of a leaf, for the picture: button, field, label, meter, picture,\n"
+    "                   spacer\n"
+    "\n"
+    "  kind             of a group: Row, Column, Flipping, HorizontalWrapping,\n"
+    "                   VerticalWrapping, AutoLayout\n"
+    "  children         of a group: a list of nodes under the keys 1, 2, 3 and so on; they\n"
+    "                   may leave numbers out\n"
+    "  spacing          of a group: a number, or a list: horizontal, vertical\n"
+    "  alignment        of a group: a list: horizontal (left, centre, right), vertical (top,\n"
+    "                   centre, bottom)\n"
+    "  separators       of a group: true or false\n",
+    {"help", "svg"},
+    Run,
+};
+
+} // namespace brindle::host

@@ -1,0 +1,75 @@
+#include "host/files/FilesBelow.h"
+#include "host/files/SumInOrder.h"
+#include "host/verbs/Verbs.h"
+
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/utility/Streams.h>
+
+#include <algorithm>
+
+namespace brindle::host {
+
+namespace {
+
+/// The native paths of all files below the operands, sorted byte by byte.
+std::vector<std::string> FilesOf(std::vector<std::string> const& inOperands,
+                                 Diagnostics& ioDiagnostics) {
+    FoundFiles found;
+    for (std::string const& operand : inOperands) {
+        filesupport::Dir const dir = filesupport::DirFromNative(operand);
+        if (dir.Exists()) {
+            FindFilesBelow(dir, found, ioDiagnostics);
+        } else {
+            found.files.push_back(operand);
+        }
+    }
+    std::sort(found.files.begin(), found.files.end());
+    return std::move(found.files);
+}
+
+void PrintLine(FileSum const& inSum, std::string const& inPath) {
+    std::string const name = EscapedName(inPath);
+    utility::streams::Out << (name.size() != inPath.size() ? "\\" : "") << CRCText(inSum.crc)
+                          << "  " << std::to_string(inSum.size) << "  " << name << '\n';
+}
+
+void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
+    if (inArguments.Operands().empty()) {
+        throw usage_error("sum needs a PATH");
+    }
+    std::uint32_t const jobs = Jobs(inArguments);
+    std::vector<std::string> const paths = FilesOf(inArguments.Operands(), ioDiagnostics);
+    auto const sum = [&paths](std::size_t inIndex) {
+        return SumOf(filesupport::FileFromNative(paths[inIndex]));
+    };
+    auto const print = [&](std::size_t inIndex, SumOutcome const& inOutcome) {
+        if (inOutcome.failure.empty()) {
+            ioDiagnostics.MakeRoomForOutput();
+            PrintLine(inOutcome.sum, paths[inIndex]);
+        } else {
+            ioDiagnostics.Report(paths[inIndex], inOutcome.failure);
+        }
+    };
+    SumInOrder(paths.size(), jobs, ioDiagnostics, sum, print);
+}
+
+} // namespace
+
+Verb const kSumVerb = {
+    "sum",
+    "[--jobs=N] PATH...",
+    "CRC-32, size and path of every file below each PATH",
+    "Writes a line for every file below each PATH, sorted by path: its CRC-32 as 8 hex "
+    "digits,\n"
+    "two blanks, its size in bytes, two blanks, its path. A path that holds a backslash, a\n"
+    "newline or a carriage return has them written as \\\\, \\n and \\r, and its line begins\n"
+    "with a backslash. Links to files are followed, links to directories are not entered.\n"
+    "FIFOs, sockets and devices are reported and skipped.\n"
+    "\n"
+    "  --jobs=N  how many files may be summed at once, 1 to 1024; without it, one for each\n"
+    "            processor\n",
+    {"help", "jobs"},
+    Run,
+};
+
+} // namespace brindle::host

@@ -1,0 +1,99 @@
+#include "platform/linux/FilePlace.h"
+
+#include "platform/linux/ErrnoTable.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <climits>
+#include <utility>
+
+namespace brindle::platform {
+
+namespace {
+
+/// In a directory for everybody's temporary files, anybody may plant a link where another's file is
+/// expected. There only a link of our own leads on, or one of the directory's owner.
+bool IsPlanted(FilePlace const& inLink) {
+    struct stat directory {};
+    struct stat link {};
+    if (::fstat(inLink.directory.Get(), &directory) != 0 ||
+        ::fstatat(inLink.directory.Get(), inLink.name.c_str(), &link, AT_SYMLINK_NOFOLLOW) != 0) {
+        return true;
+    }
+    constexpr mode_t kForEverybody = S_ISVTX | S_IWOTH;
+    return (directory.st_mode & kForEverybody) == kForEverybody && link.st_uid != ::geteuid() &&
+           link.st_uid != directory.st_uid;
+}
+
+} // namespace
+
+Result<FilePlace> FollowLinks(UTF16String const& inPath) {
+    // As many as the kernel follows.
+    constexpr int kMostLinks = 40;
+
+    PathAt const first(inPath);
+    if (first.Error() != kError_None) {
+        return {{}, first.Error()};
+    }
+    int base = first.Directory();
+    std::string native = first.Tail();
+    if (native.empty()) {
+        return {{}, kError_PathNotFound};
+    }
+
+    FilePlace place;
+    for (int links = 0; links <= kMostLinks; ++links) {
+        PathAt const path(base, std::move(native));
+        if (path.Error() != kError_None) {
+            return {{}, path.Error()};
+        }
+        place.name = path.TailName();
+        if (place.name.empty() || place.name == "." || place.name == "..") {
+            return {{}, kError_AccessDenied};
+        }
+        auto const directoryPath = path.TailDirectory();
+        // Not every directory that may be written may also be listed, so opened for reading.
+        FileDescriptor directory;
+        for (int const access : {O_RDONLY, O_PATH}) {
+            directory = FileDescriptor(Uninterrupted([&] {
+                return ::openat(path.Directory(), directoryPath.c_str(),
+                                access | O_DIRECTORY | O_CLOEXEC);
+            }));
+            if (directory.IsOpen() || errno != EACCES) {
+                break;
+            }
+        }
+        if (!directory.IsOpen()) {
+            return {{}, errno == ENOENT ? kError_PathNotFound : ErrorFromErrno(errno)};
+        }
+        place.directory = std::move(directory); // not earlier: the path may start at the old one
+
+        std::array<char, PATH_MAX> link{};
+        auto const length =
+            ::readlinkat(place.directory.Get(), place.name.c_str(), link.data(), link.size());
+        if (length < 0) {
+            return {std::move(place), kError_None};
+        }
+        if (IsPlanted(place)) {
+            return {{}, kError_AccessDenied};
+        }
+        native.assign(link.data(), static_cast<std::size_t>(length));
+        base = place.directory.Get();
+    }
+    return {{}, kError_LinkCircle};
+}
+
+ErrorCode RenameInto(FilePlace const& inPlace, int inDirectory, char const* inName) {
+    return ::renameat(inDirectory, inName, inPlace.directory.Get(), inPlace.name.c_str()) == 0
+               ? kError_None
+               : ErrorFromErrno(errno);
+}
+
+ErrorCode SyncDirectory(FilePlace const& inPlace) {
+    bool const hasFailed =
+        Uninterrupted([&] { return ::fsync(inPlace.directory.Get()); }) != 0 && errno == EIO;
+    return hasFailed ? kError_IODevice : kError_None;
+}
+
+} // namespace brindle::platform

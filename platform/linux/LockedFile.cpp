@@ -1,0 +1,98 @@
+#include "platform/linux/LockedFile.h"
+
+#include "platform/linux/ErrnoTable.h"
+
+#include <sys/file.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace brindle::platform {
+
+namespace {
+
+bool IsSameFile(struct stat const& inLHS, struct stat const& inRHS) noexcept {
+    return inLHS.st_dev == inRHS.st_dev && inLHS.st_ino == inRHS.st_ino;
+}
+
+/// Locks an open file without waiting. A file system without locks grants every one.
+ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
+    int const operation = (inLock == Lock::kShared ? LOCK_SH : LOCK_EX) | LOCK_NB;
+    if (Uninterrupted([&] { return ::flock(inDescriptor, operation); }) == 0) {
+        return kError_None;
+    }
+    return errno == EWOULDBLOCK ? kError_SharingViolation : kError_None;
+}
+
+} // namespace
+
+Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock, mode_t inMode) {
+    // A file system that never numbers a file twice alike cannot tell whether it was replaced.
+    constexpr int kMostAttempts = 64;
+    if (inPath.Error() != kError_None) {
+        return {{}, inPath.Error()};
+    }
+    for (int attempt = 1;; ++attempt) {
+        struct stat named {};
+        if (::fstatat(inPath.Directory(), inPath.Tail(), &named, 0) == 0) {
+            if (!S_ISREG(named.st_mode)) {
+                return {{}, kError_AccessDenied};
+            }
+        } else if (errno != ENOENT || (inFlags & O_CREAT) == 0) {
+            return {{}, inPath.ErrorOf(errno)};
+        }
+
+        // Without blocking: a FIFO that takes the file's place this moment must not hold us up.
+        FileDescriptor file(Uninterrupted([&] {
+            return ::openat(inPath.Directory(), inPath.Tail(),
+                            inFlags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, inMode);
+        }));
+        if (!file.IsOpen()) {
+            return {{}, inPath.ErrorOf(errno)};
+        }
+        struct stat opened {};
+        if (::fstat(file.Get(), &opened) != 0) {
+            return {{}, ErrorFromErrno(errno)};
+        }
+        if (!S_ISREG(opened.st_mode)) {
+            return {{}, kError_AccessDenied};
+        }
+        if (auto const refusal = TakeLock(file.Get(), inLock); refusal != kError_None) {
+            return {{}, refusal};
+        }
+
+        bool const isReader = (inFlags & O_ACCMODE) == O_RDONLY;
+        bool const isCurrent = isReader || attempt == kMostAttempts ||
+                               (::fstatat(inPath.Directory(), inPath.Tail(), &named, 0) == 0 &&
+                                IsSameFile(named, opened));
+        if (isCurrent) {
+            return {std::move(file), kError_None};
+        }
+    }
+}
+
+ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
+                     std::uint64_t inOffset, std::size_t& outWritten) {
+    constexpr std::uint64_t kMostOffset = std::numeric_limits<std::int64_t>::max();
+    auto const* bytes = static_cast<char const*>(inBytes);
+    outWritten = 0;
+    if (inCount > kMostOffset - std::min(inOffset, kMostOffset)) {
+        return kError_FileTooLarge;
+    }
+    while (outWritten < inCount) {
+        auto const count = Uninterrupted([&] {
+            return ::pwrite(inDescriptor, bytes + outWritten, inCount - outWritten,
+                            static_cast<off_t>(inOffset + outWritten));
+        });
+        if (count < 0) {
+            return ErrorFromErrno(errno);
+        }
+        if (count == 0) {
+            return kError_DiskFull;
+        }
+        outWritten += static_cast<std::size_t>(count);
+    }
+    return kError_None;
+}
+
+} // namespace brindle::platform

@@ -1,0 +1,26 @@
+#include <brindle/threads/EventLoop.h>
+
+#include "threads/src/executors/CurrentMessageQueue.h"
+#include "threads/src/locks/Guarded.h"
+
+namespace brindle::threads {
+
+boost::intrusive_ptr<platform::MessageQueue> CurrentMessageQueue() {
+    return Guarded([] {
+        auto queue = platform::MessageQueue::OfCurrentThread();
+        if (queue == nullptr) {
+            throw boost::thread_resource_error();
+        }
+        return queue;
+    });
+}
+
+int EventLoopDescriptor() {
+    return CurrentMessageQueue()->Descriptor();
+}
+
+void DispatchMessages() {
+    CurrentMessageQueue()->DispatchMessages();
+}
+
+} // namespace brindle::threads

@@ -1,0 +1,40 @@
+#include <brindle/threads/RecursiveMutex.h>
+
+#include <brindle/threads/ScopedLock.h>
+
+#include "threads/src/locks/Guarded.h"
+
+#include <boost/thread/lock_types.hpp>
+
+#include <utility>
+
+namespace brindle::threads {
+
+RecursiveMutex::RecursiveMutex()
+    : mMutex(Guarded([] { return std::make_unique<boost::recursive_mutex>(); })) {}
+
+RecursiveMutex::RecursiveMutex(std::string const&) : RecursiveMutex() {}
+
+RecursiveMutex::RecursiveMutex(RecursiveMutex& ioSource) : mMutex(std::move(ioSource.mMutex)) {}
+
+RecursiveMutex& RecursiveMutex::operator=(RecursiveMutex& ioSource) {
+    mMutex = std::move(ioSource.mMutex);
+    return *this;
+}
+
+RecursiveMutex::~RecursiveMutex() = default;
+
+template <typename Mutex, typename BoostMutex>
+ScopedLock<Mutex, BoostMutex>::ScopedLock(Mutex& ioMutex, bool inLockNow)
+    : mLock(Guarded([&] {
+          using Lock = typename BoostMutex::scoped_lock;
+          return inLockNow ? std::make_unique<Lock>(*ioMutex.GetMutex())
+                           : std::make_unique<Lock>(*ioMutex.GetMutex(), boost::defer_lock);
+      })) {}
+
+template <typename Mutex, typename BoostMutex>
+ScopedLock<Mutex, BoostMutex>::~ScopedLock() = default;
+
+template class ScopedLock<RecursiveMutex, boost::recursive_mutex>;
+
+} // namespace brindle::threads

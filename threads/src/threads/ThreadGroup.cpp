@@ -1,0 +1,81 @@
+#include <brindle/threads/ThreadGroup.h>
+
+#include "threads/src/locks/Guarded.h"
+
+#include <boost/thread/mutex.hpp>
+
+#include <algorithm>
+#include <list>
+#include <utility>
+
+namespace brindle::threads {
+
+/// A share in each thread of the group: its `Thread` has the other, so either may go first.
+struct ThreadGroup::Threads {
+    boost::mutex mutex; // guards the rest
+    std::list<std::shared_ptr<boost::thread>> shares;
+    std::int32_t createdCount = 0;
+};
+
+ThreadGroup::ThreadGroup(std::string const& inName)
+    : mName(inName), mThreads(Guarded([] { return std::make_unique<Threads>(); })) {}
+
+ThreadGroup::ThreadGroup(ThreadGroup& ioSource)
+    : mName(ioSource.mName), mThreads(std::move(ioSource.mThreads)) {}
+
+ThreadGroup& ThreadGroup::operator=(ThreadGroup& ioSource) {
+    mName = ioSource.mName;
+    mThreads = std::move(ioSource.mThreads);
+    return *this;
+}
+
+ThreadGroup::~ThreadGroup() = default;
+
+Thread* ThreadGroup::CreateThread(boost::function0<void> const& inFunction) {
+    return Guarded([&] {
+        boost::mutex::scoped_lock const lock(mThreads->mutex);
+        auto const number = std::to_string(mThreads->createdCount + 1);
+        auto thread = std::make_unique<Thread>(mName + " created thread #" + number);
+        std::list<std::shared_ptr<boost::thread>> share(1, thread->mThread);
+        // The thread starts last: whatever fails leaves nothing behind.
+        thread->Start(inFunction);
+        mThreads->shares.splice(mThreads->shares.end(), share);
+        ++mThreads->createdCount;
+        return thread.release();
+    });
+}
+
+void ThreadGroup::AddThread(Thread* inThread) {
+    Guarded([&] {
+        boost::mutex::scoped_lock const lock(mThreads->mutex);
+        auto& shares = mThreads->shares;
+        if (std::find(shares.begin(), shares.end(), inThread->mThread) == shares.end()) {
+            shares.push_back(inThread->mThread);
+        }
+    });
+}
+
+void ThreadGroup::RemoveThread(Thread* inThread) {
+    Guarded([&] {
+        boost::mutex::scoped_lock const lock(mThreads->mutex);
+        mThreads->shares.remove(inThread->mThread);
+    });
+}
+
+void ThreadGroup::JoinAll() {
+    Guarded([&] {
+        boost::mutex::scoped_lock const lock(mThreads->mutex);
+        for (auto const& thread : mThreads->shares) {
+            thread->join();
+        }
+    });
+}
+
+std::int32_t ThreadGroup::Size() {
+    return Guarded([&] {
+        boost::mutex::scoped_lock const lock(mThreads->mutex);
+        return static_cast<std::int32_t>(mThreads->shares.size());
+    });
+}
+
+} // namespace brindle::threads

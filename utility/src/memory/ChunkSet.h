@@ -1,0 +1,48 @@
+#pragma once
+
+#include "utility/src/memory/Chunk.h"
+#include "utility/src/memory/HeapAllocator.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace brindle::utility {
+
+/// The chunks of one size class. Which chunks there are changes only while nobody else looks; any
+/// number of threads may look.
+class ChunkSet {
+public:
+    /// Has room for 256 chunks. Throws `std::bad_alloc`.
+    ChunkSet();
+    ChunkSet(ChunkSet const&) = delete;
+    ChunkSet& operator=(ChunkSet const&) = delete;
+
+    /// The chunk that blocks are taken from, may be null.
+    Chunk* Current() const noexcept { return mCurrent; }
+    /// The chunk that holds a block, null if none does.
+    Chunk* Find(void const* inBlock) const noexcept {
+        return mCurrent != nullptr && mCurrent->Holds(inBlock) ? mCurrent : Search(inBlock);
+    }
+    std::size_t Count() const noexcept { return mByAddress.size(); }
+    std::vector<Chunk*, HeapAllocator<Chunk*>> const& ByAddress() const noexcept {
+        return mByAddress;
+    }
+
+    /// Sees to it that the next `Add` succeeds. Throws `std::bad_alloc`.
+    void Reserve();
+    /// Adds a chunk and makes it current.
+    void Add(Chunk* inChunk) noexcept;
+    /// Makes the emptiest chunk current that has a free block, or none if all are full.
+    void PickCurrent() noexcept;
+    /// Removes a chunk none of whose blocks is in use, null if there is none.
+    Chunk* RemoveEmpty() noexcept;
+
+private:
+    Chunk* Search(void const* inBlock) const noexcept;
+
+    Chunk* mCurrent = nullptr;
+    std::vector<Chunk*, HeapAllocator<Chunk*>> mByAddress;
+};
+
+} // namespace brindle::utility

@@ -1,0 +1,32 @@
+#include "utility/src/numbers/Separators.h"
+
+#include <atomic>
+#include <cstdint>
+
+namespace brindle::utility {
+
+namespace {
+
+/// The decimal separator in the upper half, so that both are read and written at once; 0 until they
+/// have been read.
+std::atomic<std::uint32_t> S_separators{0};
+
+} // namespace
+
+platform::NumberSeparators UserSeparators() {
+    auto const both = S_separators.load(std::memory_order_relaxed);
+    if (both == 0) {
+        // Whoever else comes here at the same time stores the same.
+        auto const separators = platform::UserNumberSeparators();
+        SetUserSeparators(separators);
+        return separators;
+    }
+    return {static_cast<std::uint16_t>(both >> 16), static_cast<std::uint16_t>(both & 0xFFFF)};
+}
+
+void SetUserSeparators(platform::NumberSeparators inSeparators) noexcept {
+    S_separators.store(std::uint32_t{inSeparators.decimal} << 16 | inSeparators.thousands,
+                       std::memory_order_relaxed);
+}
+
+} // namespace brindle::utility

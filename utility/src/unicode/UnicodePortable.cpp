@@ -1,0 +1,231 @@
+#include "utility/src/unicode/UnicodeKernels.h"
+
+#include <brindle/utility/Unicode.h>
+
+#include <cstring>
+
+namespace brindle::utility::impl {
+namespace {
+
+constexpr std::size_t kBlock = 8;
+constexpr std::size_t kMeasuredBlock = 32;
+
+template <typename Element>
+bool IsASCIIBlock(Element const* inText) noexcept {
+    constexpr std::uint64_t kNotASCII =
+        sizeof(Element) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
+    std::uint64_t words[kBlock * sizeof(Element) / 8];
+    std::memcpy(words, inText, sizeof words);
+    std::uint64_t seen = 0;
+    for (std::uint64_t word : words) {
+        seen |= word;
+    }
+    return (seen & kNotASCII) == 0;
+}
+
+template <typename From, typename To>
+void CopyASCIIBlock(From const* inText, To* outText) noexcept {
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        outText[i] = static_cast<To>(inText[i]);
+    }
+}
+
+bool IsPair(std::uint16_t inFirst, std::uint16_t inSecond) noexcept {
+    // A sum, for && would be a branch.
+    return ((inFirst & 0xFC00) ^ 0xD800) + ((inSecond & 0xFC00) ^ 0xDC00) == 0;
+}
+
+int ExtraBytes(std::uint16_t inUnit) noexcept {
+    return (inUnit >= 0x80) + (inUnit >= 0x800);
+}
+
+/// True if the block has no NUL; then `ioBytes` grows by its bytes. One unit before it can be read.
+bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
+    // One below NUL has the bits that ASCII has not, too.
+    unsigned seen = 0;
+    for (std::size_t i = 0; i < kMeasuredBlock; ++i) {
+        seen |= inBlock[i] | static_cast<std::uint16_t>(inBlock[i] - 1);
+    }
+    if ((seen & 0xFF80) == 0) {
+        ioBytes += kMeasuredBlock;
+        return true;
+    }
+    std::uint16_t const* const before = inBlock - 1;
+    // Sums no wider than the units take the most units at a time.
+    std::uint16_t extra = 0;
+    std::uint16_t nuls = 0;
+    std::uint16_t pairs = 0;
+    for (std::size_t i = 0; i < kMeasuredBlock; ++i) {
+        extra = static_cast<std::uint16_t>(extra + ExtraBytes(inBlock[i]));
+        nuls = static_cast<std::uint16_t>(nuls + (inBlock[i] == 0));
+        pairs = static_cast<std::uint16_t>(pairs + IsPair(before[i], inBlock[i]));
+    }
+    if (nuls != 0) {
+        return false;
+    }
+    // Two lone surrogates take six bytes, a pair takes four.
+    ioBytes += kMeasuredBlock + extra - 2 * std::size_t{pairs};
+    return true;
+}
+
+UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexcept {
+    if (inCount == 0 || inText[0] == 0) {
+        return {0, 0};
+    }
+    std::size_t units = 1;
+    std::size_t bytes = 1 + static_cast<std::size_t>(ExtraBytes(inText[0]));
+    while (inCount - units >= kMeasuredBlock && MeasureBlock(inText + units, bytes)) {
+        units += kMeasuredBlock;
+    }
+    for (; units < inCount && inText[units] != 0; ++units) {
+        bytes += 1 + static_cast<std::size_t>(ExtraBytes(inText[units])) -
+                 2 * std::size_t{IsPair(inText[units - 1], inText[units])};
+    }
+    return {units, bytes};
+}
+
+std::uint8_t TrailingByte(std::uint32_t inValue) noexcept {
+    return static_cast<std::uint8_t>(0x80 | (inValue & 0x3F));
+}
+
+/// Encodes the unit or the pair at `ioText` and moves both pointers behind it.
+void EncodeOne(std::uint16_t const*& ioText, std::uint16_t const* inEnd,
+               std::uint8_t*& ioBytes) noexcept {
+    std::uint32_t value = *ioText++;
+    if (value < 0x80) {
+        *ioBytes++ = static_cast<std::uint8_t>(value);
+        return;
+    }
+    if (value < 0x800) {
+        *ioBytes++ = static_cast<std::uint8_t>(0xC0 | value >> 6);
+        *ioBytes++ = TrailingByte(value);
+        return;
+    }
+    if (UnicodeSurrogate(ioText[-1]) == kSurrogate_High && ioText != inEnd &&
+        UnicodeSurrogate(*ioText) == kSurrogate_Low) {
+        value = 0x10000 + ((value - 0xD800) << 10) + (*ioText++ - 0xDC00u);
+        *ioBytes++ = static_cast<std::uint8_t>(0xF0 | value >> 18);
+        *ioBytes++ = TrailingByte(value >> 12);
+    } else {
+        *ioBytes++ = static_cast<std::uint8_t>(0xE0 | value >> 12);
+    }
+    *ioBytes++ = TrailingByte(value >> 6);
+    *ioBytes++ = TrailingByte(value);
+}
+
+std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,
+                       std::uint8_t* outBytes) noexcept {
+    std::uint16_t const* text = inText;
+    std::uint16_t const* const end = inText + inCount;
+    std::uint8_t* bytes = outBytes;
+    while (static_cast<std::size_t>(end - text) >= kBlock) {
+        if (IsASCIIBlock(text)) {
+            CopyASCIIBlock(text, bytes);
+            text += kBlock;
+            bytes += kBlock;
+            continue;
+        }
+        std::uint16_t const* const blockEnd = text + kBlock;
+        while (text < blockEnd) {
+            EncodeOne(text, end, bytes);
+        }
+    }
+    while (text != end) {
+        EncodeOne(text, end, bytes);
+    }
+    return static_cast<std::size_t>(bytes - outBytes);
+}
+
+std::size_t CountUTF16(std::uint8_t const* inText, std::size_t inCount) noexcept {
+    std::size_t units = 0;
+    for (std::size_t i = 0; i < inCount; ++i) {
+        units += std::size_t{(inText[i] & 0xC0) != 0x80} + std::size_t{inText[i] >= 0xF0};
+    }
+    return units;
+}
+
+bool IsTrailing(std::uint8_t inByte) noexcept {
+    return (inByte & 0xC0) == 0x80;
+}
+
+/// Decodes the sequence at `ioText` and moves both pointers behind it. False, and nothing moved, if
+/// it is malformed or reaches behind `inEnd`. A surrogate in its three-byte form is well-formed.
+bool DecodeOne(std::uint8_t const*& ioText, std::uint8_t const* inEnd,
+               std::uint16_t*& ioUnits) noexcept {
+    std::uint8_t const* const text = ioText;
+    std::ptrdiff_t const count = inEnd - text;
+    std::uint32_t const lead = text[0];
+    if (lead < 0x80) {
+        *ioUnits++ = static_cast<std::uint16_t>(lead);
+        ioText = text + 1;
+        return true;
+    }
+    if (lead < 0xC2) {
+        return false;
+    }
+    if (lead < 0xE0) {
+        if (count < 2 || !IsTrailing(text[1])) {
+            return false;
+        }
+        *ioUnits++ = static_cast<std::uint16_t>((lead & 0x1F) << 6 | (text[1] & 0x3F));
+        ioText = text + 2;
+        return true;
+    }
+    if (lead < 0xF0) {
+        if (count < 3 || !IsTrailing(text[1]) || !IsTrailing(text[2])) {
+            return false;
+        }
+        std::uint32_t const value =
+            (lead & 0x0F) << 12 | (text[1] & 0x3Fu) << 6 | (text[2] & 0x3Fu);
+        if (value < 0x800) {
+            return false;
+        }
+        *ioUnits++ = static_cast<std::uint16_t>(value);
+        ioText = text + 3;
+        return true;
+    }
+    if (lead > 0xF4 || count < 4 || !IsTrailing(text[1]) || !IsTrailing(text[2]) ||
+        !IsTrailing(text[3])) {
+        return false;
+    }
+    std::uint32_t const value =
+        (lead & 0x07) << 18 | (text[1] & 0x3Fu) << 12 | (text[2] & 0x3Fu) << 6 | (text[3] & 0x3Fu);
+    if (value < 0x10000 || value > 0x10FFFF) {
+        return false;
+    }
+    *ioUnits++ = static_cast<std::uint16_t>(0xD7C0 + (value >> 10));
+    *ioUnits++ = static_cast<std::uint16_t>(0xDC00 | (value & 0x3FF));
+    ioText = text + 4;
+    return true;
+}
+
+UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
+                           std::uint16_t* outUnits) noexcept {
+    std::uint8_t const* text = inText;
+    std::uint8_t const* const end = inText + inCount;
+    std::uint16_t* units = outUnits;
+    bool isWellFormed = true;
+    while (isWellFormed && static_cast<std::size_t>(end - text) >= kBlock) {
+        if (IsASCIIBlock(text)) {
+            CopyASCIIBlock(text, units);
+            text += kBlock;
+            units += kBlock;
+            continue;
+        }
+        std::uint8_t const* const blockEnd = text + kBlock;
+        while (isWellFormed && text < blockEnd) {
+            isWellFormed = DecodeOne(text, end, units);
+        }
+    }
+    while (isWellFormed && text != end) {
+        isWellFormed = DecodeOne(text, end, units);
+    }
+    return {static_cast<std::size_t>(text - inText), static_cast<std::size_t>(units - outUnits)};
+}
+
+} // namespace
+
+constexpr UnicodeKernels kPortableUnicodeKernels = {MeasureUTF16, EncodeUTF8, CountUTF16,
+                                                    DecodeUTF8};
+
+} // namespace brindle::utility::impl
