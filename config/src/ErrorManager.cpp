@@ -1,5 +1,6 @@
-#include <brindle/config/DeferredErrorReporter.h>
 #include <brindle/config/ErrorManager.h>
+
+#include <brindle/config/DeferredErrorReporter.h>
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,5 +1,6 @@
-#include <brindle/config/ErrorManager.h>
 #include <brindle/config/Errors.h>
+
+#include <brindle/config/ErrorManager.h>
 
 #include <limits>
 

@@ -1,6 +1,6 @@
-#include "platform/Terminal.h"
-
 #include <brindle/console/Terminal.h>
+
+#include "platform/Terminal.h"
 
 namespace brindle::console {
 

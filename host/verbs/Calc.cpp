@@ -1,5 +1,6 @@
-#include "host/commandline/PlainText.h"
 #include "host/verbs/Verbs.h"
+
+#include "host/commandline/PlainText.h"
 
 #include <brindle/utility/Calculator.h>
 #include <brindle/utility/Streams.h>

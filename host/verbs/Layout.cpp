@@ -1,9 +1,10 @@
+#include "host/verbs/Verbs.h"
+
 #include "host/commandline/PlainText.h"
 #include "host/files/FileSum.h"
 #include "host/layout/Picture.h"
 #include "host/layout/ReadDescription.h"
 #include "host/plist/LoadedList.h"
-#include "host/verbs/Verbs.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/NativePath.h>

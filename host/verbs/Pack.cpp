@@ -1,5 +1,6 @@
-#include "host/files/FileCoding.h"
 #include "host/verbs/Verbs.h"
+
+#include "host/files/FileCoding.h"
 
 #include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/RLEByteStream.h>

@@ -1,7 +1,8 @@
+#include "host/verbs/Verbs.h"
+
 #include "host/files/FileSum.h"
 #include "host/plist/LoadedList.h"
 #include "host/plist/PropListLines.h"
-#include "host/verbs/Verbs.h"
 
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/utility/Streams.h>

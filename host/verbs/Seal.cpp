@@ -1,8 +1,9 @@
+#include "host/verbs/Verbs.h"
+
 #include "host/files/InOrder.h"
 #include "host/files/SumInOrder.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
-#include "host/verbs/Verbs.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/FileKind.h>

@@ -1,6 +1,7 @@
+#include "host/verbs/Verbs.h"
+
 #include "host/files/FilesBelow.h"
 #include "host/files/SumInOrder.h"
-#include "host/verbs/Verbs.h"
 
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/utility/Streams.h>

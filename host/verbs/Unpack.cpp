@@ -1,6 +1,7 @@
+#include "host/verbs/Verbs.h"
+
 #include "host/files/FileCoding.h"
 #include "host/files/FileSum.h"
-#include "host/verbs/Verbs.h"
 
 #include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/RLEByteStream.h>

@@ -1,7 +1,8 @@
+#include "host/verbs/Verbs.h"
+
 #include "host/files/SumInOrder.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
-#include "host/verbs/Verbs.h"
 
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/utility/Streams.h>

@@ -1,3 +1,5 @@
+#include "platform/Errors.h"
+
 #include "platform/linux/ErrnoTable.h"
 
 #include <cerrno>

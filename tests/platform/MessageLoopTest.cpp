@@ -1,4 +1,4 @@
-#include "platform/portable/MessageInbox.h"
+#include "platform/linux/MessageInbox.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,11 @@
+#include <brindle/debug/Contract.h>
+
 #include "debug/src/contract/ContractMessage.h"
 
 #include "platform/DebugOutput.h"
 #include "platform/Process.h"
 
 #include <brindle/config/Errors.h>
-#include <brindle/debug/Contract.h>
 
 #include <atomic>
 #include <functional>

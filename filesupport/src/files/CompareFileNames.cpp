@@ -1,6 +1,7 @@
+#include <brindle/filesupport/PathNames.h>
+
 #include "platform/Locale.h"
 
-#include <brindle/filesupport/PathNames.h>
 #include <brindle/utility/StringUtils.h>
 
 namespace brindle::filesupport {

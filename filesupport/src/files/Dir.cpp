@@ -1,3 +1,5 @@
+#include <brindle/filesupport/Dir.h>
+
 #include "filesupport/src/files/PathText.h"
 
 #include "platform/Directories.h"
@@ -5,7 +7,6 @@
 #include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/Aliases.h>
-#include <brindle/filesupport/Dir.h>
 #include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>

@@ -1,8 +1,8 @@
+#include <brindle/filesupport/DirectoryIterators.h>
+
 #include "filesupport/src/files/DirectoryListing.h"
 
 #include "platform/Paths.h"
-
-#include <brindle/filesupport/DirectoryIterators.h>
 
 #include <utility>
 

@@ -1,3 +1,5 @@
+#include <brindle/filesupport/File.h>
+
 #include "filesupport/src/files/CreateFailure.h"
 #include "filesupport/src/files/PathText.h"
 
@@ -5,7 +7,6 @@
 #include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/Aliases.h>
-#include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 
 #include <cwctype>

@@ -1,6 +1,6 @@
-#include "platform/Files.h"
-
 #include <brindle/filesupport/FileKind.h>
+
+#include "platform/Files.h"
 
 namespace brindle::filesupport {
 

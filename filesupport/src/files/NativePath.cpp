@@ -1,7 +1,8 @@
+#include <brindle/filesupport/NativePath.h>
+
 #include "platform/Paths.h"
 
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/NativePath.h>
 
 namespace brindle::filesupport {
 

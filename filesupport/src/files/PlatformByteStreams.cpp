@@ -1,8 +1,9 @@
+#include <brindle/filesupport/PlatformByteStreams.h>
+
 #include "filesupport/src/files/CreateFailure.h"
 #include "platform/Files.h"
 
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/PlatformByteStreams.h>
 
 #include <utility>
 

@@ -1,8 +1,8 @@
+#include <brindle/filesupport/RecursiveFileIterator.h>
+
 #include "filesupport/src/files/DirectoryListing.h"
 
 #include "platform/Files.h"
-
-#include <brindle/filesupport/RecursiveFileIterator.h>
 
 #include <algorithm>
 #include <utility>

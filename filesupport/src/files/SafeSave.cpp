@@ -1,9 +1,10 @@
+#include <brindle/filesupport/SafeSave.h>
+
 #include "platform/Files.h"
 #include "platform/Process.h"
 #include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/SafeSave.h>
 #include <brindle/utility/FileUtils.h>
 #include <brindle/utility/Numbers.h>
 

@@ -1,7 +1,8 @@
+#include <brindle/proplist/PropListXMLHandler.h>
+
 #include "proplist/src/document/NumberText.h"
 #include "proplist/src/document/ReadErrors.h"
 
-#include <brindle/proplist/PropListXMLHandler.h>
 #include <brindle/utility/Unicode.h>
 
 #include <algorithm>

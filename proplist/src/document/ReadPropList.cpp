@@ -1,9 +1,10 @@
+#include <brindle/proplist/PropListUtils.h>
+
 #include "platform/Files.h"
 #include "proplist/src/document/ReadErrors.h"
 
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/proplist/PropListUtils.h>
 #include <brindle/proplist/PropListXMLHandler.h>
 #include <brindle/xml/Parser.h>
 

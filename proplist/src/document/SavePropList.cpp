@@ -1,9 +1,10 @@
+#include <brindle/proplist/PropListUtils.h>
+
 #include "platform/Files.h"
 #include "proplist/src/document/Readable.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/SafeSave.h>
-#include <brindle/proplist/PropListUtils.h>
 
 namespace brindle::proplist {
 

@@ -1,6 +1,7 @@
+#include <brindle/proplist/PropListUtils.h>
+
 #include "proplist/src/model/PropNodes.h"
 
-#include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ReservedCharacters.h>
 
 #include <algorithm>

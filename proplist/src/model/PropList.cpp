@@ -1,6 +1,6 @@
-#include "proplist/src/model/PropNodes.h"
-
 #include <brindle/proplist/PropList.h>
+
+#include "proplist/src/model/PropNodes.h"
 
 #include <list>
 #include <memory>

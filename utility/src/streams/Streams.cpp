@@ -1,5 +1,6 @@
-#include <brindle/debug/StreamBuffers.h>
 #include <brindle/utility/Streams.h>
+
+#include <brindle/debug/StreamBuffers.h>
 
 #include <iostream>
 
