@@ -1,5 +1,5 @@
 #include "platform/Files.h"
-#include "proplist/src/document/Readable.h"
+#include "proplist/src/document/DocumentCheck.h"
 #include "tests/support/InTemporaryDirectory.h"
 #include "tests/support/SystemCallFaults.h"
 
@@ -136,7 +136,7 @@ TEST_F(SavePropList, WhatNoReaderWouldGiveBackIsRefused) {
         for (auto i = random() % 140, end = i + random() % 5; i < end && i < text.size(); ++i) {
             text[i] = odd[random() % odd.size()];
         }
-        ASSERT_EQ(impl::IsReadable({text.begin(), text.end()}), ParserGivesBack(text))
+        ASSERT_EQ(impl::HasOnlyXMLCharacters({text.begin(), text.end()}), ParserGivesBack(text))
             << testing::PrintToString(text);
     }
 

@@ -43,8 +43,8 @@ protected:
         Fill("document", inDocument);
         UTF16String ofFile, ofBuffer;
         Handler handler = std::make_unique<Recorder>(ofFile);
-        ExpatParseHandler file(handler);
-        ExpatParseHandler buffer(handler = std::make_unique<Recorder>(ofBuffer));
+        ExpatParser file(handler);
+        ExpatParser buffer(handler = std::make_unique<Recorder>(ofBuffer));
         int const status = file.ParseDocument(At("document"));
         EXPECT_TRUE(buffer.ParseBuffer({inDocument.begin(), inDocument.end()}) == status &&
                     ofFile == ofBuffer);
@@ -181,13 +181,13 @@ TEST_F(Parser, ComesFromTheInstalledFactoryAndTakesItsHandler) {
     ResetParserFactory();
     EXPECT_TRUE(!Initialized() && WatchedFactory::S_deleted == 2);
 
-    ExpatParseHandler copy(static_cast<ExpatParseHandler&>(*parser));
+    ExpatParser copy(static_cast<ExpatParser&>(*parser));
     for (auto const& path : {At("none"), At(""), u"C:\\proc\\self\\mem"_utf16}) {
         EXPECT_EQ(copy.ParseDocument(path), 10) << "no file, a directory, or one without reading";
     }
-    ExpatParseHandler assigned(handler = std::make_unique<Recorder>(second));
+    ExpatParser assigned(handler = std::make_unique<Recorder>(second));
     assigned = copy;
-    assigned = static_cast<ExpatParseHandler&>(assigned);
+    assigned = static_cast<ExpatParser&>(assigned);
     EXPECT_EQ(parser->ParseBuffer("<a/>"_utf8), 0);
     EXPECT_EQ(assigned.ParseBuffer("<b>"_utf8), 10);
     EXPECT_TRUE(second == u"~"_utf16 && first == u"{{<b>"_utf16);
