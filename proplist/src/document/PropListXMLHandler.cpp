@@ -95,7 +95,7 @@ constexpr auto kIntegers = [] {
     return integers;
 }();
 
-/// The type of an <int>: the size decides it, and the sign where a size has both.
+/// The type of an <int>. The sign matters only if there are two types of its size.
 PropListPropertyType IntegerType(Attributes const& inAttributes) noexcept {
     UTF16String const* const type = Find(inAttributes, "type");
     UTF16String const* const size = Find(inAttributes, "size");
