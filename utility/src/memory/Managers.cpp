@@ -1,6 +1,7 @@
 #include "utility/src/memory/Managers.h"
 
 #include "platform/Fork.h"
+#include "utility/src/memory/AllocatorManager.h"
 #include "utility/src/memory/ChunkSource.h"
 #include "utility/src/memory/TopChunks.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "utility/src/memory/AllocatorManager.h"
+#include "utility/src/memory/ChunkedAllocator.h"
 
 #include <array>
 #include <cstddef>

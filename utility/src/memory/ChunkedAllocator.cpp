@@ -1,4 +1,4 @@
-#include "utility/src/memory/AllocatorManager.h"
+#include "utility/src/memory/ChunkedAllocator.h"
 
 #include "utility/src/memory/ChunkSource.h"
 
