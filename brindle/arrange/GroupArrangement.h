@@ -64,48 +64,4 @@ protected:
     bool mVerticallyExpandable = false;
 };
 
-/// The axis along which children follow each other.
-enum class MainAxis { kHorizontal, kVertical };
-
-/// Lays its children out from left to right or from top to bottom. One algorithm for both: the main
-/// axis is the one along which they follow each other, the cross axis is the other one.
-template <MainAxis kMainAxis>
-class BRN_API AxisArrangement final : public GroupArrangement {
-public:
-    /// An outer arrangement stands for the whole group: margins count and the group hears of its
-    /// position and size. There is one separator a gap, and null where there is none.
-    AxisArrangement(AbstractArrangeableGroup& inOwner,
-                    std::vector<boost::intrusive_ptr<IArrangement>> const& inChildren,
-                    std::vector<ISeparator*> const& inSeparators, bool inIsOuter);
-
-    geom::PointT<float> Arrange(geom::RectT<float> const& inRect) override;
-    float ExpandedWidth(float inAvailable) const override;
-    float ExpandedHeight(float inAvailable) const override;
-    float ClippedArea(geom::PointT<float> const& inSize) const override;
-    float UnusedArea(geom::PointT<float> const& inSize) const override;
-    void ComputeBestWidth() override;
-    void ComputeBestHeight() override;
-
-private:
-    struct Axes;
-
-    template <typename Axis>
-    float Best() const;
-    float Gaps() const;
-    float MainMargins() const;
-    float CrossMargins() const;
-    float ExpandedMain(float inAvailable) const;
-    float ExpandedCross(float inAvailable) const;
-    void PlaceSeparator(std::size_t inIndex, float inEnd, float inCrossPosition, float inCross);
-    void Distribute(geom::PointT<float> const& inAvailable) const;
-    void DistributeAnew(geom::PointT<float> const& inAvailable) const;
-    float ShareOut(float inSlack, float inExpandTotal) const;
-};
-
-extern template class AxisArrangement<MainAxis::kHorizontal>;
-extern template class AxisArrangement<MainAxis::kVertical>;
-
-using RowArrangement = AxisArrangement<MainAxis::kHorizontal>;
-using ColumnArrangement = AxisArrangement<MainAxis::kVertical>;
-
 } // namespace brindle::arrange::impl

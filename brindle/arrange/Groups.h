@@ -2,7 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/arrange/AbstractArrangeableGroup.h>
-#include <brindle/arrange/GroupArrangement.h>
+#include <brindle/arrange/AxisArrangement.h>
 
 #include <type_traits>
 #include <vector>

@@ -55,7 +55,7 @@ struct Arrangement {
     }
 
     bool IsLeaf() const { return looks.kind == kLeaf; }
-    Pair Along(float inMain, float inCross) const {
+    Pair OnAxes(float inMain, float inCross) const {
         return main == 0 ? Pair{inMain, inCross} : Pair{inCross, inMain};
     }
     float Gaps() const {
@@ -115,7 +115,7 @@ struct Arrangement {
         float usedMain = 0, inner = 0;
         for (std::size_t i = 0; i < children.size(); ++i) {
             float const g = i > 0 ? looks.spacing[main] : 0, e = extents[i][main];
-            inner += children[i]->Unused(Along(e, ac)) + g * ac;
+            inner += children[i]->Unused(OnAxes(e, ac)) + g * ac;
             usedMain += g + e;
         }
         return (am - usedMain) * ac + inner + Margins(0) * inSize[1] + Margins(1) * inSize[0];
@@ -132,7 +132,7 @@ struct Arrangement {
         std::vector<bool> takesPart;
         for (std::size_t i = 0; i < children.size(); ++i) {
             extents[i] =
-                Along(children[i]->best[main], children[i]->Expanded(cross, inAvailable[cross]));
+                OnAxes(children[i]->best[main], children[i]->Expanded(cross, inAvailable[cross]));
             used[cross] = std::max(used[cross], extents[i][cross]);
             takesPart.push_back(children[i]->isExpandable[main]);
             expandTotal += takesPart[i] ? extents[i][main] : 0;
@@ -167,27 +167,27 @@ struct Arrangement {
         float cursor = Aligned(main, origin[main], space[main] - used[main]);
         if (isOuter) {
             float const groupCross = Aligned(cross, origin[cross], space[cross] - used[cross]);
-            Tell("Position", 0, {Along(cursor, groupCross), {}});
+            Tell("Position", 0, {OnAxes(cursor, groupCross), {}});
         }
         float previousCross = 0, previousPosition = 0, largestCross = 0;
         for (std::size_t i = 0; i < children.size(); ++i) {
             float const spacing = looks.spacing[main];
             cursor += i > 0 ? spacing : 0;
             float const position = Aligned(cross, origin[cross], space[cross] - extents[i][cross]);
-            Pair const result = children[i]->Arrange({Along(cursor, position), extents[i]});
+            Pair const result = children[i]->Arrange({OnAxes(cursor, position), extents[i]});
             if (i > 0 && separators[i - 1] != 0) {
                 bool const isTaller = result[cross] > previousCross;
                 Tell("Place", main == 0 ? separators[i - 1] : -separators[i - 1],
-                     {Along(cursor - spacing, isTaller ? previousPosition : position),
-                      Along(spacing, isTaller ? previousCross : result[cross])});
+                     {OnAxes(cursor - spacing, isTaller ? previousPosition : position),
+                      OnAxes(spacing, isTaller ? previousCross : result[cross])});
             }
             cursor += result[main];
             previousCross = result[cross];
             previousPosition = position;
             largestCross = std::max(largestCross, result[cross]);
         }
-        Pair const size = Along(std::max(space[main], cursor - origin[main]),
-                                std::max(space[cross], largestCross));
+        Pair const size = OnAxes(std::max(space[main], cursor - origin[main]),
+                                 std::max(space[cross], largestCross));
         if (isOuter) {
             Tell("SetDimensions", 0, {{}, size});
         }

@@ -17,6 +17,16 @@ constexpr bool HasRows(LayoutForm inForm) noexcept {
     return inForm == LayoutForm::kRow || inForm == LayoutForm::kRowsInColumn;
 }
 
+/// A size as the lines of a form see it.
+struct LineSize {
+    float main = 0;  ///< along the lines
+    float cross = 0; ///< across them
+};
+
+constexpr LineSize Along(LayoutForm inForm, geom::PointT<float> const& inSize) noexcept {
+    return HasRows(inForm) ? LineSize{inSize.x, inSize.y} : LineSize{inSize.y, inSize.x};
+}
+
 /// What decides which layouts of a group are worth keeping. Sizes may be negative, infinite or not
 /// numbers.
 struct LayoutProblem {

@@ -22,7 +22,7 @@ public:
     LineProblem Lines(LayoutProblem const& inProblem, LayoutForm inForm) const;
 
 private:
-    LineExtent Along(LayoutForm inForm, geom::PointT<float> inSize) const noexcept;
+    LineExtent Whole(LineSize inSize) const noexcept;
     bool IsExact(LayoutProblem const& inProblem) const noexcept;
 
     bool mIsBounded = false;

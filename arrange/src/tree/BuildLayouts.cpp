@@ -1,6 +1,6 @@
 #include "arrange/src/tree/BuildLayouts.h"
 
-#include <brindle/arrange/GroupArrangement.h>
+#include <brindle/arrange/AxisArrangement.h>
 
 #include "arrange/src/search/LayoutSearch.h"
 
