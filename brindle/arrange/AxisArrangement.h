@@ -13,13 +13,14 @@ namespace brindle::arrange::impl {
 /// The axis along which children follow each other.
 enum class MainAxis { kHorizontal, kVertical };
 
-/// Lays its children out from left to right or from top to bottom. One algorithm for both: the main
-/// axis is the one along which they follow each other, the cross axis is the other one.
+/// Lays its children out from left to right or from top to bottom. Both use one algorithm: the main
+/// axis is the one along which the children follow each other, the cross axis is the other one.
 template <MainAxis kMainAxis>
 class BRN_API AxisArrangement final : public GroupArrangement {
 public:
-    /// An outer arrangement stands for the whole group: margins count and the group hears of its
-    /// position and size. There is one separator a gap, and null where there is none.
+    /// An outer arrangement stands for the whole group: it includes the margins, and tells the
+    /// group its position and size. `inSeparators` has an entry for each gap, null for an empty
+    /// one.
     AxisArrangement(AbstractArrangeableGroup& inOwner,
                     std::vector<boost::intrusive_ptr<IArrangement>> const& inChildren,
                     std::vector<ISeparator*> const& inSeparators, bool inIsOuter);
@@ -45,7 +46,7 @@ private:
     void PlaceSeparator(std::size_t inIndex, float inEnd, float inCrossPosition, float inCross);
     void Distribute(geom::PointT<float> const& inAvailable) const;
     void DistributeAnew(geom::PointT<float> const& inAvailable) const;
-    float ShareOut(float inSlack, float inExpandTotal) const;
+    [[nodiscard]] float ShareOut(float inSlack, float inExpandTotal) const;
 };
 
 extern template class AxisArrangement<MainAxis::kHorizontal>;

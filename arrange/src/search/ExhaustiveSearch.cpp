@@ -8,8 +8,9 @@ namespace brindle::arrange::impl {
 
 namespace {
 
-/// A layout by its place in the order of trying. A break in the gap behind the first child is the
-/// highest bit of `breaks`, so that of equally many lines the shorter first one comes later.
+/// A layout, identified by its position in the order of trying. The highest bit of `breaks` stands
+/// for a break in the gap behind the first child, so that among layouts with equally many lines
+/// those with shorter first lines come later.
 struct Candidate {
     geom::PointT<float> size;
     std::uint32_t combination = 0;
@@ -23,7 +24,7 @@ bool IsEarlier(Candidate const& inLHS, Candidate const& inRHS) noexcept {
            std::tie(inRHS.combination, inRHS.form, inRHS.lines, inRHS.breaks);
 }
 
-/// Keeps what no other candidate beats; of equal sizes the one that is tried last.
+/// Keeps the candidates that no other one beats; of equal sizes the one that is tried last.
 class CandidateSet {
 public:
     void Add(Candidate const& inCandidate) {
@@ -86,7 +87,7 @@ public:
     }
 
 private:
-    /// What the lines closed so far add up to, and where the open one starts.
+    /// The sum of the lines closed so far, and the child with which the open one starts.
     struct Stack {
         std::uint32_t start = 0;
         std::uint32_t lines = 0;
@@ -123,7 +124,8 @@ private:
         for (std::uint32_t first = 0; first < mCount; ++first) {
             LineSize* const line = &Line(first, first + 1);
             MeasureLinesFrom(first, inForm, line);
-            *line = Along(inForm, mProblem.children[first][mChosen[first]]); // no line of its own
+            *line = Along(inForm,
+                          mProblem.children[first][mChosen[first]]); // no line object of its own
         }
     }
 
@@ -149,14 +151,14 @@ private:
     Stack Closed(Stack inStack, std::uint32_t inEnd) noexcept {
         LineSize line = Line(inStack.start, inEnd);
         if (inStack.start == 0 && inEnd == mCount && mCount > 1) {
-            line = Outer(line); // the one line of all has the margins, and so has its stack
+            line = Outer(line); // the only line includes the margins, and so does its stack
         }
         return {inEnd, inStack.lines + 1, inStack.sum + line.cross,
                 std::max(inStack.widest, line.main)};
     }
 
     void TryBreaks(Candidate inCandidate) {
-        mStacks.assign(mCount, {}); // by gap: the decisions in front of it made
+        mStacks.assign(mCount, {}); // by gap: the state after the decisions in front of it
         std::uint32_t const gaps = mCount - 1;
         std::uint32_t changed = 0;
         std::uint32_t& breaks = inCandidate.breaks;
@@ -212,7 +214,7 @@ private:
     std::vector<std::uint32_t> mChosen;
     LineSize mSpacing;
     LineSize mMargins;
-    std::vector<LineSize> mLines; // by first child and last, of the combination and form at hand
+    std::vector<LineSize> mLines; // by first and last child, for the current combination and form
     std::vector<Stack> mStacks;
     CandidateSet mSet;
 };

@@ -14,7 +14,7 @@ constexpr double kLargestFloat = std::numeric_limits<float>::max();
 constexpr int kFloatBits = std::numeric_limits<float>::digits;
 constexpr int kWholeBits = 60;
 
-/// No sum of extents along this axis is larger, in any layout. Not a number if one of them is not.
+/// An upper bound of all sums of extents on this axis, in any layout. NaN if one of them is NaN.
 double LargestSum(LayoutProblem const& inProblem, float Size::*inAxis) noexcept {
     auto const magnitude = [inAxis](Size const& s) {
         return std::abs(static_cast<double>(s.*inAxis));

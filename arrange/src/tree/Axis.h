@@ -54,7 +54,7 @@ struct Axis {
         return kIsHorizontal ? inOwner->LeftMargin() + inOwner->RightMargin()
                              : inOwner->TopMargin() + inOwner->BottomMargin();
     }
-    /// How far content moves in a space that is larger than it by `inSlack`.
+    /// How far the alignment moves content in a space that is larger than it by `inSlack`.
     static float Shift(AbstractArrangeableGroup const* inOwner, float inSlack) {
         if (inOwner == nullptr) {
             return 0;

@@ -11,11 +11,11 @@ namespace brindle::arrange::impl {
 
 namespace {
 
-// Sizes nearer than this are the same, and so little space is not worth sharing out.
+// Sizes that differ by less are the same, and less space than this is not distributed.
 constexpr float kTolerance = 0.0001F;
 constexpr std::size_t kMostRoundingSweeps = 16;
 constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
-// The same as no size, itself included.
+// Equal to no size, not even to itself.
 constexpr geom::PointT<float> kNoSize{kNotANumber, kNotANumber};
 
 bool IsSame(geom::PointT<float> const& inLHS, geom::PointT<float> const& inRHS) {
@@ -67,7 +67,7 @@ void AxisArrangement<kMainAxis>::ComputeBestHeight() {
     mBestHeight = Best<Axis<MainAxis::kVertical>>();
 }
 
-/// Along the main axis the children add up, across it the largest one counts.
+/// On the main axis the children add up; on the cross axis the largest one counts.
 template <MainAxis kMainAxis>
 template <typename Measured>
 float AxisArrangement<kMainAxis>::Best() const {
@@ -140,7 +140,7 @@ float AxisArrangement<kMainAxis>::ClippedArea(geom::PointT<float> const& inSize)
         }
         clipped += main * std::max(cross - availableCross, 0.0F);
         position += main;
-        // The gap counts behind a child, and so not before the second one.
+        // A child's position leaves out the gap right in front of it.
         if (!isFirst) {
             position += spacing;
         }
@@ -203,13 +203,13 @@ geom::PointT<float> AxisArrangement<kMainAxis>::Arrange(geom::RectT<float> const
             Axes::Rect(Axes::Point(cursor, crossPosition), {extent.width, extent.height}));
         float const takenCross = Cross::Coordinate(taken);
         if (index > 0) {
-            // The gap in front of this child, as thick as the thinner of the two neighbours.
+            // The gap in front of this child has the cross extent of the smaller neighbour.
             bool const isPreviousThinner = takenCross > previousCross;
             PlaceSeparator(index - 1, cursor,
                            isPreviousThinner ? previousCrossPosition : crossPosition,
                            isPreviousThinner ? previousCross : takenCross);
         }
-        // The flow goes by what the child reports, not by what it was given.
+        // What follows is placed by the size that the child reports, not by the one it was given.
         cursor += Main::Coordinate(taken);
         previousCross = takenCross;
         previousCrossPosition = crossPosition;
@@ -224,7 +224,7 @@ geom::PointT<float> AxisArrangement<kMainAxis>::Arrange(geom::RectT<float> const
     return size;
 }
 
-/// `inEnd` is where the gap ends on the main axis.
+/// `inEnd` is the position on the main axis at which the gap ends.
 template <MainAxis kMainAxis>
 void AxisArrangement<kMainAxis>::PlaceSeparator(std::size_t inIndex, float inEnd,
                                                 float inCrossPosition, float inCross) {
@@ -233,8 +233,7 @@ void AxisArrangement<kMainAxis>::PlaceSeparator(std::size_t inIndex, float inEnd
     }
     float const position = inEnd - Axes::Main::Spacing(mOwner.Get());
     float const extent = Axes::Main::Spacing(mOwner.Get());
-    // A group that is gone has taken its separators along, and one that was measured anew in the
-    // middle may have freed them.
+    // The separators may have been freed with their group, or when it rebuilt them from within.
     AbstractArrangeableGroup const* const owner = mOwner.Get();
     if (owner == nullptr || owner->SeparatorBuilds() != mSeparatorBuilds) {
         return;
@@ -244,7 +243,7 @@ void AxisArrangement<kMainAxis>::PlaceSeparator(std::size_t inIndex, float inEnd
         Axes::Rect(Axes::Point(position, inCrossPosition), Axes::Point(extent, inCross)));
 }
 
-/// The space between the children, of which there is none without children.
+/// The sum of the gaps between the children; 0 without children.
 template <MainAxis kMainAxis>
 float AxisArrangement<kMainAxis>::Gaps() const {
     return mChildren.empty()
@@ -262,7 +261,7 @@ float AxisArrangement<kMainAxis>::CrossMargins() const {
     return mIsOuter ? Axes::Cross::Margins(mOwner.Get()) : 0;
 }
 
-/// Gives each child its extents of a space that is free of margins already.
+/// Distributes space, from which margins have been taken off, to the children.
 template <MainAxis kMainAxis>
 void AxisArrangement<kMainAxis>::Distribute(geom::PointT<float> const& inAvailable) const {
     if (IsSame(mLastAvailable, inAvailable)) {
@@ -275,7 +274,7 @@ void AxisArrangement<kMainAxis>::Distribute(geom::PointT<float> const& inAvailab
         mLastAvailable = kNoSize;
         throw;
     }
-    // A client may have had another size shared out in the middle: then the extents are of neither.
+    // If the client had another size distributed from within, the extents belong to neither.
     if (!IsSame(mLastAvailable, inAvailable)) {
         mLastAvailable = kNoSize;
     }
@@ -304,13 +303,14 @@ void AxisArrangement<kMainAxis>::DistributeAnew(geom::PointT<float> const& inAva
     mUsed = Axes::Point(availableMain - ShareOut(slack, expandTotal), usedCross);
 }
 
-/// Gives the slack to the expandable children, or takes it from them, in proportion to their
-/// extents. `inExpandTotal` is the sum of those. Result: what is left.
+/// Adds the slack to the expandable children, or takes it off them, in proportion to their extents,
+/// whose sum is `inExpandTotal`. Returns the slack that is left.
 template <MainAxis kMainAxis>
 float AxisArrangement<kMainAxis>::ShareOut(float inSlack, float inExpandTotal) const {
     float slack = inSlack;
     float expandTotal = inExpandTotal;
-    // Each sweep takes a child out or leaves only what rounding leaves, which may never be nothing.
+    // Each sweep either takes a child out of the distribution or leaves a rest that is due to
+    // rounding, which may never vanish.
     std::size_t sweepsLeft = mChildren.size() + kMostRoundingSweeps;
     while (std::fabs(slack) >= kTolerance && expandTotal > 0 && sweepsLeft-- > 0) {
         float total = expandTotal;

@@ -11,23 +11,25 @@
 
 namespace brindle::utility {
 
-/// What chunks a size class is made of.
+/// The sizes of the chunks of a size class.
 struct ChunkPlan {
     std::uint32_t blockSize;
-    std::uint32_t firstChunkSize;  ///< at first
-    std::uint32_t secondChunkSize; ///< from this many bytes on; from `kLargeChunk` on, that
-    bool keepOneChunk;             ///< the last chunk stays, also empty
+    std::uint32_t firstChunkSize; ///< at first
+    std::uint32_t
+        secondChunkSize; ///< once the class holds this many bytes; `kLargeChunk` once it holds that
+    bool keepOneChunk;   ///< whether the last chunk is kept when it is empty
 };
 
 /// The blocks of one size class, in chunks that are blocks of the classes of chunks.
 ///
-/// Usually a block is taken or given without a mutex: on the free list of a chunk, with a share in
-/// the lock that keeps the set of chunks as it is. Who changes the set holds the mutex and
-/// withdraws the set; who finds it withdrawn waits for the mutex.
-/// docs/concurrency/small-block-allocator.md tells why this is right.
+/// Usually a block is taken or given back without a mutex, through the free list of its chunk,
+/// under the shared side of the publish lock, which keeps the set of chunks unchanged. A thread
+/// that changes the set holds the mutex and withdraws the set first; a thread that finds the set
+/// withdrawn waits for the mutex. docs/concurrency/small-block-allocator.md has the proof.
 class ChunkedAllocator : public AllocatorInterface {
 public:
-    explicit ChunkedAllocator(ChunkPlan const& inPlan); ///< throws what its locks and memory throw
+    explicit ChunkedAllocator(
+        ChunkPlan const& inPlan); ///< throws what its locks and its memory throw
     ChunkedAllocator(ChunkedAllocator const&) = delete;
     ChunkedAllocator& operator=(ChunkedAllocator const&) = delete;
 
@@ -35,13 +37,13 @@ public:
     bool Dispose(void* inBlock, unsigned int inSize) final;
     unsigned int BlockSize() final { return mPlan.blockSize; }
 
-    /// Takes at least one block, and up to `inCount` as far as a chunk has them. Throws
+    /// Takes at least one block, and up to `inCount` as long as the chunk has free ones. Throws
     /// `std::bad_alloc`.
-    std::uint32_t AllocateSeveral(void** outBlocks, std::uint32_t inCount);
-    /// Gives blocks of this class back.
+    [[nodiscard]] std::uint32_t AllocateSeveral(void** outBlocks, std::uint32_t inCount);
+    /// Gives back blocks of this class.
     void DisposeSeveral(void* const* inBlocks, std::uint32_t inCount) noexcept;
 
-    /// What is held at a moment at which nobody takes or gives.
+    /// What the class holds. Exact while no other thread takes or gives.
     struct Census {
         std::size_t chunks;
         std::uint64_t bytes;
@@ -50,8 +52,8 @@ public:
     };
     Census Count();
 
-    /// Keeps every other thread out, before the process is copied; and lets them in again, in the
-    /// process and in its copy.
+    /// Keeps all other threads out before a fork; lets them in again afterwards, in the parent and
+    /// in the child.
     void CloseForFork();
     void OpenInParent();
     void OpenInChild();
@@ -62,8 +64,8 @@ protected:
 private:
     class Withdrawal;
     struct Return {
-        bool isForeign;  ///< a block was of no chunk
-        bool isPurgeDue; ///< a chunk has become empty
+        bool isForeign;  ///< whether a block was of no chunk here
+        bool isPurgeDue; ///< whether a chunk that need not be kept became empty
     };
 
     std::uint32_t Take(void** outBlocks, std::uint32_t inCount);
@@ -76,14 +78,13 @@ private:
     void Publish();
 
     ChunkPlan const mPlan;
-    threads::FreezableMutex mMutex; // for whoever changes the set of chunks
-    // Null while the set changes or is empty. Changed under the mutex, read with a share in the
-    // lock.
+    threads::FreezableMutex mMutex; // held to change the set of chunks
+    // Null while the set changes or is empty. Changed under the mutex, read under the publish lock.
     std::atomic<ChunkSet*> mPublished{nullptr};
     threads::ReadWriteLock mPublishLock;
     ChunkSet mChunks;
     std::uint64_t mBytes = 0; // of the chunks; guarded by the mutex
-    bool mIsForking = false;  // only who forks gets the mutex meanwhile
+    bool mIsForking = false;  // only the forking thread gets the mutex meanwhile
 };
 
 } // namespace brindle::utility
