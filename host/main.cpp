@@ -78,7 +78,7 @@ int Run(std::vector<std::string> const& inWords) {
     return RunVerb(verb, {inWords.begin() + 1, inWords.end()});
 }
 
-/// Runs the command and turns what ends it early into a message and an exit status.
+/// Runs the command, and turns an exception that ends it into a message and an exit status.
 int RunAndReport(std::vector<std::string> const& inWords) {
     int status = kStatus_Failed;
     try {
@@ -87,7 +87,7 @@ int RunAndReport(std::vector<std::string> const& inWords) {
         utility::streams::Err << "brindle: " << error.what() << "\nTry 'brindle --help'.\n";
         return kStatus_WrongUsage;
     } catch (fatal_error const&) {
-        // The error manager has told it.
+        // The error manager has reported it.
     } catch (std::exception const& error) {
         utility::streams::Err << "brindle: " << error.what() << '\n';
     }

@@ -1,5 +1,6 @@
 #include "host/verbs/Verbs.h"
 
+#include "host/commandline/EscapedText.h"
 #include "host/files/FilesBelow.h"
 #include "host/files/SumInOrder.h"
 
