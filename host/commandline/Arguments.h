@@ -14,12 +14,14 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The words after a verb: options, "--name" or "--name=value", and operands. Options may stand
-/// anywhere before "--"; every word after it is an operand. A word such as "-5", whose dash is
-/// followed by neither a letter nor another dash, is an operand everywhere.
+/// The words after a verb: options, "--name", "--name=value" or "--name value", and operands.
+/// Options may stand anywhere before "--"; every word after it is an operand. A word such as "-5",
+/// whose dash is followed by neither a letter nor another dash, is an operand everywhere, and so is
+/// "-".
 class Arguments {
 public:
-    /// `inKnownOptions` are names without dashes. Throws `usage_error` for any other option.
+    /// `inKnownOptions` are names without dashes, with "=" at the end if the option takes a value.
+    /// Throws `usage_error` for any other option, and for a value that is missing or superfluous.
     Arguments(std::vector<std::string> const& inWords,
               std::vector<std::string> const& inKnownOptions);
 

@@ -153,7 +153,7 @@ Verb const kLayoutVerb = {
     "  alignment        of a group: a list: horizontal (left, centre, right), vertical (top,\n"
     "                   centre, bottom)\n"
     "  separators       of a group: true or false\n",
-    {"help", "svg"},
+    {"help", "svg="},
     Run,
 };
 

@@ -99,7 +99,7 @@ Verb const kSealVerb = {
     "  --jobs=N       how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "                 processor\n"
     "  --output=FILE  the manifest; without it, brindle-seal.xml in DIR\n",
-    {"help", "jobs", "output"},
+    {"help", "jobs=", "output="},
     Run,
 };
 

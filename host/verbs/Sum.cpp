@@ -70,7 +70,7 @@ Verb const kSumVerb = {
     "\n"
     "  --jobs=N  how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "            processor\n",
-    {"help", "jobs"},
+    {"help", "jobs="},
     Run,
 };
 

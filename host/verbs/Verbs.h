@@ -15,7 +15,7 @@ struct Verb {
     char const* synopsis;    ///< its options and operands
     char const* summary;     ///< one line for the list of verbs
     char const* description; ///< the text of `--help`
-    std::vector<std::string> options;
+    std::vector<std::string> options; ///< as `Arguments` takes them
     void (*run)(Arguments const& inArguments, Diagnostics& ioDiagnostics);
 };
 

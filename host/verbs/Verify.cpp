@@ -173,7 +173,7 @@ Verb const kVerifyVerb = {
     "  --jobs=N    how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "              processor\n"
     "  --root=DIR  the directory; without it, where the manifest tells\n",
-    {"help", "jobs", "root"},
+    {"help", "jobs=", "root="},
     Run,
 };
 

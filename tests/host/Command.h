@@ -42,13 +42,16 @@ protected:
         Expect(inWords, "", 1, "brindle: " + inDiagnostic + "\n");
     }
 
-    /// The command prints no result, says what is wrong and exits with 2.
+    /// The command prints no result, says what is wrong and which help to read, and exits with 2.
     void ExpectWrongUsage(std::string const& inWords) const {
         SCOPED_TRACE("brindle " + inWords);
         Outcome const outcome = Run(inWords);
         EXPECT_EQ(outcome.status, 2);
         EXPECT_EQ(outcome.output, "");
         EXPECT_EQ(outcome.errors.find("brindle: "), 0u);
+        std::string const help =
+            "\nTry 'brindle " + inWords.substr(0, inWords.find(' ')) + " --help'.\n";
+        EXPECT_NE(outcome.errors.find(help), std::string::npos) << outcome.errors;
     }
 
 private:

@@ -238,9 +238,9 @@ TEST_F(Seal, AFailureLeavesTheOldManifest) {
     EXPECT_EQ(ContentOf("m.xml"), before);
     Expect("verify m.xml", Clean(1));
     for (char const* const words :
-         {"seal", "seal a b", "seal --output= tree", "seal --output tree", "seal --root=x tree",
-          "seal --jobs=0 tree", "verify", "verify a b", "verify --root= m.xml",
-          "verify --jobs=x m.xml"}) {
+         {"seal", "seal a b", "seal --help=x", "seal --output= tree", "seal tree --output",
+          "seal --root=x tree", "seal --jobs=0 tree", "verify", "verify a b",
+          "verify --root= m.xml", "verify --jobs=x m.xml"}) {
         ExpectWrongUsage(words);
     }
 }

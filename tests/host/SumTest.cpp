@@ -111,18 +111,11 @@ TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
     EXPECT_EQ(refused.status, 0);
 }
 
-TEST_F(Sum, ExitStatusTellsWrongUsageAndFailedOutput) {
-    for (char const* const words :
-         {"", "nonsense", "sum", "sum --nonsense .", "sum --jobs=0 .", "sum --jobs=1025 .",
-          "sum --jobs=1x .", "sum --jobs= .", "--nonsense"}) {
+TEST_F(Sum, WrongUsageSaysSo) {
+    for (char const* const words : {"sum", "sum --nonsense .", "sum --jobs=0 .",
+                                    "sum --jobs=1025 .", "sum --jobs=1x .", "sum --jobs= ."}) {
         ExpectWrongUsage(words);
     }
-    for (char const* const words : {"--help", "sum --help", "--version"}) {
-        Outcome const outcome = Run(words);
-        EXPECT_EQ(outcome.status, 0) << words;
-        EXPECT_NE(outcome.output, "") << words;
-    }
-    EXPECT_EQ(Run("--version >/dev/full").status, 1);
 }
 
 } // namespace
