@@ -12,8 +12,9 @@ namespace brindle::xml {
 /// 8859-1 or ASCII is told by its byte-order mark or declaration, and is UTF-8 without either.
 ///
 /// Any bytes may be parsed. Nothing but the document itself is ever read: external entities and
-/// external document types are passed over. Expat's limits on what entities may expand to are in
-/// force; a document beyond them fails, and so does one with a tag or a comment of a gigabyte.
+/// external document types are passed over. A document fails whose entities nest more than 64 deep
+/// or expand to more than Expat's own limits permit, and so does one with a tag or a comment of a
+/// gigabyte. No document needs more than 256 KiB of stack.
 class BRN_API ExpatParseHandler : public AbstractDocParser {
 public:
     /// Takes the handler and empties the holder.

@@ -5,6 +5,8 @@
 #include "tests/support/InTemporaryDirectory.h"
 #include "xml/src/ExpatParse.h"
 
+#include <boost/thread/thread.hpp>
+
 namespace brindle::xml {
 
 namespace {
@@ -50,8 +52,8 @@ protected:
     }
 };
 
-std::string const kDocument = "<!DOCTYPE r [<!ENTITY e '<i>\xE2\x82\xAC</i>'>]>"
-                              "<r a='1' b='on the heap'>x&e;\n<s c='&lt;'/></r>";
+std::string const kDocument = "<!DOCTYPE r [<!ENTITY e '<i>\xE2\x82\xAC</i>'><!ENTITY f '&e;'>]>"
+                              "<r a='1' b='on the heap'>x&f;\n<s c='&lt;'/></r>";
 
 TEST_F(Parser, SendsTheEventsOfADocumentAndReadsNothingElse) {
     Fill("secret", "secret");
@@ -97,21 +99,66 @@ TEST_F(Parser, EndsCleanlyWhereverAHandlerThrowsOrMemoryRunsOut) {
 }
 
 TEST_F(Parser, TakesWhatIsHugeOrDeepAndRefusesWhatExplodes) {
-    std::string deep, ends, text, chain = "<!DOCTYPE r [<!ENTITY e0 'x'>", bomb = chain;
+    std::string deep, ends, text, bomb = "<!DOCTYPE r [<!ENTITY e0 'x'>";
     for (int i = 1; i < 1'000'000; ++i) {
         std::string const name = "<!ENTITY e" + std::to_string(i) + " '";
         std::string const last = "&e" + std::to_string(i - 1) + ";";
         deep += "<r>";
         ends += "</r>";
         text += "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
-        chain += i < 100'000 ? name + last + "'>" : "";
         bomb += i < 40 ? name + last + last + "'>" : "";
     }
     EXPECT_TRUE(Heard(deep + ends) == "{" + deep + ends + "}0");
-    EXPECT_EQ(Heard(chain + "]><r a='&e99999;'>&e99999;</r>"), "{<r a=x>x</r>}0");
     EXPECT_EQ(Heard(bomb + "]><r a='&e39;'/>"), "{10");
     EXPECT_TRUE(Heard("<r a='" + text + "'>" + text + "</r>") ==
                 "{<r a=" + text + ">" + text + "</r>}0");
+}
+
+TEST_F(Parser, BoundsHowDeepEntitiesNestOnASmallStack) {
+    auto const declare = [](std::string const& inName, std::string const& inText) {
+        return "<!ENTITY " + inName + " '" + inText + "'>";
+    };
+    /// Declarations of e1 to e`inCount`, of which each names the one before, first to last or last
+    /// to first.
+    auto const chain = [&](int inCount, bool inIsReversed = false) {
+        std::string declarations;
+        for (int i = 2; i <= inCount; ++i) {
+            auto const one = declare("e" + std::to_string(i), "&e" + std::to_string(i - 1) + ";");
+            inIsReversed ? declarations.insert(0, one) : declarations.append(one);
+        }
+        return inIsReversed ? declarations + declare("e1", "x") : declare("e1", "x") + declarations;
+    };
+    std::string many, parameters = declare("% p0", "");
+    for (int i = 1; i < 24'000; ++i) {
+        auto const number = std::to_string(i);
+        many += declare("m" + number, "&e63;&#38;#60;&#38;");
+        parameters += declare("% p" + number, "&#37;p" + std::to_string(i - 1) + ";");
+    }
+    std::string const body = "]><r a='&e64;'>&e64;</r>", whole = "{<r a=x>x</r>}0";
+    struct {
+        char const* name;
+        std::string declarations, body, expected;
+    } const documents[] = {
+        {"64 levels", chain(64), body, whole},
+        {"64 levels, the inner ones declared later", chain(64, true), body, whole},
+        {"many at one depth", chain(64) + many, body, whole},
+        {"parameter entities", parameters + chain(64) + "%p23999;", body, whole},
+        {"65 levels, unused", chain(65), body, "{10"},
+        {"65 levels, the inner ones declared later", chain(65, true), body, "{10"},
+        {"24,000 levels in content", chain(24'000), "]><r>&e24000;</r>", "{10"},
+        {"24,000 levels in a default", chain(24'000) + "<!ATTLIST r b CDATA '&e24000;'>", body,
+         "{10"},
+        {"a ring of 24,000", declare("e1", "&e24000;") + chain(24'000), "]><r>&e24000;</r>", "{10"},
+        {"itself", declare("e64", "&e64;"), body, "{10"}};
+    boost::thread::attributes small;
+    small.set_stack_size(std::size_t{256} << 10);
+    boost::thread(small, [&] {
+        for (auto const& document : documents) {
+            EXPECT_EQ(Heard("<!DOCTYPE r [" + document.declarations + document.body),
+                      document.expected)
+                << document.name;
+        }
+    }).join();
 }
 
 struct WatchedFactory : ExpatParserFactory {

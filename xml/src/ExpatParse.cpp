@@ -20,6 +20,7 @@ ExpatParse::ExpatParse(AbstractParseHandler& ioHandler, XML_Memory_Handling_Suit
         XML_SetUserData(mParser.get(), this);
         XML_SetElementHandler(mParser.get(), StartElement, EndElement);
         XML_SetCharacterDataHandler(mParser.get(), Characters);
+        XML_SetEntityDeclHandler(mParser.get(), DeclareEntity);
     }
 }
 
@@ -124,6 +125,21 @@ void ExpatParse::Characters(void* ioParse, char const* inText, int inLength) {
     parse.Send([&] {
         utility::impl::AssignUTF8to16(inText, static_cast<std::size_t>(inLength), parse.mText);
         parse.mHandler.Characters(parse.mText);
+    });
+}
+
+void ExpatParse::DeclareEntity(void* ioParse, char const* inName, int inIsParameter,
+                               char const* inText, int inLength, char const*, char const*,
+                               char const*, char const*) {
+    // References to parameter entities and to external ones are not expanded.
+    if (inIsParameter != 0 || inText == nullptr) {
+        return;
+    }
+    auto& parse = *static_cast<ExpatParse*>(ioParse);
+    parse.Send([&] {
+        if (!parse.mEntities.Declare(inName, {inText, static_cast<std::size_t>(inLength)})) {
+            XML_StopParser(parse.mParser.get(), XML_FALSE);
+        }
     });
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/Files.h"
 #include "xml/src/AttributeMap.h"
+#include "xml/src/EntityNesting.h"
 
 #include <boost/core/noncopyable.hpp>
 #include <expat.h>
@@ -35,6 +36,10 @@ private:
     static void XMLCALL StartElement(void* ioParse, char const* inName, char const** inAttributes);
     static void XMLCALL EndElement(void* ioParse, char const* inName);
     static void XMLCALL Characters(void* ioParse, char const* inText, int inLength);
+    static void XMLCALL DeclareEntity(void* ioParse, char const* inName, int inIsParameter,
+                                      char const* inText, int inLength, char const* inBase,
+                                      char const* inSystemId, char const* inPublicId,
+                                      char const* inNotation);
 
     template <typename Event>
     void Send(Event inEvent) noexcept;
@@ -52,6 +57,7 @@ private:
     UTF16String mName;
     UTF16String mText;
     AttributeMap mAttributes;
+    EntityNesting mEntities;
 };
 
 } // namespace brindle::xml::impl
