@@ -55,8 +55,9 @@ private:
 bool HoldsList(filesupport::File const& inFile) {
     bool found = false;
     std::unique_ptr<xml::AbstractParseHandler> handler = std::make_unique<ListSeeker>(found);
-    xml::GetParser(handler)->ParseDocument(inFile.FullPath());
-    return found;
+    return xml::GetParser(handler)->ParseDocument(inFile.FullPath()) ==
+               xml::kXMLParseStatus_Success &&
+           found;
 }
 
 void RequireReadable(filesupport::File const& inFile) {

@@ -47,34 +47,6 @@ std::vector<std::string> ElementTexts(PropList const& inList, UTF8String const& 
     return texts;
 }
 
-/// How the scalars and the arrays of a type are written.
-struct TypeOfValue {
-    char const* name;
-    std::string (*scalar)(PropList const& inList, UTF8String const& inKey);
-    std::vector<std::string> (*elements)(PropList const& inList, UTF8String const& inKey);
-};
-
-template <typename T>
-constexpr TypeOfValue Type(char const* inName) {
-    return {inName, ScalarText<T>, ElementTexts<T>};
-}
-
-/// In the order of the types' numbers, which is the same for scalars and for arrays.
-constexpr TypeOfValue kTypes[] = {
-    Type<UTF16String>("ustring"),  Type<UTF8String>("string"),    Type<bool>("bool"),
-    Type<std::uint16_t>("uint16"), Type<std::uint32_t>("uint32"), Type<std::int32_t>("int32"),
-    Type<std::int64_t>("int64"),   Type<std::uint64_t>("uint64"), Type<float>("float"),
-    Type<double>("double")};
-
-bool IsArray(PropListPropertyType inType) {
-    return inType >= kPropertyType_UTF16StringArray;
-}
-
-TypeOfValue const& TypeOf(PropListPropertyType inType) {
-    return kTypes[inType -
-                  (IsArray(inType) ? kPropertyType_UTF16StringArray : kPropertyType_UTF16String)];
-}
-
 void WriteLine(std::ostream& outStream, std::string const& inPath, std::string const& inType,
                std::string const& inValue) {
     outStream << inPath << '\t' << inType << '\t' << inValue << '\n';
@@ -84,18 +56,21 @@ void WriteLine(std::ostream& outStream, std::string const& inPath, std::string c
 void WriteValue(PropList const& inList, UTF8String const& inKey, std::string const& inPath,
                 std::ostream& outStream) {
     PropListPropertyType const type = inList.GetPropertyType(inKey);
-    TypeOfValue const& known = TypeOf(type);
-    if (!IsArray(type)) {
-        WriteLine(outStream, inPath, known.name, EscapedText(known.scalar(inList, inKey)));
-        return;
-    }
-    std::vector<std::string> const elements = known.elements(inList, inKey);
-    if (elements.empty()) {
-        WriteLine(outStream, inPath, std::string(known.name) + "[]", "");
-    }
-    for (std::size_t i = 0; i < elements.size() && outStream; ++i) {
-        WriteLine(outStream, inPath + '[' + NumberText(i) + ']', known.name, elements[i]);
-    }
+    std::string const name(FindPropertyType(type)->name);
+    VisitPropertyType(type, [&](auto inType) {
+        using T = typename decltype(inType)::Type;
+        if (!IsArray(type)) {
+            WriteLine(outStream, inPath, name, EscapedText(ScalarText<T>(inList, inKey)));
+            return;
+        }
+        std::vector<std::string> const elements = ElementTexts<T>(inList, inKey);
+        if (elements.empty()) {
+            WriteLine(outStream, inPath, name + "[]", "");
+        }
+        for (std::size_t i = 0; i < elements.size() && outStream; ++i) {
+            WriteLine(outStream, inPath + '[' + NumberText(i) + ']', name, elements[i]);
+        }
+    });
 }
 
 /// A list on the current path, and its keys that are still to be written.
@@ -118,12 +93,16 @@ std::string EscapedKey(UTF8String const& inKey) {
 
 std::vector<std::string> ValueTexts(PropList const& inList, UTF8String const& inKey) {
     PropListPropertyType const type = inList.GetPropertyType(inKey);
-    if (type == kPropertyType_None || type == kPropertyType_PropList) {
-        return {};
-    }
-    TypeOfValue const& known = TypeOf(type);
-    return IsArray(type) ? known.elements(inList, inKey)
-                         : std::vector<std::string>{known.scalar(inList, inKey)};
+    std::vector<std::string> texts;
+    VisitPropertyType(type, [&](auto inType) {
+        using T = typename decltype(inType)::Type;
+        if (IsArray(type)) {
+            texts = ElementTexts<T>(inList, inKey);
+        } else {
+            texts.push_back(ScalarText<T>(inList, inKey));
+        }
+    });
+    return texts;
 }
 
 void WriteLines(PropList const& inList, std::ostream& outStream) {

@@ -4,5 +4,5 @@
 int main() {
     using namespace brindle;
     std::unique_ptr<xml::AbstractParseHandler> nobody;
-    return xml::ExpatParseHandler(nobody).ParseBuffer("<a><b/></a>"_utf8);
+    return xml::ExpatParser(nobody).ParseBuffer("<a><b/></a>"_utf8);
 }

@@ -8,7 +8,7 @@ namespace brindle::xml::impl {
 
 namespace {
 
-// Expat counts bytes in `int`, and makes room for twice as many as one call hands it.
+// Expat counts bytes in `int`, and allocates up to twice the size of what one call passes.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 28;
 constexpr std::size_t kBlock = std::size_t{1} << 16;
 
@@ -79,19 +79,20 @@ bool ExpatParse::FeedAll(platform::OpenFile& ioFile) {
             return true;
         }
         fed += length;
-        // Expat scans a token from its start with every block, so the blocks of a long one double.
+        // Expat rescans an unfinished token from its start with every block, so the blocks double
+        // within a long token.
         length = EndsInsideToken(fed, length) ? std::min(2 * length, kMostAtOnce) : kBlock;
     }
 }
 
 bool ExpatParse::EndsInsideToken(std::size_t inFed, std::size_t inLength) const noexcept {
-    auto const token = XML_GetCurrentByteIndex(mParser.get()); // -1 if none has begun
+    auto const token = XML_GetCurrentByteIndex(mParser.get()); // -1 before the first token
     return static_cast<std::ptrdiff_t>(inFed) - token > static_cast<std::ptrdiff_t>(inLength / 2);
 }
 
 template <typename Event>
 void ExpatParse::Send(Event inEvent) noexcept {
-    // The end of an empty element comes even after its start has stopped the parser.
+    // Expat sends the end of an empty element even if its start has stopped the parser.
     if (mException != nullptr) {
         return;
     }

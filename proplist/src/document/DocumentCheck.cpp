@@ -1,4 +1,4 @@
-#include "proplist/src/document/Readable.h"
+#include "proplist/src/document/DocumentCheck.h"
 
 #include "proplist/src/model/PropNodes.h"
 
@@ -15,8 +15,8 @@ constexpr bool IsAllowedControl(std::uint8_t inByte) {
 
 constexpr std::ptrdiff_t kBlockSize = 64;
 
-/// True for a block of allowed ASCII characters. Without branches, so that the compiler makes it a
-/// few vector instructions.
+/// True if the block consists of allowed ASCII characters. There are no branches, so that the
+/// compiler makes a few vector instructions of it.
 bool IsPlainBlock(std::uint8_t const* inBlock) noexcept {
     unsigned refused = 0;
     for (std::ptrdiff_t i = 0; i < kBlockSize; ++i) {
@@ -29,7 +29,7 @@ bool IsPlainBlock(std::uint8_t const* inBlock) noexcept {
     return refused == 0;
 }
 
-/// The length of the allowed character that begins here, in bytes; 0 if none does.
+/// The length in bytes of the character that begins here; 0 if it is malformed or not allowed.
 std::ptrdiff_t CharacterLength(std::uint8_t const* inBytes, std::ptrdiff_t inCount) noexcept {
     unsigned const lead = inBytes[0];
     if (lead < 0x80) {
@@ -42,7 +42,7 @@ std::ptrdiff_t CharacterLength(std::uint8_t const* inBytes, std::ptrdiff_t inCou
     if (inCount < length) {
         return 0;
     }
-    // What the second byte may be keeps out overlong forms, surrogates and what is over U+10FFFF.
+    // The range of the second byte excludes overlong forms, surrogates and numbers over U+10FFFF.
     unsigned const least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     unsigned const most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     if (inBytes[1] < least || inBytes[1] > most) {
@@ -54,13 +54,13 @@ std::ptrdiff_t CharacterLength(std::uint8_t const* inBytes, std::ptrdiff_t inCou
     return isWhole && !isNoncharacter ? length : 0;
 }
 
-bool IsCut(UTF16String const& inText) {
+bool HasNul(UTF16String const& inText) {
     return inText.find(std::uint16_t{0}) != UTF16String::npos;
 }
 
 } // namespace
 
-bool IsReadable(UTF8String const& inDocument) noexcept {
+bool HasOnlyXMLCharacters(UTF8String const& inDocument) noexcept {
     auto const* at = inDocument.data();
     auto const* const end = at + inDocument.size();
     while (at != end) {
@@ -81,7 +81,7 @@ bool IsReadable(UTF8String const& inDocument) noexcept {
     return true;
 }
 
-bool HoldsCutText(PropList const& inList) {
+bool HasTextWithNul(PropList const& inList) {
     using TextsNode = PropListArrayNode<UTF16String>;
     std::vector<PropList const*> lists{&inList};
     while (!lists.empty()) {
@@ -93,13 +93,13 @@ bool HoldsCutText(PropList const& inList) {
                 lists.push_back(&static_cast<PropListNode const*>(node)->mList);
                 break;
             case UnicodeStringPropNode::kType:
-                if (IsCut(static_cast<UnicodeStringPropNode const*>(node)->Value())) {
+                if (HasNul(static_cast<UnicodeStringPropNode const*>(node)->Value())) {
                     return true;
                 }
                 break;
             case TextsNode::kType: {
                 auto const& texts = static_cast<TextsNode const*>(node)->Values();
-                if (std::any_of(texts.begin(), texts.end(), IsCut)) {
+                if (std::any_of(texts.begin(), texts.end(), HasNul)) {
                     return true;
                 }
                 break;
