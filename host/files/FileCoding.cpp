@@ -1,6 +1,6 @@
 #include "host/files/FileCoding.h"
 
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 #include "host/files/WhyUnreadable.h"
 
 #include <brindle/filesupport/FileExceptions.h>
@@ -17,13 +17,7 @@ using namespace filesupport;
 
 namespace {
 
-/// A file cannot be written; `what()` says why.
-class unwritable_error : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// The file IN, whose failures are `unreadable_error`, and which shows how far it is read.
+/// The file IN. Its failures are thrown as `unreadable_error`, and reading shows a progress line.
 class Source final : public IPlatformByteStream {
 public:
     Source(File const& inFile, Diagnostics& ioDiagnostics)
@@ -49,7 +43,7 @@ private:
     std::uint64_t const mLength;
 };
 
-/// The new OUT, whose failures are `unwritable_error`.
+/// The new version of OUT. Its failures are thrown as `unwritable_error`.
 class Sink final : public OPlatformByteStream {
 public:
     Sink(File const& inFile, MakeNewFile inKind) : OPlatformByteStream(inFile, inKind) {}
@@ -82,13 +76,14 @@ std::unique_ptr<Sink> MakeSink(File const& inFile, MakeNewFile inKind) {
     }
 }
 
-/// How to make the new version. What the last step would refuse is refused before hours of work.
+/// How to make the new version. A target that the final step could not replace is refused here,
+/// before hours of work.
 MakeNewFile KindOfNew(File const& inTarget) {
     switch (KindOf(inTarget)) {
     case FileKind::kMissing:
         return kMakeNewFile;
     case FileKind::kRegular:
-        return kMakeNewPrivateFile; // until it takes over the permissions of the old one
+        return kMakeNewPrivateFile; // it gets the permissions of the old version on commit
     default:
         throw unwritable_error(WhyUnreadable(inTarget));
     }
@@ -100,7 +95,7 @@ void CodeInto(File inTarget, File const& inFile, Diagnostics& ioDiagnostics, Cod
     SafeSave save(inTarget);
     auto sink = MakeSink(save.GetTempFile(), kind);
     inCoding(*source, *sink);
-    // Neither file is replaced while it is open, and they may be one.
+    // A file that is open is not replaced, and source and target may be the same file.
     source.reset();
     sink.reset();
     try {

@@ -1,5 +1,6 @@
 #include "platform/Files.h"
 #include "proplist/src/document/DocumentCheck.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/InTemporaryDirectory.h"
 #include "tests/support/SystemCallFaults.h"
 
@@ -10,7 +11,6 @@
 
 #include <expat.h>
 #include <random>
-#include <sys/resource.h>
 
 namespace brindle::proplist {
 
@@ -115,18 +115,16 @@ TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
 
 TEST_F(SavePropList, ADiskThatIsFullAtAnyByteKeepsTheOldDocument) {
     Fill("file", "old");
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    auto* const oldHandler = std::signal(SIGXFSZ, SIG_IGN); // so that the write fails instead
-    for (rlimit limit{0, before.rlim_max}; limit.rlim_cur <= mDocument.size(); ++limit.rlim_cur) {
-        setrlimit(RLIMIT_FSIZE, &limit);
-        bool const isSaved = Saves(mList);
-        setrlimit(RLIMIT_FSIZE, &before);
-        ASSERT_EQ(isSaved, limit.rlim_cur == mDocument.size());
+    for (std::size_t size = 0; size <= mDocument.size(); ++size) {
+        bool isSaved = false;
+        {
+            tests::FileSizeLimit const limit(size);
+            isSaved = Saves(mList);
+        }
+        ASSERT_EQ(isSaved, size == mDocument.size());
         ASSERT_EQ(ContentOf("file"), isSaved ? mDocument : "old");
         ASSERT_EQ(EntryCount(), 1);
     }
-    std::signal(SIGXFSZ, oldHandler);
 }
 
 TEST_F(SavePropList, WhatNoReaderWouldGiveBackIsRefused) {

@@ -1,6 +1,6 @@
-#include "host/plist/LoadedList.h"
+#include "host/plist/LoadList.h"
 
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 #include "host/files/WhyUnreadable.h"
 
 #include <brindle/config/ErrorCodes.h>
@@ -19,8 +19,8 @@ using namespace literals;
 
 namespace {
 
-/// Throws what is reported while it lives, so that the diagnostic can name the file as it was
-/// given.
+/// While it exists, reported errors are thrown, so that the diagnostic can name the file as the
+/// user wrote it.
 class ThrowReports : public config::ErrorManager {
 public:
     ThrowReports() : mBefore(config::ErrorManager::Get()) { config::ErrorManager::Set(this); }
@@ -38,7 +38,7 @@ private:
     config::ErrorManager* const mBefore;
 };
 
-/// Notes whether a document has a list at all.
+/// Finds out whether a document contains a list at all.
 class ListSeeker final : public xml::AbstractParseHandler {
 public:
     explicit ListSeeker(bool& outFound) noexcept : mFound(outFound) {}
@@ -76,7 +76,7 @@ void LoadList(filesupport::File const& inFile, proplist::PropList& outList) {
     RequireReadable(inFile);
     ThrowReports const throwReports;
     proplist::utils::LoadPropList(inFile.FullPath(), outList, false);
-    // A document of another kind reads as a list of nothing.
+    // A document of another kind is read as an empty list.
     if (outList.IsEmpty() && !HoldsList(inFile)) {
         throw unreadable_error("is no property list");
     }
