@@ -56,6 +56,9 @@ bool IsNameTaken(UTF16String const& inPath);
 /// True if the path itself is a symbolic link, whatever it points to; false on any failure.
 bool IsSymbolicLink(UTF16String const& inPath);
 
+/// True for a regular file, or a link to one, that this process may execute; false on any failure.
+bool IsExecutable(UTF16String const& inPath);
+
 /// An open regular file with a position. Move-only; closes at destruction. One thread at a time.
 class OpenFile {
 public:

@@ -3,13 +3,9 @@
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "platform/TextEncoding.h"
-#include "platform/desktop/AssociationFiles.h"
 #include "platform/desktop/DesktopEntry.h"
+#include "platform/desktop/MimeTables.h"
 #include "platform/portable/Ascii.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -77,23 +73,18 @@ std::string Content(std::string const& inNativePath, std::size_t inMost) {
     return ReadContent(PathFromNative(inNativePath), inMost).value;
 }
 
-bool IsProgram(std::string const& inNativePath) {
-    struct stat status {};
-    return ::stat(inNativePath.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-           ::faccessat(AT_FDCWD, inNativePath.c_str(), X_OK, AT_EACCESS) == 0;
-}
-
 /// The path of a program told by a path or by a name; empty if it is not there.
 std::string PathOfProgram(std::string const& inProgram) {
     if (inProgram.find('\0') != std::string::npos) {
         return {};
     }
     if (inProgram.find('/') != std::string::npos) {
-        return inProgram.front() == '/' && IsProgram(inProgram) ? inProgram : std::string();
+        return inProgram.front() == '/' && IsExecutable(PathFromNative(inProgram)) ? inProgram
+                                                                                   : std::string();
     }
     for (auto const& directory : Directories(Variable("PATH", "/usr/local/bin:/usr/bin:/bin"))) {
         auto path = directory + '/' + inProgram;
-        if (IsProgram(path)) {
+        if (IsExecutable(PathFromNative(path))) {
             return path;
         }
     }
@@ -198,7 +189,7 @@ private:
     /// A desktop's own list stands before the one for all of them.
     void AddLists(std::string const& inDirectory, Texts const& inDesktops) {
         for (auto desktop : inDesktops) {
-            std::transform(desktop.begin(), desktop.end(), desktop.begin(), LowerAscii);
+            std::transform(desktop.begin(), desktop.end(), desktop.begin(), LowerAscii<char>);
             mLists.push_back(
                 Content(inDirectory + '/' + desktop + "-mimeapps.list", kMostBytesOfATable));
         }

@@ -4,7 +4,6 @@
 #include "platform/Paths.h"
 #include "platform/TextEncoding.h"
 #include "platform/desktop/DesktopEntry.h"
-#include "platform/linux/PathAt.h"
 
 #include <string>
 #include <utility>
@@ -52,10 +51,7 @@ ErrorCode WriteShellLink(UTF16String const& inTarget, UTF16String const& inLinkP
     if (inTarget.empty()) {
         return kError_PathNotFound;
     }
-    auto native = NativePath(inTarget);
-    if (native) {
-        native.error = MakeAbsolute(native.value);
-    }
+    auto native = AbsoluteNativePath(inTarget);
     if (!native) {
         return native.error;
     }

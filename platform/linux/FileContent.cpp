@@ -77,7 +77,7 @@ ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::si
 
 ErrorCode WriteNewFile(UTF16String const& inPath, Readers inReaders, void const* inBytes,
                        std::size_t inCount) {
-    PathAt const path(inPath);
+    SystemPath const path(inPath);
     if (path.Error() != kError_None) {
         return path.Error();
     }

@@ -32,7 +32,7 @@ Result<FilePlace> FollowLinks(UTF16String const& inPath) {
     // As many as the kernel follows.
     constexpr int kMostLinks = 40;
 
-    PathAt const first(inPath);
+    SystemPath const first(inPath);
     if (first.Error() != kError_None) {
         return {{}, first.Error()};
     }
@@ -44,7 +44,7 @@ Result<FilePlace> FollowLinks(UTF16String const& inPath) {
 
     FilePlace place;
     for (int links = 0; links <= kMostLinks; ++links) {
-        PathAt const path(base, std::move(native));
+        SystemPath const path(base, std::move(native));
         if (path.Error() != kError_None) {
             return {{}, path.Error()};
         }

@@ -4,7 +4,7 @@
 
 #include "platform/Errors.h"
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/PathAt.h"
+#include "platform/linux/SystemPath.h"
 
 #include <string>
 
@@ -15,7 +15,7 @@ struct FilePlace {
     FileDescriptor directory;
     std::string name;
 
-    PathAt Path() const { return PathAt(directory.Get(), name); }
+    SystemPath Path() const { return SystemPath(directory.Get(), name); }
 };
 
 /// The file itself need not be there, and a link may dangle. Error 5 for what ends with no

@@ -26,7 +26,8 @@ ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
 
 } // namespace
 
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock, mode_t inMode) {
+Result<FileDescriptor> OpenLocked(SystemPath const& inPath, int inFlags, Lock inLock,
+                                  mode_t inMode) {
     // A file system that never numbers a file twice alike cannot tell whether it was replaced.
     constexpr int kMostAttempts = 64;
     if (inPath.Error() != kError_None) {

@@ -3,7 +3,7 @@
 #include "platform/Errors.h"
 #include "platform/Files.h"
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/PathAt.h"
+#include "platform/linux/SystemPath.h"
 
 #include <sys/stat.h>
 
@@ -25,7 +25,7 @@ enum class Lock { kShared, kExclusive };
 /// somebody else's lock is in the way. What is no regular file is refused (5) without being opened.
 /// `inFlags` are those of `open`; with `O_CREAT` a missing file is made. Opened for writing, the
 /// descriptor is the file that the path names, not one that was replaced meanwhile.
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock,
+Result<FileDescriptor> OpenLocked(SystemPath const& inPath, int inFlags, Lock inLock,
                                   mode_t inMode = kMode_Anybody);
 
 /// Writes all the bytes at the offset; `outWritten` tells how many arrived, also on failure.

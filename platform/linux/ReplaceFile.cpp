@@ -70,7 +70,7 @@ ErrorCode PutCopyInPlace(int inFile, FilePlace const& inPlace) {
 } // namespace
 
 ErrorCode ReplaceFile(UTF16String const& inFrom, UTF16String const& inTo) {
-    PathAt const from(inFrom);
+    SystemPath const from(inFrom);
     auto file = OpenLocked(from, O_RDONLY | O_NOFOLLOW, Lock::kShared);
     if (!file) {
         return file.error;

@@ -61,9 +61,10 @@ TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
     for (std::string const place : {"none", "file", "dir/file", far.c_str(), "bytes"}) {
         int points = 0;
         auto const save = [&] {
-            return place != "bytes" ? Saves(mList)
-                                    : platform::ReplaceContent(At("file"), mDocument.data(),
-                                                               mDocument.size()) == 0;
+            return place != "bytes"
+                       ? Saves(mList)
+                       : platform::ReplaceContent(At("file"), mDocument.data(), mDocument.size()) ==
+                             platform::kError_None;
         };
         for (auto fault : {Fault{Fault::kKillBefore, 0}, Fault{Fault::kKillAfter, 0},
                            Fault{Fault::kRefuse, ENOSPC}, Fault{Fault::kRefuse, EIO},

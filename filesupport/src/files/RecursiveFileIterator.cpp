@@ -48,7 +48,7 @@ void RecursiveFileIterator::Enter(Dir inDir) {
     Level level{0, 0, nullptr, 0};
     // Links are not entered, so only a shortcut can lead back to a directory of the branch.
     if (mResolveAliases) {
-        auto const info = platform::Inspect(inDir.Helper().FullNativePath());
+        auto const info = platform::Inspect(inDir.Helper().Path());
         level.device = info.value.identity.device;
         level.number = info.value.identity.number;
         auto const isSame = [&level](Level const& inOuter) {

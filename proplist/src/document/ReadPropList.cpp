@@ -37,7 +37,7 @@ UTF16String RenameToOld(filesupport::File inFile) {
 /// failed nothing shows that the file is damaged: somebody may just be saving it.
 bool SetAside(UTF16String const& inPath) {
     filesupport::File const file(inPath);
-    if (!platform::OpenForReading(file.Helper().FullNativePath())) {
+    if (!platform::OpenForReading(file.Helper().Path())) {
         return false;
     }
     UTF16String newPath;

@@ -39,10 +39,10 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     filesupport::SafeSave save(ioFile);
     // While it is written, others may read only what is sure to have no old version.
     bool const isFirst =
-        platform::Inspect(ioFile.Helper().FullNativePath()).error == platform::kError_FileNotFound;
+        platform::Inspect(ioFile.Helper().Path()).error == platform::kError_FileNotFound;
     auto const readers = isFirst ? platform::Readers::kAnybody : platform::Readers::kOwner;
-    if (platform::WriteNewFile(save.GetTempFile().Helper().FullNativePath(), readers,
-                               document.data(), document.size()) != platform::kError_None) {
+    if (platform::WriteNewFile(save.GetTempFile().Helper().Path(), readers, document.data(),
+                               document.size()) != platform::kError_None) {
         throw filesupport::file_exception(ioFile);
     }
     save.Commit();

@@ -1,4 +1,4 @@
-#include "platform/desktop/AssociationFiles.h"
+#include "platform/desktop/MimeTables.h"
 
 #include "platform/desktop/KeyFile.h"
 #include "platform/portable/Ascii.h"

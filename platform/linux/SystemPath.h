@@ -14,13 +14,13 @@ namespace brindle::platform {
 /// A path in the form in which the system's *at calls take it: an open directory and what follows.
 /// That gives a path of any length to a kernel that takes so much at a time. A path that the kernel
 /// takes whole is left whole and opens nothing.
-class PathAt {
+class SystemPath {
 public:
     /// Takes library text.
-    explicit PathAt(UTF16String const& inPath);
+    explicit SystemPath(UTF16String const& inPath);
 
     /// Takes a path of the system, relative to the open directory `inBase`, which outlives this.
-    PathAt(int inBase, std::string inNativePath);
+    SystemPath(int inBase, std::string inNativePath);
 
     /// Why the path leads nowhere, or 0. With an error the calls below fail.
     ErrorCode Error() const noexcept { return mError; }
@@ -48,8 +48,5 @@ private:
     int mBase = AT_FDCWD;
     ErrorCode mError = kError_None;
 };
-
-/// Puts the current directory in front of a relative path of the system.
-ErrorCode MakeAbsolute(std::string& ioNativePath);
 
 } // namespace brindle::platform
