@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMostBytes = 64 * 1024;
 
-/// What stands in the file's name before ".lnk", the name under which a desktop shows the link.
+/// The file's name without ".lnk", under which a desktop shows the link.
 UTF16String TitleOf(UTF16String const& inLinkPath) {
     auto const separator = inLinkPath.find_last_of(u"\\/"_utf16);
     auto title = separator == UTF16String::npos ? inLinkPath : inLinkPath.substr(separator + 1);

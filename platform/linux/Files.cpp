@@ -16,8 +16,6 @@ namespace brindle::platform {
 
 namespace {
 
-constexpr std::uint64_t kMostPosition = std::numeric_limits<std::int64_t>::max();
-
 FileKind KindOf(mode_t inMode) noexcept {
     switch (inMode & S_IFMT) {
     case S_IFREG:
@@ -154,11 +152,7 @@ ErrorCode OpenFile::SetPosition(std::uint64_t inPosition) {
 }
 
 Result<std::uint64_t> OpenFile::Size() const {
-    struct stat status {};
-    if (::fstat(static_cast<int>(mHandle), &status) != 0) {
-        return {0, ErrorFromErrno(errno)};
-    }
-    return {static_cast<std::uint64_t>(status.st_size), kError_None};
+    return SizeOf(static_cast<int>(mHandle));
 }
 
 Result<OpenFile> OpenForReading(UTF16String const& inPath) {

@@ -3,12 +3,14 @@
 #include "platform/Errors.h"
 #include "platform/Files.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/FilePlace.h"
 #include "platform/linux/SystemPath.h"
 
 #include <sys/stat.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 namespace brindle::platform {
 
@@ -31,5 +33,15 @@ Result<FileDescriptor> OpenLocked(SystemPath const& inPath, int inFlags, Lock in
 /// Writes all the bytes at the offset; `outWritten` tells how many arrived, also on failure.
 ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
                      std::uint64_t inOffset, std::size_t& outWritten);
+
+/// The furthest position of an open file.
+constexpr std::uint64_t kMostPosition = std::numeric_limits<std::int64_t>::max();
+
+Result<std::uint64_t> SizeOf(int inDescriptor);
+
+/// Makes sure that what stands in the place may be replaced: a regular file that may be written and
+/// that nobody writes, or nothing. From then on nobody can begin to write it until the descriptor
+/// is closed; there is none if nothing stands there. Any number of replacements may guard one file.
+Result<FileDescriptor> GuardOld(FilePlace const& inPlace);
 
 } // namespace brindle::platform

@@ -10,6 +10,7 @@ list(APPEND brindle_platform_sources
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
   platform/linux/FileContent.cpp
+  platform/linux/FileReplacement.cpp
   platform/linux/ReplaceFile.cpp
   platform/linux/Directories.cpp
   # the user's settings, the process, identifiers

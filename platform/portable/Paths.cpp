@@ -28,7 +28,7 @@ constexpr bool IsSeparator(std::uint16_t inUnit) {
     return inUnit == '\\' || inUnit == '/';
 }
 
-/// `A` to `Z` for an ASCII letter of either case, else 0.
+/// `A` to `Z` for an ASCII letter of either case, otherwise 0.
 constexpr char DriveLetter(std::uint16_t inUnit) {
     auto const upper = static_cast<std::uint16_t>(inUnit & ~0x20);
     return 'A' <= upper && upper <= 'Z' ? static_cast<char>(upper) : '\0';

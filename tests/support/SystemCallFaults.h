@@ -26,7 +26,7 @@ struct FaultedRun {
     bool hasHappened = false;
     long call = -1;    ///< the number of the call that it happened to, as in `SYS_fsync`
     std::string syncs; ///< the calls that order what comes to the disk, a letter each: w write,
-                       ///< s sync, r rename, S sync of a directory
+                       ///< s sync, l link, r rename, S sync of a directory
     int status = 0;    ///< what the work returned, or minus the signal that ended it
 };
 
@@ -81,8 +81,12 @@ inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFau
         bool const isEntry = info.op == PTRACE_SYSCALL_INFO_ENTRY;
         bool const isRefusal = inFault.kind == SystemCallFault::kRefuse;
         auto const number = static_cast<long>(info.entry.nr);
-        if (isEntry && (number == SYS_pwrite64 || number == SYS_renameat)) {
-            run.syncs += number == SYS_renameat ? 'r' : 'w';
+        if (isEntry && number == SYS_pwrite64) {
+            run.syncs += 'w';
+        } else if (isEntry && number == SYS_linkat) {
+            run.syncs += 'l';
+        } else if (isEntry && number == SYS_renameat) {
+            run.syncs += 'r';
         } else if (isEntry && number == SYS_fsync) {
             auto const descriptors = "/proc/" + std::to_string(child) + "/fd/";
             bool const isDirectory =

@@ -64,7 +64,7 @@ void RecursiveFileIterator::Enter(Dir inDir) {
     }
     level.subdirs = std::make_shared<std::vector<UTF16String> const>(std::move(listing.subdirs));
     Dir::FileIterator files(IteratorHelper(false, mResolveAliases, std::move(listing.files)));
-    // Behind what may fail for lack of memory, the walk is in the new directory as a whole.
+    // Everything that may throw is done: from here on the walk is in the new directory as a whole.
     mBranch.push_back(std::move(level));
     mFile = std::move(files);
     mCurrentDir = std::move(inDir);
