@@ -1,15 +1,16 @@
 # The implementation of platform/*.h for Linux. A source may rely on the static objects of those above it.
 list(APPEND brindle_platform_sources
   # errors and paths
-  platform/linux/Errors.cpp
-  platform/linux/Paths.cpp
-  platform/linux/PathAt.cpp
+  platform/linux/ErrnoTable.cpp
+  platform/linux/SystemPath.cpp
+  platform/linux/Volumes.cpp
   # files and directories
   platform/linux/LockedFile.cpp
   platform/linux/Files.cpp
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
   platform/linux/FileContent.cpp
+  platform/linux/FileReplacement.cpp
   platform/linux/ReplaceFile.cpp
   platform/linux/Directories.cpp
   # the user's settings, the process, identifiers
