@@ -1,4 +1,4 @@
-#include "platform/linux/MessageInbox.h"
+#include "platform/portable/MessageInbox.h"
 
 #include <gtest/gtest.h>
 

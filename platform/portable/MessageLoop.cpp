@@ -1,6 +1,6 @@
 #include "platform/MessageLoop.h"
 
-#include "platform/linux/MessageInbox.h"
+#include "platform/portable/MessageInbox.h"
 
 #include <utility>
 
