@@ -1,6 +1,7 @@
 #include "platform/CompletionPort.h"
 
 #include "platform/portable/PacketPort.h"
+#include "utility/src/base/NoPause.h"
 #include "tests/support/AllocationFailure.h"
 
 #include <boost/thread/barrier.hpp>
@@ -28,9 +29,6 @@ struct RandomPause {
             sched_yield();
         }
     }
-};
-struct NoPause {
-    static void Pause() noexcept {}
 };
 
 void* Packet(std::uintptr_t inValue) {
@@ -83,7 +81,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
             }
             if (--posting == 0) {
                 for (std::size_t i = 0; i < inTakers; ++i) {
-                    port.Post(nullptr);
+                    EXPECT_TRUE(port.Post(nullptr));
                 }
             }
         });
@@ -122,7 +120,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
 TEST(CompletionPort, IsFirstInFirstOutAcrossThreads) {
     for (std::size_t const takers : {1u, 3u}) {
         ExpectQueue<PacketPort<RandomPause, 4>>(takers, 4000);
-        ExpectQueue<PacketPort<NoPause, 4>>(takers, 10000);
+        ExpectQueue<PacketPort<utility::NoPause, 4>>(takers, 10000);
         ExpectQueue<CompletionPort>(takers, 20000);
     }
 }
@@ -180,7 +178,7 @@ TEST(CompletionPort, WaitsAsLongAsItIsTold) {
     isOver = true;
     signals.join();
 
-    std::thread poster([&] { port.Post(Packet(7)); });
+    std::thread poster([&] { EXPECT_TRUE(port.Post(Packet(7))); });
     EXPECT_TRUE(port.Wait(packet, CompletionPort::kForever - 1));
     EXPECT_EQ(packet, Packet(7));
     poster.join();
@@ -188,7 +186,7 @@ TEST(CompletionPort, WaitsAsLongAsItIsTold) {
 
 TEST(CompletionPort, RefusesOnlyWhatItHasNoMemoryFor) {
     for (int successes = 0; successes < 5; ++successes) {
-        PacketPort<NoPause, 2> port;
+        PacketPort<utility::NoPause, 2> port;
         std::uintptr_t accepted = 0;
         {
             tests::AllocationFailure const failure(successes);

@@ -12,7 +12,7 @@ namespace {
 
 /// Lets other threads run between any two atomic steps.
 struct Yield {
-    static void Between() noexcept {
+    static void Pause() noexcept {
         thread_local unsigned int count = 0;
         if (++count % 3 == 0) {
             std::this_thread::yield();

@@ -1,6 +1,7 @@
 #include "platform/portable/MessageInbox.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 
 #include <functional>
 #include <thread>
@@ -42,7 +43,7 @@ struct Inbox : MessageInbox<Scripted> {
 
 TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAThreadHalts) {
     Inbox inbox;
-    auto const push = [&] { inbox.Push(new Numbered(0)); };
+    auto const push = [&] { static_cast<void>(inbox.Push(new Numbered(0))); };
     auto const settle = [&] { push(), inbox.HasNext(), inbox.Pop(), inbox.Settle(); };
     auto const othersGoOn = [&] { push(), inbox.PopAll(), push(), inbox.PopAll(); };
     std::function<void()> const cases[][2] = {{push, othersGoOn}, {settle, push}};
@@ -69,7 +70,7 @@ TEST(MessageInbox, KeepsTheOrderOfEachPosterAndReleasesWhatIsLeft) {
             ++step % 7 == 0 ? std::this_thread::yield() : void();
         };
         for (int i = inFirst; i < inFirst + kEach; ++i) {
-            inbox.Push(new Numbered(i));
+            static_cast<void>(inbox.Push(new Numbered(i))); // refused once it is closed
         }
     };
     int next[] = {0, kEach};

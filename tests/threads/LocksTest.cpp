@@ -6,7 +6,7 @@
 #include "tests/support/InThreads.h"
 #include "tests/support/RecordingErrorManager.h"
 #include "threads/src/locks/Gate.h"
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
 #include "threads/src/locks/ReadWriteLock.h"
 
 #include <boost/thread/thread.hpp>
@@ -23,7 +23,7 @@ namespace {
 
 /// Gives way to other threads, or spins, between the steps of a lock.
 struct RandomDelays {
-    static void Step() noexcept {
+    static void Pause() noexcept {
         static std::atomic<unsigned> seed{1};
         thread_local std::minstd_rand random(seed++);
         if (auto const choice = random() % 16; choice < 2) {
@@ -33,13 +33,13 @@ struct RandomDelays {
             }
         }
     }
-    static void BeforeSleep() noexcept { Step(); }
+    static void BeforeSleep() noexcept { Pause(); }
 };
 
 /// The next thread that is about to sleep in a lock says so.
 struct TellsBeforeSleep {
     inline static std::atomic<SyncPoint*> S_teller{nullptr};
-    static void Step() noexcept {}
+    static void Pause() noexcept {}
     static void BeforeSleep() noexcept {
         boost::this_thread::disable_interruption const uninterrupted;
         if (SyncPoint* const teller = S_teller.exchange(nullptr)) {
@@ -62,18 +62,18 @@ boost::thread Sleeper(Function inFunction) {
     return thread;
 }
 
-TEST(Guarded, ReportsBoostsTwoFailuresAndPassesThemOn) {
+TEST(ThreadErrors, ReportsBoostsTwoFailuresAndPassesThemOn) {
     tests::RecordingErrorManager errors;
-    EXPECT_THROW(Guarded([] { throw boost::thread_resource_error(); }),
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::thread_resource_error(); }),
                  boost::thread_resource_error);
     EXPECT_EQ(errors.TakeLines(), "1 106 20 $$$/brn/threads/Error/NotEnoughThreadResources="
                                   "Not enough thread resources.\n");
-    EXPECT_THROW(Guarded([] { throw boost::lock_error(); }), boost::lock_error);
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::lock_error(); }), boost::lock_error);
     EXPECT_EQ(errors.TakeLines(), "1 106 21 $$$/brn/threads/Error/FailedToAcquireThreadLock="
                                   "Failure to acquire thread lock.\n");
     errors.onError = [] { throw 7; };
-    EXPECT_THROW(Guarded([] { throw boost::lock_error(); }), int);
-    EXPECT_THROW(Guarded([] { throw boost::condition_error(); }), boost::condition_error);
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::lock_error(); }), int);
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::condition_error(); }), boost::condition_error);
     EXPECT_EQ(errors.TakeLines(), "");
 }
 
@@ -229,7 +229,7 @@ TEST(ReadWriteLock, ExcludesInEveryMixture) {
                 }
             } else if (lock.LockExclusive(isTry)) {
                 ++first;
-                RandomDelays::Step();
+                RandomDelays::Pause();
                 second = first;
                 ++writes;
                 lock.UnlockExclusive();

@@ -52,9 +52,9 @@ public:
 
     /// Keeps every other thread out, before the process is copied; and lets them in again, in the
     /// process and in its copy.
-    void CloseForFork();
-    void OpenInParent();
-    void OpenInChild();
+    void CloseForFork() BRN_ACQUIRE(mMutex);
+    void OpenInParent() BRN_RELEASE(mMutex);
+    void OpenInChild() BRN_RELEASE(mMutex);
 
 protected:
     ~ChunkedAllocator() = default;
@@ -70,10 +70,10 @@ private:
     std::uint32_t TakeSlowly(void** outBlocks, std::uint32_t inCount);
     bool Give(void* const* inBlocks, std::uint32_t inCount);
     Return GiveTo(ChunkSet const& inChunks, void* const* inBlocks, std::uint32_t inCount) noexcept;
-    void AddChunk();
+    void AddChunk() BRN_REQUIRES(mMutex);
     void Purge();
-    void Withdraw();
-    void Publish();
+    void Withdraw() BRN_REQUIRES(mMutex);
+    void Publish() BRN_REQUIRES(mMutex);
 
     ChunkPlan const mPlan;
     threads::FreezableMutex mMutex; // for whoever changes the set of chunks
@@ -82,8 +82,9 @@ private:
     std::atomic<ChunkSet*> mPublished{nullptr};
     threads::ReadWriteLock mPublishLock;
     ChunkSet mChunks;
-    std::uint64_t mBytes = 0; // of the chunks; guarded by the mutex
-    bool mIsForking = false;  // only who forks gets the mutex meanwhile
+    std::uint64_t mBytes BRN_GUARDED_BY(mMutex) = 0; // of the chunks
+    // While it is set, the mutex is frozen by the thread that forks.
+    bool mIsForking BRN_GUARDED_BY(mMutex) = false;
 };
 
 template <std::uint32_t kBlockSize, std::uint32_t kFirstChunkSize, std::uint32_t kSecondChunkSize,
