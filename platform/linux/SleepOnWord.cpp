@@ -1,4 +1,4 @@
-#include "platform/portable/SleepOnWord.h"
+#include "platform/SleepOnWord.h"
 
 #include <linux/futex.h>
 #include <sys/syscall.h>

@@ -1,4 +1,4 @@
-#include "platform/portable/WakeUpEvent.h"
+#include "platform/WakeUpEvent.h"
 
 #include "platform/linux/FileDescriptor.h"
 

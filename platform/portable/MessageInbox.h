@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/MessageLoop.h"
-#include "platform/portable/WakeUpEvent.h"
+#include "platform/WakeUpEvent.h"
 
 #include <atomic>
 #include <cstdint>

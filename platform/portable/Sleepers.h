@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/portable/SleepOnWord.h"
+#include "platform/SleepOnWord.h"
 
 #include <atomic>
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-// How the structures of this folder have threads sleep. Each system implements these functions.
+// How the queues of platform/portable/ have threads sleep.
 
 namespace brindle::platform {
 

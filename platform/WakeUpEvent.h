@@ -3,7 +3,7 @@
 namespace brindle::platform {
 
 /// A descriptor that any thread makes readable, for a loop that watches descriptors. Any thread may
-/// call any operation; none of them blocks, but for `Await`. Each system implements this class.
+/// call any operation; none of them blocks, but for `Await`.
 class WakeUpEvent {
 public:
     WakeUpEvent() noexcept; ///< the descriptor is not readable
