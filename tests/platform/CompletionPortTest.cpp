@@ -1,8 +1,8 @@
 #include "platform/CompletionPort.h"
 
 #include "platform/portable/PacketPort.h"
-#include "utility/src/base/NoPause.h"
 #include "tests/support/AllocationFailure.h"
+#include "utility/src/base/NoPause.h"
 
 #include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace brindle::platform {
 
 namespace {
 
-/// Lets another thread run between any two atomic steps, often.
+/// Often lets another thread run between two atomic steps.
 struct RandomPause {
     static void Pause() noexcept {
         static std::atomic<std::uint32_t> seeds{1};
@@ -35,14 +35,14 @@ void* Packet(std::uintptr_t inValue) {
     return reinterpret_cast<void*>(inValue);
 }
 
-/// By time stamps that order everything.
+/// From one time stamp to another, of a counter that orders all events.
 struct Interval {
     std::uint64_t begun;
     std::uint64_t ended;
 };
 
-/// What posters and takers did at a port must be what they could do at a queue in some order that
-/// keeps the order in time.
+/// Checks that a port is linearizable: that a queue used by one thread at a time could have given
+/// the same results, in some order of the operations that respects their times.
 template <typename Port>
 void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
     constexpr std::size_t kPosters = 3;
@@ -90,7 +90,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
         thread.join();
     }
 
-    // For each end of a post: when the last beginning of a take was, up to that post.
+    // For each end of a post, the latest beginning of a take of this packet or one posted before.
     std::vector<Interval> lastTake;
     for (std::size_t i = 0; i < posts.size(); ++i) {
         lastTake.push_back({posts[i].ended, takes[i].begun});

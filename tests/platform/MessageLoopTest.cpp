@@ -10,7 +10,7 @@ using namespace brindle::platform;
 
 namespace {
 
-/// Calls what the thread has asked for between the steps of an inbox.
+/// Calls a function of the thread's choice between the steps of an inbox.
 struct Scripted {
     inline static thread_local std::function<void()> onPause = [] {};
     static void Pause() noexcept { onPause(); }
