@@ -246,18 +246,22 @@ TEST(ReadWriteLock, ExcludesInEveryMixtureOfOperations) {
     lock.UnlockExclusive();
 }
 
+// The analysis rejects this misuse at compile time.
+void ExpectMisuseThrows(ReadWriteLock& ioLock) BRN_NO_THREAD_SAFETY_ANALYSIS {
+    SharedGuard shared(ioLock);
+    ExclusiveGuard exclusive(ioLock, true);
+    EXPECT_FALSE(exclusive.IsLocked());
+    EXPECT_THROW(exclusive.Unlock(), boost::lock_error);
+    EXPECT_THROW(shared.Lock(), boost::lock_error);
+    shared.Unlock();
+    EXPECT_THROW(shared.Unlock(), boost::lock_error);
+    exclusive.Lock();
+    EXPECT_THROW(exclusive.Lock(), boost::lock_error);
+}
+
 TEST(ReadWriteLock, GuardsReleaseOnceAndThrowOnMisuse) {
     ReadWriteLock lock;
-    {
-        SharedGuard shared(lock);
-        ExclusiveGuard exclusive(lock, true);
-        EXPECT_THROW(exclusive.Unlock(), boost::lock_error);
-        EXPECT_THROW(shared.Lock(), boost::lock_error);
-        shared.Unlock();
-        EXPECT_THROW(shared.Unlock(), boost::lock_error);
-        exclusive.Lock();
-        EXPECT_THROW(exclusive.Lock(), boost::lock_error);
-    }
+    ExpectMisuseThrows(lock);
     EXPECT_TRUE(ExclusiveGuard(lock, true).IsLocked());
 }
 
