@@ -4,6 +4,7 @@
 #include "host/commandline/PlainText.h"
 #include "host/plist/LoadedList.h"
 #include "host/seal/PercentNames.h"
+#include "utility/src/base/Digits.h"
 
 #include <brindle/proplist/PropListUtils.h>
 
@@ -50,7 +51,7 @@ bool IsTimeText(std::string const& inText) {
     constexpr char kForm[] = "0000-00-00T00:00:00.0000000Z";
     std::string form = inText;
     for (char& character : form) {
-        character = character >= '0' && character <= '9' ? '0' : character;
+        character = utility::IsDigit(character) ? '0' : character;
     }
     std::size_t const years = form.find_first_not_of('0'); // four digits, or more in far times
     return years != std::string::npos && years >= 4 && form.substr(years - 4) == kForm;

@@ -2,6 +2,7 @@
 
 #include "platform/desktop/KeyFile.h"
 #include "platform/portable/Ascii.h"
+#include "utility/src/base/Digits.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -43,14 +44,6 @@ std::string Escaped(std::string_view inText) {
     return value;
 }
 
-/// -1 for what is no hexadecimal digit.
-constexpr int HexDigit(char inCharacter) {
-    auto const lower = LowerAscii(inCharacter);
-    return '0' <= lower && lower <= '9'   ? lower - '0'
-           : 'a' <= lower && lower <= 'f' ? lower - 'a' + 10
-                                          : -1;
-}
-
 /// Error 13 for a percent sign without two digits behind it.
 Result<std::string> PercentDecoded(std::string_view inText) {
     std::string text;
@@ -59,9 +52,12 @@ Result<std::string> PercentDecoded(std::string_view inText) {
             text += inText[i];
             continue;
         }
-        auto const high = i + 2 < inText.size() ? HexDigit(inText[i + 1]) : -1;
-        auto const low = i + 2 < inText.size() ? HexDigit(inText[i + 2]) : -1;
-        if (high < 0 || low < 0) {
+        if (inText.size() - i <= 2) {
+            return {{}, kError_InvalidData};
+        }
+        auto const high = utility::HexDigitValue(inText[i + 1]);
+        auto const low = utility::HexDigitValue(inText[i + 2]);
+        if ((high | low) > 15) {
             return {{}, kError_InvalidData};
         }
         text += static_cast<char>(high * 16 + low);

@@ -2,6 +2,8 @@
 
 #include <brindle/utility/StringStreams.h>
 
+#include "utility/src/base/Digits.h"
+
 #include <charconv>
 #include <cstdint>
 #include <locale>
@@ -11,10 +13,6 @@
 namespace brindle::proplist::impl {
 
 namespace {
-
-constexpr bool IsDigit(std::uint16_t inUnit) noexcept {
-    return inUnit >= '0' && inUnit <= '9';
-}
 
 /// Reads the texts that writers make, and not those of which it is not sure what a stream does.
 template <typename T>
@@ -32,7 +30,7 @@ std::optional<T> ReadPlain(UTF16String const& inText) noexcept {
     }
     // The names of what is not finite are numbers here, but to a stream they are none.
     std::size_t const first = length != 0 && inText[0] == '-' ? 1 : 0;
-    if (first == length || !IsDigit(inText[first])) {
+    if (first == length || !utility::IsDigit(inText[first])) {
         return std::nullopt;
     }
     T number;

@@ -1,5 +1,7 @@
 #include <brindle/utility/StringUtils.h>
 
+#include "utility/src/base/Digits.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <vector>
@@ -53,10 +55,6 @@ private:
     /// For each first part of the find text, the length of the longest shorter one that ends it.
     std::vector<std::size_t> mBorders;
 };
-
-constexpr bool IsDigit(std::uint16_t inUnit) noexcept {
-    return inUnit >= '0' && inUnit <= '9';
-}
 
 constexpr bool IsUpperHexDigit(std::uint16_t inUnit) noexcept {
     return IsDigit(inUnit) || (inUnit >= 'A' && inUnit <= 'F');
