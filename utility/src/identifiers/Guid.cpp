@@ -24,7 +24,7 @@ constexpr std::int32_t kCode_Malformed = 28;
 constexpr std::size_t kTextLength = 36;
 using Bytes = std::array<std::uint8_t, 16>;
 
-/// Where the two digits of each byte stand in the text.
+/// The position of the two digits of each byte in the text.
 constexpr std::array<std::uint8_t, 16> kDigitPositions = {0,  2,  4,  6,  9,  11, 14, 16,
                                                           19, 21, 24, 26, 28, 30, 32, 34};
 constexpr std::array<std::uint8_t, 4> kHyphenPositions = {8, 13, 18, 23};
@@ -52,7 +52,7 @@ constexpr Bytes ToBytes(Guid const& inGuid) {
     return bytes;
 }
 
-/// All zero, and reported, unless the text has the length and the form.
+/// Parses the text, or reports it and returns the Guid that is all zero.
 template <typename Unit>
 Guid Parsed(Unit const* inText, std::size_t inLength) {
     bool isAccepted = inLength == kTextLength;

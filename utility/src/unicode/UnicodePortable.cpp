@@ -33,7 +33,7 @@ void CopyASCIIBlock(From const* inText, To* outText) noexcept {
 }
 
 bool IsPair(std::uint16_t inFirst, std::uint16_t inSecond) noexcept {
-    // A sum, for && would be a branch.
+    // A sum instead of &&, which would be a branch.
     return ((inFirst & 0xFC00) ^ 0xD800) + ((inSecond & 0xFC00) ^ 0xDC00) == 0;
 }
 
@@ -41,9 +41,10 @@ int ExtraBytes(std::uint16_t inUnit) noexcept {
     return (inUnit >= 0x80) + (inUnit >= 0x800);
 }
 
-/// True if the block has no NUL; then `ioBytes` grows by its bytes. One unit before it can be read.
+/// Adds the encoded size of a block to `ioBytes` and returns true, or returns false if the block
+/// contains a NUL. There is at least one unit before the block.
 bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
-    // One below NUL has the bits that ASCII has not, too.
+    // Subtracting 1 makes NUL 0xFFFF, which has bits that ASCII does not have.
     unsigned seen = 0;
     for (std::size_t i = 0; i < kMeasuredBlock; ++i) {
         seen |= inBlock[i] | static_cast<std::uint16_t>(inBlock[i] - 1);
@@ -53,7 +54,7 @@ bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
         return true;
     }
     std::uint16_t const* const before = inBlock - 1;
-    // Sums no wider than the units take the most units at a time.
+    // Sums of the width of a unit, so that a vector register holds as many of them as of units.
     std::uint16_t extra = 0;
     std::uint16_t nuls = 0;
     std::uint16_t pairs = 0;
@@ -65,7 +66,7 @@ bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
     if (nuls != 0) {
         return false;
     }
-    // Two lone surrogates take six bytes, a pair takes four.
+    // Two surrogates by themselves take six bytes, and a pair takes four.
     ioBytes += kMeasuredBlock + extra - 2 * std::size_t{pairs};
     return true;
 }
@@ -86,7 +87,7 @@ UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexc
     return {units, bytes};
 }
 
-/// Encodes the unit or the pair at `ioText` and moves both pointers behind it.
+/// Encodes the unit or the surrogate pair at `ioText` and advances both pointers.
 void EncodeOne(std::uint16_t const*& ioText, std::uint16_t const* inEnd,
                std::uint8_t*& ioBytes) noexcept {
     std::uint16_t const unit = *ioText++;
@@ -131,8 +132,8 @@ std::size_t CountUTF16(std::uint8_t const* inText, std::size_t inCount) noexcept
     return units;
 }
 
-/// Decodes the sequence at `ioText` and moves both pointers behind it. False, and nothing moved, if
-/// it is malformed or incomplete.
+/// Decodes the sequence at `ioText` and advances both pointers. Returns false and advances neither
+/// if the sequence is malformed or incomplete.
 bool DecodeOne(std::uint8_t const*& ioText, std::uint8_t const* inEnd,
                std::uint16_t*& ioUnits) noexcept {
     UTF8Sequence const sequence =
