@@ -5,6 +5,7 @@
 #include "host/files/FileErrors.h"
 #include "host/plist/LoadList.h"
 #include "host/seal/PercentNames.h"
+#include "utility/src/base/Digits.h"
 
 #include <brindle/proplist/PropListUtils.h>
 
@@ -51,7 +52,7 @@ bool IsTimeText(std::string const& inText) {
     constexpr char kForm[] = "0000-00-00T00:00:00.0000000Z";
     std::string form = inText;
     for (char& character : form) {
-        character = character >= '0' && character <= '9' ? '0' : character;
+        character = utility::IsDigit(character) ? '0' : character;
     }
     std::size_t const years =
         form.find_first_not_of('0'); // four digits, or more from the year 10000
