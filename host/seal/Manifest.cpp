@@ -5,7 +5,7 @@
 #include "host/files/FileErrors.h"
 #include "host/plist/LoadList.h"
 #include "host/seal/PercentNames.h"
-#include "utility/src/base/Digits.h"
+#include <brindle/utility/Digits.h>
 
 #include <brindle/proplist/PropListUtils.h>
 

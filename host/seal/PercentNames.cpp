@@ -1,7 +1,7 @@
 #include "host/seal/PercentNames.h"
 
-#include "utility/src/base/Digits.h"
-#include "utility/src/unicode/UTF8Sequence.h"
+#include <brindle/utility/Digits.h>
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "platform/desktop/KeyFile.h"
 #include "platform/portable/Ascii.h"
-#include "utility/src/base/Digits.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 #include <brindle/utility/Unicode.h>
 
-#include "utility/src/unicode/UTF8Sequence.h"
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <cstdint>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "proplist/src/document/DocumentCheck.h"
 
 #include "proplist/src/model/PropNodes.h"
-#include "utility/src/unicode/UTF8Sequence.h"
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <algorithm>
 #include <vector>

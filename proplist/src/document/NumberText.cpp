@@ -3,7 +3,7 @@
 #include <brindle/proplist/PropertyTypes.h>
 #include <brindle/utility/StringStreams.h>
 
-#include "utility/src/base/Digits.h"
+#include <brindle/utility/Digits.h>
 
 #include <charconv>
 #include <locale>

@@ -4,7 +4,7 @@
 #include <brindle/utility/StringStreams.h>
 
 #include "platform/Uuid.h"
-#include "utility/src/base/Digits.h"
+#include <brindle/utility/Digits.h>
 
 #include <array>
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include <brindle/utility/Calculator.h>
 
-#include "utility/src/base/Digits.h"
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cmath>

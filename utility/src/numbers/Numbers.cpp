@@ -2,9 +2,9 @@
 
 #include <brindle/utility/StringUtils.h>
 
-#include "utility/src/base/Digits.h"
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <charconv>
