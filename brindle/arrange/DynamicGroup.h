@@ -7,7 +7,6 @@
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
-#include <vector>
 
 namespace brindle::arrange {
 
@@ -74,8 +73,6 @@ private:
 
     boost::shared_ptr<impl::AbstractArrangeableGroup> mGroup;
     GroupArrangementType mType;
-    // Groups that were replaced from within their own operations; freed once those have returned.
-    std::vector<boost::shared_ptr<impl::AbstractArrangeableGroup>> mReplacedAtWork;
 };
 
 } // namespace brindle::arrange

@@ -16,7 +16,8 @@ namespace brindle::arrange {
 ///
 /// The root of a node is its topmost ancestor; a node without a parent is its own root. The
 /// rectangle, and the switch that turns arranging on and off, belong to the root. Nodes do not own
-/// each other and may be destroyed in any order; a parent that was destroyed counts as no parent.
+/// each other and may be destroyed in any order, except that no node may be destroyed from within
+/// one of its own operations; a parent that was destroyed counts as no parent.
 ///
 /// A tree belongs to one thread at a time. Nothing here throws, apart from exceptions of the
 /// client's own operations, which pass through.
@@ -73,12 +74,8 @@ public:
     std::shared_ptr<bool const> Lifeline() const noexcept { return mIsAlive; }
     /// Makes the node count as destroyed, although one of its operations has not returned yet.
     void Retire() noexcept { *mIsAlive = false; }
-    /// Whether an operation that measures or arranges this node has not returned yet.
-    bool IsAtWork() const noexcept { return mWorkDepth != 0; }
 
 private:
-    class Work;
-
     virtual void RebuildSelf();
     virtual impl::ArrangementSet& ArrangementsSelf() = 0;
 
@@ -90,7 +87,6 @@ private:
     bool mIsValid = false;
     bool mIsEnabled = true;
     bool mIsRebuilding = false;
-    int mWorkDepth = 0;
     geom::RectT<float> mRectangle;
     impl::NodePointer<IArrangeable> mParent;
     std::shared_ptr<bool> mIsAlive = std::make_shared<bool>(true);

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <stdexcept>
+#include <string>
 
 namespace brindle::arrange::tests {
 namespace {
@@ -109,6 +110,30 @@ TEST(LayoutSafety, AChangedTypeIsArrangedWhereItStands) {
         root.Rearrange();
         EXPECT_EQ(stage.x[1], 0) << moment;
         EXPECT_EQ(group.Group()->Parent(), &root) << moment;
+    }
+}
+
+TEST(LayoutSafety, AGroupMayBeReplacedFromWithinAnyOfItsOperations) {
+    for (std::string_view const operation :
+         {"HorizontalSpacing?", "HorizontalAlignment?", "LeftMargin?", "BuildSeparator?",
+          "Position", "SetDimensions"}) {
+        for (bool const isMeasured : {true, false}) {
+            SCOPED_TRACE(std::string(operation) + (isMeasured ? ", measured" : ", arranged"));
+            Stage stage({10, 10});
+            int const changing = stage.Add(kRow, {0, 1});
+            stage.Of(changing).isDynamic = true;
+            stage.Renew(changing);
+            IArrangeable& root = *stage.Node(stage.Add(kColumn, {stage.Add(kRow, {changing})}));
+            root.Arrange(kPage);
+            DynamicGroup& group = *stage.Dynamic(changing);
+            stage.once[{changing, operation}] = [&] {
+                group.SetArrangementType(kGroupArrangementType_Column);
+            };
+            isMeasured ? group.Invalidate() : root.Rearrange();
+            root.Invalidate();
+            root.Rearrange();
+            EXPECT_EQ(group.Group()->Parent()->Parent(), &root);
+        }
     }
 }
 

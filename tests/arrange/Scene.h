@@ -104,7 +104,10 @@ struct Answering : Client, Base {
                 Point inSize = {}) const {
         scene.onCall({inName, id, inDetail, {{inAt.x, inAt.y}, {inSize.x, inSize.y}}});
     }
-    float LeftMargin() const override { return looks.lead[0]; }
+    float LeftMargin() const override {
+        Report("LeftMargin?");
+        return looks.lead[0];
+    }
     float RightMargin() const override { return looks.trail[0]; }
     float TopMargin() const override { return looks.lead[1]; }
     float BottomMargin() const override { return looks.trail[1]; }
@@ -177,6 +180,7 @@ struct Group final : Answering<Base> {
     }
     float VerticalSpacing() const override { return looks.spacing[1]; }
     AlignmentHorizontal HorizontalAlignment() const override {
+        Report("HorizontalAlignment?");
         return static_cast<AlignmentHorizontal>(looks.alignment[0]);
     }
     AlignmentVertical VerticalAlignment() const override {
