@@ -88,6 +88,9 @@ TEST(LayoutSafety, SizesThatAreNotFiniteAreArranged) {
             root.Arrange({0, 0, width, 100});
         }
         EXPECT_GE(stage.Arranged(0), 4);
+        for (int leaf = 0; leaf < 5; ++leaf) {
+            EXPECT_EQ((stage.counts[{leaf, "NaN"}]), 0) << "a leaf was offered NaN";
+        }
         EXPECT_LE(root.Arrangements().Size(), 1024U) << odd;
     }
 }

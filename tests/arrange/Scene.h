@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <deque>
 #include <functional>
@@ -129,10 +130,11 @@ struct Leaf final : Answering<Single> {
     }
     float BestHeight() const override { return looks.best[1]; }
     float ExpandedWidth(float inAvailable) const override {
-        Report("ExpandedWidth?");
+        Report(std::isnan(inAvailable) ? "NaN" : "ExpandedWidth?");
         return looks.Taken(0, inAvailable);
     }
     float ExpandedHeight(float inAvailable) const override {
+        Report(std::isnan(inAvailable) ? "NaN" : "ExpandedHeight?");
         return looks.limit[1] == kUnlimited ? Single::ExpandedHeight(inAvailable)
                                             : looks.Taken(1, inAvailable);
     }
