@@ -62,6 +62,7 @@ public:
 
     /// These forward to the node; without one they do nothing.
     void Invalidate();
+    void MarkInvalid() noexcept;
     void InvalidateAll();
     void Rearrange();
     void EnableArrangement(bool inEnabled);

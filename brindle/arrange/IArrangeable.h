@@ -64,6 +64,13 @@ public:
     /// To be called when this node looks different: marks it and its ancestors to be measured
     /// again, and rearranges the tree before it returns, unless arranging is switched off.
     void Invalidate();
+    /// Marks this node and its ancestors to be measured again, and arranges nothing: the next pass
+    /// does the rest. This is the operation for a client that finds out while it is arranged, in
+    /// `ArrangeContent`, `Position` or `SetDimensions`, that it needs another size. The `Arrange`
+    /// under way then has another pass, where `Invalidate` would arrange the tree at once, from
+    /// within, and the rest of the pass would still follow the old measures. Outside of arranging,
+    /// the marks take effect with the next `Arrange`, `Rearrange` or `BestSize`.
+    void MarkInvalid() noexcept;
     /// Invalidates each child and then this node. Does nothing if arranging is switched off.
     void InvalidateAll();
 
@@ -82,7 +89,6 @@ private:
     IArrangeable const& Root() const noexcept;
     IArrangeable& Root() noexcept;
     void RebuildIfInvalid();
-    void MarkInvalid() noexcept;
 
     bool mIsValid = false;
     bool mIsEnabled = true;

@@ -185,6 +185,24 @@ TEST(LayoutSafety, ExceptionsAndPassesLeaveTheTreeUsable) {
     EXPECT_EQ((stage.counts[{1, "BestWidth?"}]), 0) << "switched off";
 }
 
+TEST(LayoutSafety, ALeafThatIsMarkedWhileItIsArrangedEndsWithItsNewSize) {
+    Stage stage({50, 50});
+    int const flow = stage.Add(kColumn, {0, stage.Add(kRow, {1})});
+    // The height that it needs follows from the width that it is given, as that of wrapped text.
+    stage.once[{0, "ArrangeContent"}] = [&] {
+        stage.Of(0).best[1] = stage.Of(0).min[1] = 25;
+        stage.Node(0)->MarkInvalid();
+    };
+    float below = 0;
+    stage.onCall = [&, count = stage.onCall](Call const& inCall) {
+        below = inCall.node == 1 && inCall.name == "ArrangeContent" ? inCall.rect.origin[1] : below;
+        count(inCall);
+    };
+    stage.Node(flow)->Arrange({0, 0, 200, 300});
+    EXPECT_EQ(below, 25);
+    EXPECT_EQ(stage.Arranged(0), 2);
+}
+
 TEST(LayoutSafety, SeparatorsChangeWithTheNumberOfChildren) {
     Stage stage({10, 10, 10, 10});
     int const id = stage.Add(kRow, {0, 1, 2});

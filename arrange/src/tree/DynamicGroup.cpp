@@ -82,6 +82,12 @@ void DynamicGroup::Invalidate() {
     }
 }
 
+void DynamicGroup::MarkInvalid() noexcept {
+    if (mGroup != nullptr) {
+        mGroup->MarkInvalid();
+    }
+}
+
 void DynamicGroup::InvalidateAll() {
     if (mGroup != nullptr) {
         mGroup->InvalidateAll();
