@@ -8,9 +8,18 @@
 
 #include <boost/function.hpp>
 
+#include <cstdint>
 #include <memory>
 
 namespace brindle::arrange {
+
+/// A limit of the engine that the layout of a tree can run into. The values are bits.
+enum LayoutLimit : std::uint32_t {
+    kLayoutLimit_Depth = 1,  ///< nodes deeper than 2,000 levels are left out
+    kLayoutLimit_Count = 2,  ///< alternatives made of more than 2^20 others are left out
+    kLayoutLimit_Breaks = 4, ///< not all ways to break a group into lines were compared
+    kLayoutLimit_Passes = 8  ///< the tree was still invalid after 5 passes
+};
 
 /// A node of a tree that is laid out: a leaf (`Single`) or a group.
 ///
@@ -77,6 +86,12 @@ public:
     /// The alternatives of this node, which is measured first if it is invalid.
     impl::ArrangementSet& Arrangements();
 
+    /// The limits that this node and its descendants reached when they were last measured and
+    /// arranged, as bits of `LayoutLimit`; 0 if the layout is all that the tree asks for.
+    std::uint32_t LimitsReached() const noexcept { return mLimits; }
+    /// For the engine: adds to `LimitsReached` until the node is measured again.
+    void NoteLimits(std::uint32_t inLimits) noexcept { mLimits |= inLimits; }
+
     /// Points to true for as long as this node exists and is not retired.
     std::shared_ptr<bool const> Lifeline() const noexcept { return mIsAlive; }
     /// Makes the node count as destroyed, although one of its operations has not returned yet.
@@ -93,6 +108,7 @@ private:
     bool mIsValid = false;
     bool mIsEnabled = true;
     bool mIsRebuilding = false;
+    std::uint32_t mLimits = 0;
     geom::RectT<float> mRectangle;
     impl::NodePointer<IArrangeable> mParent;
     std::shared_ptr<bool> mIsAlive = std::make_shared<bool>(true);

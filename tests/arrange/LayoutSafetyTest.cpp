@@ -53,6 +53,7 @@ TEST(LayoutSafety, TreesOfAnyDepthAndRingsOfParentsAreArranged) {
         stage.Node(0)->Invalidate();
         EXPECT_EQ(stage.Arranged(0), depth == 1000 ? 2 : 0);
         EXPECT_EQ(stage.Node(top)->BestSize().x, depth == 1000 ? 20 : 0);
+        EXPECT_EQ(stage.Node(top)->LimitsReached(), depth == 1000 ? 0U : kLayoutLimit_Depth);
     }
     Stage stage({10});
     IArrangeable& lower = *stage.Node(stage.Add(kRow, {0, 2, 1}));
@@ -74,6 +75,7 @@ TEST(LayoutSafety, TreesOfAnyDepthAndRingsOfParentsAreArranged) {
         node.Invalidate();
         EXPECT_LE(node.Arrangements()[0]->Count(), std::uint64_t{1} << 23);
     }
+    EXPECT_EQ(upper.LimitsReached() | lower.LimitsReached(), kLayoutLimit_Count);
 }
 
 TEST(LayoutSafety, SizesThatAreNotFiniteAreArranged) {
@@ -179,10 +181,14 @@ TEST(LayoutSafety, ExceptionsAndPassesLeaveTheTreeUsable) {
     spoil();
     root.EnableArrangement(true);
     EXPECT_EQ(stage.Arranged(0), 5);
+    EXPECT_EQ(root.LimitsReached(), kLayoutLimit_Passes);
     stage.counts.clear();
     root.InvalidateAll();
     root.Arrangements();
     EXPECT_EQ((stage.counts[{1, "BestWidth?"}]), 0) << "switched off";
+    stage.once.clear();
+    root.EnableArrangement(true);
+    EXPECT_EQ(root.LimitsReached(), 0U);
 }
 
 TEST(LayoutSafety, ALeafThatIsMarkedWhileItIsArrangedEndsWithItsNewSize) {

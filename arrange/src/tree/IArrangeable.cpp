@@ -50,14 +50,16 @@ geom::PointT<float> IArrangeable::Arrange(geom::RectT<float> const& inRect) {
     impl::Pass const pass;
     geom::RectT<float> const rect = inRect;
     mRectangle = rect;
+    mLimits &= ~std::uint32_t{kLayoutLimit_Passes};
     geom::PointT<float> size;
     for (int count = 0; count < kMostPasses; ++count) {
         RebuildIfInvalid();
         size = ArrangementsSelf().Arrange(rect);
         if (mIsValid || !*mIsAlive) {
-            break;
+            return size;
         }
     }
+    NoteLimits(kLayoutLimit_Passes);
     return size;
 }
 
@@ -147,7 +149,11 @@ void IArrangeable::MarkInvalid() noexcept {
 void IArrangeable::RebuildIfInvalid() {
     // A node that is found among its own descendants is left out there, and so are nodes that stand
     // deeper than the stack allows. The children of a retired node belong to its successor.
-    if (mIsValid || mIsRebuilding || !*mIsAlive || S_rebuildDepth == impl::kDeepestTree) {
+    if (mIsValid || mIsRebuilding || !*mIsAlive) {
+        return;
+    }
+    if (S_rebuildDepth == impl::kDeepestTree) {
+        NoteLimits(kLayoutLimit_Depth);
         return;
     }
     struct Rebuilding {
@@ -164,6 +170,7 @@ void IArrangeable::RebuildIfInvalid() {
         IArrangeable& mNode;
     } const rebuilding(*this);
     impl::Pass const pass;
+    mLimits = 0;
     RebuildSelf();
     mIsValid = true;
 }
