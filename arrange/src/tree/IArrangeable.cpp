@@ -169,7 +169,6 @@ void IArrangeable::RebuildIfInvalid() {
         }
         IArrangeable& mNode;
     } const rebuilding(*this);
-    impl::Pass const pass;
     mLimits = 0;
     RebuildSelf();
     mIsValid = true;
