@@ -111,7 +111,7 @@ TEST(DeferredErrorReporter, RecordsInTheNewestAloneAndOnlyWhileItLives) {
 
 TEST(DeferredErrorReporter, CopiesAreInNoList) {
     RecordingErrorManager manager;
-    Reporter original = new DeferredErrorReporter;
+    Reporter const original = new DeferredErrorReporter;
     Raise(1);
     Reporter const copy = new DeferredErrorReporter(*original);
     Raise(2);
@@ -119,8 +119,23 @@ TEST(DeferredErrorReporter, CopiesAreInNoList) {
     manager.RemoveDeferredErrorReporter(copy.get());
     original->Finish();
     EXPECT_EQ(manager.codes, Codes({1, 2, 1, 2}));
-    ErrorManager::Set(nullptr);
-    original.reset(); // a manager that was uninstalled too early is no crash
+}
+
+TEST(DeferredErrorReporter, LeavesEveryListThatItEnteredWhicheverManagerIsInstalled) {
+    RecordingErrorManager first;
+    Reporter reporter = new DeferredErrorReporter;
+    {
+        RecordingErrorManager second;
+        second.AddDeferredErrorReporter(reporter.get());
+        second.AddDeferredErrorReporter(reporter.get());
+        second.RemoveDeferredErrorReporter(reporter.get());
+        EXPECT_TRUE(second.IsErrorReportingDeferred());
+    } // its list goes first, and the reporter stays in the other one
+    EXPECT_TRUE(first.IsErrorReportingDeferred());
+    reporter.reset(); // while no manager is installed
+    EXPECT_FALSE(first.IsErrorReportingDeferred());
+    ErrorManager::Set(&first);
+    Raise(1);
 }
 
 } // namespace
