@@ -55,6 +55,18 @@ TEST(ErrorManager, ReceivesTheTestErrorsWithTypedValues) {
     EXPECT_EQ(manager.values[2].GetDouble(), 29.2334);
 }
 
+// A forgotten `_utf16` does not compile, and neither does a value that would be a text of null.
+static_assert(!std::is_constructible_v<ReplacementValue, std::nullptr_t>);
+static_assert(!std::is_constructible_v<ReplacementValue, char16_t>);
+static_assert(!std::is_constructible_v<ReplacementValue, char16_t const*>);
+
+TEST(ErrorManager, TakesValuesOfEveryIntegerType) {
+    EXPECT_EQ(ReplacementValue(-5LL).GetSigned(), -5);
+    EXPECT_EQ(ReplacementValue(5ULL).GetUnsigned(), 5u);
+    EXPECT_EQ(ReplacementValue(sizeof(int)).GetUnsigned(), 4u);
+    EXPECT_EQ(ReplacementValue(std::int16_t{-5}).GetSigned(), -5);
+}
+
 TEST(ErrorManager, TurnsWhateverIsThrownIntoAReturnCode) {
     RecordingErrorManager manager;
     EXPECT_EQ(manager.ExecuteFunctionWithTopLevelExceptionHandler([] { return 7; }), 7);

@@ -23,6 +23,11 @@ std::string Narrow(UTF16String const& inText) {
     return {bytes.begin(), bytes.end()};
 }
 
+template <typename T, typename = void>
+struct Writes : std::false_type {};
+template <typename T>
+struct Writes<T, std::void_t<decltype(NumberToString(T()))>> : std::true_type {};
+
 class Numbers : public testing::Test {
 protected:
     Numbers() { SetUserSeparators({u'.', u','}); }
@@ -65,6 +70,12 @@ TEST_F(Numbers, OfAllTypesAreWritten) {
     EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<std::int32_t>::min())), "-2147483648");
     EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<std::int64_t>::min())),
               "-9223372036854775808");
+    EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<unsigned long long>::max())),
+              "18446744073709551615");
+    EXPECT_EQ(Narrow(NumberToString(-5LL) + NumberToString(5u) + NumberToString(sizeof(int))),
+              "-554");
+    EXPECT_EQ(Narrow(NumberToString(std::uint16_t{65535})), "65535");
+    static_assert(!Writes<char16_t>::value);
     EXPECT_EQ(Narrow(NumberToHexString(-1) + NumberToHexString(0x1A0)), "FFFFFFFF1A0");
 }
 
