@@ -65,7 +65,7 @@ protected:
 };
 
 /// The axis along which children follow each other.
-enum class MainAxis { kHorizontal, kVertical };
+enum class BRN_API MainAxis { kHorizontal, kVertical };
 
 /// Lays its children out from left to right or from top to bottom. One algorithm for both: the main
 /// axis is the one along which they follow each other, the cross axis is the other one.
