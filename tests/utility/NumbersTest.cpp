@@ -2,6 +2,7 @@
 #include <brindle/utility/Locale.h>
 
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Text.h"
 #include "tests/utility/NumbersModel.h"
 #include "utility/src/numbers/Separators.h"
 
@@ -18,10 +19,7 @@ namespace brindle::utility {
 
 namespace {
 
-std::string Narrow(UTF16String const& inText) {
-    UTF8String const bytes = UTF16to8(inText);
-    return {bytes.begin(), bytes.end()};
-}
+using tests::Narrow;
 
 template <typename T, typename = void>
 struct Writes : std::false_type {};

@@ -14,14 +14,15 @@ namespace brindle::proplist::utils {
 
 namespace {
 
-/// A parser that reads into the list, or none if the host installed none.
+/// A parser that reads into the list; null if the host has installed no factory.
 std::unique_ptr<xml::AbstractDocParser> GetParser(PropList& ioList) {
     std::unique_ptr<xml::AbstractParseHandler> handler =
         std::make_unique<PropListXMLHandler>(ioList);
     return xml::GetParser(handler);
 }
 
-/// Puts ".old" behind the name of the file, and returns the new path.
+/// Appends ".old" to the name of the file, in place of an older file of that name. Returns the new
+/// path.
 UTF16String RenameToOld(filesupport::File inFile) {
     auto const suffix = u".old"_utf16;
     UTF16String const newPath = inFile.FullPath() + suffix;
@@ -33,11 +34,11 @@ UTF16String RenameToOld(filesupport::File inFile) {
     return newPath;
 }
 
-/// False if the file is not there, could not be read or could not be renamed. Where reading is what
-/// failed nothing shows that the file is damaged: somebody may just be saving it.
+/// Returns false if the file is missing, cannot be read or cannot be renamed. A file that cannot be
+/// read may be intact: another program may be saving it at the moment.
 bool SetAside(UTF16String const& inPath) {
     filesupport::File const file(inPath);
-    if (!platform::OpenForReading(file.Helper().FullNativePath())) {
+    if (!platform::OpenForReading(file.Helper().Path())) {
         return false;
     }
     UTF16String newPath;
@@ -48,7 +49,7 @@ bool SetAside(UTF16String const& inPath) {
     }
     try {
         config::ThrowError(config::kError_PropListSetAside, inPath, newPath);
-    } catch (...) { // the caller goes on with an empty list, whatever the host made of the report
+    } catch (...) { // the caller goes on with an empty list, whatever the report threw
     }
     return true;
 }
