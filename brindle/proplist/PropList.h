@@ -6,19 +6,17 @@
 
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <vector>
 
 namespace brindle::proplist {
-
-class PropList;
-class PropListXMLHandler;
 
 namespace impl {
 
 struct PropNodeSlot;
 using PropNodeBlocks = std::vector<std::vector<PropNodeSlot>>;
 
-bool HasTextWithNul(PropList const& inList);
+struct PropListAccess;
 
 } // namespace impl
 
@@ -125,12 +123,12 @@ public:
     bool RemoveValue(UTF8String const& inKey);
 
 private:
-    friend class PropListXMLHandler; // sets the version of the document
-    friend bool impl::HasTextWithNul(PropList const& inList);
+    friend struct impl::PropListAccess;
 
     void DeleteNodes() noexcept;
 
-    impl::PropNodeBlocks mNodes; // sorted by the bytes of their keys
+    impl::PropNodeBlocks mNodes;              // sorted by the bytes of their keys
+    std::unique_ptr<UTF16String> mUnreadFile; // which the list must not replace
     std::uint16_t mVersion = GetCurrentVersion();
 };
 

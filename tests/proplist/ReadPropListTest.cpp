@@ -3,6 +3,7 @@
 #include "tests/support/InTemporaryDirectory.h"
 #include "tests/support/RecordingErrorManager.h"
 
+#include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ExpatParser.h>
@@ -19,8 +20,12 @@ namespace {
 
 class ReadDocuments : public tests::InTemporaryDirectory {
 protected:
-    ReadDocuments() {
-        std::unique_ptr<xml::DocParserFactory> factory(new xml::ExpatParserFactory);
+    ReadDocuments() { Install<xml::ExpatParserFactory>(); }
+    ~ReadDocuments() override { xml::ResetParserFactory(); }
+
+    template <typename Factory>
+    static void Install() {
+        std::unique_ptr<xml::DocParserFactory> factory = std::make_unique<Factory>();
         xml::SetParserFactory(factory);
     }
 
@@ -159,6 +164,136 @@ TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
     std::string const missing = "1 104 21 " + mUtils + "MissingParserFactory";
     EXPECT_EQ(load("<a/>"), missing + "Read=Missing XML Parser Factory in ReadPropList.\n" +
                                 missing + "Load=Missing XML Parser Factory in LoadPropList.\nhere");
+}
+
+/// Makes parsers that never say why they failed.
+struct SilentFactory : xml::DocParserFactory {
+    struct Parser : xml::ExpatParser {
+        using ExpatParser::ExpatParser;
+        xml::XMLParseStatus ParseDocument(UTF16String const& inPath) override {
+            auto const status = ExpatParser::ParseDocument(inPath);
+            SetFault({});
+            return status;
+        }
+    };
+    std::unique_ptr<xml::AbstractDocParser>
+    GetParser(std::unique_ptr<xml::AbstractParseHandler>& ioHandler) override {
+        return std::make_unique<Parser>(ioHandler);
+    }
+};
+
+TEST_F(ReadDocuments, AndTellWhatIsDamagedFromWhatCouldNotBeRead) {
+    std::filesystem::create_directory(Native("directory"));
+    Fill("whole", "<prop.list/>");
+    Fill("cut", "<prop.list>\n <key>");
+    Fill("busy", "<prop.list/>");
+    filesupport::OPlatformByteStream const writer{filesupport::File(At("busy"))};
+    struct {
+        char const* name;
+        PropListLoadStatus status;
+        std::uint32_t error;
+    } const files[] = {
+        {"whole", kPropListLoad_Done, 0},           {"missing", kPropListLoad_Missing, 2},
+        {"missing/file", kPropListLoad_Missing, 3}, {"directory", kPropListLoad_Unreadable, 5},
+        {"busy", kPropListLoad_Unreadable, 32},     {"cut", kPropListLoad_Damaged, 0}};
+    for (bool const isSilent : {false, true}) {
+        if (isSilent) {
+            Install<SilentFactory>();
+        }
+        for (auto const& file : files) {
+            SCOPED_TRACE(file.name);
+            PropList list;
+            auto const result = utils::TryLoadPropList(At(file.name), list, isSilent);
+            EXPECT_EQ(result.status, file.status);
+            EXPECT_EQ(result.fault.error, file.error);
+            bool const isDamaged = file.status == kPropListLoad_Damaged;
+            EXPECT_EQ(result.fault.line, isDamaged && !isSilent ? 2 : 0);
+            EXPECT_EQ(result.renamedTo, isDamaged && isSilent ? At("cut.old") : UTF16String());
+        }
+    }
+    EXPECT_EQ(mErrors.TakeLines(), "");
+}
+
+TEST_F(ReadDocuments, AndNeverReplaceAFileThatCouldNotBeRead) {
+    auto const saves = [&](PropList const& inList, char const* inName) {
+        try {
+            utils::SavePropList(At(inName), inList);
+            return true;
+        } catch (filesupport::file_exception const&) {
+            return false;
+        }
+    };
+    std::string const content = "<prop.map version='5'><prop.list/></prop.map>";
+    Fill("x", content);
+    Fill("other", "");
+    PropList list;
+    {
+        filesupport::OPlatformByteStream const writer{filesupport::File(At("x"))};
+        utils::LoadPropList(At("x"), list, true);
+    }
+    EXPECT_FALSE(saves(list, "x")) << "it was being written when it was to be read";
+    EXPECT_TRUE(saves(list, "other"));
+    mErrors.onError = [] { throw 7; };
+    EXPECT_THROW(utils::LoadPropList(At("x"), list, true), int);
+    EXPECT_FALSE(saves(list, "x")) << "it is of a later version";
+    xml::ResetParserFactory();
+    utils::LoadPropList(At("x"), list, true);
+    EXPECT_FALSE(saves(list, "x")) << "no parser was installed";
+    EXPECT_EQ(ContentOf("x"), content);
+
+    Install<xml::ExpatParserFactory>();
+    utils::LoadPropList(At("x"), list, true);
+    EXPECT_TRUE(saves(list, "x")) << "it has been read";
+    EXPECT_NE(ContentOf("x"), content);
+    Fill("x", "<cut>");
+    utils::LoadPropList(At("x"), list, false);
+    EXPECT_TRUE(saves(list, "x")) << "it was damaged";
+}
+
+/// A factory of a client that does not do what it should.
+struct OddFactory : xml::DocParserFactory {
+    /// Says that it failed, and why it did not.
+    struct Parser : xml::AbstractDocParser {
+        Parser(std::unique_ptr<xml::AbstractParseHandler>& ioNone,
+               xml::AbstractParseHandler& ioHandler)
+            : AbstractDocParser(ioNone), handler(ioHandler) {}
+        xml::XMLParseStatus ParseDocument(UTF16String const&) override { return ParseBuffer({}); }
+        xml::XMLParseStatus ParseBuffer(UTF8String const&) override {
+            for (auto const& name : {u"array"_utf16, u"prop.list"_utf16, u"key"_utf16}) {
+                handler.EndElement(name);
+                handler.StartElement(name, {});
+                handler.Characters(UTF16String(1, 0xD800));
+            }
+            xml::XMLParseFault fault;
+            fault.kind = xml::kXMLParseFault_None;
+            SetFault(fault);
+            return xml::XMLParseStatus(7);
+        }
+        xml::AbstractParseHandler& handler;
+    };
+    std::unique_ptr<xml::AbstractDocParser>
+    GetParser(std::unique_ptr<xml::AbstractParseHandler>& ioHandler) override {
+        std::unique_ptr<xml::AbstractParseHandler> none;
+        return std::make_unique<Parser>(none, *ioHandler); // does not take the handler
+    }
+};
+
+struct EmptyFactory : xml::DocParserFactory {
+    std::unique_ptr<xml::AbstractDocParser>
+    GetParser(std::unique_ptr<xml::AbstractParseHandler>&) override {
+        return nullptr;
+    }
+};
+
+TEST_F(ReadDocuments, AlsoWithParsersThatMisbehave) {
+    PropList list;
+    Install<OddFactory>();
+    Fill("x", "whole");
+    EXPECT_EQ(utils::TryReadPropList({}, list).status, kPropListLoad_Damaged);
+    EXPECT_EQ(utils::TryLoadPropList(At("x"), list, false).status, kPropListLoad_Damaged);
+    EXPECT_EQ(utils::TryLoadPropList(At("missing"), list, false).status, kPropListLoad_Missing);
+    Install<EmptyFactory>();
+    EXPECT_EQ(utils::TryReadPropList({}, list).status, kPropListLoad_NoParser);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "proplist/src/document/NumberText.h"
 #include "proplist/src/document/ReadErrors.h"
+#include "proplist/src/model/PropListAccess.h"
 
 #include <brindle/utility/Unicode.h>
 
@@ -213,7 +214,7 @@ void PropListXMLHandler::ReadVersion(Attributes const& inAttributes) {
                              "$$$/brn/proplist/Error/PropListXMLHandler/VersionGreaterThan="
                              "Cannot read PropList data; version greater than expected.");
     }
-    mRoot.mVersion = version;
+    impl::PropListAccess::SetVersion(mRoot, version);
 }
 
 void PropListXMLHandler::StartList() {
