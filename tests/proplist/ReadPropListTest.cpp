@@ -250,6 +250,24 @@ TEST_F(ReadDocuments, AndNeverReplaceAFileThatCouldNotBeRead) {
     EXPECT_TRUE(saves(list, "x")) << "it was damaged";
 }
 
+TEST_F(ReadDocuments, LeaveTheFileAloneWhereverMemoryRunsOut) {
+    std::string const content = "<!DOCTYPE a [<!ENTITY e 'x'>]><prop.list><key>long enough for the "
+                                "heap</key><array><float>&e;</float></array></prop.list>";
+    Fill("x", content);
+    auto const load = [&] {
+        PropList list;
+        if (utils::TryLoadPropList(At("x"), list, true).status != kPropListLoad_Done) {
+            throw std::bad_alloc(); // what the parser allocates counts with what the reader does
+        }
+    };
+    EXPECT_GT(tests::RefuseEachAllocation(load, [&] { ASSERT_EQ(ContentOf("x"), content); }), 30);
+    PropList list;
+    EXPECT_EQ(utils::TryLoadPropList(At("x"), list, true).status, kPropListLoad_Done);
+    auto const save = [&] { utils::SavePropList(At("x"), list); };
+    EXPECT_GT(tests::RefuseEachAllocation(save, [&] { ASSERT_EQ(ContentOf("x"), content); }), 10);
+    EXPECT_EQ(EntryCount(), 1) << "a failed save leaves nothing behind";
+}
+
 /// A factory of a client that does not do what it should.
 struct OddFactory : xml::DocParserFactory {
     /// Says that it failed, and why it did not.
