@@ -214,6 +214,33 @@ TEST_F(ReadDocuments, AndTellWhatIsDamagedFromWhatCouldNotBeRead) {
     EXPECT_EQ(mErrors.TakeLines(), "");
 }
 
+/// Makes parsers that read a file while another program saves it.
+struct SavedMeanwhile : xml::DocParserFactory {
+    struct Parser : xml::ExpatParser {
+        using ExpatParser::ExpatParser;
+        xml::XMLParseStatus ParseDocument(UTF16String const& inPath) override {
+            auto const status = ExpatParser::ParseDocument(inPath);
+            utils::SavePropList(inPath, PropList());
+            return status;
+        }
+    };
+    std::unique_ptr<xml::AbstractDocParser>
+    GetParser(std::unique_ptr<xml::AbstractParseHandler>& ioHandler) override {
+        return std::make_unique<Parser>(ioHandler);
+    }
+};
+
+TEST_F(ReadDocuments, AndLeaveAFileThatWasSavedMeanwhile) {
+    Install<SavedMeanwhile>();
+    Fill("x", "<cut>");
+    PropList list;
+    auto const result = utils::TryLoadPropList(At("x"), list, true);
+    EXPECT_EQ(result.status, kPropListLoad_Unreadable);
+    EXPECT_EQ(result.renamedTo, UTF16String());
+    EXPECT_THROW(utils::SavePropList(At("x"), list), filesupport::file_exception);
+    EXPECT_NE(ContentOf("x"), "<cut>");
+}
+
 TEST_F(ReadDocuments, AndNeverReplaceAFileThatCouldNotBeRead) {
     auto const saves = [&](PropList const& inList, char const* inName) {
         try {

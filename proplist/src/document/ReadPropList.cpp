@@ -61,6 +61,12 @@ PropListLoadStatus StatusOf(xml::XMLParseFault const& inFault) noexcept {
     return isMissing ? kPropListLoad_Missing : kPropListLoad_Unreadable;
 }
 
+/// False if another file has taken the place of the one that was to be read.
+bool IsStillThere(UTF16String const& inPath, platform::Result<platform::FileInfo> const& inBefore) {
+    auto const now = platform::Inspect(filesupport::File(inPath).Helper().FullNativePath());
+    return inBefore && now && now.value.identity == inBefore.value.identity;
+}
+
 /// Appends ".old" to the name of the file, in place of an older file of that name. Returns the new
 /// path; an empty one if that failed.
 UTF16String RenameToOld(UTF16String const& inPath) {
@@ -104,10 +110,17 @@ PropListLoadResult TryLoadPropList(UTF16String const& inPath, PropList& ioList,
         result.status = kPropListLoad_NoParser;
         return result;
     }
+    auto const file = platform::Inspect(filesupport::File(inPath).Helper().FullNativePath());
     if (reader.parser->ParseDocument(inPath) != xml::kXMLParseStatus_Success) {
         ioList.Clear();
         result.fault = FaultOf(*reader.parser, &inPath);
         result.status = StatusOf(result.fault);
+        if (result.status == kPropListLoad_Damaged && !IsStillThere(inPath, file)) {
+            // What is there now was saved meanwhile, and is not what was found damaged.
+            result.status = kPropListLoad_Unreadable;
+            result.fault.kind = xml::kXMLParseFault_Unreadable;
+            result.fault.error = platform::kError_SharingViolation;
+        }
     }
     if (result.status == kPropListLoad_Unreadable) {
         return result;
