@@ -1,5 +1,7 @@
 #pragma once
 
+#include <brindle/utility/SystemError.h>
+
 #include <cstdint>
 
 namespace brindle::xml {
@@ -15,9 +17,7 @@ enum XMLParseFaultKind : std::int32_t {
 struct XMLParseFault {
     XMLParseFaultKind kind = kXMLParseFault_Unknown;
 
-    /// For an unreadable document, the system's reason: 2 and 3 a missing file or directory, 5
-    /// access denied, 8 no memory, 32 a file that is being written, and others.
-    std::uint32_t error = 0;
+    utility::SystemError error{}; ///< the reason why a document is unreadable
 
     // The place of the fault, counted from 1, where a malformed document is concerned; 0 if
     // unknown.

@@ -92,7 +92,7 @@ std::optional<float> ListReader::Number(char const* inKey, std::string const& in
     if (!number) {
         FailAsOther(inKey, inExpected);
     }
-    // Comparisons with what is not a number are false.
+    // A comparison with NaN is false.
     if (!(*number >= 0 && *number <= double{kLargestSize})) {
         char text[32];
         auto const [end, error] =

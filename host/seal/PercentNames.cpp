@@ -10,7 +10,7 @@ namespace {
 
 constexpr char kDigits[] = "0123456789ABCDEF";
 
-/// How many bytes at the position are one character that may stand as it is; 0 if none may.
+/// The length in bytes of the character at the position, if it needs no encoding; 0 if it does.
 std::size_t PlainLength(std::string const& inName, std::size_t inPosition) {
     auto const byteAt = [&](std::size_t inIndex) {
         return static_cast<std::uint8_t>(inName[inPosition + inIndex]);
@@ -30,7 +30,8 @@ std::size_t PlainLength(std::string const& inName, std::size_t inPosition) {
         }
         character = character << 6 | (byteAt(i) & 0x3Fu);
     }
-    constexpr std::uint32_t kLeast[] = {0xA0, 0x800, 0x10000}; // up to U+009F are controls
+    constexpr std::uint32_t kLeast[] = {0xA0, 0x800,
+                                        0x10000}; // up to U+009F are control characters
     bool const isPlain = character >= kLeast[length - 2] && character <= 0x10FFFF &&
                          (character < 0xD800 || character > 0xDFFF) && character != 0xFFFE &&
                          character != 0xFFFF;
@@ -79,7 +80,7 @@ bool PercentDecode(UTF8String const& inText, std::string& outName) {
         outName += static_cast<char>(high << 4 | low);
         i += 2;
     }
-    // A name has one text, so what a text stands for is not told twice in a list.
+    // Every name has one encoding, so no two keys of a manifest name the same file.
     return PercentEncoded(outName) == inText;
 }
 

@@ -1,5 +1,6 @@
 #include "proplist/src/model/PropNodes.h"
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/Text.h"
 
 #include <brindle/proplist/PropListUtils.h>
 
@@ -32,14 +33,12 @@ struct Model {
 template <typename T>
 constexpr bool kIsList = std::is_same_v<T, std::shared_ptr<Model>>;
 
-UTF8String Bytes(std::string const& inText) {
-    return UTF8String(inText.begin(), inText.end());
-}
+using tests::AsUTF8;
 
 std::string Text(PropList const& inList) {
     UTF8String text;
     inList.OutputAsXMLFragment(text);
-    return std::string(text.begin(), text.end());
+    return tests::Narrow(text);
 }
 
 class PropLists : public testing::Test {
@@ -95,7 +94,7 @@ void ExpectNames(PropList const& inList, Map const& inMap) {
     std::list<UTF8String> names{"what was there"_utf8}, expected = names;
     inList.GetPropertyNames(names);
     for (auto const& entry : inMap) {
-        expected.push_back(Bytes(entry.first));
+        expected.push_back(AsUTF8(entry.first));
     }
     ASSERT_TRUE(names == expected);
 }
@@ -116,11 +115,12 @@ TEST_F(PropLists, AgreeWithAMapOfVariantsAlsoWhenMemoryRunsOut) {
         Model* model = root.get();
         PropList* inner = nullptr;
         std::string key;
-        for (; (inner = target->GetSubList(Bytes(key = anyKey()))) != nullptr && mRandom() % 4 != 0;
+        for (;
+             (inner = target->GetSubList(AsUTF8(key = anyKey()))) != nullptr && mRandom() % 4 != 0;
              target = inner) {
             model = std::get<std::shared_ptr<Model>>(model->values.at(key)).get();
         }
-        UTF8String const name = Bytes(key);
+        UTF8String const name = AsUTF8(key);
         std::string const before = Text(list);
         auto const action = mRandom() % 64;
         Model::Value value;
@@ -163,10 +163,10 @@ TEST_F(PropLists, KeepManyKeysInOrder) {
             step < 60'000 ? static_cast<std::int64_t>(mRandom() % 10'000) : step % 30'000;
         auto const key = (number % 2 == 0 ? "preferences." : "") + std::to_string(100'000 + number);
         if (step % 60'000 < 30'000 || (step < 60'000 && mRandom() % 50 == 0)) {
-            list.SetValue(Bytes(key), step);
+            list.SetValue(AsUTF8(key), step);
             model[key] = step;
         } else {
-            ASSERT_EQ(list.RemoveValue(Bytes(key)), model.erase(key) != 0);
+            ASSERT_EQ(list.RemoveValue(AsUTF8(key)), model.erase(key) != 0);
         }
         if (step % 3'000 == 0) {
             ExpectNames(list, model);

@@ -183,6 +183,7 @@ struct SilentFactory : xml::DocParserFactory {
 };
 
 TEST_F(ReadDocuments, AndTellWhatIsDamagedFromWhatCouldNotBeRead) {
+    using utility::SystemError;
     std::filesystem::create_directory(Native("directory"));
     Fill("whole", "<prop.list/>");
     Fill("cut", "<prop.list>\n <key>");
@@ -191,11 +192,13 @@ TEST_F(ReadDocuments, AndTellWhatIsDamagedFromWhatCouldNotBeRead) {
     struct {
         char const* name;
         PropListLoadStatus status;
-        std::uint32_t error;
-    } const files[] = {
-        {"whole", kPropListLoad_Done, 0},           {"missing", kPropListLoad_Missing, 2},
-        {"missing/file", kPropListLoad_Missing, 3}, {"directory", kPropListLoad_Unreadable, 5},
-        {"busy", kPropListLoad_Unreadable, 32},     {"cut", kPropListLoad_Damaged, 0}};
+        SystemError error;
+    } const files[] = {{"whole", kPropListLoad_Done, SystemError::kNone},
+                       {"missing", kPropListLoad_Missing, SystemError::kFileNotFound},
+                       {"missing/file", kPropListLoad_Missing, SystemError::kPathNotFound},
+                       {"directory", kPropListLoad_Unreadable, SystemError::kAccessDenied},
+                       {"busy", kPropListLoad_Unreadable, SystemError::kSharingViolation},
+                       {"cut", kPropListLoad_Damaged, SystemError::kNone}};
     for (bool const isSilent : {false, true}) {
         if (isSilent) {
             Install<SilentFactory>();

@@ -1,9 +1,9 @@
 #include <brindle/proplist/PropListUtils.h>
 
 #include "platform/Files.h"
-#include "proplist/src/document/ReadErrors.h"
 #include "proplist/src/model/PropListAccess.h"
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/proplist/PropListXMLHandler.h>
@@ -30,7 +30,7 @@ struct Reader {
 
 /// Why the file cannot be read; none if it can be read to its end.
 platform::ErrorCode ReadingError(UTF16String const& inPath) {
-    auto file = platform::OpenForReading(filesupport::File(inPath).Helper().FullNativePath());
+    auto file = platform::OpenForReading(filesupport::File(inPath).Helper().Path());
     std::vector<std::uint8_t> block(std::size_t{1} << 16);
     while (file) {
         auto const read = file.value.Read(block.data(), block.size());
@@ -63,7 +63,7 @@ PropListLoadStatus StatusOf(xml::XMLParseFault const& inFault) noexcept {
 
 /// False if another file has taken the place of the one that was to be read.
 bool IsStillThere(UTF16String const& inPath, platform::Result<platform::FileInfo> const& inBefore) {
-    auto const now = platform::Inspect(filesupport::File(inPath).Helper().FullNativePath());
+    auto const now = platform::Inspect(filesupport::File(inPath).Helper().Path());
     return inBefore && now && now.value.identity == inBefore.value.identity;
 }
 
@@ -110,7 +110,7 @@ PropListLoadResult TryLoadPropList(UTF16String const& inPath, PropList& ioList,
         result.status = kPropListLoad_NoParser;
         return result;
     }
-    auto const file = platform::Inspect(filesupport::File(inPath).Helper().FullNativePath());
+    auto const file = platform::Inspect(filesupport::File(inPath).Helper().Path());
     if (reader.parser->ParseDocument(inPath) != xml::kXMLParseStatus_Success) {
         ioList.Clear();
         result.fault = FaultOf(*reader.parser, &inPath);
@@ -134,20 +134,11 @@ PropListLoadResult TryLoadPropList(UTF16String const& inPath, PropList& ioList,
 }
 
 void ReadPropList(UTF8String const& inText, PropList& ioList) {
-    switch (TryReadPropList(inText, ioList).status) {
-    case kPropListLoad_Done:
-        return;
-    case kPropListLoad_NoParser:
-        return impl::ThrowReadError(impl::kReadError_MissingParserFactory,
-                                    "$$$/brn/proplist/Error/PropListUtils/MissingParserFactoryRead="
-                                    "Missing XML Parser Factory in ReadPropList.");
-    case kPropListLoad_Missing:
-    case kPropListLoad_Unreadable:
-    case kPropListLoad_Damaged:
-        return impl::ThrowReadError(
-            impl::kReadError_Parsing,
-            "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListRead="
-            "Error parsing properties list from memory.");
+    auto const status = TryReadPropList(inText, ioList).status;
+    if (status == kPropListLoad_NoParser) {
+        config::ThrowError(config::kError_PropListReadWithoutParser);
+    } else if (status != kPropListLoad_Done) {
+        config::ThrowError(config::kError_PropListRead);
     }
 }
 
@@ -157,22 +148,12 @@ void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorr
         return;
     }
     if (result.status == kPropListLoad_NoParser) {
-        impl::ThrowReadError(impl::kReadError_MissingParserFactory,
-                             "$$$/brn/proplist/Error/PropListUtils/MissingParserFactoryLoad="
-                             "Missing XML Parser Factory in LoadPropList.");
+        config::ThrowError(config::kError_PropListLoadWithoutParser);
     } else if (result.renamedTo.empty()) {
-        impl::ThrowReadError(impl::kReadError_Parsing,
-                             "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListLoad="
-                             "Error parsing properties list from file \"^1\".",
-                             inPath);
+        config::ThrowError(config::kError_PropListLoad, inPath);
     } else {
         try {
-            impl::ThrowReadError(
-                impl::kReadError_Parsing,
-                "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListCorruptRename=Error "
-                "parsing properties list from file \"^1\". It has been renamed to \"^2\". "
-                "Proceeding.",
-                inPath, result.renamedTo);
+            config::ThrowError(config::kError_PropListSetAside, inPath, result.renamedTo);
         } catch (...) { // the caller goes on with an empty list, whatever the report threw
         }
     }

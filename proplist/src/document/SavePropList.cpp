@@ -5,7 +5,7 @@
 #include "proplist/src/model/PropListAccess.h"
 
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 
 namespace brindle::proplist {
 
@@ -40,22 +40,13 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     }
     UTF16String const* const unread = impl::PropListAccess::UnreadFile(inList);
     if (unread != nullptr && *unread == ioFile.FullPath() &&
-        platform::IsNameTaken(ioFile.Helper().FullNativePath())) {
+        platform::IsNameTaken(ioFile.Helper().Path())) {
         throw filesupport::file_exception(
             ioFile, "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not "
                     "be read, and what it holds would be lost.");
     }
 
-    filesupport::SafeSave save(ioFile);
-    // While it is written, others may read only what is sure to have no old version.
-    bool const isFirst =
-        platform::Inspect(ioFile.Helper().FullNativePath()).error == platform::kError_FileNotFound;
-    auto const readers = isFirst ? platform::Readers::kAnybody : platform::Readers::kOwner;
-    if (platform::WriteNewFile(save.GetTempFile().Helper().FullNativePath(), readers,
-                               document.data(), document.size()) != platform::kError_None) {
-        throw filesupport::file_exception(ioFile);
-    }
-    save.Commit();
+    filesupport::SafeSaveText(ioFile, document);
 }
 
 void utils::SavePropList(UTF16String const& inPath, PropList const& inList) {
