@@ -18,9 +18,10 @@ enum PropListLoadStatus : std::int32_t {
 /// How a document was read.
 struct PropListLoadResult {
     PropListLoadStatus status = kPropListLoad_Done;
-    xml::XMLParseFault
-        fault;             ///< where a damaged document is malformed, or why a file is unreadable
-    UTF16String renamedTo; ///< the new path of a damaged file; empty if it was not renamed
+    /// Why a file is missing or unreadable, or where a damaged document is malformed.
+    xml::XMLParseFault fault;
+    /// The new path of a damaged file; empty if it was not renamed.
+    UTF16String renamedTo;
 };
 
 } // namespace brindle::proplist

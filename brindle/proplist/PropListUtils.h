@@ -38,7 +38,7 @@ BRN_API void ReadPropList(UTF8String const& inText, PropList& ioList);
 BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorrupt);
 
 /// Read as the two functions above do, but return how it went instead of reporting it. Only a
-/// higher version is reported.
+/// document of a later version is still reported.
 ///
 ///     if (TryLoadPropList(path, list, true).status == kPropListLoad_Unreadable) {
 ///         // The user's preferences exist, but somebody is just writing them, or the disk fails.
