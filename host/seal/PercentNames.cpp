@@ -1,7 +1,7 @@
 #include "host/seal/PercentNames.h"
 
-#include "utility/src/base/Digits.h"
-#include "utility/src/unicode/UTF8Sequence.h"
+#include <brindle/utility/Digits.h>
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kDigits[] = "0123456789ABCDEF";
 
-/// How many bytes at the position are one character that may stand as it is; 0 if none may.
+/// The length in bytes of the character at the position, if it needs no encoding; 0 if it does.
 std::size_t PlainLength(std::string const& inName, std::size_t inPosition) {
     auto const [character, length] =
         utility::DecodeUTF8Sequence(inName.data() + inPosition, inName.size() - inPosition);
@@ -60,7 +60,7 @@ bool PercentDecode(UTF8String const& inText, std::string& outName) {
         outName += static_cast<char>(high << 4 | low);
         i += 2;
     }
-    // A name has one text, so what a text stands for is not told twice in a list.
+    // Every name has one encoding, so no two keys of a manifest name the same file.
     return PercentEncoded(outName) == inText;
 }
 

@@ -2,7 +2,7 @@
 
 #include "platform/desktop/KeyFile.h"
 #include "platform/portable/Ascii.h"
-#include "utility/src/base/Digits.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -20,7 +20,7 @@ std::string Escaped(std::string_view inText) {
     for (std::size_t i = 0; i < inText.size(); ++i) {
         switch (auto const character = inText[i]) {
         case ' ':
-            // A blank inside is itself; one at either end would be trimmed.
+            // Readers trim blanks at either end, so these are escaped.
             value += i == 0 || i + 1 == inText.size() ? "\\s" : " ";
             break;
         case '\n':
@@ -108,8 +108,8 @@ Result<std::string> PathOfUrl(std::string_view inUrl) {
 }
 
 /// The first word of a command line: blanks separate words, double quotes keep a word together, and
-/// inside them a backslash takes the character behind it as it is. Empty for a quote left open, and
-/// for a word with a field code, which is no program.
+/// inside them a backslash escapes the next character. Empty if a quote is not closed, and if the
+/// word contains a field code, which cannot be a program.
 std::string FirstWord(std::string_view inCommand) {
     std::string word;
     bool isQuoted = false;

@@ -2,7 +2,7 @@
 
 #include <brindle/utility/Unicode.h>
 
-#include "utility/src/unicode/UTF8Sequence.h"
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <cstdint>
 #include <cstring>
@@ -28,7 +28,7 @@ bool IsPair(std::uint16_t const* inUnits, std::uint16_t const* inEnd) {
 
 void AppendText(UTF16String& ioText, char const* inBytes, std::size_t inCount, ByteForm inForm) {
     auto const oldSize = ioText.size();
-    // A byte makes one unit at most.
+    // A byte becomes at most one unit.
     ioText.resize(oldSize + inCount);
     auto* out = &ioText[oldSize];
     auto const* in = reinterpret_cast<unsigned char const*>(inBytes);

@@ -2,6 +2,8 @@
 
 #include <brindle/filesupport/ByteStream.h>
 
+#include "tests/support/Text.h"
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -50,9 +52,7 @@ struct RecordingStream : IByteStream, OByteStream {
     int calls = 0;
 };
 
-inline std::uint8_t const* Bytes(std::string const& inText) {
-    return reinterpret_cast<std::uint8_t const*>(inText.data());
-}
+using tests::Bytes;
 
 /// 1000 irregular bytes.
 inline std::string SomeBytes() {

@@ -3,6 +3,7 @@
 #include <brindle/utility/StringStreams.h>
 
 #include "tests/support/RecordingErrorManager.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -27,9 +28,7 @@ std::string const kMalformed =
 std::string const kText = "fedcba98-7654-3210-0f1e-2d3c4b5a6978";
 constexpr Guid kGuid(0xFEDCBA98, 0x7654, 0x3210, 0x0F, 0x1E, 0x2D, 0x3C, 0x4B, 0x5A, 0x69, 0x78);
 
-UTF16String Wide(std::string const& inText) {
-    return {inText.begin(), inText.end()};
-}
+using tests::Wide;
 
 TEST(Guid, TextIsParsedAndWrittenAndOtherTextIsReported) {
     tests::RecordingErrorManager errors;

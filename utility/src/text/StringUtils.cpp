@@ -1,6 +1,6 @@
 #include <brindle/utility/StringUtils.h>
 
-#include "utility/src/base/Digits.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "utility/src/unicode/UnicodeKernels.h"
 
-#include "utility/src/unicode/UTF8Sequence.h"
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <brindle/utility/Unicode.h>
 

@@ -1,0 +1,33 @@
+# The implementation of platform/*.h for Linux. A source may rely on the static objects of those above it.
+list(APPEND brindle_platform_sources
+  # errors and paths
+  platform/linux/ErrnoTable.cpp
+  platform/linux/SystemPath.cpp
+  platform/linux/Volumes.cpp
+  # files and directories
+  platform/linux/LockedFile.cpp
+  platform/linux/Files.cpp
+  platform/linux/FilePlace.cpp
+  platform/linux/NewFile.cpp
+  platform/linux/FileContent.cpp
+  platform/linux/FileReplacement.cpp
+  platform/linux/ReplaceFile.cpp
+  platform/linux/Directories.cpp
+  # the user's settings, the process, identifiers
+  platform/linux/Locale.cpp
+  platform/linux/Process.cpp
+  platform/linux/DebugOutput.cpp
+  platform/linux/Terminal.cpp
+  platform/linux/Uuid.cpp
+  # memory
+  platform/linux/AlignedMemory.cpp
+  platform/linux/MemoryNames.cpp
+  platform/linux/SharedMemory.cpp
+  # threads and what they wait on
+  platform/linux/Threads.cpp
+  platform/linux/Fork.cpp
+  platform/linux/SleepOnWord.cpp
+  platform/linux/WakeUpEvent.cpp)
+
+# Shortcuts and file associations are those of the free desktops.
+include(${CMAKE_CURRENT_LIST_DIR}/../desktop/sources.cmake)
