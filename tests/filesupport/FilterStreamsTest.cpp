@@ -110,7 +110,8 @@ std::string EncodedByRuns(std::string const& inData) {
 bool EndsBetweenPackets(std::string const& inPacked) {
     std::size_t i = 0;
     while (i < inPacked.size()) {
-        i += inPacked[i] < 0 ? 2u : static_cast<std::size_t>(inPacked[i]) + 2u;
+        std::uint8_t const control = Bytes(inPacked)[i];
+        i += control > 0x80 ? 2u : control == 0x80 ? 1u : control + 2u;
     }
     return i == inPacked.size();
 }
