@@ -27,7 +27,7 @@ public:
     /// The oldest item, or null.
     [[nodiscard]] Pointer Take() noexcept {
         void* packet = nullptr;
-        mPort.Wait(packet, 0);
+        mPort.Take(packet);
         return Pointer(static_cast<Item*>(packet));
     }
 
