@@ -1,3 +1,4 @@
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "proplist/src/document/Readable.h"
 #include "tests/support/InTemporaryDirectory.h"
@@ -55,7 +56,7 @@ bool ParserGivesBack(std::string const& inText) {
 
 TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
     using Fault = tests::SystemCallFault;
-    tests::TemporaryDirectory const elsewhere("/dev/shm"); // usually another file system
+    tests::TemporaryDirectory const elsewhere(tests::AnotherFileSystem());
     auto const far = elsewhere.Native("file");
     // The file that is saved: there is none, itself, two behind links, and one saved as bytes.
     for (std::string const place : {"none", "file", "dir/file", far.c_str(), "bytes"}) {
