@@ -14,6 +14,7 @@ list(APPEND brindle_platform_sources
   platform/linux/FileReplacement.cpp
   platform/linux/TemporaryFile.cpp
   platform/linux/Directories.cpp
+  platform/linux/RemoveTree.cpp
   # the user's settings, the process, identifiers
   platform/linux/Locale.cpp
   platform/linux/Process.cpp
