@@ -11,12 +11,12 @@
 
 namespace brindle::debug {
 
-/// Sends NUL-terminated text to the developer's debug channel. Any thread may call.
+/// Writes NUL-terminated text to the developer's debug channel. Any thread may call.
 BRN_API void DebugTrace(char const* inText);
 
-/// A buffer that gives its text away in chunks of at most 255 units: when it is full, and when the
-/// stream is flushed. A surrogate pair that a chunk's end divides is two lone surrogates. One
-/// thread at a time.
+/// A buffer that hands its text to `Emit` in chunks of at most 255 units, when it is full and when
+/// the stream is flushed. A surrogate pair across the border of two chunks becomes two surrogates
+/// without partners. Used by one thread at a time.
 template <typename Unit, typename Traits = std::char_traits<Unit>>
 class UTF16StreamBufferImpl : public std::basic_streambuf<Unit, Traits> {
 public:
@@ -40,11 +40,11 @@ protected:
         return 0;
     }
 
-    /// Receives a NUL-terminated chunk; a NUL inside it ends it too. Not called without text.
+    /// Receives a NUL-terminated chunk of at least one unit. A NUL inside the chunk ends it too.
     virtual void Emit(Unit const* inText) = 0;
 
-    /// For the destructor of a class that is derived from this and has the final `Emit`. What
-    /// cannot be emitted any more is lost.
+    /// Every class that overrides `Emit` calls this in its destructor. What cannot be emitted at
+    /// that point is lost.
     void FlushAtEnd() noexcept {
         try {
             Flush();
@@ -60,7 +60,7 @@ private:
         if (this->pptr() == this->pbase()) {
             return;
         }
-        // The put area leaves the last unit free for this.
+        // The put area ends before the last unit, which is kept for this NUL.
         *this->pptr() = Unit();
         Emit(mUnits);
         Restart();
@@ -71,7 +71,7 @@ private:
     Unit mUnits[kUnits];
 };
 
-/// Sends chunks to `DebugTrace`, in UTF-8.
+/// Passes chunks to `DebugTrace`, in UTF-8.
 template <typename Unit, typename Traits = std::char_traits<Unit>>
 class DebugStreamBuffer : public UTF16StreamBufferImpl<Unit, Traits> {
 public:
@@ -83,7 +83,7 @@ protected:
     }
 };
 
-/// Writes chunks to standard output with `puts`, in UTF-8: each is a line of its own.
+/// Writes chunks to standard output with `puts`, in UTF-8, so each becomes a line.
 template <typename Unit, typename Traits = std::char_traits<Unit>>
 class UTF16StdOutStreamBuffer : public UTF16StreamBufferImpl<Unit, Traits> {
 public:

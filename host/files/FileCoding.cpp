@@ -1,6 +1,6 @@
 #include "host/files/FileCoding.h"
 
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 #include "host/files/WhyUnreadable.h"
 
 #include <brindle/filesupport/FileExceptions.h>
@@ -17,13 +17,7 @@ using namespace filesupport;
 
 namespace {
 
-/// A file cannot be written; `what()` says why.
-class unwritable_error : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// The file IN, whose failures are `unreadable_error`, and which shows how far it is read.
+/// The file IN. Its failures are thrown as `unreadable_error`, and reading shows a progress line.
 class Source final : public IPlatformByteStream {
 public:
     Source(File const& inFile, Diagnostics& ioDiagnostics)
@@ -49,7 +43,7 @@ private:
     std::uint64_t const mLength;
 };
 
-/// The new OUT, whose failures are `unwritable_error`.
+/// The new version of OUT. Its failures are thrown as `unwritable_error`.
 class Sink final : public OSafeSaveStream {
 public:
     using OSafeSaveStream::OSafeSaveStream;
@@ -72,6 +66,7 @@ std::unique_ptr<Source> OpenSource(File const& inFile, Diagnostics& ioDiagnostic
     throw unreadable_error(WhyUnreadable(inFile));
 }
 
+/// A target that the final step could not replace is refused here, before hours of work.
 void RequireReplaceable(File const& inTarget) {
     FileKind const kind = KindOf(inTarget);
     if (kind != FileKind::kMissing && kind != FileKind::kRegular) {

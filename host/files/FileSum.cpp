@@ -19,12 +19,13 @@ namespace {
 
 constexpr std::size_t kBlockSize = 128 * 1024;
 
-/// Hands the bytes of a file to a stream, block by block.
+/// Copies a file into a stream, block by block.
 void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
     static thread_local std::vector<std::uint8_t> S_block(kBlockSize);
     std::uint64_t left = inSource.Length();
     if (left == 0) {
-        outSink << inSource; // the system tells no size of files that it makes up as they are read
+        outSink
+            << inSource; // files that the system generates on reading, as in /proc, have no size
         return;
     }
     while (left != 0) {

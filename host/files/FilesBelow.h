@@ -9,14 +9,15 @@
 
 namespace brindle::host {
 
-/// Native paths.
+/// What a walk found, as native paths.
 struct FoundFiles {
     std::vector<std::string> files;
     std::vector<std::string> unreadableDirs;
 };
 
-/// Appends all files below the directory, as the walk meets them, and the directories that cannot
-/// be read, which are reported too. Links to files are files, links to directories are not entered.
+/// Appends all files below the directory in the order of the walk, and the directories that cannot
+/// be read, which are also reported. A link to a file counts as a file; a link to a directory is
+/// not entered.
 void FindFilesBelow(filesupport::Dir const& inDir, FoundFiles& ioFound, Diagnostics& ioDiagnostics);
 
 } // namespace brindle::host

@@ -1,6 +1,6 @@
 #include "host/files/SumInOrder.h"
 
-#include "host/files/InOrder.h"
+#include "host/files/RunInOrder.h"
 
 #include <algorithm>
 #include <vector>

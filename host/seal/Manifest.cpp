@@ -1,9 +1,11 @@
 #include "host/seal/Manifest.h"
 
-#include "host/commandline/Diagnostics.h"
+#include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
-#include "host/plist/LoadedList.h"
+#include "host/files/FileErrors.h"
+#include "host/plist/LoadList.h"
 #include "host/seal/PercentNames.h"
+#include <brindle/utility/Digits.h>
 
 #include <brindle/proplist/PropListUtils.h>
 
@@ -32,7 +34,7 @@ UTF8String AsUTF8(std::string const& inText) {
     return UTF8String(inText.begin(), inText.end());
 }
 
-/// A time of the file system in ISO 8601.
+/// A time of the file system in ISO 8601, UTC.
 std::string TimeText(std::uint64_t inTicks) {
     constexpr std::uint64_t kTicksPerSecond = 10'000'000;
     constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
@@ -50,13 +52,15 @@ bool IsTimeText(std::string const& inText) {
     constexpr char kForm[] = "0000-00-00T00:00:00.0000000Z";
     std::string form = inText;
     for (char& character : form) {
-        character = character >= '0' && character <= '9' ? '0' : character;
+        character = utility::IsDigit(character) ? '0' : character;
     }
-    std::size_t const years = form.find_first_not_of('0'); // four digits, or more in far times
+    std::size_t const years =
+        form.find_first_not_of('0'); // four digits, or more from the year 10000
     return years != std::string::npos && years >= 4 && form.substr(years - 4) == kForm;
 }
 
-/// True for what names a file below the directory that it is relative to, whatever it holds.
+/// True if the path stays below the directory that it is relative to, whatever is there: no name in
+/// it is empty, "." or "..".
 bool IsPathBelow(std::string const& inPath) {
     for (std::size_t start = 0; start <= inPath.size();) {
         std::size_t const end = std::min(inPath.find('/', start), inPath.size());

@@ -11,16 +11,16 @@
 
 namespace brindle::host {
 
-// A manifest tells the files of a directory tree, so that they can be found changed. It is a
-// property list: under "format" the number of this form, under "root" the tree's path, under
-// "files" a list for each file, whose key is the file's path below the root, "/" between names,
-// with "size" in bytes, "modified" in ISO 8601, UTC, to the 100 nanoseconds, and "crc", the CRC-32
-// as eight hexadecimal digits. Both kinds of paths are percent-encoded.
+// A manifest records the files of a directory tree, so that later changes can be detected. It is a
+// property list with these keys: "format", the version of this form; "root", the path of the tree;
+// and "files", a list in which the path of each file below the root ("/" between names) is the key
+// of a list with "size" in bytes, "modified" in ISO 8601, UTC, to 100 nanoseconds, and "crc", the
+// CRC-32 as eight hexadecimal digits. All paths are percent-encoded.
 
-/// The manifest of a tree that is being sealed.
+/// A manifest under construction.
 class NewManifest {
 public:
-    /// `inRoot` is absolute, or relative to the directory that the manifest will be in.
+    /// `inRoot` is absolute, or relative to the directory in which the manifest will be saved.
     explicit NewManifest(std::string const& inRoot);
 
     /// `inModified` is in 100-nanosecond ticks since the start of 1601 UTC.
@@ -35,17 +35,17 @@ private:
 };
 
 struct SealedFile {
-    std::string path; ///< below the root: never empty or absolute, and never with "." or ".."
+    std::string path; ///< below the root: never empty or absolute, and without "." and ".."
     FileSum sum;
 };
 
 struct Manifest {
     std::string root; ///< absolute, or relative to the directory that the manifest is in
-    std::vector<SealedFile> files; ///< by path, each path once
+    std::vector<SealedFile> files; ///< sorted by path; no path occurs twice
 };
 
-/// Throws `unreadable_error` unless the file is a manifest, complete and as `NewManifest` writes
-/// it.
+/// Throws `unreadable_error` unless the file is a complete manifest of the form that `NewManifest`
+/// writes.
 Manifest ReadManifest(filesupport::File const& inFile);
 
 } // namespace brindle::host

@@ -1,6 +1,6 @@
 #include "host/seal/SealedTree.h"
 
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 
 #include <brindle/filesupport/NativePath.h>
 
@@ -59,7 +59,7 @@ bool SealedTree::IsManifest(std::string const& inPath) const {
     if (inPath == mManifestInTree) {
         return true;
     }
-    // The walk enters no links, so only a file that is one itself leads to what stands elsewhere.
+    // The walk enters no linked directories, so only a file that is a link itself leads elsewhere.
     std::string const path = NativePathOf(inPath);
     std::error_code ignored;
     return fs::is_symlink(path, ignored) && PathWithoutLinks(path) == mManifest;
@@ -68,7 +68,7 @@ bool SealedTree::IsManifest(std::string const& inPath) const {
 std::string PathWithoutLinks(std::string const& inPath) {
     std::error_code error;
     fs::path path = fs::absolute(inPath, error);
-    // A link to what is not there yet leads on too.
+    // This also follows a link to a file that does not exist yet.
     for (int links = 0; links < kMostLinks && fs::is_symlink(path, error); ++links) {
         path = path.parent_path() / fs::read_symlink(path, error);
     }

@@ -1,6 +1,7 @@
 #include "host/verbs/Verbs.h"
 
-#include "host/files/InOrder.h"
+#include "host/files/FileErrors.h"
+#include "host/files/RunInOrder.h"
 #include "host/files/SumInOrder.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
@@ -20,7 +21,8 @@ using namespace filesupport;
 
 constexpr char kManifestName[] = "/brindle-seal.xml";
 
-/// What speaks against a manifest at the path, before anything is summed; empty if nothing does.
+/// Why the manifest could not be written to this path, found out before anything is summed; empty
+/// if it can.
 std::string Objection(std::string const& inManifest) {
     if (!DirFromNative(DirectoryOf(inManifest)).Exists()) {
         return "there is no such directory to write to";
@@ -30,7 +32,7 @@ std::string Objection(std::string const& inManifest) {
     return canBeWritten ? "" : "is no regular file, so it is not replaced";
 }
 
-/// Sums the files into the manifest.
+/// Sums the files and enters them into the manifest.
 void AddFiles(std::vector<std::string> inPaths, SealedTree const& inTree, std::uint32_t inJobs,
               NewManifest& ioManifest, Diagnostics& ioDiagnostics) {
     std::array<std::uint64_t, kMostAhead> modified{};
@@ -58,7 +60,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (output.empty()) {
         throw usage_error("--output needs a FILE");
     }
-    // A link stays a link: what it leads to is written.
+    // If the path is a link, the file that it leads to is written.
     std::string const manifestPath = PathWithoutLinks(output);
     try {
         SealedTree const tree(root, manifestPath);
@@ -68,7 +70,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         }
         FoundFiles found = tree.Find(ioDiagnostics);
         if (found.files.empty() && !found.unreadableDirs.empty()) {
-            return; // that has been reported, and an older manifest tells more
+            return; // this has been reported, and an older manifest is worth more than an empty one
         }
         NewManifest manifest(tree.RootForManifest());
         AddFiles(std::move(found.files), tree, jobs, manifest, ioDiagnostics);
@@ -97,7 +99,7 @@ Verb const kSealVerb = {
     "  --jobs=N       how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "                 processor\n"
     "  --output=FILE  the manifest; without it, brindle-seal.xml in DIR\n",
-    {"help", "jobs", "output"},
+    {"help", "jobs=", "output="},
     Run,
 };
 

@@ -1,5 +1,6 @@
 #include "host/verbs/Verbs.h"
 
+#include "host/commandline/EscapedText.h"
 #include "host/files/FilesBelow.h"
 #include "host/files/SumInOrder.h"
 
@@ -69,7 +70,7 @@ Verb const kSumVerb = {
     "\n"
     "  --jobs=N  how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "            processor\n",
-    {"help", "jobs"},
+    {"help", "jobs="},
     Run,
 };
 

@@ -1,5 +1,7 @@
 #include "host/verbs/Verbs.h"
 
+#include "host/commandline/EscapedText.h"
+#include "host/files/FileErrors.h"
 #include "host/files/SumInOrder.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
@@ -27,7 +29,8 @@ struct Item {
     Verdict verdict = kSame;
 };
 
-/// Joins what the manifest tells and what the tree holds, both sorted by path, into one such list.
+/// Merges the entries of the manifest and the files of the tree, both sorted by path, into one
+/// sorted list.
 std::vector<Item> Joined(std::vector<SealedFile> inSealed, std::vector<std::string> inFound) {
     std::vector<Item> items;
     items.reserve(std::max(inSealed.size(), inFound.size()));
@@ -51,7 +54,7 @@ std::vector<Item> Joined(std::vector<SealedFile> inSealed, std::vector<std::stri
     return items;
 }
 
-/// True if the path is below one of the directories, which are sorted.
+/// True if the path is below one of the directories, which are sorted; "" is the root.
 bool IsBelow(std::string const& inPath, std::vector<std::string> const& inDirs) {
     if (inDirs.empty() || inDirs.front().empty()) {
         return !inDirs.empty();
@@ -64,8 +67,8 @@ bool IsBelow(std::string const& inPath, std::vector<std::string> const& inDirs) 
     return false;
 }
 
-/// The difference between a file and its seal. Only files that the tree itself holds are read,
-/// whatever the manifest tells. Throws `unreadable_error`.
+/// Compares a file with its seal. Only files that the walk found are read, whatever paths the
+/// manifest holds. Throws `unreadable_error`.
 Verdict Compare(Item const& inItem, SealedTree const& inTree, FileSum& outSum) {
     if (!inItem.isThere) {
         return kMissing;
@@ -107,7 +110,7 @@ void Verify(std::vector<SealedFile> inSealed, SealedTree const& inTree, std::uin
             ioDiagnostics.Report(inTree.NativePathOf(item.path), inOutcome.failure);
             verdict = kUnreadable;
         } else if (!item.isThere && IsBelow(item.path, found.unreadableDirs)) {
-            verdict = kUnreadable; // the directory has been reported
+            verdict = kUnreadable; // the directory itself has been reported
         }
         ++counts[verdict];
         if (kWords[verdict] != nullptr) {
@@ -170,7 +173,7 @@ Verb const kVerifyVerb = {
     "  --jobs=N    how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "              processor\n"
     "  --root=DIR  the directory; without it, where the manifest tells\n",
-    {"help", "jobs", "root"},
+    {"help", "jobs=", "root="},
     Run,
 };
 

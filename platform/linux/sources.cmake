@@ -28,8 +28,8 @@ list(APPEND brindle_platform_sources
   # threads and what they wait on
   platform/linux/Threads.cpp
   platform/linux/Fork.cpp
-  platform/linux/CompletionPort.cpp
-  platform/linux/MessageLoop.cpp)
+  platform/linux/SleepOnWord.cpp
+  platform/linux/WakeUpEvent.cpp)
 
 # Shortcuts and file associations are those of the free desktops.
 include(${CMAKE_CURRENT_LIST_DIR}/../desktop/sources.cmake)

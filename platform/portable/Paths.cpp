@@ -4,10 +4,10 @@
 #include "platform/Volumes.h"
 #include "platform/portable/Ascii.h"
 #include "platform/portable/ByteEscapes.h"
+#include "utility/src/base/Mutex.h"
 
 #include <array>
 #include <memory>
-#include <mutex>
 
 namespace brindle::platform {
 
@@ -21,8 +21,8 @@ struct MappedVolume {
 constexpr std::size_t kLetters = 26;
 constexpr char kRootLetter = 'C';
 
-std::mutex S_volumesMutex;
-std::array<std::unique_ptr<MappedVolume>, kLetters> S_volumes;
+utility::Mutex S_volumesMutex;
+std::array<std::unique_ptr<MappedVolume>, kLetters> S_volumes BRN_GUARDED_BY(S_volumesMutex);
 
 constexpr bool IsSeparator(std::uint16_t inUnit) {
     return inUnit == '\\' || inUnit == '/';
@@ -60,7 +60,7 @@ Result<std::string> DirectoryOfDrive(char inLetter) {
     if (inLetter == kRootLetter) {
         return {};
     }
-    std::lock_guard<std::mutex> const lock(S_volumesMutex);
+    utility::MutexLock const lock(S_volumesMutex);
     auto const& volume = S_volumes[VolumeIndex(inLetter)];
     if (volume == nullptr) {
         return {{}, kError_PathNotFound};
@@ -150,7 +150,7 @@ ErrorCode MapVolume(char inLetter, UTF16String const& inDirectory) {
             volume->directory.pop_back();
         }
     }
-    std::lock_guard<std::mutex> const lock(S_volumesMutex);
+    utility::MutexLock const lock(S_volumesMutex);
     S_volumes[VolumeIndex(letter)].swap(volume);
     return kError_None;
 }
@@ -158,7 +158,7 @@ ErrorCode MapVolume(char inLetter, UTF16String const& inDirectory) {
 std::vector<Volume> Volumes() {
     auto const rootKind = KindOfVolume("/");
     std::vector<Volume> volumes;
-    std::lock_guard<std::mutex> const lock(S_volumesMutex);
+    utility::MutexLock const lock(S_volumesMutex);
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
         if (letter == kRootLetter) {
             volumes.push_back({letter, rootKind});

@@ -16,7 +16,8 @@ protected:
         std::string errors;
     };
 
-    /// Both are shell text; what comes before holds for the command.
+    /// Runs "brindle WORDS". Both texts are read by a shell; `inBefore` may hold commands that
+    /// prepare the process, such as "ulimit -s 256; ".
     Outcome Run(std::string const& inWords, std::string const& inBefore = "") const {
         std::string const command = inBefore + "cd '" + mTemporary.Native() + "' && exec >'" +
                                     mResults.Native("out") + "' 2>'" + mResults.Native("err") +
@@ -27,12 +28,30 @@ protected:
                 ContentOf(mResults.Native("err"))};
     }
 
-    /// What is wrong usage says so, prints no result and exits with 2.
-    void ExpectWrongUsage(std::string const& inWords) const {
+    void Expect(std::string const& inWords, std::string const& inOutput = "", int inStatus = 0,
+                std::string const& inErrors = "") const {
+        SCOPED_TRACE("brindle " + inWords);
         Outcome const outcome = Run(inWords);
-        EXPECT_EQ(2, outcome.status) << inWords;
-        EXPECT_EQ("", outcome.output) << inWords;
-        EXPECT_EQ(0u, outcome.errors.find("brindle: ")) << inWords;
+        EXPECT_EQ(outcome.status, inStatus);
+        EXPECT_EQ(outcome.output, inOutput);
+        EXPECT_EQ(outcome.errors, inErrors);
+    }
+
+    /// The command prints no result, only this diagnostic, and exits with 1.
+    void ExpectFailure(std::string const& inWords, std::string const& inDiagnostic) const {
+        Expect(inWords, "", 1, "brindle: " + inDiagnostic + "\n");
+    }
+
+    /// The command prints no result, says what is wrong and which help to read, and exits with 2.
+    void ExpectWrongUsage(std::string const& inWords) const {
+        SCOPED_TRACE("brindle " + inWords);
+        Outcome const outcome = Run(inWords);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors.find("brindle: "), 0u);
+        std::string const help =
+            "\nTry 'brindle " + inWords.substr(0, inWords.find(' ')) + " --help'.\n";
+        EXPECT_NE(outcome.errors.find(help), std::string::npos) << outcome.errors;
     }
 
 private:

@@ -1,8 +1,9 @@
-// A client that reads XML: an archive brings in what the library's parser stands on.
+// A client that reads XML: the package of an archive must bring the XML parser that the archive
+// uses.
 #include <brindle/xml/ExpatParser.h>
 
 int main() {
     using namespace brindle;
     std::unique_ptr<xml::AbstractParseHandler> nobody;
-    return xml::ExpatParseHandler(nobody).ParseBuffer("<a><b/></a>"_utf8);
+    return xml::ExpatParser(nobody).ParseBuffer("<a><b/></a>"_utf8);
 }

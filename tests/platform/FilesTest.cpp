@@ -2,12 +2,11 @@
 #include "platform/Directories.h"
 #include "platform/FileContent.h"
 
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/InTemporaryDirectory.h"
 
-#include <csignal>
 #include <fcntl.h>
 #include <set>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace brindle::platform {
@@ -161,12 +160,7 @@ TEST_F(Files, ReplacingKeepsLinksAndPermissions) {
 TEST_F(Files, AFullDiskKeepsTheOldFile) {
     Fill("old", std::string(100, 'o'));
     std::string const big(100000, 'b');
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    rlimit const limit{4096, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    // As a host does: the failure is to arrive as an error.
-    auto* const oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    tests::FileSizeLimit const limit(4096);
     for (auto const* const name : {"old", "new"}) {
         EXPECT_EQ(ReplaceContent(At(name), big.data(), big.size()), kError_FileTooLarge);
         EXPECT_EQ(AppendContent(At(name), big.data(), big.size()), kError_FileTooLarge);
@@ -175,8 +169,6 @@ TEST_F(Files, AFullDiskKeepsTheOldFile) {
     EXPECT_EQ(EntryCount(""), 1);
     auto writer = OpenForWriting(At("old"));
     EXPECT_EQ(writer.value.Write(big.data(), big.size()), kError_FileTooLarge);
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, oldHandler);
 }
 
 } // namespace

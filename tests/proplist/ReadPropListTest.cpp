@@ -24,11 +24,11 @@ protected:
         xml::SetParserFactory(factory);
     }
 
-    /// Reads into a new list, and gives the document of what was read.
+    /// Reads into a new list, and returns the document of that list.
     static std::string Reread(std::string const& inDocument) {
         PropList list;
         utils::ReadPropList(UTF8String(inDocument.begin(), inDocument.end()), list);
-        UTF8String text;
+        UTF8String text = "replaced"_utf8;
         utils::WritePropList(text, list);
         return std::string(text.begin(), text.end());
     }
@@ -40,7 +40,9 @@ protected:
 };
 
 TEST_F(ReadDocuments, AsTheyWereWrittenAndByWayOfAnotherReader) {
-    std::vector<std::string> values{"", "<true/>\n", "<false/>\n"}; // the first is a list
+    std::vector<std::string> values{"", // a nested list
+                                    "<true/>\n", "<false/>\n",
+                                    "<array>\n<array.type><bool/></array.type>\n</array>\n"};
     for (std::string const scalar :
          {"<int type='unsigned' size='16'>65535", "<int type='unsigned' size='32'>4294967295",
           "<int type='signed' size='32'>-2147483648", "<int type='signed' size='64'>-5000000000",
@@ -66,11 +68,11 @@ TEST_F(ReadDocuments, AsTheyWereWrittenAndByWayOfAnotherReader) {
         boost::property_tree::ptree tree;
         read_xml(stream, tree);
         write_xml(stream = std::stringstream(), tree);
-        EXPECT_EQ(document, Reread(document));
-        EXPECT_EQ(document, Reread(stream.str()));
+        EXPECT_EQ(Reread(document), document);
+        EXPECT_EQ(Reread(stream.str()), document);
     }
-    EXPECT_EQ(document, Reread(document.substr(0, document.size() - 2))) << "what was read stays";
-    EXPECT_EQ(mParsing + "Read=Error parsing properties list from memory.\n", mErrors.TakeLines());
+    EXPECT_EQ(Reread(document.substr(0, document.size() - 2)), document) << "what was read stays";
+    EXPECT_EQ(mErrors.TakeLines(), mParsing + "Read=Error parsing properties list from memory.\n");
 }
 
 TEST_F(ReadDocuments, NumbersAsAStreamOfTheClassicLocaleDoes) {
@@ -89,15 +91,15 @@ TEST_F(ReadDocuments, NumbersAsAStreamOfTheClassicLocaleDoes) {
             stream.imbue(std::locale::classic());
             auto const read = impl::ExtractNumber<decltype(inNumber)>({text.begin(), text.end()});
             stream >> inNumber;
-            EXPECT_EQ(inNumber, read) << text;
+            EXPECT_EQ(read, inNumber) << text;
         };
         [&](auto... inZeros) { (expect(inZeros), ...); }(std::uint16_t(), std::uint32_t(),
                                                          std::int32_t(), std::int64_t(),
                                                          std::uint64_t(), 0.0F, 0.0);
     }
     std::locale::global(before);
-    auto const extract = [] { EXPECT_EQ(5, impl::ExtractNumber<double>(u"5\u0135"_utf16)); };
-    EXPECT_LT(0, tests::RefuseEachAllocation(extract, [] {}));
+    auto const extract = [] { EXPECT_EQ(impl::ExtractNumber<double>(u"5\u0135"_utf16), 5); };
+    EXPECT_GT(tests::RefuseEachAllocation(extract, [] {}), 0);
 }
 
 TEST_F(ReadDocuments, ThatNoWriterMakes) {
@@ -117,11 +119,11 @@ TEST_F(ReadDocuments, ThatNoWriterMakes) {
     std::regex const left("\n|</?prop.(pair|list)>|</prop.map>|<.xml version='1.0'.>");
     for (auto const& [document, expected] : cases) {
         auto const read = Reread("<prop.map version='" + document + "</prop.list></prop.map>");
-        EXPECT_EQ("<prop.map version='" + expected, std::regex_replace(read, left, ""));
+        EXPECT_EQ(std::regex_replace(read, left, ""), "<prop.map version='" + expected);
     }
     std::string const error = "1 104 20 $$$/brn/proplist/Error/PropListXMLHandler/VersionGreater"
                               "Than=Cannot read PropList data; version greater than expected.\n";
-    EXPECT_EQ(error + error, mErrors.TakeLines());
+    EXPECT_EQ(mErrors.TakeLines(), error + error);
 }
 
 TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
@@ -130,35 +132,33 @@ TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
         PropList list;
         list.SetValue("a"_utf8, true);
         utils::LoadPropList(At("x"), list, inRenameCorrupt);
-        EXPECT_EQ(std::string("<a/>") != inContent, list.IsEmpty());
+        EXPECT_EQ(list.IsEmpty(), std::string("<a/>") != inContent);
         return mErrors.TakeLines() + (std::filesystem::exists(Native("x")) ? "here" : "gone");
     };
     std::string const reason = "=Error parsing properties list from file \"^1\".";
     std::string const failed = mParsing + "Load" + reason + "\nhere";
-    EXPECT_EQ("here", load("<a/>"));
-    EXPECT_EQ(failed, load("<cut>", false));
+    EXPECT_EQ(load("<a/>"), "here");
+    EXPECT_EQ(load("<cut>", false), failed);
     {
         filesupport::OPlatformByteStream const saving{filesupport::File(At("x"))};
-        EXPECT_EQ(failed, load("<cut>")) << "somebody is just writing it";
+        EXPECT_EQ(load("<cut>"), failed) << "somebody is just writing it";
     }
-    EXPECT_EQ(mParsing + "CorruptRename" + reason +
-                  " It has been renamed to \"^2\". Proceeding.\ngone",
-              load("<cut>"));
-    EXPECT_EQ(At("x.old"), mErrors.values[1].GetText());
+    EXPECT_EQ(load("<cut>"), mParsing + "CorruptRename" + reason +
+                                 " It has been renamed to \"^2\". Proceeding.\ngone");
+    EXPECT_EQ(mErrors.values[1].GetText(), At("x.old"));
     mErrors.onError = [] { throw 7; };
-    EXPECT_EQ("gone", load("<later>")) << "what the host throws is dropped";
-    EXPECT_EQ("<later>", ContentOf("x.old"));
+    EXPECT_EQ(load("<later>"), "gone") << "what the report throws is dropped";
+    EXPECT_EQ(ContentOf("x.old"), "<later>");
     std::filesystem::remove(Native("x.old"));
     std::filesystem::create_directories(Native("x.old/in the way"));
-    EXPECT_EQ(failed, load("<cut>"));
-    EXPECT_EQ(At("x"), mErrors.values[0].GetText());
+    EXPECT_EQ(load("<cut>"), failed);
+    EXPECT_EQ(mErrors.values[0].GetText(), At("x"));
 
     xml::ResetParserFactory();
     Reread("");
     std::string const missing = "1 104 21 " + mUtils + "MissingParserFactory";
-    EXPECT_EQ(missing + "Read=Missing XML Parser Factory in ReadPropList.\n" + missing +
-                  "Load=Missing XML Parser Factory in LoadPropList.\nhere",
-              load("<a/>"));
+    EXPECT_EQ(load("<a/>"), missing + "Read=Missing XML Parser Factory in ReadPropList.\n" +
+                                missing + "Load=Missing XML Parser Factory in LoadPropList.\nhere");
 }
 
 } // namespace

@@ -24,7 +24,7 @@ TEST(Streams, StandardOutputGetsALineForEachChunk) {
                   "\nabc\ncaf\xC3\xA9\nleft to the destructor\n");
 }
 
-TEST(Streams, DebugTextIsFlushedWhenTheLibraryGoes) {
+TEST(Streams, DebugTextIsFlushedAtExit) {
     EXPECT_EXIT(
         {
             streams::Debug << "left behind";
@@ -33,7 +33,7 @@ TEST(Streams, DebugTextIsFlushedWhenTheLibraryGoes) {
         testing::ExitedWithCode(0), "left behind");
 }
 
-TEST(Streams, SetStreamBufferMakesTheStreamNew) {
+TEST(Streams, SetStreamBufferResetsTheStream) {
     std::basic_stringbuf<std::uint16_t> first, second;
     UTF16OutputStream stream;
     EXPECT_TRUE(stream.bad());
@@ -53,18 +53,21 @@ TEST(Streams, SetStreamBufferMakesTheStreamNew) {
     out.setstate(std::ios_base::failbit);
     EXPECT_THROW(out.exceptions(~std::ios_base::goodbit), std::ios_base::failure);
     EXPECT_EQ(SetStreamBuffer(out, nullptr), &narrow);
-    EXPECT_TRUE(out.bad() && out.tie() == nullptr);
+    EXPECT_TRUE(out.bad());
+    EXPECT_EQ(out.tie(), nullptr);
     EXPECT_EQ(SetStreamBuffer(out, &narrow), nullptr);
     EXPECT_TRUE(out.good());
 }
 
-TEST(Streams, TheFourStandardStreams) {
-    EXPECT_TRUE(&streams::In == &std::cin && &streams::Out == &std::cout);
-    EXPECT_TRUE(&streams::Log == &std::clog && &streams::Err == &std::cerr);
+TEST(Streams, StandardStreamsHaveReferences) {
+    EXPECT_EQ(&streams::In, &std::cin);
+    EXPECT_EQ(&streams::Out, &std::cout);
+    EXPECT_EQ(&streams::Log, &std::clog);
+    EXPECT_EQ(&streams::Err, &std::cerr);
 }
 
 TEST(Locale, AnUnknownUserLocaleIsTheClassicOne) {
-    // In a process of its own, where no test has made the locale yet.
+    // In a process of its own, in which no test has asked for the locale yet.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {

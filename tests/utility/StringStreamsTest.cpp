@@ -35,7 +35,7 @@ std::locale GroupingLocale() {
                        new Grouping<wchar_t>);
 }
 
-/// Our streams beside the standard ones that they must be equal to.
+/// Compares the library's streams with the standard streams.
 class StringStreams : public testing::Test {
 protected:
     void PickLocaleAndFlags() {
@@ -82,14 +82,14 @@ TEST_F(StringStreams, InsertWhatTheStandardStreamsInsert) {
         std::uint64_t bits = std::uint64_t{mRandom()} << 32 | mRandom();
         double real;
         std::memcpy(&real, &bits, sizeof real);
-        // Half of the numbers short.
+        // Half of the numbers are short.
         if (bits % 2 != 0) {
             bits %= 100000;
             real = static_cast<double>(bits) / 64 - 500;
         }
         auto const insert = [&](auto&& ioStream) {
             Prepare(ioStream);
-            // A stream that was given no fill finds its own.
+            // Without a fill of its own the stream has to find one.
             if (bits % 3 != 0) {
                 ioStream.fill(static_cast<decltype(ioStream.fill())>(" *0\x7F"[bits % 4]));
             }
@@ -134,7 +134,7 @@ TEST_F(StringStreams, FacetsComeFromTheLocaleAndStayOutOfIt) {
     std::locale const global = std::locale::global(earlier);
     EXPECT_FALSE(std::has_facet<std::ctype<std::uint16_t>>(global));
 
-    // What a stream had can be given to it again, and another locale on top of it counts.
+    // A stream's own locale can be imbued again, and so can a locale that was derived from it.
     std::locale const ours = out.getloc();
     out.imbue(ours);
     EXPECT_TRUE(out.getloc() == ours);

@@ -18,8 +18,8 @@ AbstractDocParser& AbstractDocParser::operator=(AbstractDocParser& ioOther) noex
 AbstractDocParser::~AbstractDocParser() = default;
 
 AbstractParseHandler& AbstractDocParser::Handler() const noexcept {
-    static AbstractParseHandler S_nobody;
-    return mHandler != nullptr ? *mHandler : S_nobody;
+    static AbstractParseHandler S_ignore;
+    return mHandler != nullptr ? *mHandler : S_ignore;
 }
 
 } // namespace brindle::xml

@@ -8,7 +8,7 @@ namespace brindle::xml::impl {
 
 namespace {
 
-// Expat counts bytes in `int`, and makes room for twice as many as one call hands it.
+// Expat counts bytes in `int`, and allocates up to twice the size of what one call passes.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 28;
 constexpr std::size_t kBlock = std::size_t{1} << 16;
 
@@ -20,6 +20,7 @@ ExpatParse::ExpatParse(AbstractParseHandler& ioHandler, XML_Memory_Handling_Suit
         XML_SetUserData(mParser.get(), this);
         XML_SetElementHandler(mParser.get(), StartElement, EndElement);
         XML_SetCharacterDataHandler(mParser.get(), Characters);
+        XML_SetEntityDeclHandler(mParser.get(), DeclareEntity);
     }
 }
 
@@ -78,19 +79,20 @@ bool ExpatParse::FeedAll(platform::OpenFile& ioFile) {
             return true;
         }
         fed += length;
-        // Expat scans a token from its start with every block, so the blocks of a long one double.
+        // Expat rescans an unfinished token from its start with every block, so the blocks double
+        // within a long token.
         length = EndsInsideToken(fed, length) ? std::min(2 * length, kMostAtOnce) : kBlock;
     }
 }
 
 bool ExpatParse::EndsInsideToken(std::size_t inFed, std::size_t inLength) const noexcept {
-    auto const token = XML_GetCurrentByteIndex(mParser.get()); // -1 if none has begun
+    auto const token = XML_GetCurrentByteIndex(mParser.get()); // -1 before the first token
     return static_cast<std::ptrdiff_t>(inFed) - token > static_cast<std::ptrdiff_t>(inLength / 2);
 }
 
 template <typename Event>
 void ExpatParse::Send(Event inEvent) noexcept {
-    // The end of an empty element comes even after its start has stopped the parser.
+    // Expat sends the end of an empty element even if its start has stopped the parser.
     if (mException != nullptr) {
         return;
     }
@@ -124,6 +126,21 @@ void ExpatParse::Characters(void* ioParse, char const* inText, int inLength) {
     parse.Send([&] {
         utility::impl::AssignUTF8to16(inText, static_cast<std::size_t>(inLength), parse.mText);
         parse.mHandler.Characters(parse.mText);
+    });
+}
+
+void ExpatParse::DeclareEntity(void* ioParse, char const* inName, int inIsParameter,
+                               char const* inText, int inLength, char const*, char const*,
+                               char const*, char const*) {
+    // References to parameter entities and to external ones are not expanded.
+    if (inIsParameter != 0 || inText == nullptr) {
+        return;
+    }
+    auto& parse = *static_cast<ExpatParse*>(ioParse);
+    parse.Send([&] {
+        if (!parse.mEntities.Declare(inName, {inText, static_cast<std::size_t>(inLength)})) {
+            XML_StopParser(parse.mParser.get(), XML_FALSE);
+        }
     });
 }
 

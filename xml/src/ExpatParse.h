@@ -6,6 +6,7 @@
 
 #include "platform/Files.h"
 #include "xml/src/AttributeMap.h"
+#include "xml/src/EntityNesting.h"
 
 #include <boost/core/noncopyable.hpp>
 #include <expat.h>
@@ -16,15 +17,16 @@
 
 namespace brindle::xml::impl {
 
-/// One document on its way through Expat to a handler. For a single parse.
+/// Feeds one document to Expat, and Expat's events to a handler. For a single parse.
 class ExpatParse : private boost::noncopyable {
 public:
-    /// The handler outlives the parse. Expat takes its memory from `inMemory`, or from the heap.
+    /// The handler has to outlive the parse. Expat allocates by `inMemory`, or from the heap if it
+    /// is null.
     explicit ExpatParse(AbstractParseHandler& ioHandler,
                         XML_Memory_Handling_Suite const* inMemory = nullptr);
 
     XMLParseStatus Document(UTF8String const& inBuffer);
-    /// From the position of the file to its end.
+    /// Parses the file from its current position to its end.
     XMLParseStatus Document(platform::OpenFile& ioFile);
 
 private:
@@ -35,6 +37,10 @@ private:
     static void XMLCALL StartElement(void* ioParse, char const* inName, char const** inAttributes);
     static void XMLCALL EndElement(void* ioParse, char const* inName);
     static void XMLCALL Characters(void* ioParse, char const* inText, int inLength);
+    static void XMLCALL DeclareEntity(void* ioParse, char const* inName, int inIsParameter,
+                                      char const* inText, int inLength, char const* inBase,
+                                      char const* inSystemId, char const* inPublicId,
+                                      char const* inNotation);
 
     template <typename Event>
     void Send(Event inEvent) noexcept;
@@ -48,10 +54,11 @@ private:
     AbstractParseHandler& mHandler;
     std::unique_ptr<XML_ParserStruct, Free> mParser;
     std::exception_ptr mException; ///< what the handler threw
-    // Kept from event to event, for their storage.
+    // Members only so that their storage is reused from event to event.
     UTF16String mName;
     UTF16String mText;
     AttributeMap mAttributes;
+    EntityNesting mEntities;
 };
 
 } // namespace brindle::xml::impl

@@ -5,12 +5,12 @@
 
 namespace brindle::xml {
 
-ExpatParseHandler::ExpatParseHandler(std::unique_ptr<AbstractParseHandler>& ioHandler) noexcept
+ExpatParser::ExpatParser(std::unique_ptr<AbstractParseHandler>& ioHandler) noexcept
     : AbstractDocParser(ioHandler) {}
 
-ExpatParseHandler::~ExpatParseHandler() = default;
+ExpatParser::~ExpatParser() = default;
 
-XMLParseStatus ExpatParseHandler::ParseDocument(UTF16String const& inPath) {
+XMLParseStatus ExpatParser::ParseDocument(UTF16String const& inPath) {
     auto file = platform::OpenForReading(inPath);
     if (!file) {
         return kXMLParseStatus_Failure;
@@ -18,7 +18,7 @@ XMLParseStatus ExpatParseHandler::ParseDocument(UTF16String const& inPath) {
     return impl::ExpatParse(Handler()).Document(file.value);
 }
 
-XMLParseStatus ExpatParseHandler::ParseBuffer(UTF8String const& inBuffer) {
+XMLParseStatus ExpatParser::ParseBuffer(UTF8String const& inBuffer) {
     return impl::ExpatParse(Handler()).Document(inBuffer);
 }
 
@@ -26,7 +26,7 @@ ExpatParserFactory::~ExpatParserFactory() = default;
 
 std::unique_ptr<AbstractDocParser>
 ExpatParserFactory::GetParser(std::unique_ptr<AbstractParseHandler>& ioHandler) {
-    return std::make_unique<ExpatParseHandler>(ioHandler);
+    return std::make_unique<ExpatParser>(ioHandler);
 }
 
 } // namespace brindle::xml

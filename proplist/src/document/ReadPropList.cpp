@@ -1,8 +1,8 @@
 #include <brindle/proplist/PropListUtils.h>
 
 #include "platform/Files.h"
-#include "proplist/src/document/ReadErrors.h"
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/proplist/PropListXMLHandler.h>
@@ -14,14 +14,15 @@ namespace brindle::proplist::utils {
 
 namespace {
 
-/// A parser that reads into the list, or none if the host installed none.
+/// A parser that reads into the list; null if the host has installed no factory.
 std::unique_ptr<xml::AbstractDocParser> GetParser(PropList& ioList) {
     std::unique_ptr<xml::AbstractParseHandler> handler =
         std::make_unique<PropListXMLHandler>(ioList);
     return xml::GetParser(handler);
 }
 
-/// Puts ".old" behind the name of the file, and returns the new path.
+/// Appends ".old" to the name of the file, in place of an older file of that name. Returns the new
+/// path.
 UTF16String RenameToOld(filesupport::File inFile) {
     auto const suffix = u".old"_utf16;
     UTF16String const newPath = inFile.FullPath() + suffix;
@@ -33,8 +34,8 @@ UTF16String RenameToOld(filesupport::File inFile) {
     return newPath;
 }
 
-/// False if the file is not there, could not be read or could not be renamed. Where reading is what
-/// failed nothing shows that the file is damaged: somebody may just be saving it.
+/// Returns false if the file is missing, cannot be read or cannot be renamed. A file that cannot be
+/// read may be intact: another program may be saving it at the moment.
 bool SetAside(UTF16String const& inPath) {
     filesupport::File const file(inPath);
     if (!platform::OpenForReading(file.Helper().Path())) {
@@ -47,12 +48,8 @@ bool SetAside(UTF16String const& inPath) {
         return false;
     }
     try {
-        impl::ThrowReadError(
-            impl::kReadError_Parsing,
-            "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListCorruptRename=Error parsing "
-            "properties list from file \"^1\". It has been renamed to \"^2\". Proceeding.",
-            inPath, newPath);
-    } catch (...) { // the caller goes on with an empty list, whatever the host made of the report
+        config::ThrowError(config::kError_PropListSetAside, inPath, newPath);
+    } catch (...) { // the caller goes on with an empty list, whatever the report threw
     }
     return true;
 }
@@ -62,24 +59,18 @@ bool SetAside(UTF16String const& inPath) {
 void ReadPropList(UTF8String const& inText, PropList& ioList) {
     auto const parser = GetParser(ioList);
     if (parser == nullptr) {
-        impl::ThrowReadError(impl::kReadError_MissingParserFactory,
-                             "$$$/brn/proplist/Error/PropListUtils/MissingParserFactoryRead="
-                             "Missing XML Parser Factory in ReadPropList.");
+        config::ThrowError(config::kError_PropListReadWithoutParser);
         return;
     }
     if (parser->ParseBuffer(inText) != xml::kXMLParseStatus_Success) {
-        impl::ThrowReadError(impl::kReadError_Parsing,
-                             "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListRead="
-                             "Error parsing properties list from memory.");
+        config::ThrowError(config::kError_PropListRead);
     }
 }
 
 void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorrupt) {
     auto const parser = GetParser(ioList);
     if (parser == nullptr) {
-        impl::ThrowReadError(impl::kReadError_MissingParserFactory,
-                             "$$$/brn/proplist/Error/PropListUtils/MissingParserFactoryLoad="
-                             "Missing XML Parser Factory in LoadPropList.");
+        config::ThrowError(config::kError_PropListLoadWithoutParser);
         return;
     }
     if (parser->ParseDocument(inPath) == xml::kXMLParseStatus_Success) {
@@ -87,10 +78,7 @@ void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorr
     }
     ioList.Clear();
     if (!inRenameCorrupt || !SetAside(inPath)) {
-        impl::ThrowReadError(impl::kReadError_Parsing,
-                             "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListLoad="
-                             "Error parsing properties list from file \"^1\".",
-                             inPath);
+        config::ThrowError(config::kError_PropListLoad, inPath);
     }
 }
 

@@ -1,6 +1,6 @@
 #include <brindle/proplist/PropListUtils.h>
 
-#include "proplist/src/document/Readable.h"
+#include "proplist/src/document/DocumentCheck.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/SafeSaveStream.h>
@@ -9,8 +9,8 @@ namespace brindle::proplist {
 
 namespace {
 
-/// A reader makes line feeds of carriage returns, but not of references to them.
-void ReferToReturns(UTF8String& ioDocument) {
+/// Replaces carriage returns by references, since a reader turns plain ones into line feeds.
+void EscapeCarriageReturns(UTF8String& ioDocument) {
     auto at = ioDocument.find('\r');
     if (at == UTF8String::npos) {
         return;
@@ -30,8 +30,8 @@ void ReferToReturns(UTF8String& ioDocument) {
 void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     UTF8String document;
     WritePropList(document, inList);
-    ReferToReturns(document);
-    if (!impl::IsReadable(document) || impl::HoldsCutText(inList)) {
+    EscapeCarriageReturns(document);
+    if (!impl::HasOnlyXMLCharacters(document) || impl::HasTextWithNul(inList)) {
         throw filesupport::file_exception(ioFile);
     }
 

@@ -1,11 +1,12 @@
 #include "utility/src/memory/Managers.h"
 
 #include "platform/Fork.h"
+#include "utility/src/base/Mutex.h"
+#include "utility/src/memory/AllocatorManager.h"
 #include "utility/src/memory/ChunkSource.h"
 #include "utility/src/memory/TopChunks.h"
 
 #include <exception>
-#include <mutex>
 #include <utility>
 
 namespace brindle::utility {
@@ -18,8 +19,8 @@ std::array<DepotStorage, SizeClasses::kStocked> S_depots;
 
 namespace {
 
-// Held while the managers are made, and by who forks: a copy of the process finds all or nothing.
-std::mutex S_making;
+// Held while the managers are constructed and during a fork: a child finds all of them or none.
+Mutex S_making;
 
 template <std::size_t Class>
 void Make() {
@@ -42,8 +43,8 @@ bool IsReady() noexcept {
     return S_state.load(std::memory_order_acquire) == State::kReady;
 }
 
-/// Calls the function for each in the order of the locks: the depots, then the classes of requests,
-/// then those of their chunks.
+/// Calls the function for each in lock order: the depots, then the classes of requests, then those
+/// of chunks.
 template <typename Function>
 void ForEach(Function inFunction) {
     if (!IsReady()) {
@@ -57,19 +58,21 @@ void ForEach(Function inFunction) {
     }
 }
 
-void CloseForFork() {
-    S_making.lock();
-    ForEach([](auto& ioHolder) { ioHolder.CloseForFork(); });
+// The locks of the managers are held from one of these functions to the next.
+
+void CloseForFork() BRN_ACQUIRE(S_making) {
+    S_making.Lock();
+    ForEach([](auto& ioHolder) BRN_NO_THREAD_SAFETY_ANALYSIS { ioHolder.CloseForFork(); });
 }
 
-void OpenInParent() {
-    ForEach([](auto& ioHolder) { ioHolder.OpenInParent(); });
-    S_making.unlock();
+void OpenInParent() BRN_RELEASE(S_making) {
+    ForEach([](auto& ioHolder) BRN_NO_THREAD_SAFETY_ANALYSIS { ioHolder.OpenInParent(); });
+    S_making.Unlock();
 }
 
-void OpenInChild() {
-    ForEach([](auto& ioHolder) { ioHolder.OpenInChild(); });
-    S_making.unlock();
+void OpenInChild() BRN_RELEASE(S_making) {
+    ForEach([](auto& ioHolder) BRN_NO_THREAD_SAFETY_ANALYSIS { ioHolder.OpenInChild(); });
+    S_making.Unlock();
 }
 
 } // namespace
@@ -81,7 +84,7 @@ bool Initialize() noexcept {
         return state == State::kReady;
     }
     try {
-        std::lock_guard<std::mutex> const lock(S_making);
+        MutexLock const lock(S_making);
         MakeAll(std::make_index_sequence<SizeClasses::kCount>());
         if (!platform::OnFork(CloseForFork, OpenInParent, OpenInChild)) {
             return false;
@@ -110,7 +113,7 @@ void DisposeChunkMemory(void* inMemory, std::uint32_t inSize) noexcept {
     } else {
         Managers::Of(inSize == kSmallChunk ? SizeClasses::kOfSmallChunks
                                            : SizeClasses::kOfMiddleChunks)
-            .Dispose(inMemory, inSize);
+            .DisposeSeveral(&inMemory, 1);
     }
 }
 

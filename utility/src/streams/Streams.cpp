@@ -8,19 +8,19 @@ namespace brindle::utility {
 
 namespace {
 
-/// `inFresh` is a stream of the same kind without a buffer.
+/// `inFresh` is a new stream without a buffer.
 template <typename Unit>
 std::basic_streambuf<Unit>* Reset(std::basic_ios<Unit>& ioStream, std::basic_ios<Unit>& inFresh,
                                   std::basic_streambuf<Unit>* inBuffer) {
     std::basic_streambuf<Unit>* const earlier = ioStream.rdbuf();
-    // The exception mask goes too, so that the new state is not thrown.
+    // This copies the exception mask too, so that setting the buffer cannot throw.
     ioStream.copyfmt(inFresh);
     ioStream.rdbuf(inBuffer);
     return earlier;
 }
 
-// In this order, so that at unload each stream goes before its buffer, and a buffer that goes
-// flushes what is left in it.
+// In this order, so that each stream is destroyed before its buffer. A buffer flushes when it is
+// destroyed.
 debug::DebugStreamBuffer<std::uint16_t> S_debugBuffer;
 UTF16OutputStream S_debugStream(&S_debugBuffer);
 debug::UTF16StdOutStreamBuffer<std::uint16_t> S_stdOutBuffer;

@@ -4,7 +4,7 @@ namespace brindle {
 
 namespace {
 
-/// Past the classes' own `imbue`: that of the stream and of its string buffer, if it has one.
+/// Calls the `imbue` of the base class, which also imbues the string buffer.
 template <typename Unit>
 std::locale Imbue(std::basic_ios<Unit>& ioStream, std::locale const& inLocale) {
     return ioStream.imbue(utility::WithTextFacets(inLocale));
@@ -16,7 +16,7 @@ UTF16OutputStream::UTF16OutputStream() : std::basic_ostream<std::uint16_t>(nullp
     Imbue(*this, std::locale());
 }
 
-// The buffer comes last, for it is the client's and keeps its own locale.
+// The buffer is set last, because it belongs to the client and must keep its own locale.
 UTF16OutputStream::UTF16OutputStream(std::basic_streambuf<std::uint16_t>* inBuffer)
     : UTF16OutputStream() {
     rdbuf(inBuffer);

@@ -7,8 +7,8 @@ namespace brindle::utility {
 
 namespace {
 
-/// True if the locale has a facet for the units that a client put there, or one of ours that agrees
-/// with what the locale holds for standard characters.
+/// True if the locale has a `ctype` facet for the units that is usable: a client's own, or one of
+/// this library's that belongs to the locale's facet for standard characters.
 template <typename Unit>
 bool HasCtype(std::locale const& inLocale) {
     if (!std::has_facet<std::ctype<Unit>>(inLocale)) {

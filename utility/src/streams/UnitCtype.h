@@ -5,9 +5,9 @@
 
 namespace std {
 
-// The standard library declares the virtual members of its general ctype and leaves them undefined.
-// A class derived from it overrides them all, yet its construction refers to the base's table of
-// virtual functions, and so to these. Nothing calls them.
+// The standard library declares the virtual members of the primary template of `std::ctype`, but
+// does not define them. A derived class overrides them all, but its constructor refers to the
+// virtual table of the base, which refers to them. Nothing calls these definitions.
 
 template <typename Unit>
 ctype<Unit>::~ctype() {}
@@ -76,7 +76,7 @@ Unit const* ctype<Unit>::do_narrow(Unit const*, Unit const* inEnd, char, char*) 
 
 namespace brindle::utility {
 
-/// The standard character type whose facets do the work for a unit type of ours.
+/// The standard character type whose facets do the work for a unit type.
 template <typename Unit>
 struct StandardCharacter;
 template <>
@@ -90,14 +90,14 @@ struct StandardCharacter<std::uint8_t> {
 template <typename Unit>
 using StandardCharacterT = typename StandardCharacter<Unit>::type;
 
-/// Classifies units as the ctype facet of their standard character does.
+/// Classifies units like the `ctype` facet of their standard character type.
 template <typename Unit>
 class UnitCtype final : public std::ctype<Unit> {
 public:
     using Character = StandardCharacterT<Unit>;
     using typename std::ctype<Unit>::mask;
 
-    /// Shares the facet of `inBase`, and keeps it alive.
+    /// Uses the facet of `inBase`, and keeps it alive.
     explicit UnitCtype(std::locale const& inBase)
         : mOwner(std::locale::classic().combine<std::ctype<Character>>(inBase)),
           mFacet(std::use_facet<std::ctype<Character>>(mOwner)) {}

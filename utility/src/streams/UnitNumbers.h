@@ -7,7 +7,7 @@
 
 namespace brindle::utility {
 
-/// Takes the standard characters that a facet writes, and hands them on as units.
+/// Receives the standard characters that a facet writes, and writes them to the target as units.
 template <typename Unit>
 class UnitSink final : public std::basic_streambuf<StandardCharacterT<Unit>> {
 public:
@@ -29,8 +29,8 @@ private:
     std::ostreambuf_iterator<Unit> mTarget;
 };
 
-/// Gives units as standard characters, and takes not one more than the facet consumes: what stops
-/// a number stays in the stream.
+/// Delivers units as standard characters. It reads none before the facet consumes it, so the unit
+/// that ends a number stays in the stream.
 template <typename Unit>
 class UnitSource final : public std::basic_streambuf<StandardCharacterT<Unit>> {
 public:
@@ -58,7 +58,7 @@ private:
     Iterator mEnd;
 };
 
-/// Writes numbers by the facet that the stream's locale holds for the standard character.
+/// Writes numbers by the facet that the stream's locale has for the standard character type.
 template <typename Unit>
 class UnitNumPut final : public std::num_put<Unit> {
     using Character = StandardCharacterT<Unit>;
@@ -108,7 +108,7 @@ class UnitNumPut final : public std::num_put<Unit> {
     }
 };
 
-/// Reads numbers by the facet that the stream's locale holds for the standard character.
+/// Reads numbers by the facet that the stream's locale has for the standard character type.
 template <typename Unit>
 class UnitNumGet final : public std::num_get<Unit> {
     using Character = StandardCharacterT<Unit>;

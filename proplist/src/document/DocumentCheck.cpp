@@ -1,6 +1,7 @@
-#include "proplist/src/document/Readable.h"
+#include "proplist/src/document/DocumentCheck.h"
 
 #include "proplist/src/model/PropNodes.h"
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <algorithm>
 #include <vector>
@@ -15,8 +16,8 @@ constexpr bool IsAllowedControl(std::uint8_t inByte) {
 
 constexpr std::ptrdiff_t kBlockSize = 64;
 
-/// True for a block of allowed ASCII characters. Without branches, so that the compiler makes it a
-/// few vector instructions.
+/// True if the block consists of allowed ASCII characters. There are no branches, so that the
+/// compiler makes a few vector instructions of it.
 bool IsPlainBlock(std::uint8_t const* inBlock) noexcept {
     unsigned refused = 0;
     for (std::ptrdiff_t i = 0; i < kBlockSize; ++i) {
@@ -29,38 +30,23 @@ bool IsPlainBlock(std::uint8_t const* inBlock) noexcept {
     return refused == 0;
 }
 
-/// The length of the allowed character that begins here, in bytes; 0 if none does.
+/// The length in bytes of the character that begins here; 0 if it is malformed or not allowed.
 std::ptrdiff_t CharacterLength(std::uint8_t const* inBytes, std::ptrdiff_t inCount) noexcept {
-    unsigned const lead = inBytes[0];
-    if (lead < 0x80) {
-        return lead >= 0x20 || IsAllowedControl(inBytes[0]) ? 1 : 0;
-    }
-    if (lead < 0xC2 || lead > 0xF4) {
-        return 0;
-    }
-    std::ptrdiff_t const length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (inCount < length) {
-        return 0;
-    }
-    // What the second byte may be keeps out overlong forms, surrogates and what is over U+10FFFF.
-    unsigned const least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    unsigned const most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-    if (inBytes[1] < least || inBytes[1] > most) {
-        return 0;
-    }
-    bool const isWhole = std::all_of(inBytes + 2, inBytes + length,
-                                     [](std::uint8_t inByte) { return (inByte & 0xC0U) == 0x80; });
-    bool const isNoncharacter = lead == 0xEF && inBytes[1] == 0xBF && inBytes[2] >= 0xBE;
-    return isWhole && !isNoncharacter ? length : 0;
+    auto const [character, length] =
+        utility::DecodeUTF8Sequence(inBytes, static_cast<std::size_t>(inCount));
+    bool const isControl = character < 0x20 && !IsAllowedControl(inBytes[0]);
+    bool const isSurrogate = 0xD800 <= character && character <= 0xDFFF;
+    bool const isNoncharacter = character == 0xFFFE || character == 0xFFFF;
+    return isControl || isSurrogate || isNoncharacter ? 0 : length;
 }
 
-bool IsCut(UTF16String const& inText) {
+bool HasNul(UTF16String const& inText) {
     return inText.find(std::uint16_t{0}) != UTF16String::npos;
 }
 
 } // namespace
 
-bool IsReadable(UTF8String const& inDocument) noexcept {
+bool HasOnlyXMLCharacters(UTF8String const& inDocument) noexcept {
     auto const* at = inDocument.data();
     auto const* const end = at + inDocument.size();
     while (at != end) {
@@ -81,7 +67,7 @@ bool IsReadable(UTF8String const& inDocument) noexcept {
     return true;
 }
 
-bool HoldsCutText(PropList const& inList) {
+bool HasTextWithNul(PropList const& inList) {
     using TextsNode = PropListArrayNode<UTF16String>;
     std::vector<PropList const*> lists{&inList};
     while (!lists.empty()) {
@@ -93,13 +79,13 @@ bool HoldsCutText(PropList const& inList) {
                 lists.push_back(&static_cast<PropListNode const*>(node)->mList);
                 break;
             case UnicodeStringPropNode::kType:
-                if (IsCut(static_cast<UnicodeStringPropNode const*>(node)->Value())) {
+                if (HasNul(static_cast<UnicodeStringPropNode const*>(node)->Value())) {
                     return true;
                 }
                 break;
             case TextsNode::kType: {
                 auto const& texts = static_cast<TextsNode const*>(node)->Values();
-                if (std::any_of(texts.begin(), texts.end(), IsCut)) {
+                if (std::any_of(texts.begin(), texts.end(), HasNul)) {
                     return true;
                 }
                 break;

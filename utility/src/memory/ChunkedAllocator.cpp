@@ -1,4 +1,4 @@
-#include "utility/src/memory/AllocatorManager.h"
+#include "utility/src/memory/ChunkedAllocator.h"
 
 #include "utility/src/memory/ChunkSource.h"
 
@@ -13,19 +13,21 @@ namespace {
 constexpr char kContract[] = "inSize <= BlockSize()";
 constexpr char kContractFile[] = "utility/src/SmallBlockAllocator";
 
-using MutexLock = threads::FreezableMutexLock;
+using threads::FreezableMutexLock;
 
 } // namespace
 
-/// Keeps the set of chunks withdrawn as long as it lives. For who has the mutex.
+/// Withdraws the set of chunks for its lifetime. The mutex must be held.
 class ChunkedAllocator::Withdrawal {
 public:
-    explicit Withdrawal(ChunkedAllocator& ioAllocator) : mAllocator(ioAllocator) {
+    explicit Withdrawal(ChunkedAllocator& ioAllocator) BRN_REQUIRES(ioAllocator.mMutex)
+        : mAllocator(ioAllocator) {
         mAllocator.Withdraw();
     }
     Withdrawal(Withdrawal const&) = delete;
     Withdrawal& operator=(Withdrawal const&) = delete;
-    ~Withdrawal() { mAllocator.Publish(); }
+    // Not analysed: the analysis does not see that the constructor's caller still holds the mutex.
+    ~Withdrawal() BRN_NO_THREAD_SAFETY_ANALYSIS { mAllocator.Publish(); }
 
 private:
     ChunkedAllocator& mAllocator;
@@ -41,16 +43,16 @@ void ChunkedAllocator::Withdraw() {
 }
 
 void ChunkedAllocator::Publish() {
-    // An empty set stays withdrawn: there is nothing in it, and the next chunk need not wait.
+    // An empty set stays withdrawn: it has nothing to take, and adding a chunk need not wait then.
     bool const isOpen = !mIsForking && mChunks.Count() != 0;
-    // Releases the changes of the set to who reads the pointer.
+    // Releases the changes of the set to the threads that read the pointer.
     mPublished.store(isOpen ? &mChunks : nullptr, std::memory_order_release);
 }
 
 void* ChunkedAllocator::Allocate(unsigned int inSize) {
     debug::CheckContract(inSize <= BlockSize(), kContract, kContractFile, 447);
     void* block = nullptr;
-    AllocateSeveral(&block, 1);
+    static_cast<void>(AllocateSeveral(&block, 1)); // one, or it throws
     return block;
 }
 
@@ -70,7 +72,7 @@ void ChunkedAllocator::DisposeSeveral(void* const* inBlocks, std::uint32_t inCou
 
 std::uint32_t ChunkedAllocator::Take(void** outBlocks, std::uint32_t inCount) {
     if (mPublished.load(std::memory_order_relaxed) == nullptr) {
-        return 0; // saves the share, decides nothing
+        return 0; // only saves taking the lock
     }
     threads::SharedGuard const share(mPublishLock, true);
     if (!share.IsLocked()) {
@@ -84,7 +86,7 @@ std::uint32_t ChunkedAllocator::Take(void** outBlocks, std::uint32_t inCount) {
 }
 
 std::uint32_t ChunkedAllocator::TakeSlowly(void** outBlocks, std::uint32_t inCount) {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     if (std::uint32_t const taken = Take(outBlocks, inCount); taken != 0) {
         return taken;
     }
@@ -96,7 +98,7 @@ std::uint32_t ChunkedAllocator::TakeSlowly(void** outBlocks, std::uint32_t inCou
     return mChunks.Current()->Take(outBlocks, inCount);
 }
 
-/// False if a block is foreign.
+/// Returns false if one of the blocks is of no chunk here.
 bool ChunkedAllocator::Give(void* const* inBlocks, std::uint32_t inCount) {
     Return result{};
     bool isDone = false;
@@ -110,8 +112,8 @@ bool ChunkedAllocator::Give(void* const* inBlocks, std::uint32_t inCount) {
         }
     }
     if (!isDone) {
-        // The set stays as it is for whoever has the mutex.
-        MutexLock const lock(mMutex);
+        // The set does not change while the mutex is held.
+        FreezableMutexLock const lock(mMutex);
         result = GiveTo(mChunks, inBlocks, inCount);
     }
     if (result.isPurgeDue) {
@@ -153,7 +155,7 @@ void ChunkedAllocator::AddChunk() {
 }
 
 void ChunkedAllocator::Purge() {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     Withdrawal const alone(*this);
     while (!mPlan.keepOneChunk || mChunks.Count() > 1) {
         Chunk* const chunk = mChunks.RemoveEmpty();
@@ -171,7 +173,7 @@ void ChunkedAllocator::Purge() {
 }
 
 ChunkedAllocator::Census ChunkedAllocator::Count() {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     Census census{mChunks.Count(), mBytes, 0, 0};
     for (Chunk const* const chunk : mChunks.ByAddress()) {
         census.blocks += chunk->BlockCount();
@@ -182,7 +184,7 @@ ChunkedAllocator::Census ChunkedAllocator::Count() {
 
 void ChunkedAllocator::CloseForFork() {
     mMutex.Freeze();
-    // Waits out who is inside. The forking thread itself may still come, by way of the mutex.
+    // Waits for the threads inside to leave. The forking thread may still enter, through the mutex.
     mIsForking = true;
     Withdraw();
 }
@@ -194,11 +196,11 @@ void ChunkedAllocator::OpenInParent() {
 }
 
 void ChunkedAllocator::OpenInChild() {
-    mMutex.ThawInChild();
-    // A thread that is not here may have been at its mutexes.
+    // A thread that does not exist in the child may have held its mutexes.
     new (&mPublishLock) threads::ReadWriteLock;
     mIsForking = false;
     Publish();
+    mMutex.ThawInChild();
 }
 
 } // namespace brindle::utility

@@ -1,4 +1,4 @@
-#include "host/files/InOrder.h"
+#include "host/files/RunInOrder.h"
 
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
@@ -21,7 +21,7 @@ using Step = std::function<void(std::size_t)>;
 
 using Pool = boost::shared_ptr<threads::AsyncThreadedExecutor>;
 
-/// Null if the system refuses so many threads, which has been reported.
+/// Null if the system refuses so many threads; that has been reported then.
 Pool MakePool(std::size_t inThreadCount) {
     try {
         return threads::CreateAsyncThreadedExecutor("worker", static_cast<int>(inThreadCount),
@@ -36,13 +36,13 @@ public:
     OrderedRun(std::size_t inCount, Step const& inCompute, Step const& inDeliver, Pool inPool)
         : mCount(inCount), mCompute(inCompute), mDeliver(inDeliver), mPool(std::move(inPool)) {}
 
-    /// The workers call into this object, so it waits for their end.
+    /// Waits for the workers, because they call into this object.
     ~OrderedRun() {
         try {
             mPool->Shutdown();
             mPool->Synchronize();
         } catch (std::bad_alloc const&) {
-            // They end by themselves; nothing is under way that would call into this object.
+            // `Run` has waited for all calls into this object; the workers end by themselves.
         }
     }
 
@@ -60,7 +60,7 @@ public:
     }
 
 private:
-    /// Under the lock: posts whatever may be under way.
+    /// Posts as many indices as may be in progress. Call it with the mutex locked.
     void PostMore() {
         while (!mFailure && mPosted < std::min(mCount, mDelivered + kMostAhead)) {
             mPool->Post([this, index = mPosted] { Work(index); }, 0);
@@ -92,8 +92,9 @@ private:
         }
     }
 
-    /// Whoever finds the next result computed takes it and delivers it, then the one behind it.
-    /// Until it is delivered there is no next one, so nobody else delivers.
+    /// Delivers the next result if it is computed, and then those that follow it. Clearing its flag
+    /// claims a result, and the next one is not looked at before it is delivered, so only one
+    /// thread delivers at a time.
     void DeliverWhatIsNext(std::unique_lock<std::mutex>& ioLock) {
         while (!mFailure && mIsComputed[mDelivered % kMostAhead]) {
             mIsComputed[mDelivered % kMostAhead] = false;
@@ -110,10 +111,10 @@ private:
     Step const& mDeliver;
     std::mutex mMutex;
     std::condition_variable mEnded;
-    std::array<bool, kMostAhead> mIsComputed{}; // and not taken yet
+    std::array<bool, kMostAhead> mIsComputed{}; // and not claimed for delivery yet
     std::size_t mPosted = 0;
     std::size_t mUnderWay = 0;
-    std::size_t mDelivered = 0; // changed by who delivers alone, who may read it without the lock
+    std::size_t mDelivered = 0; // only the delivering thread writes it, and may read it unlocked
     std::exception_ptr mFailure;
     Pool const mPool;
 };

@@ -1,8 +1,9 @@
-#include "host/plist/LoadedList.h"
+#include "host/plist/LoadList.h"
 
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 #include "host/files/WhyUnreadable.h"
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/config/ErrorManager.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
@@ -18,8 +19,8 @@ using namespace literals;
 
 namespace {
 
-/// Throws what is reported while it lives, so that the diagnostic can name the file as it was
-/// given.
+/// While it exists, reported errors are thrown, so that the diagnostic can name the file as the
+/// user wrote it.
 class ThrowReports : public config::ErrorManager {
 public:
     ThrowReports() : mBefore(config::ErrorManager::Get()) { config::ErrorManager::Set(this); }
@@ -28,8 +29,7 @@ public:
     void ThrowErrorImpl(config::ErrorLevel, char const*, std::uint32_t, std::int32_t inCode, bool,
                         config::ReplacementValue const&, config::ReplacementValue const&,
                         config::ReplacementValue const&, config::ReplacementValue const&) override {
-        constexpr std::int32_t kCode_LaterVersion = 20;
-        throw unreadable_error(inCode == kCode_LaterVersion
+        throw unreadable_error(inCode == config::kError_PropListVersion.code
                                    ? "is a property list of a later version"
                                    : "cannot be read as a property list");
     }
@@ -38,7 +38,7 @@ private:
     config::ErrorManager* const mBefore;
 };
 
-/// Notes whether a document has a list at all.
+/// Finds out whether a document contains a list at all.
 class ListSeeker final : public xml::AbstractParseHandler {
 public:
     explicit ListSeeker(bool& outFound) noexcept : mFound(outFound) {}
@@ -55,8 +55,9 @@ private:
 bool HoldsList(filesupport::File const& inFile) {
     bool found = false;
     std::unique_ptr<xml::AbstractParseHandler> handler = std::make_unique<ListSeeker>(found);
-    xml::GetParser(handler)->ParseDocument(inFile.FullPath());
-    return found;
+    return xml::GetParser(handler)->ParseDocument(inFile.FullPath()) ==
+               xml::kXMLParseStatus_Success &&
+           found;
 }
 
 void RequireReadable(filesupport::File const& inFile) {
@@ -75,7 +76,7 @@ void LoadList(filesupport::File const& inFile, proplist::PropList& outList) {
     RequireReadable(inFile);
     ThrowReports const throwReports;
     proplist::utils::LoadPropList(inFile.FullPath(), outList, false);
-    // A document of another kind reads as a list of nothing.
+    // A document of another kind is read as an empty list.
     if (outList.IsEmpty() && !HoldsList(inFile)) {
         throw unreadable_error("is no property list");
     }
