@@ -23,7 +23,7 @@ class SafeSaveTest : public tests::InTemporaryDirectory {};
 TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
     fs::permissions(mTemporary.Native(), fs::perms::all);
     tests::OrdinaryUser const user;
-    tests::TemporaryDirectory const elsewhere("/dev/shm"); // usually another file system
+    auto const elsewhere = tests::TemporaryDirectory::OnAnotherFileSystem();
     std::optional<IPlatformByteStream> reader;
     std::optional<OPlatformByteStream> writer;
     using Prepare = std::function<void(std::string const& inPlace, std::string const& inTemp)>;
