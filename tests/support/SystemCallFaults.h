@@ -54,7 +54,10 @@ inline std::string SyncLetter(pid_t inProcess, __ptrace_syscall_info const& inCa
     switch (static_cast<long>(inCall.entry.nr)) {
     case SYS_pwrite64:
         return "w";
+#ifdef SYS_renameat // where it is missing, SYS_renameat2 does the same
     case SYS_renameat:
+#endif
+    case SYS_renameat2:
         return "r";
     case SYS_fsync: {
         auto const descriptors = "/proc/" + std::to_string(inProcess) + "/fd/";
