@@ -15,60 +15,63 @@ namespace brindle::arrange {
 /// A node of a tree that is laid out: a leaf (`Single`) or a group.
 ///
 /// The root of a node is its topmost ancestor; a node without a parent is its own root. The
-/// rectangle and the switch that turns arranging on and off are the root's. Nodes do not own each
-/// other and may go in any order: a parent that is gone is no parent.
+/// rectangle, and the switch that turns arranging on and off, belong to the root. Nodes do not own
+/// each other and may be destroyed in any order; a parent that was destroyed counts as no parent.
 ///
-/// A tree belongs to one thread at a time. Nothing here throws; what a client's own operation
-/// throws passes through.
+/// A tree belongs to one thread at a time. Nothing here throws, apart from exceptions of the
+/// client's own operations, which pass through.
 class BRN_API IArrangeable {
 public:
     explicit IArrangeable(IArrangeable* inParent = nullptr);
-    /// A copy has the same parent and has not been measured yet.
+    /// A copy has the same parent and is not measured yet.
     IArrangeable(IArrangeable const& inOther);
-    /// What this node was part of is measured anew too, when it is arranged next.
+    /// Marks this node and its ancestors to be measured again when they are arranged next.
     IArrangeable& operator=(IArrangeable const& inOther);
     virtual ~IArrangeable();
 
-    /// Calls the function for each child in order, until it returns false; false then. A leaf has
-    /// none. A group's are told by the client.
+    /// Calls the function for each child in order until it returns false. Returns whether it
+    /// returned true for all of them. A leaf has no children; a group's client overrides both
+    /// forms.
     virtual bool VisitChildren(boost::function<bool(IArrangeable const&)> inFunction) const;
     virtual bool VisitChildren(boost::function<bool(IArrangeable&)> inFunction);
 
-    /// Sets the parent and nothing else. A group does it for the children that it finds.
+    /// Sets the parent and nothing else. A group sets it for its children when it is measured.
     void SetParent(IArrangeable* inParent) { mParent = impl::NodePointer<IArrangeable>(inParent); }
     IArrangeable* Parent() noexcept { return mParent.Get(); }
     IArrangeable const* Parent() const noexcept { return mParent.Get(); }
 
-    /// Arranges the whole tree in the rectangle, which always is the root's: every leaf and group
-    /// hears its place. Result: the size taken. Without a width and a height above 0, or with
-    /// arranging switched off, nothing happens and the result is (0, 0).
+    /// Arranges the whole tree in the rectangle, which is always the root's: every leaf and group
+    /// is given its place. Returns the size taken. If the width or the height is not above 0, or
+    /// arranging is switched off, nothing happens and the result is (0, 0).
     ///
-    /// A client that invalidates the root while it is arranged has another pass, up to 5
-    /// altogether.
+    /// A tree that is invalid again at the end of a pass is measured and arranged once more, up to
+    /// 5 passes in all.
     geom::PointT<float> Arrange(geom::RectT<float> const& inRect);
-    /// Arranges the tree in the rectangle that it had last.
+    /// Arranges the tree in the rectangle of the last `Arrange`.
     void Rearrange();
 
-    /// The size at which this node looks best, which all of its content fits in.
+    /// A good size to open a window at: the minimum size of the alternative that is nearest the
+    /// golden ratio. (0, 0) without alternatives.
     geom::PointT<float> BestSize();
 
-    /// Switches arranging of the whole tree on or off; when it comes on, the tree is rearranged.
-    /// Wrap many changes in it and pay for one rearrangement.
+    /// Switches arranging of the whole tree on or off. Switching it on rearranges the tree, so a
+    /// client that makes many changes switches it off before and on afterwards, and pays for one
+    /// rearrangement.
     void EnableArrangement(bool inEnabled);
     bool ArrangementEnabled() const noexcept { return Root().mIsEnabled; }
 
-    /// This node looks different now: it and what it is part of will be measured anew. Rearranges
-    /// the tree before it returns, unless arranging is switched off.
+    /// To be called when this node looks different: marks it and its ancestors to be measured
+    /// again, and rearranges the tree before it returns, unless arranging is switched off.
     void Invalidate();
-    /// Invalidates each child and then this node; nothing if arranging is switched off.
+    /// Invalidates each child and then this node. Does nothing if arranging is switched off.
     void InvalidateAll();
 
-    /// The alternatives of this node, measured anew if it was invalid.
+    /// The alternatives of this node, which is measured first if it is invalid.
     impl::ArrangementSet& Arrangements();
 
-    /// True as long as this node exists and is not retired.
+    /// Points to true for as long as this node exists and is not retired.
     std::shared_ptr<bool const> Lifeline() const noexcept { return mIsAlive; }
-    /// From now on the node counts as gone, although an operation of it has not returned yet.
+    /// Makes the node count as destroyed, although one of its operations has not returned yet.
     void Retire() noexcept { *mIsAlive = false; }
     /// Whether an operation that measures or arranges this node has not returned yet.
     bool IsAtWork() const noexcept { return mWorkDepth != 0; }

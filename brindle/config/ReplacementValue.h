@@ -7,8 +7,8 @@
 
 namespace brindle::config {
 
-/// One typed value for a placeholder of an error's text. Only the field of its kind is set; the
-/// others are zero or empty.
+/// The value of a placeholder in an error's text: a number, a text, or nothing. Only the field of
+/// its kind is set; the others are zero or empty.
 class BRN_API ReplacementValue {
 public:
     enum Kind : std::int32_t {
@@ -27,7 +27,7 @@ public:
     ReplacementValue(double inValue) : mKind(kKind_Double), mDouble(inValue) {}
     ReplacementValue(UTF16String const& inValue) : mKind(kKind_Text), mText(inValue) {}
 
-    /// Zeroes the three numbers; the kind and the text stay.
+    /// Zeroes the three numbers and leaves the kind and the text as they are.
     void Init() noexcept {
         mUnsigned = 0;
         mSigned = 0;

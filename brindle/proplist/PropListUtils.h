@@ -23,10 +23,10 @@ BRN_API void WritePropList(UTF8String& outText, PropList const& inList);
 /// Reads a document into the list. The list keeps its properties; where a key exists, the
 /// document's value replaces it.
 ///
-/// A document that is not well-formed is reported (`config::ThrowError`, module
-/// `kErrorModule_PropList`, code 22), and the list keeps what was read before the fault. Code 20
-/// means that the document's version is higher than the current one, code 21 that no parser is
-/// installed (`xml::SetParserFactory`).
+/// A document that is not well-formed is reported (`config::kError_PropListRead`), and the list
+/// keeps what was read before the fault. Also reported are a document of a later version
+/// (`kError_PropListVersion`) and a program that has installed no parser by
+/// `xml::SetParserFactory` (`kError_PropListReadWithoutParser`).
 BRN_API void ReadPropList(UTF8String const& inText, PropList& ioList);
 
 /// The same from a file. A document that is not well-formed, or a file that cannot be read, leaves

@@ -25,8 +25,8 @@ public:
     PropListXMLHandler& operator=(PropListXMLHandler const&) = delete;
     ~PropListXMLHandler() override;
 
-    /// Reports a document of a version higher than the current one (`config::ThrowError`, module
-    /// `kErrorModule_PropList`, code 20), and goes on if that returns.
+    /// Reports a version higher than the current one (`config::kError_PropListVersion`), and goes
+    /// on if that returns.
     void StartElement(UTF16String const& inName,
                       std::map<UTF16String, UTF16String> const& inAttributes) override;
     void EndElement(UTF16String const& inName) override;

@@ -1,7 +1,7 @@
 #include <brindle/config/ClientIdentity.h>
-#include <brindle/utility/Unicode.h>
 
-#include <string>
+#include <brindle/Version.h>
+#include <brindle/utility/Unicode.h>
 
 namespace brindle::config {
 
@@ -12,9 +12,6 @@ UTF16String S_clientVersion = u"No Client Version"_utf16;
 UTF16String S_clientInternalVersion = u"No Client Internal Version"_utf16;
 UTF16String S_clientBuildNumber = u"No Client Internal Version"_utf16;
 UTF16String S_companyName = u"No Company Name"_utf16;
-
-constexpr char kVersion[] = "2.0.0";
-constexpr char kBuild[] = "161039";
 
 } // namespace
 
@@ -59,7 +56,7 @@ UTF16String const& GetCompanyName() noexcept {
 }
 
 UTF16String GetVersionString() {
-    return utility::AsciiToUTF16((std::string(kVersion) + "." + kBuild).c_str());
+    return utility::AsciiToUTF16(BRINDLE_VERSION "." BRINDLE_BUILD);
 }
 
 } // namespace brindle::config

@@ -9,7 +9,7 @@ DeferredErrorReporter::DeferredErrorReporter(bool inReportErrorWhenFinished)
 }
 
 DeferredErrorReporter::~DeferredErrorReporter() {
-    // A host that uninstalled its manager too early has lost the list, not the process.
+    // A host may have uninstalled its manager before the last reporter is gone.
     if (ErrorManager* const manager = ErrorManager::S_managerP.load(std::memory_order_acquire)) {
         manager->RemoveDeferredErrorReporter(this);
     }
@@ -19,7 +19,7 @@ void DeferredErrorReporter::Finish() {
     if (!mReportErrorWhenFinished || mPendingCount < 1) {
         return;
     }
-    // A copy is replayed: the host may raise the next error, or drop this reporter, meanwhile.
+    // The manager may raise the next error or drop this reporter, so a copy is replayed.
     boost::intrusive_ptr<DeferredErrorReporter const> const last = new DeferredErrorReporter(*this);
     mPendingCount = 0;
     ErrorManager::Get()->ThrowErrorImpl(last->mLastLevel, last->mLastKey.c_str(), last->mLastModule,

@@ -58,7 +58,7 @@ void ErrorManager::ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std
         mReporters.front()->SetLastError(inLevel, inKey, inModule, inCode, inFirst, inSecond,
                                          inThird, inFourth);
     }
-    // Dispatch leaves the manager as it is; what the host's reporting changes is the host's own.
+    // Dispatching changes nothing of the base; the host's operation may change the host's state.
     const_cast<ErrorManager*>(this)->ThrowErrorImpl(inLevel, inKey, inModule, inCode, inDeferrable,
                                                     inFirst, inSecond, inThird, inFourth);
 }

@@ -3,6 +3,7 @@
 #include "host/files/FileErrors.h"
 #include "host/files/WhyUnreadable.h"
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/config/ErrorManager.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
@@ -28,8 +29,7 @@ public:
     void ThrowErrorImpl(config::ErrorLevel, char const*, std::uint32_t, std::int32_t inCode, bool,
                         config::ReplacementValue const&, config::ReplacementValue const&,
                         config::ReplacementValue const&, config::ReplacementValue const&) override {
-        constexpr std::int32_t kCode_LaterVersion = 20;
-        throw unreadable_error(inCode == kCode_LaterVersion
+        throw unreadable_error(inCode == config::kError_PropListVersion.code
                                    ? "is a property list of a later version"
                                    : "cannot be read as a property list");
     }

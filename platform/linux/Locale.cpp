@@ -11,13 +11,13 @@ namespace brindle::platform {
 
 namespace {
 
-/// The user's locale in some categories; the "C" locale if the system does not have it.
+/// The user's locale for some categories, or the "C" locale if the system does not have it.
 locale_t UserLocale(int inCategories) {
     auto const user = ::newlocale(inCategories, "", nullptr);
     return user != nullptr ? user : ::newlocale(inCategories, "C", nullptr);
 }
 
-/// One wide character for a code point; a lone surrogate stands for itself.
+/// One wide character for each code point; a surrogate without its partner stays as it is.
 std::wstring Widen(UTF16String const& inText) {
     std::wstring wide;
     wide.reserve(inText.size());
@@ -34,7 +34,7 @@ std::wstring Widen(UTF16String const& inText) {
 /// The first unit of what a locale says about `inItem`.
 std::uint16_t FirstUnit(locale_t inLocale, nl_item inItem, std::uint16_t inDefault) {
     char const* const text = ::nl_langinfo_l(inItem, inLocale);
-    // The text is in the code page of its locale, and only the thread's locale decodes.
+    // The text is in the encoding of its locale, and only the thread's locale can decode it.
     auto const previous = ::uselocale(inLocale);
     wchar_t character = 0;
     std::mbstate_t state{};
@@ -50,7 +50,7 @@ int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
     auto const lhs = Widen(inLHS);
     auto const rhs = Widen(inRHS);
     static locale_t const locale = UserLocale(LC_COLLATE_MASK | LC_CTYPE_MASK);
-    // The system compares up to a NUL, so text that holds some is compared piece by piece.
+    // The system compares up to a NUL, so texts with NULs in them are compared piece by piece.
     std::size_t left = 0;
     std::size_t right = 0;
     for (;;) {

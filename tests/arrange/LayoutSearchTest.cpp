@@ -24,7 +24,7 @@ std::vector<Form> const kForms[] = {
 using Lengths = std::vector<float>;
 
 /// A random group whose children have alternatives, for the search and for the model. The best
-/// width of an alternative, which the search does not look at, is its number.
+/// width of an alternative, which the search does not use, is its number.
 struct Group {
     Group(std::mt19937& ioRandom, Lengths const& inExtents, Lengths const& inSpaces,
           std::size_t inKind, std::size_t inChildren, std::size_t inAlternatives) {
@@ -109,12 +109,13 @@ TEST(LayoutSearch, KeepsWhatTryingEveryLayoutKeeps) {
             for (FoundLayout const& layout : FindLayouts(group.problem)) {
                 found.push_back(Text(group.Built(layout)));
             }
-            ASSERT_EQ(kept, found) << "extents to " << extents.back() << ", round " << round;
+            ASSERT_EQ(found, kept) << "extents to " << extents.back() << ", round " << round;
         }
     }
 }
 
-/// Another alternative of a child, and a line broken in two or children moved to the next one.
+/// The layout with another alternative of one child, and with one line broken in two or some of
+/// its children moved to the next line.
 FoundLayout Neighbour(std::mt19937& ioRandom, LayoutProblem const& inProblem, FoundLayout layout) {
     auto const below = [&](std::size_t n) { return static_cast<std::uint32_t>(ioRandom() % n); };
     std::uint32_t const child = below(layout.alternatives.size());
@@ -166,9 +167,9 @@ TEST(LayoutSearch, StaysSmallWhereSizesSayNothing) {
             {},
             kForms[5]};
         std::vector<FoundLayout> const layouts = FindLayouts(problem);
-        ASSERT_EQ(count == 37 ? 14U : 26U, layouts.size());
+        ASSERT_EQ(layouts.size(), count == 37 ? 14U : 26U);
         for (FoundLayout const& layout : layouts) {
-            EXPECT_EQ(count, std::accumulate(layout.lines.begin(), layout.lines.end(), 0U));
+            EXPECT_EQ(std::accumulate(layout.lines.begin(), layout.lines.end(), 0U), count);
         }
         problem.children.back().clear();
         EXPECT_TRUE(FindLayouts(problem).empty());

@@ -1,4 +1,4 @@
-// A client whose functions run on the library's threads: it shares the types of Boost with it.
+// A client whose functions run on the library's threads: both use the same types of Boost.
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
 #include <atomic>

@@ -1,5 +1,5 @@
-// A client that has the public headers and the shared library alone: the facets of the text streams
-// must reach it across the library's border, whatever visibility and optimisation it has.
+// A client with nothing but the public headers and the library: both must see the same facets of
+// the text streams, whatever visibility and optimisation the client is compiled with.
 
 #include <brindle/debug/StreamBuffers.h>
 #include <brindle/utility/Locale.h>
@@ -43,7 +43,7 @@ int main() {
     in >> number >> word;
     check(number == 12.5 && word == "word"_utf8 && in.eof(), "extraction of bytes");
 
-    // The client's own code looks up the facets here.
+    // Here the facets are looked up by code that is compiled into the client.
     std::locale const locale = utility::WithTextFacets(Locale::Default());
     check(std::has_facet<std::ctype<std::uint16_t>>(locale), "ctype of 16-bit units");
     check(!std::has_facet<std::num_put<std::uint8_t>>(std::locale()), "the global locale is clean");

@@ -1,4 +1,5 @@
-// A client that reads XML: an archive brings in what the library's parser stands on.
+// A client that reads XML: the package of an archive must bring the XML parser that the archive
+// uses.
 #include <brindle/xml/ExpatParser.h>
 
 int main() {

@@ -61,7 +61,7 @@ void DynamicGroup::SetArrangementType(GroupArrangementType inType, IArrangeable*
     if (isOtherType && mGroup != nullptr) {
         mGroup->Invalidate();
     }
-    // It still holds what was built of the replaced group, which is gone.
+    // Its alternatives still refer to the group that was replaced.
     if (IArrangeable* const node = holder.Get()) {
         node->Invalidate();
     }

@@ -117,7 +117,7 @@ impl::ArrangementSet& IArrangeable::Arrangements() {
 
 void IArrangeable::RebuildSelf() {}
 
-/// Parents that go in a ring have no top: each of them is its own root then.
+/// If the parents form a ring there is no topmost one, and each node of the ring is its own root.
 IArrangeable const& IArrangeable::Root() const noexcept {
     IArrangeable const* root = this;
     IArrangeable const* slow = this;
@@ -138,8 +138,8 @@ IArrangeable& IArrangeable::Root() noexcept {
     return const_cast<IArrangeable&>(std::as_const(*this).Root());
 }
 
-/// Upward as far as what is built of this node is valid; so it also ends where parents go in a
-/// ring.
+/// Marks this node and its ancestors up to the first that is invalid already; so it also ends where
+/// parents form a ring.
 void IArrangeable::MarkInvalid() noexcept {
     for (IArrangeable* node = this; node != nullptr && std::exchange(node->mIsValid, false);) {
         node = node->Parent();
@@ -147,8 +147,8 @@ void IArrangeable::MarkInvalid() noexcept {
 }
 
 void IArrangeable::RebuildIfInvalid() {
-    // A node that is found among its own descendants is left out there, and so is what stands
-    // deeper than the stack can carry. A retired one has lost its children to its successor.
+    // A node that is found among its own descendants is left out there, and so are nodes that stand
+    // deeper than the stack allows. The children of a retired node belong to its successor.
     if (mIsValid || mIsRebuilding || !*mIsAlive || S_rebuildDepth == impl::kDeepestTree) {
         return;
     }

@@ -4,8 +4,8 @@ namespace brindle::arrange {
 
 namespace {
 
-/// The one alternative of a leaf. It outlives the leaf where a group still holds it, and then stays
-/// an empty place of the same size.
+/// The one alternative of a leaf. Where a group still holds it after the leaf has been destroyed,
+/// it is an empty place of the same size.
 class SingleArrangement final : public impl::IArrangement {
 public:
     explicit SingleArrangement(Single& ioLeaf)
@@ -68,7 +68,7 @@ private:
 
 } // namespace
 
-// The virtual base is made by the client's class, which need not repeat the parent.
+// The client's most derived class constructs the virtual base and need not pass the parent on.
 Single::Single(IArrangeable* inParent) : IArrangeable(inParent) {
     if (inParent != nullptr) {
         SetParent(inParent);

@@ -1,8 +1,8 @@
 #include <brindle/proplist/PropListXMLHandler.h>
 
 #include "proplist/src/document/NumberText.h"
-#include "proplist/src/document/ReadErrors.h"
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/utility/Unicode.h>
 
 #include <algorithm>
@@ -209,9 +209,7 @@ void PropListXMLHandler::ReadVersion(Attributes const& inAttributes) {
     }
     auto const version = impl::ExtractNumber<std::uint16_t>(*text);
     if (version > PropList::GetCurrentVersion()) {
-        impl::ThrowReadError(impl::kReadError_VersionGreaterThan,
-                             "$$$/brn/proplist/Error/PropListXMLHandler/VersionGreaterThan="
-                             "Cannot read PropList data; version greater than expected.");
+        config::ThrowError(config::kError_PropListVersion);
     }
     mRoot.mVersion = version;
 }

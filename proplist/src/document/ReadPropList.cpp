@@ -1,8 +1,8 @@
 #include <brindle/proplist/PropListUtils.h>
 
 #include "platform/Files.h"
-#include "proplist/src/document/ReadErrors.h"
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/proplist/PropListXMLHandler.h>
@@ -48,11 +48,7 @@ bool SetAside(UTF16String const& inPath) {
         return false;
     }
     try {
-        impl::ThrowReadError(
-            impl::kReadError_Parsing,
-            "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListCorruptRename=Error parsing "
-            "properties list from file \"^1\". It has been renamed to \"^2\". Proceeding.",
-            inPath, newPath);
+        config::ThrowError(config::kError_PropListSetAside, inPath, newPath);
     } catch (...) { // the caller goes on with an empty list, whatever the report threw
     }
     return true;
@@ -63,24 +59,18 @@ bool SetAside(UTF16String const& inPath) {
 void ReadPropList(UTF8String const& inText, PropList& ioList) {
     auto const parser = GetParser(ioList);
     if (parser == nullptr) {
-        impl::ThrowReadError(impl::kReadError_MissingParserFactory,
-                             "$$$/brn/proplist/Error/PropListUtils/MissingParserFactoryRead="
-                             "Missing XML Parser Factory in ReadPropList.");
+        config::ThrowError(config::kError_PropListReadWithoutParser);
         return;
     }
     if (parser->ParseBuffer(inText) != xml::kXMLParseStatus_Success) {
-        impl::ThrowReadError(impl::kReadError_Parsing,
-                             "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListRead="
-                             "Error parsing properties list from memory.");
+        config::ThrowError(config::kError_PropListRead);
     }
 }
 
 void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorrupt) {
     auto const parser = GetParser(ioList);
     if (parser == nullptr) {
-        impl::ThrowReadError(impl::kReadError_MissingParserFactory,
-                             "$$$/brn/proplist/Error/PropListUtils/MissingParserFactoryLoad="
-                             "Missing XML Parser Factory in LoadPropList.");
+        config::ThrowError(config::kError_PropListLoadWithoutParser);
         return;
     }
     if (parser->ParseDocument(inPath) == xml::kXMLParseStatus_Success) {
@@ -88,10 +78,7 @@ void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorr
     }
     ioList.Clear();
     if (!inRenameCorrupt || !SetAside(inPath)) {
-        impl::ThrowReadError(impl::kReadError_Parsing,
-                             "$$$/brn/proplist/Error/PropListUtils/ParsingPropertiesListLoad="
-                             "Error parsing properties list from file \"^1\".",
-                             inPath);
+        config::ThrowError(config::kError_PropListLoad, inPath);
     }
 }
 

@@ -1,6 +1,6 @@
 #include <brindle/utility/Guid.h>
 
-#include <brindle/config/Errors.h>
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/utility/StringStreams.h>
 
 #include "platform/Uuid.h"
@@ -14,11 +14,6 @@
 namespace brindle::utility {
 
 namespace {
-
-constexpr char kCreationKey[] = "$$$/brn/utility/Error/CouldntCreateGUID=Couldn't create Guid.";
-constexpr char kMalformedKey[] = "$$$/brn/utility/Error/MalformedGUID=Malformed Guid string.";
-constexpr std::int32_t kCode_Creation = 27;
-constexpr std::int32_t kCode_Malformed = 28;
 
 constexpr std::size_t kTextLength = 36;
 using Bytes = std::array<std::uint8_t, 16>;
@@ -95,8 +90,7 @@ Guid Parsed(Unit const* inText, std::size_t inLength) {
         }
     }
     if (!isAccepted) {
-        config::ThrowError(config::kErrorLevel_NonFatal, kMalformedKey,
-                           config::kErrorModule_Utility, kCode_Malformed, true, {}, {}, {}, {});
+        config::ThrowError(config::kError_GuidMalformed);
         return Guid();
     }
     return FromBytes(bytes);
@@ -142,8 +136,7 @@ Guid::Guid(UTF16String const& inText)
 Guid Guid::CreateUnique() {
     auto const bytes = platform::CreateUuid();
     if (!bytes) {
-        config::ThrowError(config::kErrorLevel_NonFatal, kCreationKey, config::kErrorModule_Utility,
-                           kCode_Creation, true, {}, {}, {}, {});
+        config::ThrowError(config::kError_GuidCreation);
         return Guid();
     }
     return FromBytes(bytes.value);

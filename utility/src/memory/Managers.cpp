@@ -1,6 +1,7 @@
 #include "utility/src/memory/Managers.h"
 
 #include "platform/Fork.h"
+#include "utility/src/memory/AllocatorManager.h"
 #include "utility/src/memory/ChunkSource.h"
 #include "utility/src/memory/TopChunks.h"
 
@@ -18,7 +19,7 @@ std::array<DepotStorage, SizeClasses::kStocked> S_depots;
 
 namespace {
 
-// Held while the managers are made, and by who forks: a copy of the process finds all or nothing.
+// Held while the managers are constructed and during a fork: a child finds all of them or none.
 std::mutex S_making;
 
 template <std::size_t Class>
@@ -42,8 +43,8 @@ bool IsReady() noexcept {
     return S_state.load(std::memory_order_acquire) == State::kReady;
 }
 
-/// Calls the function for each in the order of the locks: the depots, then the classes of requests,
-/// then those of their chunks.
+/// Calls the function for each in lock order: the depots, then the classes of requests, then those
+/// of chunks.
 template <typename Function>
 void ForEach(Function inFunction) {
     if (!IsReady()) {
@@ -110,7 +111,7 @@ void DisposeChunkMemory(void* inMemory, std::uint32_t inSize) noexcept {
     } else {
         Managers::Of(inSize == kSmallChunk ? SizeClasses::kOfSmallChunks
                                            : SizeClasses::kOfMiddleChunks)
-            .Dispose(inMemory, inSize);
+            .DisposeSeveral(&inMemory, 1);
     }
 }
 

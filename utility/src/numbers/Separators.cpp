@@ -7,8 +7,8 @@ namespace brindle::utility {
 
 namespace {
 
-/// The decimal separator in the upper half, so that both are read and written at once; 0 until they
-/// have been read.
+/// Both in one number, the decimal separator in the upper half, so that no thread sees one without
+/// the other; 0 until they have been read.
 std::atomic<std::uint32_t> S_separators{0};
 
 } // namespace
@@ -16,7 +16,7 @@ std::atomic<std::uint32_t> S_separators{0};
 platform::NumberSeparators UserSeparators() {
     auto const both = S_separators.load(std::memory_order_relaxed);
     if (both == 0) {
-        // Whoever else comes here at the same time stores the same.
+        // Other threads may do this at the same time, and store the same.
         auto const separators = platform::UserNumberSeparators();
         SetUserSeparators(separators);
         return separators;

@@ -1,4 +1,4 @@
-#include "utility/src/memory/AllocatorManager.h"
+#include "utility/src/memory/ChunkedAllocator.h"
 
 #include "utility/src/memory/ChunkSource.h"
 
@@ -17,7 +17,7 @@ using MutexLock = threads::FreezableMutexLock;
 
 } // namespace
 
-/// Keeps the set of chunks withdrawn as long as it lives. For who has the mutex.
+/// Withdraws the set of chunks for its lifetime. The mutex must be held.
 class ChunkedAllocator::Withdrawal {
 public:
     explicit Withdrawal(ChunkedAllocator& ioAllocator) : mAllocator(ioAllocator) {
@@ -41,16 +41,16 @@ void ChunkedAllocator::Withdraw() {
 }
 
 void ChunkedAllocator::Publish() {
-    // An empty set stays withdrawn: there is nothing in it, and the next chunk need not wait.
+    // An empty set stays withdrawn: it has nothing to take, and adding a chunk need not wait then.
     bool const isOpen = !mIsForking && mChunks.Count() != 0;
-    // Releases the changes of the set to who reads the pointer.
+    // Releases the changes of the set to the threads that read the pointer.
     mPublished.store(isOpen ? &mChunks : nullptr, std::memory_order_release);
 }
 
 void* ChunkedAllocator::Allocate(unsigned int inSize) {
     debug::CheckContract(inSize <= BlockSize(), kContract, kContractFile, 447);
     void* block = nullptr;
-    AllocateSeveral(&block, 1);
+    static_cast<void>(AllocateSeveral(&block, 1)); // one, or it throws
     return block;
 }
 
@@ -70,7 +70,7 @@ void ChunkedAllocator::DisposeSeveral(void* const* inBlocks, std::uint32_t inCou
 
 std::uint32_t ChunkedAllocator::Take(void** outBlocks, std::uint32_t inCount) {
     if (mPublished.load(std::memory_order_relaxed) == nullptr) {
-        return 0; // saves the share, decides nothing
+        return 0; // only saves taking the lock
     }
     threads::SharedGuard const share(mPublishLock, true);
     if (!share.IsLocked()) {
@@ -96,7 +96,7 @@ std::uint32_t ChunkedAllocator::TakeSlowly(void** outBlocks, std::uint32_t inCou
     return mChunks.Current()->Take(outBlocks, inCount);
 }
 
-/// False if a block is foreign.
+/// Returns false if one of the blocks is of no chunk here.
 bool ChunkedAllocator::Give(void* const* inBlocks, std::uint32_t inCount) {
     Return result{};
     bool isDone = false;
@@ -110,7 +110,7 @@ bool ChunkedAllocator::Give(void* const* inBlocks, std::uint32_t inCount) {
         }
     }
     if (!isDone) {
-        // The set stays as it is for whoever has the mutex.
+        // The set does not change while the mutex is held.
         MutexLock const lock(mMutex);
         result = GiveTo(mChunks, inBlocks, inCount);
     }
@@ -182,7 +182,7 @@ ChunkedAllocator::Census ChunkedAllocator::Count() {
 
 void ChunkedAllocator::CloseForFork() {
     mMutex.Freeze();
-    // Waits out who is inside. The forking thread itself may still come, by way of the mutex.
+    // Waits for the threads inside to leave. The forking thread may still enter, through the mutex.
     mIsForking = true;
     Withdraw();
 }
@@ -195,7 +195,7 @@ void ChunkedAllocator::OpenInParent() {
 
 void ChunkedAllocator::OpenInChild() {
     mMutex.ThawInChild();
-    // A thread that is not here may have been at its mutexes.
+    // A thread that does not exist in the child may have held its mutexes.
     new (&mPublishLock) threads::ReadWriteLock;
     mIsForking = false;
     Publish();
