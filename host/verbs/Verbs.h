@@ -12,9 +12,9 @@ namespace brindle::host {
 /// the diagnostics; it throws `usage_error` for arguments that it cannot use.
 struct Verb {
     char const* name;
-    char const* synopsis;    ///< its options and operands
-    char const* summary;     ///< one line for the list of verbs
-    char const* description; ///< the text of `--help`
+    char const* synopsis;             ///< its options and operands
+    char const* summary;              ///< one line for the list of verbs
+    char const* description;          ///< the text of `--help`
     std::vector<std::string> options; ///< as `Arguments` takes them
     void (*run)(Arguments const& inArguments, Diagnostics& ioDiagnostics);
 };
