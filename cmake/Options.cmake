@@ -3,7 +3,8 @@
 add_library(brindle_options INTERFACE)
 target_compile_options(brindle_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wundef)
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wundef
+  $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety>) # by the marks of utility/src/base/ThreadAnnotations.h
 if(BRINDLE_WERROR)
   target_compile_options(brindle_options INTERFACE -Werror)
 endif()

@@ -56,6 +56,9 @@ bool IsNameTaken(UTF16String const& inPath);
 /// True if the path itself is a symbolic link, whatever it points to; false on any failure.
 bool IsSymbolicLink(UTF16String const& inPath);
 
+/// True for a regular file, or a link to one, that this process may execute; false on any failure.
+bool IsExecutable(UTF16String const& inPath);
+
 /// An open regular file with a position. Move-only; closes at destruction. One thread at a time.
 class OpenFile {
 public:
@@ -129,12 +132,6 @@ ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::si
 /// 3; 5 also what is no regular file on either side; 32 anybody has either file open for writing;
 /// 1117 the disk failed, possibly behind the replacing; 1921 `inFrom` is a link.
 ErrorCode ReplaceFile(UTF16String const& inFrom, UTF16String const& inTo);
-
-/// Makes a file with the content where nothing stands, not even a link (183). A failure leaves
-/// none. The content is in the system's hands when this returns, and not yet on the disk. Errors:
-/// 3, 5, 19, 112, 183, 206, 223.
-ErrorCode WriteNewFile(UTF16String const& inPath, Readers inReaders, void const* inBytes,
-                       std::size_t inCount);
 
 /// Adds the content at the end of the file, which is made if it is missing. A failure takes back
 /// what was added. Errors as for `ReplaceContent`.

@@ -2,9 +2,9 @@
 
 namespace brindle::platform {
 
-/// From now on a thread that forks the process calls `inPrepare` before it, and afterwards
-/// `inParent` in the process and `inChild` in its copy, where that thread is the only one. False if
-/// there is no memory to remember it.
-bool OnFork(void (*inPrepare)(), void (*inParent)(), void (*inChild)()) noexcept;
+/// Registers functions for every fork of this process: `inPrepare` is called before it by the
+/// thread that forks, `inParent` after it in the parent process, and `inChild` in the child
+/// process, whose only thread is a copy of the one that forked. False if there is no memory.
+[[nodiscard]] bool OnFork(void (*inPrepare)(), void (*inParent)(), void (*inChild)()) noexcept;
 
 } // namespace brindle::platform

@@ -7,8 +7,8 @@ namespace brindle::platform {
 /// How many processors this process may run on, at least 1.
 std::uint32_t ProcessorCount() noexcept;
 
-/// Sets the priority of the calling thread: -15 idle, -2 to 2 about the normal 0. Where the system
-/// does not let this user have the priority, the thread keeps the one it has.
+/// Sets the priority of the calling thread: -15 for idle, otherwise -2 to 2, where 0 is normal. If
+/// the user has no right to the priority, the thread keeps the one that it has.
 void SetThreadPriority(std::int32_t inPriority) noexcept;
 
 } // namespace brindle::platform

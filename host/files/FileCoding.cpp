@@ -7,7 +7,7 @@
 #include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
-#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 
 #include <memory>
 
@@ -44,13 +44,13 @@ private:
 };
 
 /// The new version of OUT. Its failures are thrown as `unwritable_error`.
-class Sink final : public OPlatformByteStream {
+class Sink final : public OSafeSaveStream {
 public:
-    Sink(File const& inFile, MakeNewFile inKind) : OPlatformByteStream(inFile, inKind) {}
+    using OSafeSaveStream::OSafeSaveStream;
 
     void WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) override {
         try {
-            OPlatformByteStream::WriteBlock(inBytes, inCount);
+            OSafeSaveStream::WriteBlock(inBytes, inCount);
         } catch (io_error const&) {
             throw unwritable_error("cannot be written, the disk may be full");
         }
@@ -66,40 +66,27 @@ std::unique_ptr<Source> OpenSource(File const& inFile, Diagnostics& ioDiagnostic
     throw unreadable_error(WhyUnreadable(inFile));
 }
 
-std::unique_ptr<Sink> MakeSink(File const& inFile, MakeNewFile inKind) {
-    try {
-        return std::make_unique<Sink>(inFile, inKind);
-    } catch (create_invalidpath_exception const&) {
-        throw unwritable_error("no such directory");
-    } catch (create_exception const&) {
-        throw unwritable_error("its directory takes no new file");
-    }
-}
-
-/// How to make the new version. A target that the final step could not replace is refused here,
-/// before hours of work.
-MakeNewFile KindOfNew(File const& inTarget) {
-    switch (KindOf(inTarget)) {
-    case FileKind::kMissing:
-        return kMakeNewFile;
-    case FileKind::kRegular:
-        return kMakeNewPrivateFile; // it gets the permissions of the old version on commit
-    default:
+/// A target that the final step could not replace is refused here, before hours of work.
+void RequireReplaceable(File const& inTarget) {
+    FileKind const kind = KindOf(inTarget);
+    if (kind != FileKind::kMissing && kind != FileKind::kRegular) {
         throw unwritable_error(WhyUnreadable(inTarget));
     }
 }
 
-void CodeInto(File inTarget, File const& inFile, Diagnostics& ioDiagnostics, Coding inCoding) {
+void CodeInto(File const& inTarget, File const& inFile, Diagnostics& ioDiagnostics,
+              Coding inCoding) {
     auto source = OpenSource(inFile, ioDiagnostics);
-    MakeNewFile const kind = KindOfNew(inTarget);
-    SafeSave save(inTarget);
-    auto sink = MakeSink(save.GetTempFile(), kind);
-    inCoding(*source, *sink);
-    // A file that is open is not replaced, and source and target may be the same file.
-    source.reset();
-    sink.reset();
+    RequireReplaceable(inTarget);
     try {
-        save.Commit();
+        Sink sink(inTarget);
+        inCoding(*source, sink);
+        source.reset(); // it may be the file that is replaced
+        sink.Commit();
+    } catch (create_invalidpath_exception const&) {
+        throw unwritable_error("no such directory");
+    } catch (create_exception const&) {
+        throw unwritable_error("its directory takes no new file");
     } catch (rename_file const&) {
         throw unwritable_error("cannot be replaced, it may be open or write-protected");
     }

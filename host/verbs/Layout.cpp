@@ -9,8 +9,7 @@
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/NativePath.h>
-#include <brindle/filesupport/SafeSave.h>
-#include <brindle/utility/FileUtils.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
@@ -78,11 +77,8 @@ void WritePicture(Picture const& inPicture, std::string const& inPath) {
     page.Write(text, bounds.width + 2 * kPageMargin, bounds.height + 2 * kPageMargin);
     std::string const bytes = text.str();
 
-    filesupport::File file = filesupport::FileFromNative(inPath);
-    filesupport::SafeSave save(file);
-    utility::FileUtils::SimpleWriteStringToFile(save.GetTempFile().FullPath(),
-                                                UTF8String(bytes.begin(), bytes.end()));
-    save.Commit();
+    filesupport::SafeSaveText(filesupport::FileFromNative(inPath),
+                              UTF8String(bytes.begin(), bytes.end()));
 }
 
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {

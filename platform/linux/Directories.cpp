@@ -3,7 +3,7 @@
 #include "platform/Paths.h"
 #include "platform/linux/ErrnoTable.h"
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/PathAt.h"
+#include "platform/linux/SystemPath.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -16,7 +16,7 @@ namespace brindle::platform {
 namespace {
 
 /// The number of a failure of a call that wants a directory.
-ErrorCode DirectoryErrorOf(PathAt const& inPath, int inErrno) {
+ErrorCode DirectoryErrorOf(SystemPath const& inPath, int inErrno) {
     struct stat status {};
     // It is either the last name that is no directory, or one on the way.
     if (inErrno == ENOTDIR &&
@@ -39,7 +39,7 @@ void TakeKind(DirectoryEntry& ioEntry, mode_t inMode) noexcept {
 } // namespace
 
 DirectoryScan::DirectoryScan(UTF16String const& inPath) {
-    PathAt const path(inPath);
+    SystemPath const path(inPath);
     mError = path.Error();
     if (mError != kError_None) {
         return;
@@ -100,7 +100,7 @@ bool DirectoryScan::Next(DirectoryEntry& outEntry) {
 
 ErrorCode CreateDirectory(UTF16String const& inPath) {
     constexpr mode_t kAnybody = 0777;
-    PathAt const path(inPath);
+    SystemPath const path(inPath);
     if (path.Error() != kError_None) {
         return path.Error();
     }
@@ -111,7 +111,7 @@ ErrorCode CreateDirectory(UTF16String const& inPath) {
 }
 
 ErrorCode RemoveDirectory(UTF16String const& inPath) {
-    PathAt path(inPath);
+    SystemPath path(inPath);
     if (path.Error() != kError_None) {
         return path.Error();
     }

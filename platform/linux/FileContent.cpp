@@ -75,27 +75,6 @@ ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::si
     return error;
 }
 
-ErrorCode WriteNewFile(UTF16String const& inPath, Readers inReaders, void const* inBytes,
-                       std::size_t inCount) {
-    PathAt const path(inPath);
-    if (path.Error() != kError_None) {
-        return path.Error();
-    }
-    FileDescriptor const file(Uninterrupted([&] {
-        return ::openat(path.Directory(), path.Tail(),
-                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ModeFor(inReaders));
-    }));
-    if (!file.IsOpen()) {
-        return path.ErrorOf(errno);
-    }
-    std::size_t written = 0;
-    auto const error = WriteFully(file.Get(), inBytes, inCount, 0, written);
-    if (error != kError_None) {
-        ::unlinkat(path.Directory(), path.Tail(), 0);
-    }
-    return error;
-}
-
 ErrorCode AppendContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount) {
     auto const place = FollowLinks(inPath);
     if (!place) {

@@ -12,8 +12,9 @@ namespace brindle::platform {
 
 namespace {
 
-/// In a directory for everybody's temporary files, anybody may plant a link where another's file is
-/// expected. There only a link of our own leads on, or one of the directory's owner.
+/// In a directory for everybody's temporary files, anybody may plant a link where somebody else's
+/// file is expected. There a link is followed only if this process or the owner of the directory
+/// made it.
 bool IsPlanted(FilePlace const& inLink) {
     struct stat directory {};
     struct stat link {};
@@ -29,10 +30,10 @@ bool IsPlanted(FilePlace const& inLink) {
 } // namespace
 
 Result<FilePlace> FollowLinks(UTF16String const& inPath) {
-    // As many as the kernel follows.
+    // The kernel's own limit.
     constexpr int kMostLinks = 40;
 
-    PathAt const first(inPath);
+    SystemPath const first(inPath);
     if (first.Error() != kError_None) {
         return {{}, first.Error()};
     }
@@ -44,7 +45,7 @@ Result<FilePlace> FollowLinks(UTF16String const& inPath) {
 
     FilePlace place;
     for (int links = 0; links <= kMostLinks; ++links) {
-        PathAt const path(base, std::move(native));
+        SystemPath const path(base, std::move(native));
         if (path.Error() != kError_None) {
             return {{}, path.Error()};
         }
@@ -53,7 +54,7 @@ Result<FilePlace> FollowLinks(UTF16String const& inPath) {
             return {{}, kError_AccessDenied};
         }
         auto const directoryPath = path.TailDirectory();
-        // Not every directory that may be written may also be listed, so opened for reading.
+        // A directory may be writable without being readable.
         FileDescriptor directory;
         for (int const access : {O_RDONLY, O_PATH}) {
             directory = FileDescriptor(Uninterrupted([&] {

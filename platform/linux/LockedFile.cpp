@@ -5,7 +5,6 @@
 #include <sys/file.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace brindle::platform {
 
@@ -26,7 +25,8 @@ ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
 
 } // namespace
 
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock, mode_t inMode) {
+Result<FileDescriptor> OpenLocked(SystemPath const& inPath, int inFlags, Lock inLock,
+                                  mode_t inMode) {
     // A file system that never numbers a file twice alike cannot tell whether it was replaced.
     constexpr int kMostAttempts = 64;
     if (inPath.Error() != kError_None) {
@@ -73,10 +73,9 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
 
 ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
                      std::uint64_t inOffset, std::size_t& outWritten) {
-    constexpr std::uint64_t kMostOffset = std::numeric_limits<std::int64_t>::max();
     auto const* bytes = static_cast<char const*>(inBytes);
     outWritten = 0;
-    if (inCount > kMostOffset - std::min(inOffset, kMostOffset)) {
+    if (inCount > kMostPosition - std::min(inOffset, kMostPosition)) {
         return kError_FileTooLarge;
     }
     while (outWritten < inCount) {
@@ -93,6 +92,22 @@ ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
         outWritten += static_cast<std::size_t>(count);
     }
     return kError_None;
+}
+
+Result<FileDescriptor> GuardOld(FilePlace const& inPlace) {
+    auto old = OpenLocked(inPlace.Path(), O_WRONLY | O_NOFOLLOW, Lock::kShared);
+    if (old.error == kError_FileNotFound) {
+        return {};
+    }
+    return old;
+}
+
+Result<std::uint64_t> SizeOf(int inDescriptor) {
+    struct stat status {};
+    if (::fstat(inDescriptor, &status) != 0) {
+        return {0, ErrorFromErrno(errno)};
+    }
+    return {static_cast<std::uint64_t>(status.st_size), kError_None};
 }
 
 } // namespace brindle::platform

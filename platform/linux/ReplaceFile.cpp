@@ -12,17 +12,6 @@ namespace brindle::platform {
 
 namespace {
 
-/// Makes sure that what stands in the place may be replaced: a regular file that may be written and
-/// that nobody writes, or nothing. From then on nobody can begin to write it until the descriptor
-/// is closed; there is none if nothing stands there. Shared, since other saves may do the same.
-Result<FileDescriptor> GuardOld(FilePlace const& inPlace) {
-    auto old = OpenLocked(inPlace.Path(), O_WRONLY | O_NOFOLLOW, Lock::kShared);
-    if (old.error == kError_FileNotFound) {
-        return {};
-    }
-    return old;
-}
-
 ErrorCode CopyContent(int inFrom, int inTo) {
     std::array<char, 16384> block; // every byte that is written was read before
     std::uint64_t offset = 0;
@@ -70,7 +59,7 @@ ErrorCode PutCopyInPlace(int inFile, FilePlace const& inPlace) {
 } // namespace
 
 ErrorCode ReplaceFile(UTF16String const& inFrom, UTF16String const& inTo) {
-    PathAt const from(inFrom);
+    SystemPath const from(inFrom);
     auto file = OpenLocked(from, O_RDONLY | O_NOFOLLOW, Lock::kShared);
     if (!file) {
         return file.error;

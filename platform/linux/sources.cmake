@@ -1,15 +1,16 @@
 # The implementation of platform/*.h for Linux. A source may rely on the static objects of those above it.
 list(APPEND brindle_platform_sources
   # errors and paths
-  platform/linux/Errors.cpp
-  platform/linux/Paths.cpp
-  platform/linux/PathAt.cpp
+  platform/linux/ErrnoTable.cpp
+  platform/linux/SystemPath.cpp
+  platform/linux/Volumes.cpp
   # files and directories
   platform/linux/LockedFile.cpp
   platform/linux/Files.cpp
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
   platform/linux/FileContent.cpp
+  platform/linux/FileReplacement.cpp
   platform/linux/ReplaceFile.cpp
   platform/linux/Directories.cpp
   # the user's settings, the process, identifiers
@@ -25,8 +26,8 @@ list(APPEND brindle_platform_sources
   # threads and what they wait on
   platform/linux/Threads.cpp
   platform/linux/Fork.cpp
-  platform/linux/CompletionPort.cpp
-  platform/linux/MessageLoop.cpp)
+  platform/linux/SleepOnWord.cpp
+  platform/linux/WakeUpEvent.cpp)
 
 # Shortcuts and file associations are those of the free desktops.
 include(${CMAKE_CURRENT_LIST_DIR}/../desktop/sources.cmake)

@@ -23,8 +23,8 @@ constexpr bool IsContinuation(unsigned char inByte) {
     return IsBetween(inByte, 0x80, 0xBF);
 }
 
-/// Decodes one sequence of two to four bytes, without overlong forms, surrogates and what lies
-/// above U+10FFFF.
+/// Decodes one sequence of two to four bytes; overlong forms, surrogates and values above U+10FFFF
+/// are invalid.
 Sequence Decode(unsigned char const* inBytes, std::size_t inLeft) noexcept {
     auto const first = inBytes[0];
     auto const bits = [inBytes](std::size_t inIndex) {
@@ -89,7 +89,7 @@ char* Encode(char* outBytes, char32_t inValue) noexcept {
 
 void AppendText(UTF16String& ioText, char const* inBytes, std::size_t inCount, ByteForm inForm) {
     auto const oldSize = ioText.size();
-    // A byte makes one unit at most.
+    // A byte becomes at most one unit.
     ioText.resize(oldSize + inCount);
     auto* out = &ioText[oldSize];
     auto const* in = reinterpret_cast<unsigned char const*>(inBytes);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "utility/src/base/NoPause.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -7,48 +9,44 @@
 
 namespace brindle::platform {
 
-/// What a list does between its atomic steps: nothing. Tests put delays there.
-struct NoDelay {
-    static void Between() noexcept {}
-};
-
-/// A stack of free blocks in 8 bytes, that many threads push to and pop from without a lock. The
-/// blocks lie in the 4 GiB behind the list, hold at least 4 bytes and are aligned to 4. A free
-/// block's first 4 bytes are the list's; the rest keeps what it had. Blocks stay readable for as
-/// long as a `Pop` may be under way.
+/// A lock-free stack of free memory blocks, in 8 bytes. Any thread may push and pop.
 ///
-/// What a thread did before it pushed a block is visible to the thread that pops it.
-/// docs/concurrency/free-list.md tells why this is right.
-template <typename Delay>
+/// The blocks lie within 4 GiB behind the list object, hold at least 4 bytes and are aligned to 4.
+/// The first 4 bytes of a block on the list belong to the list, which leaves the rest as it is.
+/// Blocks stay readable as long as a `Pop` may be under way.
+///
+/// What a thread did before it pushed a block is visible to the thread that pops it. The proof is
+/// in docs/concurrency/free-list.md; `Steps` is called between the atomic steps.
+template <typename Steps>
 class BasicFreeList {
 public:
     void Push(void* inBlock) noexcept { PushChain(inBlock, inBlock); }
 
-    /// Pushes blocks that `Link` has put into a row, in one step; `inFirst` becomes the top.
+    /// Pushes blocks that `Link` has chained, in one step; `inFirst` becomes the top.
     void PushChain(void* inFirst, void* inLast) noexcept {
         std::uint32_t const first = OffsetOf(inFirst);
-        // Acquires nothing: what is linked to is only read by who pops.
+        // Relaxed: the old top is only stored as a link, and its own link is read by whoever pops.
         std::uint64_t head = mHead.load(std::memory_order_relaxed);
         do {
             WriteLink(inLast, static_cast<std::uint32_t>(head));
-            Delay::Between();
+            Steps::Pause();
         } while (!mHead.compare_exchange_weak(
             head, (head & kTag) | first, std::memory_order_release, std::memory_order_relaxed));
     }
 
-    /// The block below `inBlock` in a row that the caller is about to push.
+    /// Makes `inNext` the block below `inBlock` in a chain that the caller is about to push.
     void Link(void* inBlock, void* inNext) noexcept { WriteLink(inBlock, OffsetOf(inNext)); }
 
-    /// Null if the list is empty.
+    /// The top, removed from the list; null if the list is empty.
     void* Pop() noexcept {
-        // Acquires the link, which a pusher wrote, also when the exchange fails and gives a new
-        // head.
+        // Acquires the link of the top, which its pusher wrote; so does a failed exchange, which
+        // reads a new head.
         std::uint64_t head = mHead.load(std::memory_order_acquire);
         while (static_cast<std::uint32_t>(head) != 0) {
             void* const block = BlockAt(static_cast<std::uint32_t>(head));
-            Delay::Between();
+            Steps::Pause();
             std::uint32_t const next = ReadLink(block);
-            Delay::Between();
+            Steps::Pause();
             if (mHead.compare_exchange_weak(head, ((head & kTag) + kOnePop) | next,
                                             std::memory_order_acquire, std::memory_order_acquire)) {
                 return block;
@@ -57,8 +55,8 @@ public:
         return nullptr;
     }
 
-    /// Makes a list that no other thread knows yet hold blocks that lie in a row; the last one is
-    /// the top.
+    /// Fills a list that no other thread knows yet with `inCount` blocks, `inStride` bytes apart;
+    /// the last one becomes the top.
     void Fill(std::byte* inFirst, std::uint32_t inStride, std::uint32_t inCount) noexcept {
         std::uint32_t top = 0;
         for (std::uint32_t i = 0; i < inCount; ++i) {
@@ -70,8 +68,9 @@ public:
     }
 
 private:
-    // Low half: where the top lies behind this object, 0 if the list is empty. High half: how often
-    // a block was popped, so that a head that came back is not taken for one that stayed.
+    // Low half: the distance of the top from this object in bytes, 0 if the list is empty. High
+    // half, the tag: how many blocks were popped, modulo 2^32. It tells a head that was changed and
+    // changed back from one that was not (ABA).
     static constexpr std::uint64_t kTag = 0xFFFFFFFF00000000U;
     static constexpr std::uint64_t kOnePop = 0x100000000U;
 
@@ -86,8 +85,8 @@ private:
     static void WriteLink(void* inBlock, std::uint32_t inLink) noexcept {
         ::new (inBlock) std::uint32_t(inLink);
     }
-    // The block may have been popped, and its owner may be writing to it. What is then read here
-    // never gets further: the tag has changed, and the exchange fails.
+    // Another thread may have popped the block, and its owner may be writing to it. Then the value
+    // that is read here is not used: the tag has changed, so the exchange fails.
     __attribute__((no_sanitize("thread"))) static std::uint32_t ReadLink(void* inBlock) noexcept {
         return *static_cast<std::uint32_t const volatile*>(inBlock);
     }
@@ -95,7 +94,7 @@ private:
     std::atomic<std::uint64_t> mHead{0};
 };
 
-using FreeList = BasicFreeList<NoDelay>;
+using FreeList = BasicFreeList<utility::NoPause>;
 
 static_assert(sizeof(FreeList) == 8 && std::atomic<std::uint64_t>::is_always_lock_free);
 

@@ -11,17 +11,17 @@
 
 namespace brindle::platform {
 
-/// What a completion port is made of: a queue, and those who sleep as long as it is empty.
-/// `Steps::Pause()` stands between the atomic steps; it does nothing but in tests.
+/// The completion port: a queue, and the threads that sleep while it is empty. `Steps` is called
+/// between the atomic steps.
 template <typename Steps, std::size_t kSlots>
 class PacketPort {
 public:
-    bool Post(void* inPacket) noexcept {
+    [[nodiscard]] bool Post(void* inPacket) noexcept {
         if (!mPackets.Append(inPacket)) {
             if (inPacket != nullptr) {
                 return false;
             }
-            mBareWakeUps.fetch_add(1);
+            mUnqueuedNulls.fetch_add(1);
         }
         Steps::Pause();
         mSleepers.WakeOne();
@@ -33,10 +33,14 @@ public:
         if (Take(outPacket)) {
             return true;
         }
-        return inMilliseconds != 0 &&
-               SleepAndTake(outPacket, inMilliseconds == CompletionPort::kForever
-                                           ? Deadline::Never()
-                                           : Deadline::In(inMilliseconds));
+        if (inMilliseconds == 0) {
+            return false;
+        }
+        Deadline deadline;
+        if (inMilliseconds != CompletionPort::kForever) {
+            deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(inMilliseconds);
+        }
+        return SleepAndTake(outPacket, deadline);
     }
 
 private:
@@ -52,7 +56,7 @@ private:
             bool const isWoken = mSleepers.Sleep(inDeadline);
             Steps::Pause();
             if (Take(outPacket)) {
-                // Whoever posted more meanwhile relied on this thread to look.
+                // Posts that came while this thread's wake-up was unclaimed have woken nobody.
                 if (isWoken && !IsEmpty()) {
                     mSleepers.WakeOne();
                 }
@@ -64,24 +68,24 @@ private:
         }
     }
 
-    bool Take(void*& outPacket) noexcept { return mPackets.Take(outPacket) || TakeBareWakeUp(); }
+    bool Take(void*& outPacket) noexcept { return mPackets.Take(outPacket) || TakeUnqueuedNull(); }
 
-    bool TakeBareWakeUp() noexcept {
-        std::uint32_t count = mBareWakeUps.load();
+    bool TakeUnqueuedNull() noexcept {
+        std::uint32_t count = mUnqueuedNulls.load();
         while (count > 0) {
-            if (mBareWakeUps.compare_exchange_weak(count, count - 1)) {
+            if (mUnqueuedNulls.compare_exchange_weak(count, count - 1)) {
                 return true;
             }
         }
         return false;
     }
 
-    bool IsEmpty() noexcept { return mPackets.IsEmpty() && mBareWakeUps.load() == 0; }
+    bool IsEmpty() noexcept { return mPackets.IsEmpty() && mUnqueuedNulls.load() == 0; }
 
     PacketQueue<Steps, kSlots> mPackets;
     Sleepers<Steps> mSleepers;
-    std::array<char, 48> mApart;
-    std::atomic<std::uint32_t> mBareWakeUps{0}; // null packets that there was no memory for
+    std::array<char, 48> mPadding;
+    std::atomic<std::uint32_t> mUnqueuedNulls{0}; // null packets that the queue had no memory for
 };
 
 } // namespace brindle::platform

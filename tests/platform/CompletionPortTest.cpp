@@ -2,6 +2,7 @@
 
 #include "platform/portable/PacketPort.h"
 #include "tests/support/AllocationFailure.h"
+#include "utility/src/base/NoPause.h"
 
 #include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
@@ -18,7 +19,7 @@ namespace brindle::platform {
 
 namespace {
 
-/// Lets another thread run between any two atomic steps, often.
+/// Often lets another thread run between two atomic steps.
 struct RandomPause {
     static void Pause() noexcept {
         static std::atomic<std::uint32_t> seeds{1};
@@ -29,22 +30,19 @@ struct RandomPause {
         }
     }
 };
-struct NoPause {
-    static void Pause() noexcept {}
-};
 
 void* Packet(std::uintptr_t inValue) {
     return reinterpret_cast<void*>(inValue);
 }
 
-/// By time stamps that order everything.
+/// From one time stamp to another, of a counter that orders all events.
 struct Interval {
     std::uint64_t begun;
     std::uint64_t ended;
 };
 
-/// What posters and takers did at a port must be what they could do at a queue in some order that
-/// keeps the order in time.
+/// Checks that a port is linearizable: that a queue used by one thread at a time could have given
+/// the same results, in some order of the operations that respects their times.
 template <typename Port>
 void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
     constexpr std::size_t kPosters = 3;
@@ -83,7 +81,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
             }
             if (--posting == 0) {
                 for (std::size_t i = 0; i < inTakers; ++i) {
-                    port.Post(nullptr);
+                    EXPECT_TRUE(port.Post(nullptr));
                 }
             }
         });
@@ -92,7 +90,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
         thread.join();
     }
 
-    // For each end of a post: when the last beginning of a take was, up to that post.
+    // For each end of a post, the latest beginning of a take of this packet or one posted before.
     std::vector<Interval> lastTake;
     for (std::size_t i = 0; i < posts.size(); ++i) {
         lastTake.push_back({posts[i].ended, takes[i].begun});
@@ -122,7 +120,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
 TEST(CompletionPort, IsFirstInFirstOutAcrossThreads) {
     for (std::size_t const takers : {1u, 3u}) {
         ExpectQueue<PacketPort<RandomPause, 4>>(takers, 4000);
-        ExpectQueue<PacketPort<NoPause, 4>>(takers, 10000);
+        ExpectQueue<PacketPort<utility::NoPause, 4>>(takers, 10000);
         ExpectQueue<CompletionPort>(takers, 20000);
     }
 }
@@ -180,7 +178,7 @@ TEST(CompletionPort, WaitsAsLongAsItIsTold) {
     isOver = true;
     signals.join();
 
-    std::thread poster([&] { port.Post(Packet(7)); });
+    std::thread poster([&] { EXPECT_TRUE(port.Post(Packet(7))); });
     EXPECT_TRUE(port.Wait(packet, CompletionPort::kForever - 1));
     EXPECT_EQ(packet, Packet(7));
     poster.join();
@@ -188,7 +186,7 @@ TEST(CompletionPort, WaitsAsLongAsItIsTold) {
 
 TEST(CompletionPort, RefusesOnlyWhatItHasNoMemoryFor) {
     for (int successes = 0; successes < 5; ++successes) {
-        PacketPort<NoPause, 2> port;
+        PacketPort<utility::NoPause, 2> port;
         std::uintptr_t accepted = 0;
         {
             tests::AllocationFailure const failure(successes);

@@ -12,7 +12,7 @@ namespace {
 
 /// Lets other threads run between any two atomic steps.
 struct Yield {
-    static void Between() noexcept {
+    static void Pause() noexcept {
         thread_local unsigned int count = 0;
         if (++count % 3 == 0) {
             std::this_thread::yield();
@@ -38,7 +38,8 @@ TEST(FreeList, LastInIsFirstOut) {
     EXPECT_EQ(pool.list.Pop(), nullptr);
 }
 
-// Few blocks and many threads: a head that comes back between read and exchange is the rule.
+// With few blocks and many threads, the head often changes and changes back between read and
+// exchange (ABA).
 TEST(FreeList, ThreadsNeverPopTheSameBlock) {
     Pool pool;
     pool.list.Fill(reinterpret_cast<std::byte*>(pool.blocks.data()), 4, 4);
@@ -55,7 +56,7 @@ TEST(FreeList, ThreadsNeverPopTheSameBlock) {
             std::size_t count = 0;
             while (count < 2 && (mine[count] = static_cast<std::uint32_t*>(pool.list.Pop()))) {
                 take(mine[count], true);
-                *mine[count++] = mark; // over the link, as an owner would
+                *mine[count++] = mark; // overwrites the link, as an owner may
             }
             for (std::size_t i = 0; i < count; ++i) {
                 faults += *mine[i] != mark;

@@ -26,7 +26,8 @@ struct FaultedRun {
     bool hasHappened = false;
     long call = -1;    ///< the number of the call that it happened to, such as `SYS_fsync`
     std::string syncs; ///< the calls that decide what reaches the disk in which order, a letter
-                       ///< each: w write, s sync, r rename, S sync of a directory
+                       ///< each: w write, s sync, l link,
+                       ///< r rename, S sync of a directory
     int status = 0;    ///< what the work returned, or minus the signal that ended it
 };
 
@@ -54,6 +55,8 @@ inline std::string SyncLetter(pid_t inProcess, __ptrace_syscall_info const& inCa
     switch (static_cast<long>(inCall.entry.nr)) {
     case SYS_pwrite64:
         return "w";
+    case SYS_linkat:
+        return "l";
 #ifdef SYS_renameat // where it is missing, SYS_renameat2 does the same
     case SYS_renameat:
 #endif

@@ -26,7 +26,7 @@ Pool MakePool(int inThreadCount) {
     return CreateAsyncThreadedExecutor("test", inThreadCount, kThreadPriorityNormal);
 }
 
-TEST(WorkQueue, OneWorkerRunsInTheOrderOfPostingWhateverItemsDo) {
+TEST(WorkQueue, OneWorkerRunsItemsInTheOrderOfPosting) {
     Pool const pool = MakePool(1);
     std::vector<int> ran;
     pool->Post([&] { ran.push_back(1); }, 0);
@@ -49,7 +49,7 @@ TEST(WorkQueue, OneWorkerRunsInTheOrderOfPostingWhateverItemsDo) {
     EXPECT_FALSE(pool->IsCurrentThreadExecutorThread());
 }
 
-TEST(WorkQueue, HasAsManyWorkersAsAsked) {
+TEST(WorkQueue, HasTheNumberOfWorkersAskedFor) {
     EXPECT_EQ(MakePool(-1)->GetThreadCount(),
               static_cast<std::int32_t>(std::thread::hardware_concurrency()));
     EXPECT_EQ(MakePool(3)->GetThreadCount(), 3);
@@ -102,7 +102,7 @@ TEST(WorkQueue, DelayedItemsRunWhenTheyAreDueAndInThatOrder) {
     }
 }
 
-TEST(WorkQueue, ABusyWorkerHandsTheTimerOn) {
+TEST(WorkQueue, ABusyWorkerPassesTheTimerRoleOn) {
     Pool const pool = MakePool(2);
     for (int i = 0; i < 50; ++i) {
         std::promise<void> delayedRan;
@@ -113,7 +113,7 @@ TEST(WorkQueue, ABusyWorkerHandsTheTimerOn) {
     }
 }
 
-TEST(WorkQueue, ShutdownRunsWhatIsQueuedAndDropsWhatIsNotDue) {
+TEST(WorkQueue, ShutdownRunsQueuedItemsAndDropsThoseNotDue) {
     Pool const pool = MakePool(1);
     auto token = boost::make_shared<int>();
     boost::weak_ptr<int> const held = token;
@@ -123,7 +123,7 @@ TEST(WorkQueue, ShutdownRunsWhatIsQueuedAndDropsWhatIsNotDue) {
     for (int i = 0; i < 5; ++i) {
         pool->Post([&] { ++ran; }, 0);
     }
-    // What goes with a dropped item may call the pool.
+    // The destructor of a dropped item may call the pool.
     boost::shared_ptr<void> const calling(nullptr, [&](void*) { pool->Post([] {}, 1); });
     pool->Post([token = std::move(token), calling] { ADD_FAILURE(); }, 3'600'000);
     EXPECT_EQ(ran, 0);
@@ -133,7 +133,7 @@ TEST(WorkQueue, ShutdownRunsWhatIsQueuedAndDropsWhatIsNotDue) {
     EXPECT_TRUE(pool->IsShutdown());
     EXPECT_FALSE(pool->Post([] { ADD_FAILURE(); }, 0));
     EXPECT_FALSE(pool->Post([] { ADD_FAILURE(); }, 1));
-    pool->Suspend(); // nothing, from here
+    pool->Suspend(); // has no effect after a shutdown
     pool->Synchronize();
     pool->Synchronize();
     EXPECT_EQ(ran, 5);
@@ -154,7 +154,7 @@ TEST(WorkQueue, NothingStartsWhileSuspended) {
     }
 }
 
-TEST(WorkQueue, TheLastReferenceMayGoOnAWorker) {
+TEST(WorkQueue, TheLastReferenceMayBeReleasedOnAWorker) {
     struct AtEndOfThread {
         ~AtEndOfThread() { ended->set_value(); }
         std::promise<void>* ended;
@@ -178,7 +178,7 @@ TEST(WorkQueue, TheLastReferenceMayGoOnAWorker) {
     EXPECT_EQ(ran, 1);
 }
 
-TEST(WorkQueue, EveryItemIsReleasedOnceWhenThePoolGoesAtAnyMoment) {
+TEST(WorkQueue, EveryItemIsReleasedOnceWheneverThePoolIsDestroyed) {
     auto const token = boost::make_shared<std::atomic<int>>(0);
     for (int round = 0; round < 150; ++round) {
         Pool pool = MakePool(round % 3 + 1);

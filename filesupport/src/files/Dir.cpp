@@ -19,7 +19,7 @@ namespace brindle::filesupport {
 namespace {
 
 platform::FileInfo InspectOrThrow(Dir const& inDir) {
-    auto const info = platform::Inspect(inDir.Helper().FullNativePath());
+    auto const info = platform::Inspect(inDir.Helper().Path());
     if (info.error == platform::kError_FileNotFound) {
         throw dir_not_found_exception(inDir);
     }
@@ -32,7 +32,7 @@ platform::FileInfo InspectOrThrow(Dir const& inDir) {
 /// The subdirectories of `inDir` to remove before it. A link has none: it goes without what it
 /// points to.
 Dir::DirIterator SubdirsToRemove(Dir const& inDir) {
-    if (platform::IsSymbolicLink(inDir.Helper().FullNativePath())) {
+    if (platform::IsSymbolicLink(inDir.Helper().Path())) {
         return inDir.EndSubdirs();
     }
     for (auto file = inDir.BeginFiles(false); file != inDir.EndFiles(); ++file) {
@@ -83,7 +83,7 @@ bool Dir::IsTopLevelDir() const {
 }
 
 bool Dir::Exists() const {
-    auto const info = platform::Inspect(mHelper.FullNativePath());
+    auto const info = platform::Inspect(mHelper.Path());
     return info && info.value.kind == platform::FileKind::kDirectory;
 }
 
@@ -96,7 +96,7 @@ std::uint64_t Dir::Created() const {
 }
 
 void Dir::Create() const {
-    auto const error = platform::CreateDirectory(mHelper.FullNativePath());
+    auto const error = platform::CreateDirectory(mHelper.Path());
     if (error != platform::kError_None && error != platform::kError_AlreadyExists) {
         throw dir_exception(*this);
     }
@@ -116,8 +116,7 @@ void Dir::Delete() const {
             Dir const subdir = *level.next;
             ++level.next;
             branch.push_back({subdir, SubdirsToRemove(subdir)});
-        } else if (platform::RemoveDirectory(level.dir.mHelper.FullNativePath()) !=
-                   platform::kError_None) {
+        } else if (platform::RemoveDirectory(level.dir.mHelper.Path()) != platform::kError_None) {
             throw dir_exception(level.dir);
         } else {
             branch.pop_back();
@@ -127,7 +126,7 @@ void Dir::Delete() const {
 
 void Dir::Rename(UTF16String const& inNewName) {
     DirHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
-    auto const error = platform::Move(mHelper.FullNativePath(), renamed.FullNativePath());
+    auto const error = platform::Move(mHelper.Path(), renamed.Path());
     if (error == platform::kError_AlreadyExists) {
         throw rename_dir_already_exists(*this, inNewName);
     }

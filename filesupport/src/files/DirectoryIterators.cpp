@@ -2,7 +2,7 @@
 
 #include "filesupport/src/files/DirectoryListing.h"
 
-#include "platform/Paths.h"
+#include "platform/Volumes.h"
 
 #include <utility>
 

@@ -2,8 +2,7 @@
 #include "filesupport/src/files/PathText.h"
 
 #include "platform/Directories.h"
-
-#include <brindle/utility/FileUtils.h>
+#include "platform/ShellLink.h"
 
 #include <utility>
 
@@ -20,16 +19,19 @@ bool NamesShortcut(UTF16String const& inPath) {
 
 DirectoryListing ListDirectory(UTF16String const& inPath, bool inResolveAliases) {
     DirectoryListing listing;
-    platform::DirectoryScan scan(PrefixedPath(inPath));
+    platform::DirectoryScan scan(inPath);
     platform::DirectoryEntry entry;
     while (scan.Next(entry)) {
         UTF16String path = JoinedPath(inPath, entry.name);
         bool isDirectory = entry.isDirectory;
         bool isLink = entry.isLink;
         if (inResolveAliases && !isDirectory && NamesShortcut(path)) {
-            if (utility::FileUtils::ResolveIT(path, isDirectory) < 0) {
+            auto target = platform::ReadShellLink(path);
+            if (!target) {
                 continue;
             }
+            path = std::move(target.value.path);
+            isDirectory = target.value.isDirectory;
             isLink = false;
         }
         auto& list = !isDirectory ? listing.files

@@ -48,7 +48,7 @@ void RecursiveFileIterator::Enter(Dir inDir) {
     Level level{0, 0, nullptr, 0};
     // Links are not entered, so only a shortcut can lead back to a directory of the branch.
     if (mResolveAliases) {
-        auto const info = platform::Inspect(inDir.Helper().FullNativePath());
+        auto const info = platform::Inspect(inDir.Helper().Path());
         level.device = info.value.identity.device;
         level.number = info.value.identity.number;
         auto const isSame = [&level](Level const& inOuter) {
@@ -64,7 +64,7 @@ void RecursiveFileIterator::Enter(Dir inDir) {
     }
     level.subdirs = std::make_shared<std::vector<UTF16String> const>(std::move(listing.subdirs));
     Dir::FileIterator files(IteratorHelper(false, mResolveAliases, std::move(listing.files)));
-    // Behind what may fail for lack of memory, the walk is in the new directory as a whole.
+    // Everything that may throw is done: from here on the walk is in the new directory as a whole.
     mBranch.push_back(std::move(level));
     mFile = std::move(files);
     mCurrentDir = std::move(inDir);

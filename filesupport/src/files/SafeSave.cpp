@@ -54,17 +54,16 @@ SafeSave::~SafeSave() {
         return;
     }
     try {
-        platform::DeleteFile(mTemp.Helper().FullNativePath());
-    } catch (...) {
-        // The file stays, under a name that no other save takes.
+        // Where removing fails, the file stays under a name that no other save takes.
+        static_cast<void>(platform::DeleteFile(mTemp.Helper().Path()));
+    } catch (...) { // no memory, so it stays as well
     }
 }
 
 void SafeSave::Commit() {
     // Afterwards the two are one, and to commit again would be to replace the target by itself.
-    if (mTemp == mTarget ||
-        platform::ReplaceFile(mTemp.Helper().FullNativePath(), mTarget.Helper().FullNativePath()) !=
-            platform::kError_None) {
+    if (mTemp == mTarget || platform::ReplaceFile(mTemp.Helper().Path(), mTarget.Helper().Path()) !=
+                                platform::kError_None) {
         throw rename_file(mTemp, mTarget.GetName());
     }
     mTemp = mTarget;

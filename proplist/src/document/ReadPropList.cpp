@@ -38,7 +38,7 @@ UTF16String RenameToOld(filesupport::File inFile) {
 /// read may be intact: another program may be saving it at the moment.
 bool SetAside(UTF16String const& inPath) {
     filesupport::File const file(inPath);
-    if (!platform::OpenForReading(file.Helper().FullNativePath())) {
+    if (!platform::OpenForReading(file.Helper().Path())) {
         return false;
     }
     UTF16String newPath;

@@ -1,10 +1,9 @@
 #include <brindle/proplist/PropListUtils.h>
 
-#include "platform/Files.h"
 #include "proplist/src/document/DocumentCheck.h"
 
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 
 namespace brindle::proplist {
 
@@ -36,16 +35,7 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
         throw filesupport::file_exception(ioFile);
     }
 
-    filesupport::SafeSave save(ioFile);
-    // While it is written, others may read only what is sure to have no old version.
-    bool const isFirst =
-        platform::Inspect(ioFile.Helper().FullNativePath()).error == platform::kError_FileNotFound;
-    auto const readers = isFirst ? platform::Readers::kAnybody : platform::Readers::kOwner;
-    if (platform::WriteNewFile(save.GetTempFile().Helper().FullNativePath(), readers,
-                               document.data(), document.size()) != platform::kError_None) {
-        throw filesupport::file_exception(ioFile);
-    }
-    save.Commit();
+    filesupport::SafeSaveText(ioFile, document);
 }
 
 void utils::SavePropList(UTF16String const& inPath, PropList const& inList) {

@@ -5,12 +5,12 @@
 namespace brindle::threads {
 
 void DelayedItems::Add(Key inKey, AllocatedFunction::Pointer& ioItem) {
-    boost::mutex::scoped_lock const lock(mMutex);
+    utility::MutexLock const lock(mMutex);
     mItems[inKey] = std::move(ioItem);
 }
 
 AllocatedFunction::Pointer DelayedItems::Take(Key inKey) noexcept {
-    boost::mutex::scoped_lock const lock(mMutex);
+    utility::MutexLock const lock(mMutex);
     auto const found = mItems.find(inKey);
     if (found == mItems.end()) {
         return nullptr;
@@ -21,9 +21,9 @@ AllocatedFunction::Pointer DelayedItems::Take(Key inKey) noexcept {
 }
 
 void DelayedItems::Clear() noexcept {
-    decltype(mItems) items;
+    Items items;
     {
-        boost::mutex::scoped_lock const lock(mMutex);
+        utility::MutexLock const lock(mMutex);
         items.swap(mItems);
     }
 }

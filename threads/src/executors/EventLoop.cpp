@@ -1,12 +1,12 @@
 #include <brindle/threads/EventLoop.h>
 
 #include "threads/src/executors/CurrentMessageQueue.h"
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
 
 namespace brindle::threads {
 
 boost::intrusive_ptr<platform::MessageQueue> CurrentMessageQueue() {
-    return Guarded([] {
+    return ReportingThreadErrors([] {
         auto queue = platform::MessageQueue::OfCurrentThread();
         if (queue == nullptr) {
             throw boost::thread_resource_error();

@@ -12,10 +12,10 @@ boost::shared_ptr<AsyncEventLoopAdaptor> AdaptCurrentEventLoopAsExecutor() {
     return boost::make_shared<EventLoopAdaptor>();
 }
 
-EventLoopAdaptor::EventLoopAdaptor() : mWindow(new EventLoopWindow(CurrentMessageQueue())) {}
+EventLoopAdaptor::EventLoopAdaptor() : mTarget(new EventLoopTarget(CurrentMessageQueue())) {}
 
 EventLoopAdaptor::~EventLoopAdaptor() {
-    mWindow->Close();
+    mTarget->Close();
 }
 
 bool EventLoopAdaptor::Post(boost::function0<void> const& inFunction,
@@ -31,37 +31,37 @@ bool EventLoopAdaptor::PostItem(AllocatedFunction::Pointer& ioItem,
 }
 
 bool EventLoopAdaptor::PostImmediate(AllocatedFunction::Pointer& ioItem) {
-    auto const pump = mWindow->MakePump();
-    if (mWindow->IsOfCurrentThread()) {
-        // The pump is not handled before this returns: it may go first, and if it cannot, nothing
-        // has happened.
-        return mPoster.Post(pump, 0) && mWindow->immediate.Post(ioItem);
+    auto const pump = mTarget->MakePump();
+    if (mTarget->IsOfCurrentThread()) {
+        // The pump is not handled before this function returns, so it can be sent first: if that
+        // fails, there is no item to take back.
+        return mPoster.Post(pump, 0) && mTarget->immediate.Post(ioItem);
     }
-    return mWindow->immediate.Post(ioItem) && mPoster.Post(pump, 0);
+    return mTarget->immediate.Post(ioItem) && mPoster.Post(pump, 0);
 }
 
 bool EventLoopAdaptor::PostDelayed(AllocatedFunction::Pointer& ioItem,
                                    std::uint32_t inDelayMilliseconds) {
-    auto const message = mWindow->MakeDelayed(ioItem);
+    auto const message = mTarget->MakeDelayed(ioItem);
     try {
         if (mPoster.Post(message, inDelayMilliseconds)) {
             return true;
         }
     } catch (...) {
-        ioItem = mWindow->delayed.Take(message.get());
+        ioItem = mTarget->delayed.Take(message.get());
         throw;
     }
-    ioItem = mWindow->delayed.Take(message.get());
+    ioItem = mTarget->delayed.Take(message.get());
     return false;
 }
 
 bool EventLoopAdaptor::IsCurrentThreadExecutorThread() {
-    return mWindow->IsOfCurrentThread();
+    return mTarget->IsOfCurrentThread();
 }
 
 void EventLoopAdaptor::Drain() {
-    auto const window = mWindow; // an item may let go of the adaptor
-    while (window->DispatchOne()) {
+    auto const target = mTarget; // an item may destroy the adaptor
+    while (target->DispatchOne()) {
     }
 }
 

@@ -7,7 +7,7 @@ namespace brindle::threads {
 
 namespace {
 
-/// Runs what is left for an adaptor; an exception of an item does not keep back the others.
+/// Runs the items that are left, also those behind one that throws.
 void DrainToTheEnd(EventLoopAdaptor& ioAdaptor) {
     for (bool isDrained = false; !isDrained;) {
         try {
@@ -39,7 +39,7 @@ void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared) {
         loop = boost::make_shared<MessageLoop>();
         adaptor = boost::make_shared<EventLoopAdaptor>();
     } catch (...) {
-        // Nobody is there to hear of it beyond the report; without an adaptor, it is a shutdown.
+        // It has been reported. Without an adaptor the executor is as after a shutdown.
         inShared->ready.Open();
         return;
     }
@@ -53,43 +53,36 @@ void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared) {
     DrainToTheEnd(*adaptor);
 }
 
-boost::shared_ptr<EventLoopAdaptor> EventLoopExecutor::Adaptor(SharedGuard& ioHeld) {
-    if (mShared->adaptor == nullptr) {
-        ioHeld.Unlock();
-        mShared->ready.Wait();
-        ioHeld.Lock();
-    }
+boost::shared_ptr<EventLoopAdaptor> EventLoopExecutor::Adaptor() {
+    mShared->ready.Wait();
+    SharedGuard const share(mShared->lock);
     return mShared->adaptor;
 }
 
 bool EventLoopExecutor::Post(boost::function0<void> const& inFunction,
                              std::uint32_t inDelayMilliseconds) {
-    // A client's function is copied, and released if need be, outside the lock.
+    // The client's function is copied, and released if need be, outside the lock.
     AllocatedFunction::Pointer item = AllocatedFunction::Make(inFunction);
-    // Held to the end, so that what is accepted comes before the quit.
-    SharedGuard held(mShared->lock);
-    auto const adaptor = Adaptor(held);
-    return adaptor != nullptr && adaptor->PostItem(item, inDelayMilliseconds);
+    mShared->ready.Wait();
+    // Held while posting, so that an item that is accepted comes before the quit message.
+    SharedGuard const share(mShared->lock);
+    return mShared->adaptor != nullptr && mShared->adaptor->PostItem(item, inDelayMilliseconds);
 }
 
 bool EventLoopExecutor::IsCurrentThreadExecutorThread() {
-    SharedGuard held(mShared->lock);
-    auto const adaptor = Adaptor(held);
+    auto const adaptor = Adaptor();
     return adaptor != nullptr && adaptor->IsCurrentThreadExecutorThread();
 }
 
 void EventLoopExecutor::Drain() {
-    SharedGuard held(mShared->lock);
-    auto const adaptor = Adaptor(held);
-    held.Unlock(); // an item may call `Shutdown`
-    if (adaptor != nullptr) {
+    // Runs without the lock, because an item may call `Shutdown`.
+    if (auto const adaptor = Adaptor()) {
         adaptor->Drain();
     }
 }
 
 bool EventLoopExecutor::IsShutdown() {
-    SharedGuard held(mShared->lock);
-    return Adaptor(held) == nullptr;
+    return Adaptor() == nullptr;
 }
 
 void EventLoopExecutor::Shutdown() {
@@ -110,7 +103,7 @@ void EventLoopExecutor::Join() {
     if (mThread == Thread("")) {
         return;
     }
-    boost::mutex::scoped_lock const lock(mJoining);
+    utility::MutexLock const lock(mJoining);
     mThread.Join();
 }
 

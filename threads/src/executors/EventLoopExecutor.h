@@ -7,10 +7,10 @@
 #include "threads/src/executors/MessageLoop.h"
 #include "threads/src/locks/Gate.h"
 #include "threads/src/locks/ReadWriteLock.h"
+#include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 
 #include <string>
 
@@ -31,21 +31,20 @@ public:
     void Join() override;
 
 private:
-    /// What the thread has in common with its executor, which it may outlive.
+    /// What the executor shares with its thread, which may outlive it.
     struct Shared {
-        Gate ready{false};
-        ReadWriteLock lock; // guards what follows
-        boost::shared_ptr<EventLoopAdaptor> adaptor;
-        boost::shared_ptr<MessageLoop> loop;
+        Gate ready{false}; // opens when the thread has made its adaptor and loop, or has failed to
+        ReadWriteLock lock;
+        boost::shared_ptr<EventLoopAdaptor> adaptor BRN_GUARDED_BY(lock);
+        boost::shared_ptr<MessageLoop> loop BRN_GUARDED_BY(lock);
     };
 
     static void RunThread(boost::shared_ptr<Shared> const& inShared);
-    /// The adaptor, or null after a shutdown. Waits until the thread is ready; the lock is held
-    /// again when it returns.
-    boost::shared_ptr<EventLoopAdaptor> Adaptor(SharedGuard& ioHeld);
+    /// The adaptor; null after a shutdown. Waits until the thread is ready.
+    boost::shared_ptr<EventLoopAdaptor> Adaptor();
 
     boost::shared_ptr<Shared> const mShared;
-    boost::mutex mJoining;
+    utility::Mutex mJoining; // held by the thread that joins
     Thread mThread;
 };
 

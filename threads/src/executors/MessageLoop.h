@@ -12,13 +12,13 @@ public:
     /// Throws as `CurrentMessageQueue`.
     MessageLoop() : mQueue(CurrentMessageQueue()) {}
 
-    /// Handles messages until the quit; on the loop's own thread.
+    /// Handles messages until `Quit`. Only the thread of the loop may call it.
     void Run() {
         while (mQueue->HandleMessage()) {
         }
     }
 
-    /// Ends `Run` after the messages that wait already. Any thread.
+    /// Ends `Run` after the messages that wait already. Any thread may call it.
     void Quit() { mQueue->PostQuit(); }
 
 private:

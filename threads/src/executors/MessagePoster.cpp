@@ -8,12 +8,14 @@ MessagePoster::MessagePoster() : mTimer(SharedTimer()) {}
 
 bool MessagePoster::Post(boost::intrusive_ptr<platform::Message> const& inMessage,
                          std::uint32_t inDelayMilliseconds) {
-    // A window's own thread handles what it sends inside the call: the timer sends it instead.
-    if (inDelayMilliseconds == 0 && !inMessage->Window()->IsOfCurrentThread()) {
-        return inMessage->Window()->SendNotify(inMessage);
+    // On the loop's own thread the message would be handled inside the call, so the timer sends it.
+    if (inDelayMilliseconds == 0 && !inMessage->Target()->IsOfCurrentThread()) {
+        return inMessage->Target()->Send(inMessage);
     }
-    return mTimer->Post([message = inMessage] { message->Window()->SendNotify(message); },
-                        inDelayMilliseconds);
+    // A message that cannot be sent is released.
+    return mTimer->Post(
+        [message = inMessage] { static_cast<void>(message->Target()->Send(message)); },
+        inDelayMilliseconds);
 }
 
 } // namespace brindle::threads

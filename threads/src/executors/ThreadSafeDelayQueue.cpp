@@ -29,11 +29,11 @@ boost::xtime After(boost::xtime inTime, std::uint32_t inMilliseconds) {
 }
 
 bool IsBefore(boost::xtime const& inLHS, boost::xtime const& inRHS) {
-    return inLHS.sec != inRHS.sec ? inLHS.sec < inRHS.sec : inLHS.nsec < inRHS.nsec;
+    return boost::xtime_cmp(inLHS, inRHS) < 0;
 }
 
-/// How long to wait from one time to a later one, no longer than the port can. Rounded up: rounded
-/// down, the last millisecond would be spent looking again and again.
+/// The time between in milliseconds, at most what the port can wait. Rounded up, so that the worker
+/// does not wake up early and scan again and again during the last millisecond.
 std::uint32_t WaitBetween(boost::xtime const& inNow, boost::xtime const& inDue) {
     constexpr std::uint32_t kLongest = CompletionPort::kForever - 1;
     if (inDue.sec - inNow.sec > kLongest / 1000) {
@@ -65,10 +65,10 @@ bool ThreadSafeDelayQueue::Enqueue(AllocatedFunction::Pointer& ioItem,
     }
     boost::xtime const now = Now();
     boost::xtime const due = After(now, inDelayMilliseconds);
-    boost::mutex::scoped_lock const lock(mMutex);
+    utility::MutexLock const lock(mMutex);
     bool const isWakeUpNeeded = mDelayed.empty() || IsBefore(due, mDelayed.front().due) ||
                                 !IsBefore(now, mDelayed.front().due);
-    mDelayed.emplace_back(); // if there is no memory the item is still the caller's
+    mDelayed.emplace_back(); // without memory this throws, and the item is still the caller's
     mDelayed.back() = {due, std::move(ioItem)};
     std::push_heap(mDelayed.begin(), mDelayed.end(), IsLater);
     if (isWakeUpNeeded) {
@@ -82,8 +82,8 @@ AllocatedFunction::Pointer ThreadSafeDelayQueue::Dequeue() {
         if (mIsClosed.load(std::memory_order_acquire)) {
             AllocatedFunction::Pointer item = TakeLeftOver();
             if (item == nullptr) {
-                // This one may have taken the word that was meant for another.
-                mPort.Post(nullptr);
+                // The null packet that this worker took may have been meant to wake another one.
+                PostWakeUp();
             }
             return item;
         }
@@ -95,26 +95,27 @@ AllocatedFunction::Pointer ThreadSafeDelayQueue::Dequeue() {
             mPort.Wait(packet, wait);
             item.reset(static_cast<AllocatedFunction*>(packet));
         }
-        // Woken up, or out of time: looks again, and keeps the role if it has it.
         if (item != nullptr) {
             if (isTiming) {
                 RequestScan();
             }
             return item;
         }
+        // The worker was woken without an item, or an item is due: it scans again, and keeps the
+        // timer role.
     }
 }
 
 void ThreadSafeDelayQueue::Clear() noexcept {
-    // What an item holds may call the queue as it goes, so nothing goes under the mutex.
+    // Released after the mutex, because the destructor of a client's function may call the queue.
     std::vector<DelayedEntry> dropped;
-    boost::mutex::scoped_lock const lock(mMutex);
+    utility::MutexLock const lock(mMutex);
     dropped.swap(mDelayed);
 }
 
 void ThreadSafeDelayQueue::Close() noexcept {
     mIsClosed.store(true, std::memory_order_release);
-    mPort.Post(nullptr);
+    PostWakeUp();
 }
 
 bool ThreadSafeDelayQueue::IsLater(DelayedEntry const& inLHS, DelayedEntry const& inRHS) {
@@ -128,29 +129,33 @@ AllocatedFunction::Pointer ThreadSafeDelayQueue::TakeLeftOver() {
     return AllocatedFunction::Pointer(static_cast<AllocatedFunction*>(packet));
 }
 
-/// Has a worker scan, unless that is on its way already.
+void ThreadSafeDelayQueue::PostWakeUp() noexcept {
+    static_cast<void>(mPort.Post(nullptr)); // a null packet is never refused
+}
+
+/// Has a worker scan, unless one is about to.
 void ThreadSafeDelayQueue::RequestScan() noexcept {
     Timer settled = Timer::kSettled;
     if (mTimer.compare_exchange_strong(settled, Timer::kMustScan)) {
-        mPort.Post(nullptr);
+        PostWakeUp();
     }
 }
 
-/// Moves what is due to the port, if it is this worker's turn or it has the role. True if it has
-/// the role from here, with the time that it may sleep. An item that the port has no memory for is
-/// handed to this worker at once.
+/// Moves the items that are due to the port, if a scan was requested or this worker has the timer
+/// role. True if it has the role from now on; `outWait` is how long it may sleep. An item that the
+/// port has no memory for is returned in `outDue` for this worker to run.
 bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, std::uint32_t& outWait,
                                        AllocatedFunction::Pointer& outDue) {
     outWait = CompletionPort::kForever;
     if (!inIsTiming) {
         Timer mustScan = Timer::kMustScan;
-        // Most often there is nothing to do, and to look is cheaper than to try.
+        // Usually there is nothing to do, and a load is cheaper than an exchange.
         if (mTimer.load(std::memory_order_relaxed) != mustScan ||
             !mTimer.compare_exchange_strong(mustScan, Timer::kScanning)) {
             return false;
         }
     }
-    boost::mutex::scoped_lock const lock(mMutex);
+    utility::MutexLock const lock(mMutex);
     boost::xtime const now = Now();
     while (outDue == nullptr && !mDelayed.empty() && !IsBefore(now, mDelayed.front().due)) {
         std::pop_heap(mDelayed.begin(), mDelayed.end(), IsLater);

@@ -6,8 +6,8 @@
 
 namespace brindle::threads {
 
-/// Owned items, first in first out across all threads. Any thread may call any operation, and none
-/// of them blocks.
+/// A queue that owns its items, first in first out across all threads. Any thread may call any
+/// operation; none blocks.
 template <typename Item>
 class ThreadSafeQueue : boost::noncopyable {
 public:
@@ -15,8 +15,8 @@ public:
 
     ~ThreadSafeQueue() { Clear(); }
 
-    /// Takes the item; false if there is no memory, and the item stays.
-    bool Post(Pointer& ioItem) noexcept {
+    /// Takes the item. False if there is no memory; the item then stays with the caller.
+    [[nodiscard]] bool Post(Pointer& ioItem) noexcept {
         if (!mPort.Post(ioItem.get())) {
             return false;
         }
@@ -25,7 +25,7 @@ public:
     }
 
     /// The oldest item, or null.
-    Pointer Take() noexcept {
+    [[nodiscard]] Pointer Take() noexcept {
         void* packet = nullptr;
         mPort.Wait(packet, 0);
         return Pointer(static_cast<Item*>(packet));

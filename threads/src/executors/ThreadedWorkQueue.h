@@ -6,10 +6,10 @@
 #include "threads/src/executors/ThreadSafeDelayQueue.h"
 #include "threads/src/locks/Gate.h"
 #include "threads/src/locks/ReadWriteLock.h"
+#include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 
 #include <memory>
 #include <string>
@@ -17,8 +17,8 @@
 
 namespace brindle::threads {
 
-/// A pool of workers that take their items from one queue. The workers keep the queue and the gate,
-/// so the pool may go while they finish.
+/// A pool of workers that take their items from one queue. The workers share the queue and the
+/// gate, so the pool may be destroyed while they finish.
 class ThreadedWorkQueue final : public AsyncThreadedExecutor, boost::noncopyable {
 public:
     ThreadedWorkQueue(std::string const& inName, int inThreadCount, ThreadPriority inPriority);
@@ -38,16 +38,18 @@ public:
 private:
     class Meeting;
 
-    void StartWorkers(std::string const& inName, int inThreadCount, ThreadPriority inPriority);
+    void StartWorkers(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue,
+                      std::string const& inName, int inThreadCount, ThreadPriority inPriority);
     void JoinWorkers();
     void Close() noexcept;
-    boost::shared_ptr<Meeting> CallMeeting();
+    [[nodiscard]] boost::shared_ptr<Meeting> CallMeeting();
 
-    boost::shared_ptr<ThreadSafeDelayQueue> mQueue; // empty after shutdown
     ReadWriteLock mQueueLock;
-    boost::mutex mSynchronizeMutex;
-    bool mIsJoined = false;
-    std::vector<std::unique_ptr<Thread>> mThreads;
+    boost::shared_ptr<ThreadSafeDelayQueue>
+        mQueue BRN_GUARDED_BY(mQueueLock); // null after a shutdown
+    utility::Mutex mSynchronizeMutex;
+    bool mIsJoined BRN_GUARDED_BY(mSynchronizeMutex) = false;
+    std::vector<std::unique_ptr<Thread>> mThreads; // not changed after the constructor
     boost::shared_ptr<Gate> mGate;
 };
 

@@ -13,19 +13,21 @@ namespace {
 constexpr char kContract[] = "inSize <= BlockSize()";
 constexpr char kContractFile[] = "utility/src/SmallBlockAllocator";
 
-using MutexLock = threads::FreezableMutexLock;
+using threads::FreezableMutexLock;
 
 } // namespace
 
 /// Withdraws the set of chunks for its lifetime. The mutex must be held.
 class ChunkedAllocator::Withdrawal {
 public:
-    explicit Withdrawal(ChunkedAllocator& ioAllocator) : mAllocator(ioAllocator) {
+    explicit Withdrawal(ChunkedAllocator& ioAllocator) BRN_REQUIRES(ioAllocator.mMutex)
+        : mAllocator(ioAllocator) {
         mAllocator.Withdraw();
     }
     Withdrawal(Withdrawal const&) = delete;
     Withdrawal& operator=(Withdrawal const&) = delete;
-    ~Withdrawal() { mAllocator.Publish(); }
+    // Not analysed: the analysis does not see that the constructor's caller still holds the mutex.
+    ~Withdrawal() BRN_NO_THREAD_SAFETY_ANALYSIS { mAllocator.Publish(); }
 
 private:
     ChunkedAllocator& mAllocator;
@@ -84,7 +86,7 @@ std::uint32_t ChunkedAllocator::Take(void** outBlocks, std::uint32_t inCount) {
 }
 
 std::uint32_t ChunkedAllocator::TakeSlowly(void** outBlocks, std::uint32_t inCount) {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     if (std::uint32_t const taken = Take(outBlocks, inCount); taken != 0) {
         return taken;
     }
@@ -111,7 +113,7 @@ bool ChunkedAllocator::Give(void* const* inBlocks, std::uint32_t inCount) {
     }
     if (!isDone) {
         // The set does not change while the mutex is held.
-        MutexLock const lock(mMutex);
+        FreezableMutexLock const lock(mMutex);
         result = GiveTo(mChunks, inBlocks, inCount);
     }
     if (result.isPurgeDue) {
@@ -153,7 +155,7 @@ void ChunkedAllocator::AddChunk() {
 }
 
 void ChunkedAllocator::Purge() {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     Withdrawal const alone(*this);
     while (!mPlan.keepOneChunk || mChunks.Count() > 1) {
         Chunk* const chunk = mChunks.RemoveEmpty();
@@ -171,7 +173,7 @@ void ChunkedAllocator::Purge() {
 }
 
 ChunkedAllocator::Census ChunkedAllocator::Count() {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     Census census{mChunks.Count(), mBytes, 0, 0};
     for (Chunk const* const chunk : mChunks.ByAddress()) {
         census.blocks += chunk->BlockCount();
@@ -194,11 +196,11 @@ void ChunkedAllocator::OpenInParent() {
 }
 
 void ChunkedAllocator::OpenInChild() {
-    mMutex.ThawInChild();
     // A thread that does not exist in the child may have held its mutexes.
     new (&mPublishLock) threads::ReadWriteLock;
     mIsForking = false;
     Publish();
+    mMutex.ThawInChild();
 }
 
 } // namespace brindle::utility

@@ -54,9 +54,9 @@ public:
 
     /// Keeps all other threads out before a fork; lets them in again afterwards, in the parent and
     /// in the child.
-    void CloseForFork();
-    void OpenInParent();
-    void OpenInChild();
+    void CloseForFork() BRN_ACQUIRE(mMutex);
+    void OpenInParent() BRN_RELEASE(mMutex);
+    void OpenInChild() BRN_RELEASE(mMutex);
 
 protected:
     ~ChunkedAllocator() = default;
@@ -72,10 +72,10 @@ private:
     std::uint32_t TakeSlowly(void** outBlocks, std::uint32_t inCount);
     bool Give(void* const* inBlocks, std::uint32_t inCount);
     Return GiveTo(ChunkSet const& inChunks, void* const* inBlocks, std::uint32_t inCount) noexcept;
-    void AddChunk();
+    void AddChunk() BRN_REQUIRES(mMutex);
     void Purge();
-    void Withdraw();
-    void Publish();
+    void Withdraw() BRN_REQUIRES(mMutex);
+    void Publish() BRN_REQUIRES(mMutex);
 
     ChunkPlan const mPlan;
     threads::FreezableMutex mMutex; // held to change the set of chunks
@@ -83,8 +83,9 @@ private:
     std::atomic<ChunkSet*> mPublished{nullptr};
     threads::ReadWriteLock mPublishLock;
     ChunkSet mChunks;
-    std::uint64_t mBytes = 0; // of the chunks; guarded by the mutex
-    bool mIsForking = false;  // only the forking thread gets the mutex meanwhile
+    std::uint64_t mBytes BRN_GUARDED_BY(mMutex) = 0; // of the chunks
+    // While it is set, the mutex is frozen by the thread that forks.
+    bool mIsForking BRN_GUARDED_BY(mMutex) = false;
 };
 
 } // namespace brindle::utility

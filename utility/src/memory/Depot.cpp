@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t kCacheLine = 64;
 constexpr std::uint32_t kBytesAtMost = 256 * 1024;
 
-using MutexLock = threads::FreezableMutexLock;
+using threads::FreezableMutexLock;
 
 void Push(Magazine*& ioTop, Magazine* inMagazine) noexcept {
     inMagazine->next = ioTop;
@@ -42,7 +42,7 @@ Depot::Depot(std::uint32_t inBlockSize)
     : mLimit(kBytesAtMost / (inBlockSize * MagazineCapacity(inBlockSize))) {}
 
 Magazine* Depot::ExchangeEmpty(Magazine* inEmpty) noexcept {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     Magazine* const full = Pop(mFull);
     if (full != nullptr) {
         --mFullCount;
@@ -52,7 +52,7 @@ Magazine* Depot::ExchangeEmpty(Magazine* inEmpty) noexcept {
 }
 
 bool Depot::ExchangeFull(Magazine* inFull, Magazine*& outEmpty) noexcept {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     if (mFullCount == mLimit) {
         return false;
     }
@@ -63,7 +63,7 @@ bool Depot::ExchangeFull(Magazine* inFull, Magazine*& outEmpty) noexcept {
 }
 
 Magazine* Depot::TakeAll() noexcept {
-    MutexLock const lock(mMutex);
+    FreezableMutexLock const lock(mMutex);
     mFullCount = 0;
     while (Magazine* const full = Pop(mFull)) {
         Push(mEmpty, full);

@@ -48,15 +48,15 @@ public:
 
     /// Keeps all other threads out before a fork; lets them in again afterwards, in the parent and
     /// in the child.
-    void CloseForFork() { mMutex.Freeze(); }
-    void OpenInParent() { mMutex.Thaw(); }
-    void OpenInChild() { mMutex.ThawInChild(); }
+    void CloseForFork() BRN_ACQUIRE(mMutex) { mMutex.Freeze(); }
+    void OpenInParent() BRN_RELEASE(mMutex) { mMutex.Thaw(); }
+    void OpenInChild() BRN_RELEASE(mMutex) { mMutex.ThawInChild(); }
 
 private:
     threads::FreezableMutex mMutex;
-    Magazine* mFull = nullptr;
-    Magazine* mEmpty = nullptr;
-    std::uint32_t mFullCount = 0;
+    Magazine* mFull BRN_GUARDED_BY(mMutex) = nullptr;
+    Magazine* mEmpty BRN_GUARDED_BY(mMutex) = nullptr;
+    std::uint32_t mFullCount BRN_GUARDED_BY(mMutex) = 0;
     std::uint32_t const mLimit;
 };
 

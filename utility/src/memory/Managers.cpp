@@ -1,12 +1,12 @@
 #include "utility/src/memory/Managers.h"
 
 #include "platform/Fork.h"
+#include "utility/src/base/Mutex.h"
 #include "utility/src/memory/AllocatorManager.h"
 #include "utility/src/memory/ChunkSource.h"
 #include "utility/src/memory/TopChunks.h"
 
 #include <exception>
-#include <mutex>
 #include <utility>
 
 namespace brindle::utility {
@@ -20,7 +20,7 @@ std::array<DepotStorage, SizeClasses::kStocked> S_depots;
 namespace {
 
 // Held while the managers are constructed and during a fork: a child finds all of them or none.
-std::mutex S_making;
+Mutex S_making;
 
 template <std::size_t Class>
 void Make() {
@@ -58,19 +58,21 @@ void ForEach(Function inFunction) {
     }
 }
 
-void CloseForFork() {
-    S_making.lock();
-    ForEach([](auto& ioHolder) { ioHolder.CloseForFork(); });
+// The locks of the managers are held from one of these functions to the next.
+
+void CloseForFork() BRN_ACQUIRE(S_making) {
+    S_making.Lock();
+    ForEach([](auto& ioHolder) BRN_NO_THREAD_SAFETY_ANALYSIS { ioHolder.CloseForFork(); });
 }
 
-void OpenInParent() {
-    ForEach([](auto& ioHolder) { ioHolder.OpenInParent(); });
-    S_making.unlock();
+void OpenInParent() BRN_RELEASE(S_making) {
+    ForEach([](auto& ioHolder) BRN_NO_THREAD_SAFETY_ANALYSIS { ioHolder.OpenInParent(); });
+    S_making.Unlock();
 }
 
-void OpenInChild() {
-    ForEach([](auto& ioHolder) { ioHolder.OpenInChild(); });
-    S_making.unlock();
+void OpenInChild() BRN_RELEASE(S_making) {
+    ForEach([](auto& ioHolder) BRN_NO_THREAD_SAFETY_ANALYSIS { ioHolder.OpenInChild(); });
+    S_making.Unlock();
 }
 
 } // namespace
@@ -82,7 +84,7 @@ bool Initialize() noexcept {
         return state == State::kReady;
     }
     try {
-        std::lock_guard<std::mutex> const lock(S_making);
+        MutexLock const lock(S_making);
         MakeAll(std::make_index_sequence<SizeClasses::kCount>());
         if (!platform::OnFork(CloseForFork, OpenInParent, OpenInChild)) {
             return false;

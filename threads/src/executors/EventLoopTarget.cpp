@@ -1,4 +1,4 @@
-#include "threads/src/executors/EventLoopWindow.h"
+#include "threads/src/executors/EventLoopTarget.h"
 
 #include <cstddef>
 #include <new>
@@ -8,7 +8,7 @@ namespace brindle::threads {
 
 namespace {
 
-/// Calls what runs an item; nobody hears of what that throws, and the loop goes on.
+/// Runs items on the loop, which goes on whatever they throw.
 template <typename Function>
 void RunDroppingExceptions(Function const& inFunction) noexcept {
     try {
@@ -31,7 +31,7 @@ class EventLoopMessage : public platform::Message {
 protected:
     using platform::Message::Message;
 
-    EventLoopWindow& Target() const noexcept { return static_cast<EventLoopWindow&>(*Window()); }
+    EventLoopTarget& Adaptor() const noexcept { return static_cast<EventLoopTarget&>(*Target()); }
 };
 
 class PumpMessage : public EventLoopMessage {
@@ -51,43 +51,45 @@ public:
     }
 
     void Handle() noexcept override {
-        RunDroppingExceptions([this] { Target().DispatchOne(); });
+        RunDroppingExceptions([this] { Adaptor().DispatchOne(); });
     }
 };
 
 class DelayedMessage : public EventLoopMessage {
 public:
-    DelayedMessage(boost::intrusive_ptr<EventLoopWindow> inWindow,
+    DelayedMessage(boost::intrusive_ptr<EventLoopTarget> inTarget,
                    AllocatedFunction::Pointer& ioItem)
-        : EventLoopMessage(std::move(inWindow)) {
-        Target().delayed.Add(this, ioItem);
+        : EventLoopMessage(std::move(inTarget)) {
+        Adaptor().delayed.Add(this, ioItem);
     }
-    ~DelayedMessage() override { Target().delayed.Take(this); }
+    ~DelayedMessage() override {
+        AllocatedFunction::Pointer const released = Adaptor().delayed.Take(this);
+    }
 
     void Handle() noexcept override {
-        RunDroppingExceptions([this] { Run(Target().delayed.Take(this)); });
+        RunDroppingExceptions([this] { Run(Adaptor().delayed.Take(this)); });
     }
 };
 
 } // namespace
 
-bool EventLoopWindow::DispatchOne() {
+bool EventLoopTarget::DispatchOne() {
     return Run(immediate.Take());
 }
 
-void EventLoopWindow::Close() noexcept {
+void EventLoopTarget::Close() noexcept {
     immediate.Clear();
     delayed.Clear();
-    // Last: the timer releases what it cannot send, and is not to find an item there.
-    Destroy();
+    // Closed last: the timer releases messages that it cannot send, and should find no item then.
+    platform::MessageTarget::Close();
 }
 
-boost::intrusive_ptr<platform::Message> EventLoopWindow::MakePump() {
+boost::intrusive_ptr<platform::Message> EventLoopTarget::MakePump() {
     return new PumpMessage(this);
 }
 
 boost::intrusive_ptr<platform::Message>
-EventLoopWindow::MakeDelayed(AllocatedFunction::Pointer& ioItem) {
+EventLoopTarget::MakeDelayed(AllocatedFunction::Pointer& ioItem) {
     return new DelayedMessage(this, ioItem);
 }
 

@@ -1,4 +1,4 @@
-#include "platform/desktop/AssociationFiles.h"
+#include "platform/desktop/MimeTables.h"
 
 #include "platform/desktop/KeyFile.h"
 #include "platform/portable/Ascii.h"
@@ -16,7 +16,8 @@ constexpr std::size_t kMostEntries = 64;
 constexpr std::size_t kLongestName = 255;
 constexpr std::string_view kEntrySuffix = ".desktop";
 
-/// Cuts off what stands before the separator, which goes too; without one, all of it.
+/// Removes what stands before the separator, and the separator itself, and returns it; all of the
+/// text if there is no separator.
 std::string_view TakeField(std::string_view& ioText, char inSeparator) {
     auto const end = std::min(ioText.find(inSeparator), ioText.size());
     auto const field = ioText.substr(0, end);
@@ -28,8 +29,8 @@ std::string_view EndOf(std::string_view inText, std::size_t inLength) {
     return inText.substr(inText.size() - std::min(inLength, inText.size()));
 }
 
-/// A name, and not a path that would lead out of the directory of entries, also if its dashes are
-/// separators.
+/// Whether this is the name of a desktop entry, and not a path that would lead out of the directory
+/// of entries, even when its dashes are read as separators.
 bool IsEntryName(std::string_view inName) {
     return inName.size() > kEntrySuffix.size() && inName.size() <= kLongestName &&
            EndOf(inName, kEntrySuffix.size()) == kEntrySuffix && inName.front() != '.' &&

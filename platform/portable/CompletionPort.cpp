@@ -1,21 +1,18 @@
 #include "platform/CompletionPort.h"
 
 #include "platform/portable/PacketPort.h"
+#include "utility/src/base/NoPause.h"
 
 namespace brindle::platform {
 
 namespace {
-
-struct WithoutPause {
-    static void Pause() noexcept {}
-};
 
 constexpr std::size_t kSlotsOfSegment = 1024;
 
 } // namespace
 
 struct CompletionPort::State {
-    PacketPort<WithoutPause, kSlotsOfSegment> port;
+    PacketPort<utility::NoPause, kSlotsOfSegment> port;
 };
 
 CompletionPort::CompletionPort() : mState(std::make_unique<State>()) {}

@@ -1,16 +1,13 @@
 #include "platform/Paths.h"
 
 #include "platform/Files.h"
-#include "platform/linux/ErrnoTable.h"
-#include "platform/linux/PathAt.h"
+#include "platform/Volumes.h"
+#include "platform/portable/Ascii.h"
 #include "platform/portable/ByteEscapes.h"
-
-#include <linux/magic.h>
-#include <sys/vfs.h>
+#include "utility/src/base/Mutex.h"
 
 #include <array>
 #include <memory>
-#include <mutex>
 
 namespace brindle::platform {
 
@@ -24,14 +21,14 @@ struct MappedVolume {
 constexpr std::size_t kLetters = 26;
 constexpr char kRootLetter = 'C';
 
-std::mutex S_volumesMutex;
-std::array<std::unique_ptr<MappedVolume>, kLetters> S_volumes;
+utility::Mutex S_volumesMutex;
+std::array<std::unique_ptr<MappedVolume>, kLetters> S_volumes BRN_GUARDED_BY(S_volumesMutex);
 
 constexpr bool IsSeparator(std::uint16_t inUnit) {
     return inUnit == '\\' || inUnit == '/';
 }
 
-/// `A` to `Z` for an ASCII letter of either case, else 0.
+/// `A` to `Z` for an ASCII letter of either case, otherwise 0.
 constexpr char DriveLetter(std::uint16_t inUnit) {
     auto const upper = static_cast<std::uint16_t>(inUnit & ~0x20);
     return 'A' <= upper && upper <= 'Z' ? static_cast<char>(upper) : '\0';
@@ -63,39 +60,12 @@ Result<std::string> DirectoryOfDrive(char inLetter) {
     if (inLetter == kRootLetter) {
         return {};
     }
-    std::lock_guard<std::mutex> const lock(S_volumesMutex);
+    utility::MutexLock const lock(S_volumesMutex);
     auto const& volume = S_volumes[VolumeIndex(inLetter)];
     if (volume == nullptr) {
         return {{}, kError_PathNotFound};
     }
     return {volume->directory, kError_None};
-}
-
-VolumeKind KindOf(struct statfs const& inFileSystem) {
-    switch (static_cast<std::uint32_t>(inFileSystem.f_type)) {
-    case NFS_SUPER_MAGIC:
-    case SMB_SUPER_MAGIC:
-    case CIFS_SUPER_MAGIC:
-    case SMB2_SUPER_MAGIC:
-    case AFS_SUPER_MAGIC:
-    case AFS_FS_MAGIC:
-    case CODA_SUPER_MAGIC:
-    case CEPH_SUPER_MAGIC:
-    case V9FS_MAGIC:
-        return VolumeKind::kRemote;
-    default:
-        return VolumeKind::kFixed;
-    }
-}
-
-/// `inNativeDirectory` of any length. Fixed where the system does not tell.
-VolumeKind KindOf(std::string const& inNativeDirectory) {
-    PathAt const path(AT_FDCWD, inNativeDirectory);
-    FileDescriptor const directory(Uninterrupted(
-        [&] { return ::openat(path.Directory(), path.Tail(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
-    struct statfs fileSystem {};
-    return directory.IsOpen() && ::fstatfs(directory.Get(), &fileSystem) == 0 ? KindOf(fileSystem)
-                                                                              : VolumeKind::kFixed;
 }
 
 } // namespace
@@ -169,29 +139,26 @@ ErrorCode MapVolume(char inLetter, UTF16String const& inDirectory) {
         if (info.value.kind != FileKind::kDirectory) {
             return kError_NotADirectory;
         }
-        auto native = NativePath(inDirectory);
-        if (native) {
-            native.error = MakeAbsolute(native.value);
-        }
+        auto native = AbsoluteNativePath(inDirectory);
         if (!native) {
             return native.error;
         }
         volume = std::make_unique<MappedVolume>();
-        volume->kind = KindOf(native.value);
+        volume->kind = KindOfVolume(native.value);
         volume->directory = std::move(native.value);
         while (!volume->directory.empty() && volume->directory.back() == '/') {
             volume->directory.pop_back();
         }
     }
-    std::lock_guard<std::mutex> const lock(S_volumesMutex);
+    utility::MutexLock const lock(S_volumesMutex);
     S_volumes[VolumeIndex(letter)].swap(volume);
     return kError_None;
 }
 
 std::vector<Volume> Volumes() {
-    auto const rootKind = KindOf("/");
+    auto const rootKind = KindOfVolume("/");
     std::vector<Volume> volumes;
-    std::lock_guard<std::mutex> const lock(S_volumesMutex);
+    utility::MutexLock const lock(S_volumesMutex);
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
         if (letter == kRootLetter) {
             volumes.push_back({letter, rootKind});

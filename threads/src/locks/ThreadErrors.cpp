@@ -1,4 +1,4 @@
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
 
 #include <brindle/config/ErrorCodes.h>
 

@@ -6,16 +6,15 @@
 
 namespace brindle::threads {
 
-/// Report through `config::ThrowError` what kept an operation of a thread or a lock from being
-/// done.
+/// These report through `config::ThrowError` that a thread or a lock could not be made or used.
 void ReportNoThreadResources();
 void ReportLockFailure();
 
-/// Calls a function that calls into Boost.Thread. That there are no resources or that a lock fails
-/// is first reported; if the report returns, Boost's exception goes on to the caller. Every other
-/// exception passes untouched.
+/// Calls a function that uses Boost.Thread. A lack of resources or a failed lock is reported first,
+/// and if the report returns, Boost's exception goes on to the caller. Other exceptions pass
+/// unreported.
 template <typename Function>
-decltype(auto) Guarded(Function&& inFunction) {
+decltype(auto) ReportingThreadErrors(Function&& inFunction) {
     try {
         return std::forward<Function>(inFunction)();
     } catch (boost::thread_resource_error const&) {

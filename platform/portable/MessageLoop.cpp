@@ -1,6 +1,7 @@
 #include "platform/MessageLoop.h"
 
-#include "platform/linux/MessageInbox.h"
+#include "platform/portable/MessageInbox.h"
+#include "utility/src/base/NoPause.h"
 
 #include <utility>
 
@@ -8,7 +9,7 @@ namespace brindle::platform {
 
 namespace {
 
-// Trivial, so that they may be asked in any destructor at the end of a thread.
+// Trivially destroyed, so that destructors of other thread-local objects may use them.
 thread_local MessageQueue const* S_currentQueueP = nullptr;
 thread_local bool S_threadHasEnded = false;
 
@@ -26,19 +27,19 @@ private:
 struct MessageQueue::State {
     void HandleNext() noexcept {
         boost::intrusive_ptr<Message> const message = inbox.Pop();
-        if (message->Window() == nullptr || !message->Window()->IsDestroyed()) {
+        if (message->Target() == nullptr || !message->Target()->IsClosed()) {
             message->Handle();
         }
     }
 
-    MessageInbox<Unpaused> inbox;
-    bool hasQuit = false; // the owner's alone
-    // Made beforehand, so that a thread can always be told to quit.
+    MessageInbox<utility::NoPause> inbox;
+    bool hasQuit = false; // accessed by the owner only
+    // Made in advance, so that telling a thread to quit needs no memory.
     boost::intrusive_ptr<Message> const quit{new QuitMessage(hasQuit)};
     std::atomic<bool> isQuitPosted{false};
 };
 
-/// Holds the queue of a thread until the thread ends.
+/// Keeps the queue of a thread until the thread ends.
 class MessageQueue::OfThread {
 public:
     explicit OfThread(boost::intrusive_ptr<MessageQueue> inQueue) noexcept
@@ -88,14 +89,14 @@ int MessageQueue::Descriptor() const noexcept {
 }
 
 void MessageQueue::PostQuit() noexcept {
-    // Nothing else is told by the flag.
+    // Relaxed: the flag publishes nothing; it only lets the first call through.
     if (!mState->isQuitPosted.exchange(true, std::memory_order_relaxed)) {
-        mState->inbox.Push(mState->quit);
+        static_cast<void>(mState->inbox.Push(mState->quit)); // refused if the thread has ended
     }
 }
 
 bool MessageQueue::HandleMessage() noexcept {
-    MessageInbox<Unpaused>& inbox = mState->inbox;
+    MessageInbox<utility::NoPause>& inbox = mState->inbox;
     while (!mState->hasQuit) {
         if (inbox.HasNext()) {
             mState->HandleNext();
@@ -108,7 +109,7 @@ bool MessageQueue::HandleMessage() noexcept {
 }
 
 void MessageQueue::DispatchMessages() noexcept {
-    MessageInbox<Unpaused>& inbox = mState->inbox;
+    MessageInbox<utility::NoPause>& inbox = mState->inbox;
     std::uint64_t const until = inbox.Gather();
     while (inbox.Popped() < until && !mState->hasQuit) {
         mState->HandleNext();
@@ -116,27 +117,27 @@ void MessageQueue::DispatchMessages() noexcept {
     inbox.Settle();
 }
 
-Message::Message(boost::intrusive_ptr<MessageWindow> inWindow) noexcept
-    : mWindow(std::move(inWindow)) {}
+Message::Message(boost::intrusive_ptr<MessageTarget> inTarget) noexcept
+    : mTarget(std::move(inTarget)) {}
 
 Message::~Message() = default;
 
-MessageWindow::MessageWindow(boost::intrusive_ptr<MessageQueue> inQueue) noexcept
+MessageTarget::MessageTarget(boost::intrusive_ptr<MessageQueue> inQueue) noexcept
     : mQueue(std::move(inQueue)) {}
 
-MessageWindow::~MessageWindow() = default;
+MessageTarget::~MessageTarget() = default;
 
-void MessageWindow::Destroy() noexcept {
-    // Guards no data: what the messages lead to has its own locks.
-    mIsDestroyed.store(true, std::memory_order_relaxed);
+void MessageTarget::Close() noexcept {
+    // Relaxed: the flag guards no data. What messages refer to has locks of its own.
+    mIsClosed.store(true, std::memory_order_relaxed);
 }
 
-bool MessageWindow::IsDestroyed() const noexcept {
-    return mIsDestroyed.load(std::memory_order_relaxed);
+bool MessageTarget::IsClosed() const noexcept {
+    return mIsClosed.load(std::memory_order_relaxed);
 }
 
-bool MessageWindow::SendNotify(boost::intrusive_ptr<Message> inMessage) noexcept {
-    if (IsDestroyed()) {
+bool MessageTarget::Send(boost::intrusive_ptr<Message> inMessage) noexcept {
+    if (IsClosed()) {
         return false;
     }
     if (IsOfCurrentThread()) {

@@ -8,19 +8,19 @@
 
 namespace brindle::platform {
 
-/// The MIME types of files of an extension, collected from the desktop's tables of name patterns.
-/// A pattern counts if it is a "*" and an ending of the extension.
+/// The MIME types of files with an extension, collected from the desktop's tables of name patterns
+/// ("globs2"). Only patterns of the form "*ending" count, where the extension ends in that ending.
 class ExtensionTypes {
 public:
     /// `inExtension` has its dot.
     explicit ExtensionTypes(std::string inExtension) : mExtension(std::move(inExtension)) {}
 
-    /// Takes the patterns of a file "globs2", any bytes. Files come in falling precedence.
+    /// Adds the patterns of a file "globs2"; any bytes are allowed. Add the files in falling
+    /// precedence.
     void Add(std::string_view inBytes);
 
-    /// The types, the best one first, of which there are at most 16: by the weight of the pattern,
-    /// then by its length, then an ending in the same case before one in the other, then in the
-    /// order of the files.
+    /// At most 16 types, the best one first: ordered by the weight of the pattern, then by its
+    /// length, then whether upper and lower case agree, then by the order of the files.
     std::vector<std::string> Types() const;
 
 private:
@@ -36,8 +36,9 @@ private:
     std::vector<std::string> mTypesWithoutFurtherPatterns;
 };
 
-/// The file names of the desktop entries that a group of a file of associations, any bytes, lists
-/// for a type, in its order; at most 64. What cannot be such a name is left out.
+/// The file names of the desktop entries that a group of a list of associations ("mimeapps.list";
+/// any bytes are allowed) names for a type, in the order of the list; at most 64. Names that cannot
+/// be a desktop entry's are left out.
 std::vector<std::string> EntriesFor(std::string_view inBytes, std::string_view inGroup,
                                     std::string_view inType);
 

@@ -1,5 +1,3 @@
-#include "platform/Errors.h"
-
 #include "platform/linux/ErrnoTable.h"
 
 #include <cerrno>

@@ -11,27 +11,27 @@
 
 namespace brindle::platform {
 
-/// A path in the form in which the system's *at calls take it: an open directory and what follows.
-/// That gives a path of any length to a kernel that takes so much at a time. A path that the kernel
-/// takes whole is left whole and opens nothing.
-class PathAt {
+/// A path in the form that the system's *at calls take: an open directory and the rest of the path.
+/// That makes paths possible that are longer than the kernel takes at once: their directories are
+/// opened piece by piece. For a path that is short enough nothing is opened.
+class SystemPath {
 public:
     /// Takes library text.
-    explicit PathAt(UTF16String const& inPath);
+    explicit SystemPath(UTF16String const& inPath);
 
     /// Takes a path of the system, relative to the open directory `inBase`, which outlives this.
-    PathAt(int inBase, std::string inNativePath);
+    SystemPath(int inBase, std::string inNativePath);
 
-    /// Why the path leads nowhere, or 0. With an error the calls below fail.
+    /// Why the path cannot be used, or 0. With an error the calls below fail.
     ErrorCode Error() const noexcept { return mError; }
 
     int Directory() const noexcept { return mOpened.IsOpen() ? mOpened.Get() : mBase; }
     char const* Tail() const noexcept { return mNative.c_str() + mTailStart; }
 
-    /// Makes the tail name a link itself where a trailing separator would follow it.
+    /// Removes trailing separators, so that the tail names a link itself and not what it points to.
     void DropTrailingSeparators();
 
-    /// The number of a failure of a call on this path.
+    /// The error of a call on this path that failed with this `errno`.
     ErrorCode ErrorOf(int inErrno) const;
 
     /// The directory part of the tail, "." if it has none, and the last name, empty if the tail
@@ -48,8 +48,5 @@ private:
     int mBase = AT_FDCWD;
     ErrorCode mError = kError_None;
 };
-
-/// Puts the current directory in front of a relative path of the system.
-ErrorCode MakeAbsolute(std::string& ioNativePath);
 
 } // namespace brindle::platform

@@ -1,4 +1,4 @@
-#include "platform/linux/PathAt.h"
+#include "platform/linux/SystemPath.h"
 
 #include "platform/Paths.h"
 #include "platform/linux/ErrnoTable.h"
@@ -13,7 +13,7 @@
 
 namespace brindle::platform {
 
-PathAt::PathAt(UTF16String const& inPath) {
+SystemPath::SystemPath(UTF16String const& inPath) {
     auto native = NativePath(inPath);
     mNative = std::move(native.value);
     mError = native.error;
@@ -22,12 +22,12 @@ PathAt::PathAt(UTF16String const& inPath) {
     }
 }
 
-PathAt::PathAt(int inBase, std::string inNativePath)
+SystemPath::SystemPath(int inBase, std::string inNativePath)
     : mNative(std::move(inNativePath)), mBase(inBase) {
     Shorten();
 }
 
-void PathAt::Shorten() {
+void SystemPath::Shorten() {
     // The kernel counts the NUL behind the path.
     if (mNative.size() < PATH_MAX) {
         return;
@@ -53,13 +53,13 @@ void PathAt::Shorten() {
     }
 }
 
-void PathAt::DropTrailingSeparators() {
+void SystemPath::DropTrailingSeparators() {
     while (mNative.size() > mTailStart + 1 && mNative.back() == '/') {
         mNative.pop_back();
     }
 }
 
-ErrorCode PathAt::ErrorOf(int inErrno) const {
+ErrorCode SystemPath::ErrorOf(int inErrno) const {
     if (inErrno != ENOENT) {
         return ErrorFromErrno(inErrno);
     }
@@ -80,7 +80,7 @@ ErrorCode PathAt::ErrorOf(int inErrno) const {
                                                                  : kError_PathNotFound;
 }
 
-std::string PathAt::TailDirectory() const {
+std::string SystemPath::TailDirectory() const {
     std::string tail = Tail();
     auto const slash = tail.rfind('/');
     if (slash == std::string::npos) {
@@ -90,21 +90,21 @@ std::string PathAt::TailDirectory() const {
     return tail;
 }
 
-std::string PathAt::TailName() const {
+std::string SystemPath::TailName() const {
     std::string const tail = Tail();
     return tail.substr(tail.rfind('/') + 1);
 }
 
-ErrorCode MakeAbsolute(std::string& ioNativePath) {
-    if (!ioNativePath.empty() && ioNativePath.front() == '/') {
-        return kError_None;
+Result<std::string> AbsoluteNativePath(UTF16String const& inPath) {
+    auto path = NativePath(inPath);
+    if (!path || (!path.value.empty() && path.value.front() == '/')) {
+        return path;
     }
     std::unique_ptr<char, decltype(&std::free)> const current(::getcwd(nullptr, 0), &std::free);
     if (current == nullptr) {
-        return ErrorFromErrno(errno);
+        return {{}, ErrorFromErrno(errno)};
     }
-    ioNativePath = std::string(current.get()) + '/' + ioNativePath;
-    return kError_None;
+    return {std::string(current.get()) + '/' + path.value, kError_None};
 }
 
 } // namespace brindle::platform

@@ -1,38 +1,31 @@
 #pragma once
 
 #include "platform/MessageLoop.h"
-#include "platform/linux/FileDescriptor.h"
-
-#include <poll.h>
-#include <sys/eventfd.h>
+#include "platform/WakeUpEvent.h"
 
 #include <atomic>
 #include <cstdint>
 
 namespace brindle::platform {
 
-/// Goes through the steps of an inbox without a pause between them.
-struct Unpaused {
-    static void Pause() noexcept {}
-};
-
-/// Carries messages from any thread to the one that owns the inbox, oldest first, without a lock,
-/// and keeps a descriptor readable as long as there are any. `Steps::Pause` stands between the
-/// steps that other threads may come in between. docs/concurrency/message-inbox.md tells why it is
-/// right.
+/// Carries messages from any thread to the thread that owns the inbox, oldest first, without a
+/// lock. Its descriptor is readable as long as messages wait.
+///
+/// The proof is in docs/concurrency/message-inbox.md; `Steps` is called between the atomic steps.
 template <typename Steps>
 class MessageInbox {
 public:
-    MessageInbox() noexcept : mDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+    MessageInbox() noexcept = default;
     MessageInbox(MessageInbox const&) = delete;
     MessageInbox& operator=(MessageInbox const&) = delete;
     ~MessageInbox() { Close(); }
 
     /// -1 if the system had none.
-    int Descriptor() const noexcept { return mDescriptor.Get(); }
+    int Descriptor() const noexcept { return mEvent.Descriptor(); }
 
-    /// Appends it. False if the inbox is closed. Any thread; the caller keeps the inbox alive.
-    bool Push(boost::intrusive_ptr<Message> inMessage) noexcept {
+    /// Appends the message. False if the inbox is closed. Any thread may call, as long as it keeps
+    /// the inbox alive.
+    [[nodiscard]] bool Push(boost::intrusive_ptr<Message> inMessage) noexcept {
         Message* const message = inMessage.get();
         Message* newest = mNewest.load(std::memory_order_relaxed);
         do {
@@ -49,9 +42,10 @@ public:
         return true;
     }
 
-    // The owner.
+    // The rest is for the owner.
 
-    /// Takes over what was pushed. How many messages there have been up to now.
+    /// Takes over the messages that were pushed. Returns how many messages have been taken over in
+    /// all.
     std::uint64_t Gather() noexcept {
         Message const* const newest = mNewest.load(std::memory_order_relaxed);
         if (newest != nullptr && newest != Closed()) {
@@ -60,7 +54,7 @@ public:
         return mGathered;
     }
 
-    /// Whether there is one to pop; gathers only if it has to.
+    /// Whether there is a message to pop. Gathers only if none is left from before.
     bool HasNext() noexcept { return mPopped != mGathered || mPopped != Gather(); }
 
     /// The oldest message that was gathered, or null.
@@ -73,7 +67,7 @@ public:
         return boost::intrusive_ptr<Message>(message, false);
     }
 
-    /// How many messages have been popped up to now.
+    /// How many messages have been popped in all.
     std::uint64_t Popped() const noexcept { return mPopped; }
 
     /// Makes the descriptor unreadable if no message waits.
@@ -81,8 +75,7 @@ public:
         if (mOldest != nullptr) {
             return;
         }
-        eventfd_t count = 0;
-        ::eventfd_read(mDescriptor.Get(), &count);
+        mEvent.Reset();
         Steps::Pause();
         mRound += 2;
         mSignal.store(mRound, std::memory_order_seq_cst);
@@ -93,12 +86,9 @@ public:
     }
 
     /// Blocks until the descriptor is readable.
-    void Await() const noexcept {
-        pollfd watched{mDescriptor.Get(), POLLIN, 0};
-        Uninterrupted([&] { return ::poll(&watched, 1, -1); });
-    }
+    void Await() const noexcept { mEvent.Await(); }
 
-    /// Takes no more messages, and releases those that are left.
+    /// Refuses further messages, and releases those that are left.
     void Close() noexcept {
         if (mNewest.load(std::memory_order_relaxed) != Closed()) {
             Append(mNewest.exchange(Closed(), std::memory_order_acquire));
@@ -110,7 +100,7 @@ public:
 private:
     static Message* Closed() noexcept { return reinterpret_cast<Message*>(std::uintptr_t{1}); }
 
-    /// Newest first, as they were pushed.
+    /// Reverses a chain that leads from the newest message to the oldest, and appends it.
     void Append(Message* inNewest) noexcept {
         Message* oldest = nullptr;
         for (Message* message = inNewest; message != nullptr; ++mGathered) {
@@ -126,30 +116,30 @@ private:
         mLast = inNewest;
     }
 
-    /// Makes the descriptor readable, unless somebody has done so since the last `Settle`.
+    /// Makes the descriptor readable, unless a thread has done so since the last `Settle`.
     void Signal() noexcept {
         std::uint64_t round = mSignal.load(std::memory_order_seq_cst);
         if ((round & 1) != 0) {
             return;
         }
         Steps::Pause();
-        ::eventfd_write(mDescriptor.Get(), 1);
+        mEvent.Set();
         Steps::Pause();
-        // Fails if a round has begun meanwhile, in which the descriptor may have been reset.
+        // Fails if the owner has begun a new round, and so may have reset the descriptor.
         mSignal.compare_exchange_strong(round, round + 1, std::memory_order_seq_cst,
                                         std::memory_order_relaxed);
     }
 
-    FileDescriptor const mDescriptor;
-    std::atomic<Message*> mNewest{nullptr}; // of a list that leads to older ones
-    // The owner begins a round with an even number; who has made the descriptor readable in it
-    // turns that odd.
+    WakeUpEvent const mEvent;
+    std::atomic<Message*> mNewest{nullptr}; // each message leads to the one pushed before it
+    // The owner begins a round by storing an even number. A thread that has made the descriptor
+    // readable in this round makes the number odd.
     std::atomic<std::uint64_t> mSignal{0};
 
-    // The owner's alone, apart from the line that posters write to.
+    // Only the owner accesses these, so they are not in the cache line that posters write to.
     alignas(64) std::uint64_t mRound = 0;
     Message* mOldest = nullptr;
-    Message* mLast = nullptr; // means something if there is an oldest
+    Message* mLast = nullptr; // valid if there is an oldest
     std::uint64_t mGathered = 0;
     std::uint64_t mPopped = 0;
 };
