@@ -26,9 +26,10 @@ enum class FileOperation {
 /// What an exception of files, directories and byte streams knows of its cause. Every one of them
 /// derives from this, so that one handler can explain them all:
 ///
+///     try {
+///         file.Create();
 ///     } catch (config::FileFailure const& failure) {
-///         if (failure.Cause() == utility::SystemError::kDiskFull) {
-///         OfferAnotherPlace(failure.Path()); }
+///         isDiskFull = failure.Cause() == utility::SystemError::kDiskFull;
 ///     }
 class BRN_API FileFailure {
 public:
