@@ -110,7 +110,8 @@ std::string EncodedByRuns(std::string const& inData) {
 bool EndsBetweenPackets(std::string const& inPacked) {
     std::size_t i = 0;
     while (i < inPacked.size()) {
-        i += inPacked[i] < 0 ? 2u : static_cast<std::size_t>(inPacked[i]) + 2u;
+        auto const header = static_cast<std::uint8_t>(inPacked[i]);
+        i += header >= 0x80 ? 2u : header + 2u;
     }
     return i == inPacked.size();
 }

@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace brindle::tests {
 
@@ -41,5 +43,21 @@ private:
     std::string mNative;
     UTF16String mPath;
 };
+
+/// A directory on another file system than that of temporary files, if there is one that may be
+/// written.
+inline std::filesystem::path AnotherFileSystem() {
+    auto const usual = std::filesystem::temp_directory_path();
+    struct stat usualStatus {};
+    ::stat(usual.c_str(), &usualStatus);
+    for (auto const* const candidate : {"/dev/shm", "/run/shm", "/var/tmp", "/run", "."}) {
+        struct stat status {};
+        if (::stat(candidate, &status) == 0 && status.st_dev != usualStatus.st_dev &&
+            ::access(candidate, W_OK | X_OK) == 0) {
+            return std::filesystem::absolute(candidate);
+        }
+    }
+    return usual;
+}
 
 } // namespace brindle::tests
