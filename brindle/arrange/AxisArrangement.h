@@ -10,7 +10,8 @@
 
 namespace brindle::arrange::impl {
 
-/// The axis along which children follow each other.
+/// The axis along which children follow each other. Exported, because the visibility of a
+/// template's instances is limited by that of their arguments.
 enum class BRN_API MainAxis { kHorizontal, kVertical };
 
 /// Lays its children out from left to right or from top to bottom. Both use one algorithm: the main

@@ -3,6 +3,7 @@
 #include <brindle/Export.h>
 #include <brindle/utility/Unicode.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -17,6 +18,9 @@ BRN_API void DebugTrace(char const* inText);
 /// A buffer that hands its text to `Emit` in chunks of at most 255 units, when it is full and when
 /// the stream is flushed. A surrogate pair across the border of two chunks becomes two surrogates
 /// without partners. Used by one thread at a time.
+///
+/// `Emit` may write into its own stream. Up to 255 units written there are kept for the next flush;
+/// more make the stream bad.
 template <typename Unit, typename Traits = std::char_traits<Unit>>
 class UTF16StreamBufferImpl : public std::basic_streambuf<Unit, Traits> {
 public:
@@ -29,6 +33,9 @@ protected:
 
     int_type overflow(int_type inUnit = Traits::eof()) override {
         Flush();
+        if (this->pptr() == this->epptr()) {
+            return Traits::eof();
+        }
         if (!Traits::eq_int_type(inUnit, Traits::eof())) {
             this->sputc(Traits::to_char_type(inUnit));
         }
@@ -57,18 +64,32 @@ private:
     static constexpr std::size_t kUnits = 256;
 
     void Flush() {
-        if (this->pptr() == this->pbase()) {
+        if (mIsEmitting || this->pptr() == this->pbase()) {
             return;
         }
-        // The put area ends before the last unit, which is kept for this NUL.
-        *this->pptr() = Unit();
-        Emit(mUnits);
+        // A copy, so that the array is free for what `Emit` writes into this stream.
+        Unit chunk[kUnits];
+        auto const count = this->pptr() - this->pbase();
+        *std::copy_n(mUnits, count, chunk) = Unit();
         Restart();
+        mIsEmitting = true;
+        try {
+            Emit(chunk);
+        } catch (...) {
+            mIsEmitting = false;
+            if (this->pptr() == this->pbase()) {
+                // The units are still in the array, and the next flush tries again.
+                this->pbump(static_cast<int>(count));
+            }
+            throw;
+        }
+        mIsEmitting = false;
     }
 
     void Restart() noexcept { this->setp(mUnits, mUnits + kUnits - 1); }
 
-    Unit mUnits[kUnits];
+    Unit mUnits[kUnits]; // the put area ends before the last unit
+    bool mIsEmitting = false;
 };
 
 /// Passes chunks to `DebugTrace`, in UTF-8.

@@ -26,8 +26,12 @@ inline constexpr std::array<std::uint8_t, 256> kHexDigitValues = [] {
 
 /// The value of a hexadecimal digit of either case, 0 to 15. For any other character a bit above
 /// the lowest four is set, so the values of several characters can be checked by one `|`.
+constexpr std::uint32_t HexDigitValue(std::uint8_t inByte) noexcept {
+    return kHexDigitValues[inByte];
+}
+
 constexpr std::uint32_t HexDigitValue(char inCharacter) noexcept {
-    return kHexDigitValues[static_cast<std::uint8_t>(inCharacter)];
+    return HexDigitValue(static_cast<std::uint8_t>(inCharacter));
 }
 
 constexpr std::uint32_t HexDigitValue(std::uint16_t inUnit) noexcept {

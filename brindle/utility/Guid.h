@@ -124,15 +124,23 @@ constexpr bool operator>(Guid const& inLHS, Guid const& inRHS) noexcept {
     return inRHS < inLHS;
 }
 
-/// Inserts the text form.
-BRN_API oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid);
+/// Inserts the text form into a stream of any unit type of text.
 BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
                                              Guid const& inGuid);
+BRN_API std::basic_ostream<std::uint16_t>& operator<<(std::basic_ostream<std::uint16_t>& ioStream,
+                                                      Guid const& inGuid);
+BRN_API std::basic_ostream<std::uint8_t>& operator<<(std::basic_ostream<std::uint8_t>& ioStream,
+                                                     Guid const& inGuid);
+BRN_API oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid);
 
 /// Extracts one word, which ends at white space, and parses it. If no word is left, the stream
 /// fails, nothing is reported and the Guid stays as it was.
-BRN_API iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid);
 BRN_API std::basic_istream<char>& operator>>(std::basic_istream<char>& ioStream, Guid& outGuid);
+BRN_API std::basic_istream<std::uint16_t>& operator>>(std::basic_istream<std::uint16_t>& ioStream,
+                                                      Guid& outGuid);
+BRN_API std::basic_istream<std::uint8_t>& operator>>(std::basic_istream<std::uint8_t>& ioStream,
+                                                     Guid& outGuid);
+BRN_API iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid);
 
 } // namespace utility
 

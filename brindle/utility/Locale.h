@@ -5,8 +5,8 @@
 
 #include <locale>
 
-/// The two locales that the library works with. Each is made once, when it is first asked for, and
-/// any thread may ask.
+/// The two locales that the library works with. Any thread may ask for them, and so may the
+/// constructors and destructors of static objects.
 namespace brindle::Locale {
 
 /// The user's locale, as the environment names it at the first call. It is the classic locale if

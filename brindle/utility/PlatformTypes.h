@@ -4,7 +4,7 @@
 
 // The structures in which native interfaces pass identifiers, points and rectangles. They are
 // defined here for systems whose headers do not define them.
-#if __has_include(<windows.h>)
+#if defined(_WIN32)
 #include <windows.h>
 #else
 

@@ -17,8 +17,9 @@ BRN_API std::basic_streambuf<char>* SetStreamBuffer(std::basic_ostream<char>& io
 BRN_API std::basic_streambuf<std::uint16_t>*
 SetStreamBuffer(UTF16OutputStream& ioStream, std::basic_streambuf<std::uint16_t>* inBuffer);
 
-/// The global streams. They are not locked: only one thread at a time may use `UTF16Out`, and only
-/// one `Debug`.
+/// The global streams. They can be used at any time, also in the constructors and destructors of
+/// static objects. They are not locked: only one thread at a time may use `UTF16Out`, and only one
+/// `Debug`.
 namespace streams {
 
 /// Standard output, which gets a line for each flush: see `debug::UTF16StdOutStreamBuffer`.

@@ -2,6 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
+#include <brindle/utility/UnitInserters.h>
 
 #include <istream>
 #include <locale>
@@ -13,7 +14,8 @@
 // (for 16-bit units) and the `char` streams (for bytes) do in the same locale. A new stream has the
 // global locale of that moment. A stream is used by one thread at a time.
 //
-// A `std::uint16_t` is inserted as a number; use `put` to write one unit.
+// A `std::uint16_t` is inserted as a number; use `put`, `'x'` or `u'x'` to write one unit. See
+// UnitInserters.h for the literals that can be inserted.
 
 namespace brindle {
 
@@ -34,6 +36,10 @@ public:
     BRN_API UTF16OutputStream();
     BRN_API explicit UTF16OutputStream(std::basic_streambuf<std::uint16_t>* inBuffer);
 
+    /// Moving would leave the buffer behind.
+    UTF16OutputStream(UTF16OutputStream&&) = delete;
+    UTF16OutputStream& operator=(UTF16OutputStream&&) = delete;
+
     /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
 };
@@ -47,6 +53,8 @@ public:
     BRN_API explicit iUTF16StringStream(UTF16String const& inText);
     /// `inText` is NUL-terminated and not null.
     BRN_API explicit iUTF16StringStream(std::uint16_t const* inText);
+    BRN_API iUTF16StringStream(iUTF16StringStream&& inOther);
+    BRN_API iUTF16StringStream& operator=(iUTF16StringStream&& inOther);
 
     /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
@@ -59,6 +67,8 @@ public:
 class oUTF16StringStream : public std::basic_ostringstream<std::uint16_t> {
 public:
     BRN_API oUTF16StringStream();
+    BRN_API oUTF16StringStream(oUTF16StringStream&& inOther);
+    BRN_API oUTF16StringStream& operator=(oUTF16StringStream&& inOther);
 
     /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
@@ -70,6 +80,8 @@ public:
     BRN_API explicit iUTF8StringStream(UTF8String const& inText);
     /// `inText` is NUL-terminated and not null.
     BRN_API explicit iUTF8StringStream(std::uint8_t const* inText);
+    BRN_API iUTF8StringStream(iUTF8StringStream&& inOther);
+    BRN_API iUTF8StringStream& operator=(iUTF8StringStream&& inOther);
 
     /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
@@ -79,19 +91,11 @@ public:
 class oUTF8StringStream : public std::basic_ostringstream<std::uint8_t> {
 public:
     BRN_API oUTF8StringStream();
+    BRN_API oUTF8StringStream(oUTF8StringStream&& inOther);
+    BRN_API oUTF8StringStream& operator=(oUTF8StringStream&& inOther);
 
     /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
 };
 
 } // namespace brindle
-
-namespace std {
-
-/// Inserts one unit. The general template would insert the unit's number, because `std::uint16_t`
-/// is a number to an output stream.
-template <>
-BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
-                                                 char inCharacter);
-
-} // namespace std

@@ -45,21 +45,12 @@ std::string CRCText(std::uint32_t inCRC) {
 }
 
 void RequireRegular(File const& inFile) {
-    switch (KindOf(inFile)) {
-    case FileKind::kRegular:
-        return;
-    case FileKind::kMissing:
+    FileKind const kind = KindOf(inFile);
+    if (kind == FileKind::kMissing) {
         throw missing_error();
-    case FileKind::kDirectory:
-        throw irregular_error("has become a directory");
-    case FileKind::kPipe:
-        throw irregular_error("skipped, it is a FIFO");
-    case FileKind::kSocket:
-        throw irregular_error("skipped, it is a socket");
-    case FileKind::kDevice:
-        throw irregular_error("skipped, it is a device");
-    case FileKind::kOther:
-        throw irregular_error("skipped, it is no regular file");
+    }
+    if (kind != FileKind::kRegular) {
+        throw irregular_error(kind);
     }
 }
 
@@ -73,7 +64,7 @@ FileSum SumOf(File const& inFile) {
     } catch (file_not_found_exception const&) {
         throw missing_error();
     } catch (eof_error const&) {
-        throw unreadable_error("became shorter while it was read");
+        throw unsteady_error("became shorter while it was read");
     } catch (byte_stream_exception const&) {
         RequireRegular(inFile);
         throw unreadable_error("cannot be read");
@@ -85,7 +76,7 @@ FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
         outModified = inFile.Modified();
         FileSum const sum = SumOf(inFile);
         if (inFile.Modified() != outModified) {
-            throw unreadable_error("changed while it was read");
+            throw unsteady_error("changed while it was read");
         }
         return sum;
     } catch (file_not_found_exception const&) {

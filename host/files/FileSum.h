@@ -24,8 +24,8 @@ void RequireRegular(filesupport::File const& inFile);
 /// Reads a regular file to its end. Throws `unreadable_error`. Any thread may call.
 FileSum SumOf(filesupport::File const& inFile);
 
-/// As `SumOf`, but a file that changes while it is read counts as unreadable. `outModified` is its
-/// time of modification in 100-nanosecond ticks since the start of 1601 UTC.
+/// As `SumOf`, but throws `unsteady_error` for a file that changes while it is read. `outModified`
+/// is its time of modification in 100-nanosecond ticks since the start of 1601 UTC.
 FileSum SteadySumOf(filesupport::File const& inFile, std::uint64_t& outModified);
 
 } // namespace brindle::host

@@ -52,8 +52,8 @@ bool PercentDecode(UTF8String const& inText, std::string& outName) {
         if (inText.size() - i <= 2) {
             return false;
         }
-        auto const high = utility::HexDigitValue(std::uint16_t{inText[i + 1]});
-        auto const low = utility::HexDigitValue(std::uint16_t{inText[i + 2]});
+        auto const high = utility::HexDigitValue(inText[i + 1]);
+        auto const low = utility::HexDigitValue(inText[i + 2]);
         if ((high | low) > 15) {
             return false;
         }

@@ -16,6 +16,21 @@ namespace {
 
 constexpr int kMostLinks = 40; // as many as the system follows
 
+EntryState::Kind KindOfIrregular(FileKind inKind) {
+    switch (inKind) {
+    case FileKind::kPipe:
+        return EntryState::kPipe;
+    case FileKind::kSocket:
+        return EntryState::kSocket;
+    case FileKind::kDevice:
+        return EntryState::kDevice;
+    case FileKind::kDirectory: // the walk found a file
+        throw unsteady_error("has become a directory");
+    default:
+        return EntryState::kOther;
+    }
+}
+
 std::string WithSlash(std::string const& inPath) {
     return inPath.empty() || inPath.back() != '/' ? inPath + '/' : inPath;
 }
@@ -51,8 +66,29 @@ FoundFiles SealedTree::Find(Diagnostics& ioDiagnostics) const {
     return found;
 }
 
-File SealedTree::FileAt(std::string const& inPath) const {
-    return FileFromNative(NativePathOf(inPath));
+EntryState SealedTree::StateOf(std::string const& inPath, std::string& outProblem) const {
+    EntryState state;
+    try {
+        state.sum = SteadySumOf(FileFromNative(NativePathOf(inPath)), state.modified);
+    } catch (missing_error const&) {
+        std::error_code ignored;
+        if (!fs::is_symlink(NativePathOf(inPath), ignored)) {
+            throw;
+        }
+        state.kind = EntryState::kDanglingLink;
+    } catch (irregular_error const& error) {
+        state.kind = KindOfIrregular(error.Kind());
+    } catch (unsteady_error const&) {
+        throw;
+    } catch (unreadable_error const& error) {
+        state.kind = EntryState::kUnreadable;
+        outProblem = error.what();
+    }
+    return state;
+}
+
+bool SealedTree::HasDirectoryAt(std::string const& inPath) const {
+    return DirFromNative(NativePathOf(inPath)).Exists();
 }
 
 bool SealedTree::IsManifest(std::string const& inPath) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/files/FilesBelow.h"
+#include "host/seal/Manifest.h"
 
 #include <brindle/filesupport/File.h>
 
@@ -20,11 +21,14 @@ public:
     std::string RootForManifest() const;
 
     /// All files and all unreadable directories, sorted by path; the path of the root is empty.
-    /// Unreadable directories are reported.
     FoundFiles Find(Diagnostics& ioDiagnostics) const;
 
     std::string NativePathOf(std::string const& inPath) const { return mPrefix + inPath; }
-    filesupport::File FileAt(std::string const& inPath) const;
+
+    /// What there is at a path; reads a file to its end. `outProblem` says why a file cannot be
+    /// read. Throws `unsteady_error` for what changes meanwhile, and `missing_error`.
+    EntryState StateOf(std::string const& inPath, std::string& outProblem) const;
+    bool HasDirectoryAt(std::string const& inPath) const;
 
 private:
     bool IsManifest(std::string const& inPath) const;

@@ -25,6 +25,9 @@ std::vector<std::string> FilesOf(std::vector<std::string> const& inOperands,
             found.files.push_back(operand);
         }
     }
+    for (std::string const& dir : found.unreadableDirs) {
+        ioDiagnostics.Report(dir, kUnreadableDirectory);
+    }
     std::sort(found.files.begin(), found.files.end());
     return std::move(found.files);
 }

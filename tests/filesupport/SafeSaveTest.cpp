@@ -52,7 +52,7 @@ void ExpectCommit(SafeSave& ioSave, File const& inTarget, bool inIsSaved) {
 TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
     fs::permissions(mTemporary.Native(), fs::perms::all);
     tests::OrdinaryUser const user;
-    tests::TemporaryDirectory const elsewhere(tests::AnotherFileSystem());
+    auto const elsewhere = tests::TemporaryDirectory::OnAnotherFileSystem();
     std::optional<IPlatformByteStream> reader;
     std::optional<OPlatformByteStream> writer;
     CommitCase const cases[] = {

@@ -58,7 +58,10 @@ inline std::string SyncLetter(pid_t inProcess, __ptrace_syscall_info const& inCa
         return "w";
     case SYS_linkat:
         return "l";
+#ifdef SYS_renameat // where it is missing, SYS_renameat2 does the same
     case SYS_renameat:
+#endif
+    case SYS_renameat2:
         return "r";
     case SYS_fsync: {
         auto const descriptors = "/proc/" + std::to_string(inProcess) + "/fd/";

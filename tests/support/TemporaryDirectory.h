@@ -24,6 +24,26 @@ public:
         }
         mPath = platform::PathFromNative(mNative);
     }
+    /// On another file system than `TemporaryDirectory()` if there is one that this user may write
+    /// to.
+    static TemporaryDirectory OnAnotherFileSystem() {
+        namespace fs = std::filesystem;
+        struct stat usual {};
+        ::stat(fs::temp_directory_path().c_str(), &usual);
+        auto const userDirectory = "/run/user/" + std::to_string(::geteuid());
+        for (std::string const& place : {std::string("/dev/shm"), userDirectory,
+                                         std::string("/var/tmp"), fs::current_path().string()}) {
+            struct stat other {};
+            if (::stat(place.c_str(), &other) == 0 && other.st_dev != usual.st_dev) {
+                try {
+                    return TemporaryDirectory(place);
+                } catch (std::runtime_error const&) {
+                    // The next one may be writable.
+                }
+            }
+        }
+        return TemporaryDirectory();
+    }
     TemporaryDirectory(TemporaryDirectory const&) = delete;
     TemporaryDirectory& operator=(TemporaryDirectory const&) = delete;
     ~TemporaryDirectory() {
@@ -43,21 +63,5 @@ private:
     std::string mNative;
     UTF16String mPath;
 };
-
-/// A directory on another file system than that of temporary files, if there is one that may be
-/// written.
-inline std::filesystem::path AnotherFileSystem() {
-    auto const usual = std::filesystem::temp_directory_path();
-    struct stat usualStatus {};
-    ::stat(usual.c_str(), &usualStatus);
-    for (auto const* const candidate : {"/dev/shm", "/run/shm", "/var/tmp", "/run", "."}) {
-        struct stat status {};
-        if (::stat(candidate, &status) == 0 && status.st_dev != usualStatus.st_dev &&
-            ::access(candidate, W_OK | X_OK) == 0) {
-            return std::filesystem::absolute(candidate);
-        }
-    }
-    return usual;
-}
 
 } // namespace brindle::tests

@@ -101,10 +101,15 @@ TEST(Guid, StreamsCarryIt) {
     };
     std::ostringstream out;
     oUTF16StringStream wideOut;
-    out << kGuid;
-    wideOut << kGuid;
-    expectWords(std::istringstream(out.str() + " wrong "));
-    expectWords(iUTF16StringStream(wideOut.str() + Wide("\twrong")));
+    oUTF8StringStream byteOut;
+    out << 1 << ' ' << kGuid << " wrong ";
+    wideOut << 1 << ' ' << kGuid << "\twrong";
+    byteOut << 1 << ' ' << kGuid << " wrong";
+    int number = 0;
+    expectWords(std::istringstream(out.str()) >> number);
+    expectWords(iUTF16StringStream(wideOut.str()) >> number);
+    expectWords(iUTF8StringStream(byteOut.str()) >> number);
+    EXPECT_EQ((oUTF16StringStream() << kGuid).str(), Wide(kText));
 }
 
 TEST(Guid, ASystemWithoutRandomBytesIsReported) {

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <iomanip>
 #include <iostream>
+#include <stdexcept>
+#include <vector>
 
 using namespace brindle;
 using namespace brindle::utility;
@@ -31,6 +33,56 @@ TEST(Streams, DebugTextIsFlushedAtExit) {
             std::exit(0);
         },
         testing::ExitedWithCode(0), "left behind");
+}
+
+/// Writes to its own stream whenever it receives text.
+struct EchoingBuffer : debug::UTF16StreamBufferImpl<std::uint16_t> {
+    ~EchoingBuffer() override {
+        fails = true; // the stream is gone
+        FlushAtEnd();
+    }
+    void Emit(std::uint16_t const* inText) override {
+        if (fails) {
+            throw std::runtime_error("not now");
+        }
+        chunks.emplace_back(inText);
+        *stream << echo << std::flush;
+    }
+
+    UTF16OutputStream* stream = nullptr;
+    UTF16String echo;
+    std::vector<UTF16String> chunks;
+    bool fails = false;
+};
+
+TEST(Streams, AFlushHookMayWriteIntoItsOwnStream) {
+    EchoingBuffer buffer;
+    UTF16OutputStream stream(&buffer);
+    buffer.stream = &stream;
+    buffer.echo = u"echo"_utf16;
+    stream << "short" << std::flush << UTF16String(255, 'x') << std::flush;
+    EXPECT_EQ(buffer.chunks,
+              (std::vector<UTF16String>{u"short"_utf16, u"echo"_utf16 + UTF16String(251, 'x'),
+                                        u"echoxxxx"_utf16}));
+    EXPECT_TRUE(stream.good());
+
+    buffer.echo.assign(256, 'y');
+    stream << std::flush;
+    EXPECT_EQ(buffer.chunks.back(), u"echo"_utf16);
+    EXPECT_TRUE(stream.bad());
+}
+
+TEST(Streams, AChunkThatCouldNotBeEmittedIsTriedAgain) {
+    EchoingBuffer buffer;
+    UTF16OutputStream stream(&buffer);
+    buffer.stream = &stream;
+    buffer.fails = true;
+    stream << "kept" << std::flush;
+    EXPECT_TRUE(stream.bad());
+    stream.clear();
+    buffer.fails = false;
+    stream << ", then more" << std::flush;
+    EXPECT_EQ(buffer.chunks, std::vector<UTF16String>{u"kept, then more"_utf16});
 }
 
 TEST(Streams, SetStreamBufferResetsTheStream) {

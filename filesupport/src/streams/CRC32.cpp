@@ -106,7 +106,12 @@ UpdateByFolding(std::uint32_t inRegister, std::uint8_t const* inData, std::size_
 }
 
 bool CanFold() noexcept {
-    static bool const s_can = __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("sse4.1");
+    static bool const s_can = [] {
+        // A static constructor of a client may get here before the one that initialises the
+        // compiler's processor data.
+        __builtin_cpu_init();
+        return __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("sse4.1");
+    }();
     return s_can;
 }
 

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <istream>
 #include <ostream>
+#include <string_view>
 
 namespace brindle::utility {
 
@@ -72,6 +73,14 @@ Guid Parsed(Unit const* inText, std::size_t inLength) {
     return FromBytes(bytes);
 }
 
+/// The length that counts: 16-bit text ends before a NUL, as in the conversion to UTF-8.
+template <typename Unit>
+std::size_t LengthOf(std::basic_string<Unit> const& inText) {
+    bool const endsAtNul =
+        sizeof(Unit) == 2 && inText.size() > kTextLength && inText[kTextLength] == 0;
+    return endsAtNul ? kTextLength : inText.size();
+}
+
 /// The two digits of every byte.
 template <typename Unit>
 constexpr std::array<std::array<Unit, 2>, 256> MakeDigitPairs() {
@@ -97,6 +106,22 @@ void Format(Guid const& inGuid, Unit* outText) {
     }
 }
 
+template <typename Unit>
+std::basic_ostream<Unit>& Insert(std::basic_ostream<Unit>& ioStream, Guid const& inGuid) {
+    Unit text[kTextLength];
+    Format(inGuid, text);
+    return ioStream << std::basic_string_view<Unit>(text, kTextLength);
+}
+
+template <typename Unit>
+std::basic_istream<Unit>& Extract(std::basic_istream<Unit>& ioStream, Guid& outGuid) {
+    std::basic_string<Unit> word;
+    if (ioStream >> word) {
+        outGuid = Parsed(word.data(), LengthOf(word));
+    }
+    return ioStream;
+}
+
 } // namespace
 
 Guid::Guid(char const* inText)
@@ -104,10 +129,7 @@ Guid::Guid(char const* inText)
 
 Guid::Guid(std::basic_string<char> const& inText) : Guid(Parsed(inText.data(), inText.size())) {}
 
-Guid::Guid(UTF16String const& inText)
-    : Guid(Parsed(inText.data(), inText.size() > kTextLength && inText[kTextLength] == 0
-                                     ? kTextLength
-                                     : inText.size())) {}
+Guid::Guid(UTF16String const& inText) : Guid(Parsed(inText.data(), LengthOf(inText))) {}
 
 Guid Guid::CreateUnique() {
     auto const bytes = platform::CreateUuid();
@@ -124,30 +146,41 @@ UTF16String Guid::AsString() const {
     return text;
 }
 
-oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid) {
-    static_cast<std::basic_ostream<std::uint16_t>&>(ioStream) << inGuid.AsString();
-    return ioStream;
-}
-
 std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream, Guid const& inGuid) {
-    char text[kTextLength + 1] = {};
-    Format(inGuid, text);
-    return ioStream << text;
+    return Insert(ioStream, inGuid);
 }
 
-iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid) {
-    UTF16String word;
-    if (static_cast<std::basic_istream<std::uint16_t>&>(ioStream) >> word) {
-        outGuid = Guid(word);
-    }
+std::basic_ostream<std::uint16_t>& operator<<(std::basic_ostream<std::uint16_t>& ioStream,
+                                              Guid const& inGuid) {
+    return Insert(ioStream, inGuid);
+}
+
+std::basic_ostream<std::uint8_t>& operator<<(std::basic_ostream<std::uint8_t>& ioStream,
+                                             Guid const& inGuid) {
+    return Insert(ioStream, inGuid);
+}
+
+oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid) {
+    Insert<std::uint16_t>(ioStream, inGuid);
     return ioStream;
 }
 
 std::basic_istream<char>& operator>>(std::basic_istream<char>& ioStream, Guid& outGuid) {
-    std::string word;
-    if (ioStream >> word) {
-        outGuid = Guid(word);
-    }
+    return Extract(ioStream, outGuid);
+}
+
+std::basic_istream<std::uint16_t>& operator>>(std::basic_istream<std::uint16_t>& ioStream,
+                                              Guid& outGuid) {
+    return Extract(ioStream, outGuid);
+}
+
+std::basic_istream<std::uint8_t>& operator>>(std::basic_istream<std::uint8_t>& ioStream,
+                                             Guid& outGuid) {
+    return Extract(ioStream, outGuid);
+}
+
+iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid) {
+    Extract<std::uint16_t>(ioStream, outGuid);
     return ioStream;
 }
 

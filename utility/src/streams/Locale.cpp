@@ -2,6 +2,8 @@
 
 #include <brindle/utility/StringStreams.h>
 
+#include "utility/src/base/NeverDestroyed.h"
+
 #include <algorithm>
 #include <exception>
 
@@ -20,13 +22,12 @@ std::locale UserLocale() {
 } // namespace
 
 std::locale const& Native() {
-    static std::locale const native = UserLocale();
-    return native;
+    static utility::NeverDestroyed<std::locale> native(UserLocale());
+    return native.Get();
 }
 
 std::locale const& Default() {
-    static std::locale const classic = std::locale::classic();
-    return classic;
+    return std::locale::classic();
 }
 
 double GetValueFromDisplayString(UTF16String const& inText) {

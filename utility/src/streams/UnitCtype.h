@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <locale>
 
@@ -100,7 +102,11 @@ public:
     /// Uses the facet of `inBase`, and keeps it alive.
     explicit UnitCtype(std::locale const& inBase)
         : mOwner(std::locale::classic().combine<std::ctype<Character>>(inBase)),
-          mFacet(std::use_facet<std::ctype<Character>>(mOwner)) {}
+          mFacet(std::use_facet<std::ctype<Character>>(mOwner)) {
+        for (std::size_t i = 0; i < mWidened.size(); ++i) {
+            mWidened[i] = static_cast<Unit>(mFacet.widen(static_cast<char>(i)));
+        }
+    }
 
     bool IsOf(std::locale const& inLocale) const {
         return &mFacet == &std::use_facet<std::ctype<Character>>(inLocale);
@@ -148,7 +154,7 @@ private:
         return inEnd;
     }
     Unit do_widen(char inCharacter) const override {
-        return static_cast<Unit>(mFacet.widen(inCharacter));
+        return mWidened[static_cast<unsigned char>(inCharacter)];
     }
     char const* do_widen(char const* inBegin, char const* inEnd, Unit* outUnits) const override {
         for (; inBegin != inEnd; ++inBegin) {
@@ -169,6 +175,7 @@ private:
 
     std::locale mOwner;
     std::ctype<Character> const& mFacet;
+    std::array<Unit, 256> mWidened; ///< by the character as an unsigned number
 };
 
 } // namespace brindle::utility
