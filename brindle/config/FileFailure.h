@@ -27,9 +27,11 @@ enum class FileOperation {
 /// derives from this, so that one handler can explain them all:
 ///
 ///     } catch (config::FileFailure const& failure) {
-///         if (failure.Cause() == utility::SystemError::kDiskFull) {
-///         OfferAnotherPlace(failure.Path()); }
+///         bool const mayHelp = failure.Cause() == utility::SystemError::kDiskFull;
+///         if (mayHelp) { OfferAnotherPlace(failure.Path()); }
 ///     }
+///
+/// `config::Describe` tells a user.
 class BRN_API FileFailure {
 public:
     FileFailure() noexcept = default;
@@ -37,6 +39,8 @@ public:
     FileFailure& operator=(FileFailure const&) noexcept = default;
     virtual ~FileFailure();
 
+    /// A localisation key that says what failed, or null if `what()` does.
+    virtual char const* Key() const noexcept;
     /// The full path of the file or directory; empty if none is involved.
     UTF16String Path() const;
     /// The name that it was to get; empty if it was not to be renamed.
