@@ -6,6 +6,7 @@
 #include "host/files/Input.h"
 #include "host/plist/LoadList.h"
 #include "host/seal/PercentNames.h"
+#include <brindle/utility/Digits.h>
 
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
@@ -60,7 +61,7 @@ bool IsTimeText(std::string const& inText) {
     constexpr char kForm[] = "0000-00-00T00:00:00.0000000Z";
     std::string form = inText;
     for (char& character : form) {
-        character = character >= '0' && character <= '9' ? '0' : character;
+        character = utility::IsDigit(character) ? '0' : character;
     }
     std::size_t const years =
         form.find_first_not_of('0'); // four digits, or more from the year 10000

@@ -2,6 +2,7 @@
 
 #include "platform/desktop/KeyFile.h"
 #include "platform/portable/Ascii.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -51,9 +52,12 @@ Result<std::string> PercentDecoded(std::string_view inText) {
             text += inText[i];
             continue;
         }
-        auto const high = i + 2 < inText.size() ? HexDigitValue(inText[i + 1]) : -1;
-        auto const low = i + 2 < inText.size() ? HexDigitValue(inText[i + 2]) : -1;
-        if (high < 0 || low < 0) {
+        if (inText.size() - i <= 2) {
+            return {{}, kError_InvalidData};
+        }
+        auto const high = utility::HexDigitValue(inText[i + 1]);
+        auto const low = utility::HexDigitValue(inText[i + 2]);
+        if ((high | low) > 15) {
             return {{}, kError_InvalidData};
         }
         text += static_cast<char>(high * 16 + low);

@@ -1,5 +1,6 @@
 #include "platform/Files.h"
 #include "platform/Directories.h"
+#include "platform/FileContent.h"
 
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/InTemporaryDirectory.h"
@@ -111,21 +112,6 @@ TEST_F(Files, TimesAndIdentityAreTheSystems) {
     auto const a = Inspect(At("a")).value;
     EXPECT_TRUE(a.identity == Inspect(At("b")).value.identity);
     EXPECT_FALSE(a.identity == Inspect(mTemporary.Path()).value.identity);
-}
-
-TEST_F(Files, SharingRefusesWhoeverWouldDisturb) {
-    auto const path = At("file");
-    auto const refusals = [&] {
-        return std::vector<ErrorCode>{CreateEmptyFile(path), ReplaceContent(path, "new", 3),
-                                      AppendContent(path, "new", 3)};
-    };
-    Fill("file", "old");
-    {
-        auto const reader = OpenForReading(path);
-        EXPECT_EQ(refusals(), std::vector<ErrorCode>(3, kError_SharingViolation));
-    }
-    EXPECT_EQ(refusals(), std::vector<ErrorCode>(3, kError_None));
-    EXPECT_EQ(ContentOf("file"), "newnew");
 }
 
 TEST_F(Files, MovingNeverReplaces) {

@@ -1,3 +1,4 @@
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "proplist/src/document/DocumentCheck.h"
 #include "tests/support/FileSizeLimit.h"

@@ -1,5 +1,7 @@
 #include <brindle/time/Timecode.h>
 
+#include <brindle/utility/Digits.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <limits>
@@ -54,7 +56,7 @@ public:
                          std::uint64_t inLargest) noexcept {
         std::uint64_t number = 0;
         std::size_t count = 0;
-        while (count < mText.size() && mText[count] >= '0' && mText[count] <= '9') {
+        while (count < mText.size() && utility::IsDigit(mText[count])) {
             if (number <= inLargest) {
                 number = number * 10 + static_cast<std::uint64_t>(mText[count] - '0');
             }

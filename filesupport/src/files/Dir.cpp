@@ -7,12 +7,10 @@
 #include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/Aliases.h>
-#include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 
 #include <utility>
-#include <vector>
 
 namespace brindle::filesupport {
 
@@ -27,18 +25,6 @@ platform::FileInfo InspectOrThrow(Dir const& inDir) {
         throw dir_exception(inDir);
     }
     return info.value;
-}
-
-/// The subdirectories of `inDir` to remove before it. A link has none: it goes without what it
-/// points to.
-Dir::DirIterator SubdirsToRemove(Dir const& inDir) {
-    if (platform::IsSymbolicLink(inDir.Helper().Path())) {
-        return inDir.EndSubdirs();
-    }
-    for (auto file = inDir.BeginFiles(false); file != inDir.EndFiles(); ++file) {
-        (*file).Delete();
-    }
-    return inDir.BeginSubdirs(false);
 }
 
 } // namespace
@@ -103,25 +89,14 @@ void Dir::Create() const {
 }
 
 void Dir::Delete() const {
-    struct Level {
-        Dir dir;
-        DirIterator next;
-    };
-    // A stack of its own, so that no depth of nesting is too deep.
-    std::vector<Level> branch;
-    branch.push_back({*this, SubdirsToRemove(*this)});
-    while (!branch.empty()) {
-        Level& level = branch.back();
-        if (level.next != level.dir.EndSubdirs()) {
-            Dir const subdir = *level.next;
-            ++level.next;
-            branch.push_back({subdir, SubdirsToRemove(subdir)});
-        } else if (platform::RemoveDirectory(level.dir.mHelper.Path()) != platform::kError_None) {
-            throw dir_exception(level.dir);
-        } else {
-            branch.pop_back();
-        }
+    auto const removal = platform::RemoveTree(mHelper.Path());
+    if (removal.error == platform::kError_None) {
+        return;
     }
+    if (removal.isDirectory) {
+        throw dir_exception(Dir(removal.path));
+    }
+    throw file_delete_exception(File(removal.path));
 }
 
 void Dir::Rename(UTF16String const& inNewName) {

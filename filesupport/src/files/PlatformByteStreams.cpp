@@ -42,8 +42,14 @@ T ValueOrThrow(platform::Result<T> const& inResult) {
 } // namespace
 
 IPlatformByteStream::IPlatformByteStream(File const& inFile)
-    : mFile(std::make_unique<platform::OpenFile>(
-          OpenedOrThrow(platform::OpenForReading(inFile.Helper().Path()), inFile))) {}
+    : IPlatformByteStream(inFile, kShareWithReaders) {}
+
+IPlatformByteStream::IPlatformByteStream(File const& inFile, FileSharing inSharing)
+    : mFile(std::make_unique<platform::OpenFile>(OpenedOrThrow(
+          platform::OpenForReading(inFile.Helper().Path(), inSharing == kShareWithEverybody
+                                                               ? platform::Sharing::kEverybody
+                                                               : platform::Sharing::kReaders),
+          inFile))) {}
 
 IPlatformByteStream::~IPlatformByteStream() = default;
 

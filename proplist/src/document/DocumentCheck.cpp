@@ -1,6 +1,8 @@
 #include "proplist/src/document/DocumentCheck.h"
 
+#include "proplist/src/model/PropListAccess.h"
 #include "proplist/src/model/PropNodes.h"
+#include <brindle/utility/UTF8Sequence.h>
 
 #include <algorithm>
 #include <vector>
@@ -31,27 +33,12 @@ bool IsPlainBlock(std::uint8_t const* inBlock) noexcept {
 
 /// The length in bytes of the character that begins here; 0 if it is malformed or not allowed.
 std::ptrdiff_t CharacterLength(std::uint8_t const* inBytes, std::ptrdiff_t inCount) noexcept {
-    unsigned const lead = inBytes[0];
-    if (lead < 0x80) {
-        return lead >= 0x20 || IsAllowedControl(inBytes[0]) ? 1 : 0;
-    }
-    if (lead < 0xC2 || lead > 0xF4) {
-        return 0;
-    }
-    std::ptrdiff_t const length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (inCount < length) {
-        return 0;
-    }
-    // The range of the second byte excludes overlong forms, surrogates and numbers over U+10FFFF.
-    unsigned const least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    unsigned const most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-    if (inBytes[1] < least || inBytes[1] > most) {
-        return 0;
-    }
-    bool const isWhole = std::all_of(inBytes + 2, inBytes + length,
-                                     [](std::uint8_t inByte) { return (inByte & 0xC0U) == 0x80; });
-    bool const isNoncharacter = lead == 0xEF && inBytes[1] == 0xBF && inBytes[2] >= 0xBE;
-    return isWhole && !isNoncharacter ? length : 0;
+    auto const [character, length] =
+        utility::DecodeUTF8Sequence(inBytes, static_cast<std::size_t>(inCount));
+    bool const isControl = character < 0x20 && !IsAllowedControl(inBytes[0]);
+    bool const isSurrogate = 0xD800 <= character && character <= 0xDFFF;
+    bool const isNoncharacter = character == 0xFFFE || character == 0xFFFF;
+    return isControl || isSurrogate || isNoncharacter ? 0 : length;
 }
 
 bool HasNul(UTF16String const& inText) {
@@ -85,7 +72,7 @@ bool HasTextWithNul(PropList const& inList) {
     using TextsNode = PropListArrayNode<UTF16String>;
     std::vector<PropList const*> lists{&inList};
     while (!lists.empty()) {
-        NodeWalk walk(lists.back()->mNodes);
+        NodeWalk walk(PropListAccess::Nodes(*lists.back()));
         lists.pop_back();
         while (auto const* const node = walk.Next()) {
             switch (node->GetType()) {

@@ -3,6 +3,8 @@
 #include <brindle/proplist/PropertyTypes.h>
 #include <brindle/utility/StringStreams.h>
 
+#include <brindle/utility/Digits.h>
+
 #include <charconv>
 #include <locale>
 #include <optional>
@@ -11,10 +13,6 @@
 namespace brindle::proplist::impl {
 
 namespace {
-
-constexpr bool IsDigit(std::uint16_t inUnit) noexcept {
-    return inUnit >= '0' && inUnit <= '9';
-}
 
 /// Reads the texts that the writer makes. Returns nothing for any other text, which is left to a
 /// stream.
@@ -33,7 +31,7 @@ std::optional<T> ReadPlain(UTF16String const& inText) noexcept {
     }
     // `from_chars` accepts "inf" and "nan", a stream does not.
     std::size_t const first = length != 0 && inText[0] == '-' ? 1 : 0;
-    if (first == length || !IsDigit(inText[first])) {
+    if (first == length || !utility::IsDigit(inText[first])) {
         return std::nullopt;
     }
     T number;

@@ -1,6 +1,8 @@
 #include <brindle/proplist/PropListUtils.h>
 
+#include "platform/Files.h"
 #include "proplist/src/document/DocumentCheck.h"
+#include "proplist/src/model/PropListAccess.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/SafeSaveStream.h>
@@ -32,7 +34,16 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     WritePropList(document, inList);
     EscapeCarriageReturns(document);
     if (!impl::HasOnlyXMLCharacters(document) || impl::HasTextWithNul(inList)) {
-        throw filesupport::file_exception(ioFile);
+        throw filesupport::file_exception(
+            ioFile, "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text "
+                    "has a character that the file cannot hold.");
+    }
+    UTF16String const* const unread = impl::PropListAccess::UnreadFile(inList);
+    if (unread != nullptr && *unread == ioFile.FullPath() &&
+        platform::IsNameTaken(ioFile.Helper().Path())) {
+        throw filesupport::file_exception(
+            ioFile, "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not "
+                    "be read, and what it holds would be lost.");
     }
 
     filesupport::SafeSaveText(ioFile, document);

@@ -2,6 +2,7 @@
 
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cmath>
@@ -43,8 +44,8 @@ constexpr bool IsParenthesis(std::uint16_t inUnit) {
 }
 
 constexpr bool IsOfExpression(std::uint16_t inUnit) {
-    return (inUnit >= u'0' && inUnit <= u'9') || inUnit == u'.' || inUnit == u',' ||
-           IsParenthesis(inUnit) || Tightness(inUnit) != 0;
+    return IsDigit(inUnit) || inUnit == u'.' || inUnit == u',' || IsParenthesis(inUnit) ||
+           Tightness(inUnit) != 0;
 }
 
 double Combine(double inLeft, std::uint16_t inOperator, double inRight) {

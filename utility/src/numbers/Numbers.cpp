@@ -4,6 +4,7 @@
 
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <charconv>
@@ -22,11 +23,6 @@ constexpr int kMostFixedDecimals = static_cast<int>(kLongestFixedForm) - 2;
 constexpr double kLeastWithoutFixedForm = 1e22;
 constexpr double kLeastWithoutInteger = 2147483648.0;
 constexpr int kDefaultDecimals = 6;
-
-template <typename Character>
-constexpr bool IsDigit(Character inCharacter) {
-    return inCharacter >= '0' && inCharacter <= '9';
-}
 
 /// White space of the classic locale.
 constexpr bool IsSpace(std::uint16_t inUnit) {
@@ -182,6 +178,10 @@ UTF16String NumberToString(std::int32_t inValue) {
 }
 
 UTF16String NumberToString(std::int64_t inValue) {
+    return IntegerToString(inValue, 10);
+}
+
+UTF16String NumberToString(std::uint64_t inValue) {
     return IntegerToString(inValue, 10);
 }
 
