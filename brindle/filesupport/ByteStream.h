@@ -1,6 +1,7 @@
 #pragma once
 
 #include <brindle/Export.h>
+#include <brindle/config/FileFailure.h>
 
 #include <cstdint>
 #include <exception>
@@ -9,7 +10,8 @@
 namespace brindle::filesupport {
 
 /// The stream does not support the operation. Also the base of all exceptions of the byte streams.
-class BRN_API byte_stream_exception : public std::exception {
+/// The streams that work on a file record which one, the operation and the system's reason.
+class BRN_API byte_stream_exception : public std::exception, public config::FileFailure {
 public:
     byte_stream_exception() noexcept = default;
     byte_stream_exception(byte_stream_exception const&) noexcept = default;

@@ -47,6 +47,7 @@ public:
     std::uint64_t Length() const override;
 
 private:
+    File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };
 
@@ -80,6 +81,7 @@ public:
     virtual std::uint64_t Length() const;
 
 private:
+    File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };
 
