@@ -2,34 +2,39 @@
 
 #include <brindle/Export.h>
 
+/// An allocator for small blocks that are freed with their size.
+///
+///     void* const block = SmallBlockAllocator::Allocate(sizeof(Event));
+///     SmallBlockAllocator::Dispose(block, sizeof(Event));
 namespace brindle::utility::SmallBlockAllocator {
 
-/// A block of at least `inSize` bytes, up to 8192 from the smallest size class that holds it,
-/// beyond that from the heap. Blocks of classes 4, 8 and 24 are aligned to 4, 8 and 8 bytes, all
-/// others to 16. Where there is no memory: null above 8192 bytes, `std::bad_alloc` up to there; in
-/// the moment in which another thread makes the allocator's first call the heap serves every size,
-/// and there it is null. Any thread may call.
-BRN_API void* Allocate(unsigned int inSize);
+/// Allocates a block of at least `inSize` bytes: up to 8192 bytes from the smallest size class that
+/// holds it, above that from the heap. Blocks of the classes 4, 8 and 24 are aligned to 4, 8 and 8
+/// bytes, all others to 16. Any thread may call.
+///
+/// Without memory it throws `std::bad_alloc` up to 8192 bytes and returns null above. While another
+/// thread is making the very first call, the heap serves every size, and the result is null.
+[[nodiscard]] BRN_API void* Allocate(unsigned int inSize);
 
-/// Gives a block back. `inSize` is the size that it was asked for with. Null does nothing. Any
-/// thread may call, whichever thread the block came from. A block of the heap's goes back to the
-/// heap.
+/// Frees a block. `inSize` is the size that was passed to `Allocate`. Null does nothing. Any thread
+/// may call, not only the one that allocated the block. A block that came from the heap goes back
+/// to the heap.
 BRN_API void Dispose(void* inBlock, unsigned int inSize);
 
-/// The number of bytes that a request of this size really gets.
+/// The number of bytes that a request of `inSize` really gets.
 BRN_API unsigned int GetActualAllocationSize(unsigned int inSize);
 
-/// Blocks up to 128 bytes, and of 1024, are kept for the next request by the thread that disposed
-/// of them, and by the process for its other threads: at most 32 KiB of a size by a thread, 256 KiB
-/// by the process. This gives back what the calling thread and the process keep; what a thread
-/// keeps goes back when it ends. Any thread may call.
+/// Returns cached blocks to their chunks. Freed blocks of up to 128 bytes, and of 1024, are cached
+/// by the thread that freed them, at most 32 KiB of each size, and by the process for its other
+/// threads, at most 256 KiB of each size. This empties the caches of the calling thread and of the
+/// process; a thread's cache is emptied when it ends. Any thread may call.
 BRN_API void ReleaseStock();
 
-/// Reserved for figures of use, of which none are kept.
+/// Reserved for statistics, of which none are kept.
 struct BRN_API Metrics {
     struct Snapshot {};
 
-    /// False: the snapshot stays as it is.
+    /// Always returns false and leaves the snapshot as it is.
     static bool GetSnapshot(Snapshot& outSnapshot);
 };
 

@@ -11,6 +11,8 @@
 
 namespace brindle::platform {
 
+enum class Lock { kShared, kExclusive };
+
 /// A record of the file of names: which segment the name stands for, and enough to tell whether a
 /// segment of that number is still the same one.
 struct MemoryName {

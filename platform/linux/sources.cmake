@@ -1,17 +1,20 @@
 # The implementation of platform/*.h for Linux. A source may rely on the static objects of those above it.
 list(APPEND brindle_platform_sources
   # errors and paths
-  platform/linux/Errors.cpp
-  platform/linux/Paths.cpp
-  platform/linux/PathAt.cpp
+  platform/linux/ErrnoTable.cpp
+  platform/linux/SystemPath.cpp
+  platform/linux/Volumes.cpp
   # files and directories
+  platform/linux/FileLock.cpp
   platform/linux/LockedFile.cpp
   platform/linux/Files.cpp
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
   platform/linux/FileContent.cpp
-  platform/linux/ReplaceFile.cpp
+  platform/linux/FileReplacement.cpp
+  platform/linux/TemporaryFile.cpp
   platform/linux/Directories.cpp
+  platform/linux/RemoveTree.cpp
   # the user's settings, the process, identifiers
   platform/linux/Locale.cpp
   platform/linux/Process.cpp

@@ -27,7 +27,7 @@ ChunkedAllocator& ManagerOf(unsigned int inSize) {
                                                : SizeClasses::kClassOf[inSize]);
 }
 
-/// In the classes of requests, when the calling thread and the process keep none.
+/// In all classes of requests, after emptying the caches of the calling thread and the process.
 std::int32_t BlocksInUse() {
     ReleaseStock();
     std::int32_t blocks = 0;
@@ -37,7 +37,7 @@ std::int32_t BlocksInUse() {
     return blocks;
 }
 
-TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
+TEST(SmallBlockAllocator, BlocksHaveTheSizesAndAlignmentsOfTheirClasses) {
     unsigned int const sizes[][2] = {{0, 4},       {1, 4},       {5, 8},       {9, 16},
                                      {33, 48},     {100, 112},   {257, 288},   {513, 640},
                                      {4097, 4352}, {4128, 4128}, {8192, 8192}, {8193, 8193}};
@@ -54,7 +54,7 @@ TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
     }
 }
 
-TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
+TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndAreFreedWithTheirLastBlock) {
     ReleaseStock();
     unsigned int const plans[][3] = {{32, 4128, 66080}, {896, 4128, 66080}, {1152, 66080, 925152}};
     for (auto const& [size, first, second] : plans) {
@@ -73,7 +73,7 @@ TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
             ASSERT_EQ(manager.Count().bytes, expected.bytes);
             ASSERT_EQ(manager.Count().blocks, expected.blocks);
         }
-        // One after the other goes and comes back, each while all others hold: none is overlooked.
+        // Free and allocate each block while all others are in use: no free block is overlooked.
         for (void*& block : blocks) {
             manager.Dispose(block, size);
             block = manager.Allocate(size);
@@ -89,7 +89,7 @@ TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
     EXPECT_EQ(ManagerOf(kMiddleChunk).Count().blocks % 14, 0U);
 }
 
-TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
+TEST(SmallBlockAllocator, BlocksFromTheHeapAreFreedToTheHeap) {
     for (unsigned int const size : {0U, 32U, 144U, 1024U, 4128U, 8192U, 8193U, 66080U}) {
         void* const own = Allocate(size);
         Dispose(platform::AllocateAligned(size, 16), size);
@@ -101,16 +101,19 @@ TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
 
     auto* const chunk = static_cast<std::byte*>(TopChunks::Allocate());
     ASSERT_NE(chunk, nullptr);
-    EXPECT_TRUE(TopChunks::Hold(chunk) && TopChunks::Hold(chunk + kLargeChunk - 1));
-    EXPECT_FALSE(TopChunks::Hold(chunk + kLargeChunk) || TopChunks::Hold(chunk - 1) ||
-                 TopChunks::AreKnownToHold(chunk + kLargeChunk));
+    EXPECT_TRUE(TopChunks::Hold(chunk));
+    EXPECT_TRUE(TopChunks::Hold(chunk + kLargeChunk - 1));
+    EXPECT_FALSE(TopChunks::Hold(chunk + kLargeChunk));
+    EXPECT_FALSE(TopChunks::AreKnownToHold(chunk + kLargeChunk));
+    EXPECT_FALSE(TopChunks::Hold(chunk - 1));
     TopChunks::Free(chunk);
     for (void* const none : {static_cast<void*>(chunk), static_cast<void*>(nullptr)}) {
-        EXPECT_FALSE(TopChunks::Hold(none) || TopChunks::AreKnownToHold(none));
+        EXPECT_FALSE(TopChunks::Hold(none));
+        EXPECT_FALSE(TopChunks::AreKnownToHold(none));
     }
 }
 
-TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
+TEST(SmallBlockAllocator, FailedAllocationsLeaveItConsistent) {
     std::int32_t const before = BlocksInUse();
     static std::atomic<int> S_untilRefusal{-1};
     platform::SetAllocationFilter([](std::size_t) { return S_untilRefusal.fetch_sub(1) != 0; });
@@ -141,7 +144,7 @@ TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
 
 using SmallBlockAllocatorDeathTest = ::testing::Test;
 
-TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) {
+TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllUntilItIsInitialised) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto const begin = [](bool inWithMemory) {
         if (!inWithMemory) {
@@ -163,7 +166,7 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) 
     EXPECT_EXIT(begin(true), ::testing::ExitedWithCode(0), "");
 }
 
-/// Blocks that threads take from each other, of classes of every kind.
+/// Blocks of all kinds of classes, which threads exchange with each other.
 struct Exchange {
     static constexpr unsigned int kSizes[] = {8, 32, 128, 144, 1024, 1152, 4128};
 
@@ -180,8 +183,8 @@ struct Exchange {
     }
 };
 
-/// Takes blocks in bursts that are larger than what a thread keeps, marks them, and checks that
-/// they stay as they are until it disposes of them or hands them over.
+/// Allocates blocks in bursts larger than a thread's cache, writes to them, and checks that they
+/// keep their contents until it frees them or hands them to another thread.
 void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
     std::uint32_t random = inSeed * 2654435761U + 1;
     std::array<void*, 400> blocks{};
@@ -196,7 +199,8 @@ void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
         }
         for (void* const block : blocks) {
             auto* const words = static_cast<std::uint32_t*>(block);
-            ASSERT_TRUE(words[0] == random && words[size / 4 - 1] == random);
+            ASSERT_EQ(words[0], random);
+            ASSERT_EQ(words[size / 4 - 1], random);
             Dispose(block, size);
         }
         ioExchange.Put(place, Allocate(size));
@@ -214,7 +218,7 @@ TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
             turn.wait();
         }
     });
-    EXPECT_LE(ManagerOf(64).Count().bytes, 4'500'000U); // of 65 million that went through
+    EXPECT_LE(ManagerOf(64).Count().bytes, 4'500'000U); // of 65 million that were allocated
     for (void* const block : belts[0]) {
         Dispose(block, 64);
     }
@@ -223,7 +227,7 @@ TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
     EXPECT_EQ(ManagerOf(64).Count().chunks, 1U);
 }
 
-TEST(SmallBlockAllocator, NeitherThreadsNorCopiesOfTheProcessHoldTheSameBlock) {
+TEST(SmallBlockAllocator, NoTwoThreadsAndNoForkedChildHoldTheSameBlock) {
     std::int32_t const before = BlocksInUse();
     std::optional<Exchange> exchange(std::in_place);
     std::atomic<bool> isDone{false};

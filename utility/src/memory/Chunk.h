@@ -8,8 +8,8 @@
 
 namespace brindle::utility {
 
-/// The sizes of chunks. They fit each other without waste: 16 blocks of 4128 bytes, or 14 of 66080,
-/// and a header.
+/// The sizes of chunks. They fit each other without waste: a middle chunk is a header and 16 small
+/// ones, a large chunk is a header and 14 middle ones.
 inline constexpr std::uint32_t kSmallChunk = 4128;
 inline constexpr std::uint32_t kMiddleChunk = 66080;
 inline constexpr std::uint32_t kLargeChunk = 925152;
@@ -17,7 +17,7 @@ inline constexpr std::uint32_t kLargeChunk = 925152;
 /// The header of a run of blocks of one size; the blocks begin right behind it.
 class Chunk {
 public:
-    /// Made at the start of `inSize` bytes, all of whose blocks are free.
+    /// To be constructed at the start of `inSize` bytes of memory. All blocks are free at first.
     Chunk(std::uint32_t inSize, std::uint32_t inBlockSize) noexcept;
 
     bool Holds(void const* inBlock) const noexcept {
@@ -26,13 +26,14 @@ public:
     }
 
     /// Takes up to `inCount` free blocks and returns how many it got. Any thread may call.
-    std::uint32_t Take(void** outBlocks, std::uint32_t inCount) noexcept;
-    /// Gives blocks of this chunk back; true if none is in use any more. Any thread may call.
-    bool Give(void* const* inBlocks, std::uint32_t inCount) noexcept;
+    [[nodiscard]] std::uint32_t Take(void** outBlocks, std::uint32_t inCount) noexcept;
+    /// Gives back blocks of this chunk. Returns true if none is in use any more. Any thread may
+    /// call.
+    [[nodiscard]] bool Give(void* const* inBlocks, std::uint32_t inCount) noexcept;
 
     std::uint32_t Size() const noexcept { return mSize; }
     std::uint32_t BlockCount() const noexcept { return mBlockCount; }
-    /// Exact while nobody takes or gives.
+    /// Exact while no thread takes or gives.
     std::int32_t BlocksInUse() const noexcept { return mInUse.load(std::memory_order_relaxed); }
     bool IsFull() const noexcept { return BlocksInUse() == static_cast<std::int32_t>(mBlockCount); }
 
@@ -41,7 +42,7 @@ private:
     std::uint32_t const mSize;
     std::uint32_t const mBlockSize;
     std::uint32_t const mBlockCount;
-    // Counts; what blocks hold is ordered by the list.
+    // Only counts, so relaxed: the free list orders the accesses to the blocks.
     std::atomic<std::int32_t> mInUse{0};
     platform::FreeList mFree;
 };

@@ -29,7 +29,7 @@ void ChunkSet::Add(Chunk* inChunk) noexcept {
 }
 
 void ChunkSet::PickCurrent() noexcept {
-    // A small chunk that is full may have fewer blocks in use than a large one that is not.
+    // A small full chunk may have fewer blocks in use than a large one with free blocks.
     mCurrent = nullptr;
     for (Chunk* const chunk : mByAddress) {
         if (!chunk->IsFull() &&

@@ -9,16 +9,16 @@
 
 namespace brindle::utility {
 
-/// The chunks of one size class. Which chunks there are changes only while nobody else looks; any
-/// number of threads may look.
+/// The chunks of one size class. Any number of threads may call the constant functions at once; the
+/// others need the set alone.
 class ChunkSet {
 public:
-    /// Has room for 256 chunks. Throws `std::bad_alloc`.
+    /// Reserves room for 256 chunks. Throws `std::bad_alloc`.
     ChunkSet();
     ChunkSet(ChunkSet const&) = delete;
     ChunkSet& operator=(ChunkSet const&) = delete;
 
-    /// The chunk that blocks are taken from, may be null.
+    /// The chunk that blocks are taken from; null if there is none.
     Chunk* Current() const noexcept { return mCurrent; }
     /// The chunk that holds a block, null if none does.
     Chunk* Find(void const* inBlock) const noexcept {
@@ -29,14 +29,14 @@ public:
         return mByAddress;
     }
 
-    /// Sees to it that the next `Add` succeeds. Throws `std::bad_alloc`.
+    /// Makes room for the next `Add`. Throws `std::bad_alloc`.
     void Reserve();
     /// Adds a chunk and makes it current.
     void Add(Chunk* inChunk) noexcept;
     /// Makes the emptiest chunk current that has a free block, or none if all are full.
     void PickCurrent() noexcept;
-    /// Removes a chunk none of whose blocks is in use, null if there is none.
-    Chunk* RemoveEmpty() noexcept;
+    /// Removes a chunk none of whose blocks is in use, and returns it; null if there is none.
+    [[nodiscard]] Chunk* RemoveEmpty() noexcept;
 
 private:
     Chunk* Search(void const* inBlock) const noexcept;

@@ -8,12 +8,12 @@
 
 namespace brindle::utility {
 
-/// Free blocks of one class, on their way between threads.
+/// An array of free blocks of one class, which passes from thread to thread.
 struct Magazine {
     static constexpr std::uint32_t kRoom = 126;
 
-    /// Without blocks; null if the heap has no memory.
-    static Magazine* Make() noexcept;
+    /// Makes an empty one; null without memory.
+    [[nodiscard]] static Magazine* Make() noexcept;
     static void Free(Magazine* inMagazine) noexcept;
 
     Magazine* next = nullptr;
@@ -21,32 +21,33 @@ struct Magazine {
     std::array<void*, kRoom> blocks;
 };
 
-/// How many blocks of a size a magazine takes: 16 KiB of them, where that is between 8 and all.
+/// How many blocks of a size a magazine takes: 16 KiB of them, but at least 8 and at most `kRoom`.
 constexpr std::uint32_t MagazineCapacity(std::uint32_t inBlockSize) {
     std::uint32_t const blocks = 16384 / inBlockSize;
     return blocks > Magazine::kRoom ? Magazine::kRoom : blocks < 8 ? 8 : blocks;
 }
 
-/// Where threads exchange the magazines of one class, full ones for empty ones. Holds full ones of
-/// at most 256 KiB. Any thread may call.
+/// Where threads exchange magazines of one class, full ones for empty ones. Holds at most 256 KiB
+/// of blocks. Any thread may call.
 class Depot {
 public:
     explicit Depot(std::uint32_t inBlockSize);
     Depot(Depot const&) = delete;
     Depot& operator=(Depot const&) = delete;
 
-    /// A full magazine for an empty one, null if there is none.
-    Magazine* ExchangeEmpty(Magazine* inEmpty) noexcept;
+    /// Returns a full magazine in exchange for an empty one; null, and takes nothing, if there is
+    /// none.
+    [[nodiscard]] Magazine* ExchangeEmpty(Magazine* inEmpty) noexcept;
 
-    /// Takes a full magazine, and gives an empty one for it if there is one: what is null else.
-    /// False if the depot has enough.
-    bool ExchangeFull(Magazine* inFull, Magazine*& outEmpty) noexcept;
+    /// Takes a full magazine and stores an empty one in `outEmpty`, or null if it has none. Returns
+    /// false, and takes nothing, if the depot is full.
+    [[nodiscard]] bool ExchangeFull(Magazine* inFull, Magazine*& outEmpty) noexcept;
 
-    /// All magazines, linked by `next`.
-    Magazine* TakeAll() noexcept;
+    /// Gives away all magazines, linked by `next`.
+    [[nodiscard]] Magazine* TakeAll() noexcept;
 
-    /// Keeps every other thread out, before the process is copied; and lets them in again, in the
-    /// process and in its copy.
+    /// Keeps all other threads out before a fork; lets them in again afterwards, in the parent and
+    /// in the child.
     void CloseForFork() BRN_ACQUIRE(mMutex) { mMutex.Freeze(); }
     void OpenInParent() BRN_RELEASE(mMutex) { mMutex.Thaw(); }
     void OpenInChild() BRN_RELEASE(mMutex) { mMutex.ThawInChild(); }

@@ -7,8 +7,8 @@
 
 namespace brindle::utility {
 
-/// Takes the memory of a standard container straight from the heap, so that a program whose
-/// `operator new` is built on the small block allocator does not come back to it from within.
+/// Gives standard containers memory directly from the heap, so that the small block allocator is
+/// not re-entered in a program whose `operator new` is built on it.
 template <typename T>
 struct HeapAllocator {
     using value_type = T;

@@ -2,6 +2,7 @@
 
 #include "platform/Fork.h"
 #include "utility/src/base/Mutex.h"
+#include "utility/src/memory/AllocatorManager.h"
 #include "utility/src/memory/ChunkSource.h"
 #include "utility/src/memory/TopChunks.h"
 
@@ -18,7 +19,7 @@ std::array<DepotStorage, SizeClasses::kStocked> S_depots;
 
 namespace {
 
-// Held while the managers are made, and during a fork, so that the child finds either all or none.
+// Held while the managers are constructed and during a fork: a child finds all of them or none.
 Mutex S_making;
 
 template <std::size_t Class>
@@ -42,8 +43,8 @@ bool IsReady() noexcept {
     return S_state.load(std::memory_order_acquire) == State::kReady;
 }
 
-/// Calls the function for each in the order of the locks: the depots, then the classes of requests,
-/// then those of their chunks.
+/// Calls the function for each in lock order: the depots, then the classes of requests, then those
+/// of chunks.
 template <typename Function>
 void ForEach(Function inFunction) {
     if (!IsReady()) {
@@ -112,7 +113,7 @@ void DisposeChunkMemory(void* inMemory, std::uint32_t inSize) noexcept {
     } else {
         Managers::Of(inSize == kSmallChunk ? SizeClasses::kOfSmallChunks
                                            : SizeClasses::kOfMiddleChunks)
-            .Dispose(inMemory, inSize);
+            .DisposeSeveral(&inMemory, 1);
     }
 }
 

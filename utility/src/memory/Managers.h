@@ -9,8 +9,8 @@
 #include <new>
 #include <type_traits>
 
-/// The managers of all size classes, and the depots of those that keep a chunk: made at first use,
-/// never destroyed.
+/// The managers of all size classes, and the depots of those that keep a chunk. Constructed at
+/// first use, never destroyed.
 namespace brindle::utility::Managers {
 
 enum class State : std::uint32_t { kNotStarted, kInProgress, kReady };
@@ -21,15 +21,15 @@ extern std::array<Storage, SizeClasses::kCount> S_storage;
 using DepotStorage = std::aligned_storage_t<sizeof(Depot), 64>;
 extern std::array<DepotStorage, SizeClasses::kStocked> S_depots;
 
-bool Initialize() noexcept;
+[[nodiscard]] bool Initialize() noexcept;
 
-/// Makes them if nobody has begun to. False while another thread makes them, and for good if that
-/// failed: the heap then serves every request.
-inline bool AreReady() noexcept {
+/// Constructs them if no thread has begun to. Returns false while another thread constructs them,
+/// and for good if that failed: the heap then serves every request.
+[[nodiscard]] inline bool AreReady() noexcept {
     return S_state.load(std::memory_order_acquire) == State::kReady || Initialize();
 }
 
-/// The manager of a class, and its depot. Only when they are ready.
+/// The manager of a class, and its depot. May be called only once they are ready.
 inline ChunkedAllocator& Of(std::size_t inClass) noexcept {
     return *std::launder(reinterpret_cast<ChunkedAllocator*>(&S_storage[inClass]));
 }

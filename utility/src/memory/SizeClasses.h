@@ -1,6 +1,6 @@
 #pragma once
 
-#include "utility/src/memory/AllocatorManager.h"
+#include "utility/src/memory/ChunkedAllocator.h"
 
 #include <array>
 #include <cstddef>
@@ -11,8 +11,8 @@ namespace brindle::utility::SizeClasses {
 /// The largest request that a class of the ladder serves.
 inline constexpr std::uint32_t kLargest = 8192;
 
-/// 71 classes of requests, then the two of chunks. Those of requests that keep a chunk come first:
-/// 4 to 128, and 1024.
+/// The indices of the classes: first the 12 classes of requests that keep a chunk (4 to 128, and
+/// 1024), then the other 59, then the two of chunks.
 inline constexpr std::size_t kStocked = 12;
 inline constexpr std::size_t kOfSmallChunks = 71;
 inline constexpr std::size_t kOfMiddleChunks = 72;
@@ -58,7 +58,7 @@ constexpr ChunkPlan PlanOf(std::size_t inClass) {
             isSmall ? kMiddleChunk : kLargeChunk, KeepsChunk(size)};
 }
 
-/// The class for each request, the chunks of 4128 bytes among them.
+/// The class that serves each size of request. 4128 is a chunk's.
 constexpr std::array<std::uint8_t, kLargest + 1> ClassesBySize() {
     std::array<std::uint8_t, kLargest + 1> classes{};
     std::uint32_t request = 0;

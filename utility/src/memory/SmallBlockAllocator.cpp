@@ -11,10 +11,10 @@ namespace {
 
 constexpr std::size_t kHeapAlignment = 16;
 
-// Classes up to this size are served in line; the stock of 1024 costs a call more.
+// Requests up to this size are served inline; those for the stock of 1024 take one more call.
 constexpr unsigned int kLargestInLine = 128;
 
-/// The class of a request, `kCount` if the heap serves it.
+/// The class that serves a request; `kCount` if the heap does.
 std::size_t ClassOf(unsigned int inSize) noexcept {
     return inSize <= SizeClasses::kLargest ? SizeClasses::kClassOf[inSize]
            : inSize == kMiddleChunk        ? SizeClasses::kOfMiddleChunks

@@ -34,7 +34,7 @@ void ThreadStock::EndThread(void* inStock) noexcept {
     platform::FreeAligned(inStock);
 }
 
-/// Null if the thread is at its end, or there is no memory.
+/// Null if the thread is ending, or without memory.
 ThreadStock* ThreadStock::MineOrMade() noexcept {
     // Not the destructor of a thread-local object: that would never be called for a thread whose
     // first call is made while it ends.
@@ -56,20 +56,20 @@ ThreadStock* ThreadStock::MineOrMade() noexcept {
 
 void* ThreadStock::TakeSlowly(std::size_t inClass) {
     ThreadStock* const mine = MineOrMade();
-    if (mine == nullptr || !FindBlocks(inClass, mine->mSlots[inClass])) {
-        return Managers::Of(inClass).Allocate(0);
-    }
     void* block = nullptr;
-    mine->Take(inClass, block);
-    return block;
+    if (mine != nullptr && FindBlocks(inClass, mine->mSlots[inClass]) &&
+        mine->Take(inClass, block)) {
+        return block;
+    }
+    return Managers::Of(inClass).Allocate(0);
 }
 
 void ThreadStock::GiveSlowly(std::size_t inClass, void* inBlock) noexcept {
     ThreadStock* const mine = MineOrMade();
-    if (mine == nullptr || !FindRoom(inClass, mine->mSlots[inClass])) {
+    bool const isTaken =
+        mine != nullptr && FindRoom(inClass, mine->mSlots[inClass]) && mine->Give(inClass, inBlock);
+    if (!isTaken) {
         Managers::Of(inClass).DisposeSeveral(&inBlock, 1);
-    } else {
-        mine->Give(inClass, inBlock);
     }
 }
 
@@ -81,7 +81,7 @@ void ThreadStock::Slot::Load(Magazine* inMagazine, std::uint32_t inCapacity) noe
     last = last == kTakesNone ? 0 : last;
 }
 
-/// The magazine in hand, which is told what it holds, null if there is none.
+/// Updates the count of the magazine in hand and returns it; null if there is none.
 Magazine* ThreadStock::Slot::Unload() noexcept {
     if (inHand != nullptr) {
         inHand->count = static_cast<std::uint32_t>(top - bottom);
@@ -89,7 +89,7 @@ Magazine* ThreadStock::Slot::Unload() noexcept {
     return inHand;
 }
 
-/// Sees to it that there is a block in hand, where there is none. False without memory for it.
+/// Gets blocks in hand; there are none. Returns false without memory for a magazine.
 bool ThreadStock::FindBlocks(std::size_t inClass, Slot& ioSlot) {
     std::uint32_t const capacity = MagazineCapacity(SizeClasses::kBlockSizes[inClass]);
     Magazine* empty = ioSlot.Unload();
@@ -111,12 +111,12 @@ bool ThreadStock::FindBlocks(std::size_t inClass, Slot& ioSlot) {
     std::uint32_t const count = Managers::Of(inClass).AllocateSeveral(ioSlot.bottom, ioSlot.refill);
     std::reverse(ioSlot.bottom, ioSlot.bottom + count);
     ioSlot.top = ioSlot.bottom + count;
-    // A thread that asks for little takes little from others.
+    // Grows with use, so that a thread with few requests holds few blocks.
     ioSlot.refill = std::min(2 * ioSlot.refill, capacity);
     return true;
 }
 
-/// Sees to it that there is room in hand, where there is none. False without memory for it.
+/// Gets room in hand; there is none. Returns false without memory for a magazine.
 bool ThreadStock::FindRoom(std::size_t inClass, Slot& ioSlot) noexcept {
     Magazine* empty = ioSlot.spare;
     if (empty != nullptr && empty->count != 0) {

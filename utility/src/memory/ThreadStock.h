@@ -10,16 +10,17 @@
 
 namespace brindle::utility {
 
-/// A thread's own free blocks of the classes that keep a chunk, two magazines of each: one in hand
-/// and a spare, so that a thread at the edge of one does not go to the depot each time.
+/// A thread's own free blocks of the classes that keep a chunk. It has two magazines of each, one
+/// in hand and a spare, so that a thread that swings around an empty or a full one does not visit
+/// the depot each time.
 class ThreadStock {
 public:
-    /// The calling thread's. Until it has one, and when it has no more, one that is empty and takes
-    /// nothing.
+    /// The stock of the calling thread. Before the thread has one, and after it has lost it, this
+    /// is a stock that is empty and takes nothing.
     static ThreadStock& Mine() noexcept { return *t_mineP; }
 
-    /// False if there is none in hand.
-    bool Take(std::size_t inClass, void*& outBlock) noexcept {
+    /// Returns false if there is no block in hand.
+    [[nodiscard]] bool Take(std::size_t inClass, void*& outBlock) noexcept {
         Slot& slot = mSlots[inClass];
         if (slot.last > kTakesNone) {
             outBlock = reinterpret_cast<void*>(std::exchange(slot.last, 0));
@@ -31,8 +32,8 @@ public:
         outBlock = *--slot.top;
         return true;
     }
-    /// False if there is no room in hand.
-    bool Give(std::size_t inClass, void* inBlock) noexcept {
+    /// Returns false if there is no room in hand.
+    [[nodiscard]] bool Give(std::size_t inClass, void* inBlock) noexcept {
         Slot& slot = mSlots[inClass];
         if (slot.last == 0) {
             slot.last = reinterpret_cast<std::uintptr_t>(inBlock);
@@ -45,12 +46,12 @@ public:
         return true;
     }
 
-    /// When `Take` had none, and `Give` no room, the managers being ready: by way of the spare, the
-    /// depot or the manager. `TakeSlowly` throws `std::bad_alloc`.
-    static void* TakeSlowly(std::size_t inClass);
+    /// To be called after `Take` or `Give` returned false, once the managers are ready: use the
+    /// spare magazine, the depot or the manager. `TakeSlowly` throws `std::bad_alloc`.
+    [[nodiscard]] static void* TakeSlowly(std::size_t inClass);
     static void GiveSlowly(std::size_t inClass, void* inBlock) noexcept;
 
-    /// Gives what the calling thread has, and the depots, back to the managers.
+    /// Returns the stock of the calling thread, and the contents of the depots, to the managers.
     static void ReleaseAll() noexcept;
 
 private:
@@ -58,8 +59,8 @@ private:
     static constexpr std::uint32_t kFirstRefill = 4;
 
     struct alignas(64) Slot {
-        // The block given last, which is the next to be taken: so the processor need not wait for
-        // `top`, which both read and write. 0 if there is none, `kTakesNone` before the first use.
+        // The block given last, which is taken next: it saves waiting for `top`, which both giving
+        // and taking read and write. 0 if there is none, `kTakesNone` before the first use.
         std::uintptr_t last = kTakesNone;
         void** top = nullptr; ///< where the next block goes in the magazine in hand
         void** bottom = nullptr;
@@ -73,13 +74,13 @@ private:
     };
     static void EndThread(void* inStock) noexcept;
     static ThreadStock* MineOrMade() noexcept;
-    static bool FindBlocks(std::size_t inClass, Slot& ioSlot);
-    static bool FindRoom(std::size_t inClass, Slot& ioSlot) noexcept;
+    [[nodiscard]] static bool FindBlocks(std::size_t inClass, Slot& ioSlot);
+    [[nodiscard]] static bool FindRoom(std::size_t inClass, Slot& ioSlot) noexcept;
     void Release() noexcept;
 
     static ThreadStock S_notMade;
     static ThreadStock S_ended;
-    // Its place is known when the library is loaded: a read costs no call.
+    // With this model the offset is fixed when the library is loaded, so reading it takes no call.
     static __thread ThreadStock* t_mineP __attribute__((tls_model("initial-exec")));
 
     std::array<Slot, SizeClasses::kStocked> mSlots;

@@ -27,7 +27,7 @@ void* TopChunks::Allocate() noexcept {
 
 void TopChunks::Free(void* inChunk) noexcept {
     auto const address = reinterpret_cast<std::uintptr_t>(inChunk);
-    // Before the heap can give the memory to anybody.
+    // Before the heap can hand the memory out again.
     (*LeafOf(address))[WordOf(address)].fetch_and(~(std::uint64_t{1} << BitOf(address)),
                                                   std::memory_order_relaxed);
     std::uintptr_t known = address;
@@ -46,7 +46,8 @@ bool TopChunks::Hold(void const* inBlock) noexcept {
            (((*leaf)[WordOf(address)].load(std::memory_order_relaxed) >> BitOf(address)) & 1) != 0;
 }
 
-/// The leaf for an address, made if it is not there; null without memory. A leaf stays for good.
+/// The leaf for an address, which is made if it does not exist; null without memory. Leaves are
+/// never freed.
 TopChunks::Leaf* TopChunks::LeafOf(std::uintptr_t inAddress) noexcept {
     std::atomic<Leaf*>& slot = S_leaves[inAddress >> kLeafShift];
     Leaf* leaf = slot.load(std::memory_order_acquire);
@@ -58,7 +59,7 @@ TopChunks::Leaf* TopChunks::LeafOf(std::uintptr_t inAddress) noexcept {
         return nullptr;
     }
     Leaf* const made = new (memory) Leaf{};
-    // Releases the zeros to who finds the leaf; a thread that was faster has made it already.
+    // Releases the zeros to the threads that find the leaf. Another thread may have been faster.
     if (slot.compare_exchange_strong(leaf, made, std::memory_order_acq_rel,
                                      std::memory_order_acquire)) {
         return made;

@@ -9,24 +9,24 @@
 
 namespace brindle::utility {
 
-/// The chunks that come from the heap, `kLargeChunk` bytes each, of which smaller chunks and blocks
-/// are made. Each begins at a multiple of 1 MiB, so a table with a bit a MiB tells what lies in
-/// one.
+/// The chunks that come from the heap, of `kLargeChunk` bytes each, which all smaller chunks and
+/// blocks are parts of. Each begins at a multiple of 1 MiB, so a table with one bit for each MiB
+/// says whether an address lies in one.
 class TopChunks {
 public:
-    /// Null if the heap has none.
-    static void* Allocate() noexcept;
+    /// Null without memory.
+    [[nodiscard]] static void* Allocate() noexcept;
     static void Free(void* inChunk) noexcept;
 
     /// Whether a block lies in one of them. Any thread may ask about a block that it owns, or about
     /// null, while others allocate and free.
-    static bool Hold(void const* inBlock) noexcept;
+    [[nodiscard]] static bool Hold(void const* inBlock) noexcept;
 
-    /// The same in one read: true only if a block lies in one, and false also of some that do.
-    static bool AreKnownToHold(void const* inBlock) noexcept {
+    /// The same with a single read: true only if the block lies in one, but false for some that do.
+    [[nodiscard]] static bool AreKnownToHold(void const* inBlock) noexcept {
         auto const address = reinterpret_cast<std::uintptr_t>(inBlock);
-        // Who owns the block has it from a thread that saw the chunk come to be; and if it lies
-        // where a chunk was, from one that saw it go.
+        // Relaxed suffices: the block reached its owner by steps that happen after its chunk was
+        // entered here, or, if it lies where a chunk was, after that chunk was removed.
         return address - KnownAt(address).load(std::memory_order_relaxed) < kLargeChunk;
     }
 
@@ -44,7 +44,7 @@ private:
     static Leaf* LeafOf(std::uintptr_t inAddress) noexcept;
 
     struct Known {
-        // No block lies behind this address.
+        // No block has an address this high.
         static constexpr std::uintptr_t kNone = std::uintptr_t{1} << 63;
         std::atomic<std::uintptr_t> chunk{kNone};
     };
@@ -53,9 +53,9 @@ private:
         return S_known[(inAddress >> 20) % kKnownCount].chunk;
     }
 
-    // A bit a MiB for all addresses, set where a chunk begins.
+    // One bit for each MiB of the address space, set where a chunk begins.
     static std::atomic<Leaf*> S_leaves[std::size_t{1} << (kAddressBits - kLeafShift)];
-    // The addresses of chunks by their low bits: where two would meet, of the first.
+    // The addresses of chunks, indexed by their low bits; where two collide, that of the first.
     static std::array<Known, kKnownCount> S_known;
 };
 
