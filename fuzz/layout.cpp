@@ -31,8 +31,11 @@ struct Client {
             ShowAny(group);
         }
         // Every operation of the client's objects may change the tree.
-        mScene.onCall = [this](tests::Call const&) {
+        mScene.onCall = [this](tests::Call const& inCall) {
             ++mCalls;
+            if (inCall.name == "NaN") {
+                std::abort(); // no leaf is ever offered NaN
+            }
             if (mInterruptionsLeft > 0 && mCallsToInterruption-- == 0) {
                 --mInterruptionsLeft;
                 mCallsToInterruption = Byte();

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstdint>
+#include "platform/Deadline.h"
+
 #include <memory>
 
 namespace brindle::platform {
@@ -12,9 +13,6 @@ namespace brindle::platform {
 /// What a thread did before it posted is visible to the thread that receives the packet.
 class CompletionPort {
 public:
-    /// A time-out without a limit.
-    static constexpr std::uint32_t kForever = 0xFFFFFFFF;
-
     CompletionPort(); ///< throws `std::bad_alloc`
     CompletionPort(CompletionPort const&) = delete;
     CompletionPort& operator=(CompletionPort const&) = delete;
@@ -26,9 +24,11 @@ public:
     /// is never refused; without memory it is received once no other packet is left.
     [[nodiscard]] bool Post(void* inPacket) noexcept;
 
-    /// Removes the oldest packet; blocks until there is one, for at most this time; 0 does not
-    /// block. False, and a null pointer, if there was none.
-    bool Wait(void*& outPacket, std::uint32_t inMilliseconds) noexcept;
+    /// Removes the oldest packet. False, and a null pointer, if there is none.
+    bool Take(void*& outPacket) noexcept;
+    /// Removes the oldest packet; blocks until there is one. False, and a null pointer, if there
+    /// was none by the deadline.
+    bool Wait(void*& outPacket, Deadline const& inDeadline = Deadline::Never()) noexcept;
 
 private:
     struct State;

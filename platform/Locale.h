@@ -17,7 +17,7 @@ struct NumberSeparators {
 };
 
 /// The first unit of each separator of the user's locale, or the structure's default for one that
-/// the locale does not have. Any thread may call. The user's setting is read at the first call.
+/// the locale does not have. Reads the user's setting at each call. Any thread may call.
 [[nodiscard]] NumberSeparators UserNumberSeparators();
 
 } // namespace brindle::platform

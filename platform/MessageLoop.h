@@ -40,8 +40,12 @@ public:
     /// thread has been told to quit.
     [[nodiscard]] bool HandleMessage() noexcept;
     /// Handles the messages that wait when it is called, and does not block. The handler of a
-    /// message may call it.
-    void DispatchMessages() noexcept;
+    /// message may call it. False once the thread has been told to quit; then nothing is handled
+    /// any more, and the descriptor is not readable until another message arrives.
+    bool DispatchMessages() noexcept;
+    /// Makes the descriptor readable for a loop that has yet to find out that the thread was told
+    /// to quit.
+    void RemindOfQuit() noexcept;
 
 private:
     friend class MessageTarget;
@@ -85,9 +89,12 @@ public:
     bool IsClosed() const noexcept;
     bool IsOfCurrentThread() const noexcept { return mQueue->IsOfCurrentThread(); }
 
-    /// Sends a message that was made for this target. On the thread of the target it is handled
-    /// inside the call; otherwise it is appended to the queue. Never blocks. False, and the message
-    /// is not handled, if the target is closed or its thread has ended.
+    /// Whether messages are still accepted: the target is not closed, and its thread has not ended.
+    bool IsAccepting() const noexcept;
+
+    /// Appends a message that was made for this target to the queue of its thread, which may be the
+    /// calling thread. Never blocks, and never handles the message. False, and it is not handled at
+    /// all, if messages are not accepted.
     [[nodiscard]] bool Send(boost::intrusive_ptr<Message> inMessage) noexcept;
 
 private:

@@ -1,15 +1,12 @@
 #pragma once
 
-#include <chrono>
+#include "platform/Deadline.h"
+
 #include <cstdint>
-#include <optional>
 
 // How the queues of platform/portable/ have threads sleep.
 
 namespace brindle::platform {
-
-/// When a thread stops waiting; never if it is empty.
-using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
 /// The mask of a sleeper that any waker may wake, and of a waker that wakes any sleeper.
 constexpr std::uint32_t kAnySleeper = 0xFFFFFFFF;

@@ -10,8 +10,9 @@
 
 namespace brindle::arrange::impl {
 
-/// The axis along which children follow each other.
-enum class MainAxis { kHorizontal, kVertical };
+/// The axis along which children follow each other. Exported, because the visibility of a
+/// template's instances is limited by that of their arguments.
+enum class BRN_API MainAxis { kHorizontal, kVertical };
 
 /// Lays its children out from left to right or from top to bottom. Both use one algorithm: the main
 /// axis is the one along which the children follow each other, the cross axis is the other one.

@@ -7,7 +7,6 @@
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
-#include <vector>
 
 namespace brindle::arrange {
 
@@ -63,6 +62,7 @@ public:
 
     /// These forward to the node; without one they do nothing.
     void Invalidate();
+    void MarkInvalid() noexcept;
     void InvalidateAll();
     void Rearrange();
     void EnableArrangement(bool inEnabled);
@@ -74,8 +74,6 @@ private:
 
     boost::shared_ptr<impl::AbstractArrangeableGroup> mGroup;
     GroupArrangementType mType;
-    // Groups that were replaced from within their own operations; freed once those have returned.
-    std::vector<boost::shared_ptr<impl::AbstractArrangeableGroup>> mReplacedAtWork;
 };
 
 } // namespace brindle::arrange

@@ -8,15 +8,25 @@
 
 #include <boost/function.hpp>
 
+#include <cstdint>
 #include <memory>
 
 namespace brindle::arrange {
+
+/// A limit of the engine that the layout of a tree can run into. The values are bits.
+enum LayoutLimit : std::uint32_t {
+    kLayoutLimit_Depth = 1,  ///< nodes deeper than 2,000 levels are left out
+    kLayoutLimit_Count = 2,  ///< alternatives made of more than 2^20 others are left out
+    kLayoutLimit_Breaks = 4, ///< not all ways to break a group into lines were compared
+    kLayoutLimit_Passes = 8  ///< the tree was still invalid after 5 passes
+};
 
 /// A node of a tree that is laid out: a leaf (`Single`) or a group.
 ///
 /// The root of a node is its topmost ancestor; a node without a parent is its own root. The
 /// rectangle, and the switch that turns arranging on and off, belong to the root. Nodes do not own
-/// each other and may be destroyed in any order; a parent that was destroyed counts as no parent.
+/// each other and may be destroyed in any order, except that no node may be destroyed from within
+/// one of its own operations; a parent that was destroyed counts as no parent.
 ///
 /// A tree belongs to one thread at a time. Nothing here throws, apart from exceptions of the
 /// client's own operations, which pass through.
@@ -63,34 +73,42 @@ public:
     /// To be called when this node looks different: marks it and its ancestors to be measured
     /// again, and rearranges the tree before it returns, unless arranging is switched off.
     void Invalidate();
+    /// Marks this node and its ancestors to be measured again, and arranges nothing: the next pass
+    /// does the rest. This is the operation for a client that finds out while it is arranged, in
+    /// `ArrangeContent`, `Position` or `SetDimensions`, that it needs another size. The `Arrange`
+    /// under way then has another pass, where `Invalidate` would arrange the tree at once, from
+    /// within, and the rest of the pass would still follow the old measures. Outside of arranging,
+    /// the marks take effect with the next `Arrange`, `Rearrange` or `BestSize`.
+    void MarkInvalid() noexcept;
     /// Invalidates each child and then this node. Does nothing if arranging is switched off.
     void InvalidateAll();
 
     /// The alternatives of this node, which is measured first if it is invalid.
     impl::ArrangementSet& Arrangements();
 
+    /// The limits that this node and its descendants reached when they were last measured and
+    /// arranged, as bits of `LayoutLimit`; 0 if the layout is all that the tree asks for.
+    std::uint32_t LimitsReached() const noexcept { return mLimits; }
+    /// For the engine: adds to `LimitsReached` until the node is measured again.
+    void NoteLimits(std::uint32_t inLimits) noexcept { mLimits |= inLimits; }
+
     /// Points to true for as long as this node exists and is not retired.
     std::shared_ptr<bool const> Lifeline() const noexcept { return mIsAlive; }
     /// Makes the node count as destroyed, although one of its operations has not returned yet.
     void Retire() noexcept { *mIsAlive = false; }
-    /// Whether an operation that measures or arranges this node has not returned yet.
-    bool IsAtWork() const noexcept { return mWorkDepth != 0; }
 
 private:
-    class Work;
-
     virtual void RebuildSelf();
     virtual impl::ArrangementSet& ArrangementsSelf() = 0;
 
     IArrangeable const& Root() const noexcept;
     IArrangeable& Root() noexcept;
     void RebuildIfInvalid();
-    void MarkInvalid() noexcept;
 
     bool mIsValid = false;
     bool mIsEnabled = true;
     bool mIsRebuilding = false;
-    int mWorkDepth = 0;
+    std::uint32_t mLimits = 0;
     geom::RectT<float> mRectangle;
     impl::NodePointer<IArrangeable> mParent;
     std::shared_ptr<bool> mIsAlive = std::make_shared<bool>(true);

@@ -20,6 +20,8 @@ public:
 
     virtual float MinWidth() const { return BestWidth(); }
     virtual float MinHeight() const { return BestHeight(); }
+    /// The width that the leaf takes when it is offered `inAvailable`, which may be less than the
+    /// minimum, negative or infinite, but is never NaN.
     virtual float ExpandedWidth(float inAvailable) const {
         return HorizontallyExpandable() ? inAvailable : BestWidth();
     }

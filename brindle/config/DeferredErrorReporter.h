@@ -6,8 +6,11 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace brindle::config {
+
+class ErrorManager;
 
 /// Records the last deferrable error that is raised during its life, and reports that one when
 /// `Finish` is called, so that the user hears once of a run of failures. Of several reporters the
@@ -26,8 +29,9 @@ public:
     /// Enters the list of the installed manager. Throws `std::logic_error` if there is none.
     explicit DeferredErrorReporter(bool inReportErrorWhenFinished = true);
     /// Copies what has been recorded. The copy is in no list and records nothing.
-    DeferredErrorReporter(DeferredErrorReporter const&) = default;
+    DeferredErrorReporter(DeferredErrorReporter const& inOther);
     DeferredErrorReporter& operator=(DeferredErrorReporter const&) = delete;
+    /// Leaves the list that it entered, also if another manager is installed by now.
     ~DeferredErrorReporter() override;
 
     /// Whether `Finish` reports.
@@ -47,16 +51,23 @@ private:
                       ReplacementValue const& inSecond, ReplacementValue const& inThird,
                       ReplacementValue const& inFourth);
 
+    struct Error {
+        ErrorLevel level = static_cast<ErrorLevel>(-1); // none recorded
+        std::string key;
+        std::uint32_t module = kErrorModule_None;
+        std::int32_t code = 0;
+        ReplacementValue first;
+        ReplacementValue second;
+        ReplacementValue third;
+        ReplacementValue fourth;
+    };
+
     bool mReportErrorWhenFinished;
-    ErrorLevel mLastLevel = static_cast<ErrorLevel>(-1); // none recorded
-    std::string mLastKey;
-    std::uint32_t mLastModule = kErrorModule_None;
-    std::int32_t mLastCode = 0;
-    ReplacementValue mFirst;
-    ReplacementValue mSecond;
-    ReplacementValue mThird;
-    ReplacementValue mFourth;
+    Error mLast;
     std::int32_t mPendingCount = 0;
+    /// The managers whose lists this reporter is in, each as often as its list has it. Reporter and
+    /// manager strike each other off when they are destroyed, so that either may go first.
+    std::vector<ErrorManager*> mEntered;
 };
 
 } // namespace brindle::config

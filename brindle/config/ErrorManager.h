@@ -70,7 +70,8 @@ public:
 protected:
     ErrorManager();
 
-    /// Puts a reporter in front of the others; null is ignored. The list does not own it.
+    /// Puts a reporter in front of the others; null is ignored. The list does not own it, and the
+    /// reporter leaves it when it is destroyed.
     void AddDeferredErrorReporter(DeferredErrorReporter* inReporter);
     /// Takes a reporter out of the list if it is there.
     void RemoveDeferredErrorReporter(DeferredErrorReporter* inReporter) noexcept;

@@ -3,6 +3,7 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace brindle::config {
@@ -20,12 +21,20 @@ public:
     };
 
     ReplacementValue() = default;
-    ReplacementValue(std::int64_t inValue) : mKind(kKind_Signed), mSigned(inValue) {}
-    ReplacementValue(std::int32_t inValue) : mKind(kKind_Signed), mSigned(inValue) {}
-    ReplacementValue(std::uint64_t inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
-    ReplacementValue(std::uint32_t inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
+    ReplacementValue(int inValue) : mKind(kKind_Signed), mSigned(inValue) {}
+    ReplacementValue(unsigned inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
+    ReplacementValue(long inValue) : mKind(kKind_Signed), mSigned(inValue) {}
+    ReplacementValue(unsigned long inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
+    ReplacementValue(long long inValue) : mKind(kKind_Signed), mSigned(inValue) {}
+    ReplacementValue(unsigned long long inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
     ReplacementValue(double inValue) : mKind(kKind_Double), mDouble(inValue) {}
     ReplacementValue(UTF16String const& inValue) : mKind(kKind_Text), mText(inValue) {}
+    /// A text is a `UTF16String`: neither a character, which would be a number, nor null.
+    ReplacementValue(char) = delete;
+    ReplacementValue(wchar_t) = delete;
+    ReplacementValue(char16_t) = delete;
+    ReplacementValue(char32_t) = delete;
+    ReplacementValue(std::nullptr_t) = delete;
 
     /// Zeroes the three numbers and leaves the kind and the text as they are.
     void Init() noexcept {

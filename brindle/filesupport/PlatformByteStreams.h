@@ -13,10 +13,19 @@ class OpenFile;
 
 namespace brindle::filesupport {
 
+/// With whom a reader shares its file. Sharing is advisory: it concerns the users of this library,
+/// and programs that lock whole files.
+enum FileSharing {
+    kShareWithReaders,  ///< nobody may write the file in place meanwhile
+    kShareWithEverybody ///< takes no lock and respects none: reads what is there, and disturbs
+                        ///< nobody
+};
+
 /// Reads an existing regular file, which other readers may read at the same time:
 ///
 ///     IPlatformByteStream file(input);
-///     IBufferedByteStream(file) >> header;
+///     IBufferedByteStream buffered(file, 64 * 1024, 32 * 1024);
+///     buffered >> header;
 ///
 /// One system call for each `Get` and each `ReadBlock`: wrap it in `IBufferedByteStream` to read by
 /// the byte. Every operation throws `io_error` on a failure of the system, such as a position past
@@ -26,6 +35,8 @@ public:
     /// Throws `file_not_found_exception` if there is no such file, and `io_error` on any other
     /// failure: it is not a regular file, may not be read, or is open for writing elsewhere.
     explicit IPlatformByteStream(File const& inFile);
+    /// The same; with `kShareWithEverybody` the file may also be open for writing elsewhere.
+    IPlatformByteStream(File const& inFile, FileSharing inSharing);
     ~IPlatformByteStream() override;
 
     /// Throws `eof_error` at the end.
@@ -37,6 +48,7 @@ public:
     std::uint64_t Length() const override;
 
 private:
+    File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };
 
@@ -70,6 +82,7 @@ public:
     virtual std::uint64_t Length() const;
 
 private:
+    File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };
 

@@ -6,16 +6,19 @@
 #include <boost/function.hpp>
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <vector>
 
 namespace brindle::filesupport {
 
+struct DirectoryListing;
+
 /// Walks all files below a directory: first its own files, then those of its first subdirectory,
 /// and so on:
 ///
-///     for (RecursiveFileIterator file(dir, false), end; file != end; ++file) { Index(*file); }
+///     for (RecursiveFileIterator file(dir, false), end; file != end; ++file) {
+///         total += (*file).Size(kFileSize_Data);
+///     }
 ///
 /// The walk stays in the tree and ends. It does not enter a directory through a symbolic link. With
 /// `inResolveAliases` it enters the targets of shortcuts, but never a directory that is already on
@@ -48,19 +51,19 @@ public:
     }
 
 private:
-    /// A directory on the branch: its identity on the disk, and its subdirectories, of which `next`
-    /// is the first that was not entered yet.
+    /// A directory on the branch.
     struct Level {
-        std::uint64_t device;
-        std::uint64_t number;
-        std::shared_ptr<std::vector<UTF16String> const> subdirs; // unchanging, so copies share it
-        std::size_t next;
+        std::shared_ptr<DirectoryListing const>
+            listing;      // never changed, so that copies can share it
+        std::size_t next; // the first subdirectory that was not entered yet
 
         bool operator==(Level const& inRHS) const;
     };
 
     bool AtEnd() const noexcept { return mFile.AtEnd() && mBranch.empty(); }
-    void Enter(Dir inDir);
+    /// Lists a directory, which has to be a subdirectory of the innermost one of the branch if
+    /// `inIsOwn`.
+    void Enter(Dir inDir, bool inIsOwn);
     /// Advances to the next directory with a file, unless a file is current.
     void SkipToFile();
 

@@ -6,19 +6,27 @@
 
 #include <cstdint>
 #include <list>
+#include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace brindle::proplist {
-
-class PropList;
-class PropListXMLHandler;
 
 namespace impl {
 
 struct PropNodeSlot;
 using PropNodeBlocks = std::vector<std::vector<PropNodeSlot>>;
 
-bool HasTextWithNul(PropList const& inList);
+struct PropListAccess;
+
+/// The property's type for an integer type that may be another name of the same thing.
+template <typename T>
+using SameInteger = std::enable_if_t<
+    std::is_same_v<T, long> || std::is_same_v<T, unsigned long> || std::is_same_v<T, long long> ||
+        std::is_same_v<T, unsigned long long>,
+    std::conditional_t<sizeof(T) == sizeof(std::int64_t),
+                       std::conditional_t<std::is_signed_v<T>, std::int64_t, std::uint64_t>,
+                       std::conditional_t<std::is_signed_v<T>, std::int32_t, std::uint32_t>>>;
 
 } // namespace impl
 
@@ -89,9 +97,29 @@ public:
     virtual void SetValue(UTF8String const& inKey, std::list<UTF16String> const& inValues);
     virtual void SetValue(UTF8String const& inKey, UTF16String const& inValue);
 
-    /// A pointer, a string literal among them, would be stored as a `bool`.
+    /// Integer types that are none of the above, but as wide as one, as `long long` often is.
+    template <typename T, typename Same = impl::SameInteger<T>>
+    void SetValue(UTF8String const& inKey, T inValue) {
+        SetValue(inKey, static_cast<Same const&>(static_cast<Same>(inValue)));
+    }
+    template <typename T, typename Same = impl::SameInteger<T>>
+    bool GetValue(UTF8String const& inKey, T& outValue) const {
+        Same value{};
+        if (!GetValue(inKey, value)) {
+            return false;
+        }
+        outValue = static_cast<T>(value);
+        return true;
+    }
+
+    /// A pointer, a string literal among them, would be stored as a `bool`, and a character as a
+    /// number. Texts are written with `_utf8` or `_utf16` behind the literal.
     template <typename T>
     void SetValue(UTF8String const& inKey, T const* inPointer) = delete;
+    void SetValue(UTF8String const& inKey, char inCharacter) = delete;
+    void SetValue(UTF8String const& inKey, wchar_t inCharacter) = delete;
+    void SetValue(UTF8String const& inKey, char16_t inCharacter) = delete;
+    void SetValue(UTF8String const& inKey, char32_t inCharacter) = delete;
 
     /// The nested list under the key, or null if there is none. The property owns it: it is
     /// destroyed when the property is removed or replaced, or this list is cleared or destroyed.
@@ -125,12 +153,12 @@ public:
     bool RemoveValue(UTF8String const& inKey);
 
 private:
-    friend class PropListXMLHandler; // sets the version of the document
-    friend bool impl::HasTextWithNul(PropList const& inList);
+    friend struct impl::PropListAccess;
 
     void DeleteNodes() noexcept;
 
-    impl::PropNodeBlocks mNodes; // sorted by the bytes of their keys
+    impl::PropNodeBlocks mNodes;              // sorted by the bytes of their keys
+    std::unique_ptr<UTF16String> mUnreadFile; // which the list must not replace
     std::uint16_t mVersion = GetCurrentVersion();
 };
 

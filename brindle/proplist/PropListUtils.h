@@ -4,6 +4,7 @@
 #include <brindle/geom/Point.h>
 #include <brindle/geom/Rect.h>
 #include <brindle/proplist/PropList.h>
+#include <brindle/proplist/PropListLoadResult.h>
 #include <brindle/utility/TextTypes.h>
 
 #include <cstdint>
@@ -29,12 +30,23 @@ BRN_API void WritePropList(UTF8String& outText, PropList const& inList);
 /// `xml::SetParserFactory` (`kError_PropListReadWithoutParser`).
 BRN_API void ReadPropList(UTF8String const& inText, PropList& ioList);
 
-/// The same from a file. A document that is not well-formed, or a file that cannot be read, leaves
-/// the list empty. With `inRenameCorrupt`, a file that is not well-formed is renamed by appending
-/// ".old", in place of an older file of that name; the report has both paths, and what it throws is
-/// dropped. A file that is missing, or cannot be read or renamed, stays and is reported as without
-/// `inRenameCorrupt`.
+/// The same from a file. A file that cannot be read, or is not well-formed, leaves the list empty
+/// and is reported with its path. With `inRenameCorrupt`, a file that was read and is not
+/// well-formed is renamed by appending ".old", in place of an older file of that name; the report
+/// has both paths, and what it throws is dropped. A file that could not be read is not renamed, for
+/// it may be intact.
 BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorrupt);
+
+/// Read as the two functions above do, but return how it went instead of reporting it. Only a
+/// document of a later version is still reported.
+///
+///     if (TryLoadPropList(path, list, true).status == kPropListLoad_Unreadable) {
+///         // The user's preferences exist, but somebody is just writing them, or the disk fails.
+///     }
+[[nodiscard]] BRN_API PropListLoadResult TryReadPropList(UTF8String const& inText,
+                                                         PropList& ioList);
+[[nodiscard]] BRN_API PropListLoadResult TryLoadPropList(UTF16String const& inPath,
+                                                         PropList& ioList, bool inRenameCorrupt);
 
 /// Replaces the file by the document of the list, atomically: whatever happens, the file has the
 /// whole old content or the whole new one. It is durable when this returns.
@@ -46,6 +58,10 @@ BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRe
 /// before anything is touched if a key or a text cannot be read back: if it has a control character
 /// other than tab, line feed and carriage return, a surrogate without its partner, U+FFFE or
 /// U+FFFF, or bytes that are not UTF-8.
+///
+/// A list does not replace the file that the last load of it could not read, or of which a load was
+/// ended by an exception: what the list lacks would be lost. `SavePropList` throws then too, until
+/// the file was loaded into the list or is gone.
 BRN_API void SavePropList(filesupport::File& ioFile, PropList const& inList);
 BRN_API void SavePropList(UTF16String const& inPath, PropList const& inList);
 

@@ -7,13 +7,13 @@
 /// readable.
 ///
 ///     pollfd watched{EventLoopDescriptor(), POLLIN, 0};
-///     while (poll(&watched, 1, -1) > 0) { DispatchMessages(); }
+///     while (DispatchMessages()) { poll(&watched, 1, -1); }
 
 namespace brindle::threads {
 
 /// The descriptor of the calling thread's messages: readable as long as messages wait, and open
 /// until the thread ends. It is only for watching, with `poll` or the like. A forked child must not
-/// use it, because it is the same as the parent's.
+/// use the descriptor of its parent; it may ask for its own.
 ///
 /// A lack of descriptors is reported through `config::ThrowError`, and throws
 /// `boost::thread_resource_error` if the report returns. Throws `std::bad_alloc`.
@@ -22,6 +22,10 @@ namespace brindle::threads {
 /// Handles the messages that wait for the calling thread now; each runs at most one function. Does
 /// not block. Messages that arrive meanwhile are left to the next call. A function that runs in it
 /// may call it. Throws as `EventLoopDescriptor`.
-BRN_API void DispatchMessages();
+///
+/// False if the thread is one of an `AsyncEventLoopExecutor` that has been shut down. A loop that a
+/// function runs on such a thread, nested in the executor's own, then ends, so that the thread can;
+/// nothing more is handled in it.
+BRN_API bool DispatchMessages();
 
 } // namespace brindle::threads

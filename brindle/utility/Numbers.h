@@ -5,6 +5,7 @@
 #include <brindle/utility/TextTypes.h>
 
 #include <cstdint>
+#include <type_traits>
 
 /// Numbers as text, in two forms. The neutral form, for program logic, has "." before the fraction
 /// and "," between groups of three digits. The user's form has the separators of the user's locale,
@@ -39,6 +40,20 @@ enum NumberParse : std::uint16_t {
 /// Decimal digits without separators, with "-" in front of a negative number.
 [[nodiscard]] BRN_API UTF16String NumberToString(std::int32_t inValue);
 [[nodiscard]] BRN_API UTF16String NumberToString(std::int64_t inValue);
+[[nodiscard]] BRN_API UTF16String NumberToString(std::uint64_t inValue);
+
+/// The same for every other integer type, `long long` and `std::size_t` among them.
+template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
+[[nodiscard]] UTF16String NumberToString(Integer inValue) {
+    using Wide = std::conditional_t<std::is_signed_v<Integer>, std::int64_t, std::uint64_t>;
+    return NumberToString(static_cast<Wide>(inValue));
+}
+
+/// Characters are no numbers.
+UTF16String NumberToString(char) = delete;
+UTF16String NumberToString(wchar_t) = delete;
+UTF16String NumberToString(char16_t) = delete;
+UTF16String NumberToString(char32_t) = delete;
 
 /// Capital hexadecimal digits of the 32 bits, without prefix or leading zeros.
 [[nodiscard]] BRN_API UTF16String NumberToHexString(std::int32_t inValue);

@@ -12,9 +12,11 @@ namespace brindle::xml {
 /// ASCII, as the document's byte-order mark or declaration says; without either it is UTF-8.
 ///
 /// Any bytes may be parsed. Nothing but the document itself is ever read: external entities and
-/// external document types are ignored. A document fails whose entities nest more than 64 deep or
-/// expand to more than Expat's own limits permit, and so does one with a tag or a comment of a
-/// gigabyte. No document needs more than 256 KiB of stack.
+/// external document types are ignored. So that no document can exhaust the process, one fails
+/// whose entities nest more than 64 deep or expand to more than Expat's own limits permit, that
+/// names a namespace by more than 1,024 bytes or declares more than 10,000 attributes, that has a
+/// tag or a comment of a gigabyte, or of which more than 64 MiB and a hundred times its size would
+/// be made. No document needs more than 256 KiB of stack.
 class BRN_API ExpatParser : public AbstractDocParser {
 public:
     /// Takes the handler and empties the holder.
@@ -25,6 +27,10 @@ public:
     /// the file cannot be opened.
     XMLParseStatus ParseDocument(UTF16String const& inPath) override;
     XMLParseStatus ParseBuffer(UTF8String const& inBuffer) override;
+
+private:
+    template <typename Document>
+    XMLParseStatus Parse(Document& ioDocument);
 };
 
 /// Creates `ExpatParser` objects.

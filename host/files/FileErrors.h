@@ -1,5 +1,7 @@
 #pragma once
 
+#include <brindle/filesupport/FileKind.h>
+
 #include <stdexcept>
 
 // How work on one file fails; `what()` is the reason, for a diagnostic that names the file.
@@ -19,6 +21,17 @@ public:
 
 /// The path leads to something other than a regular file.
 class irregular_error : public unreadable_error {
+public:
+    explicit irregular_error(filesupport::FileKind inKind);
+
+    filesupport::FileKind Kind() const noexcept { return mKind; }
+
+private:
+    filesupport::FileKind mKind;
+};
+
+/// The file changed while it was read.
+class unsteady_error : public unreadable_error {
 public:
     using unreadable_error::unreadable_error;
 };

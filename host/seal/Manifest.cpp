@@ -3,11 +3,14 @@
 #include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
 #include "host/files/FileErrors.h"
+#include "host/files/Input.h"
 #include "host/plist/LoadList.h"
 #include "host/seal/PercentNames.h"
 #include <brindle/utility/Digits.h>
 
+#include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
+#include <brindle/utility/Streams.h>
 
 #include <algorithm>
 #include <charconv>
@@ -26,9 +29,15 @@ constexpr std::uint32_t kFormat = 1;
 UTF8String const kKey_Format = "format"_utf8;
 UTF8String const kKey_Root = "root"_utf8;
 UTF8String const kKey_Files = "files"_utf8;
+UTF8String const kKey_Others = "others"_utf8;
 UTF8String const kKey_Size = "size"_utf8;
 UTF8String const kKey_Modified = "modified"_utf8;
 UTF8String const kKey_CRC = "crc"_utf8;
+
+/// The words for entries without a sum, in the order of `EntryState::Kind`.
+constexpr char const* kKindWords[] = {
+    nullptr, "fifo",          "socket",          "device",
+    "other", "dangling link", "unreadable file", "unreadable directory"};
 
 UTF8String AsUTF8(std::string const& inText) {
     return UTF8String(inText.begin(), inText.end());
@@ -77,52 +86,102 @@ bool IsPathBelow(std::string const& inPath) {
     throw unreadable_error("is no manifest: " + inReason);
 }
 
-SealedFile ReadFile(PropList const& inFiles, UTF8String const& inKey) {
-    auto const name = [&inKey] { return "'" + EscapedName(PlainText(inKey)) + "'"; };
-    auto const require = [&name](bool inIsRight, char const* inKeyOfFile) {
+std::string Quoted(UTF8String const& inKey) {
+    return "'" + EscapedName(PlainText(inKey)) + "'";
+}
+
+std::string ReadPath(UTF8String const& inKey) {
+    std::string path;
+    if (!PercentDecode(inKey, path) || !IsPathBelow(path)) {
+        Refuse(Quoted(inKey) + " is no path below the root");
+    }
+    return path;
+}
+
+SealedEntry ReadFile(PropList const& inFiles, UTF8String const& inKey) {
+    auto const require = [&inKey](bool inIsRight, char const* inKeyOfFile) {
         if (!inIsRight) {
-            Refuse("the " + std::string(inKeyOfFile) + " of " + name() + " is missing or wrong");
+            Refuse("the " + std::string(inKeyOfFile) + " of " + Quoted(inKey) +
+                   " is missing or wrong");
         }
     };
-    SealedFile file;
-    if (!PercentDecode(inKey, file.path) || !IsPathBelow(file.path)) {
-        Refuse(name() + " is no path below the root");
-    }
+    SealedEntry file{ReadPath(inKey), {}};
+    FileSum& sum = file.state.sum;
     PropList const* const properties = inFiles.GetSubList(inKey);
     require(properties != nullptr, "list");
-    require(properties->GetValue(kKey_Size, file.sum.size), "size");
+    require(properties->GetValue(kKey_Size, sum.size), "size");
 
     UTF8String text;
     require(properties->GetValue(kKey_Modified, text) && IsTimeText(PlainText(text)), "time");
 
     require(properties->GetValue(kKey_CRC, text), "crc");
     std::string const digits = PlainText(text);
-    std::from_chars(digits.data(), digits.data() + digits.size(), file.sum.crc, 16);
-    require(digits == CRCText(file.sum.crc), "crc");
+    std::from_chars(digits.data(), digits.data() + digits.size(), sum.crc, 16);
+    require(digits == CRCText(sum.crc), "crc");
     return file;
+}
+
+SealedEntry ReadOther(PropList const& inOthers, UTF8String const& inKey) {
+    SealedEntry entry{ReadPath(inKey), {}};
+    UTF8String word;
+    inOthers.GetValue(inKey, word);
+    for (int kind = EntryState::kPipe; kind <= EntryState::kUnreadableDirectory; ++kind) {
+        if (PlainText(word) == kKindWords[kind]) {
+            entry.state.kind = static_cast<EntryState::Kind>(kind);
+            return entry;
+        }
+    }
+    Refuse("what " + Quoted(inKey) + " is, is missing or unknown");
+}
+
+/// Appends what `inRead` makes of each key of a list; nothing if there is no list.
+void ReadEntries(PropList const* inList,
+                 SealedEntry (*inRead)(PropList const& inList, UTF8String const& inKey),
+                 std::vector<SealedEntry>& ioEntries) {
+    if (inList == nullptr) {
+        return;
+    }
+    std::list<UTF8String> keys;
+    inList->GetPropertyNames(keys);
+    ioEntries.reserve(ioEntries.size() + keys.size());
+    for (UTF8String const& key : keys) {
+        ioEntries.push_back(inRead(*inList, key));
+    }
 }
 
 } // namespace
 
-NewManifest::NewManifest(std::string const& inRoot) : mFiles(*mList.NewSubList(kKey_Files)) {
+NewManifest::NewManifest(std::string const& inRoot)
+    : mFiles(*mList.NewSubList(kKey_Files)), mOthers(*mList.NewSubList(kKey_Others)) {
     mList.SetValue(kKey_Format, kFormat);
     mList.SetValue(kKey_Root, PercentEncoded(inRoot));
 }
 
-void NewManifest::Add(std::string const& inPath, FileSum const& inSum, std::uint64_t inModified) {
-    PropList& properties = *mFiles.NewSubList(PercentEncoded(inPath));
-    properties.SetValue(kKey_Size, inSum.size);
-    properties.SetValue(kKey_Modified, AsUTF8(TimeText(inModified)));
-    properties.SetValue(kKey_CRC, AsUTF8(CRCText(inSum.crc)));
+void NewManifest::Add(std::string const& inPath, EntryState const& inState) {
+    UTF8String const key = PercentEncoded(inPath);
+    if (inState.kind != EntryState::kFile) {
+        mOthers.SetValue(key, AsUTF8(kKindWords[inState.kind]));
+        return;
+    }
+    PropList& properties = *mFiles.NewSubList(key);
+    properties.SetValue(kKey_Size, inState.sum.size);
+    properties.SetValue(kKey_Modified, AsUTF8(TimeText(inState.modified)));
+    properties.SetValue(kKey_CRC, AsUTF8(CRCText(inState.sum.crc)));
 }
 
-void NewManifest::Save(filesupport::File& ioFile) const {
-    proplist::utils::SavePropList(ioFile, mList);
+void NewManifest::Save(std::string const& inName) const {
+    if (inName != kStandardStream) {
+        filesupport::File file = filesupport::FileFromNative(inName);
+        return proplist::utils::SavePropList(file, mList);
+    }
+    UTF8String text;
+    proplist::utils::WritePropList(text, mList);
+    utility::streams::Out << PlainText(text);
 }
 
-Manifest ReadManifest(filesupport::File const& inFile) {
+Manifest ReadManifest(std::string const& inName) {
     PropList list;
-    LoadList(inFile, list);
+    LoadList(inName, list);
 
     std::uint32_t format = 0;
     if (!list.GetValue(kKey_Format, format)) {
@@ -141,16 +200,19 @@ Manifest ReadManifest(filesupport::File const& inFile) {
     if (files == nullptr) {
         Refuse("it has no list of files");
     }
-    std::list<UTF8String> keys;
-    files->GetPropertyNames(keys);
-    manifest.files.reserve(keys.size());
-    for (UTF8String const& key : keys) {
-        manifest.files.push_back(ReadFile(*files, key));
+    std::vector<SealedEntry>& entries = manifest.entries;
+    ReadEntries(files, ReadFile, entries);
+    ReadEntries(list.GetSubList(kKey_Others), ReadOther, entries);
+    std::sort(
+        entries.begin(), entries.end(),
+        [](SealedEntry const& inLHS, SealedEntry const& inRHS) { return inLHS.path < inRHS.path; });
+    auto const twice = std::adjacent_find(entries.begin(), entries.end(),
+                                          [](SealedEntry const& inLHS, SealedEntry const& inRHS) {
+                                              return inLHS.path == inRHS.path;
+                                          });
+    if (twice != entries.end()) {
+        Refuse("it has '" + EscapedName(twice->path) + "' twice");
     }
-    auto const byPath = [](SealedFile const& inLHS, SealedFile const& inRHS) {
-        return inLHS.path < inRHS.path;
-    };
-    std::sort(manifest.files.begin(), manifest.files.end(), byPath);
     return manifest;
 }
 

@@ -1,6 +1,7 @@
 #include "host/seal/SealedTree.h"
 
 #include "host/files/FileErrors.h"
+#include "host/files/Input.h"
 
 #include <brindle/filesupport/NativePath.h>
 
@@ -16,6 +17,21 @@ namespace {
 
 constexpr int kMostLinks = 40; // as many as the system follows
 
+EntryState::Kind KindOfIrregular(FileKind inKind) {
+    switch (inKind) {
+    case FileKind::kPipe:
+        return EntryState::kPipe;
+    case FileKind::kSocket:
+        return EntryState::kSocket;
+    case FileKind::kDevice:
+        return EntryState::kDevice;
+    case FileKind::kDirectory: // the walk found a file
+        throw unsteady_error("has become a directory");
+    default:
+        return EntryState::kOther;
+    }
+}
+
 std::string WithSlash(std::string const& inPath) {
     return inPath.empty() || inPath.back() != '/' ? inPath + '/' : inPath;
 }
@@ -24,7 +40,7 @@ std::string WithSlash(std::string const& inPath) {
 
 SealedTree::SealedTree(std::string const& inRoot, std::string const& inManifest)
     : mRoot(DirFromNative(inRoot)), mPrefix(WithSlash(NativePath(mRoot))),
-      mManifest(PathWithoutLinks(inManifest)),
+      mIsManifestAFile(inManifest != kStandardStream), mManifest(PathWithoutLinks(inManifest)),
       mManifestInTree(fs::path(mManifest).lexically_relative(PathWithoutLinks(mPrefix))) {
     if (!mRoot.Exists()) {
         throw unreadable_error("no such directory");
@@ -51,11 +67,35 @@ FoundFiles SealedTree::Find(Diagnostics& ioDiagnostics) const {
     return found;
 }
 
-File SealedTree::FileAt(std::string const& inPath) const {
-    return FileFromNative(NativePathOf(inPath));
+EntryState SealedTree::StateOf(std::string const& inPath, std::string& outProblem) const {
+    EntryState state;
+    try {
+        state.sum = SteadySumOf(FileFromNative(NativePathOf(inPath)), state.modified);
+    } catch (missing_error const&) {
+        std::error_code ignored;
+        if (!fs::is_symlink(NativePathOf(inPath), ignored)) {
+            throw;
+        }
+        state.kind = EntryState::kDanglingLink;
+    } catch (irregular_error const& error) {
+        state.kind = KindOfIrregular(error.Kind());
+    } catch (unsteady_error const&) {
+        throw;
+    } catch (unreadable_error const& error) {
+        state.kind = EntryState::kUnreadable;
+        outProblem = error.what();
+    }
+    return state;
+}
+
+bool SealedTree::HasDirectoryAt(std::string const& inPath) const {
+    return DirFromNative(NativePathOf(inPath)).Exists();
 }
 
 bool SealedTree::IsManifest(std::string const& inPath) const {
+    if (!mIsManifestAFile) {
+        return false;
+    }
     if (inPath == mManifestInTree) {
         return true;
     }
@@ -78,6 +118,10 @@ std::string PathWithoutLinks(std::string const& inPath) {
 
 std::string PathFrom(std::string const& inDirectory, std::string const& inPath) {
     return (fs::path(inDirectory) / inPath).lexically_normal();
+}
+
+std::string DefaultManifestIn(std::string const& inDirectory) {
+    return WithSlash(inDirectory) + "brindle-seal.xml";
 }
 
 std::string DirectoryOf(std::string const& inPath) {

@@ -1,5 +1,6 @@
 #include "platform/ShellLink.h"
 
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "platform/TextEncoding.h"

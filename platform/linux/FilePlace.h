@@ -18,6 +18,10 @@ struct FilePlace {
     SystemPath Path() const { return SystemPath(directory.Get(), name); }
 };
 
+/// The place that a path names itself, be it that of a link. Error 5 for a path that does not end
+/// in a name.
+Result<FilePlace> PlaceOf(UTF16String const& inPath);
+
 /// The file need not exist, and a link may dangle. Error 5 for a path that does not end in a name,
 /// and for a link that somebody else planted in a directory where everybody may make one.
 Result<FilePlace> FollowLinks(UTF16String const& inPath);

@@ -155,25 +155,26 @@ Result<std::uint64_t> OpenFile::Size() const {
     return SizeOf(static_cast<int>(mHandle));
 }
 
-Result<OpenFile> OpenForReading(UTF16String const& inPath) {
-    auto file = OpenLocked(SystemPath(inPath), O_RDONLY, Lock::kShared);
+Result<OpenFile> OpenForReading(UTF16String const& inPath, Sharing inSharing) {
+    auto const lock = inSharing == Sharing::kReaders ? FileLock::kReader : FileLock::kNone;
+    auto file = OpenLocked(SystemPath(inPath), O_RDONLY, lock);
     return {OpenFile(file.value.Release()), file.error};
 }
 
 Result<OpenFile> OpenForWriting(UTF16String const& inPath) {
-    auto file = OpenLocked(SystemPath(inPath), O_WRONLY, Lock::kExclusive);
+    auto file = OpenLocked(SystemPath(inPath), O_WRONLY, FileLock::kWriter);
     return {OpenFile(file.value.Release()), file.error};
 }
 
 Result<OpenFile> CreateNewFile(UTF16String const& inPath, Readers inReaders) {
-    auto file = OpenLocked(SystemPath(inPath), O_WRONLY | O_CREAT | O_EXCL, Lock::kExclusive,
-                           ModeFor(inReaders));
+    auto file = OpenLocked(SystemPath(inPath), O_WRONLY | O_CREAT | O_EXCL, FileLock::kWriter,
+                           inReaders == Readers::kOwner ? kMode_OwnerOnly : kMode_Anybody);
     return {OpenFile(file.value.Release()), file.error};
 }
 
 ErrorCode CreateEmptyFile(UTF16String const& inPath) {
-    // The file is cut only under the lock: nobody's open file loses its content.
-    auto const file = OpenLocked(SystemPath(inPath), O_WRONLY | O_CREAT, Lock::kExclusive);
+    // The file is emptied under the lock, so that nobody who has it open loses its content.
+    auto const file = OpenLocked(SystemPath(inPath), O_WRONLY | O_CREAT, FileLock::kWriter);
     if (!file) {
         return file.error;
     }
@@ -208,12 +209,18 @@ ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo) {
     auto result =
         ::renameat2(from.Directory(), from.Tail(), to.Directory(), to.Tail(), RENAME_NOREPLACE);
     if (result != 0 && (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
-        // The file system cannot refuse to replace, so a look must do; what comes to be between the
-        // two calls is lost.
-        if (exists(to)) {
-            return kError_AlreadyExists;
+        // The file system has no renaming that never replaces; making a link never does either.
+        result = ::linkat(from.Directory(), from.Tail(), to.Directory(), to.Tail(), 0);
+        if (result == 0) {
+            ::unlinkat(from.Directory(), from.Tail(), 0);
+        } else if (errno == EPERM || errno == EOPNOTSUPP) {
+            // A directory, or a file system without links: a look must do, and whatever takes the
+            // name between the two calls is replaced.
+            if (exists(to)) {
+                return kError_AlreadyExists;
+            }
+            result = ::renameat(from.Directory(), from.Tail(), to.Directory(), to.Tail());
         }
-        result = ::renameat(from.Directory(), from.Tail(), to.Directory(), to.Tail());
     }
     if (result == 0) {
         return kError_None;

@@ -11,15 +11,14 @@ namespace brindle::platform {
 
 bool SleepOnWord(std::uint32_t* inWord, std::uint32_t inValue, std::uint32_t inMask,
                  Deadline const& inDeadline) noexcept {
+    // The clocks of the standard library are CLOCK_REALTIME and CLOCK_MONOTONIC.
+    int const operation =
+        FUTEX_WAIT_BITSET_PRIVATE | (inDeadline.IsBySystemClock() ? FUTEX_CLOCK_REALTIME : 0);
     timespec time{};
-    if (inDeadline.has_value()) {
-        // The standard library's steady clock is CLOCK_MONOTONIC, by which this operation waits.
-        std::chrono::nanoseconds const since = inDeadline->time_since_epoch();
-        time.tv_sec = static_cast<time_t>(since.count() / 1'000'000'000);
-        time.tv_nsec = static_cast<long>(since.count() % 1'000'000'000);
-    }
-    return ::syscall(SYS_futex, inWord, FUTEX_WAIT_BITSET_PRIVATE, inValue,
-                     inDeadline.has_value() ? &time : nullptr, nullptr, inMask) == 0 ||
+    time.tv_sec = static_cast<time_t>(inDeadline.SinceEpoch().count() / 1'000'000'000);
+    time.tv_nsec = static_cast<long>(inDeadline.SinceEpoch().count() % 1'000'000'000);
+    return ::syscall(SYS_futex, inWord, operation, inValue, inDeadline.IsNever() ? nullptr : &time,
+                     nullptr, inMask) == 0 ||
            errno != ETIMEDOUT;
 }
 

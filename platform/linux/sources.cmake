@@ -5,14 +5,16 @@ list(APPEND brindle_platform_sources
   platform/linux/SystemPath.cpp
   platform/linux/Volumes.cpp
   # files and directories
+  platform/linux/FileLock.cpp
   platform/linux/LockedFile.cpp
   platform/linux/Files.cpp
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
-  platform/linux/FileContent.cpp
+  platform/linux/AppendContent.cpp
   platform/linux/FileReplacement.cpp
-  platform/linux/ReplaceFile.cpp
+  platform/linux/TemporaryFile.cpp
   platform/linux/Directories.cpp
+  platform/linux/RemoveTree.cpp
   # the user's settings, the process, identifiers
   platform/linux/Locale.cpp
   platform/linux/Process.cpp

@@ -23,8 +23,12 @@ bool CompletionPort::Post(void* inPacket) noexcept {
     return mState->port.Post(inPacket);
 }
 
-bool CompletionPort::Wait(void*& outPacket, std::uint32_t inMilliseconds) noexcept {
-    return mState->port.Wait(outPacket, inMilliseconds);
+bool CompletionPort::Take(void*& outPacket) noexcept {
+    return mState->port.Take(outPacket);
+}
+
+bool CompletionPort::Wait(void*& outPacket, Deadline const& inDeadline) noexcept {
+    return mState->port.Wait(outPacket, inDeadline);
 }
 
 } // namespace brindle::platform

@@ -15,8 +15,9 @@ namespace brindle::platform {
 /// free it yet. Any thread may call any operation; none may be in progress when the slots are
 /// destroyed.
 ///
-/// `Steps` is called between the atomic steps.
-template <typename Steps>
+/// There are `kSlots` slots to begin with, and as many more whenever all are taken. `Steps` is
+/// called between the atomic steps.
+template <typename Steps, std::size_t kSlots>
 class HazardSlots {
     struct Slot {
         std::atomic<void const*> object{nullptr};
@@ -108,8 +109,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t kSlots = 32;
-
     struct Block {
         std::array<Slot, kSlots> slots;
         std::atomic<Block*> next{nullptr};
@@ -122,7 +121,7 @@ private:
         std::uint64_t bytes = 0;
         static_assert(sizeof(thread) <= sizeof(bytes));
         std::memcpy(&bytes, &thread, sizeof(thread));
-        return static_cast<std::size_t>(bytes * 0x9E3779B97F4A7C15U >> 59);
+        return static_cast<std::size_t>(bytes * 0x9E3779B97F4A7C15U >> 32) % kSlots;
     }
 
     /// Null if all slots are taken and there is no memory for more.

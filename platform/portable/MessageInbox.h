@@ -42,6 +42,9 @@ public:
         return true;
     }
 
+    /// Whether `Push` has begun to refuse messages. Any thread may call.
+    bool IsClosed() const noexcept { return mNewest.load(std::memory_order_relaxed) == Closed(); }
+
     // The rest is for the owner.
 
     /// Takes over the messages that were pushed. Returns how many messages have been taken over in
@@ -72,9 +75,13 @@ public:
 
     /// Makes the descriptor unreadable if no message waits.
     void Settle() noexcept {
-        if (mOldest != nullptr) {
-            return;
+        if (mOldest == nullptr) {
+            Silence();
         }
+    }
+
+    /// Makes the descriptor unreadable until another message is pushed.
+    void Silence() noexcept {
         mEvent.Reset();
         Steps::Pause();
         mRound += 2;
@@ -83,6 +90,21 @@ public:
         if (mNewest.load(std::memory_order_seq_cst) != nullptr) {
             Signal();
         }
+    }
+
+    /// Makes the descriptor readable, unless a thread has done so since it was reset. Any thread
+    /// may call.
+    void Signal() noexcept {
+        std::uint64_t round = mSignal.load(std::memory_order_seq_cst);
+        if ((round & 1) != 0) {
+            return;
+        }
+        Steps::Pause();
+        mEvent.Set();
+        Steps::Pause();
+        // Fails if the owner has begun a new round, and so may have reset the descriptor.
+        mSignal.compare_exchange_strong(round, round + 1, std::memory_order_seq_cst,
+                                        std::memory_order_relaxed);
     }
 
     /// Blocks until the descriptor is readable.
@@ -114,20 +136,6 @@ private:
         }
         (mOldest == nullptr ? mOldest : mLast->mNext) = oldest;
         mLast = inNewest;
-    }
-
-    /// Makes the descriptor readable, unless a thread has done so since the last `Settle`.
-    void Signal() noexcept {
-        std::uint64_t round = mSignal.load(std::memory_order_seq_cst);
-        if ((round & 1) != 0) {
-            return;
-        }
-        Steps::Pause();
-        mEvent.Set();
-        Steps::Pause();
-        // Fails if the owner has begun a new round, and so may have reset the descriptor.
-        mSignal.compare_exchange_strong(round, round + 1, std::memory_order_seq_cst,
-                                        std::memory_order_relaxed);
     }
 
     WakeUpEvent const mEvent;

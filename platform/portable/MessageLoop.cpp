@@ -1,5 +1,6 @@
 #include "platform/MessageLoop.h"
 
+#include "platform/Fork.h"
 #include "platform/portable/MessageInbox.h"
 #include "utility/src/base/NoPause.h"
 
@@ -11,6 +12,7 @@ namespace {
 
 // Trivially destroyed, so that destructors of other thread-local objects may use them.
 thread_local MessageQueue const* S_currentQueueP = nullptr;
+thread_local std::uint32_t S_forkCount = 0; // when the current queue was made
 thread_local bool S_threadHasEnded = false;
 
 class QuitMessage : public Message {
@@ -42,10 +44,7 @@ struct MessageQueue::State {
 /// Keeps the queue of a thread until the thread ends.
 class MessageQueue::OfThread {
 public:
-    explicit OfThread(boost::intrusive_ptr<MessageQueue> inQueue) noexcept
-        : mQueue(std::move(inQueue)) {
-        S_currentQueueP = mQueue.get();
-    }
+    OfThread() noexcept = default;
     OfThread(OfThread const&) = delete;
     OfThread& operator=(OfThread const&) = delete;
     ~OfThread() {
@@ -54,10 +53,14 @@ public:
         mQueue->mState->inbox.Close();
     }
 
-    boost::intrusive_ptr<MessageQueue> const& Queue() const noexcept { return mQueue; }
+    void Keep(boost::intrusive_ptr<MessageQueue> inQueue) noexcept {
+        mQueue.detach(); // the parent's in a forked child: other threads may have been using it
+        mQueue = std::move(inQueue);
+        S_currentQueueP = mQueue.get();
+    }
 
 private:
-    boost::intrusive_ptr<MessageQueue> const mQueue;
+    boost::intrusive_ptr<MessageQueue> mQueue;
 };
 
 MessageQueue::MessageQueue() : mState(std::make_unique<State>()) {}
@@ -65,19 +68,22 @@ MessageQueue::MessageQueue() : mState(std::make_unique<State>()) {}
 MessageQueue::~MessageQueue() = default;
 
 boost::intrusive_ptr<MessageQueue> MessageQueue::OfCurrentThread() {
-    if (S_currentQueueP == nullptr) {
-        boost::intrusive_ptr<MessageQueue> queue(new MessageQueue);
-        if (queue->Descriptor() < 0) {
-            return nullptr;
-        }
-        if (S_threadHasEnded) {
-            queue->mState->inbox.Close();
-            return queue;
-        }
-        thread_local OfThread const ofThread(std::move(queue));
-        return ofThread.Queue();
+    std::uint32_t const forkCount = ForkCount();
+    if (S_currentQueueP != nullptr && S_forkCount == forkCount) {
+        return const_cast<MessageQueue*>(S_currentQueueP);
     }
-    return const_cast<MessageQueue*>(S_currentQueueP);
+    boost::intrusive_ptr<MessageQueue> queue(new MessageQueue);
+    if (queue->Descriptor() < 0) {
+        return nullptr;
+    }
+    if (S_threadHasEnded) {
+        queue->mState->inbox.Close();
+        return queue;
+    }
+    thread_local OfThread ofThread;
+    ofThread.Keep(queue);
+    S_forkCount = forkCount;
+    return queue;
 }
 
 bool MessageQueue::IsOfCurrentThread() const noexcept {
@@ -108,13 +114,22 @@ bool MessageQueue::HandleMessage() noexcept {
     return false;
 }
 
-void MessageQueue::DispatchMessages() noexcept {
+bool MessageQueue::DispatchMessages() noexcept {
     MessageInbox<utility::NoPause>& inbox = mState->inbox;
     std::uint64_t const until = inbox.Gather();
     while (inbox.Popped() < until && !mState->hasQuit) {
         mState->HandleNext();
     }
+    if (mState->hasQuit) {
+        inbox.Silence(); // a loop that goes on all the same must not spin
+        return false;
+    }
     inbox.Settle();
+    return true;
+}
+
+void MessageQueue::RemindOfQuit() noexcept {
+    mState->inbox.Signal();
 }
 
 Message::Message(boost::intrusive_ptr<MessageTarget> inTarget) noexcept
@@ -136,15 +151,12 @@ bool MessageTarget::IsClosed() const noexcept {
     return mIsClosed.load(std::memory_order_relaxed);
 }
 
+bool MessageTarget::IsAccepting() const noexcept {
+    return !IsClosed() && !mQueue->mState->inbox.IsClosed();
+}
+
 bool MessageTarget::Send(boost::intrusive_ptr<Message> inMessage) noexcept {
-    if (IsClosed()) {
-        return false;
-    }
-    if (IsOfCurrentThread()) {
-        inMessage->Handle();
-        return true;
-    }
-    return mQueue->mState->inbox.Push(std::move(inMessage));
+    return !IsClosed() && mQueue->mState->inbox.Push(std::move(inMessage));
 }
 
 } // namespace brindle::platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CompletionPort.h"
+#include "platform/Deadline.h"
 #include "platform/portable/PacketQueue.h"
 #include "platform/portable/Sleepers.h"
 
@@ -28,23 +28,15 @@ public:
         return true;
     }
 
-    bool Wait(void*& outPacket, std::uint32_t inMilliseconds) noexcept {
+    bool Take(void*& outPacket) noexcept {
         outPacket = nullptr;
+        return mPackets.Take(outPacket) || TakeUnqueuedNull();
+    }
+
+    bool Wait(void*& outPacket, Deadline const& inDeadline) noexcept {
         if (Take(outPacket)) {
             return true;
         }
-        if (inMilliseconds == 0) {
-            return false;
-        }
-        Deadline deadline;
-        if (inMilliseconds != CompletionPort::kForever) {
-            deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(inMilliseconds);
-        }
-        return SleepAndTake(outPacket, deadline);
-    }
-
-private:
-    bool SleepAndTake(void*& outPacket, Deadline const& inDeadline) noexcept {
         for (;;) {
             Steps::Pause();
             mSleepers.Enroll();
@@ -68,8 +60,7 @@ private:
         }
     }
 
-    bool Take(void*& outPacket) noexcept { return mPackets.Take(outPacket) || TakeUnqueuedNull(); }
-
+private:
     bool TakeUnqueuedNull() noexcept {
         std::uint32_t count = mUnqueuedNulls.load();
         while (count > 0) {

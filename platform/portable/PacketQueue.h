@@ -19,7 +19,7 @@ namespace brindle::platform {
 /// segment. A poster fills the slot that it drew. A taker that finds its slot still unfilled closes
 /// it, and the poster draws another. The proof is in docs/concurrency/completion-port.md; `Steps`
 /// is called between the atomic steps.
-template <typename Steps, std::size_t kSlots>
+template <typename Steps, std::size_t kSlots, std::size_t kHazardSlots = 32>
 class PacketQueue {
 public:
     /// Throws `std::bad_alloc`.
@@ -118,7 +118,7 @@ private:
         std::array<std::atomic<void*>, kSlots> slots{};
     };
 
-    using Hazards = HazardSlots<Steps>;
+    using Hazards = HazardSlots<Steps, kHazardSlots>;
     using Hazard = typename Hazards::template Hazard<Segment>;
     using NoSlot = typename Hazards::NoSlot;
 

@@ -3,6 +3,7 @@
 #include "platform/SleepOnWord.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 
 namespace brindle::platform {
@@ -11,11 +12,14 @@ namespace brindle::platform {
 /// looks once more, and only then sleeps; a thread that has put something into the queue calls
 /// `WakeOne`. Any thread may call any operation.
 ///
-/// While a promised wake-up is unclaimed, nobody else is woken. So a thread that was woken, took
-/// something and sees more in the queue calls `WakeOne` itself.
+/// A wake-up is promised, and then claimed by the thread that wakes. As long as a promise is
+/// unclaimed, further calls wake nobody else; so a thread that was woken, took something and sees
+/// more in the queue calls `WakeOne` itself. A thread that has been woken may get no processor for
+/// a long time. Therefore a second sleeper is woken with it and keeps watch: it sleeps for a short
+/// time only, and then looks into the queue itself.
 ///
 /// Which sleeper wakes is chosen: each has a bit of the kernel's wake-up mask, the lowest that was
-/// free, and the one with the lowest bit wakes. Work that comes now and then so finds the same
+/// free, and the one with the lowest bit wakes. So work that comes now and then finds the same
 /// thread again, with warm caches. Threads that sleep with a deadline have no bit of their own and
 /// are woken last.
 ///
@@ -27,13 +31,22 @@ public:
     /// Called after something was put into the queue.
     void WakeOne() noexcept {
         std::uint64_t state = mState.load();
-        while (state >= kOneEnrolled && Promises(state) == 0) {
+        bool isMine = false;
+        while (state >= kOneEnrolled && Promises(state) == 0 && !isMine) {
             Steps::Pause();
-            if (mState.compare_exchange_weak(state, state - kOneEnrolled + kOnePromise)) {
-                Steps::Pause();
-                WakeLowest();
-                return;
-            }
+            isMine = mState.compare_exchange_weak(state, state - kOneEnrolled + kOnePromise);
+        }
+        if (isMine) {
+            state += kOnePromise - kOneEnrolled;
+            Steps::Pause();
+        }
+        // An earlier promise is relied on only if a thread watches over it.
+        bool const isWatchNeeded = state >= kOneEnrolled && !mIsWatched.load();
+        if (isMine || isWatchNeeded) {
+            WakeLowest();
+        }
+        if (isWatchNeeded) {
+            WakeOnWord(PromiseWord(), kAnySleeper);
         }
     }
 
@@ -50,10 +63,10 @@ public:
         }
     }
 
-    /// Blocks until a wake-up was promised, true, or until the deadline, false. Either way the
-    /// thread is no longer enrolled.
+    /// Blocks until the deadline, false, or until the thread is to look into the queue, true.
+    /// Either way it is no longer enrolled.
     bool Sleep(Deadline const& inDeadline) noexcept {
-        std::uint32_t const bit = inDeadline.has_value() ? kSharedBit : TakeBit();
+        std::uint32_t const bit = inDeadline.IsNever() ? TakeBit() : kSharedBit;
         bool const isWoken = SleepWith(bit, inDeadline);
         Steps::Pause();
         ReleaseBit(bit);
@@ -69,6 +82,10 @@ private:
     // The bit of threads that have none of their own. Which bits are taken is only a hint: where it
     // is wrong, any sleeper is woken.
     static constexpr std::uint32_t kSharedBit = std::uint32_t{1} << 31;
+
+    // Long compared to a wake-up, which takes some microseconds, and so short that nobody minds to
+    // wait for it.
+    static constexpr std::chrono::milliseconds kWatchTime{2};
 
     std::uint32_t TakeBit() noexcept {
         std::uint32_t taken = mTakenBits.load(std::memory_order_relaxed);
@@ -98,21 +115,27 @@ private:
     }
 
     bool SleepWith(std::uint32_t inBit, Deadline const& inDeadline) noexcept {
+        bool isWatching = false;
         for (bool isTime = false;;) {
             std::uint64_t state = mState.load();
             Steps::Pause();
-            while (Promises(state) > 0) {
-                if (mState.compare_exchange_weak(state, state - kOnePromise)) {
-                    return true;
+            while (Promises(state) > 0 || isTime) {
+                std::uint64_t const one = Promises(state) > 0 ? kOnePromise : kOneEnrolled;
+                if (mState.compare_exchange_weak(state, state - one)) {
+                    if (isWatching) {
+                        mIsWatched.store(false);
+                    }
+                    return one == kOnePromise || !inDeadline.HasPassed();
                 }
             }
-            if (isTime) {
-                if (mState.compare_exchange_strong(state, state - kOneEnrolled)) {
-                    return false;
-                }
-                continue;
+            Steps::BeforeSleep();
+            isTime = !SleepOnWord(PromiseWord(), 0, inBit,
+                                  isWatching ? inDeadline.OrIn(kWatchTime) : inDeadline);
+            // A thread that was woken and finds no promise is the second one that was woken.
+            if (!isTime && !isWatching && Promises(mState.load()) == 0) {
+                Steps::Pause();
+                isWatching = !mIsWatched.exchange(true);
             }
-            isTime = !SleepOnWord(PromiseWord(), 0, inBit, inDeadline);
         }
     }
 
@@ -129,6 +152,7 @@ private:
 
     std::atomic<std::uint64_t> mState{0};
     std::atomic<std::uint32_t> mTakenBits{0};
+    std::atomic<bool> mIsWatched{false}; // a sleeper looks into the queue within the watch time
 };
 
 } // namespace brindle::platform

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <stdexcept>
+#include <string>
 
 namespace brindle::arrange::tests {
 namespace {
@@ -52,6 +53,7 @@ TEST(LayoutSafety, TreesOfAnyDepthAndRingsOfParentsAreArranged) {
         stage.Node(0)->Invalidate();
         EXPECT_EQ(stage.Arranged(0), depth == 1000 ? 2 : 0);
         EXPECT_EQ(stage.Node(top)->BestSize().x, depth == 1000 ? 20 : 0);
+        EXPECT_EQ(stage.Node(top)->LimitsReached(), depth == 1000 ? 0U : kLayoutLimit_Depth);
     }
     Stage stage({10});
     IArrangeable& lower = *stage.Node(stage.Add(kRow, {0, 2, 1}));
@@ -73,6 +75,7 @@ TEST(LayoutSafety, TreesOfAnyDepthAndRingsOfParentsAreArranged) {
         node.Invalidate();
         EXPECT_LE(node.Arrangements()[0]->Count(), std::uint64_t{1} << 23);
     }
+    EXPECT_EQ(upper.LimitsReached() | lower.LimitsReached(), kLayoutLimit_Count);
 }
 
 TEST(LayoutSafety, SizesThatAreNotFiniteAreArranged) {
@@ -87,6 +90,9 @@ TEST(LayoutSafety, SizesThatAreNotFiniteAreArranged) {
             root.Arrange({0, 0, width, 100});
         }
         EXPECT_GE(stage.Arranged(0), 4);
+        for (int leaf = 0; leaf < 5; ++leaf) {
+            EXPECT_EQ((stage.counts[{leaf, "NaN"}]), 0) << "a leaf was offered NaN";
+        }
         EXPECT_LE(root.Arrangements().Size(), 1024U) << odd;
     }
 }
@@ -109,6 +115,30 @@ TEST(LayoutSafety, AChangedTypeIsArrangedWhereItStands) {
         root.Rearrange();
         EXPECT_EQ(stage.x[1], 0) << moment;
         EXPECT_EQ(group.Group()->Parent(), &root) << moment;
+    }
+}
+
+TEST(LayoutSafety, AGroupMayBeReplacedFromWithinAnyOfItsOperations) {
+    for (std::string_view const operation :
+         {"HorizontalSpacing?", "HorizontalAlignment?", "LeftMargin?", "BuildSeparator?",
+          "Position", "SetDimensions"}) {
+        for (bool const isMeasured : {true, false}) {
+            SCOPED_TRACE(std::string(operation) + (isMeasured ? ", measured" : ", arranged"));
+            Stage stage({10, 10});
+            int const changing = stage.Add(kRow, {0, 1});
+            stage.Of(changing).isDynamic = true;
+            stage.Renew(changing);
+            IArrangeable& root = *stage.Node(stage.Add(kColumn, {stage.Add(kRow, {changing})}));
+            root.Arrange(kPage);
+            DynamicGroup& group = *stage.Dynamic(changing);
+            stage.once[{changing, operation}] = [&] {
+                group.SetArrangementType(kGroupArrangementType_Column);
+            };
+            isMeasured ? group.Invalidate() : root.Rearrange();
+            root.Invalidate();
+            root.Rearrange();
+            EXPECT_EQ(group.Group()->Parent()->Parent(), &root);
+        }
     }
 }
 
@@ -151,10 +181,32 @@ TEST(LayoutSafety, ExceptionsAndPassesLeaveTheTreeUsable) {
     spoil();
     root.EnableArrangement(true);
     EXPECT_EQ(stage.Arranged(0), 5);
+    EXPECT_EQ(root.LimitsReached(), kLayoutLimit_Passes);
     stage.counts.clear();
     root.InvalidateAll();
     root.Arrangements();
     EXPECT_EQ((stage.counts[{1, "BestWidth?"}]), 0) << "switched off";
+    stage.once.clear();
+    root.EnableArrangement(true);
+    EXPECT_EQ(root.LimitsReached(), 0U);
+}
+
+TEST(LayoutSafety, ALeafThatIsMarkedWhileItIsArrangedEndsWithItsNewSize) {
+    Stage stage({50, 50});
+    int const flow = stage.Add(kColumn, {0, stage.Add(kRow, {1})});
+    // The height that it needs follows from the width that it is given, as that of wrapped text.
+    stage.once[{0, "ArrangeContent"}] = [&] {
+        stage.Of(0).best[1] = stage.Of(0).min[1] = 25;
+        stage.Node(0)->MarkInvalid();
+    };
+    float below = 0;
+    stage.onCall = [&, count = stage.onCall](Call const& inCall) {
+        below = inCall.node == 1 && inCall.name == "ArrangeContent" ? inCall.rect.origin[1] : below;
+        count(inCall);
+    };
+    stage.Node(flow)->Arrange({0, 0, 200, 300});
+    EXPECT_EQ(below, 25);
+    EXPECT_EQ(stage.Arranged(0), 2);
 }
 
 TEST(LayoutSafety, SeparatorsChangeWithTheNumberOfChildren) {

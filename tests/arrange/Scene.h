@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <deque>
 #include <functional>
@@ -104,7 +105,10 @@ struct Answering : Client, Base {
                 Point inSize = {}) const {
         scene.onCall({inName, id, inDetail, {{inAt.x, inAt.y}, {inSize.x, inSize.y}}});
     }
-    float LeftMargin() const override { return looks.lead[0]; }
+    float LeftMargin() const override {
+        Report("LeftMargin?");
+        return looks.lead[0];
+    }
     float RightMargin() const override { return looks.trail[0]; }
     float TopMargin() const override { return looks.lead[1]; }
     float BottomMargin() const override { return looks.trail[1]; }
@@ -126,10 +130,11 @@ struct Leaf final : Answering<Single> {
     }
     float BestHeight() const override { return looks.best[1]; }
     float ExpandedWidth(float inAvailable) const override {
-        Report("ExpandedWidth?");
+        Report(std::isnan(inAvailable) ? "NaN" : "ExpandedWidth?");
         return looks.Taken(0, inAvailable);
     }
     float ExpandedHeight(float inAvailable) const override {
+        Report(std::isnan(inAvailable) ? "NaN" : "ExpandedHeight?");
         return looks.limit[1] == kUnlimited ? Single::ExpandedHeight(inAvailable)
                                             : looks.Taken(1, inAvailable);
     }
@@ -177,6 +182,7 @@ struct Group final : Answering<Base> {
     }
     float VerticalSpacing() const override { return looks.spacing[1]; }
     AlignmentHorizontal HorizontalAlignment() const override {
+        Report("HorizontalAlignment?");
         return static_cast<AlignmentHorizontal>(looks.alignment[0]);
     }
     AlignmentVertical VerticalAlignment() const override {

@@ -55,6 +55,18 @@ TEST(ErrorManager, ReceivesTheTestErrorsWithTypedValues) {
     EXPECT_EQ(manager.values[2].GetDouble(), 29.2334);
 }
 
+// A forgotten `_utf16` does not compile, and neither does a value that would be a text of null.
+static_assert(!std::is_constructible_v<ReplacementValue, std::nullptr_t>);
+static_assert(!std::is_constructible_v<ReplacementValue, char16_t>);
+static_assert(!std::is_constructible_v<ReplacementValue, char16_t const*>);
+
+TEST(ErrorManager, TakesValuesOfEveryIntegerType) {
+    EXPECT_EQ(ReplacementValue(-5LL).GetSigned(), -5);
+    EXPECT_EQ(ReplacementValue(5ULL).GetUnsigned(), 5u);
+    EXPECT_EQ(ReplacementValue(sizeof(int)).GetUnsigned(), 4u);
+    EXPECT_EQ(ReplacementValue(std::int16_t{-5}).GetSigned(), -5);
+}
+
 TEST(ErrorManager, TurnsWhateverIsThrownIntoAReturnCode) {
     RecordingErrorManager manager;
     EXPECT_EQ(manager.ExecuteFunctionWithTopLevelExceptionHandler([] { return 7; }), 7);
@@ -111,7 +123,7 @@ TEST(DeferredErrorReporter, RecordsInTheNewestAloneAndOnlyWhileItLives) {
 
 TEST(DeferredErrorReporter, CopiesAreInNoList) {
     RecordingErrorManager manager;
-    Reporter original = new DeferredErrorReporter;
+    Reporter const original = new DeferredErrorReporter;
     Raise(1);
     Reporter const copy = new DeferredErrorReporter(*original);
     Raise(2);
@@ -119,8 +131,23 @@ TEST(DeferredErrorReporter, CopiesAreInNoList) {
     manager.RemoveDeferredErrorReporter(copy.get());
     original->Finish();
     EXPECT_EQ(manager.codes, Codes({1, 2, 1, 2}));
-    ErrorManager::Set(nullptr);
-    original.reset(); // a manager that was uninstalled too early is no crash
+}
+
+TEST(DeferredErrorReporter, LeavesEveryListThatItEnteredWhicheverManagerIsInstalled) {
+    RecordingErrorManager first;
+    Reporter reporter = new DeferredErrorReporter;
+    {
+        RecordingErrorManager second;
+        second.AddDeferredErrorReporter(reporter.get());
+        second.AddDeferredErrorReporter(reporter.get());
+        second.RemoveDeferredErrorReporter(reporter.get());
+        EXPECT_TRUE(second.IsErrorReportingDeferred());
+    } // its list goes first, and the reporter stays in the other one
+    EXPECT_TRUE(first.IsErrorReportingDeferred());
+    reporter.reset(); // while no manager is installed
+    EXPECT_FALSE(first.IsErrorReportingDeferred());
+    ErrorManager::Set(&first);
+    Raise(1);
 }
 
 } // namespace

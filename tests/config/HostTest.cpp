@@ -14,7 +14,7 @@ namespace {
 TEST(ClientIdentity, KeepsItsDefaultsUntilSet) {
     struct Value {
         void (*set)(UTF16String const&);
-        UTF16String const& (*get)() noexcept;
+        UTF16String const& (*get)();
         UTF16String fallback;
     };
     Value const values[] = {

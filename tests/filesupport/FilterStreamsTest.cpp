@@ -110,7 +110,7 @@ std::string EncodedByRuns(std::string const& inData) {
 bool EndsBetweenPackets(std::string const& inPacked) {
     std::size_t i = 0;
     while (i < inPacked.size()) {
-        std::uint8_t const control = Bytes(inPacked)[i];
+        auto const control = static_cast<std::uint8_t>(inPacked[i]);
         i += control > 0x80 ? 2u : control == 0x80 ? 1u : control + 2u;
     }
     return i == inPacked.size();

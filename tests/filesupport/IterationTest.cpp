@@ -1,9 +1,13 @@
 #include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/SystemCallFaults.h"
 
 #include <brindle/filesupport/Aliases.h>
+#include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/RecursiveFileIterator.h>
 
+#include <cstdio>
+#include <fcntl.h>
 #include <set>
 
 namespace brindle::filesupport {
@@ -154,6 +158,109 @@ TEST_F(Iteration, DeletingATreeRemovesLinksAndSparesTheirTargets) {
     DirAt("tree").Delete();
     EXPECT_TRUE(fs::is_empty(Native("")));
     EXPECT_TRUE(fs::exists(mOutside.Native("foreign")));
+}
+
+TEST_F(Iteration, DeletingStaysInTheTreeWhateverIsExchangedInIt) {
+    // Before each system call somebody exchanges a directory of the tree for a link that leads out
+    // of it, or moves one out of it.
+    tests::TemporaryDirectory const outside;
+    for (std::string const name : {"b/c/precious", "c/precious", "precious"}) {
+        fs::create_directories(fs::path(outside.Native(name)).parent_path());
+        std::ofstream(outside.Native(name)) << "x";
+    }
+    auto const disturb = [&](std::string const& inName, bool inMoves) {
+        if (inMoves) {
+            renameat2(AT_FDCWD, Native(inName).c_str(), AT_FDCWD, outside.Native("moved").c_str(),
+                      0);
+        } else {
+            fs::create_directory_symlink(outside.Native(), Native("link"));
+            renameat2(AT_FDCWD, Native("link").c_str(), AT_FDCWD, Native(inName).c_str(),
+                      RENAME_EXCHANGE);
+        }
+    };
+    std::pair<std::string, bool> const disturbances[] = {{"tree", false},
+                                                         {"tree/a", false},
+                                                         {"tree/a/b", false},
+                                                         {"tree/a/b", true},
+                                                         {"tree/a/c", true}};
+    for (auto const& [name, moves] : disturbances) {
+        for (tests::SystemCallFault fault{tests::SystemCallFault::kActBefore};; ++fault.call) {
+            SCOPED_TRACE(name + (moves ? " moved" : "") + " before call " +
+                         std::to_string(fault.call));
+            MakeFile("tree/a/b/c/precious");
+            MakeFile("tree/a/c/precious");
+            MakeFile("tree/a/precious");
+            fault.act = [&, path = name, isMove = moves] { disturb(path, isMove); };
+            auto const run = tests::RunWithFault(
+                [&] {
+                    try {
+                        DirAt("tree").Delete();
+                        return 0;
+                    } catch (std::exception const&) {
+                        return 1;
+                    }
+                },
+                fault);
+            ASSERT_TRUE(fs::exists(outside.Native("b/c/precious")));
+            ASSERT_TRUE(fs::exists(outside.Native("c/precious")));
+            ASSERT_TRUE(fs::exists(outside.Native("precious")));
+            if (!run.hasHappened) {
+                EXPECT_EQ(run.status, 0);
+                EXPECT_FALSE(fs::exists(Native("tree")));
+                break;
+            }
+            fs::remove_all(Native("tree"));
+            fs::remove_all(Native("link"));
+            fs::remove_all(outside.Native("moved"));
+        }
+    }
+}
+
+TEST_F(Iteration, AWalkStaysInTheTreeWhateverIsExchangedInIt) {
+    std::ofstream(mOutside.Native("foreign")) << "x";
+    fs::create_directory(mOutside.Native("b"));
+    std::ofstream(mOutside.Native("b/foreign")) << "x";
+    for (std::string const name : {"a/b", "a"}) {
+        MakeFile("a/x");
+        MakeFile("a/b/y");
+        RecursiveFileIterator walk(mDir, false); // has listed "a", and not "a/b"
+        fs::rename(Native(name), Native("moved"));
+        fs::create_directory_symlink(mOutside.Native(), Native(name));
+        EXPECT_EQ(Relative(*walk), "a/x");
+        EXPECT_EQ(++walk, RecursiveFileIterator());
+        fs::remove(Native(name));
+        fs::remove_all(Native("moved"));
+    }
+    MakeFile("c/z");
+    MakeFile("d/y");
+    MakeFile("x");
+    RecursiveFileIterator walk(mDir, false); // has listed "c" and "d"
+    fs::rename(Native("d"), mOutside.Native("d"));
+    fs::create_directory_symlink("c", Native("d"));
+    EXPECT_EQ(Listed(walk, RecursiveFileIterator()), (Names{"x", "c/z"})) << "no file twice";
+}
+
+TEST_F(Iteration, WhatCannotBeDeletedIsNamed) {
+    fs::permissions(mTemporary.Native(), fs::perms::all);
+    tests::OrdinaryUser const user;
+    MakeFile("tree/a/file");
+    fs::permissions(Native("tree/a"), fs::perms(0500));
+    try {
+        DirAt("tree").Delete();
+        ADD_FAILURE() << "deleted";
+    } catch (file_delete_exception const& exception) {
+        EXPECT_EQ(exception.GetFile(), File(At("tree\\a\\file")));
+    }
+    fs::permissions(Native("tree/a"), fs::perms(0));
+    try {
+        DirAt("tree").Delete();
+        ADD_FAILURE() << "deleted";
+    } catch (dir_exception const& exception) {
+        EXPECT_EQ(exception.GetDir(), Dir(At("tree\\a")));
+    }
+    fs::permissions(Native("tree/a"), fs::perms(0700));
+    DirAt("tree").Delete();
+    EXPECT_FALSE(fs::exists(Native("tree")));
 }
 
 TEST_F(Iteration, NoTreeIsTooDeep) {

@@ -17,15 +17,24 @@ protected:
     };
 
     /// Runs "brindle WORDS". Both texts are read by a shell; `inBefore` may hold commands that
-    /// prepare the process, such as "ulimit -s 256; ".
-    Outcome Run(std::string const& inWords, std::string const& inBefore = "") const {
+    /// prepare the process, such as "ulimit -s 256; ", and `inLauncher` a command that starts the
+    /// program.
+    Outcome Run(std::string const& inWords, std::string const& inBefore = "",
+                std::string const& inLauncher = "") const {
         std::string const command = inBefore + "cd '" + mTemporary.Native() + "' && exec >'" +
                                     mResults.Native("out") + "' 2>'" + mResults.Native("err") +
-                                    "' " BRINDLE_COMMAND " " + inWords;
+                                    "' " + inLauncher + BRINDLE_COMMAND " " + inWords;
         int const status = std::system(command.c_str());
         EXPECT_TRUE(WIFEXITED(status)) << inWords;
         return {WEXITSTATUS(status), ContentOf(mResults.Native("out")),
                 ContentOf(mResults.Native("err"))};
+    }
+
+    /// Without the capabilities by which root reads and writes everything.
+    Outcome RunUnprivileged(std::string const& inWords) const {
+        return Run(inWords, "",
+                   ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search "
+                                    : "");
     }
 
     void Expect(std::string const& inWords, std::string const& inOutput = "", int inStatus = 0,

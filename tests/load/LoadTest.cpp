@@ -35,11 +35,26 @@ std::string TextAt(pid_t inProcess, std::uint64_t inAddress) {
     }
 }
 
+// Processors that came later have only the calls that take a directory. Those that are missing get
+// numbers that no call has.
+#ifndef SYS_open
+constexpr long SYS_open = -1;
+constexpr long SYS_stat = -2;
+constexpr long SYS_lstat = -3;
+constexpr long SYS_access = -4;
+constexpr long SYS_readlink = -5;
+constexpr long SYS_fork = -6;
+constexpr long SYS_vfork = -7;
+#endif
+#ifndef SYS_newfstatat
+constexpr long SYS_newfstatat = -8;
+#endif
+
 void Record(pid_t inProcess, __ptrace_syscall_info const& inCall, Activity& ioActivity) {
     if (inCall.op != PTRACE_SYSCALL_INFO_ENTRY) {
         return;
     }
-    switch (inCall.entry.nr) {
+    switch (static_cast<long>(inCall.entry.nr)) {
     case SYS_openat:
     case SYS_newfstatat:
     case SYS_statx:

@@ -1,5 +1,7 @@
 #include "platform/Files.h"
 #include "platform/Directories.h"
+#include "platform/FileContent.h"
+#include "platform/TemporaryFile.h"
 
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/InTemporaryDirectory.h"
@@ -113,19 +115,14 @@ TEST_F(Files, TimesAndIdentityAreTheSystems) {
     EXPECT_FALSE(a.identity == Inspect(mTemporary.Path()).value.identity);
 }
 
-TEST_F(Files, SharingRefusesWhoeverWouldDisturb) {
-    auto const path = At("file");
-    auto const refusals = [&] {
-        return std::vector<ErrorCode>{CreateEmptyFile(path), ReplaceContent(path, "new", 3),
-                                      AppendContent(path, "new", 3)};
-    };
-    Fill("file", "old");
-    {
-        auto const reader = OpenForReading(path);
-        EXPECT_EQ(refusals(), std::vector<ErrorCode>(3, kError_SharingViolation));
+TEST_F(Files, ATemporaryFileTakesNobodysName) {
+    Fill("taken", "x");
+    fs::create_symlink("nowhere", Native("link"));
+    for (auto const* const name : {"taken", "link"}) {
+        EXPECT_EQ(TemporaryFile::Create(At(name), Readers::kOwner).error, kError_AlreadyExists);
     }
-    EXPECT_EQ(refusals(), std::vector<ErrorCode>(3, kError_None));
-    EXPECT_EQ(ContentOf("file"), "newnew");
+    EXPECT_EQ(ContentOf("taken"), "x");
+    EXPECT_EQ(EntryCount(), 2);
 }
 
 TEST_F(Files, MovingNeverReplaces) {

@@ -224,6 +224,34 @@ TEST_F(PropLists, NestAMillionDeep) {
     }
 }
 
+template <typename T, typename = void>
+constexpr bool kTakes = false;
+template <typename T>
+constexpr bool kTakes<
+    T, std::void_t<decltype(std::declval<PropList&>().SetValue(UTF8String(), std::declval<T>()))>> =
+    true;
+
+TEST_F(PropLists, TakeEveryIntegerAndNoForgottenText) {
+    PropList list;
+    auto const typeOf = [&](auto inValue) {
+        list.SetValue("a"_utf8, inValue);
+        decltype(inValue) back{};
+        EXPECT_TRUE(list.GetValue("a"_utf8, back));
+        EXPECT_EQ(back, inValue);
+        return list.GetPropertyType("a"_utf8);
+    };
+    EXPECT_EQ(typeOf(-5L), kPropertyType_Int64);
+    EXPECT_EQ(typeOf(-5LL), kPropertyType_Int64);
+    EXPECT_EQ(typeOf(~0ULL), kPropertyType_UInt64);
+    EXPECT_EQ(typeOf(sizeof list), kPropertyType_UInt64);
+    long long untouched = 7;
+    EXPECT_FALSE(list.GetValue("a"_utf8, untouched));
+    EXPECT_EQ(untouched, 7);
+    static_assert(kTakes<short> && kTakes<UTF16String> && kTakes<std::list<bool>>);
+    static_assert(!kTakes<char> && !kTakes<char16_t> && !kTakes<char32_t> && !kTakes<wchar_t>);
+    static_assert(!kTakes<char const*> && !kTakes<char16_t const*> && !kTakes<std::nullptr_t>);
+}
+
 TEST_F(PropLists, KeepRectanglesAndPoints) {
     PropList list;
     geom::RectT<std::int32_t> const whole{1, -2, 3, 4};

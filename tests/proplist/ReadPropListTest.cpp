@@ -3,6 +3,7 @@
 #include "tests/support/InTemporaryDirectory.h"
 #include "tests/support/RecordingErrorManager.h"
 
+#include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ExpatParser.h>
@@ -10,6 +11,7 @@
 
 #include <boost/property_tree/xml_parser.hpp>
 
+#include <functional>
 #include <random>
 #include <regex>
 
@@ -17,10 +19,47 @@ namespace brindle::proplist {
 
 namespace {
 
+/// A client's factory, which does not take the handler. Its parsers never say why they failed.
+struct ClientFactory : xml::DocParserFactory {
+    ClientFactory() {
+        S_hasParser = true;
+        S_meanwhile = [] {};
+    }
+
+    struct Parser : xml::AbstractDocParser {
+        explicit Parser(std::unique_ptr<xml::AbstractParseHandler>&& inNone,
+                        xml::AbstractParseHandler& ioHandler)
+            : AbstractDocParser(inNone), handler(ioHandler) {}
+        xml::XMLParseStatus ParseDocument(UTF16String const& inPath) override {
+            std::unique_ptr<xml::AbstractParseHandler> none;
+            auto const status = xml::ExpatParser(none).ParseDocument(inPath);
+            S_meanwhile();
+            handler.EndElement(u"prop.list"_utf16);
+            return status;
+        }
+        xml::XMLParseStatus ParseBuffer(UTF8String const&) override {
+            return xml::XMLParseStatus(7);
+        }
+
+        xml::AbstractParseHandler& handler;
+    };
+    std::unique_ptr<xml::AbstractDocParser>
+    GetParser(std::unique_ptr<xml::AbstractParseHandler>& ioHandler) override {
+        return S_hasParser ? std::make_unique<Parser>(nullptr, *ioHandler) : nullptr;
+    }
+
+    inline static bool S_hasParser = true;
+    inline static std::function<void()> S_meanwhile; ///< after a file was read
+};
+
 class ReadDocuments : public tests::InTemporaryDirectory {
 protected:
-    ReadDocuments() {
-        std::unique_ptr<xml::DocParserFactory> factory(new xml::ExpatParserFactory);
+    ReadDocuments() { Install<xml::ExpatParserFactory>(); }
+    ~ReadDocuments() override { xml::ResetParserFactory(); }
+
+    template <typename Factory>
+    static void Install() {
+        std::unique_ptr<xml::DocParserFactory> factory = std::make_unique<Factory>();
         xml::SetParserFactory(factory);
     }
 
@@ -139,10 +178,6 @@ TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
     std::string const failed = mParsing + "Load" + reason + "\nhere";
     EXPECT_EQ(load("<a/>"), "here");
     EXPECT_EQ(load("<cut>", false), failed);
-    {
-        filesupport::OPlatformByteStream const saving{filesupport::File(At("x"))};
-        EXPECT_EQ(load("<cut>"), failed) << "somebody is just writing it";
-    }
     EXPECT_EQ(load("<cut>"), mParsing + "CorruptRename" + reason +
                                  " It has been renamed to \"^2\". Proceeding.\ngone");
     EXPECT_EQ(mErrors.values[1].GetText(), At("x.old"));
@@ -159,6 +194,101 @@ TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
     std::string const missing = "1 104 21 " + mUtils + "MissingParserFactory";
     EXPECT_EQ(load("<a/>"), missing + "Read=Missing XML Parser Factory in ReadPropList.\n" +
                                 missing + "Load=Missing XML Parser Factory in LoadPropList.\nhere");
+}
+
+TEST_F(ReadDocuments, AndTellWhatIsDamagedFromWhatCouldNotBeRead) {
+    using utility::SystemError;
+    std::filesystem::create_directory(Native("directory"));
+    Fill("whole", "<prop.list/>");
+    Fill("cut", "<prop.list>\n <key>");
+    Fill("busy", "<prop.list/>");
+    filesupport::OPlatformByteStream const writer{filesupport::File(At("busy"))};
+    struct {
+        char const* name;
+        PropListLoadStatus status;
+        SystemError error;
+    } const files[] = {{"whole", kPropListLoad_Done, SystemError::kNone},
+                       {"missing", kPropListLoad_Missing, SystemError::kFileNotFound},
+                       {"missing/file", kPropListLoad_Missing, SystemError::kPathNotFound},
+                       {"directory", kPropListLoad_Unreadable, SystemError::kAccessDenied},
+                       {"busy", kPropListLoad_Unreadable, SystemError::kSharingViolation},
+                       {"cut", kPropListLoad_Damaged, SystemError::kNone}};
+    for (bool const isSilent : {false, true}) {
+        isSilent ? Install<ClientFactory>() : Install<xml::ExpatParserFactory>();
+        for (auto const& file : files) {
+            SCOPED_TRACE(file.name);
+            PropList list;
+            auto const result = utils::TryLoadPropList(At(file.name), list, isSilent);
+            EXPECT_EQ(result.status, file.status);
+            EXPECT_EQ(result.fault.error, file.error);
+            bool const isDamaged = file.status == kPropListLoad_Damaged;
+            EXPECT_EQ(result.fault.line, isDamaged && !isSilent ? 2 : 0);
+            EXPECT_EQ(result.renamedTo, isDamaged && isSilent ? At("cut.old") : UTF16String());
+        }
+    }
+    PropList list;
+    ClientFactory::S_hasParser = false;
+    EXPECT_EQ(utils::TryReadPropList({}, list).status, kPropListLoad_NoParser);
+    EXPECT_EQ(mErrors.TakeLines(), "");
+}
+
+TEST_F(ReadDocuments, AndNeverReplaceAFileThatCouldNotBeRead) {
+    auto const saves = [&](PropList const& inList) {
+        try {
+            utils::SavePropList(At("x"), inList);
+            return true;
+        } catch (filesupport::file_exception const&) {
+            return false;
+        }
+    };
+    std::string const content = "<prop.map version='5'><prop.list/></prop.map>";
+    Fill("x", content);
+    PropList list;
+    {
+        filesupport::OPlatformByteStream const writer{filesupport::File(At("x"))};
+        utils::LoadPropList(At("x"), list, true);
+    }
+    EXPECT_FALSE(saves(list)) << "it was being written when it was to be read";
+    std::filesystem::create_symlink("x", Native("link"));
+    EXPECT_THROW(utils::SavePropList(At("link"), list), filesupport::file_exception);
+    mErrors.onError = [] { throw 7; };
+    EXPECT_THROW(utils::LoadPropList(At("x"), list, true), int);
+    EXPECT_FALSE(saves(list)) << "it is of a later version";
+    xml::ResetParserFactory();
+    utils::LoadPropList(At("x"), list, true);
+    EXPECT_FALSE(saves(list)) << "no parser was installed";
+    EXPECT_EQ(ContentOf("x"), content);
+    utils::SavePropList(At("other"), list);
+
+    Install<xml::ExpatParserFactory>();
+    utils::LoadPropList(At("x"), list, true);
+    EXPECT_TRUE(saves(list)) << "it has been read";
+    Fill("x", "<cut>");
+    utils::LoadPropList(At("x"), list, false);
+    EXPECT_TRUE(saves(list)) << "it was damaged";
+
+    Install<ClientFactory>();
+    Fill("x", "<cut>");
+    ClientFactory::S_meanwhile = [this] { utils::SavePropList(At("x"), PropList()); };
+    EXPECT_EQ(utils::TryLoadPropList(At("x"), list, true).renamedTo, UTF16String());
+    EXPECT_FALSE(saves(list)) << "it was replaced while it was read";
+}
+
+TEST_F(ReadDocuments, LeaveTheFileAloneWhereverMemoryRunsOut) {
+    std::string const content = "<!DOCTYPE a [<!ENTITY e 'x'>]><prop.list><key>long enough for the "
+                                "heap</key><array><float>&e;</float></array></prop.list>";
+    Fill("x", content);
+    PropList list;
+    auto const load = [&] {
+        if (utils::TryLoadPropList(At("x"), list, true).status != kPropListLoad_Done) {
+            throw std::bad_alloc(); // what the parser allocates counts with what the reader does
+        }
+    };
+    auto const save = [&] { utils::SavePropList(At("x"), list); };
+    auto const isIntact = [&] { ASSERT_EQ(ContentOf("x"), content); };
+    EXPECT_GT(tests::RefuseEachAllocation(load, isIntact), 30);
+    EXPECT_GT(tests::RefuseEachAllocation(save, isIntact), 10);
+    EXPECT_EQ(EntryCount(), 1) << "a failed save leaves nothing behind";
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "proplist/src/document/DocumentCheck.h"
 #include "tests/support/FileSizeLimit.h"
@@ -55,7 +56,7 @@ bool ParserGivesBack(std::string const& inText) {
 
 TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
     using Fault = tests::SystemCallFault;
-    tests::TemporaryDirectory const elsewhere("/dev/shm"); // usually another file system
+    auto const elsewhere = tests::TemporaryDirectory::OnAnotherFileSystem();
     auto const far = elsewhere.Native("file");
     // What is saved over: no file, a file, files behind links; and a file that is replaced as
     // bytes.

@@ -17,9 +17,10 @@ namespace brindle::tests {
 
 /// What is to happen to one system call of a process.
 struct SystemCallFault {
-    enum Kind { kKillBefore, kKillAfter, kRefuse } kind;
+    enum Kind { kKillBefore, kKillAfter, kRefuse, kActBefore } kind;
     int error = 0; ///< the `errno` of a refusal
     int call = 1;  ///< which call, from 1; refusals count only calls that a disk can make fail
+    std::function<void()> act = {}; ///< what somebody else does before the call
 };
 
 struct FaultedRun {
@@ -57,7 +58,10 @@ inline std::string SyncLetter(pid_t inProcess, __ptrace_syscall_info const& inCa
         return "w";
     case SYS_linkat:
         return "l";
+#ifdef SYS_renameat // where it is missing, SYS_renameat2 does the same
     case SYS_renameat:
+#endif
+    case SYS_renameat2:
         return "r";
     case SYS_fsync: {
         auto const descriptors = "/proc/" + std::to_string(inProcess) + "/fd/";
@@ -89,6 +93,11 @@ inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFau
         }
         if (isStruck && isRefusal) {
             run.hasHappened = Refuse(inProcess, isEntry, inFault.error);
+        } else if (isStruck && inFault.kind == SystemCallFault::kActBefore) {
+            if (isEntry) {
+                inFault.act();
+                run.hasHappened = true;
+            }
         } else if (isStruck && isEntry == (inFault.kind == SystemCallFault::kKillBefore)) {
             run.hasHappened = kill(inProcess, SIGKILL) == 0;
         }

@@ -6,6 +6,7 @@
 #include "tests/support/RecordingErrorManager.h"
 #include "threads/src/executors/SharedTimer.h"
 #include "threads/src/locks/Gate.h"
+#include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <boost/thread/exceptions.hpp>
@@ -13,15 +14,21 @@
 #include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <poll.h>
+#include <sched.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <functional>
+#include <future>
 #include <memory>
 #include <thread>
+#include <utility>
 
 using namespace brindle::threads;
 using Adaptor = boost::shared_ptr<AsyncEventLoopAdaptor>;
@@ -145,6 +152,90 @@ TEST(EventLoop, ADestroyedAdaptorReleasesItsItemsAndTheLastOneTheTimer) {
         EXPECT_EQ(token.use_count(), 2);
         EXPECT_EQ(timer.lock(), other != nullptr ? SharedTimer() : nullptr);
     }
+}
+
+TEST(EventLoop, RunsWhatItPostsToItselfWithoutTheTimer) {
+    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
+    auto const held = HoldTimer(0);
+    int turns = 0;
+    adaptor->Post([&] { ++turns, adaptor->Post([&] { ++turns; }, 0); }, 0);
+    for (int turn = 1; turn <= 2; ++turn) {
+        EXPECT_TRUE(DispatchMessages());
+        EXPECT_EQ(turns, turn);
+    }
+}
+
+TEST(EventLoop, TheTimerReleasesNoItemOfAThreadThatHasEnded) {
+    auto const token = std::make_shared<int>(0);
+    auto const use = [token] { ++*token; };
+    Adaptor adaptor;
+    InAnotherThread([&] {
+        adaptor = AdaptCurrentEventLoopAsExecutor();
+        EXPECT_TRUE(adaptor->Post(use, 1));
+    });
+    HoldTimer(2); // by now it has tried to send the message
+    EXPECT_EQ(token.use_count(), 3) << "the item waits for its adaptor";
+    EXPECT_FALSE(adaptor->Post(use, 1));
+    adaptor.reset();
+    EXPECT_EQ(token.use_count(), 2);
+    EXPECT_EQ(*token, 0);
+}
+
+TEST(EventLoopExecutor, ANestedLoopLearnsOfTheShutdownAndNeverSpins) {
+    auto const executor = CreateAsyncEventLoopExecutor("loop");
+    std::atomic<int> ended{0};
+    auto const runNestedLoop = [&] {
+        pollfd watched{EventLoopDescriptor(), POLLIN, 0};
+        do {
+            EXPECT_EQ(poll(&watched, 1, -1), 1);
+        } while (DispatchMessages());
+        EXPECT_EQ(poll(&watched, 1, 0), 0) << "readable though nothing more is handled";
+        ++ended;
+    };
+    executor->Post(runNestedLoop, 0); // runs the next one nested in it
+    executor->Post(runNestedLoop, 0);
+    Adaptor other;
+    auto const shutDown = [&] {
+        other = AdaptCurrentEventLoopAsExecutor();
+        executor->Shutdown();
+        EXPECT_TRUE(other->Post([] { ADD_FAILURE(); }, 0)); // waits behind the quit message
+    };
+    executor->Post(shutDown, 0);
+    executor->Join();
+    EXPECT_EQ(ended, 2);
+    // A loop that is nested in the final drain learns of it, too.
+    auto const drained = CreateAsyncEventLoopExecutor("loop");
+    drained->Post([&] { drained->Post(runNestedLoop, 0), drained->Shutdown(); }, 0);
+    drained->Join();
+    EXPECT_EQ(ended, 3);
+}
+
+/// The niceness and the policy of the thread that runs the items of the executor.
+template <typename Executor>
+std::pair<int, int> PriorityOn(Executor& ioExecutor) {
+    std::promise<std::pair<int, int>> result;
+    ioExecutor.Post(
+        [&] {
+            result.set_value({getpriority(PRIO_PROCESS, 0), sched_getscheduler(0)});
+        },
+        0);
+    return result.get_future().get();
+}
+
+TEST(EventLoop, ThreadsOfLoweredPriorityDoNotLowerTheTimerOfOthers) {
+    std::pair<int, int> const normal{getpriority(PRIO_PROCESS, 0), SCHED_OTHER};
+    Adaptor low;
+    InAnotherThread([&] {
+        SetCurrentThreadPriority(kThreadPriorityIdle);
+        low = AdaptCurrentEventLoopAsExecutor();
+        if (geteuid() == 0) { // others have no right to raise a thread again
+            auto const executor = CreateAsyncEventLoopExecutor("loop");
+            EXPECT_EQ(PriorityOn(*executor), normal);
+            EXPECT_EQ(PriorityOn(*SharedTimer()), normal);
+        }
+    });
+    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
+    EXPECT_EQ(PriorityOn(*SharedTimer()), normal);
 }
 
 TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {

@@ -1,4 +1,5 @@
 #include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/Thread.h>
 
 #include "tests/support/AllocationFailure.h"
 
@@ -6,14 +7,34 @@
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <gtest/gtest.h>
 
+#include <sys/syscall.h>
+
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <ctime>
+#include <fstream>
 #include <future>
 #include <mutex>
 #include <random>
 #include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
+
+namespace {
+
+std::atomic<int> S_timeZoneCalls{0};
+
+} // namespace
+
+/// In place of the C library's function, which takes a lock that all functions of the time zone
+/// share.
+extern "C" std::tm* gmtime_r(std::time_t const* inTime, std::tm* outTime) {
+    ++S_timeZoneCalls;
+    *outTime = *std::gmtime(inTime);
+    return outTime;
+}
 
 namespace brindle::threads {
 
@@ -100,6 +121,47 @@ TEST(WorkQueue, DelayedItemsRunWhenTheyAreDueAndInThatOrder) {
     for (std::size_t i = 1; i < kCount; ++i) {
         EXPECT_LE(earliest[ran[i - 1]], latest[ran[i]]);
     }
+}
+
+TEST(WorkQueue, EqualDelaysRunInTheOrderOfPosting) {
+    constexpr int kCount = 20'000;
+    Pool const pool = MakePool(1);
+    int const timeZoneCalls = S_timeZoneCalls;
+    std::vector<int> ran;
+    std::promise<void> done;
+    for (int i = 0; i < kCount; ++i) {
+        pool->Post([&, i] { ran.push_back(i), i + 1 == kCount ? done.set_value() : void(); }, 20);
+    }
+    done.get_future().wait();
+    EXPECT_TRUE(std::is_sorted(ran.begin(), ran.end()));
+    EXPECT_EQ(S_timeZoneCalls, timeZoneCalls) << "posting takes the lock of the time zone";
+}
+
+// The clock cannot be set for a test, so this looks at the system call in which the worker waits.
+TEST(WorkQueue, AWorkerWaitsByTheClockThatItemsAreDueBy) {
+    constexpr std::uint32_t kHour = 3'600'000;
+    Pool const pool = MakePool(1);
+    std::promise<std::uint32_t> id;
+    pool->Post([&] { id.set_value(GetCurrentThreadID()); }, 0);
+    std::string const path =
+        "/proc/self/task/" + std::to_string(id.get_future().get()) + "/syscall";
+    if (!std::ifstream(path)) {
+        GTEST_SKIP() << path << " cannot be read";
+    }
+    std::time_t const earliest = std::time(nullptr) + kHour / 1000;
+    pool->Post([] {}, kHour);
+    std::time_t const latest = std::time(nullptr) + kHour / 1000;
+    // The worker may still be on its way to sleep until the item is due.
+    long call = 0;
+    unsigned long word = 0, operation = 0, value = 0, deadline = 0;
+    while (call != SYS_futex || deadline == 0) {
+        std::ifstream(path) >> call >> std::hex >> word >> operation >> value >> deadline;
+    }
+    constexpr unsigned long kClockRealtime = 256;
+    EXPECT_NE(operation & kClockRealtime, 0U);
+    std::time_t const seconds = reinterpret_cast<timespec const*>(deadline)->tv_sec;
+    EXPECT_GE(seconds, earliest);
+    EXPECT_LE(seconds, latest + 1);
 }
 
 TEST(WorkQueue, ABusyWorkerPassesTheTimerRoleOn) {

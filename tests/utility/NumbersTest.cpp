@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <limits>
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -18,6 +20,11 @@ namespace brindle::utility {
 namespace {
 
 using tests::Narrow;
+
+template <typename T, typename = void>
+struct Writes : std::false_type {};
+template <typename T>
+struct Writes<T, std::void_t<decltype(NumberToString(T()))>> : std::true_type {};
 
 class Numbers : public testing::Test {
 protected:
@@ -61,6 +68,12 @@ TEST_F(Numbers, OfAllTypesAreWritten) {
     EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<std::int32_t>::min())), "-2147483648");
     EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<std::int64_t>::min())),
               "-9223372036854775808");
+    EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<unsigned long long>::max())),
+              "18446744073709551615");
+    EXPECT_EQ(Narrow(NumberToString(-5LL) + NumberToString(5u) + NumberToString(sizeof(int))),
+              "-554");
+    EXPECT_EQ(Narrow(NumberToString(std::uint16_t{65535})), "65535");
+    static_assert(!Writes<char16_t>::value);
     EXPECT_EQ(Narrow(NumberToHexString(-1) + NumberToHexString(0x1A0)), "FFFFFFFF1A0");
 }
 
@@ -102,29 +115,101 @@ TEST_F(Numbers, AreReadAsAStreamReadsThem) {
     });
 }
 
-/// Makes French the user's locale, and writes some numbers to standard error.
-void WriteAndReadAsTheFrench() {
-    tests::TemporaryDirectory const locales;
-    auto const name = locales.Native("fr_FR.UTF-8");
-    EXPECT_NE(std::system(("localedef -i fr_FR -f UTF-8 " + name).c_str()), -1);
-    ::setenv("LOCPATH", locales.Native().c_str(), 1);
-    ::setenv("LC_ALL", "fr_FR.UTF-8", 1);
+constexpr char kLocaleSources[] = "/usr/share/i18n/locales/";
+
+/// Makes a locale of the C library's sources the user's. The process ends by `_Exit`, without the
+/// search for leaks, for the C library leaks LOCPATH.
+void BecomeUserOf(std::string const& inLocale, tests::TemporaryDirectory const& inDirectory) {
+    auto const compile = "localedef -i " + inLocale + " -f UTF-8 " + inDirectory.Native("x.UTF-8");
+    EXPECT_NE(std::system(compile.c_str()), -1);
+    ::setenv("LOCPATH", inDirectory.Native().c_str(), 1);
+    ::setenv("LC_ALL", "x.UTF-8", 1);
     SetUserSeparators({0, 0}); // as at load
+}
+
+/// Writes what a user of the locale sees and types to standard error.
+void WriteAndReadAsUserOf(std::string const& inLocale) {
+    tests::TemporaryDirectory const directory;
+    BecomeUserOf(inLocale, directory);
     std::cerr << Narrow(NumberToString(-1234.5, 1, 2, kNumberFormat_Group));
-    for (char const* const text : {"1,5", "1\u202F234,5", "2.5", "-1,5", "x", "", "1e999"}) {
-        std::cerr << ' ' << Locale::GetValueFromDisplayString(AsciiToUTF16(text));
+    for (char const* const text : {"1,5", "1\u202F234,5", "2.5", "-1,2345", "x", "", "1e999"}) {
+        std::cerr << ' '
+                  << Locale::GetValueFromDisplayString(UTF8to16({text, text + std::strlen(text)}));
     }
+    std::_Exit(0);
 }
 
 TEST_F(Numbers, FollowTheUsersLocale) {
-    if (!std::filesystem::exists("/usr/share/i18n/locales/fr_FR")) {
+    if (!std::filesystem::exists(kLocaleSources)) {
         GTEST_SKIP() << "no locale can be made here";
     }
-    // In a process of its own, where no test has asked for the locale yet. It exits without the
-    // search for leaks, for the C library leaks LOCPATH.
+    // In processes of their own, where no test has asked for the locale yet.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT((WriteAndReadAsTheFrench(), std::_Exit(0)), testing::ExitedWithCode(0),
-                "^-1\u202F234,50 1\\.5 1234\\.5 2\\.5 -1\\.5 0 0 0$");
+    EXPECT_EXIT(WriteAndReadAsUserOf("fr_FR"), testing::ExitedWithCode(0),
+                "^-1\u202F234,50 1\\.5 1234\\.5 2\\.5 -1\\.2345 0 0 0$");
+    EXPECT_EXIT(WriteAndReadAsUserOf("en_US"), testing::ExitedWithCode(0),
+                "^-1,234\\.50 15 1 2\\.5 -12345 0 0 0$")
+        << "digits in wrong groups keep the value that they have left";
+}
+
+/// What a locale's source says of the separators, with "copy" followed.
+std::string SeparatorLines(std::string const& inLocale) {
+    std::ifstream source(kLocaleSources + inLocale);
+    std::string line, lines;
+    while (std::getline(source, line) && line != "LC_NUMERIC") {
+    }
+    while (std::getline(source, line) && line != "END LC_NUMERIC") {
+        std::istringstream words(line);
+        std::string keyword, value;
+        words >> keyword >> value;
+        if (keyword == "copy") {
+            return SeparatorLines(value.substr(1, value.size() - 2));
+        }
+        if (keyword == "decimal_point" || keyword == "thousands_sep") {
+            lines += value + ' ';
+        }
+    }
+    return lines;
+}
+
+/// Writes to standard error what cannot be read as it was written, and how many pairs were tried.
+void WriteAndReadByAllSeparators() {
+    std::map<std::string, std::string> locales; // one for each pair
+    for (auto const& entry : std::filesystem::directory_iterator(kLocaleSources)) {
+        locales.emplace(SeparatorLines(entry.path().filename()), entry.path().filename());
+    }
+    locales.erase("");
+    ::setenv("LC_CTYPE", "not_there", 1);
+    for (auto const& [separators, locale] : locales) {
+        tests::TemporaryDirectory const directory;
+        auto const copy = directory.Native("copy");
+        std::ofstream(copy) << "LC_NUMERIC\ncopy \"" << locale << "\"\nEND LC_NUMERIC\n";
+        auto const name = "locale" + locale; // the C library remembers what it has loaded
+        auto const compile =
+            "localedef -c -i " + copy + " -f UTF-8 " + directory.Native(name) + " 2>/dev/null";
+        EXPECT_NE(std::system(compile.c_str()), -1);
+        ::setenv("LOCPATH", directory.Native().c_str(), 1);
+        ::setenv("LC_NUMERIC", name.c_str(), 1);
+        SetUserSeparators({0, 0});
+        bool const hasComma = separators[1] == ',';
+        for (double const value : {1234567.5, 0.25, -999999.75, 100.0}) {
+            auto const text = NumberToString(value, 1, 2, kNumberFormat_Group);
+            if (StringToNumber(text, 0) != value ||
+                (text.find(u',') == text.size() - 3) != hasComma) {
+                std::cerr << locale << " writes " << Narrow(text) << '\n';
+            }
+        }
+    }
+    std::cerr << (locales.size() > 6 ? "tried many" : "tried few");
+    std::_Exit(0);
+}
+
+TEST_F(Numbers, HaveOneMeaningInEveryLocaleThatTheCLibraryHas) {
+    if (!std::filesystem::exists(kLocaleSources)) {
+        GTEST_SKIP() << "no locale can be made here";
+    }
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(WriteAndReadByAllSeparators(), testing::ExitedWithCode(0), "^tried many$");
 }
 
 TEST_F(Numbers, AreCalculatedFromWhatUsersType) {

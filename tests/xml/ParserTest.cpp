@@ -11,7 +11,6 @@ namespace brindle::xml {
 
 namespace {
 
-using tests::AllocationFailure;
 using Handler = std::unique_ptr<AbstractParseHandler>;
 
 /// Writes the events into a log, and a tilde when it is destroyed. Throws an `int` at the event of
@@ -95,14 +94,13 @@ TEST_F(Parser, EndsCleanlyWhereverAHandlerThrowsOrMemoryRunsOut) {
         EXPECT_THROW((void)impl::ExpatParse(recorder).Document(document), int);
         EXPECT_EQ(recorder.mLeft, -1) << "an event was sent after the one that threw";
     }
-    XML_Memory_Handling_Suite const memory = {
-        [](std::size_t n) { return AllocationFailure::IsNow() ? nullptr : std::malloc(n); },
-        [](void* p, std::size_t n) { return AllocationFailure::IsNow() ? nullptr : realloc(p, n); },
-        std::free};
     AbstractParseHandler handler;
     auto const parse = [&] {
-        if (impl::ExpatParse(handler, &memory).Document(document) != kXMLParseStatus_Success) {
-            throw std::bad_alloc(); // counts the allocations of Expat that fail with the library's
+        impl::ExpatParse expatParse(handler);
+        if (expatParse.Document(document) != kXMLParseStatus_Success) {
+            EXPECT_EQ(expatParse.Fault().kind, kXMLParseFault_Unreadable);
+            EXPECT_EQ(expatParse.Fault().error, platform::kError_NotEnoughMemory);
+            throw std::bad_alloc(); // what Expat allocates counts with what the library does
         }
     };
     EXPECT_GT(tests::RefuseEachAllocation(parse, [] {}), 30);
@@ -123,6 +121,52 @@ TEST_F(Parser, TakesWhatIsHugeOrDeepAndRefusesWhatExplodes) {
     EXPECT_EQ(Events(bomb + "]><r a='&e39;'/>"), "{10");
     EXPECT_TRUE(Events("<r a='" + text + "'>" + text + "</r>") ==
                 "{<r a=" + text + ">" + text + "</r>}0");
+}
+
+TEST_F(Parser, RefusesWhatWouldCostFarMoreThanItsSize) {
+    constexpr int kMany = 20'000;
+    std::string attributes, declarations, elements, prefixed;
+    for (int i = 0; i < kMany; ++i) {
+        auto const name = "a" + std::to_string(i);
+        attributes += " p:" + name + "=''";
+        declarations += i < 9'000 ? " " + name + " CDATA 'default'" : "";
+        elements += "<a/>";
+    }
+    std::string const space(1024, 'u'), list = "<!DOCTYPE r [<!ATTLIST a", body = "]><r>";
+    struct {
+        std::string document;
+        char const* reason;
+    } const cases[] = {{"<r xmlns:p='" + space + "'" + attributes + "/>", ""},
+                       {"<r xmlns:p='" + space + "u'/>", "the name of a namespace is too long"},
+                       {"<r xmlns:p='" + std::string(100'000, 'u') + "'" + attributes + "/>",
+                        "needs too much memory"},
+                       {list + declarations + ">" + body + "<a/></r>", ""},
+                       {list + declarations + ">" + body + elements + "</r>",
+                        "declared attributes amount to too much"},
+                       {list + declarations + "><!ATTLIST b" + declarations + ">" + body + "</r>",
+                        "too many attributes are declared"}};
+    Handler none;
+    ExpatParser parser(none);
+    for (auto const& [document, reason] : cases) {
+        EXPECT_EQ(parser.ParseBuffer({document.begin(), document.end()}), *reason != 0 ? 10 : 0);
+        EXPECT_STREQ(parser.LastFault().reason, reason);
+    }
+}
+
+TEST_F(Parser, SaysWhyAndWhereItFailed) {
+    Handler none;
+    ExpatParser parser(none);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_Unknown);
+    EXPECT_EQ(parser.ParseBuffer("<a>\n\n <\u00E9></e></a>"_utf8), 10);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_Malformed);
+    EXPECT_STREQ(parser.LastFault().reason, "mismatched tag");
+    EXPECT_EQ(parser.LastFault().line, 3);
+    EXPECT_EQ(parser.LastFault().column, 7);
+    EXPECT_EQ(parser.ParseBuffer("<a/>"_utf8), 0);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_None);
+    EXPECT_EQ(parser.ParseDocument(At("missing")), 10);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_Unreadable);
+    EXPECT_EQ(parser.LastFault().error, platform::kError_FileNotFound);
 }
 
 std::string Entity(std::string const& inName, std::string const& inText) {

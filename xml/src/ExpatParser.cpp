@@ -13,13 +13,26 @@ ExpatParser::~ExpatParser() = default;
 XMLParseStatus ExpatParser::ParseDocument(UTF16String const& inPath) {
     auto file = platform::OpenForReading(inPath);
     if (!file) {
+        XMLParseFault fault;
+        fault.kind = kXMLParseFault_Unreadable;
+        fault.error = file.error;
+        SetFault(fault);
         return kXMLParseStatus_Failure;
     }
-    return impl::ExpatParse(Handler()).Document(file.value);
+    return Parse(file.value);
 }
 
 XMLParseStatus ExpatParser::ParseBuffer(UTF8String const& inBuffer) {
-    return impl::ExpatParse(Handler()).Document(inBuffer);
+    return Parse(inBuffer);
+}
+
+template <typename Document>
+XMLParseStatus ExpatParser::Parse(Document& ioDocument) {
+    SetFault({});
+    impl::ExpatParse parse(Handler());
+    auto const status = parse.Document(ioDocument);
+    SetFault(parse.Fault());
+    return status;
 }
 
 ExpatParserFactory::~ExpatParserFactory() = default;

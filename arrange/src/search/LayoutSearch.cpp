@@ -69,7 +69,7 @@ std::vector<FoundLayout> EvenLayouts(LayoutProblem const& inProblem) {
 
 } // namespace
 
-std::vector<FoundLayout> FindLayouts(LayoutProblem const& inProblem) {
+FoundLayouts FindLayouts(LayoutProblem const& inProblem) {
     if (inProblem.children.empty() ||
         std::any_of(inProblem.children.begin(), inProblem.children.end(),
                     [](auto const& alternatives) { return alternatives.empty(); })) {
@@ -78,12 +78,12 @@ std::vector<FoundLayout> FindLayouts(LayoutProblem const& inProblem) {
     SizeGrid const grid(inProblem);
     double const mostTried = grid.IsBounded() ? kMostTried : kMostTriedUnbounded;
     if (!grid.IsExact() && CandidateCount(inProblem) <= mostTried) {
-        return TryAllLayouts(inProblem);
+        return {TryAllLayouts(inProblem), true};
     }
     if (!grid.IsBounded() || HasTooManyLines(inProblem)) {
-        return EvenLayouts(inProblem);
+        return {EvenLayouts(inProblem), false};
     }
-    return MergeFronts(inProblem, grid);
+    return {MergeFronts(inProblem, grid), true};
 }
 
 } // namespace brindle::arrange::impl

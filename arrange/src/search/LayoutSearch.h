@@ -43,6 +43,12 @@ struct FoundLayout {
     std::vector<std::uint32_t> lines; ///< how many children on each line; empty unless wrapping
 };
 
+/// What a search found.
+struct FoundLayouts {
+    std::vector<FoundLayout> layouts;
+    bool areComplete = true; ///< whether all layouts were compared
+};
+
 /// The layouts that an `ArrangementSet` would keep if every layout of every combination of the
 /// children's alternatives were added to it, ordered by combination, the first child varying
 /// slowest, then by form, then by rising number of lines, then by falling length of the earlier
@@ -55,10 +61,10 @@ struct FoundLayout {
 /// - Where sums are rounded, up to 2^18 candidates are all tried, so the same holds. Beyond that
 ///   number, sizes are compared in exact arithmetic.
 /// - Where sums may overflow, or sizes are not finite, up to 2^10 candidates are all tried. Beyond
-///   that number, and with more than two thousand children to wrap, the result is a few layouts of
-///   the children's first alternatives, wrapped into lines of equal count.
+///   that number, and with more than two thousand children to wrap, the result is not complete: a
+///   few layouts of the children's first alternatives, wrapped into lines of equal count.
 ///
 /// Any thread may call. Throws nothing but `std::bad_alloc`.
-std::vector<FoundLayout> FindLayouts(LayoutProblem const& inProblem);
+FoundLayouts FindLayouts(LayoutProblem const& inProblem);
 
 } // namespace brindle::arrange::impl

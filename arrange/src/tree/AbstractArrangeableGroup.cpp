@@ -103,8 +103,8 @@ AbstractArrangeableGroup::Children AbstractArrangeableGroup::CollectChildren() {
 
 /// Builds the layouts of all combinations of the children's alternatives, the first child varying
 /// slowest. A child without alternatives is left out; with a null child there are no layouts.
-/// Returns false if a child was destroyed while another one was measured: the children have to be
-/// collected again.
+/// Returns false if this group was replaced meanwhile, or if a child was destroyed while another
+/// one was measured, so that the children have to be collected again.
 bool AbstractArrangeableGroup::Combine(Children const& inChildren, ArrangementSet& ioSet) {
     Alternatives alternatives;
     for (auto const& pointer : inChildren) {
@@ -113,13 +113,18 @@ bool AbstractArrangeableGroup::Combine(Children const& inChildren, ArrangementSe
             return !pointer.IsGone();
         }
         ArrangementSet const& set = child->Arrangements();
-        if (pointer.IsGone()) {
+        if (pointer.IsGone() || !*Lifeline()) {
             return false;
         }
         std::vector<boost::intrusive_ptr<IArrangement>> ofChild;
+        NoteLimits(child->LimitsReached());
         for (std::size_t index = 0; index < set.Size(); ++index) {
-            if (auto alternative = set[index]; alternative->Depth() < kDeepestArrangement &&
-                                               alternative->Count() <= kLargestArrangement) {
+            auto alternative = set[index];
+            if (alternative->Depth() >= kDeepestArrangement) {
+                NoteLimits(kLayoutLimit_Depth);
+            } else if (alternative->Count() > kLargestArrangement) {
+                NoteLimits(kLayoutLimit_Count);
+            } else {
                 ofChild.push_back(std::move(alternative));
             }
         }

@@ -119,8 +119,12 @@ void BuildLayouts(ArrangementSet& ioSet, AbstractArrangeableGroup& inGroup,
         }
     }
     LayoutMaker maker(inGroup, inAlternatives, inSeparators);
-    for (FoundLayout const& found : FindLayouts(problem)) {
-        ioSet.AddArrangement(maker.Make(found));
+    FoundLayouts const found = FindLayouts(problem);
+    for (FoundLayout const& layout : found.layouts) {
+        ioSet.AddArrangement(maker.Make(layout));
+    }
+    if (!found.areComplete) {
+        inGroup.NoteLimits(kLayoutLimit_Breaks);
     }
 }
 

@@ -7,38 +7,27 @@
 #include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/Aliases.h>
-#include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 
 #include <utility>
-#include <vector>
 
 namespace brindle::filesupport {
+
+using config::Because;
+using config::FileOperation;
 
 namespace {
 
 platform::FileInfo InspectOrThrow(Dir const& inDir) {
     auto const info = platform::Inspect(inDir.Helper().Path());
     if (info.error == platform::kError_FileNotFound) {
-        throw dir_not_found_exception(inDir);
+        throw Because(dir_not_found_exception(inDir), FileOperation::kInspect, info.error);
     }
     if (!info) {
-        throw dir_exception(inDir);
+        throw Because(dir_exception(inDir), FileOperation::kInspect, info.error);
     }
     return info.value;
-}
-
-/// The subdirectories of `inDir` to remove before it. A link has none: it goes without what it
-/// points to.
-Dir::DirIterator SubdirsToRemove(Dir const& inDir) {
-    if (platform::IsSymbolicLink(inDir.Helper().Path())) {
-        return inDir.EndSubdirs();
-    }
-    for (auto file = inDir.BeginFiles(false); file != inDir.EndFiles(); ++file) {
-        (*file).Delete();
-    }
-    return inDir.BeginSubdirs(false);
 }
 
 } // namespace
@@ -98,40 +87,29 @@ std::uint64_t Dir::Created() const {
 void Dir::Create() const {
     auto const error = platform::CreateDirectory(mHelper.Path());
     if (error != platform::kError_None && error != platform::kError_AlreadyExists) {
-        throw dir_exception(*this);
+        throw Because(dir_exception(*this), FileOperation::kCreate, error);
     }
 }
 
 void Dir::Delete() const {
-    struct Level {
-        Dir dir;
-        DirIterator next;
-    };
-    // A stack of its own, so that no depth of nesting is too deep.
-    std::vector<Level> branch;
-    branch.push_back({*this, SubdirsToRemove(*this)});
-    while (!branch.empty()) {
-        Level& level = branch.back();
-        if (level.next != level.dir.EndSubdirs()) {
-            Dir const subdir = *level.next;
-            ++level.next;
-            branch.push_back({subdir, SubdirsToRemove(subdir)});
-        } else if (platform::RemoveDirectory(level.dir.mHelper.Path()) != platform::kError_None) {
-            throw dir_exception(level.dir);
-        } else {
-            branch.pop_back();
-        }
+    auto const removal = platform::RemoveTree(mHelper.Path());
+    if (removal.error == platform::kError_None) {
+        return;
     }
+    if (removal.isDirectory) {
+        throw Because(dir_exception(Dir(removal.path)), FileOperation::kDelete, removal.error);
+    }
+    throw Because(file_delete_exception(File(removal.path)), FileOperation::kDelete, removal.error);
 }
 
 void Dir::Rename(UTF16String const& inNewName) {
     DirHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
     auto const error = platform::Move(mHelper.Path(), renamed.Path());
     if (error == platform::kError_AlreadyExists) {
-        throw rename_dir_already_exists(*this, inNewName);
+        throw Because(rename_dir_already_exists(*this, inNewName), FileOperation::kRename, error);
     }
     if (error != platform::kError_None) {
-        throw rename_dir(*this, inNewName);
+        throw Because(rename_dir(*this, inNewName), FileOperation::kRename, error);
     }
     mHelper = std::move(renamed);
 }

@@ -1,5 +1,6 @@
 #include "proplist/src/document/DocumentCheck.h"
 
+#include "proplist/src/model/PropListAccess.h"
 #include "proplist/src/model/PropNodes.h"
 #include <brindle/utility/UTF8Sequence.h>
 
@@ -71,7 +72,7 @@ bool HasTextWithNul(PropList const& inList) {
     using TextsNode = PropListArrayNode<UTF16String>;
     std::vector<PropList const*> lists{&inList};
     while (!lists.empty()) {
-        NodeWalk walk(lists.back()->mNodes);
+        NodeWalk walk(PropListAccess::Nodes(*lists.back()));
         lists.pop_back();
         while (auto const* const node = walk.Next()) {
             switch (node->GetType()) {

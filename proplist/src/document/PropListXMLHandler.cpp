@@ -1,6 +1,7 @@
 #include <brindle/proplist/PropListXMLHandler.h>
 
 #include "proplist/src/document/NumberText.h"
+#include "proplist/src/model/PropListAccess.h"
 
 #include <brindle/config/ErrorCodes.h>
 #include <brindle/utility/Unicode.h>
@@ -211,7 +212,7 @@ void PropListXMLHandler::ReadVersion(Attributes const& inAttributes) {
     if (version > PropList::GetCurrentVersion()) {
         config::ThrowError(config::kError_PropListVersion);
     }
-    mRoot.mVersion = version;
+    impl::PropListAccess::SetVersion(mRoot, version);
 }
 
 void PropListXMLHandler::StartList() {

@@ -1,6 +1,8 @@
 #include <brindle/proplist/PropListUtils.h>
 
+#include "platform/Files.h"
 #include "proplist/src/document/DocumentCheck.h"
+#include "proplist/src/model/PropListAccess.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/SafeSaveStream.h>
@@ -25,6 +27,20 @@ void EscapeCarriageReturns(UTF8String& ioDocument) {
     ioDocument = document.append(ioDocument, done);
 }
 
+/// True if the file exists, by this path or another one, and should have been read into the list.
+bool IsUnread(PropList const& inList, UTF16String const& inPath) {
+    UTF16String const* const unread = impl::PropListAccess::UnreadFile(inList);
+    if (unread == nullptr) {
+        return false;
+    }
+    if (*unread == inPath) {
+        return platform::IsNameTaken(inPath);
+    }
+    auto const missed = platform::Inspect(*unread);
+    auto const target = platform::Inspect(inPath);
+    return missed && target && missed.value.identity == target.value.identity;
+}
+
 } // namespace
 
 void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
@@ -32,7 +48,14 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     WritePropList(document, inList);
     EscapeCarriageReturns(document);
     if (!impl::HasOnlyXMLCharacters(document) || impl::HasTextWithNul(inList)) {
-        throw filesupport::file_exception(ioFile);
+        throw filesupport::file_exception(
+            ioFile, "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text "
+                    "has a character that the file cannot hold.");
+    }
+    if (IsUnread(inList, ioFile.FullPath())) {
+        throw filesupport::file_exception(
+            ioFile, "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not "
+                    "be read, and what it holds would be lost.");
     }
 
     filesupport::SafeSaveText(ioFile, document);

@@ -4,14 +4,15 @@
 
 namespace brindle::threads {
 
-void DelayedItems::Add(Key inKey, AllocatedFunction::Pointer& ioItem) {
+DelayedItems::Number DelayedItems::Add(AllocatedFunction::Pointer& ioItem) {
     utility::MutexLock const lock(mMutex);
-    mItems[inKey] = std::move(ioItem);
+    mItems[mNextNumber] = std::move(ioItem);
+    return mNextNumber++;
 }
 
-AllocatedFunction::Pointer DelayedItems::Take(Key inKey) noexcept {
+AllocatedFunction::Pointer DelayedItems::Take(Number inNumber) noexcept {
     utility::MutexLock const lock(mMutex);
-    auto const found = mItems.find(inKey);
+    auto const found = mItems.find(inNumber);
     if (found == mItems.end()) {
         return nullptr;
     }

@@ -5,28 +5,31 @@
 
 #include <boost/noncopyable.hpp>
 
+#include <cstdint>
 #include <unordered_map>
 
 namespace brindle::threads {
 
-/// Owns the items that are to run later, each under a key: the address of the message that will
-/// fetch it. So the items can be released while the messages are still on their way. Any thread may
-/// call; no item is released or run while the mutex is held.
+/// Owns the items that are to run later. The messages that fetch them know only their numbers, so
+/// the items can be released while the messages are still on their way, and a message that is
+/// released does not release its item. Any thread may call; no item is released or run while the
+/// mutex is held.
 class DelayedItems : boost::noncopyable {
 public:
-    using Key = void const*;
+    using Number = std::uint64_t;
 
     /// Takes the item, unless it throws `std::bad_alloc`.
-    void Add(Key inKey, AllocatedFunction::Pointer& ioItem);
+    [[nodiscard]] Number Add(AllocatedFunction::Pointer& ioItem);
     /// Null if the item was taken or released before.
-    [[nodiscard]] AllocatedFunction::Pointer Take(Key inKey) noexcept;
+    [[nodiscard]] AllocatedFunction::Pointer Take(Number inNumber) noexcept;
     void Clear() noexcept;
 
 private:
-    using Items = std::unordered_map<Key, AllocatedFunction::Pointer>;
+    using Items = std::unordered_map<Number, AllocatedFunction::Pointer>;
 
     utility::Mutex mMutex;
     Items mItems BRN_GUARDED_BY(mMutex);
+    Number mNextNumber BRN_GUARDED_BY(mMutex) = 0;
 };
 
 } // namespace brindle::threads

@@ -19,8 +19,8 @@ int EventLoopDescriptor() {
     return CurrentMessageQueue()->Descriptor();
 }
 
-void DispatchMessages() {
-    CurrentMessageQueue()->DispatchMessages();
+bool DispatchMessages() {
+    return CurrentMessageQueue()->DispatchMessages();
 }
 
 } // namespace brindle::threads

@@ -15,11 +15,18 @@ boost::shared_ptr<AsyncEventLoopAdaptor> AdaptCurrentEventLoopAsExecutor() {
 EventLoopAdaptor::EventLoopAdaptor() : mTarget(new EventLoopTarget(CurrentMessageQueue())) {}
 
 EventLoopAdaptor::~EventLoopAdaptor() {
-    mTarget->Close();
+    if (IsInherited()) {
+        mTarget.detach();
+    } else {
+        mTarget->Close();
+    }
 }
 
 bool EventLoopAdaptor::Post(boost::function0<void> const& inFunction,
                             std::uint32_t inDelayMilliseconds) {
+    if (IsInherited()) {
+        return false;
+    }
     AllocatedFunction::Pointer item = AllocatedFunction::Make(inFunction);
     return PostItem(item, inDelayMilliseconds);
 }
@@ -31,35 +38,33 @@ bool EventLoopAdaptor::PostItem(AllocatedFunction::Pointer& ioItem,
 }
 
 bool EventLoopAdaptor::PostImmediate(AllocatedFunction::Pointer& ioItem) {
-    auto const pump = mTarget->MakePump();
-    if (mTarget->IsOfCurrentThread()) {
-        // The pump is not handled before this function returns, so it can be sent first: if that
-        // fails, there is no item to take back.
-        return mPoster.Post(pump, 0) && mTarget->immediate.Post(ioItem);
-    }
+    auto const pump = mTarget->MakePump(); // first, because it may throw
     return mTarget->immediate.Post(ioItem) && mPoster.Post(pump, 0);
 }
 
 bool EventLoopAdaptor::PostDelayed(AllocatedFunction::Pointer& ioItem,
                                    std::uint32_t inDelayMilliseconds) {
-    auto const message = mTarget->MakeDelayed(ioItem);
+    auto const number = mTarget->delayed.Add(ioItem);
     try {
-        if (mPoster.Post(message, inDelayMilliseconds)) {
+        if (mPoster.Post(mTarget->MakeDelayed(number), inDelayMilliseconds)) {
             return true;
         }
     } catch (...) {
-        ioItem = mTarget->delayed.Take(message.get());
+        ioItem = mTarget->delayed.Take(number);
         throw;
     }
-    ioItem = mTarget->delayed.Take(message.get());
+    ioItem = mTarget->delayed.Take(number);
     return false;
 }
 
 bool EventLoopAdaptor::IsCurrentThreadExecutorThread() {
-    return mTarget->IsOfCurrentThread();
+    return !IsInherited() && mTarget->IsOfCurrentThread();
 }
 
 void EventLoopAdaptor::Drain() {
+    if (IsInherited()) {
+        return;
+    }
     auto const target = mTarget; // an item may destroy the adaptor
     while (target->DispatchOne()) {
     }

@@ -2,6 +2,7 @@
 
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 
+#include "platform/Fork.h"
 #include "threads/src/executors/EventLoopTarget.h"
 #include "threads/src/executors/MessagePoster.h"
 
@@ -24,13 +25,19 @@ public:
     bool IsCurrentThreadExecutorThread() override;
     std::int32_t GetThreadCount() override { return 1; }
     void Drain() override;
+    /// Runs the oldest immediate item, as `Drain` does. False if there is none.
+    bool DrainOne() { return mTarget->DispatchOne(); }
 
 private:
+    bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }
     bool PostImmediate(AllocatedFunction::Pointer& ioItem);
     bool PostDelayed(AllocatedFunction::Pointer& ioItem, std::uint32_t inDelayMilliseconds);
 
+    // In a forked child, other threads may have been changing the target, so it is neither used nor
+    // released there.
+    std::uint32_t const mForkCount = platform::ForkCount();
     MessagePoster mPoster;
-    boost::intrusive_ptr<EventLoopTarget> const mTarget;
+    boost::intrusive_ptr<EventLoopTarget> mTarget; // not changed before the destructor
 };
 
 } // namespace brindle::threads

@@ -1,19 +1,20 @@
 #include "threads/src/executors/EventLoopExecutor.h"
 
+#include "threads/src/threads/CurrentThreadPriority.h"
+
 #include <boost/bind/bind.hpp>
-#include <boost/smart_ptr/make_shared.hpp>
 
 namespace brindle::threads {
 
 namespace {
 
 /// Runs the items that are left, also those behind one that throws.
-void DrainToTheEnd(EventLoopAdaptor& ioAdaptor) {
-    for (bool isDrained = false; !isDrained;) {
+void DrainToTheEnd(EventLoopAdaptor& ioAdaptor, MessageLoop& ioLoop) noexcept {
+    for (bool isLeft = true; isLeft;) {
+        ioLoop.RemindOfQuit();
         try {
-            ioAdaptor.Drain();
-            isDrained = true;
-        } catch (...) {
+            isLeft = ioAdaptor.DrainOne();
+        } catch (...) { // documented: an exception from an item is dropped
         }
     }
 }
@@ -24,17 +25,24 @@ boost::shared_ptr<AsyncEventLoopExecutor> CreateAsyncEventLoopExecutor(std::stri
     return boost::make_shared<EventLoopExecutor>(inName);
 }
 
+EventLoopExecutor::State::State(std::string const& inName)
+    : thread(inName, boost::bind(&EventLoopExecutor::RunThread, shared)) {}
+
 EventLoopExecutor::EventLoopExecutor(std::string const& inName)
-    : mShared(boost::make_shared<Shared>()),
-      mThread(inName, boost::bind(&EventLoopExecutor::RunThread, mShared)) {}
+    : mState(std::make_unique<State>(inName)) {}
 
 EventLoopExecutor::~EventLoopExecutor() {
+    if (IsInherited()) {
+        static_cast<void>(mState.release());
+        return;
+    }
     Shutdown();
 }
 
 void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared) {
     boost::shared_ptr<EventLoopAdaptor> adaptor;
     boost::shared_ptr<MessageLoop> loop;
+    SetCurrentThreadPriority(kThreadPriorityNormal); // not that of the thread that started this one
     try {
         loop = boost::make_shared<MessageLoop>();
         adaptor = boost::make_shared<EventLoopAdaptor>();
@@ -50,23 +58,30 @@ void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared) {
     }
     inShared->ready.Open();
     loop->Run();
-    DrainToTheEnd(*adaptor);
+    DrainToTheEnd(*adaptor, *loop);
 }
 
 boost::shared_ptr<EventLoopAdaptor> EventLoopExecutor::Adaptor() {
-    mShared->ready.Wait();
-    SharedGuard const share(mShared->lock);
-    return mShared->adaptor;
+    if (IsInherited()) {
+        return nullptr;
+    }
+    mState->shared->ready.Wait();
+    SharedGuard const share(mState->shared->lock);
+    return mState->shared->adaptor;
 }
 
 bool EventLoopExecutor::Post(boost::function0<void> const& inFunction,
                              std::uint32_t inDelayMilliseconds) {
+    if (IsInherited()) {
+        return false;
+    }
     // The client's function is copied, and released if need be, outside the lock.
     AllocatedFunction::Pointer item = AllocatedFunction::Make(inFunction);
-    mShared->ready.Wait();
+    mState->shared->ready.Wait();
     // Held while posting, so that an item that is accepted comes before the quit message.
-    SharedGuard const share(mShared->lock);
-    return mShared->adaptor != nullptr && mShared->adaptor->PostItem(item, inDelayMilliseconds);
+    SharedGuard const share(mState->shared->lock);
+    return mState->shared->adaptor != nullptr &&
+           mState->shared->adaptor->PostItem(item, inDelayMilliseconds);
 }
 
 bool EventLoopExecutor::IsCurrentThreadExecutorThread() {
@@ -86,13 +101,16 @@ bool EventLoopExecutor::IsShutdown() {
 }
 
 void EventLoopExecutor::Shutdown() {
-    mShared->ready.Wait();
+    if (IsInherited()) {
+        return;
+    }
+    mState->shared->ready.Wait();
     boost::shared_ptr<EventLoopAdaptor> adaptor;
     boost::shared_ptr<MessageLoop> loop;
     {
-        ExclusiveGuard const guard(mShared->lock);
-        adaptor.swap(mShared->adaptor);
-        loop.swap(mShared->loop);
+        ExclusiveGuard const guard(mState->shared->lock);
+        adaptor.swap(mState->shared->adaptor);
+        loop.swap(mState->shared->loop);
     }
     if (loop != nullptr) {
         loop->Quit();
@@ -100,11 +118,11 @@ void EventLoopExecutor::Shutdown() {
 }
 
 void EventLoopExecutor::Join() {
-    if (mThread == Thread("")) {
+    if (IsInherited() || mState->thread == Thread("")) {
         return;
     }
-    utility::MutexLock const lock(mJoining);
-    mThread.Join();
+    utility::MutexLock const lock(mState->joining);
+    mState->thread.Join();
 }
 
 } // namespace brindle::threads

@@ -3,6 +3,7 @@
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/Thread.h>
 
+#include "platform/Fork.h"
 #include "threads/src/executors/EventLoopAdaptor.h"
 #include "threads/src/executors/MessageLoop.h"
 #include "threads/src/locks/Gate.h"
@@ -10,8 +11,9 @@
 #include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
-#include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
 
+#include <memory>
 #include <string>
 
 namespace brindle::threads {
@@ -39,13 +41,23 @@ private:
         boost::shared_ptr<MessageLoop> loop BRN_GUARDED_BY(lock);
     };
 
+    bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }
     static void RunThread(boost::shared_ptr<Shared> const& inShared);
-    /// The adaptor; null after a shutdown. Waits until the thread is ready.
+    /// The adaptor; null after a shutdown, and in a forked child. Waits until the thread is ready.
     boost::shared_ptr<EventLoopAdaptor> Adaptor();
 
-    boost::shared_ptr<Shared> const mShared;
-    utility::Mutex mJoining; // held by the thread that joins
-    Thread mThread;
+    struct State {
+        boost::shared_ptr<Shared> const shared = boost::make_shared<Shared>();
+        utility::Mutex joining; // held by the thread that joins
+        Thread thread;
+
+        explicit State(std::string const& inName);
+    };
+
+    // In a forked child the thread does not exist, and neither may threads that held the locks. So
+    // the state is neither used nor destroyed there.
+    std::uint32_t const mForkCount = platform::ForkCount();
+    std::unique_ptr<State> mState;
 };
 
 } // namespace brindle::threads

@@ -55,20 +55,19 @@ public:
     }
 };
 
+/// Does not release its item with itself: it may be released by the shared timer's thread, which
+/// runs no client's destructor.
 class DelayedMessage : public EventLoopMessage {
 public:
-    DelayedMessage(boost::intrusive_ptr<EventLoopTarget> inTarget,
-                   AllocatedFunction::Pointer& ioItem)
-        : EventLoopMessage(std::move(inTarget)) {
-        Adaptor().delayed.Add(this, ioItem);
-    }
-    ~DelayedMessage() override {
-        AllocatedFunction::Pointer const released = Adaptor().delayed.Take(this);
-    }
+    DelayedMessage(boost::intrusive_ptr<EventLoopTarget> inTarget, DelayedItems::Number inNumber)
+        : EventLoopMessage(std::move(inTarget)), mNumber(inNumber) {}
 
     void Handle() noexcept override {
-        RunDroppingExceptions([this] { Run(Adaptor().delayed.Take(this)); });
+        RunDroppingExceptions([this] { Run(Adaptor().delayed.Take(mNumber)); });
     }
+
+private:
+    DelayedItems::Number const mNumber;
 };
 
 } // namespace
@@ -80,7 +79,6 @@ bool EventLoopTarget::DispatchOne() {
 void EventLoopTarget::Close() noexcept {
     immediate.Clear();
     delayed.Clear();
-    // Closed last: the timer releases messages that it cannot send, and should find no item then.
     platform::MessageTarget::Close();
 }
 
@@ -89,8 +87,8 @@ boost::intrusive_ptr<platform::Message> EventLoopTarget::MakePump() {
 }
 
 boost::intrusive_ptr<platform::Message>
-EventLoopTarget::MakeDelayed(AllocatedFunction::Pointer& ioItem) {
-    return new DelayedMessage(this, ioItem);
+EventLoopTarget::MakeDelayed(DelayedItems::Number inNumber) {
+    return new DelayedMessage(this, inNumber);
 }
 
 } // namespace brindle::threads

@@ -21,14 +21,14 @@ public:
     /// Releases the items, and takes no more messages.
     void Close() noexcept;
 
-    // These throw `std::bad_alloc`, and then take nothing.
+    // These throw `std::bad_alloc`.
 
     /// A message that calls `DispatchOne` once on the loop's thread.
     [[nodiscard]] boost::intrusive_ptr<platform::Message> MakePump();
-    /// Takes the item. The message runs it on the loop's thread; it is released with the message
-    /// or by `Close`, whichever comes first.
+    /// A message that runs the delayed item of this number on the loop's thread, if it still exists
+    /// then.
     [[nodiscard]] boost::intrusive_ptr<platform::Message>
-    MakeDelayed(AllocatedFunction::Pointer& ioItem);
+    MakeDelayed(DelayedItems::Number inNumber);
 
     ThreadSafeQueue<AllocatedFunction> immediate;
     DelayedItems delayed;

@@ -18,6 +18,10 @@ public:
         }
     }
 
+    /// Called in the thread of the loop after `Run`, before a function that may run a nested loop:
+    /// lets that find out.
+    void RemindOfQuit() { mQueue->RemindOfQuit(); }
+
     /// Ends `Run` after the messages that wait already. Any thread may call it.
     void Quit() { mQueue->PostQuit(); }
 

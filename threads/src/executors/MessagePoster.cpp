@@ -8,14 +8,15 @@ MessagePoster::MessagePoster() : mTimer(SharedTimer()) {}
 
 bool MessagePoster::Post(boost::intrusive_ptr<platform::Message> const& inMessage,
                          std::uint32_t inDelayMilliseconds) {
-    // On the loop's own thread the message would be handled inside the call, so the timer sends it.
-    if (inDelayMilliseconds == 0 && !inMessage->Target()->IsOfCurrentThread()) {
+    if (inDelayMilliseconds == 0) {
         return inMessage->Target()->Send(inMessage);
     }
-    // A message that cannot be sent is released.
-    return mTimer->Post(
-        [message = inMessage] { static_cast<void>(message->Target()->Send(message)); },
-        inDelayMilliseconds);
+    // A message that cannot be sent is released on the timer's thread, which does not release its
+    // item.
+    return inMessage->Target()->IsAccepting() &&
+           mTimer->Post(
+               [message = inMessage] { static_cast<void>(message->Target()->Send(message)); },
+               inDelayMilliseconds);
 }
 
 } // namespace brindle::threads

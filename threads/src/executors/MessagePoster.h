@@ -10,7 +10,7 @@
 
 namespace brindle::threads {
 
-/// Sends messages to a loop, now or later, and never handles one inside the call.
+/// Sends messages to a loop, now or after a delay.
 class MessagePoster : boost::noncopyable {
 public:
     /// Throws as `SharedTimer`.

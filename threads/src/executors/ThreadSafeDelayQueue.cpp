@@ -1,49 +1,18 @@
 #include "threads/src/executors/ThreadSafeDelayQueue.h"
 
 #include <algorithm>
+#include <chrono>
+#include <tuple>
 #include <utility>
 
 namespace brindle::threads {
 
 namespace {
 
-using platform::CompletionPort;
+using platform::Deadline;
 
-constexpr std::int32_t kNanosecondsPerMillisecond = 1'000'000;
-constexpr std::int32_t kNanosecondsPerSecond = 1'000'000'000;
-
-boost::xtime Now() {
-    boost::xtime now;
-    boost::xtime_get(&now, boost::TIME_UTC_);
-    return now;
-}
-
-boost::xtime After(boost::xtime inTime, std::uint32_t inMilliseconds) {
-    inTime.sec += inMilliseconds / 1000;
-    inTime.nsec += static_cast<std::int32_t>(inMilliseconds % 1000) * kNanosecondsPerMillisecond;
-    if (inTime.nsec >= kNanosecondsPerSecond) {
-        inTime.nsec -= kNanosecondsPerSecond;
-        ++inTime.sec;
-    }
-    return inTime;
-}
-
-bool IsBefore(boost::xtime const& inLHS, boost::xtime const& inRHS) {
-    return boost::xtime_cmp(inLHS, inRHS) < 0;
-}
-
-/// The time between in milliseconds, at most what the port can wait. Rounded up, so that the worker
-/// does not wake up early and scan again and again during the last millisecond.
-std::uint32_t WaitBetween(boost::xtime const& inNow, boost::xtime const& inDue) {
-    constexpr std::uint32_t kLongest = CompletionPort::kForever - 1;
-    if (inDue.sec - inNow.sec > kLongest / 1000) {
-        return kLongest;
-    }
-    std::int64_t const nanoseconds =
-        (inDue.sec - inNow.sec) * kNanosecondsPerSecond + (inDue.nsec - inNow.nsec);
-    std::int64_t const milliseconds =
-        (nanoseconds + kNanosecondsPerMillisecond - 1) / kNanosecondsPerMillisecond;
-    return static_cast<std::uint32_t>(std::min<std::int64_t>(milliseconds, kLongest));
+Deadline::SystemTime Now() {
+    return std::chrono::system_clock::now();
 }
 
 } // namespace
@@ -63,13 +32,14 @@ bool ThreadSafeDelayQueue::Enqueue(AllocatedFunction::Pointer& ioItem,
         static_cast<void>(ioItem.release());
         return true;
     }
-    boost::xtime const now = Now();
-    boost::xtime const due = After(now, inDelayMilliseconds);
     utility::MutexLock const lock(mMutex);
-    bool const isWakeUpNeeded = mDelayed.empty() || IsBefore(due, mDelayed.front().due) ||
-                                !IsBefore(now, mDelayed.front().due);
+    // Read under the mutex, so that items of equal delays are due in the order of their numbers.
+    Deadline::SystemTime const now = Now();
+    Deadline::SystemTime const due = now + std::chrono::milliseconds(inDelayMilliseconds);
+    bool const isWakeUpNeeded =
+        mDelayed.empty() || due < mDelayed.front().due || now >= mDelayed.front().due;
     mDelayed.emplace_back(); // without memory this throws, and the item is still the caller's
-    mDelayed.back() = {due, std::move(ioItem)};
+    mDelayed.back() = {due, mNextNumber++, std::move(ioItem)};
     std::push_heap(mDelayed.begin(), mDelayed.end(), IsLater);
     if (isWakeUpNeeded) {
         RequestScan();
@@ -87,12 +57,12 @@ AllocatedFunction::Pointer ThreadSafeDelayQueue::Dequeue() {
             }
             return item;
         }
-        std::uint32_t wait = 0;
+        Deadline next = Deadline::Never();
         AllocatedFunction::Pointer item;
-        isTiming = ScanDelayed(isTiming, wait, item);
+        isTiming = ScanDelayed(isTiming, next, item);
         if (item == nullptr) {
             void* packet = nullptr;
-            mPort.Wait(packet, wait);
+            mPort.Wait(packet, next);
             item.reset(static_cast<AllocatedFunction*>(packet));
         }
         if (item != nullptr) {
@@ -119,12 +89,12 @@ void ThreadSafeDelayQueue::Close() noexcept {
 }
 
 bool ThreadSafeDelayQueue::IsLater(DelayedEntry const& inLHS, DelayedEntry const& inRHS) {
-    return IsBefore(inRHS.due, inLHS.due);
+    return std::tie(inRHS.due, inRHS.number) < std::tie(inLHS.due, inLHS.number);
 }
 
 AllocatedFunction::Pointer ThreadSafeDelayQueue::TakeLeftOver() {
     void* packet = nullptr;
-    while (packet == nullptr && mPort.Wait(packet, 0)) {
+    while (packet == nullptr && mPort.Take(packet)) {
     }
     return AllocatedFunction::Pointer(static_cast<AllocatedFunction*>(packet));
 }
@@ -142,11 +112,10 @@ void ThreadSafeDelayQueue::RequestScan() noexcept {
 }
 
 /// Moves the items that are due to the port, if a scan was requested or this worker has the timer
-/// role. True if it has the role from now on; `outWait` is how long it may sleep. An item that the
-/// port has no memory for is returned in `outDue` for this worker to run.
-bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, std::uint32_t& outWait,
+/// role. True if it has the role from now on; `outNext` is when the next item is due. An item that
+/// the port has no memory for is returned in `outDue` for this worker to run.
+bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, Deadline& outNext,
                                        AllocatedFunction::Pointer& outDue) {
-    outWait = CompletionPort::kForever;
     if (!inIsTiming) {
         Timer mustScan = Timer::kMustScan;
         // Usually there is nothing to do, and a load is cheaper than an exchange.
@@ -156,8 +125,8 @@ bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, std::uint32_t& outWait,
         }
     }
     utility::MutexLock const lock(mMutex);
-    boost::xtime const now = Now();
-    while (outDue == nullptr && !mDelayed.empty() && !IsBefore(now, mDelayed.front().due)) {
+    Deadline::SystemTime const now = Now();
+    while (outDue == nullptr && !mDelayed.empty() && now >= mDelayed.front().due) {
         std::pop_heap(mDelayed.begin(), mDelayed.end(), IsLater);
         AllocatedFunction::Pointer item = std::move(mDelayed.back().item);
         mDelayed.pop_back();
@@ -171,7 +140,7 @@ bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, std::uint32_t& outWait,
     if (mDelayed.empty()) {
         return false;
     }
-    outWait = WaitBetween(now, mDelayed.front().due);
+    outNext = Deadline::At(mDelayed.front().due);
     return true;
 }
 

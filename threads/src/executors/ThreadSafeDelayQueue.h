@@ -5,7 +5,6 @@
 #include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
-#include <boost/thread/xtime.hpp>
 
 #include <atomic>
 #include <cstdint>
@@ -42,7 +41,9 @@ public:
 
 private:
     struct DelayedEntry {
-        boost::xtime due;
+        platform::Deadline::SystemTime due;
+        std::uint64_t number =
+            0; // in the order of posting, for items that are due at the same time
         AllocatedFunction::Pointer item;
     };
 
@@ -58,13 +59,15 @@ private:
     AllocatedFunction::Pointer TakeLeftOver();
     void PostWakeUp() noexcept;
     void RequestScan() noexcept;
-    bool ScanDelayed(bool inIsTiming, std::uint32_t& outWait, AllocatedFunction::Pointer& outDue);
+    bool ScanDelayed(bool inIsTiming, platform::Deadline& outNext,
+                     AllocatedFunction::Pointer& outDue);
 
     platform::CompletionPort mPort;
     std::atomic<Timer> mTimer{Timer::kSettled};
     std::atomic<bool> mIsClosed{false};
     utility::Mutex mMutex;
     std::vector<DelayedEntry> mDelayed BRN_GUARDED_BY(mMutex); // a heap with the earliest on top
+    std::uint64_t mNextNumber BRN_GUARDED_BY(mMutex) = 0;
 };
 
 } // namespace brindle::threads

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/CompletionPort.h"
+#include "platform/portable/PacketQueue.h"
+#include "utility/src/base/NoPause.h"
 
 #include <boost/noncopyable.hpp>
 
@@ -17,7 +18,7 @@ public:
 
     /// Takes the item. False if there is no memory; the item then stays with the caller.
     [[nodiscard]] bool Post(Pointer& ioItem) noexcept {
-        if (!mPort.Post(ioItem.get())) {
+        if (!mPackets.Append(ioItem.get())) {
             return false;
         }
         static_cast<void>(ioItem.release());
@@ -27,7 +28,7 @@ public:
     /// The oldest item, or null.
     [[nodiscard]] Pointer Take() noexcept {
         void* packet = nullptr;
-        mPort.Wait(packet, 0);
+        mPackets.Take(packet);
         return Pointer(static_cast<Item*>(packet));
     }
 
@@ -38,7 +39,9 @@ public:
     }
 
 private:
-    platform::CompletionPort mPort;
+    // Small, because each adaptor has such a queue. No thread sleeps at it, so it is not a whole
+    // completion port.
+    platform::PacketQueue<utility::NoPause, 64, 4> mPackets;
 };
 
 } // namespace brindle::threads

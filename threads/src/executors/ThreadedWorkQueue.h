@@ -3,6 +3,7 @@
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/Thread.h>
 
+#include "platform/Fork.h"
 #include "threads/src/executors/ThreadSafeDelayQueue.h"
 #include "threads/src/locks/Gate.h"
 #include "threads/src/locks/ReadWriteLock.h"
@@ -38,19 +39,27 @@ public:
 private:
     class Meeting;
 
+    struct State {
+        ReadWriteLock queueLock;
+        boost::shared_ptr<ThreadSafeDelayQueue>
+            queue BRN_GUARDED_BY(queueLock); // null after a shutdown
+        utility::Mutex synchronizeMutex;
+        bool isJoined BRN_GUARDED_BY(synchronizeMutex) = false;
+        std::vector<std::unique_ptr<Thread>> threads; // not changed after the constructor
+        boost::shared_ptr<Gate> gate;
+    };
+
+    bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }
     void StartWorkers(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue,
                       std::string const& inName, int inThreadCount, ThreadPriority inPriority);
     void JoinWorkers();
     void Close() noexcept;
     [[nodiscard]] boost::shared_ptr<Meeting> CallMeeting();
 
-    ReadWriteLock mQueueLock;
-    boost::shared_ptr<ThreadSafeDelayQueue>
-        mQueue BRN_GUARDED_BY(mQueueLock); // null after a shutdown
-    utility::Mutex mSynchronizeMutex;
-    bool mIsJoined BRN_GUARDED_BY(mSynchronizeMutex) = false;
-    std::vector<std::unique_ptr<Thread>> mThreads; // not changed after the constructor
-    boost::shared_ptr<Gate> mGate;
+    // In a forked child the workers do not exist, and other threads may have held the locks or
+    // changed what they guard. So the state is neither used nor destroyed there.
+    std::uint32_t const mForkCount = platform::ForkCount();
+    std::unique_ptr<State> mState = std::make_unique<State>();
 };
 
 } // namespace brindle::threads

@@ -3,6 +3,7 @@
 #include <brindle/utility/StringUtils.h>
 
 #include "platform/Directories.h"
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "platform/ShellLink.h"
 

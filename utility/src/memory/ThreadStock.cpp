@@ -1,6 +1,7 @@
 #include "utility/src/memory/ThreadStock.h"
 
 #include "platform/AlignedMemory.h"
+#include "platform/Threads.h"
 #include "utility/src/memory/Managers.h"
 
 #include <algorithm>
@@ -25,30 +26,30 @@ void Empty(std::size_t inClass, Magazine* inMagazine) noexcept {
 
 } // namespace
 
-/// Gives a thread's stock back when the thread ends.
-class ThreadStock::Keeper {
-public:
-    Keeper() = default;
-    Keeper(Keeper const&) = delete;
-    Keeper& operator=(Keeper const&) = delete;
-    ~Keeper() {
-        // Later calls of this thread go to the managers directly.
-        ThreadStock* const mine = std::exchange(t_mineP, &S_ended);
-        mine->Release();
-        platform::FreeAligned(mine);
-    }
-};
+/// Returns a thread's stock at the end of the thread. What the thread still frees or allocates
+/// after that goes to the managers.
+void ThreadStock::EndThread(void* inStock) noexcept {
+    t_mineP = &S_ended;
+    static_cast<ThreadStock*>(inStock)->Release();
+    platform::FreeAligned(inStock);
+}
 
 /// Null if the thread is ending, or without memory.
 ThreadStock* ThreadStock::MineOrMade() noexcept {
+    // Not the destructor of a thread-local object: that would never be called for a thread whose
+    // first call is made while it ends.
+    static platform::ThreadEnd S_threadEnd(&EndThread);
     if (t_mineP == &S_notMade) {
         void* const memory = platform::AllocateAligned(sizeof(ThreadStock), alignof(ThreadStock));
         if (memory == nullptr) {
             return nullptr;
         }
-        t_mineP = new (memory) ThreadStock;
-        static thread_local Keeper const t_keeper;
-        static_cast<void>(t_keeper);
+        auto* const stock = new (memory) ThreadStock;
+        if (!S_threadEnd.Call(stock)) {
+            platform::FreeAligned(stock);
+            return nullptr;
+        }
+        t_mineP = stock;
     }
     return t_mineP != &S_ended ? t_mineP : nullptr;
 }

@@ -72,8 +72,7 @@ private:
         void Load(Magazine* inMagazine, std::uint32_t inCapacity) noexcept;
         Magazine* Unload() noexcept;
     };
-    class Keeper;
-
+    static void EndThread(void* inStock) noexcept;
     static ThreadStock* MineOrMade() noexcept;
     [[nodiscard]] static bool FindBlocks(std::size_t inClass, Slot& ioSlot);
     [[nodiscard]] static bool FindRoom(std::size_t inClass, Slot& ioSlot) noexcept;

@@ -181,6 +181,10 @@ UTF16String NumberToString(std::int64_t inValue) {
     return IntegerToString(inValue, 10);
 }
 
+UTF16String NumberToString(std::uint64_t inValue) {
+    return IntegerToString(inValue, 10);
+}
+
 UTF16String NumberToHexString(std::int32_t inValue) {
     UTF16String text = IntegerToString(static_cast<std::uint32_t>(inValue), 16);
     for (auto& unit : text) {

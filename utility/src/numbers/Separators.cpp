@@ -11,13 +11,19 @@ namespace {
 /// the other; 0 until they have been read.
 std::atomic<std::uint32_t> S_separators{0};
 
+constexpr std::uint16_t kNoBreakSpace = u'\u00A0';
+
 } // namespace
 
 platform::NumberSeparators UserSeparators() {
     auto const both = S_separators.load(std::memory_order_relaxed);
     if (both == 0) {
         // Other threads may do this at the same time, and store the same.
-        auto const separators = platform::UserNumberSeparators();
+        auto separators = platform::UserNumberSeparators();
+        // A decimal comma and the default for groups would be the same.
+        if (separators.thousands == separators.decimal) {
+            separators.thousands = kNoBreakSpace;
+        }
         SetUserSeparators(separators);
         return separators;
     }

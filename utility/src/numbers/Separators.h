@@ -4,7 +4,9 @@
 
 namespace brindle::utility {
 
-/// The user's separators, which the platform is asked for at the first call. Any thread may call.
+/// The user's separators, which the platform is asked for at the first call. They differ: where the
+/// locale has a decimal comma and no separator of groups, that is a no-break space. Any thread may
+/// call.
 platform::NumberSeparators UserSeparators();
 
 /// Replaces them, for tests, which cannot choose the user's locale. Two zeros make the next call
