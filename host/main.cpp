@@ -88,15 +88,16 @@ int RunAndReport(std::vector<std::string> const& inWords) {
     try {
         status = Run(inWords, help);
     } catch (usage_error const& error) {
-        utility::streams::Err << "brindle: " << error.what() << "\nTry 'brindle " << help << "'.\n";
+        WriteDiagnostic(error.what());
+        utility::streams::Err << "Try 'brindle " << help << "'.\n";
         return kStatus_WrongUsage;
     } catch (fatal_error const&) {
         // The error manager has reported it.
     } catch (std::exception const& error) {
-        utility::streams::Err << "brindle: " << error.what() << '\n';
+        WriteDiagnostic(error.what());
     }
     if (!utility::streams::Out.flush()) {
-        utility::streams::Err << "brindle: standard output: cannot be written\n";
+        WriteDiagnostic("standard output: cannot be written");
         status = kStatus_Failed;
     }
     return status;

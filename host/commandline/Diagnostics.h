@@ -7,6 +7,9 @@
 
 namespace brindle::host {
 
+/// Writes the line "brindle: TEXT" to standard error. Control characters in it are escaped.
+void WriteDiagnostic(std::string const& inText);
+
 /// Writes to standard error while a verb runs: one line for each diagnostic and, if standard error
 /// is a terminal, a progress line below them.
 class Diagnostics {
@@ -22,7 +25,8 @@ public:
     /// Remembers that a comparison found a difference, which the verb itself prints as its result.
     void NoteDifference() noexcept { mHasFailures = true; }
 
-    /// Shows the progress line, and renews it at most ten times a second.
+    /// Shows the progress line, of ASCII, as far as the terminal is wide, and renews it at most ten
+    /// times a second.
     void ShowProgress(std::string const& inText);
 
     /// Erases the progress line if standard output is a terminal too, so that the next line of

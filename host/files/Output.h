@@ -28,7 +28,6 @@ public:
     void Commit();
 
 private:
-    std::string const mName;
     std::unique_ptr<filesupport::OSafeSaveStream> mFile; // null for standard output
     std::uint64_t mPosition = 0;
 };

@@ -61,7 +61,7 @@ void PrintPlaces(std::vector<Shape> const& inShapes) {
         }
         line.append(1, ' ').append(path.empty() ? "." : path);
         if (!shape.label.empty()) {
-            line.append("  ").append(EscapedName(shape.label));
+            line.append("  ").append(EscapedText(shape.label));
         }
         utility::streams::Out << line << '\n';
     }
@@ -106,7 +106,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     } catch (unreadable_error const& error) {
         ioDiagnostics.Report(path, error.what());
     } catch (description_error const& error) {
-        ioDiagnostics.Report(path, EscapedName(error.what()));
+        ioDiagnostics.Report(path, error.what());
     } catch (unwritable_error const& error) {
         ioDiagnostics.Report(output, error.what());
     }

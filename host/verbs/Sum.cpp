@@ -47,7 +47,7 @@ std::vector<PathToSum> PathsOf(std::vector<std::string> const& inOperands,
 }
 
 void PrintLine(FileSum const& inSum, std::string const& inPath) {
-    std::string const name = EscapedName(inPath);
+    std::string const name = EscapedText(inPath);
     utility::streams::Out << (name.size() != inPath.size() ? "\\" : "") << CRCText(inSum.crc)
                           << "  " << std::to_string(inSum.size) << "  " << name << '\n';
 }

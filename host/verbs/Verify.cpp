@@ -140,7 +140,7 @@ void Verify(std::vector<SealedEntry> inSealed, SealedTree const& inTree, std::ui
         ++counts[verdict];
         if (kWords[verdict] != nullptr) {
             ioDiagnostics.MakeRoomForOutput();
-            utility::streams::Out << kWords[verdict] << ' ' << EscapedName(item.path) << '\n';
+            utility::streams::Out << kWords[verdict] << ' ' << EscapedText(item.path) << '\n';
         }
     };
     SumInOrder(items.size(), inJobs, ioDiagnostics, compare, print);

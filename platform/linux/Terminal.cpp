@@ -1,19 +1,33 @@
 #include "platform/Terminal.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace brindle::platform {
 
-bool IsTerminal(StandardStream inStream) noexcept {
+namespace {
+
+int DescriptorOf(StandardStream inStream) noexcept {
     switch (inStream) {
     case StandardStream::kInput:
-        return ::isatty(STDIN_FILENO) == 1;
+        return STDIN_FILENO;
     case StandardStream::kOutput:
-        return ::isatty(STDOUT_FILENO) == 1;
+        return STDOUT_FILENO;
     case StandardStream::kError:
-        return ::isatty(STDERR_FILENO) == 1;
+        return STDERR_FILENO;
     }
-    return false;
+    return -1;
+}
+
+} // namespace
+
+bool IsTerminal(StandardStream inStream) noexcept {
+    return ::isatty(DescriptorOf(inStream)) == 1;
+}
+
+std::uint32_t TerminalWidth(StandardStream inStream) noexcept {
+    winsize size{};
+    return ::ioctl(DescriptorOf(inStream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0u;
 }
 
 } // namespace brindle::platform

@@ -40,6 +40,34 @@ TEST_F(CommandLine, HelpAndVersionAreResults) {
     EXPECT_EQ(Run("--version >/dev/full").status, 1);
 }
 
+TEST_F(CommandLine, ControlCharactersReachNoTerminal) {
+    std::string const name = "\x1B[31m\xC2\x9B";
+    std::string const word = " '" + name + "'";
+    std::filesystem::create_directory(Native(name));
+    for (std::string const& words :
+         {"sum" + word + "/missing", "sum --" + name, name, "calc --" + name, "plist" + word,
+          "verify" + word, "pack " + word + " x", "pack /dev/null " + word + "/no/x",
+          "seal" + word + "/no", "layout" + word + " 1x1", "time" + word, "guid" + word,
+          "sum --jobs=" + name + " x"}) {
+        Outcome const outcome = Run(words.front() == '\x1B' ? "'" + words + "'" : words);
+        EXPECT_NE(outcome.status, 0) << words;
+        EXPECT_EQ(outcome.errors.find('\x1B'), std::string::npos) << outcome.errors;
+        EXPECT_EQ(outcome.errors.find('\xC2'), std::string::npos) << outcome.errors;
+        EXPECT_NE(outcome.errors.find("u001b["), std::string::npos) << outcome.errors;
+    }
+}
+
+TEST_F(CommandLine, AProgressLineFitsIntoANarrowTerminal) {
+    std::filesystem::create_directory(Native("tree"));
+    Fill("tree/file", "1");
+    std::string const command = "script -qec \"stty cols 12; cd '" + mTemporary.Native() +
+                                "'; " BRINDLE_COMMAND " sum tree 2>&1 >sums\" /dev/null >'" +
+                                Native("typed") + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(ContentOf("sums"), "83dcefb7  1  tree/file\n");
+    EXPECT_EQ(ContentOf("typed"), "\r\x1B[Klooking for\r\x1B[K");
+}
+
 } // namespace
 
 } // namespace brindle::host

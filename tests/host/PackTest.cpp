@@ -87,7 +87,7 @@ TEST_F(Pack, AFailureLeavesTheOldFile) {
     Fill("large", IncompressibleBytes(1'000'000));
     for (std::string const blocks :
          {"600", "1900"}) { // of 512 bytes; the second is enough for all but the end
-        ExpectNoChange("pack large out", "out: cannot be written, the disk may be full",
+        ExpectNoChange("pack large out", "out: the file becomes too large",
                        "ulimit -f " + blocks + "; ");
     }
     Expect("pack large out");
