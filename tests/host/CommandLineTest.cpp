@@ -1,4 +1,7 @@
 #include "tests/host/Command.h"
+#include "tests/host/ListDocument.h"
+
+#include <brindle/filesupport/PlatformByteStreams.h>
 
 namespace brindle::host {
 
@@ -66,6 +69,20 @@ TEST_F(CommandLine, AProgressLineFitsIntoANarrowTerminal) {
     ASSERT_EQ(std::system(command.c_str()), 0);
     EXPECT_EQ(ContentOf("sums"), "83dcefb7  1  tree/file\n");
     EXPECT_EQ(ContentOf("typed"), "\r\x1B[Klooking for\r\x1B[K");
+}
+
+TEST_F(CommandLine, ReadsFilesThatAreOpenForWritingElsewhere) {
+    std::filesystem::create_directory(Native("tree"));
+    Fill("tree/list.xml", tests::ListDocument(""));
+    Expect("seal tree");
+    filesupport::OPlatformByteStream const list{filesupport::File(At("tree/list.xml"))};
+    filesupport::OPlatformByteStream const seal{filesupport::File(At("tree/brindle-seal.xml"))};
+    for (char const* const words :
+         {"sum tree", "sum tree/list.xml", "seal tree --output=other.xml", "verify tree",
+          "plist tree/list.xml", "pack tree/list.xml packed"}) {
+        EXPECT_EQ(Run(words).status, 0) << words;
+    }
+    ExpectFailure("pack tree/list.xml tree/list.xml", "tree/list.xml: is open in another program");
 }
 
 } // namespace
