@@ -26,10 +26,13 @@ enum class FileOperation {
 /// What an exception of files, directories and byte streams knows of its cause. Every one of them
 /// derives from this, so that one handler can explain them all:
 ///
+///     try {
+///         file.Create();
 ///     } catch (config::FileFailure const& failure) {
-///         if (failure.Cause() == utility::SystemError::kDiskFull) {
-///         OfferAnotherPlace(failure.Path()); }
+///         isDiskFull = failure.Cause() == utility::SystemError::kDiskFull;
 ///     }
+///
+/// `config::Describe` tells a user.
 class BRN_API FileFailure {
 public:
     FileFailure() noexcept = default;
@@ -37,6 +40,8 @@ public:
     FileFailure& operator=(FileFailure const&) noexcept = default;
     virtual ~FileFailure();
 
+    /// A localisation key that says what failed, or null if `what()` does.
+    virtual char const* Key() const noexcept;
     /// The full path of the file or directory; empty if none is involved.
     UTF16String Path() const;
     /// The name that it was to get; empty if it was not to be renamed.

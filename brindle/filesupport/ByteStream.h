@@ -17,6 +17,7 @@ public:
     byte_stream_exception(byte_stream_exception const&) noexcept = default;
     byte_stream_exception& operator=(byte_stream_exception const&) noexcept = default;
     ~byte_stream_exception() override;
+    char const* Key() const noexcept override;
 };
 
 /// An attempt to read or seek past the end, or to write past the end of a fixed buffer.
@@ -26,6 +27,7 @@ public:
     eof_error(eof_error const&) noexcept = default;
     eof_error& operator=(eof_error const&) noexcept = default;
     ~eof_error() override;
+    char const* Key() const noexcept override;
 };
 
 /// A failure of the operating system's file operations.
@@ -35,6 +37,7 @@ public:
     io_error(io_error const&) noexcept = default;
     io_error& operator=(io_error const&) noexcept = default;
     ~io_error() override;
+    char const* Key() const noexcept override;
 };
 
 /// The common base of input and output streams: slots for data of the client, and callbacks at the

@@ -18,8 +18,10 @@ namespace brindle::filesupport {
 ///
 /// Why an operation failed is told by `Operation()` and `Cause()`, which every exception inherits:
 ///
+///     try {
+///         file.Delete();
 ///     } catch (file_exception const& exception) {
-///         bool const isFull = exception.Cause() == utility::SystemError::kDiskFull;
+///         isReadOnly = exception.Cause() == utility::SystemError::kWriteProtected;
 ///     }
 
 class BRN_API file_exception : public std::exception, public config::FileFailure {

@@ -24,7 +24,8 @@ enum FileSharing {
 /// Reads an existing regular file, which other readers may read at the same time:
 ///
 ///     IPlatformByteStream file(input);
-///     IBufferedByteStream(file) >> header;
+///     IBufferedByteStream buffered(file, 64 * 1024, 32 * 1024);
+///     buffered >> header;
 ///
 /// One system call for each `Get` and each `ReadBlock`: wrap it in `IBufferedByteStream` to read by
 /// the byte. Every operation throws `io_error` on a failure of the system, such as a position past

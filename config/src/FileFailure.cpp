@@ -4,6 +4,10 @@ namespace brindle::config {
 
 FileFailure::~FileFailure() = default;
 
+char const* FileFailure::Key() const noexcept {
+    return nullptr;
+}
+
 UTF16String FileFailure::Path() const {
     return mPath == nullptr ? UTF16String() : *mPath;
 }
