@@ -6,6 +6,7 @@
 #include "host/verbs/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
+#include <brindle/console/Terminal.h>
 #include <brindle/utility/Streams.h>
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
@@ -110,6 +111,7 @@ int RunAndReport(std::vector<std::string> const& inWords) {
 int main(int inCount, char** inWords) {
     using namespace brindle;
 
+    console::ReserveStandardStreams();
     // Beyond the limit on the size of files, a write fails and is reported like any other.
     std::signal(SIGXFSZ, SIG_IGN);
     config::SetClientName(u"brindle"_utf16);

@@ -13,4 +13,8 @@ bool IsTerminal(StandardStream inStream) noexcept;
 /// does not know.
 std::uint32_t TerminalWidth(StandardStream inStream) noexcept;
 
+/// Opens every standard stream that is closed in such a way that using it still fails, so that no
+/// file that is opened later takes its place. To be called before any file is opened.
+void ReserveStandardStreams() noexcept;
+
 } // namespace brindle::platform

@@ -18,4 +18,8 @@ std::uint32_t ErrorOutputWidth() noexcept {
     return width != 0 ? width : kUsualWidth;
 }
 
+void ReserveStandardStreams() noexcept {
+    platform::ReserveStandardStreams();
+}
+
 } // namespace brindle::console

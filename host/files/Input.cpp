@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <system_error>
 
 namespace brindle::host {
@@ -19,15 +20,11 @@ namespace {
 
 constexpr std::uint32_t kBufferSize = 256 * 1024;
 
-std::string ReasonText(int inErrno) {
-    return "cannot be opened: " + std::generic_category().message(inErrno);
-}
-
 std::unique_ptr<IPlatformByteStream> OpenFile(File const& inFile) {
     try {
         return std::make_unique<IPlatformByteStream>(inFile, kShareWithEverybody);
     } catch (config::FileFailure const& failure) {
-        throw unreadable_error(host::ReasonText(failure));
+        throw unreadable_error(ReasonText(failure));
     }
 }
 
@@ -49,7 +46,7 @@ Input::Input(std::string const& inName, Diagnostics* inDiagnostics)
         mOther.open(inName, std::ios::binary);
         mStream = &mOther;
         if (!mOther.is_open()) {
-            throw unreadable_error(ReasonText(errno));
+            throw unreadable_error("cannot be opened: " + std::generic_category().message(errno));
         }
         break;
     default:
@@ -92,9 +89,11 @@ void Input::CurPos(std::uint64_t) {
 /// Returns how many bytes there were.
 std::uint32_t Input::ReadFromSource(std::uint8_t* outBytes, std::uint32_t inCount) {
     if (mStream != nullptr) {
+        errno = 0;
         mStream->read(reinterpret_cast<char*>(outBytes), inCount);
-        if (mStream->bad()) {
-            throw unreadable_error("cannot be read");
+        // The stream of standard input takes every failure for the end.
+        if (mStream->bad() || (mStream == &utility::streams::In && std::ferror(stdin) != 0)) {
+            throw unreadable_error("cannot be read: " + std::generic_category().message(errno));
         }
         return static_cast<std::uint32_t>(mStream->gcount());
     }

@@ -60,6 +60,22 @@ TEST_F(CommandLine, ControlCharactersReachNoTerminal) {
     }
 }
 
+TEST_F(CommandLine, AStandardStreamThatIsClosedIsAFailureAndNoOtherFile) {
+    Fill("file", "1");
+    std::filesystem::create_directory(Native("dir"));
+    for (char const* const words : {"sum - <&-", "sum - <dir", "pack - out <&-", "sum file >&-"}) {
+        Outcome const outcome = Run(words);
+        EXPECT_EQ(outcome.status, 1) << words;
+        EXPECT_NE(outcome.errors, "") << words;
+    }
+    EXPECT_EQ(EntryCount(), 2);
+    // Whatever is printed stays out of the file that is written.
+    EXPECT_EQ(Run("pack file out 0<&- 1>&- 2>&-").status, 0);
+    EXPECT_EQ(ContentOf("out"), std::string("\0"
+                                            "1",
+                                            2));
+}
+
 TEST_F(CommandLine, AProgressLineFitsIntoANarrowTerminal) {
     std::filesystem::create_directory(Native("tree"));
     Fill("tree/file", "1");
