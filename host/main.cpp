@@ -6,6 +6,7 @@
 #include "host/verbs/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
+#include <brindle/config/Describe.h>
 #include <brindle/console/Terminal.h>
 #include <brindle/utility/Streams.h>
 #include <brindle/xml/ExpatParser.h>
@@ -95,7 +96,7 @@ int RunAndReport(std::vector<std::string> const& inWords) {
     } catch (fatal_error const&) {
         // The error manager has reported it.
     } catch (std::exception const& error) {
-        WriteDiagnostic(error.what());
+        WriteDiagnostic(config::DescribeInUTF8(error));
     }
     if (!utility::streams::Out.flush()) {
         WriteDiagnostic("standard output: cannot be written");
