@@ -30,19 +30,21 @@ Verb const* const kVerbs[] = {&kSumVerb,    &kSealVerb, &kVerifyVerb, &kPlistVer
                               &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb,  &kLayoutVerb};
 
 void PrintHelp() {
+    constexpr int kCallWidth = 45;
     auto& out = utility::streams::Out;
     out << "usage: brindle VERB [OPTION...] [OPERAND...]\n\n";
     for (Verb const* const verb : kVerbs) {
         std::string const call = std::string(verb->name) + ' ' + verb->synopsis;
-        out << "  " << std::left << std::setw(41) << call << verb->summary << '\n';
+        out << "  " << std::left << std::setw(kCallWidth) << call << verb->summary << '\n';
     }
     out << "\n"
-           "  brindle VERB --help                      what a verb does\n"
-           "  brindle --version                        the version of the library\n"
+           "  brindle VERB --help                          what a verb does\n"
+           "  brindle --version                            the version of the library\n"
            "\n"
-           "What follows -- is no option. Exit status: 0 done, 1 done but something failed "
-           "or differed,\n"
-           "2 wrong usage.\n";
+           "The value of an option stands behind = or in the next word; what follows -- is no "
+           "option.\n"
+           "The file - is standard input or output.\n"
+           "Exit status: 0 done, 1 done but something failed or differed, 2 wrong usage.\n";
 }
 
 Verb const& FindVerb(std::string const& inName) {

@@ -79,11 +79,12 @@ Verb const kSumVerb = {
     "sum",
     "[--jobs=N] PATH...",
     "CRC-32, size and path of every file below each PATH",
-    "Writes a line for every file below each PATH, sorted by path: its CRC-32 as 8 hex "
-    "digits,\n"
-    "two blanks, its size in bytes, two blanks, its path. A path that holds a backslash, a\n"
-    "newline or a carriage return has them written as \\\\, \\n and \\r, and its line begins\n"
-    "with a backslash. Links to files are followed, links to directories are not entered.\n"
+    "Writes a line for every file below each PATH, sorted by path: its CRC-32 as 8 hex digits,\n"
+    "two blanks, its size in bytes, two blanks, its path. Backslashes and control characters in\n"
+    "a path are written as \\\\, \\n, \\u001b and so on, bytes that are not UTF-8 as \\xff, and "
+    "the\n"
+    "line then begins with a backslash. Links to files are followed, links to directories are\n"
+    "not entered.\n"
     "FIFOs, sockets and devices below a directory are reported and skipped; one that is a PATH\n"
     "itself is read. The PATH - is standard input.\n"
     "\n"
