@@ -90,19 +90,20 @@ int RunAndReport(std::vector<std::string> const& inWords) {
     int status = kStatus_Failed;
     std::string help = "--help";
     try {
-        status = Run(inWords, help);
+        int const result = Run(inWords, help);
+        utility::streams::Out.flush();
+        RequireOutput();
+        status = result;
     } catch (usage_error const& error) {
         WriteDiagnostic(error.what());
         utility::streams::Err << "Try 'brindle " << help << "'.\n";
         return kStatus_WrongUsage;
     } catch (fatal_error const&) {
         // The error manager has reported it.
+    } catch (output_error const& error) {
+        WriteDiagnostic("standard output: " + error.code().message());
     } catch (std::exception const& error) {
         WriteDiagnostic(config::DescribeInUTF8(error));
-    }
-    if (!utility::streams::Out.flush()) {
-        WriteDiagnostic("standard output: cannot be written");
-        status = kStatus_Failed;
     }
     return status;
 }

@@ -6,6 +6,7 @@
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 
 namespace brindle::host {
@@ -19,6 +20,12 @@ constexpr char kEraseLine[] = "\r\x1B[K";
 
 void WriteDiagnostic(std::string const& inText) {
     utility::streams::Err << "brindle: " << EscapedText(inText, "") << '\n';
+}
+
+void RequireOutput() {
+    if (!utility::streams::Out) {
+        throw output_error(errno, std::generic_category());
+    }
 }
 
 Diagnostics::Diagnostics()

@@ -4,11 +4,22 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <system_error>
 
 namespace brindle::host {
 
 /// Writes the line "brindle: TEXT" to standard error. Control characters in it are escaped.
 void WriteDiagnostic(std::string const& inText);
+
+/// Standard output cannot be written; `code()` is the system's reason, if it gave one.
+class output_error : public std::system_error {
+public:
+    using std::system_error::system_error;
+};
+
+/// Throws `output_error` if what was printed just now, or before, could not be written, so that no
+/// verb works for hours on results that get lost.
+void RequireOutput();
 
 /// Writes to standard error while a verb runs: one line for each diagnostic and, if standard error
 /// is a terminal, a progress line below them.

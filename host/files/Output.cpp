@@ -1,5 +1,6 @@
 #include "host/files/Output.h"
 
+#include "host/commandline/Diagnostics.h"
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
 #include "host/files/SystemReason.h"
@@ -46,10 +47,8 @@ void Output::Put(std::uint8_t inByte) {
 void Output::WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) {
     mPosition += inCount;
     if (mFile == nullptr) {
-        if (!utility::streams::Out.write(reinterpret_cast<char const*>(inBytes), inCount)) {
-            throw unwritable_error("cannot be written");
-        }
-        return;
+        utility::streams::Out.write(reinterpret_cast<char const*>(inBytes), inCount);
+        return RequireOutput();
     }
     try {
         mFile->WriteBlock(inBytes, inCount);

@@ -66,6 +66,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         if (inOutcome.failure.empty()) {
             ioDiagnostics.MakeRoomForOutput();
             PrintLine(inOutcome.sum, paths[inIndex].path);
+            RequireOutput();
         } else {
             ioDiagnostics.Report(paths[inIndex].path, inOutcome.failure);
         }

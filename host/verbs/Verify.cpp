@@ -141,6 +141,7 @@ void Verify(std::vector<SealedEntry> inSealed, SealedTree const& inTree, std::ui
         if (kWords[verdict] != nullptr) {
             ioDiagnostics.MakeRoomForOutput();
             utility::streams::Out << kWords[verdict] << ' ' << EscapedText(item.path) << '\n';
+            RequireOutput();
         }
     };
     SumInOrder(items.size(), inJobs, ioDiagnostics, compare, print);

@@ -40,7 +40,9 @@ TEST_F(CommandLine, HelpAndVersionAreResults) {
         EXPECT_NE(outcome.output, "") << words;
         EXPECT_EQ(outcome.errors, "") << words;
     }
-    EXPECT_EQ(Run("--version >/dev/full").status, 1);
+    Outcome const full = Run("--version >/dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.errors, "brindle: standard output: No space left on device\n");
 }
 
 TEST_F(CommandLine, ControlCharactersReachNoTerminal) {

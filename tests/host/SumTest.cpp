@@ -151,6 +151,15 @@ TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
     EXPECT_EQ(refused.status, 0);
 }
 
+TEST_F(Sum, EndsWhenItsOutputIsLost) {
+    Fill("file", "1");
+    for (int i = 0; i < 2000; ++i) { // more lines than are buffered, then what is reported
+        fs::create_symlink(i < 1000 ? "file" : "/dev/null", Native(std::to_string(10'000 + i)));
+    }
+    EXPECT_EQ(Run("sum . >/dev/full").errors,
+              "brindle: standard output: No space left on device\n");
+}
+
 TEST_F(Sum, WrongUsageSaysSo) {
     for (char const* const words : {"sum", "sum --nonsense .", "sum --jobs=0 .",
                                     "sum --jobs=1025 .", "sum --jobs=1x .", "sum --jobs= ."}) {
