@@ -25,7 +25,8 @@ public:
     /// Pushes blocks that `Link` has chained, in one step; `inFirst` becomes the top.
     void PushChain(void* inFirst, void* inLast) noexcept {
         std::uint32_t const first = OffsetOf(inFirst);
-        // Relaxed: the old top is only stored as a link, and its own link is read by whoever pops.
+        // Relaxed: the old top is only stored as a link, and its own link is read by the thread
+        // that pops it.
         std::uint64_t head = mHead.load(std::memory_order_relaxed);
         do {
             WriteLink(inLast, static_cast<std::uint32_t>(head));
