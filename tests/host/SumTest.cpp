@@ -101,19 +101,17 @@ TEST_F(Sum, NamesTheReasonThatTheSystemGives) {
     MakeFile("closed/file", "1");
     MakeFile("listed/file", "1");
     MakeFile("secret", "1");
-    fs::create_symlink("loop", Native("loop"));
     fs::permissions(Native("closed"), fs::perms::none);
     fs::permissions(Native("listed"), fs::perms::owner_read);
     fs::permissions(Native("secret"), fs::perms::none);
-    Outcome const outcome = RunUnprivileged(
-        "sum closed closed/file listed loop secret secret/below " + std::string(300, 'x'));
+    Outcome const outcome = RunUnprivileged("sum closed closed/file listed secret secret/below " +
+                                            std::string(300, 'x'));
     fs::permissions(Native("closed"), fs::perms::all);
     fs::permissions(Native("listed"), fs::perms::all);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.errors, "brindle: closed: the directory cannot be read\n"
                               "brindle: closed/file: permission denied\n"
                               "brindle: listed/file: permission denied\n"
-                              "brindle: loop: symbolic links lead in a circle\n"
                               "brindle: secret: permission denied\n"
                               "brindle: secret/below: no such file or directory\n"
                               "brindle: " +
