@@ -14,35 +14,29 @@ namespace {
 using tests::Narrow;
 using tests::Wide;
 
-TEST(PathNames, NormalFormHasBackslashesNoPrefixAndNoDoubles) {
+TEST(PathNames, HaveANormalFormAndBehindAPrefixANativeOne) {
     struct {
-        char const *given, *file, *dir;
+        char const *given, *file, *dir, *native;
     } const rows[] = {
-        {R"()", R"()", R"()"},
-        {R"(C:/a//b)", R"(C:\a\b)", R"(C:\a\b)"},
-        {R"(C:\)", R"(C:\)", R"(C:)"},
-        {R"(C:\a\\)", R"(C:\a\)", R"(C:\a\)"},
-        {R"(\\?\C:\a)", R"(C:\a)", R"(C:\a)"},
-        {R"(\\?\UNC\srv\share\x)", R"(\\srv\share\x)", R"(\\srv\share\x)"},
-        {R"(\\\\srv\\\share)", R"(\\srv\share)", R"(\\srv\share)"},
-        {R"(\\?\)", R"()", R"(\\?)"},
+        {R"(C:/a//b)", R"(C:\a\b)", R"(C:\a\b)", R"(\\?\C:\a\b)"},
+        {R"(C:\)", R"(C:\)", R"(C:)", R"(\\?\C:)"},
+        {R"(C:\a\\)", R"(C:\a\)", R"(C:\a\)", R"(\\?\C:\a\)"},
+        {R"(\\?\C:\a)", R"(C:\a)", R"(C:\a)", R"(\\?\C:\a)"},
+        {R"(\\?\UNC\srv\x)", R"(\\srv\x)", R"(\\srv\x)", R"(\\?\UNC\srv\x)"},
+        {R"(\\\\srv\\\x)", R"(\\srv\x)", R"(\\srv\x)", R"(\\?\UNC\srv\x)"},
+        {R"(//srv)", R"(\\srv)", R"(\\srv)", R"(\\?\\\srv)"},
+        {R"(\\?\)", R"()", R"(\\?)", R"(\\?\\\?)"},
+        {R"(a)", R"(a)", R"(a)", R"(\\?\a)"},
+        {R"(unc\a)", R"(unc\a)", R"(unc\a)", R"(\\?\.\unc\a)"}, // no server
     };
     for (auto const& row : rows) {
-        EXPECT_EQ(row.file, Narrow(File(Wide(row.given)).FullPath())) << row.given;
-        EXPECT_EQ(row.dir, Narrow(Dir(Wide(row.given)).FullPath())) << row.given;
+        SCOPED_TRACE(row.given);
+        Dir const dir(Wide(row.given));
+        EXPECT_EQ(row.file, Narrow(File(Wide(row.given)).FullPath()));
+        EXPECT_EQ(row.dir, Narrow(dir.FullPath()));
+        EXPECT_EQ(row.native, Narrow(dir.Helper().FullNativePath()));
     }
-}
-
-TEST(PathNames, NativeFormHasThePrefixOfItsKind) {
-    std::pair<char const*, char const*> const rows[] = {
-        {R"(C:\a)", R"(\\?\C:\a)"},     {R"(\\srv\share\x)", R"(\\?\UNC\srv\share\x)"},
-        {R"(\\srv)", R"(\\?\\\srv)"},   {R"(a)", R"(\\?\a)"},
-        {R"(unc\a)", R"(\\?\.\unc\a)"}, // no server
-    };
-    for (auto const& [path, native] : rows) {
-        EXPECT_EQ(native, Narrow(Dir(Wide(path)).Helper().FullNativePath()));
-        EXPECT_EQ(native, Narrow(File(Wide(path)).Helper().FullNativePath()));
-    }
+    EXPECT_EQ(R"(\\?\a)", Narrow(File(Wide("a")).Helper().FullNativePath()));
 }
 
 TEST(PathNames, SplitAtTheLastSeparatorAndTheDotBehindIt) {
