@@ -18,6 +18,7 @@ TEST(PathNames, HaveANormalFormAndBehindAPrefixANativeOne) {
     struct {
         char const *given, *file, *dir, *native;
     } const rows[] = {
+        {R"()", R"()", R"()", R"(\\?\)"},
         {R"(C:/a//b)", R"(C:\a\b)", R"(C:\a\b)", R"(\\?\C:\a\b)"},
         {R"(C:\)", R"(C:\)", R"(C:)", R"(\\?\C:)"},
         {R"(C:\a\\)", R"(C:\a\)", R"(C:\a\)", R"(\\?\C:\a\)"},
