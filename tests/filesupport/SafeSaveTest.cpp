@@ -20,19 +20,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class SafeSaveTest : public tests::InTemporaryDirectory {};
+class SafeSaveTest : public tests::InTemporaryDirectory {
+protected:
+    static void Write(SafeSave& ioSave, std::string const& inContent) {
+        std::ofstream(NativePath(ioSave.GetTempFile())) << inContent;
+    }
+};
 
 /// ".", process, ".", thread, as a temp file's name has it.
 std::string Ids() {
     return "." + std::to_string(getpid()) + "." + std::to_string(platform::ThreadId());
 }
-
-struct CommitCase {
-    std::string name;
-    bool isSaved;
-    /// Gets the paths of what is replaced and of the temp file.
-    std::function<void(std::string const&, std::string const&)> prepare;
-};
 
 void ExpectCommit(SafeSave& ioSave, File const& inTarget, bool inIsSaved) {
     File const temp = ioSave.GetTempFile();
@@ -54,7 +52,12 @@ TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
     auto const elsewhere = tests::TemporaryDirectory::OnAnotherFileSystem();
     std::optional<IPlatformByteStream> reader;
     std::optional<OPlatformByteStream> writer;
-    CommitCase const cases[] = {
+    struct {
+        std::string name;
+        bool isSaved;
+        /// Gets the paths of what is replaced and of the temp file.
+        std::function<void(std::string const&, std::string const&)> prepare;
+    } const cases[] = {
         {"replaced", true, [](auto&, auto&) {}},
         {"made", true, [](auto& inPlace, auto&) { fs::remove(inPlace); }},
         {"no temp file", false, [](auto&, auto& inTemp) { fs::remove(inTemp); }},
@@ -119,22 +122,18 @@ TEST_F(SafeSaveTest, EachSaveHasATempFileOfItsOwn) {
     File lower(At("q.xml")), upper(At("q.XML"));
     {
         SafeSave first(lower), second(upper), third(lower), abandoned(lower), unwritten(lower);
-        auto const write = [](SafeSave& ioSave, char const* inText) {
-            std::ofstream(NativePath(ioSave.GetTempFile())) << inText;
-        };
         for (auto* const save : {&first, &second, &third, &abandoned, &unwritten}) {
             save->GetTempFile(); // before any of them is written
         }
-        write(first, "first");
-        write(second, "second");
-        write(third, "third");
-        write(abandoned, "abandoned");
+        Write(first, "first");
+        Write(second, "second");
+        Write(third, "third");
+        Write(abandoned, "abandoned");
         first.Commit();
         second.Commit();
         EXPECT_EQ(ContentOf("q.xml"), "first");
         EXPECT_EQ(ContentOf("q.XML"), "second");
         third.Commit();
-        EXPECT_EQ(ContentOf("q.xml"), "third");
         EXPECT_THROW(unwritten.Commit(), rename_file) << "nobody has written it";
         EXPECT_EQ(ContentOf("q.xml"), "third");
     }
@@ -173,7 +172,7 @@ TEST_F(SafeSaveTest, ATempFileOfAnotherSaveIsNeitherRemovedNorCommitted) {
     temp.Delete();
     SafeSave other(target); // takes the name that is free again
     ASSERT_EQ(other.GetTempFile(), temp);
-    std::ofstream(NativePath(temp)) << "other";
+    Write(other, "other");
     EXPECT_THROW(robbed->Commit(), rename_file);
     robbed.reset();
     other.Commit();
@@ -207,8 +206,7 @@ TEST_F(SafeSaveTest, SaversWithEqualIdsDoNotShareATempFile) {
         for (int round = 0; round < 60; ++round) {
             File target(At("file"));
             SafeSave saving(target);
-            auto const temp = NativePath(saving.GetTempFile());
-            std::ofstream(temp) << std::string(kSize, inLetter);
+            Write(saving, std::string(kSize, inLetter));
             if (round % 3 != 0) { // some fail
                 EXPECT_NO_THROW(saving.Commit());
             }
@@ -238,7 +236,7 @@ TEST_F(SafeSaveTest, ANameMayBeAsLongAsTheSystemTakesIt) {
           std::string(252, 'e') + "\u20AC"}) {
         File target(At(name));
         SafeSave save(target);
-        std::ofstream(NativePath(save.GetTempFile())) << "new";
+        Write(save, "new");
         save.Commit();
         EXPECT_EQ(ContentOf(name), "new");
     }
@@ -254,7 +252,7 @@ TEST_F(SafeSaveTest, APlantedLinkIsNotFollowed) {
     for (uid_t const owner : {65534u, 0u}) {
         ASSERT_EQ(::lchown(Native("link").c_str(), owner, owner), 0);
         SafeSave save(target);
-        std::ofstream(NativePath(save.GetTempFile())) << "new";
+        Write(save, "new");
         try {
             save.Commit();
         } catch (rename_file const&) {

@@ -46,21 +46,26 @@ protected:
         EXPECT_EQ(outcome.errors, inErrors);
     }
 
-    /// The command prints no result, only this diagnostic, and exits with 1.
-    void ExpectFailure(std::string const& inWords, std::string const& inDiagnostic) const {
-        Expect(inWords, "", 1, "brindle: " + inDiagnostic + "\n");
+    /// For each row, the command prints no result, only this diagnostic, and exits with 1.
+    void ExpectFailures(std::initializer_list<std::pair<std::string, std::string>> inRows) const {
+        for (auto const& [words, diagnostic] : inRows) {
+            Expect(words, "", 1, "brindle: " + diagnostic + "\n");
+        }
     }
 
-    /// The command prints no result, says what is wrong and which help to read, and exits with 2.
-    void ExpectWrongUsage(std::string const& inWords) const {
-        SCOPED_TRACE("brindle " + inWords);
-        Outcome const outcome = Run(inWords);
-        EXPECT_EQ(outcome.status, 2);
-        EXPECT_EQ(outcome.output, "");
-        EXPECT_EQ(outcome.errors.find("brindle: "), 0u);
-        std::string const help =
-            "\nTry 'brindle " + inWords.substr(0, inWords.find(' ')) + " --help'.\n";
-        EXPECT_NE(outcome.errors.find(help), std::string::npos) << outcome.errors;
+    /// With any of these words behind the verb, the command prints no result, says what is wrong
+    /// and which help to read, and exits with 2.
+    void ExpectWrongUsage(std::string const& inVerb,
+                          std::initializer_list<std::string> inWords) const {
+        for (auto const& words : inWords) {
+            SCOPED_TRACE("brindle " + inVerb + ' ' + words);
+            Outcome const outcome = Run(inVerb + ' ' + words);
+            EXPECT_EQ(outcome.status, 2);
+            EXPECT_EQ(outcome.output, "");
+            EXPECT_EQ(outcome.errors.find("brindle: "), 0u);
+            std::string const help = "\nTry 'brindle " + inVerb + " --help'.\n";
+            EXPECT_NE(outcome.errors.find(help), std::string::npos) << outcome.errors;
+        }
     }
 
 private:

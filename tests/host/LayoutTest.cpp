@@ -1,7 +1,6 @@
 #include "tests/host/Command.h"
 #include "tests/host/ListDocument.h"
 
-#include <array>
 #include <filesystem>
 #include <regex>
 #include <set>
@@ -35,59 +34,52 @@ protected:
     std::string const mLeaf = Pair("width", Number("10")) + Pair("height", Number("20"));
 };
 
-/// A rectangle of a picture, without its outline.
-struct DrawnRect {
-    std::string kind;
-    std::array<double, 4> place; // x, y, width, height, from the corner of the frame
-};
-
-std::vector<DrawnRect> RectsOf(std::string const& inPicture) {
+/// The places of what a picture shows, each by its left, top, width and height, from the corner of
+/// the frame and without outlines.
+std::vector<double> PlacesIn(std::string const& inPicture) {
     std::regex const form(
         R"re(<rect class="(\w+)" x="(\S+)" y="(\S+)" width="(\S+)" height="(\S+)")re");
-    std::vector<DrawnRect> rects;
-    std::array<double, 2> corner{};
-    for (std::sregex_iterator match(inPicture.begin(), inPicture.end(), form), end; match != end;
+    std::set<std::string> const undrawn{"frame", "edge", "cut", "margin"};
+    std::vector<double> places;
+    double left = 0, top = 0;
+    std::sregex_iterator const end;
+    for (std::sregex_iterator match(inPicture.begin(), inPicture.end(), form); match != end;
          ++match) {
-        std::array<double, 4> place{};
-        for (std::size_t i = 0; i < place.size(); ++i) {
-            place[i] = std::stod((*match)[i + 2]);
-        }
-        std::string const kind = (*match)[1];
+        auto const number = [&](std::size_t inGroup) { return std::stod(match->str(inGroup)); };
+        std::string const kind = match->str(1);
+        double const inset = kind == "group" ? 0 : 0.5;
         if (kind == "frame") {
-            corner = {place[0], place[1]};
+            left = number(2);
+            top = number(3);
+        } else if (undrawn.count(kind) == 0) {
+            places.insert(places.end(), {number(2) - left - inset, number(3) - top - inset,
+                                         number(4) + 2 * inset, number(5) + 2 * inset});
         }
-        double const inset = kind == "frame" || kind == "group" ? 0 : 0.5;
-        rects.push_back({kind,
-                         {place[0] - corner[0] - inset, place[1] - corner[1] - inset,
-                          place[2] + 2 * inset, place[3] + 2 * inset}});
     }
-    return rects;
+    return places;
 }
 
 TEST_F(Layout, ThePictureShowsThePlacesThatAreListed) {
-    std::set<std::string> const undrawn{"frame", "edge", "cut", "margin"};
     int trees = 0;
     for (auto const& file : fs::directory_iterator(BRINDLE_SOURCES "/examples/layouts")) {
         ++trees;
         for (std::string const size : {"280x110", "120x106", "54x54"}) {
             std::string const words = "layout " + file.path().string() + ' ' + size;
             SCOPED_TRACE(words);
-            std::istringstream lines(Run(words).output);
-            std::string rest;
-            EXPECT_TRUE(std::getline(lines, rest)) << "the root, which is not drawn";
             Expect(words + " --svg=out.svg");
-            for (DrawnRect const& rect : RectsOf(ContentOf("out.svg"))) {
-                if (undrawn.count(rect.kind) != 0) {
-                    continue;
+            std::istringstream listing(Run(words).output);
+            std::string rest;
+            EXPECT_TRUE(std::getline(listing, rest)) << "the root, which is not drawn";
+            auto const places = PlacesIn(ContentOf("out.svg"));
+            for (std::size_t i = 0; i < places.size(); ++i) {
+                double listed = -1;
+                listing >> listed;
+                EXPECT_NEAR(places[i], listed, 0.011) << i; // a picture has two decimals
+                if (i % 4 == 3) {
+                    std::getline(listing, rest);
                 }
-                for (double const drawn : rect.place) {
-                    double listed = -1;
-                    lines >> listed;
-                    EXPECT_NEAR(drawn, listed, 0.011) << rect.kind; // a picture has two decimals
-                }
-                std::getline(lines, rest);
             }
-            EXPECT_FALSE(std::getline(lines, rest)) << rest;
+            EXPECT_FALSE(std::getline(listing, rest)) << rest;
         }
     }
     EXPECT_EQ(trees, 14);
@@ -96,29 +88,22 @@ TEST_F(Layout, ThePictureShowsThePlacesThatAreListed) {
 TEST_F(Layout, ReadsNumbersOfAnyTypeAndListsExactPlaces) {
     std::string const lists =
         Pair("label", "<ustring>a\\b\n&lt;</ustring>") +
-        Pair("margins", List(Pair("left", "<int type='unsigned' size='16'>1</int>"))) +
+        Pair("margins", List(Pair("left", "<int type='unsigned' size='16'>1</int>") +
+                             Pair("top", Number("1")) + Pair("bottom", Number("2")))) +
         Pair("width", List(Pair("best", Number("0.1")) + Pair("expandable", "<true/>") +
                            Pair("maximum", "<int type='signed' size='64'>30</int>"))) +
-        Pair("height", "<int type='unsigned' size='64'>7</int>");
+        Pair("height", "<int type='unsigned' size='64'>18</int>");
     std::string const tree = Row(Pair("10", List(mLeaf)) + Pair("9", List(lists)) +
                                  Pair("4000000000", List(Row(Pair("1", List(mLeaf)))))) +
                              Pair("spacing", List(Pair("horizontal", "<float>2.3</float>"))) +
                              Pair("alignment", List(Pair("vertical", Text("bottom"))));
-    EXPECT_EQ(RunTree(tree).output, "0 30 55.6 20  .\n"
-                                    "1 43 30 7  9  a\\\\b\\n<\n"
+    EXPECT_EQ(RunTree(tree).output, "0 29 55.6 21  .\n"
+                                    "1 30 30 18  9  a\\\\b\\n<\n"
                                     "33.3 30 10 20  10\n"
                                     "45.6 30 10 20  4000000000\n"
                                     "45.6 30 10 20  4000000000/1\n");
     EXPECT_EQ(RunTree(mLeaf + Pair("margins", Number("60"))).output, "60 60 0 0  .\n");
-    std::string const margins =
-        Pair("margins", List(Pair("top", Number("1")) + Pair("bottom", Number("2"))));
-    EXPECT_EQ(
-        RunTree(Pair("kind", Text("Column")) +
-                Pair("children", List(Pair("1", List(mLeaf + margins)) + Pair("2", List(mLeaf)))))
-            .output,
-        "0 0 10 43  .\n0 1 10 20  1\n0 23 10 20  2\n");
-    Outcome const drawn = RunTree(tree, "100x50 --svg=out.svg");
-    EXPECT_EQ(drawn.output + drawn.errors, "");
+    RunTree(tree, "100x50 --svg=out.svg");
     EXPECT_NE(ContentOf("out.svg").find(">a\\b\n&lt;</text>"), std::string::npos);
 }
 
@@ -131,7 +116,6 @@ TEST_F(Layout, NamesTheWrongKeyWithItsPath) {
     std::string const range = "a number from 0 to 1e9 is expected, not ";
     std::pair<std::string, std::string> const rows[] = {
         {"", "width: is missing; a number or a list is expected"},
-        {Pair("width", Text("10")), "width: a number or a list is expected, not a text"},
         {Pair("kind", Text("row")),
          "kind: one of Row, Column, Flipping, HorizontalWrapping, VerticalWrapping, AutoLayout is "
          "expected, not \"row\""},
@@ -142,9 +126,8 @@ TEST_F(Layout, NamesTheWrongKeyWithItsPath) {
          "hight\\n: unknown key; known here are width, height, role, label, margins, kind, "
          "children"},
         {mLeaf + Pair("label", List("")), "label: a text is expected, not a list"},
-        {mLeaf + Pair("margins", "<array><true/></array>"),
-         "margins: a number or a list is expected, not an array"},
-        {row, "children: is missing; a list with at least one child is expected"},
+        {Pair("width", "<array><true/></array>"),
+         "width: a number or a list is expected, not an array"},
         {Row(""), "children: is missing; a list with at least one child is expected"},
         {Pair("children", List("")), "kind: is missing; the kind of the group is expected"},
         {row + Pair("separators", Number("1")),
@@ -153,8 +136,6 @@ TEST_F(Layout, NamesTheWrongKeyWithItsPath) {
         {row + Pair("spacing", List(Pair("x", flag))),
          "spacing/x: unknown key; known here are horizontal, vertical"},
         {Row(Pair("01", List(mLeaf))), "children/01: the key has to be a whole number from 1 up"},
-        {Row(Pair("", List(mLeaf))), "children/: the key has to be a whole number from 1 up"},
-        {Row(Pair("1", flag)), "children/1: a list is expected, not true or false"},
         {inSecond(Pair("width", List(Pair("best", Text("x"))))),
          "children/2/children/7/width/best: a number is expected, not a text"},
         {inSecond(Pair("width", "<float>-0.5</float>")),
@@ -164,7 +145,7 @@ TEST_F(Layout, NamesTheWrongKeyWithItsPath) {
          "width/maximum: only what is expandable has one"}};
     for (auto const& [pairs, message] : rows) {
         Fill("tree.xml", tests::ListDocument(pairs));
-        ExpectFailure("layout tree.xml 100x50", "tree.xml: " + message);
+        ExpectFailures({{"layout tree.xml 100x50", "tree.xml: " + message}});
     }
 }
 
@@ -202,12 +183,10 @@ TEST_F(Layout, ExitStatusTellsWrongUsageAndUnusableFiles) {
         EXPECT_EQ(outcome.output, "") << words;
         EXPECT_EQ(outcome.errors.find("brindle: "), 0u) << words;
     }
-    for (std::string const words :
-         {"", "tree.xml", "tree.xml 1", "tree.xml 1x", "tree.xml x1", "tree.xml 1x1x1",
-          "tree.xml 0x1", "tree.xml 1x-1", "tree.xml 1xnan", "tree.xml infx1", "tree.xml 2e9x1",
-          "tree.xml 1x1 2", "tree.xml 1x1 --svg", "tree.xml 1x1 --svg="}) {
-        ExpectWrongUsage("layout " + words);
-    }
+    ExpectWrongUsage("layout", {"", "tree.xml", "tree.xml 1", "tree.xml 1x", "tree.xml x1",
+                                "tree.xml 1x1x1", "tree.xml 0x1", "tree.xml 1x-1", "tree.xml 1xnan",
+                                "tree.xml infx1", "tree.xml 2e9x1", "tree.xml 1x1 2",
+                                "tree.xml 1x1 --svg", "tree.xml 1x1 --svg="});
 }
 
 } // namespace

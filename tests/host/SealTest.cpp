@@ -34,10 +34,8 @@ protected:
 
 TEST_F(Seal, RecordsEveryNameReadablyAndWithoutLoss) {
     std::map<std::string, std::string> const keys = {
-        {"plain", "plain"},
         {"a/b/\xC3\xA4 \xE6\x97\xA5 \xF0\x9F\x8E\xAC",
          "a/b/\xC3\xA4 \xE6\x97\xA5 \xF0\x9F\x8E\xAC"},
-        {"a.b", "a.b"},
         {"- <&>'\"]]> ", "- &lt;&amp;&gt;&apos;&quot;]]&gt; "},
         {"100%", "100%25"},
         {"%41", "%2541"},
@@ -47,10 +45,9 @@ TEST_F(Seal, RecordsEveryNameReadablyAndWithoutLoss) {
          "\xEF\xBF\xBD%EF%BF%BE%EF%BF%BF %C2%85\xC2\xA0"},
         {"back\\slash \xEF\x81\x9C", "back\\slash \xEF\x81\x9C"},
         {"cut \xE6\x97", "cut %E6%97"},
-        {".hidden", ".hidden"}};
+    };
     for (auto const& [name, key] : keys) {
-        std::string const content = "content of " + name;
-        MakeFile("tree/" + name, content);
+        MakeFile("tree/" + name, name);
         timespec const times[2] = {{}, {951'782'399, 123'456'789}};
         ASSERT_EQ(::utimensat(AT_FDCWD, Native("tree/" + name).c_str(), times, 0), 0);
     }
@@ -60,16 +57,14 @@ TEST_F(Seal, RecordsEveryNameReadablyAndWithoutLoss) {
         document.erase(std::remove(document.begin(), document.end(), lineEnd), document.end());
     }
     for (auto const& [name, key] : keys) {
-        std::string const content = "content of " + name;
         char crc[9];
-        std::snprintf(crc, sizeof crc, "%08x",
-                      tests::BitwiseCRC(tests::Bytes(content), content.size()));
+        std::snprintf(crc, sizeof crc, "%08x", tests::BitwiseCRC(tests::Bytes(name), name.size()));
         std::string const entry =
             "<key>" + key + "</key><prop.list><prop.pair><key>crc</key><string>" + crc +
             "</string></prop.pair><prop.pair><key>modified</key>"
             "<string>2000-02-28T23:59:59.1234567Z</string></prop.pair><prop.pair><key>size</key>"
             "<int type='unsigned' size='64'>" +
-            std::to_string(content.size()) + "</int></prop.pair></prop.list>";
+            std::to_string(name.size()) + "</int></prop.pair></prop.list>";
         EXPECT_NE(document.find(entry), std::string::npos) << entry;
     }
     Expect("verify tree/brindle-seal.xml", Clean(keys.size()));
@@ -91,14 +86,13 @@ TEST_F(Seal, HoldsAfterTreeAndManifestAreMovedOrSealedAgain) {
     fs::remove(Native("moved/tree/link.xml"));
     Expect("verify moved/tree/brindle-seal.xml", Clean(2));
     Expect("verify --root=moved/tree moved/lists/old.xml", Clean(3));
-    fs::remove_all(Native("moved/lists"));
 
     // A link to the manifest counts as the manifest; a hard link keeps the older version.
     fs::create_symlink("../brindle-seal.xml", Native("moved/tree/sub/link"));
     fs::create_hard_link(Native("moved/tree/brindle-seal.xml"), Native("moved/tree/second"));
     for (char const* const words : {"seal .", "seal ../tree --output=sub/link"}) {
-        std::string const in = "cd '" + Native("moved/tree") + "' && ";
-        ASSERT_EQ(std::system((in + BRINDLE_COMMAND " " + words).c_str()), 0);
+        std::string const in = "cd '" + Native("moved/tree") + "' && " BRINDLE_COMMAND " ";
+        ASSERT_EQ(std::system((in + words).c_str()), 0);
         Expect("verify moved/tree/sub/link", Clean(3));
     }
     fs::create_directory_symlink("moved/tree", Native("other"));
@@ -125,8 +119,8 @@ TEST_F(Seal, VerifyNamesChangedMissingAndNewFiles) {
     ASSERT_EQ(mknod(Native("tree/fifo").c_str(), S_IFIFO | 0600, 0), 0);
     MakeFile("tree/dir/new\\one", "");
     MakeFile("tree/dir.new", "");
-    for (char const* const words : {"", " --jobs=1", " --jobs=3"}) {
-        Expect(std::string("verify tree/brindle-seal.xml") + words,
+    for (std::string const jobs : {"1", "3"}) {
+        Expect("verify tree/brindle-seal.xml --jobs=" + jobs,
                "changed changed\nnew dir.new\nnew dir/new\\\\one\nchanged fifo\nmissing gone\n"
                "changed grown\nmissing x\\ny\n7 files: 3 changed, 2 missing, 2 new, 0 unreadable\n",
                1);
@@ -156,12 +150,8 @@ TEST_F(Seal, AnUnchangedTreeVerifiesWhateverItHolds) {
     fs::permissions(Native("tree/secret"), fs::perms::none);
     fs::permissions(Native("tree/closed"), fs::perms::none);
     Outcome const sealed = RunUnprivileged("seal tree");
-    EXPECT_EQ(sealed.status, 1) << "three cannot be read";
     EXPECT_EQ(std::count(sealed.errors.begin(), sealed.errors.end(), '\n'), 3) << sealed.errors;
-    Outcome const unchanged = RunUnprivileged("verify tree/brindle-seal.xml");
-    EXPECT_EQ(unchanged.status, 0);
-    EXPECT_EQ(unchanged.output, Clean(7));
-    EXPECT_EQ(unchanged.errors, "");
+    EXPECT_EQ(RunUnprivileged("verify tree/brindle-seal.xml 2>&1").output, Clean(7));
 
     fs::permissions(Native("tree/secret"), fs::perms::owner_read);
     fs::permissions(Native("tree/closed"), fs::perms::all);
@@ -179,12 +169,7 @@ TEST_F(Seal, AnUnchangedTreeVerifiesWhateverItHolds) {
 TEST_F(Seal, AManifestMayPassThroughStandardStreams) {
     MakeFile("tree/file", "1");
     MakeFile("tree/-", "2");
-    Expect("seal tree");
-    Expect("verify tree", Clean(2));
-    fs::remove(Native("tree/brindle-seal.xml"));
-    Outcome const sealed = Run("seal tree --output=-");
-    EXPECT_EQ(sealed.status, 0);
-    Fill("m.xml", sealed.output);
+    Fill("m.xml", Run("seal tree --output=-").output);
     Expect("verify - <m.xml", Clean(2));
 }
 
@@ -198,7 +183,7 @@ TEST_F(Seal, LeavesOutFilesThatChangeWhileTheyAreRead) {
             fs::last_write_time(Native("tree/busy"), fs::file_time_type::clock::now());
         }
     });
-    ExpectFailure("seal tree", "tree/busy: changed while it was read");
+    ExpectFailures({{"seal tree", "tree/busy: changed while it was read"}});
     isSealed = true;
     toucher.join();
     Expect("verify tree/brindle-seal.xml",
@@ -248,10 +233,10 @@ TEST_F(Seal, AManifestFromElsewhereIsNotTrusted) {
     }
     for (auto const& [told, instead, reason] : lies) {
         write(told, instead);
-        ExpectFailure("verify m.xml", "m.xml: is no manifest: " + reason);
+        ExpectFailures({{"verify m.xml", "m.xml: is no manifest: " + reason}});
     }
     write("version='4'", "version='5'");
-    ExpectFailure("verify m.xml", "m.xml: is a property list of a later version");
+    ExpectFailures({{"verify m.xml", "m.xml: is a property list of a later version"}});
     for (std::size_t length = 0; length + 2 < good.size(); length += 41) {
         Fill("m.xml", good.substr(0, length));
         Outcome const cut = Run("verify m.xml");
@@ -271,7 +256,7 @@ TEST_F(Seal, AFailureLeavesTheOldManifest) {
     MakeFile("tree/file", "1");
     Expect("seal tree --output=m.xml");
     std::string const before = ContentOf("m.xml");
-    std::pair<char const*, char const*> const rows[] = {
+    ExpectFailures({
         {"seal nowhere --output=m.xml", "nowhere: no such directory"},
         {"seal m.xml --output=m.xml", "m.xml: no such directory"},
         {"seal tree --output=tree", "tree: is no regular file, so it is not replaced"},
@@ -280,18 +265,13 @@ TEST_F(Seal, AFailureLeavesTheOldManifest) {
         {"seal tree --output=/proc/m.xml", "/proc/m.xml: no such file or directory"},
         {"verify nowhere", "nowhere: no such file or directory"},
         {"verify tree", "tree/brindle-seal.xml: no such file or directory"},
-        {"verify m.xml --root=nowhere", "nowhere: no such directory"}};
-    for (auto const& [words, diagnostic] : rows) {
-        ExpectFailure(words, diagnostic);
-    }
+        {"verify m.xml --root=nowhere", "nowhere: no such directory"},
+    });
     EXPECT_EQ(ContentOf("m.xml"), before);
     Expect("verify m.xml", Clean(1));
-    for (char const* const words :
-         {"seal", "seal a b", "seal --help=x", "seal --output= tree", "seal tree --output",
-          "seal --root=x tree", "seal --jobs=0 tree", "verify", "verify a b",
-          "verify --root= m.xml", "verify --jobs=x m.xml"}) {
-        ExpectWrongUsage(words);
-    }
+    ExpectWrongUsage("seal", {"", "a b", "--help=x", "--output= tree", "tree --output",
+                              "--root=x tree", "--jobs=0 tree"});
+    ExpectWrongUsage("verify", {"", "a b", "--root= m.xml", "--jobs=x m.xml"});
 }
 
 } // namespace

@@ -53,10 +53,6 @@ protected:
 };
 
 TEST_F(Sum, SumsFilesOfEveryNameAndSkipsWhatIsNoFile) {
-    std::string large;
-    for (unsigned i = 0; i < 400'000; ++i) {
-        large += static_cast<char>(i * i >> 3);
-    }
     for (std::string const name :
          {"plain", "sub/one", "sub.one", "sub/deeper/two", "new\nline", "back\\slash",
           "return\rhere", "escape \x1B[2J", "C1 \xC2\x9B[2J", "raw C1 \x9B[2J",
@@ -65,7 +61,7 @@ TEST_F(Sum, SumsFilesOfEveryNameAndSkipsWhatIsNoFile) {
         MakeFile(name, "content of " + name);
     }
     MakeFile("empty", "");
-    MakeFile("large", large);
+    MakeFile("large", std::string(400'000, 'l'));
     fs::create_symlink("/dev/null", Native("device"));
     fs::create_symlink("plain", Native("link"));
     mLines[Native("link")] = LineFor("content of plain", Native("link"));
@@ -84,7 +80,7 @@ TEST_F(Sum, SumsFilesOfEveryNameAndSkipsWhatIsNoFile) {
                                   "socket: skipped, it is a socket\n");
 }
 
-TEST_F(Sum, TakesFilesAndDirectoriesAndSortsThemTogether) {
+TEST_F(Sum, TakesFilesOfAnyKindAndDirectoriesAndSortsThemTogether) {
     MakeFile("b/file", "1");
     MakeFile("a", "2");
     MakeFile("--x", "3");
@@ -92,47 +88,39 @@ TEST_F(Sum, TakesFilesAndDirectoriesAndSortsThemTogether) {
            LineFor("3", "--x") + LineFor("2", "a") + LineFor("1", "b/file"), 1,
            "brindle: missing: no such file or directory\n");
     Expect("sum ./b/", LineFor("1", "./b/file"));
+    Expect("sum - <a", LineFor("2", "-"));
+    Expect("sum /dev/null", LineFor("", "/dev/null"));
     EXPECT_EQ(Run("sum /proc/self/status").output.find("  0  "), std::string::npos)
         << "files without a size have content too";
+    ASSERT_EQ(mkfifo(Native("fifo").c_str(), 0600), 0);
+    EXPECT_EQ(Run("sum fifo", "cat '" + Native("a") + "' >'" + Native("fifo") + "' & ").output,
+              LineFor("2", "fifo"));
 }
 
 TEST_F(Sum, NamesTheReasonThatTheSystemGives) {
     MakeFile("closed/file", "1");
     MakeFile("listed/file", "1");
     MakeFile("secret", "1");
-    fs::create_symlink("loop", Native("loop"));
     fs::permissions(Native("closed"), fs::perms::none);
     fs::permissions(Native("listed"), fs::perms::owner_read);
     fs::permissions(Native("secret"), fs::perms::none);
-    Outcome const outcome = RunUnprivileged(
-        "sum closed closed/file listed loop secret secret/below " + std::string(300, 'x'));
+    Outcome const outcome = RunUnprivileged("sum closed closed/file listed secret secret/below " +
+                                            std::string(300, 'x'));
     fs::permissions(Native("closed"), fs::perms::all);
     fs::permissions(Native("listed"), fs::perms::all);
-    EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.errors, "brindle: closed: the directory cannot be read\n"
                               "brindle: closed/file: permission denied\n"
                               "brindle: listed/file: permission denied\n"
-                              "brindle: loop: symbolic links lead in a circle\n"
                               "brindle: secret: permission denied\n"
                               "brindle: secret/below: no such file or directory\n"
                               "brindle: " +
                                   std::string(300, 'x') + ": the name is too long\n");
 }
 
-TEST_F(Sum, ReadsAnyKindOfFileThatIsNamed) {
-    Fill("file", "123456789");
-    ASSERT_EQ(mkfifo(Native("fifo").c_str(), 0600), 0);
-    std::string const sum = "cbf43926  9  ";
-    EXPECT_EQ(Run("sum fifo", "cat '" + Native("file") + "' >'" + Native("fifo") + "' & ").output,
-              sum + "fifo\n");
-    EXPECT_EQ(Run("sum - <file").output, sum + "-\n");
-    EXPECT_EQ(Run("sum /dev/null").output, "00000000  0  /dev/null\n");
-}
-
 TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
-    for (int i = 0; i < 2000;
-         ++i) { // more than are computed ahead, and small files overtake large ones
+    // More than are computed ahead, and small files overtake large ones.
+    for (int i = 0; i < 2000; ++i) {
         MakeFile("d" + std::to_string(i % 7) + "/\n" + std::to_string(i),
                  std::string(i % 97 == 0 ? 100'000u : 1u, static_cast<char>(i)));
         fs::create_symlink(i % 2 != 0 ? "nowhere" : "/dev/null", Native("a" + std::to_string(i)));
@@ -143,12 +131,10 @@ TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
         Outcome const outcome = Run(std::string("sum ") + jobs + " '" + mTemporary.Native() + "'");
         EXPECT_EQ(outcome.output, alone.output) << jobs;
         EXPECT_EQ(outcome.errors, alone.errors) << jobs;
-        EXPECT_EQ(outcome.status, 1) << jobs;
     }
     Outcome const refused = Run("sum --jobs=1024 d0", "ulimit -S -s 500000000; ");
     EXPECT_EQ(refused.errors, "brindle: Not enough thread resources.\n") << "stacks of half a TB";
     EXPECT_EQ(refused.output, Run("sum --jobs=2 d0").output);
-    EXPECT_EQ(refused.status, 0);
 }
 
 TEST_F(Sum, EndsWhenItsOutputIsLost) {
@@ -156,15 +142,12 @@ TEST_F(Sum, EndsWhenItsOutputIsLost) {
     for (int i = 0; i < 2000; ++i) { // more lines than are buffered, then what is reported
         fs::create_symlink(i < 1000 ? "file" : "/dev/null", Native(std::to_string(10'000 + i)));
     }
-    EXPECT_EQ(Run("sum . >/dev/full").errors,
-              "brindle: standard output: No space left on device\n");
+    ExpectFailures({{"sum . >/dev/full", "standard output: No space left on device"}});
 }
 
 TEST_F(Sum, WrongUsageSaysSo) {
-    for (char const* const words : {"sum", "sum --nonsense .", "sum --jobs=0 .",
-                                    "sum --jobs=1025 .", "sum --jobs=1x .", "sum --jobs= ."}) {
-        ExpectWrongUsage(words);
-    }
+    ExpectWrongUsage(
+        "sum", {"", "--nonsense .", "--jobs=0 .", "--jobs=1025 .", "--jobs=1x .", "--jobs= ."});
 }
 
 } // namespace

@@ -166,16 +166,15 @@ public:
     bool VisitChildren(boost::function<bool(arrange::IArrangeable&)>) override { return true; }
 };
 
+template <typename... Groups>
+void UseEachGroup() {
+    (Empty<Groups>().BestSize(), ...);
+}
+
 void UseGroups() {
     using namespace arrange;
-    Empty<Row>().BestSize();
-    Empty<Column>().BestSize();
-    Empty<Flipping>().BestSize();
-    Empty<HorizontalWrapping>().BestSize();
-    Empty<VerticalWrapping>().BestSize();
-    Empty<AutoLayout>().BestSize();
-    Empty<DynamicGroup>().BestSize();
-    Check(typeid(impl::RowArrangement) != typeid(impl::ColumnArrangement), "a row and a column");
+    UseEachGroup<Row, Column, Flipping, HorizontalWrapping, VerticalWrapping, AutoLayout,
+                 DynamicGroup>();
 }
 
 void UseValues() {
@@ -193,72 +192,37 @@ void UseValues() {
     MemoryMappedFile().Reset();
 }
 
+template <typename... Types>
+void UseTypeInformation() {
+    static std::type_info const* const types[] = {&typeid(Types)...};
+    for (std::type_info const* const type : types) {
+        Check(*type != typeid(void), "type information");
+    }
+}
+
 /// The other classes: that the linker finds them is enough.
-std::type_info const* const S_types[] = {
-    &typeid(Impl),
-    &typeid(arrange::IArrangeable),
-    &typeid(arrange::Single),
-    &typeid(arrange::impl::AbstractArrangeableGroup),
-    &typeid(arrange::impl::ArrangementSet),
-    &typeid(arrange::impl::GroupArrangement),
-    &typeid(arrange::impl::IArrangement),
-    &typeid(config::DeferredErrorReporter),
-    &typeid(config::ErrorManager),
-    &typeid(config::FileFailure),
-    &typeid(config::Localizer),
-    &typeid(config::ReplacementValue),
-    &typeid(filesupport::ByteStream_base),
-    &typeid(filesupport::IBufferByteStream),
-    &typeid(filesupport::IBufferedByteStream),
-    &typeid(filesupport::IByteStream),
-    &typeid(filesupport::IContainerByteStream<std::string>),
-    &typeid(filesupport::IDequeByteStream),
-    &typeid(filesupport::IRLEByteStream),
-    &typeid(filesupport::IStdByteStream),
-    &typeid(filesupport::IStringByteStream),
-    &typeid(filesupport::IteratorHelper),
-    &typeid(filesupport::OBufferByteStream),
-    &typeid(filesupport::OBufferedByteStream),
-    &typeid(filesupport::OByteStream),
-    &typeid(filesupport::OCRCByteStream),
-    &typeid(filesupport::OCountingByteStream),
-    &typeid(filesupport::OContainerByteStream<std::string>),
-    &typeid(filesupport::ODequeByteStream),
-    &typeid(filesupport::OPlatformByteStream),
-    &typeid(filesupport::ORLEByteStream),
-    &typeid(filesupport::OSafeSaveStream),
-    &typeid(filesupport::OStdByteStream),
-    &typeid(filesupport::OStringByteStream),
-    &typeid(filesupport::byte_stream_exception),
-    &typeid(filesupport::create_accessdenied_exception),
-    &typeid(filesupport::create_exception),
-    &typeid(filesupport::create_fnf_exception),
-    &typeid(filesupport::create_invalidpath_exception),
-    &typeid(filesupport::create_locked_exception),
-    &typeid(filesupport::dir_delete_exception),
-    &typeid(filesupport::dir_exception),
-    &typeid(filesupport::dir_not_found_exception),
-    &typeid(filesupport::eof_error),
-    &typeid(filesupport::file_delete_exception),
-    &typeid(filesupport::io_error),
-    &typeid(filesupport::rename_dir),
-    &typeid(filesupport::rename_dir_already_exists),
-    &typeid(filesupport::rename_file),
-    &typeid(proplist::PropListXMLHandler),
-    &typeid(threads::AsyncEventLoopAdaptor),
-    &typeid(threads::AsyncEventLoopExecutor),
-    &typeid(threads::AsyncExecutor),
-    &typeid(threads::AsyncThreadedExecutor),
-    &typeid(threads::SyncPoint),
-    &typeid(threads::Barrier),
-    &typeid(threads::Thread),
-    &typeid(threads::ThreadGroup),
-    &typeid(utility::RefCountedObject),
-    &typeid(xml::AbstractDocParser),
-    &typeid(xml::AbstractParseHandler),
-    &typeid(xml::DocParserFactory),
-    &typeid(xml::ExpatParser),
-};
+void UseOtherClasses() {
+    using namespace filesupport;
+    UseTypeInformation<
+        arrange::impl::RowArrangement, arrange::impl::ColumnArrangement, Impl,
+        arrange::IArrangeable, arrange::Single, arrange::impl::AbstractArrangeableGroup,
+        arrange::impl::ArrangementSet, arrange::impl::GroupArrangement, arrange::impl::IArrangement,
+        config::DeferredErrorReporter, config::ErrorManager, config::FileFailure, config::Localizer,
+        config::ReplacementValue, ByteStream_base, IBufferByteStream, IBufferedByteStream,
+        IByteStream, IContainerByteStream<std::string>, IDequeByteStream, IRLEByteStream,
+        IStdByteStream, IStringByteStream, IteratorHelper, OBufferByteStream, OBufferedByteStream,
+        OByteStream, OCRCByteStream, OCountingByteStream, OContainerByteStream<std::string>,
+        ODequeByteStream, OPlatformByteStream, ORLEByteStream, OSafeSaveStream, OStdByteStream,
+        OStringByteStream, byte_stream_exception, create_accessdenied_exception, create_exception,
+        create_fnf_exception, create_invalidpath_exception, create_locked_exception,
+        dir_delete_exception, dir_exception, dir_not_found_exception, eof_error,
+        file_delete_exception, io_error, rename_dir, rename_dir_already_exists, rename_file,
+        proplist::PropListXMLHandler, threads::AsyncEventLoopAdaptor,
+        threads::AsyncEventLoopExecutor, threads::AsyncExecutor, threads::AsyncThreadedExecutor,
+        threads::SyncPoint, threads::Barrier, threads::Thread, threads::ThreadGroup,
+        utility::RefCountedObject, xml::AbstractDocParser, xml::AbstractParseHandler,
+        xml::DocParserFactory, xml::ExpatParser>();
+}
 
 } // namespace
 
@@ -268,8 +232,6 @@ int main() {
     UseThreads();
     UseGroups();
     UseValues();
-    for (std::type_info const* const type : S_types) {
-        Check(*type != typeid(void), "type information");
-    }
+    UseOtherClasses();
     return S_status;
 }

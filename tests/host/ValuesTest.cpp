@@ -1,13 +1,14 @@
 #include "tests/host/Command.h"
 
 #include <map>
+#include <set>
 #include <sstream>
 
 namespace brindle::host {
 
 namespace {
 
-class Time : public tests::Command {
+class Values : public tests::Command {
 protected:
     /// The printed values by their labels.
     std::map<std::string, std::string> Lines(std::string const& inWords) {
@@ -22,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(Time, ConvertsToExactTicksSecondsFramesAndTimecode) {
+TEST_F(Values, OfTimeAreExactTicksSecondsFramesAndTimecode) {
     auto const hour = Lines("'01:00:00;00' --rate=29.97");
     EXPECT_EQ(hour.at("ticks"), "914456685542400") << "107892 frames of 1001/30000 s";
     EXPECT_EQ(hour.at("drop-frame@59.94"), "01:00:00;00");
@@ -31,7 +32,7 @@ TEST_F(Time, ConvertsToExactTicksSecondsFramesAndTimecode) {
     EXPECT_EQ(part.at("timecode@25"), "-00:00:01:12");
 }
 
-TEST_F(Time, NumbersReadBackAsTheSameTime) {
+TEST_F(Values, OfTimeReadBackAsTheSameTime) {
     for (std::string const ticks :
          {"0", "-1", "254016000001", "9223372036854775807", "-9223372036854775808"}) {
         auto const lines = Lines(ticks + "t --rate=30000/1001");
@@ -45,7 +46,7 @@ TEST_F(Time, NumbersReadBackAsTheSameTime) {
     EXPECT_EQ(Lines(".000000000002").at("ticks"), "1") << "to the nearest tick";
 }
 
-TEST_F(Time, RatesAreExactFractionsOrNtscRates) {
+TEST_F(Values, OfRatesAreExactFractionsOrNtscRates) {
     std::istringstream rows("24 10584000000 12.5 20321280000 29.97 8475667200 23.976 10594584000 "
                             "30000/1001 8475667200 119.88 2118916800 "
                             "23.98 10594584000 59.94 4237833600 254016000000 1");
@@ -54,15 +55,43 @@ TEST_F(Time, RatesAreExactFractionsOrNtscRates) {
     }
 }
 
-TEST_F(Time, WrongUsageSaysSo) {
-    std::istringstream all(
-        "|1 2|''|s|.|1x|--rate|1e3|1.5t|1.2.3|5f|00:00:00:00|9223372036854775808t|"
-        "36310201.08|1 --rate=0|1 --rate=1/0|1 --rate=|1 --rate=.|"
-        "1 --rate=-24|1 --rate=29.5|1 --rate=29.97/1|1 --rate=508032000000|"
-        "'00:01:00;00' --rate=29.97|00:00:00:00 --rate=12.5");
-    for (std::string words; std::getline(all, words, '|');) {
-        ExpectWrongUsage("time " + words);
-    }
+TEST_F(Values, OfNoTimeAreWrongUsage) {
+    ExpectWrongUsage("time", {"",
+                              "1 2",
+                              "''",
+                              "s",
+                              ".",
+                              "1x",
+                              "--rate",
+                              "1e3",
+                              "1.5t",
+                              "1.2.3",
+                              "5f",
+                              "00:00:00:00",
+                              "9223372036854775808t",
+                              "36310201.08",
+                              "1 --rate=0",
+                              "1 --rate=1/0",
+                              "1 --rate=",
+                              "1 --rate=.",
+                              "1 --rate=-24",
+                              "1 --rate=29.5",
+                              "1 --rate=29.97/1",
+                              "1 --rate=508032000000",
+                              "'00:01:00;00' --rate=29.97",
+                              "00:00:00:00 --rate=12.5"});
+}
+
+TEST_F(Values, OfCalcAndGuid) {
+    Expect("calc '1,000+1'", "1001\n");
+    Expect("calc -5", "-5\n");
+    Expect("calc -- --5", "-5\n");
+    Expect("calc 0.1+0.2", "0.30000000000000004\n");
+    ExpectWrongUsage("calc", {"", "1 2", "-x", "--5"});
+    EXPECT_EQ(Run("guid").output.size(), 37u);
+    std::istringstream words(Run("guid 1000").output);
+    EXPECT_EQ(std::set<std::string>(std::istream_iterator<std::string>(words), {}).size(), 1000u);
+    ExpectWrongUsage("guid", {"0", "1000001", "x", "1 2", "--x"});
 }
 
 } // namespace
