@@ -278,7 +278,7 @@ constexpr bool TakesNone() {
 
 TEST(UnitInserters, LiteralsAreTextOrDoNotCompile) {
     oUTF16StringStream out;
-    out << u"abc" << u'x' << 1 << u'y' << u"\u20AC" << std::setw(3) << u'z' << u"abc" + 1;
+    out << u"abc" << u'x' << 1 << u'y' << u"\u20AC" << std::setw(3) << u'z' << &u"abc"[1];
     EXPECT_EQ(out.str(), u"abcx1y\u20AC  zbc"_utf16);
     out << static_cast<char16_t const*>(nullptr);
     EXPECT_TRUE(out.bad());
