@@ -97,46 +97,36 @@ TEST(LayoutSafety, SizesThatAreNotFiniteAreArranged) {
     }
 }
 
-TEST(LayoutSafety, AChangedTypeIsArrangedWhereItStands) {
-    for (int moment = 0; moment < 4; ++moment) {
-        Stage stage({10, 10, 10});
-        int const changing = stage.Add(kRow, {0, 1});
-        stage.Of(changing).isDynamic = true;
-        stage.Renew(changing);
-        IArrangeable& root = *stage.Node(stage.Add(kColumn, {2, changing}));
-        root.Arrange(kPage);
-        ASSERT_EQ(stage.x[1], 50);
-        DynamicGroup& group = *stage.Dynamic(changing);
-        auto const change = [&] { group.SetArrangementType(kGroupArrangementType_Column); };
-        // While measuring or arranging a leaf of the group, or one in front of it.
-        int const leaf = moment % 2 == 0 ? 2 : 0;
-        stage.once[{leaf, moment < 2 ? "BestWidth?" : "ArrangeContent"}] = change;
-        moment < 2 ? stage.Node(leaf)->Invalidate() : group.InvalidateAll();
-        root.Rearrange();
-        EXPECT_EQ(stage.x[1], 0) << moment;
-        EXPECT_EQ(group.Group()->Parent(), &root) << moment;
-    }
-}
-
-TEST(LayoutSafety, AGroupMayBeReplacedFromWithinAnyOfItsOperations) {
-    for (std::string_view const operation :
-         {"HorizontalSpacing?", "HorizontalAlignment?", "LeftMargin?", "BuildSeparator?",
-          "Position", "SetDimensions"}) {
+TEST(LayoutSafety, AGroupMayBeReplacedFromWithinAnyOperationAndIsArrangedWhereItStands) {
+    int const leaf = 0, inFront = 3, changing = 4, row = 5;
+    std::pair<int, std::string_view> const moments[] = {{leaf, "BestWidth?"},
+                                                        {leaf, "ArrangeContent"},
+                                                        {inFront, "BestWidth?"},
+                                                        {inFront, "ArrangeContent"},
+                                                        {changing, "HorizontalSpacing?"},
+                                                        {changing, "HorizontalAlignment?"},
+                                                        {changing, "LeftMargin?"},
+                                                        {changing, "BuildSeparator?"},
+                                                        {changing, "Position"},
+                                                        {changing, "SetDimensions"}};
+    for (auto const& moment : moments) {
         for (bool const isMeasured : {true, false}) {
-            SCOPED_TRACE(std::string(operation) + (isMeasured ? ", measured" : ", arranged"));
-            Stage stage({10, 10});
-            int const changing = stage.Add(kRow, {0, 1});
+            SCOPED_TRACE(std::string(moment.second) + (isMeasured ? ", measured" : ", arranged"));
+            Stage stage({10, 10, 10, 10});
+            stage.Add(kRow, {0, 1});
             stage.Of(changing).isDynamic = true;
             stage.Renew(changing);
-            IArrangeable& root = *stage.Node(stage.Add(kColumn, {stage.Add(kRow, {changing})}));
+            stage.Add(kRow, {changing});
+            IArrangeable& root = *stage.Node(stage.Add(kColumn, {inFront, row}));
             root.Arrange(kPage);
+            ASSERT_EQ(stage.x[1], 50);
             DynamicGroup& group = *stage.Dynamic(changing);
-            stage.once[{changing, operation}] = [&] {
-                group.SetArrangementType(kGroupArrangementType_Column);
-            };
-            isMeasured ? group.Invalidate() : root.Rearrange();
-            root.Invalidate();
+            stage.once[moment] = [&] { group.SetArrangementType(kGroupArrangementType_Column); };
+            stage.Of(changing).children.push_back(2); // which needs new separators
+            isMeasured ? stage.Node(moment.first)->Invalidate() : root.Rearrange();
+            stage.Node(moment.first)->Invalidate();
             root.Rearrange();
+            EXPECT_EQ(stage.x[1], 0);
             EXPECT_EQ(group.Group()->Parent()->Parent(), &root);
         }
     }
