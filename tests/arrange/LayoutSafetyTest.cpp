@@ -21,7 +21,10 @@ struct Stage : Scene {
         }
         onCall = [this](Call const& inCall) {
             ++counts[{inCall.node, inCall.name}];
-            x[inCall.node] = inCall.name.back() == '?' ? x[inCall.node] : inCall.rect.origin[0];
+            if (inCall.name.back() != '?') {
+                x[inCall.node] = inCall.rect.origin[0];
+                y[inCall.node] = inCall.rect.origin[1];
+            }
             if (Action const action = std::exchange(once[{inCall.node, inCall.name}], nullptr)) {
                 action();
             }
@@ -36,9 +39,10 @@ struct Stage : Scene {
     }
     int Arranged(int inId) { return counts[{inId, "ArrangeContent"}]; }
 
-    std::map<std::pair<int, std::string_view>, int> counts;
-    std::map<std::pair<int, std::string_view>, Action> once;
-    std::map<int, float> x; ///< of the last call
+    using Operation = std::pair<int, std::string_view>; ///< of a node
+    std::map<Operation, int> counts;
+    std::map<Operation, Action> once;
+    std::map<int, float> x, y; ///< of the last call
 };
 
 TEST(LayoutSafety, TreesOfAnyDepthAndRingsOfParentsAreArranged) {
@@ -99,16 +103,16 @@ TEST(LayoutSafety, SizesThatAreNotFiniteAreArranged) {
 
 TEST(LayoutSafety, AGroupMayBeReplacedFromWithinAnyOperationAndIsArrangedWhereItStands) {
     int const leaf = 0, inFront = 3, changing = 4, row = 5;
-    std::pair<int, std::string_view> const moments[] = {{leaf, "BestWidth?"},
-                                                        {leaf, "ArrangeContent"},
-                                                        {inFront, "BestWidth?"},
-                                                        {inFront, "ArrangeContent"},
-                                                        {changing, "HorizontalSpacing?"},
-                                                        {changing, "HorizontalAlignment?"},
-                                                        {changing, "LeftMargin?"},
-                                                        {changing, "BuildSeparator?"},
-                                                        {changing, "Position"},
-                                                        {changing, "SetDimensions"}};
+    Stage::Operation const moments[] = {{leaf, "BestWidth?"},
+                                        {leaf, "ArrangeContent"},
+                                        {inFront, "BestWidth?"},
+                                        {inFront, "ArrangeContent"},
+                                        {changing, "HorizontalSpacing?"},
+                                        {changing, "HorizontalAlignment?"},
+                                        {changing, "LeftMargin?"},
+                                        {changing, "BuildSeparator?"},
+                                        {changing, "Position"},
+                                        {changing, "SetDimensions"}};
     for (auto const& moment : moments) {
         for (bool const isMeasured : {true, false}) {
             SCOPED_TRACE(std::string(moment.second) + (isMeasured ? ", measured" : ", arranged"));
@@ -152,9 +156,11 @@ TEST(LayoutSafety, NodesMayBeDestroyedInAnyOrder) {
 TEST(LayoutSafety, ExceptionsAndPassesLeaveTheTreeUsable) {
     Stage stage;
     IArrangeable& root = *stage.Node(stage.Add(kRow, {0, 1}));
-    for (std::pair<int, std::string_view> const call :
-         {std::pair(2, "BuildSeparator?"), std::pair(0, "ArrangeContent"),
-          std::pair(1, "BestWidth?"), std::pair(0, "ExpandedWidth?")}) {
+    for (Stage::Operation const& call :
+         std::initializer_list<Stage::Operation>{{2, "BuildSeparator?"},
+                                                 {0, "ArrangeContent"},
+                                                 {1, "BestWidth?"},
+                                                 {0, "ExpandedWidth?"}}) {
         stage.once[call] = [] { throw std::runtime_error("not now"); };
         EXPECT_THROW((stage.Node(1)->Invalidate(), root.Arrange(kPage)), std::runtime_error);
         stage.counts.clear();
@@ -189,13 +195,8 @@ TEST(LayoutSafety, ALeafThatIsMarkedWhileItIsArrangedEndsWithItsNewSize) {
         stage.Of(0).best[1] = stage.Of(0).min[1] = 25;
         stage.Node(0)->MarkInvalid();
     };
-    float below = 0;
-    stage.onCall = [&, count = stage.onCall](Call const& inCall) {
-        below = inCall.node == 1 && inCall.name == "ArrangeContent" ? inCall.rect.origin[1] : below;
-        count(inCall);
-    };
     stage.Node(flow)->Arrange({0, 0, 200, 300});
-    EXPECT_EQ(below, 25);
+    EXPECT_EQ(stage.y[1], 25);
     EXPECT_EQ(stage.Arranged(0), 2);
 }
 

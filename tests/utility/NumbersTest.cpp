@@ -233,14 +233,9 @@ TEST_F(Numbers, AreCalculatedAsByRepeatedCutting) {
 }
 
 TEST_F(Numbers, AreCalculatedFromTextOfAnyLengthAndDepth) {
-    constexpr std::size_t kUnits = 65'536;
-    std::string soup;
-    while (soup.size() < kUnits) {
-        soup += static_cast<char>(AnyOf(u"1+-*/^e()"));
-    }
     auto const repeated = [](std::string const& inPiece) {
         UTF16String text;
-        while (text.size() < kUnits) {
+        while (text.size() < 65'536) {
             text.append(inPiece.begin(), inPiece.end());
         }
         return Calculate(text);
@@ -249,6 +244,9 @@ TEST_F(Numbers, AreCalculatedFromTextOfAnyLengthAndDepth) {
     EXPECT_EQ(repeated("-"), 0.0);
     EXPECT_EQ(repeated("1+"), 32'768.0);
     // These need only end, and without running out of stack.
+    std::string soup(65'536, ' ');
+    std::generate(soup.begin(), soup.end(),
+                  [this] { return static_cast<char>(AnyOf(u"1+-*/^e()")); });
     repeated("((1)+");
     repeated(")(");
     repeated(soup);
