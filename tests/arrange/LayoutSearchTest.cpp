@@ -119,6 +119,20 @@ TEST(LayoutSearch, FindsTheLowestLayoutOfManyChildrenForEveryWidth) {
     }
 }
 
+TEST(LayoutSearch, KeepsSizesThatDoNotCompare) {
+    // A row is as high as the highest of its children, 0 if that is NaN.
+    LayoutProblem const problem{
+        {{{kNan, 1}, {kInfinity, 2}, {2, 2}, {kNan, 1}, {-kInfinity, 3}, {1, kNan}}},
+        {},
+        {},
+        kForms[0]};
+    std::vector<std::uint32_t> kept;
+    for (FoundLayout const& layout : FindLayouts(problem).layouts) {
+        kept.push_back(layout.alternatives[0]);
+    }
+    EXPECT_EQ(kept, (std::vector<std::uint32_t>{0, 3, 4, 5}));
+}
+
 TEST(LayoutSearch, StaysSmallWhereSizesSayNothing) {
     for (float const extent : {kNan, kInfinity, 3e38F, 1.0F}) {
         std::size_t const count = extent == 1 ? 3000 : 37; // or there are too many lines

@@ -105,6 +105,7 @@ TEST(Guid, StreamsCarryIt) {
     };
     pass(std::ostringstream(), std::istringstream());
     pass(oUTF8StringStream(), iUTF8StringStream(UTF8String()));
+    EXPECT_EQ((oUTF16StringStream() << kGuid).str(), Wide(kText));
     EXPECT_EQ(pass(oUTF16StringStream(), iUTF16StringStream(UTF16String())),
               Wide("1 " + kText + " wrong\t"));
 }
