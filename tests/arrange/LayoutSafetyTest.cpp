@@ -21,7 +21,10 @@ struct Stage : Scene {
         }
         onCall = [this](Call const& inCall) {
             ++counts[{inCall.node, inCall.name}];
-            x[inCall.node] = inCall.name.back() == '?' ? x[inCall.node] : inCall.rect.origin[0];
+            if (inCall.name.back() != '?') {
+                x[inCall.node] = inCall.rect.origin[0];
+                y[inCall.node] = inCall.rect.origin[1];
+            }
             if (Action const action = std::exchange(once[{inCall.node, inCall.name}], nullptr)) {
                 action();
             }
@@ -36,9 +39,10 @@ struct Stage : Scene {
     }
     int Arranged(int inId) { return counts[{inId, "ArrangeContent"}]; }
 
-    std::map<std::pair<int, std::string_view>, int> counts;
-    std::map<std::pair<int, std::string_view>, Action> once;
-    std::map<int, float> x; ///< of the last call
+    using Operation = std::pair<int, std::string_view>; ///< of a node
+    std::map<Operation, int> counts;
+    std::map<Operation, Action> once;
+    std::map<int, float> x, y; ///< of the last call
 };
 
 TEST(LayoutSafety, TreesOfAnyDepthAndRingsOfParentsAreArranged) {
@@ -97,46 +101,36 @@ TEST(LayoutSafety, SizesThatAreNotFiniteAreArranged) {
     }
 }
 
-TEST(LayoutSafety, AChangedTypeIsArrangedWhereItStands) {
-    for (int moment = 0; moment < 4; ++moment) {
-        Stage stage({10, 10, 10});
-        int const changing = stage.Add(kRow, {0, 1});
-        stage.Of(changing).isDynamic = true;
-        stage.Renew(changing);
-        IArrangeable& root = *stage.Node(stage.Add(kColumn, {2, changing}));
-        root.Arrange(kPage);
-        ASSERT_EQ(stage.x[1], 50);
-        DynamicGroup& group = *stage.Dynamic(changing);
-        auto const change = [&] { group.SetArrangementType(kGroupArrangementType_Column); };
-        // While measuring or arranging a leaf of the group, or one in front of it.
-        int const leaf = moment % 2 == 0 ? 2 : 0;
-        stage.once[{leaf, moment < 2 ? "BestWidth?" : "ArrangeContent"}] = change;
-        moment < 2 ? stage.Node(leaf)->Invalidate() : group.InvalidateAll();
-        root.Rearrange();
-        EXPECT_EQ(stage.x[1], 0) << moment;
-        EXPECT_EQ(group.Group()->Parent(), &root) << moment;
-    }
-}
-
-TEST(LayoutSafety, AGroupMayBeReplacedFromWithinAnyOfItsOperations) {
-    for (std::string_view const operation :
-         {"HorizontalSpacing?", "HorizontalAlignment?", "LeftMargin?", "BuildSeparator?",
-          "Position", "SetDimensions"}) {
+TEST(LayoutSafety, AGroupMayBeReplacedFromWithinAnyOperationAndIsArrangedWhereItStands) {
+    int const leaf = 0, inFront = 3, changing = 4, row = 5;
+    Stage::Operation const moments[] = {{leaf, "BestWidth?"},
+                                        {leaf, "ArrangeContent"},
+                                        {inFront, "BestWidth?"},
+                                        {inFront, "ArrangeContent"},
+                                        {changing, "HorizontalSpacing?"},
+                                        {changing, "HorizontalAlignment?"},
+                                        {changing, "LeftMargin?"},
+                                        {changing, "BuildSeparator?"},
+                                        {changing, "Position"},
+                                        {changing, "SetDimensions"}};
+    for (auto const& moment : moments) {
         for (bool const isMeasured : {true, false}) {
-            SCOPED_TRACE(std::string(operation) + (isMeasured ? ", measured" : ", arranged"));
-            Stage stage({10, 10});
-            int const changing = stage.Add(kRow, {0, 1});
+            SCOPED_TRACE(std::string(moment.second) + (isMeasured ? ", measured" : ", arranged"));
+            Stage stage({10, 10, 10, 10});
+            stage.Add(kRow, {0, 1});
             stage.Of(changing).isDynamic = true;
             stage.Renew(changing);
-            IArrangeable& root = *stage.Node(stage.Add(kColumn, {stage.Add(kRow, {changing})}));
+            stage.Add(kRow, {changing});
+            IArrangeable& root = *stage.Node(stage.Add(kColumn, {inFront, row}));
             root.Arrange(kPage);
+            ASSERT_EQ(stage.x[1], 50);
             DynamicGroup& group = *stage.Dynamic(changing);
-            stage.once[{changing, operation}] = [&] {
-                group.SetArrangementType(kGroupArrangementType_Column);
-            };
-            isMeasured ? group.Invalidate() : root.Rearrange();
-            root.Invalidate();
+            stage.once[moment] = [&] { group.SetArrangementType(kGroupArrangementType_Column); };
+            stage.Of(changing).children.push_back(2); // which needs new separators
+            isMeasured ? stage.Node(moment.first)->Invalidate() : root.Rearrange();
+            stage.Node(moment.first)->Invalidate();
             root.Rearrange();
+            EXPECT_EQ(stage.x[1], 0);
             EXPECT_EQ(group.Group()->Parent()->Parent(), &root);
         }
     }
@@ -162,9 +156,11 @@ TEST(LayoutSafety, NodesMayBeDestroyedInAnyOrder) {
 TEST(LayoutSafety, ExceptionsAndPassesLeaveTheTreeUsable) {
     Stage stage;
     IArrangeable& root = *stage.Node(stage.Add(kRow, {0, 1}));
-    for (std::pair<int, std::string_view> const call :
-         {std::pair(2, "BuildSeparator?"), std::pair(0, "ArrangeContent"),
-          std::pair(1, "BestWidth?"), std::pair(0, "ExpandedWidth?")}) {
+    for (Stage::Operation const& call :
+         std::initializer_list<Stage::Operation>{{2, "BuildSeparator?"},
+                                                 {0, "ArrangeContent"},
+                                                 {1, "BestWidth?"},
+                                                 {0, "ExpandedWidth?"}}) {
         stage.once[call] = [] { throw std::runtime_error("not now"); };
         EXPECT_THROW((stage.Node(1)->Invalidate(), root.Arrange(kPage)), std::runtime_error);
         stage.counts.clear();
@@ -199,13 +195,8 @@ TEST(LayoutSafety, ALeafThatIsMarkedWhileItIsArrangedEndsWithItsNewSize) {
         stage.Of(0).best[1] = stage.Of(0).min[1] = 25;
         stage.Node(0)->MarkInvalid();
     };
-    float below = 0;
-    stage.onCall = [&, count = stage.onCall](Call const& inCall) {
-        below = inCall.node == 1 && inCall.name == "ArrangeContent" ? inCall.rect.origin[1] : below;
-        count(inCall);
-    };
     stage.Node(flow)->Arrange({0, 0, 200, 300});
-    EXPECT_EQ(below, 25);
+    EXPECT_EQ(stage.y[1], 25);
     EXPECT_EQ(stage.Arranged(0), 2);
 }
 

@@ -8,7 +8,6 @@
 #include <brindle/arrange/Single.h>
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/config/DeferredErrorReporter.h>
-#include <brindle/config/ErrorManager.h>
 #include <brindle/config/Errors.h>
 #include <brindle/config/Localizer.h>
 #include <brindle/console/Terminal.h>
@@ -38,6 +37,8 @@
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
+#include "tests/support/RecordingErrorManager.h"
+
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <unistd.h>
 
@@ -59,27 +60,13 @@ void Check(bool inHolds, char const* inWhat) {
     }
 }
 
-class Manager : public config::ErrorManager {
-public:
-    int errors = 0;
-
-protected:
-    void ThrowErrorImpl(config::ErrorLevel, char const*, std::uint32_t, std::int32_t, bool,
-                        config::ReplacementValue const&, config::ReplacementValue const&,
-                        config::ReplacementValue const&, config::ReplacementValue const&) override {
-        ++errors;
-    }
-};
-
 void UseConfig() {
-    Manager manager;
-    config::ErrorManager::Set(&manager);
+    tests::RecordingErrorManager manager;
     boost::intrusive_ptr<config::DeferredErrorReporter> const reporter =
         new config::DeferredErrorReporter(false);
     config::TestThrowError(false);
     Check(utility::Guid("no guid") == utility::Guid(), "parsing a Guid");
-    Check(manager.errors == 2, "reporting errors");
-    config::ErrorManager::Set(nullptr);
+    Check(manager.codes.size() == 2, "reporting errors");
     if (S_moment == std::string("before main")) {
         config::SetClientName(u"a name"_utf16);
     }

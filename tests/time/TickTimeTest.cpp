@@ -20,30 +20,28 @@ constexpr TickTime Ticks(std::int64_t inTicks) {
     return TickTime::TicksToTickTime(inTicks);
 }
 
-constexpr FrameRate kRates[] = {
-    kFrameRate_Video10,    kFrameRate_Video12,     kFrameRate_Video12_5,    kFrameRate_Video15,
-    kFrameRate_23976,      kFrameRate_Film24,      kFrameRate_VideoPAL,     kFrameRate_VideoNTSC,
-    kFrameRate_Video30,    kFrameRate_VideoPAL_HD, kFrameRate_VideoNTSC_HD, kFrameRate_Video60,
-    kFrameRate_Video100,   kFrameRate_Video1000,   kFrameRate_Audio8000,    kFrameRate_Audio11025,
-    kFrameRate_Audio22050, kFrameRate_Audio32000,  kFrameRate_Audio44100,   kFrameRate_Audio48000,
-    kFrameRate_Audio88200, kFrameRate_Audio96000,  kFrameRate_Audio192000};
-// The frames of 1000 seconds, of 1001 seconds for the NTSC rates.
-constexpr std::int64_t kFrames[] = {10000,    12000,    12500,    15000,    24000,    24000,
-                                    25000,    30000,    30000,    50000,    60000,    60000,
-                                    100000,   1000000,  8000000,  11025000, 22050000, 32000000,
-                                    44100000, 48000000, 88200000, 96000000, 192000000};
+/// How many frames 2002 seconds have.
+constexpr std::pair<FrameRate, std::int64_t> kRates[] = {
+    {kFrameRate_Video10, 20020},        {kFrameRate_Video12, 24024},
+    {kFrameRate_Video12_5, 25025},      {kFrameRate_Video15, 30030},
+    {kFrameRate_23976, 48000},          {kFrameRate_Film24, 48048},
+    {kFrameRate_VideoPAL, 50050},       {kFrameRate_VideoNTSC, 60000},
+    {kFrameRate_Video30, 60060},        {kFrameRate_VideoPAL_HD, 100100},
+    {kFrameRate_VideoNTSC_HD, 120000},  {kFrameRate_Video60, 120120},
+    {kFrameRate_Video100, 200200},      {kFrameRate_Video1000, 2002000},
+    {kFrameRate_Audio8000, 16016000},   {kFrameRate_Audio11025, 22072050},
+    {kFrameRate_Audio22050, 44144100},  {kFrameRate_Audio32000, 64064000},
+    {kFrameRate_Audio44100, 88288200},  {kFrameRate_Audio48000, 96096000},
+    {kFrameRate_Audio88200, 176576400}, {kFrameRate_Audio96000, 192192000},
+    {kFrameRate_Audio192000, 384384000}};
 
 constexpr bool EveryRateIsExact() {
-    for (std::size_t i = 0; i < std::size(kRates); ++i) {
-        FrameRate const rate = kRates[i];
-        TickTime const time(kFrames[i], rate);
+    for (auto const& [rate, frames] : kRates) {
+        TickTime const time(frames, rate);
         FrameRate found;
-        time.CalculateFrameRate(static_cast<std::uint64_t>(kFrames[i]), found);
-        bool const isNtsc = rate == kFrameRate_23976 || rate == kFrameRate_VideoNTSC ||
-                            rate == kFrameRate_VideoNTSC_HD;
-        if (time != TickTime(isNtsc ? 1001.0 : 1000.0) || found != rate ||
-            (time - Ticks(1)).ToFrame64(rate) != kFrames[i] - 1 ||
-            time.ToFrame64(rate) != kFrames[i] || (-time).ToFrame64(rate) != -kFrames[i]) {
+        time.CalculateFrameRate(static_cast<std::uint64_t>(frames), found);
+        if (time != TickTime(2002.0) || found != rate || time.ToFrame64(rate) != frames ||
+            (time - Ticks(1)).ToFrame64(rate) != frames - 1 || (-time).ToFrame64(rate) != -frames) {
             return false;
         }
     }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace brindle::time {
-
 namespace {
 
 constexpr FrameCounting kBoth[] = {FrameCounting::kNonDrop, FrameCounting::kDropFrame};
@@ -26,13 +25,10 @@ struct Odometer {
 };
 
 TEST(Timecode, EveryFrameOfADayGoesThereAndBack) {
-    struct {
-        FrameRate rate;
-        int counted, dropped;
-        std::int64_t framesOfADay;
-    } const rows[] = {{kFrameRate_VideoNTSC, 30, 2, 2'589'408},
-                      {kFrameRate_VideoNTSC_HD, 60, 4, 5'178'816},
-                      {kFrameRate_23976, 24, 0, 2'073'600}};
+    std::tuple<FrameRate, int, int, std::int64_t> const rows[] = {
+        {kFrameRate_VideoNTSC, 30, 2, 2'589'408},
+        {kFrameRate_VideoNTSC_HD, 60, 4, 5'178'816},
+        {kFrameRate_23976, 24, 0, 2'073'600}};
     for (auto const& [rate, counted, dropped, framesOfADay] : rows) {
         auto const format = TimecodeFormat::Create(rate, kBoth[dropped != 0]).value();
         Odometer clock{dropped != 0 ? "00:00:00;00" : "00:00:00:00", {100, 60, 60, counted}, {}};
@@ -65,7 +61,7 @@ TEST(Timecode, FrameDigitsAreAsWideAsTheRateNeeds) {
 }
 
 TEST(Timecode, IsRefusedForRatesThatHaveNone) {
-    for (FrameRate const& rate : {kFrameRate_Zero, kFrameRate_Video12_5, FrameRate::Create(0),
+    for (FrameRate const& rate : {kFrameRate_Zero, kFrameRate_Video12_5,
                                   FrameRate::Create(-10584000000), FrameRate(29.97)}) {
         EXPECT_FALSE(TimecodeFormat::Create(rate, FrameCounting::kNonDrop));
     }

@@ -11,12 +11,7 @@ namespace {
 using FileUtilsTest = tests::InTemporaryDirectory;
 
 TEST_F(FileUtilsTest, NamesAreCleanedForEveryFileSystem) {
-    struct Case {
-        UTF16String name;
-        std::uint16_t replacement;
-        UTF16String cleaned;
-    };
-    Case const cases[] = {
+    std::tuple<UTF16String, char, UTF16String> const cases[] = {
         {u"\\/:*?\"<>|"_utf16, '_', u"_________"_utf16},
         {u"con"_utf16, '_', u"con_"_utf16},
         {u"com1.tar.gz"_utf16, '_', u"com_.tar.gz"_utf16},
@@ -27,30 +22,24 @@ TEST_F(FileUtilsTest, NamesAreCleanedForEveryFileSystem) {
         {u"tab\t\x1F\x7F"_utf16, '_', u"tab__\x7F"_utf16},
         {u"a:b"_utf16, '/', u"a-b"_utf16},
         {u"a:b"_utf16, '.', u"a-b"_utf16},
-        {u""_utf16, '_', u""_utf16},
-    };
-    for (auto const& one : cases) {
-        auto name = one.name;
-        EXPECT_EQ(FileUtils::ReplaceIllegalFileNameCharacters(name, one.replacement),
-                  one.cleaned != one.name);
-        EXPECT_EQ(name, one.cleaned);
+        {u""_utf16, '_', u""_utf16}};
+    for (auto const& [name, replacement, cleaned] : cases) {
+        auto text = name;
+        auto const unit = static_cast<std::uint16_t>(replacement);
+        EXPECT_EQ(FileUtils::ReplaceIllegalFileNameCharacters(text, unit), cleaned != name);
+        EXPECT_EQ(text, cleaned);
     }
 }
 
 TEST_F(FileUtilsTest, PathsAreSplitAndJoined) {
-    struct Case {
-        UTF16String path;
-        UTF16String parent; // empty: there is none
-    };
-    Case const cases[] = {
+    std::pair<UTF16String, UTF16String> const parents[] = {
         {u"C:\\a\\b.txt"_utf16, u"C:\\a"_utf16}, {u"C:\\a\\"_utf16, u"C:\\a"_utf16},
         {u"C:\\a\\\\b"_utf16, u"C:\\a"_utf16},   {u"a/b"_utf16, u"a"_utf16},
-        {u"name"_utf16, u"name"_utf16},          {u"\\name"_utf16, {}},
-    };
-    for (auto const& one : cases) {
-        auto path = one.path;
-        EXPECT_EQ(FileUtils::GetParentPath(path, path), !one.parent.empty());
-        EXPECT_EQ(path, one.parent.empty() ? one.path : one.parent);
+        {u"name"_utf16, u"name"_utf16},          {u"\\name"_utf16, u""_utf16}};
+    for (auto const& [path, parent] : parents) {
+        auto text = path;
+        EXPECT_EQ(FileUtils::GetParentPath(text, text), !parent.empty());
+        EXPECT_EQ(text, parent.empty() ? path : parent);
     }
     UTF16String path = u"C:\\a"_utf16;
     FileUtils::BuildPathSpec(path, u"b"_utf16, path);

@@ -87,29 +87,27 @@ TEST(Guid, FieldsAreKeptAndOrderedByGroupsAndSignedHalves) {
 
 TEST(Guid, StreamsCarryIt) {
     tests::RecordingErrorManager errors;
-    auto const expectWords = [&errors](auto&& ioStream) {
+    auto const pass = [&errors](auto outStream, auto inStream) {
+        outStream << 1 << ' ' << kGuid << " wrong\t";
+        inStream.str(outStream.str());
+        int number = 0;
         Guid guid;
-        EXPECT_TRUE(ioStream >> guid);
+        EXPECT_TRUE(inStream >> number >> guid);
         EXPECT_EQ(guid, kGuid);
-        EXPECT_TRUE(ioStream >> guid);
+        EXPECT_TRUE(inStream >> guid);
         EXPECT_EQ(guid, Guid());
         EXPECT_EQ(errors.TakeLines(), kMalformed);
         guid = kGuid;
-        EXPECT_FALSE(ioStream >> guid) << "no word is left";
+        EXPECT_FALSE(inStream >> guid) << "no word is left";
         EXPECT_EQ(guid, kGuid);
         EXPECT_EQ(errors.TakeLines(), "");
+        return outStream.str();
     };
-    std::ostringstream out;
-    oUTF16StringStream wideOut;
-    oUTF8StringStream byteOut;
-    out << 1 << ' ' << kGuid << " wrong ";
-    wideOut << 1 << ' ' << kGuid << "\twrong";
-    byteOut << 1 << ' ' << kGuid << " wrong";
-    int number = 0;
-    expectWords(std::istringstream(out.str()) >> number);
-    expectWords(iUTF16StringStream(wideOut.str()) >> number);
-    expectWords(iUTF8StringStream(byteOut.str()) >> number);
+    pass(std::ostringstream(), std::istringstream());
+    pass(oUTF8StringStream(), iUTF8StringStream(UTF8String()));
     EXPECT_EQ((oUTF16StringStream() << kGuid).str(), Wide(kText));
+    EXPECT_EQ(pass(oUTF16StringStream(), iUTF16StringStream(UTF16String())),
+              Wide("1 " + kText + " wrong\t"));
 }
 
 TEST(Guid, ASystemWithoutRandomBytesIsReported) {

@@ -2,7 +2,9 @@
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/InThreads.h"
 
+#include <array>
 #include <atomic>
 #include <csignal>
 #include <linux/filter.h>
@@ -11,7 +13,6 @@
 #include <sys/shm.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
-#include <thread>
 
 namespace {
 
@@ -148,27 +149,24 @@ TEST_F(SharedByName, AKilledCreationLeavesNothing) {
 }
 
 TEST_F(SharedByName, ConcurrentCreatorsShareOneMemory) {
-    std::vector<MemoryMappedFile> files(100), others(100);
-    auto const create = [this](std::vector<MemoryMappedFile>& ioFiles, int inSign) {
-        for (MemoryMappedFile& file : ioFiles) {
-            ASSERT_TRUE(Can(file, kCreate, mName + std::to_string(&file - ioFiles.data())));
-            Text(file)[inSign] = 1;
+    std::array<MemoryMappedFile, 100> files[2];
+    tests::InThreads(2, [&](unsigned int inThread) {
+        int number = 0;
+        for (MemoryMappedFile& file : files[inThread]) {
+            ASSERT_TRUE(Can(file, kCreate, mName + std::to_string(++number)));
+            Text(file)[inThread] = 'x';
         }
-    };
-    std::thread other([&] { create(others, 1); });
-    create(files, 2);
-    other.join();
-    for (MemoryMappedFile& file : files) {
-        EXPECT_EQ(Text(file)[1], 1);
-        EXPECT_EQ(Text(file)[2], 1);
+    });
+    for (MemoryMappedFile& file : files[0]) {
+        EXPECT_EQ(std::string(Text(file), 2), "xx");
     }
 }
 
 TEST_F(SharedByName, ACreationDoesNotAskForEachNameInUse) {
     constexpr int kMany = 200;
     std::vector<MemoryMappedFile> files(kMany);
-    for (int i = 0; i < kMany; ++i) {
-        ASSERT_TRUE(Can(files[static_cast<std::size_t>(i)], kCreate, mName + std::to_string(i)));
+    for (MemoryMappedFile& file : files) {
+        ASSERT_TRUE(Can(file, kCreate, mName + std::to_string(&file - files.data())));
     }
     S_controlCalls = 0;
     ASSERT_TRUE(Can(kCreate));

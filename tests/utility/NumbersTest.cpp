@@ -117,24 +117,25 @@ TEST_F(Numbers, AreReadAsAStreamReadsThem) {
 
 constexpr char kLocaleSources[] = "/usr/share/i18n/locales/";
 
-/// Makes a locale of the C library's sources the user's. The process ends by `_Exit`, without the
-/// search for leaks, for the C library leaks LOCPATH.
-void BecomeUserOf(std::string const& inLocale, tests::TemporaryDirectory const& inDirectory) {
-    auto const compile = "localedef -i " + inLocale + " -f UTF-8 " + inDirectory.Native("x.UTF-8");
-    EXPECT_NE(std::system(compile.c_str()), -1);
+/// Makes a locale of the C library, compiled from a source, the user's for numbers. A process that
+/// does so ends by `_Exit`, without the search for leaks, for the C library leaks LOCPATH.
+void BecomeUserOf(std::string const& inSource, std::string const& inName,
+                  tests::TemporaryDirectory const& inDirectory) {
+    auto const compile = "localedef -c -i " + inSource + " -f UTF-8 " + inDirectory.Native(inName);
+    EXPECT_NE(std::system((compile + " 2>/dev/null").c_str()), -1);
     ::setenv("LOCPATH", inDirectory.Native().c_str(), 1);
-    ::setenv("LC_ALL", "x.UTF-8", 1);
+    ::unsetenv("LC_ALL");
+    ::setenv("LC_NUMERIC", inName.c_str(), 1);
     SetUserSeparators({0, 0}); // as at load
 }
 
 /// Writes what a user of the locale sees and types to standard error.
 void WriteAndReadAsUserOf(std::string const& inLocale) {
     tests::TemporaryDirectory const directory;
-    BecomeUserOf(inLocale, directory);
+    BecomeUserOf(inLocale, "x.UTF-8", directory);
     std::cerr << Narrow(NumberToString(-1234.5, 1, 2, kNumberFormat_Group));
     for (char const* const text : {"1,5", "1\u202F234,5", "2.5", "-1,2345", "x", "", "1e999"}) {
-        std::cerr << ' '
-                  << Locale::GetValueFromDisplayString(UTF8to16({text, text + std::strlen(text)}));
+        std::cerr << ' ' << Locale::GetValueFromDisplayString(AsciiToUTF16(text));
     }
     std::_Exit(0);
 }
@@ -153,44 +154,35 @@ TEST_F(Numbers, FollowTheUsersLocale) {
 }
 
 /// What a locale's source says of the separators, with "copy" followed.
-std::string SeparatorLines(std::string const& inLocale) {
+std::string SeparatorsOf(std::string const& inLocale) {
     std::ifstream source(kLocaleSources + inLocale);
-    std::string line, lines;
-    while (std::getline(source, line) && line != "LC_NUMERIC") {
+    std::string word, separators;
+    while (source >> word && word != "LC_NUMERIC") {
     }
-    while (std::getline(source, line) && line != "END LC_NUMERIC") {
-        std::istringstream words(line);
-        std::string keyword, value;
-        words >> keyword >> value;
-        if (keyword == "copy") {
-            return SeparatorLines(value.substr(1, value.size() - 2));
+    while (source >> word && word != "END") {
+        bool const isSeparator = word == "decimal_point" || word == "thousands_sep";
+        if (word == "copy" && source >> word) {
+            return SeparatorsOf(word.substr(1, word.size() - 2));
         }
-        if (keyword == "decimal_point" || keyword == "thousands_sep") {
-            lines += value + ' ';
-        }
+        separators += isSeparator && source >> word ? word + ' ' : "";
     }
-    return lines;
+    return separators;
 }
 
 /// Writes to standard error what cannot be read as it was written, and how many pairs were tried.
 void WriteAndReadByAllSeparators() {
     std::map<std::string, std::string> locales; // one for each pair
     for (auto const& entry : std::filesystem::directory_iterator(kLocaleSources)) {
-        locales.emplace(SeparatorLines(entry.path().filename()), entry.path().filename());
+        locales.emplace(SeparatorsOf(entry.path().filename()), entry.path().filename());
     }
     locales.erase("");
     ::setenv("LC_CTYPE", "not_there", 1);
+    tests::TemporaryDirectory const directory;
     for (auto const& [separators, locale] : locales) {
-        tests::TemporaryDirectory const directory;
         auto const copy = directory.Native("copy");
         std::ofstream(copy) << "LC_NUMERIC\ncopy \"" << locale << "\"\nEND LC_NUMERIC\n";
-        auto const name = "locale" + locale; // the C library remembers what it has loaded
-        auto const compile =
-            "localedef -c -i " + copy + " -f UTF-8 " + directory.Native(name) + " 2>/dev/null";
-        EXPECT_NE(std::system(compile.c_str()), -1);
-        ::setenv("LOCPATH", directory.Native().c_str(), 1);
-        ::setenv("LC_NUMERIC", name.c_str(), 1);
-        SetUserSeparators({0, 0});
+        BecomeUserOf(copy, "locale" + locale,
+                     directory); // the C library remembers what it has loaded
         bool const hasComma = separators[1] == ',';
         for (double const value : {1234567.5, 0.25, -999999.75, 100.0}) {
             auto const text = NumberToString(value, 1, 2, kNumberFormat_Group);
@@ -241,14 +233,9 @@ TEST_F(Numbers, AreCalculatedAsByRepeatedCutting) {
 }
 
 TEST_F(Numbers, AreCalculatedFromTextOfAnyLengthAndDepth) {
-    constexpr std::size_t kUnits = 65'536;
-    std::string soup;
-    while (soup.size() < kUnits) {
-        soup += static_cast<char>(AnyOf(u"1+-*/^e()"));
-    }
     auto const repeated = [](std::string const& inPiece) {
         UTF16String text;
-        while (text.size() < kUnits) {
+        while (text.size() < 65'536) {
             text.append(inPiece.begin(), inPiece.end());
         }
         return Calculate(text);
@@ -257,6 +244,9 @@ TEST_F(Numbers, AreCalculatedFromTextOfAnyLengthAndDepth) {
     EXPECT_EQ(repeated("-"), 0.0);
     EXPECT_EQ(repeated("1+"), 32'768.0);
     // These need only end, and without running out of stack.
+    std::string soup(65'536, ' ');
+    std::generate(soup.begin(), soup.end(),
+                  [this] { return static_cast<char>(AnyOf(u"1+-*/^e()")); });
     repeated("((1)+");
     repeated(")(");
     repeated(soup);

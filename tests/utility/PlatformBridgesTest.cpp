@@ -69,9 +69,7 @@ protected:
 };
 
 TEST_F(FindApp, TakesTheMostPreferredOfTheInstalled) {
-    struct {
-        std::string file, content, program;
-    } const steps[] = {
+    std::tuple<std::string, std::string, std::string> const steps[] = {
         {"/lowest/applications/mimeinfo.cache", "[MIME Cache]\ntext/x=z.desktop;a.desktop", "a"},
         {"/low/applications/mimeapps.list", "[Added Associations]\ntext/x=b.desktop", "b"},
         {"/config/mimeapps.list", "[Removed Associations]\ntext/x=b.desktop;", "a"},
@@ -82,9 +80,9 @@ TEST_F(FindApp, TakesTheMostPreferredOfTheInstalled) {
         {"/config/other-mimeapps.list",
          "[Default Applications]\ntext/x=b.desktop\n" + std::string(9 << 20, '\n'), "c"},
     };
-    for (auto const& step : steps) {
-        Write(step.file, step.content);
-        EXPECT_EQ(Find(".x"), step.program) << step.file;
+    for (auto const& [file, content, program] : steps) {
+        Write(file, content);
+        EXPECT_EQ(Find(".x"), program) << file;
     }
     fs::permissions(At("/bin/c"), fs::perms::owner_read);
     EXPECT_EQ(Find(".x"), "a") << "what may not be executed is not installed";

@@ -46,43 +46,37 @@ struct EchoingBuffer : debug::UTF16StreamBufferImpl<std::uint16_t> {
             throw std::runtime_error("not now");
         }
         chunks.emplace_back(inText);
-        *stream << echo << std::flush;
+        stream << echo << std::flush;
     }
 
-    UTF16OutputStream* stream = nullptr;
+    UTF16OutputStream stream{this};
     UTF16String echo;
     std::vector<UTF16String> chunks;
     bool fails = false;
 };
 
-TEST(Streams, AFlushHookMayWriteIntoItsOwnStream) {
+TEST(Streams, AFlushHookMayWriteIntoItsOwnStreamAndFail) {
     EchoingBuffer buffer;
-    UTF16OutputStream stream(&buffer);
-    buffer.stream = &stream;
     buffer.echo = u"echo"_utf16;
-    stream << "short" << std::flush << UTF16String(255, 'x') << std::flush;
+    buffer.stream << "short" << std::flush << UTF16String(255, 'x') << std::flush;
     EXPECT_EQ(buffer.chunks,
               (std::vector<UTF16String>{u"short"_utf16, u"echo"_utf16 + UTF16String(251, 'x'),
                                         u"echoxxxx"_utf16}));
-    EXPECT_TRUE(stream.good());
+    EXPECT_TRUE(buffer.stream.good());
 
     buffer.echo.assign(256, 'y');
-    stream << std::flush;
+    buffer.stream << std::flush;
     EXPECT_EQ(buffer.chunks.back(), u"echo"_utf16);
-    EXPECT_TRUE(stream.bad());
-}
+    EXPECT_TRUE(buffer.stream.bad());
 
-TEST(Streams, AChunkThatCouldNotBeEmittedIsTriedAgain) {
-    EchoingBuffer buffer;
-    UTF16OutputStream stream(&buffer);
-    buffer.stream = &stream;
-    buffer.fails = true;
-    stream << "kept" << std::flush;
-    EXPECT_TRUE(stream.bad());
-    stream.clear();
-    buffer.fails = false;
-    stream << ", then more" << std::flush;
-    EXPECT_EQ(buffer.chunks, std::vector<UTF16String>{u"kept, then more"_utf16});
+    EchoingBuffer failing;
+    failing.fails = true;
+    failing.stream << "kept" << std::flush;
+    EXPECT_TRUE(failing.stream.bad());
+    failing.stream.clear();
+    failing.fails = false;
+    failing.stream << ", then more" << std::flush;
+    EXPECT_EQ(failing.chunks, std::vector<UTF16String>{u"kept, then more"_utf16});
 }
 
 TEST(Streams, SetStreamBufferResetsTheStream) {

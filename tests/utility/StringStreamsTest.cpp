@@ -161,48 +161,39 @@ TEST_F(StringStreams, TimesMoneyAndQuotedTextAreThoseOfTheStandardStreams) {
     time.tm_year = 126;
     time.tm_mon = 10;
     time.tm_mday = 23;
-    auto const run = [&](auto&& outStream, auto inConverted, auto& outText) {
+    auto const pass = [&](auto outStream, auto inStream, auto inConverted) {
+        auto const format = inConverted("%A %d %b %Y");
         outStream.imbue(locale);
-        outStream << std::showbase << std::put_time(&time, inConverted("%A %d %b %Y").c_str())
+        outStream << std::showbase << std::put_time(&time, format.c_str())
                   << std::put_money(inConverted("123456")) << ' ' << std::put_money(-789.0L) << ' '
                   << std::quoted(inConverted("a \"b\\")) << std::setw(5)
-                  << std::quoted(inConverted("").c_str()) << std::quoted(outText);
-        outText = outStream.str();
-    };
-    auto const readBack = [&](auto&& inStream, auto inConverted) {
-        inStream.imbue(locale);
+                  << std::quoted(inConverted("").c_str());
         std::tm date{};
         long double amount = 0;
-        decltype(inStream.str()) digits, text, empty, bare;
-        inStream >> std::get_time(&date, inConverted("%A %d %b %Y").c_str()) >>
-            std::get_money(digits) >> std::get_money(amount) >> std::quoted(text) >>
-            std::quoted(empty);
+        decltype(inStream.str()) digits, text, empty, none;
+        inStream.imbue(locale);
+        inStream.str(outStream.str());
+        inStream >> std::get_time(&date, format.c_str()) >> std::get_money(digits) >>
+            std::get_money(amount) >> std::quoted(text) >> std::quoted(empty);
+        EXPECT_EQ(As<char>(text), "a \"b\\");
         auto const state = inStream.rdstate();
-        inStream >> std::quoted(bare);
-        return std::make_tuple(date.tm_year, date.tm_mon, date.tm_mday, As<char>(digits), amount,
-                               As<char>(text), empty.size(), As<char>(bare), state,
+        inStream >> std::quoted(none);
+        return std::make_tuple(As<wchar_t>(outStream.str()), date.tm_year, date.tm_mon,
+                               date.tm_mday, As<char>(digits), amount, empty.size(), state,
                                inStream.rdstate());
     };
-    auto const units = [](std::string const& inText) { return As<std::uint16_t>(inText); };
-    auto const wide = [](std::string const& inText) { return As<wchar_t>(inText); };
-    UTF16String ours;
-    std::wstring standard;
-    run(oUTF16StringStream(), units, ours);
-    run(std::wostringstream(), wide, standard);
-    EXPECT_EQ(As<wchar_t>(ours), standard);
-    EXPECT_EQ(readBack(iUTF16StringStream(ours), units),
-              readBack(std::wistringstream(standard), wide));
-    EXPECT_EQ(std::get<5>(readBack(iUTF16StringStream(ours), units)), "a \"b\\");
+    EXPECT_EQ(pass(oUTF16StringStream(), iUTF16StringStream(UTF16String()),
+                   [](std::string const& inText) { return As<std::uint16_t>(inText); }),
+              pass(std::wostringstream(), std::wistringstream(),
+                   [](std::string const& inText) { return As<wchar_t>(inText); }));
 }
 
-/// Writes a word for each number, and counts its instances.
-struct Words : std::num_put<wchar_t> {
-    explicit Words(int& ioInstances) : instances(ioInstances) { ++instances; }
-    ~Words() override { --instances; }
+/// Writes a letter for each number, and counts its instances.
+struct Letters : std::num_put<wchar_t> {
+    explicit Letters(int& ioInstances) : instances(ioInstances) { ++instances; }
+    ~Letters() override { --instances; }
     iter_type do_put(iter_type inTarget, std::ios_base&, wchar_t, long) const override {
-        for (wchar_t const unit : std::wstring(L"many")) {
-            *inTarget++ = unit;
-        }
+        *inTarget = L'n';
         return inTarget;
     }
     int& instances;
@@ -212,12 +203,12 @@ TEST_F(StringStreams, FacetsAreMadeOnceForALocaleAndLiveNoLonger) {
     int instances = 0;
     std::vector<void const*> facets(4);
     {
-        std::locale const locale(GroupingLocale(), new Words(instances));
+        std::locale const locale(GroupingLocale(), new Letters(instances));
         tests::InThreads(4, [&](unsigned int inThread) {
             oUTF16StringStream out;
             out.imbue(locale);
             out << 12 << 0.5;
-            EXPECT_EQ(As<char>(out.str()), "many0,5") << "a client's facet for numbers is called";
+            EXPECT_EQ(As<char>(out.str()), "n0,5") << "a client's facet for numbers is called";
             facets[inThread] = &std::use_facet<std::ctype<std::uint16_t>>(out.getloc());
         });
         EXPECT_EQ(std::count(facets.begin(), facets.end(), facets[0]), 4);
@@ -226,41 +217,30 @@ TEST_F(StringStreams, FacetsAreMadeOnceForALocaleAndLiveNoLonger) {
     EXPECT_EQ(instances, 0);
 }
 
-template <typename Stream>
-Stream Written(int inNumber) {
-    Stream stream;
-    stream << std::setfill(static_cast<typename Stream::char_type>('*')) << std::setw(4)
-           << inNumber;
-    return stream;
-}
-
-template <typename Stream>
-Stream Opened(Stream inStream) {
-    return inStream;
-}
-
 TEST_F(StringStreams, CanBeReturnedAndMoved) {
-    auto out = Written<oUTF16StringStream>(12);
+    auto const written = [](auto inStream, int inNumber) {
+        inStream << std::setfill(static_cast<decltype(inStream.fill())>('*')) << std::setw(4)
+                 << inNumber;
+        return inStream;
+    };
+    auto out = written(oUTF16StringStream(), 12);
     out << std::setw(4) << 3;
     EXPECT_EQ(out.str(), u"**12***3"_utf16);
-    out = Written<oUTF16StringStream>(7);
+    out = written(oUTF16StringStream(), 7);
     out << 8;
     EXPECT_EQ(out.str(), u"***78"_utf16);
-    auto bytes = Written<oUTF8StringStream>(12);
-    bytes << 3;
-    EXPECT_EQ(bytes.str(), "**123"_utf8);
+    EXPECT_EQ(written(written(oUTF8StringStream(), 12), 3).str(), "**12***3"_utf8);
 
-    int first = 0;
+    iUTF16StringStream opened(u"12 ab"_utf16);
+    iUTF16StringStream in(std::move(opened));
+    iUTF8StringStream openedBytes("34"_utf8);
+    iUTF8StringStream inBytes(std::move(openedBytes));
+    int first = 0, third = 0;
     UTF16String second;
-    auto in = Opened(iUTF16StringStream(u"12 ab"_utf16));
     in >> first >> second;
-    EXPECT_EQ(first, 12);
-    EXPECT_EQ(second, u"ab"_utf16);
-    auto inBytes = Opened(iUTF8StringStream("34"_utf8));
-    inBytes >> first;
-    EXPECT_EQ(first, 34);
-    EXPECT_FALSE(std::is_move_assignable_v<UTF16OutputStream>)
-        << "it would leave its buffer behind";
+    inBytes >> third;
+    EXPECT_EQ(std::tuple(first, second, third), std::tuple(12, u"ab"_utf16, 34));
+    static_assert(!std::is_move_assignable_v<UTF16OutputStream>, "it would leave its buffer");
 }
 
 template <typename Stream, typename Value, typename = void>
@@ -271,10 +251,9 @@ constexpr bool
         true;
 
 template <typename Stream, typename... Values>
-constexpr bool TakesNone() {
-    return !(... || kTakes<Stream, Values>)&&!(
-        ... || kTakes<std::basic_ostream<typename Stream::char_type>, Values>);
-}
+constexpr bool kTakesAny = (... ||
+                            (kTakes<Stream, Values> ||
+                             kTakes<std::basic_ostream<typename Stream::char_type>, Values>));
 
 TEST(UnitInserters, LiteralsAreTextOrDoNotCompile) {
     oUTF16StringStream out;
@@ -282,10 +261,10 @@ TEST(UnitInserters, LiteralsAreTextOrDoNotCompile) {
     EXPECT_EQ(out.str(), u"abcx1y\u20AC  zbc"_utf16);
     out << static_cast<char16_t const*>(nullptr);
     EXPECT_TRUE(out.bad());
-    static_assert(TakesNone<oUTF16StringStream, wchar_t, wchar_t const*, char32_t, char32_t const*,
-                            std::uint8_t const*>());
-    static_assert(TakesNone<oUTF8StringStream, wchar_t, wchar_t const*, char16_t, char16_t const*,
-                            char32_t, char32_t const*, std::uint16_t const*>());
+    static_assert(!kTakesAny<oUTF16StringStream, wchar_t, wchar_t const*, char32_t, char32_t const*,
+                             std::uint8_t const*>);
+    static_assert(!kTakesAny<oUTF8StringStream, wchar_t, wchar_t const*, char16_t, char16_t const*,
+                             char32_t, char32_t const*, std::uint16_t const*>);
     static_assert(kTakes<oUTF8StringStream, char const*> && kTakes<oUTF16StringStream, void*>);
 }
 

@@ -52,21 +52,15 @@ TEST(StringUtils, ReplaceInStringExpandsPlaceholders) {
 
 TEST(StringUtils, LineEndings) {
     auto const undefined = static_cast<LineEndingType>(3);
-    struct {
-        LineEndingType type;
-        UTF16String text;
-        UTF16String converted;
-    } const cases[] = {
+    std::tuple<LineEndingType, UTF16String, UTF16String> const cases[] = {
         {kLineEnding_LF, u"a\r\nb\n"_utf16, u"a\nb\n"_utf16},
         {kLineEnding_CRLF, u"\r\r\n\n\r"_utf16, u"\r\n\r\n\r\n\r\n"_utf16},
         {kLineEnding_CR, u"a\n\rb"_utf16, u"a\r\rb"_utf16},
         {undefined, u"a\r\nb"_utf16, u"ab"_utf16},
-        {undefined, u"\r\n"_utf16, u"\r\n"_utf16},
-    };
-    for (auto const& each : cases) {
-        UTF16String text = each.text;
-        ConvertLineEndings(each.type, text);
-        EXPECT_EQ(text, each.converted);
+        {undefined, u"\r\n"_utf16, u"\r\n"_utf16}};
+    for (auto [type, text, converted] : cases) {
+        ConvertLineEndings(type, text);
+        EXPECT_EQ(text, converted);
     }
 }
 
