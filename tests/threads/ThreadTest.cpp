@@ -1,4 +1,3 @@
-#include <brindle/threads/Barrier.h>
 #include <brindle/threads/SyncPoint.h>
 #include <brindle/threads/ThreadGroup.h>
 
@@ -45,9 +44,9 @@ TEST(Thread, ComparesByThreadAndNotByName) {
     // The system gives the id of a thread that has ended to a later one.
     for (int i = 0; i < 20; ++i) {
         Thread next("next", body);
-        EXPECT_TRUE(next != started);
         next.Join();
         EXPECT_TRUE(next == *there);
+        EXPECT_TRUE(started != next);
         EXPECT_TRUE(started != *there);
     }
     OpenThread adopted("adopted", new boost::thread(body));
@@ -67,14 +66,13 @@ TEST(Thread, IsTransferredAndJoinedOnce) {
     Thread("this one").Join();
 
     tests::RecordingErrorManager errors;
-    ThreadGroup group("group");
-    Barrier made(2);
-    std::unique_ptr<Thread> const self(group.CreateThread([&] {
+    SyncPoint made(2);
+    std::unique_ptr<Thread> const self = std::make_unique<Thread>("self", [&] {
         made.Wait();
         EXPECT_THROW(self->Join(), boost::thread_resource_error);
-    }));
+    });
     made.Wait();
-    group.JoinAll();
+    self->Join();
     EXPECT_EQ(errors.codes, tests::RecordingErrorManager::Codes{20});
 }
 
