@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <dlfcn.h>
+#include <fstream>
 #include <map>
 #include <string>
 #include <sys/syscall.h>
@@ -24,16 +24,11 @@ struct Activity {
 };
 
 std::string TextAt(pid_t inProcess, std::uint64_t inAddress) {
+    std::ifstream memory("/proc/" + std::to_string(inProcess) + "/mem");
+    memory.seekg(static_cast<std::streamoff>(inAddress));
     std::string text;
-    for (;; inAddress += sizeof(long)) {
-        long const word = ::ptrace(PTRACE_PEEKDATA, inProcess, inAddress, nullptr);
-        char const* const bytes = reinterpret_cast<char const*>(&word);
-        std::size_t const length = strnlen(bytes, sizeof word);
-        text.append(bytes, length);
-        if (length < sizeof word) {
-            return text;
-        }
-    }
+    std::getline(memory, text, '\0');
+    return text;
 }
 
 constexpr int kStartsSomething = -1;
