@@ -13,8 +13,12 @@ namespace brindle::platform {
 // With few blocks and many threads, the head often changes and changes back between read and
 // exchange (ABA).
 TEST(FreeList, ThreadsNeverPopTheSameBlock) {
-    BasicFreeList<tests::RandomDelays> list;
-    std::array<std::uint32_t, 4> blocks{};
+    struct {
+        BasicFreeList<tests::RandomDelays> list;
+        std::array<std::uint32_t, 4> blocks{}; // behind the list, which counts bytes from itself
+    } pool;
+    auto& list = pool.list;
+    auto& blocks = pool.blocks;
     list.Fill(reinterpret_cast<std::byte*>(blocks.data()), 4, 3);
     list.PushChain(&blocks[3], &blocks[3]);
     std::array<std::atomic<bool>, 4> isTaken{};
