@@ -93,7 +93,7 @@ TEST_F(FileSharing, EveryAppendedLineArrivesWhole) {
 
 TEST_F(FileSharing, ANewVersionIsSeenOnlyAsAWhole) {
     Fill("file", "old");
-    std::filesystem::permissions(Native("file"), std::filesystem::perms(0600));
+    std::filesystem::permissions(Native("file"), std::filesystem::perms(0604));
     auto const mode = [this](char const* inName) {
         return std::filesystem::status(Native(inName)).permissions();
     };
@@ -112,10 +112,10 @@ TEST_F(FileSharing, ANewVersionIsSeenOnlyAsAWhole) {
     }
     EXPECT_EQ(version.Commit(), kError_None);
     EXPECT_EQ(ContentOf("file"), std::string("new\0\0!", 6));
-    EXPECT_EQ(mode("file"), std::filesystem::perms(0600));
+    EXPECT_EQ(mode("file"), std::filesystem::perms(0604));
 
     EXPECT_EQ(FileReplacement::Begin(At("copy"), mPath).value.Commit(), kError_None);
-    EXPECT_EQ(mode("copy"), std::filesystem::perms(0600)) << "as private as its model";
+    EXPECT_EQ(mode("copy"), std::filesystem::perms(0604)) << "as private as its model";
     EXPECT_EQ(EntryCount(), 2);
 }
 
