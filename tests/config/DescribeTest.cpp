@@ -35,35 +35,31 @@ TEST(Describe, SpeaksTheHostsLanguageOrEnglish) {
     EXPECT_EQ(DescribeInUTF8(error), "b au lieu de /a\u00A0? Le disque est plein.");
 }
 
-TEST(Describe, SaysOnceWhatWasToBeDoneAndWhy) {
-    auto const file = filesupport::FileFromNative("/f");
+TEST(Describe, TakesEveryExceptionAndSaysOnceWhatWasToBeDoneAndWhy) {
+    using namespace filesupport;
     auto const says = [](std::exception const& inError, char const* inText) {
         EXPECT_EQ(DescribeInUTF8(inError), inText);
     };
-    says(filesupport::file_exception(file), "Error with file: '/f'.");
-    says(Because(filesupport::file_exception(file), FileOperation::kOpen, SystemError::kLinkCircle),
+    File const file = FileFromNative("/f");
+    file_exception const plain(file);
+    create_accessdenied_exception const denied(file);
+    says(plain, "Error with file: '/f'.");
+    says(Because(plain, FileOperation::kOpen, SystemError::kLinkCircle),
          "Could not open '/f'. Symbolic links lead around in a circle.");
-    says(Because(filesupport::create_accessdenied_exception(file), FileOperation::kCreate,
-                 SystemError::kAccessDenied),
+    says(Because(denied, FileOperation::kCreate, SystemError::kAccessDenied),
          "Could not create the file '/f'. Access was denied.");
-    says(Because(filesupport::create_accessdenied_exception(file), FileOperation::kCreate,
-                 SystemError::kFileExists),
+    says(Because(denied, FileOperation::kCreate, SystemError::kFileExists),
          "Could not create the file '/f'. Access was denied. It exists already.");
-    filesupport::io_error failure;
+    io_error failure;
     failure.SetPath(file.FullPath());
     says(Because(failure, FileOperation::kWrite, static_cast<SystemError>(12345)),
          "Could not write '/f'. The system gave no reason.");
-}
-
-TEST(Describe, TakesEveryException) {
-    EXPECT_EQ(DescribeInUTF8(std::bad_alloc()), "There is not enough memory.");
-    EXPECT_EQ(DescribeInUTF8(std::runtime_error("$$$/viewer/NoCodec=There is no decoder.")),
-              "There is no decoder.");
-    EXPECT_EQ(DescribeInUTF8(std::runtime_error("$$$/ no key")), "$$$/ no key");
-    EXPECT_EQ(DescribeInUTF8(filesupport::eof_error()), "There is less data than expected.");
-    EXPECT_EQ(DescribeInUTF8(filesupport::file_not_found_exception(
-                  filesupport::FileFromNative("/\x1B[7m\xFF\xC2\x9B\u20AC"))),
-              "The file '/\uFFFD[7m\uFFFD\uFFFD\u20AC' could not be found.");
+    says(std::bad_alloc(), "There is not enough memory.");
+    says(std::runtime_error("$$$/viewer/NoCodec=There is no decoder."), "There is no decoder.");
+    says(std::runtime_error("$$$/ no key"), "$$$/ no key");
+    says(eof_error(), "There is less data than expected.");
+    says(file_not_found_exception(FileFromNative("/\x1B[7m\xFF\xC2\x9B\u20AC")),
+         "The file '/\uFFFD[7m\uFFFD\uFFFD\u20AC' could not be found.");
 }
 
 } // namespace

@@ -12,41 +12,29 @@ namespace brindle::config {
 namespace {
 
 TEST(ClientIdentity, KeepsItsDefaultsUntilSet) {
-    struct Value {
+    struct {
         void (*set)(UTF16String const&);
         UTF16String const& (*get)();
         UTF16String fallback;
-    };
-    Value const values[] = {
+    } const values[] = {
         {SetClientName, GetClientName, u"No Client Name"_utf16},
         {SetClientVersion, GetClientVersion, u"No Client Version"_utf16},
         {SetClientInternalVersion, GetClientInternalVersion, u"No Client Internal Version"_utf16},
         {SetClientBuildNumber, GetClientBuildNumber, u"No Client Internal Version"_utf16},
         {SetCompanyName, GetCompanyName, u"No Company Name"_utf16},
     };
-    for (Value const& value : values) {
-        EXPECT_EQ(value.get(), value.fallback);
-    }
-    for (Value const& value : values) {
-        UTF16String const& reference = value.get();
-        value.set(u"set"_utf16);
-        EXPECT_EQ(reference, u"set"_utf16);
-        value.set(u""_utf16);
-        EXPECT_EQ(reference, u""_utf16) << "the default does not come back";
-        value.set(value.fallback);
+    for (auto const& [set, get, fallback] : values) {
+        UTF16String const& reference = get();
+        EXPECT_EQ(reference, fallback) << "nor does another value change it";
+        for (auto const& text : {u"set"_utf16, u""_utf16}) {
+            set(text);
+            EXPECT_EQ(reference, text);
+        }
     }
     EXPECT_EQ(GetVersionString(), u"2.0.0.161039"_utf16);
 }
 
 TEST(Localizer, IsAskedForOnlyWhileInstalled) {
-    class Echo : public Localizer {
-        UTF16String LocalizeString(char const*) override { return {}; }
-    } echo;
-    Localizer::Set(&echo);
-    EXPECT_TRUE(Localizer::Initialized());
-    EXPECT_EQ(Localizer::Get(), &echo);
-    Localizer::Set(nullptr);
-    EXPECT_FALSE(Localizer::Initialized());
     try {
         Localizer::Get();
         FAIL() << "nothing thrown";

@@ -27,31 +27,27 @@ protected:
 };
 
 TEST_F(Contract, ShowsWhereItStandsAndRaisesTheFatalError) {
+    std::string const error = "0 105 25 $$$/brn/utility/Error/Contract/InputContractViolation="
+                              "An input contract violation has occurred!\n";
     CheckContract(true, "holds", "some/file", 1);
-    EXPECT_EQ(S_shown, "");
-    EXPECT_EQ(mManager.codes.size(), 0u);
+    EXPECT_EQ(S_shown + mManager.TakeLines(), "");
     CheckContract(false, "fails", "some/file", 12);
-    EXPECT_EQ(S_shown, "[some/file-12]\r\n");
-    EXPECT_EQ(mManager.level, config::kErrorLevel_Fatal);
-    EXPECT_EQ(mManager.key, "$$$/brn/utility/Error/Contract/InputContractViolation="
-                            "An input contract violation has occurred!");
-    EXPECT_EQ(mManager.module, 105u);
-    EXPECT_TRUE(mManager.flags.first);
+    EXPECT_EQ(std::exchange(S_shown, {}), "[some/file-12]\r\n");
+    EXPECT_EQ(mManager.TakeLines(), error);
     DisableContractDialog();
     CheckContract(false, "fails", "some/file", 12);
-    EXPECT_EQ(S_shown, "[some/file-12]\r\n") << "disabled, it is raised all the same";
-    EXPECT_EQ(mManager.codes, std::vector<std::int32_t>(2, 25));
+    EXPECT_EQ(S_shown + mManager.TakeLines(), error) << "disabled, it is raised all the same";
 }
 
 TEST_F(Contract, AddressesAreJudgedByNullAlone) {
     int values[2];
     for (bool const nullAllowed : {false, true}) {
-        EXPECT_TRUE(IsValidAddress(values, nullAllowed));
-        EXPECT_EQ(IsValidAddress(nullptr, nullAllowed), nullAllowed);
-        EXPECT_TRUE(IsValidAddressRange(values, 8u, nullAllowed));
-        EXPECT_EQ(IsValidAddressRange(nullptr, 8u, nullAllowed), nullAllowed);
-        EXPECT_TRUE(IsValidAddressRange(values, values + 1, nullAllowed));
-        EXPECT_EQ(IsValidAddressRange(nullptr, values, nullAllowed), nullAllowed);
+        for (int* const address : {values, static_cast<int*>(nullptr)}) {
+            bool const isValid = address != nullptr || nullAllowed;
+            EXPECT_EQ(IsValidAddress(address, nullAllowed), isValid);
+            EXPECT_EQ(IsValidAddressRange(address, 8u, nullAllowed), isValid);
+            EXPECT_EQ(IsValidAddressRange(address, values + 1, nullAllowed), isValid);
+        }
     }
     EXPECT_TRUE(IsValidAddressRange(nullptr, nullptr, true));
     EXPECT_EQ(S_shown, "");

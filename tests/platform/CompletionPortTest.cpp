@@ -2,6 +2,8 @@
 
 #include "platform/portable/PacketPort.h"
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/InThreads.h"
+#include "tests/support/RandomDelays.h"
 #include "utility/src/base/NoPause.h"
 
 #include <boost/thread/barrier.hpp>
@@ -19,19 +21,6 @@
 namespace brindle::platform {
 
 namespace {
-
-/// Often lets another thread run between two atomic steps.
-struct RandomPause {
-    static void Pause() noexcept {
-        static std::atomic<std::uint32_t> seeds{1};
-        thread_local std::uint32_t random = seeds.fetch_add(0x9E3779B9);
-        random = random * 1664525 + 1013904223;
-        if (random >> 28 == 0) {
-            sched_yield();
-        }
-    }
-    static void BeforeSleep() noexcept { Pause(); }
-};
 
 /// Halts one thread at one of its pauses, as a scheduler does that gives the processor to others.
 struct Halting {
@@ -79,76 +68,61 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
     std::vector<Interval> posts(kPosters * inEach);
     std::vector<Interval> takes(kPosters * inEach, {~0ull, 0});
     std::vector<std::vector<Interval>> nothing(inTakers);
-    std::vector<std::thread> threads;
-    for (std::vector<Interval>& mine : nothing) {
-        threads.emplace_back([&] {
-            for (std::uint32_t i = 0;; ++i) {
-                Deadline const deadlines[] = {Deadline::Never(), Deadline::In(milliseconds(0)),
-                                              Deadline::In(milliseconds(1)), InSystemTime(1)};
-                void* packet = nullptr;
-                std::uint64_t const begun = clock++;
-                bool const isTaken = port.Wait(packet, deadlines[i % 4]);
-                Interval const interval{begun, clock++};
-                if (!isTaken) {
-                    mine.push_back(interval);
-                } else if (auto const value = reinterpret_cast<std::uintptr_t>(packet); value > 0) {
-                    EXPECT_EQ(takes[value - 1].ended, 0) << "taken twice";
-                    takes[value - 1] = interval;
-                } else {
-                    break;
-                }
-            }
-        });
-    }
     std::atomic<std::size_t> posting{kPosters};
-    for (std::size_t poster = 0; poster < kPosters; ++poster) {
-        threads.emplace_back([&, poster] {
-            for (std::size_t i = poster * inEach; i < (poster + 1) * inEach; ++i) {
-                std::uint64_t const begun = clock++;
-                EXPECT_TRUE(port.Post(Packet(i + 1)));
-                posts[i] = {begun, clock++};
-            }
-            if (--posting == 0) {
-                for (std::size_t i = 0; i < inTakers; ++i) {
-                    EXPECT_TRUE(port.Post(nullptr));
-                }
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-
-    // For each end of a post, the latest beginning of a take of this packet or one posted before.
-    std::vector<Interval> lastTake;
-    for (std::size_t i = 0; i < posts.size(); ++i) {
-        lastTake.push_back({posts[i].ended, takes[i].begun});
-    }
-    std::sort(lastTake.begin(), lastTake.end(),
-              [](auto const& inLHS, auto const& inRHS) { return inLHS.begun < inRHS.begun; });
-    for (std::size_t i = 1; i < lastTake.size(); ++i) {
-        lastTake[i].ended = std::max(lastTake[i].ended, lastTake[i - 1].ended);
-    }
-    auto const expectTakenFirst = [&](std::uint64_t inPostedBefore, std::uint64_t inEnd) {
-        auto const next =
-            std::partition_point(lastTake.begin(), lastTake.end(),
-                                 [&](auto const& inPost) { return inPost.begun < inPostedBefore; });
-        ASSERT_LE(next == lastTake.begin() ? 0 : std::prev(next)->ended, inEnd);
+    auto const post = [&](std::size_t inPoster) {
+        for (std::size_t i = inPoster * inEach; i < (inPoster + 1) * inEach; ++i) {
+            posts[i].begun = clock++;
+            EXPECT_TRUE(port.Post(Packet(i + 1)));
+            posts[i].ended = clock++;
+        }
+        for (std::size_t i = --posting == 0 ? inTakers : 0; i > 0; --i) {
+            EXPECT_TRUE(port.Post(nullptr));
+        }
     };
+    auto const take = [&](std::vector<Interval>& ioNothing) {
+        for (std::uint32_t i = 0;; ++i) {
+            Deadline const deadlines[] = {Deadline::Never(), Deadline::In(milliseconds(0)),
+                                          Deadline::In(milliseconds(1)), InSystemTime(1)};
+            void* packet = nullptr;
+            std::uint64_t const begun = clock++;
+            bool const isTaken = port.Wait(packet, deadlines[i % 4]);
+            Interval const interval{begun, clock++};
+            if (!isTaken) {
+                ioNothing.push_back(interval);
+            } else if (auto const value = reinterpret_cast<std::uintptr_t>(packet); value > 0) {
+                EXPECT_EQ(takes[value - 1].ended, 0) << "taken twice";
+                takes[value - 1] = interval;
+            } else {
+                break;
+            }
+        }
+    };
+    tests::InThreads(static_cast<unsigned>(kPosters + inTakers), [&](std::size_t inThread) {
+        inThread < kPosters ? post(inThread) : take(nothing[inThread - kPosters]);
+    });
+
+    // For each time, the latest beginning of a take of a packet whose post had ended.
+    std::vector<std::uint64_t> lastTake(clock);
     for (std::size_t i = 0; i < posts.size(); ++i) {
         ASSERT_LT(posts[i].begun, takes[i].ended) << "never taken, or before it was posted";
-        expectTakenFirst(posts[i].begun, takes[i].ended);
+        lastTake[posts[i].ended] = takes[i].begun;
+    }
+    for (std::size_t time = 1; time < lastTake.size(); ++time) {
+        lastTake[time] = std::max(lastTake[time], lastTake[time - 1]);
+    }
+    for (std::size_t i = 0; i < posts.size(); ++i) {
+        ASSERT_LE(lastTake[posts[i].begun], takes[i].ended);
     }
     for (auto const& one : nothing) {
         for (Interval const& interval : one) {
-            expectTakenFirst(interval.begun, interval.ended);
+            ASSERT_LE(lastTake[interval.begun], interval.ended);
         }
     }
 }
 
 TEST(CompletionPort, IsFirstInFirstOutAcrossThreads) {
     for (std::size_t const takers : {1u, 3u}) {
-        ExpectQueue<PacketPort<RandomPause, 4>>(takers, 4000);
+        ExpectQueue<PacketPort<tests::RandomDelays, 4>>(takers, 4000);
         ExpectQueue<PacketPort<utility::NoPause, 4>>(takers, 10000);
         ExpectQueue<CompletionPort>(takers, 20000);
     }
@@ -159,31 +133,25 @@ template <typename Port>
 void ExpectAllWake(unsigned int inSleepers, int inRounds) {
     Port port;
     boost::barrier round(inSleepers + 1);
-    std::vector<std::thread> sleepers;
-    for (unsigned int i = 0; i < inSleepers; ++i) {
-        sleepers.emplace_back([&] {
-            void* packet = nullptr;
-            for (int j = 0; j < inRounds && port.Wait(packet, Deadline::Never()); ++j) {
-                round.wait();
+    tests::InThreads(inSleepers + 1, [&](unsigned int inThread) {
+        void* packet = nullptr;
+        for (int i = 0; i < inRounds; ++i) {
+            if (inThread > 0) {
+                EXPECT_TRUE(port.Wait(packet, Deadline::Never()));
             }
-        });
-    }
-    for (int j = 0; j < inRounds; ++j) {
-        for (unsigned int i = 0; i < inSleepers; ++i) {
-            EXPECT_TRUE(port.Post(nullptr));
+            for (unsigned int posts = inThread > 0 ? 0 : inSleepers; posts > 0; --posts) {
+                EXPECT_TRUE(port.Post(nullptr));
+            }
+            round.wait();
         }
-        round.wait();
-    }
-    for (std::thread& sleeper : sleepers) {
-        sleeper.join();
-    }
+    });
 }
 
 TEST(CompletionPort, AsManyPostsWakeAsManySleepers) {
     ExpectAllWake<CompletionPort>(3, 3000);
-    ExpectAllWake<PacketPort<RandomPause, 2>>(3, 2000);
+    ExpectAllWake<PacketPort<tests::RandomDelays, 2>>(3, 2000);
     // More than the slots that there are at first to announce what one touches.
-    ExpectAllWake<PacketPort<RandomPause, 2>>(80, 20);
+    ExpectAllWake<PacketPort<tests::RandomDelays, 2>>(80, 20);
 }
 
 /// Posts to two sleeping workers, one of which, or a poster, halts at the given pause. Returns how
@@ -210,8 +178,8 @@ int ReceivedBesideAHaltedThread(bool inHaltsPoster, int inPause) {
     Halting::HaltAt(inPause);
     std::thread first(post, true), second(post, false);
     second.join();
-    auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (received == 0 && std::chrono::steady_clock::now() < limit) {
+    for (auto const limit = Deadline::In(milliseconds(10'000));
+         received == 0 && !limit.HasPassed();) {
         sched_yield();
     }
     int const result = received;
@@ -252,10 +220,7 @@ TEST(CompletionPort, AThreadThatFallsAsleepBesideAClaimedPromiseWatches) {
 
 TEST(CompletionPort, WaitsAsLongAsItIsTold) {
     CompletionPort port;
-    void* packet = Packet(1);
-    EXPECT_FALSE(port.Take(packet));
-    EXPECT_EQ(packet, nullptr);
-
+    void* packet = nullptr;
     // A signal interrupts the sleep, and does not end it.
     std::signal(SIGUSR1, [](int) {});
     auto const begun = std::chrono::system_clock::now();
@@ -267,7 +232,7 @@ TEST(CompletionPort, WaitsAsLongAsItIsTold) {
         }
     });
     EXPECT_FALSE(port.Wait(packet, InSystemTime(30)));
-    EXPECT_GE(std::chrono::system_clock::now() - begun, std::chrono::milliseconds(30));
+    EXPECT_GE(std::chrono::system_clock::now() - begun, milliseconds(30));
     isOver = true;
     signals.join();
 
@@ -293,14 +258,11 @@ TEST(CompletionPort, RefusesOnlyWhatItHasNoMemoryFor) {
             EXPECT_TRUE(port.Post(nullptr));
         }
         EXPECT_TRUE(port.Post(Packet(++accepted)));
-        void* packet = nullptr;
-        for (std::uintptr_t value = 1; value <= accepted; ++value) {
-            EXPECT_TRUE(port.Take(packet));
-            EXPECT_EQ(packet, Packet(value));
+        for (std::uintptr_t taken = 1; taken <= accepted + 2; ++taken) {
+            void* packet = &port;
+            EXPECT_EQ(port.Take(packet), taken <= accepted + 1);
+            EXPECT_EQ(packet, taken <= accepted ? Packet(taken) : nullptr);
         }
-        EXPECT_TRUE(port.Wait(packet, Deadline::Never()));
-        EXPECT_EQ(packet, nullptr);
-        EXPECT_FALSE(port.Take(packet));
     }
 }
 

@@ -29,12 +29,11 @@ TEST_F(FileSharing, IsRefusedOnlyToThoseWhoWouldDisturb) {
         {"write", [&] { return OpenForWriting(mPath).error; }},
         {"empty", [&] { return CreateEmptyFile(mPath); }},
     };
-    struct Holder {
+    struct {
         char const* name;
         std::function<Result<OpenFile>()> open;
         int refusals; // to the last ones of the users
-    };
-    Holder const holders[] = {
+    } const holders[] = {
         {"nobody", [] { return Result<OpenFile>(); }, 0},
         {"one who looks", [&] { return OpenForReading(mPath, Sharing::kEverybody); }, 0},
         {"a reader", [&] { return OpenForReading(mPath); }, 2},
@@ -94,29 +93,29 @@ TEST_F(FileSharing, EveryAppendedLineArrivesWhole) {
 
 TEST_F(FileSharing, ANewVersionIsSeenOnlyAsAWhole) {
     Fill("file", "old");
-    std::filesystem::permissions(Native("file"), std::filesystem::perms(0600));
-    auto begun = FileReplacement::Begin(mPath);
-    ASSERT_EQ(begun.error, kError_None);
-    EXPECT_EQ(begun.value.Write("new", 3), kError_None);
-    EXPECT_EQ(begun.value.SetPosition(5), kError_None);
-    EXPECT_EQ(begun.value.Write("!", 1), kError_None);
-    EXPECT_EQ(begun.value.Size().value, 6U);
+    std::filesystem::permissions(Native("file"), std::filesystem::perms(0604));
+    auto const mode = [this](char const* inName) {
+        return std::filesystem::status(Native(inName)).permissions();
+    };
+    auto version = FileReplacement::Begin(mPath).value;
+    EXPECT_EQ(version.Write("new", 3), kError_None);
+    EXPECT_EQ(version.SetPosition(5), kError_None);
+    EXPECT_EQ(version.Write("!", 1), kError_None);
+    EXPECT_EQ(version.Size().value, 6U);
     EXPECT_EQ(ContentOf("file"), "old");
     int const nameless = open(Native("").c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
     EXPECT_EQ(EntryCount(), nameless >= 0 ? 1 : 2) << "without a name, a kill leaves nothing";
     close(nameless);
     {
         auto const writer = OpenForWriting(mPath);
-        EXPECT_EQ(begun.value.CheckTarget(), kError_SharingViolation);
+        EXPECT_EQ(version.CheckTarget(), kError_SharingViolation);
     }
-    EXPECT_EQ(begun.value.Commit(), kError_None);
+    EXPECT_EQ(version.Commit(), kError_None);
     EXPECT_EQ(ContentOf("file"), std::string("new\0\0!", 6));
-    EXPECT_EQ(std::filesystem::status(Native("file")).permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(mode("file"), std::filesystem::perms(0604));
 
-    auto fromPrivate = FileReplacement::Begin(At("copy"), mPath);
-    ASSERT_EQ(fromPrivate.error, kError_None);
-    EXPECT_EQ(fromPrivate.value.Commit(), kError_None);
-    EXPECT_EQ(std::filesystem::status(Native("copy")).permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(FileReplacement::Begin(At("copy"), mPath).value.Commit(), kError_None);
+    EXPECT_EQ(mode("copy"), std::filesystem::perms(0604)) << "as private as its model";
     EXPECT_EQ(EntryCount(), 2);
 }
 

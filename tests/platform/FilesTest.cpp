@@ -1,22 +1,20 @@
 #include "platform/Files.h"
 #include "platform/Directories.h"
 #include "platform/FileContent.h"
-#include "platform/TemporaryFile.h"
 
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/InTemporaryDirectory.h"
 
+#include <climits>
 #include <fcntl.h>
 #include <set>
 #include <sys/stat.h>
 
 namespace brindle::platform {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-class Files : public tests::InTemporaryDirectory {};
+using Files = tests::InTemporaryDirectory;
 
 TEST_F(Files, EveryNameThatTheKernelHoldsWorks) {
     std::set<std::string> names = {
@@ -55,12 +53,11 @@ TEST_F(Files, EveryKindIsRecognisedAndOnlyRegularFilesAreOpened) {
     fs::create_symlink("/dev/null", Native("to-null"));
     fs::create_symlink("circle", Native("circle"));
 
-    struct Case {
+    struct {
         char const* name;
         FileKind kind;
         ErrorCode error = kError_None;
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {"to-file", FileKind::kFile},
         {"to-dir", FileKind::kDirectory},
         {"to-fifo", FileKind::kPipe},
@@ -115,16 +112,6 @@ TEST_F(Files, TimesAndIdentityAreTheSystems) {
     EXPECT_FALSE(a.identity == Inspect(mTemporary.Path()).value.identity);
 }
 
-TEST_F(Files, ATemporaryFileTakesNobodysName) {
-    Fill("taken", "x");
-    fs::create_symlink("nowhere", Native("link"));
-    for (auto const* const name : {"taken", "link"}) {
-        EXPECT_EQ(TemporaryFile::Create(At(name), Readers::kOwner).error, kError_AlreadyExists);
-    }
-    EXPECT_EQ(ContentOf("taken"), "x");
-    EXPECT_EQ(EntryCount(), 2);
-}
-
 TEST_F(Files, MovingNeverReplaces) {
     Fill("a", "a");
     Fill("b", "b");
@@ -169,19 +156,43 @@ TEST_F(Files, ReplacingKeepsLinksAndPermissions) {
 }
 
 TEST_F(Files, AFullDiskKeepsTheOldFile) {
-    Fill("old", std::string(100, 'o'));
+    Fill("old", "old");
     std::string const big(100000, 'b');
     tests::FileSizeLimit const limit(4096);
     for (auto const* const name : {"old", "new"}) {
         EXPECT_EQ(ReplaceContent(At(name), big.data(), big.size()), kError_FileTooLarge);
         EXPECT_EQ(AppendContent(At(name), big.data(), big.size()), kError_FileTooLarge);
     }
-    EXPECT_EQ(ContentOf("old"), std::string(100, 'o'));
-    EXPECT_EQ(EntryCount(""), 1);
-    auto writer = OpenForWriting(At("old"));
-    EXPECT_EQ(writer.value.Write(big.data(), big.size()), kError_FileTooLarge);
+    EXPECT_EQ(ContentOf("old"), "old");
+    EXPECT_EQ(EntryCount(), 1);
+    auto writer = OpenForWriting(At("old")).value;
+    EXPECT_EQ(writer.Write(big.data(), big.size()), kError_FileTooLarge);
 }
 
-} // namespace
+TEST_F(Files, PathsLongerThanTheKernelTakesAtOnceWork) {
+    std::vector<UTF16String> levels{mTemporary.Path()};
+    while (levels.back().size() < 3 * PATH_MAX) {
+        levels.push_back(levels.back() + u"\\"_utf16 + UTF16String(200, 'd'));
+        ASSERT_EQ(CreateDirectory(levels.back()), kError_None);
+    }
+    auto const& deepest = levels.back();
+    auto const file = deepest + u"\\\\\\file"_utf16;
+    auto const moved = deepest + u"\\moved"_utf16;
+    EXPECT_EQ(CreateEmptyFile(file), kError_None);
+    EXPECT_EQ(ReplaceContent(file, "con", 3), kError_None);
+    EXPECT_EQ(AppendContent(file, "tent", 4), kError_None);
+    EXPECT_EQ(Move(file, moved), kError_None);
+    EXPECT_EQ(Inspect(moved).value.size, 7U);
+    EXPECT_EQ(DirectoryScan(moved).Error(), kError_NotADirectory);
+    EXPECT_EQ(RemoveDirectory(moved), kError_NotADirectory);
+    EXPECT_EQ(RemoveDirectory(deepest), kError_DirectoryNotEmpty);
+    EXPECT_EQ(Inspect(deepest + UTF16String(PATH_MAX, '\\')).error, kError_None);
+    EXPECT_EQ(Inspect(deepest + u"\\"_utf16 + UTF16String(5000, 'n')).error, kError_NameTooLong);
+
+    EXPECT_EQ(DeleteFile(moved), kError_None);
+    for (; levels.size() > 1; levels.pop_back()) {
+        EXPECT_EQ(RemoveDirectory(levels.back()), kError_None);
+    }
+}
 
 } // namespace brindle::platform

@@ -8,8 +8,6 @@
 
 namespace brindle::platform {
 
-namespace {
-
 using Paths = tests::InTemporaryDirectory;
 
 TEST_F(Paths, LibraryTextNamesThePlacesOfTheSystem) {
@@ -67,7 +65,5 @@ TEST_F(Paths, MappedDrivesNameTheirDirectories) {
     EXPECT_EQ(MapVolume('Q', {}), kError_None);
     EXPECT_EQ(NativePath(u"Q:\\x"_utf16).error, kError_PathNotFound);
 }
-
-} // namespace
 
 } // namespace brindle::platform

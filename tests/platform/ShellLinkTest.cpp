@@ -5,8 +5,6 @@
 
 namespace brindle::platform {
 
-namespace {
-
 using ShellLink = tests::InTemporaryDirectory;
 
 TEST_F(ShellLink, EntriesOfOtherProgramsAreReadOrRefused) {
@@ -37,7 +35,5 @@ TEST_F(ShellLink, EntriesOfOtherProgramsAreReadOrRefused) {
     Fill("big.lnk", start + "/\n#" + std::string(65536, 'x'));
     EXPECT_EQ(ReadShellLink(At("big.lnk")).error, kError_InvalidData);
 }
-
-} // namespace
 
 } // namespace brindle::platform

@@ -8,8 +8,6 @@
 
 namespace brindle::platform {
 
-namespace {
-
 TEST(System, ThreadsAndModulesAreToldApart) {
     auto const mine = ThreadId();
     EXPECT_NE(std::async(std::launch::async, ThreadId).get(), mine);
@@ -33,7 +31,5 @@ TEST(System, DebugOutputSurvivesAReaderThatIsGone) {
     close(ends[1]);
     EXPECT_STREQ(text, "one \xFF piece");
 }
-
-} // namespace
 
 } // namespace brindle::platform

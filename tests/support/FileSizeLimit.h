@@ -5,25 +5,32 @@
 
 namespace brindle::tests {
 
-/// While it exists, this process can write no file beyond a size, as if the disk were full.
-class FileSizeLimit {
+/// While it exists, the kernel grants this process no more of a resource.
+class ResourceLimit {
 public:
-    /// SIGXFSZ is ignored, so that a write fails with an error instead of ending the process.
-    explicit FileSizeLimit(rlim_t inBytes) : mOldHandler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &mOldLimit);
-        rlimit const limit{inBytes, mOldLimit.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+    ResourceLimit(decltype(RLIMIT_FSIZE) inResource, rlim_t inAmount) : mResource(inResource) {
+        ::getrlimit(mResource, &mFormer);
+        rlimit const limit{inAmount, mFormer.rlim_max};
+        ::setrlimit(mResource, &limit);
     }
-    FileSizeLimit(FileSizeLimit const&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit const&) = delete;
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &mOldLimit);
-        std::signal(SIGXFSZ, mOldHandler);
-    }
+    ResourceLimit(ResourceLimit const&) = delete;
+    ResourceLimit& operator=(ResourceLimit const&) = delete;
+    ~ResourceLimit() { ::setrlimit(mResource, &mFormer); }
 
 private:
-    void (*const mOldHandler)(int);
-    rlimit mOldLimit{};
+    decltype(RLIMIT_FSIZE) const mResource;
+    rlimit mFormer{};
+};
+
+/// While it exists, this process can write no file beyond a size, as if the disk were full.
+class FileSizeLimit : ResourceLimit {
+public:
+    /// SIGXFSZ is ignored, so that a write fails with an error instead of ending the process.
+    explicit FileSizeLimit(rlim_t inBytes) : ResourceLimit(RLIMIT_FSIZE, inBytes) {}
+    ~FileSizeLimit() { std::signal(SIGXFSZ, mOldHandler); }
+
+private:
+    void (*const mOldHandler)(int) = std::signal(SIGXFSZ, SIG_IGN);
 };
 
 } // namespace brindle::tests

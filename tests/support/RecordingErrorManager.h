@@ -21,15 +21,9 @@ public:
                         config::ReplacementValue const& inThird,
                         config::ReplacementValue const& inFourth) override {
         if (onError) {
-            boost::function<void()> const action = std::move(onError);
-            onError.clear();
-            action();
+            std::exchange(onError, {})();
         }
-        level = inLevel;
-        key = inKey;
-        module = inModule;
         codes.push_back(inCode);
-        flags = {inDeferrable, IsErrorReportingDeferred()};
         values = {inFirst, inSecond, inThird, inFourth};
         mLines += std::to_string(inLevel) + ' ' + std::to_string(inModule) + ' ' +
                   std::to_string(inCode) + (inDeferrable ? " " : " at once ") + inKey + '\n';
@@ -40,14 +34,9 @@ public:
     using ErrorManager::RemoveDeferredErrorReporter;
 
     using Codes = std::vector<std::int32_t>;
-    using Flags = std::pair<bool, bool>;
-    boost::function<void()> onError; ///< done once, at the next error
-    Codes codes;                     ///< of all errors; what follows is of the last
-    config::ErrorLevel level{};
-    std::string key;
-    std::uint32_t module = 0;
-    Flags flags; ///< may be deferred, is deferred
-    std::vector<config::ReplacementValue> values;
+    boost::function<void()> onError;              ///< done once, at the next error
+    Codes codes;                                  ///< of all errors
+    std::vector<config::ReplacementValue> values; ///< of the last error
 
 private:
     std::string mLines;

@@ -32,8 +32,7 @@ struct FaultedRun {
     int status = 0;    ///< what the work returned, or minus the signal that ended it
 };
 
-/// False for calls that no full or damaged disk makes fail. Closing may report a failure, but
-/// happens all the same.
+/// False for calls that no full or damaged disk makes fail.
 inline bool MayFail(long inCall) {
     // `close` may report an error, but has closed the descriptor then.
     auto const never = {SYS_mmap,  SYS_munmap, SYS_mprotect, SYS_mremap,       SYS_exit_group,
@@ -84,32 +83,31 @@ inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFau
     bool isStruck = false; // the call in progress is the one of the fault
     auto const onCall = [&](pid_t inProcess, __ptrace_syscall_info const& inCall) {
         bool const isEntry = inCall.op == PTRACE_SYSCALL_INFO_ENTRY;
-        bool const isRefusal = inFault.kind == SystemCallFault::kRefuse;
         if (isEntry) {
-            auto const number = static_cast<long>(inCall.entry.nr);
             run.syncs += SyncLetter(inProcess, inCall);
-            if ((!isRefusal || MayFail(number)) && ++calls == inFault.call) {
-                run.call = number;
-                isStruck = true;
-            }
+            auto const number = static_cast<long>(inCall.entry.nr);
+            isStruck = (inFault.kind != SystemCallFault::kRefuse || MayFail(number)) &&
+                       ++calls == inFault.call;
+            run.call = isStruck ? number : run.call;
         }
-        if (isStruck && isRefusal) {
+        if (!isStruck) {
+            return;
+        }
+        if (inFault.kind == SystemCallFault::kRefuse) {
             run.hasHappened = Refuse(inProcess, isEntry, inFault.error);
-        } else if (isStruck && inFault.kind == SystemCallFault::kActBefore) {
-            if (isEntry) {
-                inFault.act();
-                run.hasHappened = true;
-            }
-        } else if (isStruck && isEntry == (inFault.kind == SystemCallFault::kKillBefore)) {
+        } else if (inFault.kind == SystemCallFault::kActBefore && isEntry) {
+            inFault.act();
+            run.hasHappened = true;
+        } else if (inFault.kind ==
+                   (isEntry ? SystemCallFault::kKillBefore : SystemCallFault::kKillAfter)) {
             run.hasHappened = kill(inProcess, SIGKILL) == 0;
         }
-        isStruck = isStruck && isEntry;
     };
-    TracedEnd const end = RunTraced(inWork, onCall);
-    if (!end.wasTraced) {
+    auto const end = RunTraced(inWork, onCall);
+    if (!end) {
         throw std::runtime_error("the system calls of a child cannot be traced here");
     }
-    run.status = end.status;
+    run.status = *end;
     return run;
 }
 

@@ -30,16 +30,13 @@ public:
         namespace fs = std::filesystem;
         struct stat usual {};
         ::stat(fs::temp_directory_path().c_str(), &usual);
-        auto const userDirectory = "/run/user/" + std::to_string(::geteuid());
-        for (std::string const& place : {std::string("/dev/shm"), userDirectory,
-                                         std::string("/var/tmp"), fs::current_path().string()}) {
+        fs::path const userDirectory("/run/user/" + std::to_string(::geteuid()));
+        for (fs::path const& place :
+             {fs::path("/dev/shm"), userDirectory, fs::path("/var/tmp"), fs::current_path()}) {
             struct stat other {};
-            if (::stat(place.c_str(), &other) == 0 && other.st_dev != usual.st_dev) {
-                try {
-                    return TemporaryDirectory(place);
-                } catch (std::runtime_error const&) {
-                    // The next one may be writable.
-                }
+            if (::stat(place.c_str(), &other) == 0 && other.st_dev != usual.st_dev &&
+                ::eaccess(place.c_str(), W_OK) == 0) {
+                return TemporaryDirectory(place);
             }
         }
         return TemporaryDirectory();

@@ -2,23 +2,18 @@
 
 #include <csignal>
 #include <functional>
+#include <optional>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace brindle::tests {
 
-/// The end of a child process whose system calls were traced.
-struct TracedEnd {
-    bool wasTraced =
-        false;      ///< false if processes may not be traced here; the work did not run then
-    int status = 0; ///< what the work returned, or minus the signal that ended it
-};
-
 /// Runs the work, which returns 0 to 255, in a child process, also if it executes another program.
 /// Calls `inOnCall` in this process at the entry and the exit of each system call that the main
-/// thread of the child makes.
-inline TracedEnd
+/// thread of the child makes. Returns what the work returned, or minus the signal that ended it;
+/// nothing if processes may not be traced here, and the work did not run.
+inline std::optional<int>
 RunTraced(std::function<int()> const& inWork,
           std::function<void(pid_t, __ptrace_syscall_info const&)> const& inOnCall) {
     pid_t const child = ::fork();
@@ -39,7 +34,7 @@ RunTraced(std::function<int()> const& inWork,
         ::ptrace(PTRACE_SYSCALL, child, nullptr, signal);
         ::waitpid(child, &status, 0);
         if (!WIFSTOPPED(status)) {
-            return {true, WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status)};
+            return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
         }
         bool const isCall = WSTOPSIG(status) == (SIGTRAP | 0x80);
         signal = isCall || WSTOPSIG(status) == SIGTRAP ? 0 : WSTOPSIG(status);

@@ -3,6 +3,7 @@
 #include <brindle/threads/EventLoop.h>
 
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/RecordingErrorManager.h"
 #include "threads/src/executors/SharedTimer.h"
 #include "threads/src/locks/Gate.h"
@@ -12,18 +13,12 @@
 #include <boost/thread/exceptions.hpp>
 #include <glib-unix.h>
 #include <gtest/gtest.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <poll.h>
 #include <sched.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <cerrno>
-#include <cstddef>
 #include <functional>
 #include <future>
 #include <memory>
@@ -75,17 +70,6 @@ struct Counting {
     std::shared_ptr<int> count;
     AsyncEventLoopExecutor& executor;
 };
-
-/// Has the system refuse event descriptors to the calling thread and those that it starts.
-void RefuseEventDescriptors() {
-    sock_filter steps[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_eventfd2, 0, 1),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EMFILE),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
-    sock_fprog const program{4, steps};
-    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
-    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
-}
 
 } // namespace
 
@@ -210,32 +194,32 @@ TEST(EventLoopExecutor, ANestedLoopLearnsOfTheShutdownAndNeverSpins) {
     EXPECT_EQ(ended, 3);
 }
 
-/// The niceness and the policy of the thread that runs the items of the executor.
+/// Expects that an ordinary thread runs the items of the executor.
 template <typename Executor>
-std::pair<int, int> PriorityOn(Executor& ioExecutor) {
-    std::promise<std::pair<int, int>> result;
-    ioExecutor.Post(
-        [&] {
-            result.set_value({getpriority(PRIO_PROCESS, 0), sched_getscheduler(0)});
-        },
-        0);
-    return result.get_future().get();
+void ExpectNormalPriority(Executor& ioExecutor, int inNiceness) {
+    std::promise<void> done;
+    auto const check = [&] {
+        EXPECT_EQ(getpriority(PRIO_PROCESS, 0), inNiceness);
+        EXPECT_EQ(sched_getscheduler(0), SCHED_OTHER);
+        done.set_value();
+    };
+    ioExecutor.Post(check, 0);
+    done.get_future().wait();
 }
 
 TEST(EventLoop, ThreadsOfLoweredPriorityDoNotLowerTheTimerOfOthers) {
-    std::pair<int, int> const normal{getpriority(PRIO_PROCESS, 0), SCHED_OTHER};
+    int const normal = getpriority(PRIO_PROCESS, 0);
     Adaptor low;
     InAnotherThread([&] {
         SetCurrentThreadPriority(kThreadPriorityIdle);
         low = AdaptCurrentEventLoopAsExecutor();
         if (geteuid() == 0) { // others have no right to raise a thread again
-            auto const executor = CreateAsyncEventLoopExecutor("loop");
-            EXPECT_EQ(PriorityOn(*executor), normal);
-            EXPECT_EQ(PriorityOn(*SharedTimer()), normal);
+            ExpectNormalPriority(*CreateAsyncEventLoopExecutor("loop"), normal);
+            ExpectNormalPriority(*SharedTimer(), normal);
         }
     });
     Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
-    EXPECT_EQ(PriorityOn(*SharedTimer()), normal);
+    ExpectNormalPriority(*SharedTimer(), normal);
 }
 
 TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
@@ -285,7 +269,7 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
 TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
     brindle::tests::RecordingErrorManager errors;
     InAnotherThread([] {
-        RefuseEventDescriptors();
+        brindle::tests::ResourceLimit const none(RLIMIT_NOFILE, 0);
         EXPECT_THROW(static_cast<void>(EventLoopDescriptor()), boost::thread_resource_error);
         EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
     });

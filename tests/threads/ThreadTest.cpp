@@ -1,21 +1,19 @@
-#include <brindle/threads/Barrier.h>
 #include <brindle/threads/SyncPoint.h>
 #include <brindle/threads/ThreadGroup.h>
 
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/InThreads.h"
 #include "tests/support/RecordingErrorManager.h"
 #include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <limits>
 #include <memory>
-#include <utility>
 
 namespace brindle::threads {
 
@@ -46,15 +44,14 @@ TEST(Thread, ComparesByThreadAndNotByName) {
     // The system gives the id of a thread that has ended to a later one.
     for (int i = 0; i < 20; ++i) {
         Thread next("next", body);
-        EXPECT_TRUE(next != started);
         next.Join();
         EXPECT_TRUE(next == *there);
+        EXPECT_TRUE(started != next);
         EXPECT_TRUE(started != *there);
     }
     OpenThread adopted("adopted", new boost::thread(body));
     adopted.Join();
     EXPECT_TRUE(adopted == *there);
-    EXPECT_TRUE(adopted != here);
 }
 
 TEST(Thread, IsTransferredAndJoinedOnce) {
@@ -69,14 +66,13 @@ TEST(Thread, IsTransferredAndJoinedOnce) {
     Thread("this one").Join();
 
     tests::RecordingErrorManager errors;
-    ThreadGroup group("group");
-    Barrier made(2);
-    std::unique_ptr<Thread> const self(group.CreateThread([&] {
+    SyncPoint made(2);
+    std::unique_ptr<Thread> const self = std::make_unique<Thread>("self", [&] {
         made.Wait();
         EXPECT_THROW(self->Join(), boost::thread_resource_error);
-    }));
+    });
     made.Wait();
-    group.JoinAll();
+    self->Join();
     EXPECT_EQ(errors.codes, tests::RecordingErrorManager::Codes{20});
 }
 
@@ -137,11 +133,9 @@ TEST(ThreadGroup, StartsNothingWithoutMemory) {
     std::string const name(100, 'n');
     EXPECT_GT(tests::RefuseEachAllocation([&] { SyncPoint(name, 2); }, [] {}), 1);
     ThreadGroup group(name);
-    std::unique_ptr<Thread> thread;
+    auto const create = [&] { delete group.CreateThread(body); };
     auto const isAsBefore = [&] { EXPECT_EQ(group.Size(), 0); };
-    EXPECT_GT(
-        tests::RefuseEachAllocation([&] { thread.reset(group.CreateThread(body)); }, isAsBefore),
-        3);
+    EXPECT_GT(tests::RefuseEachAllocation(create, isAsBefore), 3);
     group.JoinAll();
     EXPECT_EQ(runs, 1);
     EXPECT_EQ(group.Size(), 1);
@@ -153,19 +147,16 @@ TEST(ThreadGroup, StartsNothingWithoutMemory) {
     if (geteuid() == 0 && setuid(65534) != 0) {
         _exit(2);
     }
-    rlimit limit{};
-    getrlimit(RLIMIT_NPROC, &limit);
-    rlim_t const former = std::exchange(limit.rlim_cur, 0);
-    setrlimit(RLIMIT_NPROC, &limit);
     tests::RecordingErrorManager errors;
     ThreadGroup group("group");
     boost::function0<void> const body = [] {};
-    EXPECT_THROW(Thread("refused", body), boost::thread_resource_error);
-    EXPECT_THROW(static_cast<void>(group.CreateThread(body)), boost::thread_resource_error);
+    {
+        tests::ResourceLimit const none(RLIMIT_NPROC, 0);
+        EXPECT_THROW(Thread("refused", body), boost::thread_resource_error);
+        EXPECT_THROW(static_cast<void>(group.CreateThread(body)), boost::thread_resource_error);
+    }
     EXPECT_EQ(errors.codes, (tests::RecordingErrorManager::Codes{20, 20}));
     EXPECT_EQ(group.Size(), 0);
-    limit.rlim_cur = former;
-    setrlimit(RLIMIT_NPROC, &limit);
     delete group.CreateThread(body);
     group.JoinAll();
     _exit(testing::Test::HasFailure() ? 1 : 0);
@@ -181,14 +172,11 @@ TEST(ThreadPriority, IsSetForTheCallingThreadAndUnknownValuesAreNormal) {
         EXPECT_EQ(PlatformPriority(static_cast<ThreadPriority>(priority)), expected[priority + 1]);
     }
     int const normal = getpriority(PRIO_PROCESS, 0);
-    int inThread = 0;
     Thread("low", [&] {
-        for (auto const priority : {kThreadPriorityIdle, kThreadPriorityLowest}) {
-            SetCurrentThreadPriority(priority);
-            inThread = getpriority(PRIO_PROCESS, 0);
-        }
+        SetCurrentThreadPriority(kThreadPriorityIdle);
+        SetCurrentThreadPriority(kThreadPriorityLowest);
+        EXPECT_GT(getpriority(PRIO_PROCESS, 0), normal);
     }).Join();
-    EXPECT_GT(inThread, normal);
     EXPECT_EQ(getpriority(PRIO_PROCESS, 0), normal);
 }
 
