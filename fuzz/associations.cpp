@@ -1,5 +1,5 @@
-#include "platform/desktop/AssociationFiles.h"
 #include "platform/desktop/DesktopEntry.h"
+#include "platform/desktop/MimeTables.h"
 
 #include <cstdint>
 #include <cstdlib>

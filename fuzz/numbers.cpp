@@ -40,6 +40,6 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     if (!isWritten || !isRead) {
         std::abort();
     }
-    Locale::GetValueFromDisplayString(text);
+    static_cast<void>(Locale::GetValueFromDisplayString(text));
     return 0;
 }

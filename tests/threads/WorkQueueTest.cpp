@@ -23,6 +23,7 @@
 namespace {
 
 std::atomic<int> S_timeZoneCalls{0};
+std::atomic<std::time_t> S_stoppedAt{0}; // 0 unless the system's clock stands still
 
 } // namespace
 
@@ -32,6 +33,16 @@ extern "C" std::tm* gmtime_r(std::time_t const* inTime, std::tm* outTime) {
     ++S_timeZoneCalls;
     *outTime = *std::gmtime(inTime);
     return outTime;
+}
+
+/// In place of the C library's function, to stop the clock.
+extern "C" int clock_gettime(clockid_t inClock, timespec* outTime) noexcept {
+    std::time_t const stopped = S_stoppedAt;
+    if (inClock == CLOCK_REALTIME && stopped != 0) {
+        *outTime = {stopped, 0};
+        return 0;
+    }
+    return static_cast<int>(::syscall(SYS_clock_gettime, inClock, outTime));
 }
 
 namespace brindle::threads {
@@ -122,9 +133,11 @@ TEST(WorkQueue, EqualDelaysRunInTheOrderOfPosting) {
     int const timeZoneCalls = S_timeZoneCalls;
     std::vector<int> ran;
     std::promise<void> done;
+    S_stoppedAt = std::time(nullptr);
     for (int i = 0; i < kCount; ++i) {
         pool->Post([&, i] { ran.push_back(i), i + 1 == kCount ? done.set_value() : void(); }, 20);
     }
+    S_stoppedAt = 0;
     done.get_future().wait();
     EXPECT_TRUE(std::is_sorted(ran.begin(), ran.end()));
     EXPECT_EQ(S_timeZoneCalls, timeZoneCalls) << "posting takes the lock of the time zone";
