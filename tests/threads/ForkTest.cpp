@@ -69,6 +69,11 @@ int UseInChild(Executors& ioInherited) {
 } // namespace
 
 TEST(Fork, AChildWithStaticExecutorsExitsAndMayMakeItsOwn) {
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+    GTEST_SKIP() << "the locks of the sanitizer's allocator do not survive a fork";
+#endif
+#endif
     Executors& executors = Statics();
     std::atomic<bool> isOver{false};
     // Locks are held and items change at any moment at which the process is copied.
