@@ -2,10 +2,11 @@
 
 #include "platform/AlignedMemory.h"
 #include "tests/support/InThreads.h"
-#include "utility/src/memory/Managers.h"
-#include "utility/src/memory/TopChunks.h"
+#include "utility/src/memory/HeapRegistry.h"
+#include "utility/src/memory/RegionStore.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,20 +22,8 @@ namespace {
 using Blocks = std::vector<void*>;
 using tests::InThreads;
 
-ChunkedAllocator& ManagerOf(unsigned int inSize) {
-    EXPECT_TRUE(Managers::AreReady());
-    return Managers::Of(inSize == kMiddleChunk ? SizeClasses::kOfMiddleChunks
-                                               : SizeClasses::kClassOf[inSize]);
-}
-
-/// In the classes of requests, when the calling thread and the process keep none.
-std::int32_t BlocksInUse() {
-    ReleaseStock();
-    std::int32_t blocks = 0;
-    for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
-        blocks += Managers::Of(i).Count().blocksInUse;
-    }
-    return blocks;
+std::uint64_t BlocksInUse() {
+    return GetFigures().blocksInUse;
 }
 
 TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
@@ -54,39 +43,74 @@ TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
     }
 }
 
+// Every class, so that a block of each place in each kind of chunk finds its chunk again.
 TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
     ReleaseStock();
-    unsigned int const plans[][3] = {{32, 4128, 66080}, {896, 4128, 66080}, {1152, 66080, 925152}};
-    for (auto const& [size, first, second] : plans) {
-        auto& manager = ManagerOf(size);
-        Blocks blocks;
-        auto expected = manager.Count();
-        while (expected.bytes < 2'500'000 || blocks.size() < expected.blocks) {
-            if (blocks.size() == expected.blocks) {
-                auto const chunk = expected.bytes >= 925152   ? 925152
-                                   : expected.bytes >= second ? second
-                                                              : first;
-                expected.bytes += chunk;
-                expected.blocks += (chunk - 32) / size;
+    for (std::size_t index = 0; index < SizeClasses::kOfSmallChunks; ++index) {
+        unsigned int const size = SizeClasses::kBlockSizes[index];
+        SCOPED_TRACE(size);
+        std::uint64_t const second = size <= 1024 ? 66080 : 925152;
+        Figures const before = GetFigures(size);
+        EXPECT_EQ(before.blocksInUse, 0U);
+        Blocks blocks(before.blocksHeld);
+        std::generate(blocks.begin(), blocks.end(), [&] { return Allocate(size); });
+        std::uint64_t bytes = before.bytesHeld;
+        while (bytes < 2'800'000) {
+            std::uint64_t const chunk = bytes >= 925152   ? 925152U
+                                        : bytes >= second ? second
+                                        : size <= 1024    ? 4128U
+                                                          : 66080U;
+            for (std::uint64_t i = 0; i < (chunk - 32) / size; ++i) {
+                blocks.push_back(std::memset(Allocate(size), 0xFF, size));
             }
-            blocks.push_back(manager.Allocate(size));
-            ASSERT_EQ(manager.Count().bytes, expected.bytes);
-            ASSERT_EQ(manager.Count().blocks, expected.blocks);
+            bytes += chunk;
+            if (chunk != 4128) {
+                ASSERT_EQ(GetFigures(size).bytesHeld, bytes);
+            }
         }
-        // One after the other goes and comes back, each while all others hold: none is overlooked.
-        for (void*& block : blocks) {
-            manager.Dispose(block, size);
-            block = manager.Allocate(size);
+        Figures const full = GetFigures(size);
+        EXPECT_EQ(full.bytesHeld, bytes);
+        EXPECT_EQ(full.blocksHeld, blocks.size());
+        EXPECT_EQ(full.blocksInUse, blocks.size());
+        // What is given back is used before anything is added.
+        for (std::size_t i = 0; i < blocks.size(); i += 7) {
+            Dispose(blocks[i], size);
         }
-        EXPECT_EQ(manager.Count().bytes, expected.bytes);
+        for (std::size_t i = 0; i < blocks.size(); i += 7) {
+            blocks[i] = Allocate(size);
+        }
+        EXPECT_EQ(GetFigures(size).bytesHeld, bytes);
+        std::size_t const step = blocks.size() % 7919 != 0 ? 7919 : 1;
         for (std::size_t i = 0; i < blocks.size(); ++i) {
-            ASSERT_TRUE(manager.Dispose(blocks[i * 7919 % blocks.size()], size));
+            Dispose(blocks[i * step % blocks.size()], size);
         }
-        EXPECT_EQ(manager.Count().blocksInUse, 0);
-        EXPECT_EQ(manager.Count().chunks, size == 32 ? 1U : 0U);
+        Figures const after = GetFigures(size);
+        EXPECT_EQ(after.blocksInUse, 0U);
+        EXPECT_EQ(after.chunksHeld, size <= 128 || size == 1024 ? 1U : 0U);
     }
-    EXPECT_EQ(ManagerOf(kSmallChunk).Count().blocks % 16, 0U);
-    EXPECT_EQ(ManagerOf(kMiddleChunk).Count().blocks % 14, 0U);
+    ReleaseStock();
+    EXPECT_LE(GetFigures().bytesHeld, 3 * Region::kSize);
+}
+
+TEST(SmallBlockAllocator, ClassThatKeepsNoneReturnsItsChunkWithItsOnlyBlock) {
+    ReleaseStock();
+    void* const block = Allocate(144);
+    EXPECT_EQ(GetFigures(144).chunksHeld, 1U);
+    Dispose(block, 144);
+    EXPECT_EQ(GetFigures(144).chunksHeld, 0U);
+    // The next small chunks that anybody asks for are what was left.
+    auto const before = GetFigures().bytesHeld;
+    Blocks chunks(64);
+    for (void*& chunk : chunks) {
+        chunk = Allocate(4128);
+        std::memset(chunk, 0xFF, 4128);
+    }
+    EXPECT_EQ(GetFigures(4128).blocksInUse, 64U);
+    EXPECT_EQ(GetFigures().bytesHeld, before);
+    for (void* const chunk : chunks) {
+        Dispose(chunk, 4128);
+    }
+    EXPECT_EQ(GetFigures(4128).blocksInUse, 0U);
 }
 
 TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
@@ -97,25 +121,17 @@ TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
         Dispose(own, size);
     }
     int const foreign = 0;
-    EXPECT_FALSE(ManagerOf(32).Dispose(const_cast<int*>(&foreign), 32));
-
-    auto* const chunk = static_cast<std::byte*>(TopChunks::Allocate());
-    ASSERT_NE(chunk, nullptr);
-    EXPECT_TRUE(TopChunks::Hold(chunk) && TopChunks::Hold(chunk + kLargeChunk - 1));
-    EXPECT_FALSE(TopChunks::Hold(chunk + kLargeChunk) || TopChunks::Hold(chunk - 1) ||
-                 TopChunks::AreKnownToHold(chunk + kLargeChunk));
-    TopChunks::Free(chunk);
-    for (void* const none : {static_cast<void*>(chunk), static_cast<void*>(nullptr)}) {
-        EXPECT_FALSE(TopChunks::Hold(none) || TopChunks::AreKnownToHold(none));
-    }
+    EXPECT_FALSE(RegionStore::Holds(&foreign));
+    EXPECT_FALSE(RegionStore::Holds(reinterpret_cast<void*>(std::uintptr_t{1} << 60)));
 }
 
 TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
-    std::int32_t const before = BlocksInUse();
+    std::uint64_t const before = BlocksInUse();
     static std::atomic<int> S_untilRefusal{-1};
-    platform::SetAllocationFilter([](std::size_t) { return S_untilRefusal.fetch_sub(1) != 0; });
     for (int n = 0; S_untilRefusal < 0; ++n) {
+        ReleaseStock();
         S_untilRefusal = n;
+        platform::SetAllocationFilter([](std::size_t) { return S_untilRefusal.fetch_sub(1) != 0; });
         int refusals = 0;
         for (auto const& [size, count] :
              {std::pair(16U, 1500), std::pair(160U, 7500), std::pair(1152U, 200),
@@ -133,10 +149,10 @@ TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
                 Dispose(block, size);
             }
         }
+        platform::SetAllocationFilter(nullptr);
         EXPECT_LE(refusals, 1);
         ASSERT_EQ(BlocksInUse(), before);
     }
-    platform::SetAllocationFilter(nullptr);
 }
 
 using SmallBlockAllocatorDeathTest = ::testing::Test;
@@ -145,10 +161,8 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) 
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto const begin = [](bool inWithMemory) {
         if (!inWithMemory) {
-            platform::SetAllocationFilter([](std::size_t) { return false; });
-            bool const isNull = Allocate(32) == nullptr;
-            platform::SetAllocationFilter(nullptr);
-            if (!isNull || Managers::AreReady() || GetActualAllocationSize(5) != 5) {
+            HeapRegistry::S_state = HeapRegistry::State::kInProgress; // as after a failure
+            if (GetActualAllocationSize(5) != 5) {
                 std::_Exit(1);
             }
         }
@@ -157,7 +171,7 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) 
         for (void* const block : blocks) {
             Dispose(std::memset(block, 0xFF, 48), 48);
         }
-        std::_Exit(Managers::AreReady() == inWithMemory ? 0 : 1);
+        std::_Exit(HeapRegistry::IsReady() == inWithMemory ? 0 : 1);
     };
     EXPECT_EXIT(begin(false), ::testing::ExitedWithCode(0), "");
     EXPECT_EXIT(begin(true), ::testing::ExitedWithCode(0), "");
@@ -165,9 +179,9 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) 
 
 /// Blocks that threads take from each other, of classes of every kind.
 struct Exchange {
-    static constexpr unsigned int kSizes[] = {8, 32, 128, 144, 1024, 1152, 4128};
+    static constexpr unsigned int kSizes[] = {4, 8, 32, 128, 144, 1024, 1152, 4128, 8192};
 
-    std::vector<std::atomic<void*>> places{700};
+    std::vector<std::atomic<void*>> places{900};
 
     static unsigned int SizeAt(std::size_t inPlace) { return kSizes[inPlace % std::size(kSizes)]; }
     void Put(std::size_t inPlace, void* inBlock) {
@@ -180,8 +194,8 @@ struct Exchange {
     }
 };
 
-/// Takes blocks in bursts that are larger than what a thread keeps, marks them, and checks that
-/// they stay as they are until it disposes of them or hands them over.
+/// Takes blocks in bursts of several chunks, marks them, and checks that they stay as they are
+/// until it disposes of them or hands them over.
 void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
     std::uint32_t random = inSeed * 2654435761U + 1;
     std::array<void*, 400> blocks{};
@@ -196,42 +210,28 @@ void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
         }
         for (void* const block : blocks) {
             auto* const words = static_cast<std::uint32_t*>(block);
-            ASSERT_TRUE(words[0] == random && words[size / 4 - 1] == random);
+            ASSERT_EQ(words[0], random);
+            ASSERT_EQ(words[size / 4 - 1], random);
             Dispose(block, size);
         }
-        ioExchange.Put(place, Allocate(size));
-    }
-}
-
-TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
-    std::array<Blocks, 2> belts{Blocks(20000), Blocks(20000)};
-    boost::barrier turn(2);
-    InThreads(2, [&](unsigned int inThread) {
-        for (unsigned int round = 0; round < 51; ++round) {
-            for (void*& block : belts[(round + inThread) % 2]) {
-                Dispose(std::exchange(block, inThread == 0 ? Allocate(64) : nullptr), 64);
-            }
-            turn.wait();
+        for (std::size_t i = 0; i < std::size(Exchange::kSizes) * 5;
+             i += std::size(Exchange::kSizes)) {
+            std::size_t const other = (place + i) % ioExchange.places.size();
+            ioExchange.Put(other, Allocate(Exchange::SizeAt(other)));
         }
-    });
-    EXPECT_LE(ManagerOf(64).Count().bytes, 4'500'000U); // of 65 million that went through
-    for (void* const block : belts[0]) {
-        Dispose(block, 64);
     }
-    EXPECT_LE(ManagerOf(64).Count().blocksInUse, (256 + 2 * 16) * 1024 / 64 + 1);
-    ReleaseStock();
-    EXPECT_EQ(ManagerOf(64).Count().chunks, 1U);
 }
 
 TEST(SmallBlockAllocator, NeitherThreadsNorCopiesOfTheProcessHoldTheSameBlock) {
-    std::int32_t const before = BlocksInUse();
+    std::uint64_t const before = BlocksInUse();
     std::optional<Exchange> exchange(std::in_place);
     std::atomic<bool> isDone{false};
     InThreads(4, [&](std::uint32_t inThread) {
         do {
-            Churn(*exchange, inThread, 200);
+            Churn(*exchange, inThread, 100);
+            GetFigures(8);
         } while (inThread != 0 && !isDone);
-        for (int round = 0; inThread == 0 && round < 30; ++round) {
+        for (int round = 0; inThread == 0 && round < 20; ++round) {
             pid_t const child = ::fork();
             if (child == 0) {
                 Exchange own;
@@ -246,6 +246,89 @@ TEST(SmallBlockAllocator, NeitherThreadsNorCopiesOfTheProcessHoldTheSameBlock) {
     });
     exchange.reset();
     EXPECT_EQ(BlocksInUse(), before);
+}
+
+/// Disposes of the blocks in several threads, each of every so manyth in an order of its own, and
+/// keeps the threads until the figures are taken.
+Figures AfterDisposalByIdlePool(Blocks const& inBlocks, unsigned int inSize) {
+    constexpr unsigned int kThreads = 3;
+    Figures figures;
+    boost::barrier turn(kThreads);
+    InThreads(kThreads, [&](unsigned int inThread) {
+        std::size_t const count = inBlocks.size() / kThreads;
+        for (std::size_t i = 0; i < count; ++i) {
+            Dispose(inBlocks[i * 7919 % count * kThreads + inThread], inSize);
+        }
+        turn.wait();
+        if (inThread == 0) {
+            figures = GetFigures();
+        }
+        turn.wait();
+    });
+    return figures;
+}
+
+// The thread that allocated them does nothing any more, or is gone.
+TEST(SmallBlockAllocator, MemoryThatOthersDisposeOfGoesBackWithoutItsThread) {
+    for (bool const isGone : {false, true}) {
+        for (unsigned int const size : {8U, 64U, 144U, 8192U}) {
+            ReleaseStock();
+            SCOPED_TRACE(std::to_string(size) + (isGone ? " of a thread that ended" : ""));
+            Blocks blocks(48'000'000 / size / 3 * 3);
+            auto const allocate = [&] {
+                std::generate(blocks.begin(), blocks.end(), [&] { return Allocate(size); });
+            };
+            isGone ? std::thread(allocate).join() : allocate();
+            auto const peak = GetFigures();
+            EXPECT_GE(peak.bytesHeld, 48'000'000U);
+            auto const after = AfterDisposalByIdlePool(blocks, size);
+            // What is kept for the next request, and what each thread has at hand.
+            EXPECT_LE(after.bytesHeld, (12 + 2 * 4) * Region::kSize);
+        }
+    }
+    EXPECT_EQ(BlocksInUse(), 0U);
+}
+
+TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
+    std::array<Blocks, 2> belts{Blocks(20000), Blocks(20000)};
+    boost::barrier turn(2);
+    InThreads(2, [&](unsigned int inThread) {
+        for (unsigned int round = 0; round < 51; ++round) {
+            for (void*& block : belts[(round + inThread) % 2]) {
+                Dispose(std::exchange(block, inThread == 0 ? Allocate(64) : nullptr), 64);
+            }
+            turn.wait();
+        }
+    });
+    EXPECT_LE(GetFigures(64).bytesHeld, 4'500'000U); // of 65 million that went through
+    for (void* const block : belts[0]) {
+        Dispose(block, 64);
+    }
+    EXPECT_EQ(GetFigures(64).blocksInUse, 0U);
+    EXPECT_LE(GetFigures(64).chunksHeld, 1U);
+}
+
+// Threads that call first, or still, while the system runs their last destructors.
+TEST(SmallBlockAllocator, ThreadsAtTheirEndLeaveNothing) {
+    pthread_key_t key;
+    ASSERT_EQ(::pthread_key_create(
+                  &key, [](void* inBlock) { Dispose(inBlock, 48), Dispose(Allocate(48), 48); }),
+              0);
+    auto const run = [&](bool inHasCalled) {
+        if (inHasCalled) {
+            Dispose(Allocate(48), 48);
+        }
+        ::pthread_setspecific(key, std::malloc(48));
+    };
+    std::thread(run, false).join();
+    std::thread(run, true).join();
+    auto const before = GetFigures();
+    for (int i = 0; i < 50; ++i) {
+        std::thread(run, i % 2 == 0).join();
+    }
+    EXPECT_EQ(GetFigures().bytesHeld, before.bytesHeld);
+    EXPECT_EQ(GetFigures().blocksInUse, before.blocksInUse);
+    ::pthread_key_delete(key);
 }
 
 } // namespace

@@ -1,27 +1,37 @@
 #pragma once
 
-#include "utility/src/memory/AllocatorManager.h"
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+namespace brindle::utility {
+
+/// What blocks are cut from. The sizes fit each other without waste: a middle chunk is 16 small
+/// ones and a header, a large chunk 14 middle ones and a header.
+enum class ChunkKind : std::uint8_t { kSmall, kMiddle, kLarge };
+
+inline constexpr std::uint32_t kSmallChunk = 4128;
+inline constexpr std::uint32_t kMiddleChunk = 66080;
+inline constexpr std::uint32_t kLargeChunk = 925152;
+inline constexpr std::uint32_t kChunkHeader = 32;
+
+constexpr std::uint32_t SizeOf(ChunkKind inKind) {
+    return inKind == ChunkKind::kSmall    ? kSmallChunk
+           : inKind == ChunkKind::kMiddle ? kMiddleChunk
+                                          : kLargeChunk;
+}
+
+} // namespace brindle::utility
 
 namespace brindle::utility::SizeClasses {
 
 /// The largest request that a class of the ladder serves.
 inline constexpr std::uint32_t kLargest = 8192;
 
-/// 71 classes of requests, then the two of chunks. Those of requests that keep a chunk come first:
-/// 4 to 128, and 1024.
-inline constexpr std::size_t kStocked = 12;
+/// 71 classes of requests by rising size, then the two of chunks that a client asks for.
 inline constexpr std::size_t kOfSmallChunks = 71;
 inline constexpr std::size_t kOfMiddleChunks = 72;
 inline constexpr std::size_t kCount = 73;
-
-constexpr bool KeepsChunk(std::uint32_t inBlockSize) {
-    return inBlockSize <= 128 || inBlockSize == 1024 || inBlockSize == kSmallChunk ||
-           inBlockSize == kMiddleChunk;
-}
 
 constexpr std::uint32_t NextOnLadder(std::uint32_t inBlockSize) {
     std::uint32_t const step = inBlockSize < 8      ? 4
@@ -35,10 +45,9 @@ constexpr std::uint32_t NextOnLadder(std::uint32_t inBlockSize) {
 
 constexpr std::array<std::uint32_t, kCount> BlockSizes() {
     std::array<std::uint32_t, kCount> sizes{};
-    std::size_t stocked = 0;
-    std::size_t other = kStocked;
+    std::size_t index = 0;
     for (std::uint32_t size = 4; size <= kLargest; size = NextOnLadder(size)) {
-        sizes[KeepsChunk(size) ? stocked++ : other++] = size;
+        sizes[index++] = size;
     }
     sizes[kOfSmallChunks] = kSmallChunk;
     sizes[kOfMiddleChunks] = kMiddleChunk;
@@ -46,28 +55,32 @@ constexpr std::array<std::uint32_t, kCount> BlockSizes() {
 }
 
 inline constexpr std::array<std::uint32_t, kCount> kBlockSizes = BlockSizes();
+static_assert(kBlockSizes[kOfSmallChunks - 1] == kLargest);
 
-constexpr ChunkPlan PlanOf(std::size_t inClass) {
-    std::uint32_t const size = kBlockSizes[inClass];
-    bool const isSmall = size <= 1024;
-    bool const isOfMiddleChunks = inClass == kOfMiddleChunks;
-    return {size,
-            isOfMiddleChunks ? kLargeChunk
-            : isSmall        ? kSmallChunk
-                             : kMiddleChunk,
-            isSmall ? kMiddleChunk : kLargeChunk, KeepsChunk(size)};
+/// Whether the last chunk of a class stays when it is empty.
+constexpr bool KeepsChunk(std::size_t inClass) {
+    return kBlockSizes[inClass] <= 128 || kBlockSizes[inClass] == 1024;
 }
 
-/// The class for each request, the chunks of 4128 bytes among them.
+/// The chunk that a class of requests takes next when it holds `inBytes` of them.
+constexpr ChunkKind NextChunk(std::size_t inClass, std::uint64_t inBytes) {
+    bool const isSmall = kBlockSizes[inClass] <= 1024;
+    return inBytes >= kLargeChunk                ? ChunkKind::kLarge
+           : !isSmall || inBytes >= kMiddleChunk ? ChunkKind::kMiddle
+                                                 : ChunkKind::kSmall;
+}
+
+/// How many blocks of a class a chunk holds. A client's chunk is one block, header and all.
+constexpr std::uint32_t BlockCount(std::size_t inClass, ChunkKind inKind) {
+    return inClass >= kOfSmallChunks ? 1 : (SizeOf(inKind) - kChunkHeader) / kBlockSizes[inClass];
+}
+
+/// The class for each request, small chunks among them.
 constexpr std::array<std::uint8_t, kLargest + 1> ClassesBySize() {
     std::array<std::uint8_t, kLargest + 1> classes{};
     std::uint32_t request = 0;
-    for (std::uint32_t size = 4; size <= kLargest; size = NextOnLadder(size)) {
-        std::uint8_t index = 0;
-        while (kBlockSizes[index] != size) {
-            ++index;
-        }
-        for (; request <= size; ++request) {
+    for (std::uint8_t index = 0; index < kOfSmallChunks; ++index) {
+        for (; request <= kBlockSizes[index]; ++request) {
             classes[request] = index;
         }
     }
@@ -76,5 +89,12 @@ constexpr std::array<std::uint8_t, kLargest + 1> ClassesBySize() {
 }
 
 inline constexpr std::array<std::uint8_t, kLargest + 1> kClassOf = ClassesBySize();
+
+/// The class of a request, `kCount` if the heap serves it.
+inline std::size_t ClassOf(std::uint32_t inSize) noexcept {
+    return inSize <= kLargest       ? kClassOf[inSize]
+           : inSize == kMiddleChunk ? kOfMiddleChunks
+                                    : kCount;
+}
 
 } // namespace brindle::utility::SizeClasses

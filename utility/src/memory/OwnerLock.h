@@ -1,0 +1,127 @@
+#pragma once
+
+#include "platform/Barrier.h"
+#include "threads/src/locks/FreezableMutex.h"
+#include "utility/src/memory/RemoteFrees.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <new>
+#include <optional>
+
+namespace brindle::utility {
+
+/// A lock that one thread, its owner, takes and gives back without an atomic read-modify-write as
+/// long as nobody else wants it. Visitors pay for that with a call of the system.
+/// docs/concurrency/small-block-allocator.md tells why this is right.
+template <typename Steps>
+class BasicOwnerLock {
+public:
+    BasicOwnerLock() = default;
+    BasicOwnerLock(BasicOwnerLock const&) = delete;
+    BasicOwnerLock& operator=(BasicOwnerLock const&) = delete;
+
+    /// For the owner, who does not hold the lock.
+    void Lock() {
+        mIsOwnerIn.store(true, std::memory_order_relaxed);
+        platform::LightBarrier();
+        Steps::Pause();
+        if (mVisitors.load(std::memory_order_acquire) != 0) {
+            LockByMutex();
+        }
+    }
+    void Unlock() {
+        if (mByMutex.has_value()) {
+            mByMutex.reset();
+            return;
+        }
+        mIsOwnerIn.store(false, std::memory_order_release);
+        platform::LightBarrier();
+        Steps::Pause();
+        if (mVisitors.load(std::memory_order_relaxed) != 0) {
+            TellVisitors();
+        }
+    }
+
+    /// Holds the lock for another thread than the owner, which holds no such lock itself.
+    class Visit {
+    public:
+        /// Does not wait for the owner, nor for another visitor.
+        Visit(BasicOwnerLock& ioLock, std::try_to_lock_t) : mLock(ioLock) {
+            int none = 0;
+            if (!mLock.mVisitors.compare_exchange_strong(none, 1, std::memory_order_relaxed)) {
+                return;
+            }
+            mMutex.emplace(mLock.mMutex);
+            platform::HeavyBarrier();
+            Steps::Pause();
+            if (mLock.mIsOwnerIn.load(std::memory_order_acquire)) {
+                End();
+            }
+        }
+        explicit Visit(BasicOwnerLock& ioLock) : mLock(ioLock) {
+            mLock.mVisitors.fetch_add(1, std::memory_order_relaxed);
+            mMutex.emplace(mLock.mMutex);
+            mLock.AwaitOwner();
+        }
+        Visit(Visit const&) = delete;
+        Visit& operator=(Visit const&) = delete;
+        ~Visit() {
+            if (IsIn()) {
+                End();
+            }
+        }
+
+        bool IsIn() const noexcept { return mMutex.has_value(); }
+
+    private:
+        __attribute__((noinline)) void End() { // which is rare
+            // An owner that sees no visitor sees what this one did; another one has the mutex.
+            mLock.mVisitors.fetch_sub(1, std::memory_order_release);
+            mMutex.reset();
+        }
+
+        BasicOwnerLock& mLock;
+        std::optional<threads::FreezableMutexLock> mMutex;
+    };
+
+    /// Keeps everybody but the calling thread out, before the process is copied; and lets them in
+    /// again, in the process and in its copy.
+    void CloseForFork() {
+        mVisitors.fetch_add(1, std::memory_order_relaxed);
+        mMutex.Freeze();
+        AwaitOwner();
+    }
+    void OpenInParent() {
+        mMutex.Thaw();
+        mVisitors.fetch_sub(1, std::memory_order_release);
+    }
+    void OpenInChild() { new (this) BasicOwnerLock; }
+
+private:
+    void LockByMutex() {
+        mIsOwnerIn.store(false, std::memory_order_release);
+        TellVisitors();
+        mByMutex.emplace(mMutex);
+    }
+    void TellVisitors() {
+        std::lock_guard<std::mutex> const lock(mLeaving);
+        mHasLeft.notify_all();
+    }
+    void AwaitOwner() {
+        platform::HeavyBarrier();
+        Steps::Pause();
+        std::unique_lock<std::mutex> lock(mLeaving);
+        mHasLeft.wait(lock, [this] { return !mIsOwnerIn.load(std::memory_order_acquire); });
+    }
+
+    std::atomic<bool> mIsOwnerIn{false};                 // and not by way of the mutex
+    std::atomic<int> mVisitors{0};                       // those inside and those about to enter
+    std::optional<threads::FreezableMutexLock> mByMutex; // the owner's
+    threads::FreezableMutex mMutex;
+    std::mutex mLeaving;
+    std::condition_variable mHasLeft;
+};
+
+} // namespace brindle::utility

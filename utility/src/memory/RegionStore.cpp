@@ -1,0 +1,100 @@
+#include "utility/src/memory/RegionStore.h"
+
+#include "platform/AlignedMemory.h"
+
+#include <utility>
+
+namespace brindle::utility {
+
+using MutexLock = threads::FreezableMutexLock;
+
+std::atomic<RegionStore::Mark*> RegionStore::S_leaves[];
+
+Region* RegionStore::Allocate() noexcept {
+    {
+        MutexLock const lock(mMutex);
+        if (Region* const kept = mKept) {
+            mKept = kept->nextInStore;
+            --mKeptCount;
+            return kept;
+        }
+    }
+    void* const pages = platform::AllocatePages(Region::kSize, Region::kSize);
+    auto const address = reinterpret_cast<std::uintptr_t>(pages);
+    if (pages == nullptr) {
+        return nullptr;
+    }
+    Mark* const marks = MarksFor(address);
+    if (marks == nullptr) {
+        platform::FreePages(pages, Region::kSize);
+        return nullptr;
+    }
+    marks[address >> 20 & (kMarks - 1)].store(true, std::memory_order_relaxed);
+    return &Region::Of(pages);
+}
+
+void RegionStore::Free(Region& inRegion) noexcept {
+    {
+        MutexLock const lock(mMutex);
+        if (mKeptCount < kKeptAtMost) {
+            inRegion.nextInStore = std::exchange(mKept, &inRegion);
+            ++mKeptCount;
+            return;
+        }
+    }
+    Unmap(inRegion);
+}
+
+void RegionStore::ReleaseAll() noexcept {
+    Region* kept = nullptr;
+    {
+        MutexLock const lock(mMutex);
+        kept = std::exchange(mKept, nullptr);
+        mKeptCount = 0;
+    }
+    while (kept != nullptr) {
+        Unmap(*std::exchange(kept, kept->nextInStore));
+    }
+}
+
+std::size_t RegionStore::Kept() {
+    MutexLock const lock(mMutex);
+    return mKeptCount * Region::kSize;
+}
+
+void RegionStore::Unmap(Region& inRegion) noexcept {
+    std::byte* const begin = inRegion.Begin();
+    auto const address = reinterpret_cast<std::uintptr_t>(begin);
+    Mark& mark = MarksFor(address)[address >> 20 & (kMarks - 1)];
+    // Before the system can give the addresses to anybody. If it cannot take them, it has their
+    // memory and nobody has the addresses.
+    mark.store(false, std::memory_order_relaxed);
+    platform::FreePages(begin, Region::kSize);
+}
+
+/// The marks for an address, made if they are not there; null without memory.
+RegionStore::Mark* RegionStore::MarksFor(std::uintptr_t inAddress) noexcept {
+    if (inAddress >> kLeafShift >= kLeaves) {
+        return nullptr;
+    }
+    std::atomic<Mark*>& leaf = S_leaves[inAddress >> kLeafShift];
+    Mark* marks = leaf.load(std::memory_order_acquire);
+    if (marks != nullptr) {
+        return marks;
+    }
+    constexpr std::size_t kBytes = kMarks * sizeof(Mark);
+    void* const pages = platform::AllocatePages(kBytes, 4096);
+    if (pages == nullptr) {
+        return nullptr;
+    }
+    // The pages are zero, which is false. A thread that was faster has made the marks already.
+    auto* const made = static_cast<Mark*>(pages);
+    if (leaf.compare_exchange_strong(marks, made, std::memory_order_acq_rel,
+                                     std::memory_order_acquire)) {
+        return made;
+    }
+    platform::FreePages(pages, kBytes);
+    return marks;
+}
+
+} // namespace brindle::utility

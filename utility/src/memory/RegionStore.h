@@ -1,0 +1,64 @@
+#pragma once
+
+#include "threads/src/locks/FreezableMutex.h"
+#include "utility/src/memory/Region.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+namespace brindle::utility {
+
+/// Where regions come from and go to: the system's pages, of which a few are kept for the next
+/// request.
+class RegionStore {
+public:
+    RegionStore() = default;
+    RegionStore(RegionStore const&) = delete;
+    RegionStore& operator=(RegionStore const&) = delete;
+
+    /// Null if the system has no memory. Any thread may call.
+    Region* Allocate() noexcept;
+    void Free(Region& inRegion) noexcept;
+    /// Gives what it keeps back to the system.
+    void ReleaseAll() noexcept;
+    /// How many bytes it keeps.
+    std::size_t Kept();
+
+    void CloseForFork() { mMutex.Freeze(); }
+    void OpenInParent() { mMutex.Thaw(); }
+    void OpenInChild() { mMutex.ThawInChild(); }
+
+    /// Whether a block lies in a region. Any thread may ask about a block that it owns, or about
+    /// null, while others allocate and free.
+    static bool Holds(void const* inBlock) noexcept {
+        auto const address = reinterpret_cast<std::uintptr_t>(inBlock);
+        std::size_t const leaf = address >> kLeafShift;
+        if (leaf >= kLeaves) {
+            return false;
+        }
+        Mark const* const marks = S_leaves[leaf].load(std::memory_order_acquire);
+        return marks != nullptr &&
+               marks[address >> 20 & (kMarks - 1)].load(std::memory_order_relaxed);
+    }
+
+private:
+    static constexpr std::size_t kKeptAtMost = 12;
+    static constexpr unsigned kLeafShift = 35;
+    static constexpr std::size_t kLeaves = std::size_t{1} << (48 - kLeafShift);
+    static constexpr std::size_t kMarks = std::size_t{1} << (kLeafShift - 20); // one a MiB
+    using Mark = std::atomic<bool>;
+
+    static Mark* MarksFor(std::uintptr_t inAddress) noexcept;
+    static void Unmap(Region& inRegion) noexcept;
+
+    // What addresses are ours: a leaf for each 32 GiB, made when the first region lies there, kept
+    // for good.
+    static std::atomic<Mark*> S_leaves[kLeaves];
+
+    threads::FreezableMutex mMutex;
+    Region* mKept = nullptr;
+    std::size_t mKeptCount = 0;
+};
+
+} // namespace brindle::utility
