@@ -41,16 +41,24 @@ bool HasBegun() noexcept {
 
 /// An abandoned heap, or a new one; null without memory.
 ThreadHeap* Acquire() noexcept {
-    MutexLock const lock(The().mutex);
-    if (ThreadHeap* const heap = The().abandoned) {
-        The().abandoned = std::exchange(heap->nextAbandoned, nullptr);
-        return heap;
+    ThreadHeap* abandoned = nullptr;
+    {
+        MutexLock const lock(The().mutex);
+        abandoned = The().abandoned;
+        if (abandoned != nullptr) {
+            The().abandoned = std::exchange(abandoned->nextAbandoned, nullptr);
+        }
+    }
+    if (abandoned != nullptr) {
+        abandoned->Adopt();
+        return abandoned;
     }
     void* const memory = platform::AllocateAligned(sizeof(ThreadHeap), alignof(ThreadHeap));
     if (memory == nullptr) {
         return nullptr;
     }
     auto* const heap = new (memory) ThreadHeap(The().store);
+    MutexLock const lock(The().mutex);
     heap->nextOfAll = std::exchange(The().all, heap);
     return heap;
 }

@@ -13,41 +13,73 @@ namespace brindle::utility {
 
 class ThreadHeap;
 
-/// Whether a chunk is one that its owner allocates from, has a known free block, or neither.
-enum class ChunkState : std::uint8_t { kFull, kAvailable, kCurrent };
+/// What a chunk is for its owner.
+enum class ChunkState : std::uint8_t {
+    kFull,      ///< has no known free block: whoever touches it has the lock
+    kAvailable, ///< has one: the owner disposes of blocks without the lock
+    kCurrent,   ///< the owner allocates and disposes of blocks without the lock
+};
 
-/// The header of a chunk, which lies apart from it. Fields that are not atomic belong to the owner;
-/// with its lock, where they say so.
+/// The header of a chunk, which lies apart from it. Fields that are not atomic belong to the owner,
+/// or to who has the owner's lock, where they say so.
 struct alignas(64) Chunk {
-    /// `used` of a chunk whose owner allocates from it and counts in its slot.
-    static constexpr std::uint32_t kCountedInSlot = 0x40000000;
+    /// Added to `used` where nobody wants to know that the chunk has become empty.
+    static constexpr std::uint32_t kParked = 0x20000000;
 
     /// How many blocks are with clients or on `remote`. Stored by the owner, last of what it does
     /// with a block that it disposes of.
-    std::atomic<std::uint32_t> used;
-    std::uint32_t free;             ///< the link to the first free block
-    std::byte* origin;              ///< what links count from
-    std::atomic<ThreadHeap*> owner; ///< the same as long as the chunk is there
-    RemoteFrees remote;             ///< blocks that others disposed of
-    ListLinks<Chunk> inClass;       ///< of available chunks; with the lock
-    Chunk* nextInInbox;
-    std::uint32_t bump; ///< where the blocks begin that were never given out
-    std::uint8_t sizeClass;
-    ChunkState state; ///< with the lock
-    ChunkKind kind;
+    std::atomic<std::uint32_t> used{0};
+    std::uint32_t free = 0;                  ///< the link to the first free block
+    std::byte* origin = nullptr;             ///< what links count from
+    std::atomic<ThreadHeap*> owner{nullptr}; ///< the same as long as the chunk is there
+    RemoteFrees remote;                      ///< blocks that others disposed of
+    ListLinks<Chunk> inClass{};              ///< of available chunks; with the lock
+    Chunk* nextInInbox = nullptr;
+    std::uint32_t bump = 0; ///< where the blocks begin that were never given out
+    std::uint8_t sizeClass = 0;
+    std::atomic<ChunkState> state{ChunkState::kFull}; ///< changed with the lock
+    ChunkKind kind = ChunkKind::kSmall;
 
-    /// Gives a block back, for the owner, whose slot has another chunk. False, with nothing done,
-    /// if the chunk may have become empty by it, or has had no free block so far.
+    std::uint32_t Used() const noexcept {
+        return used.load(std::memory_order_relaxed) & (kParked - 1);
+    }
+    bool IsParked() const noexcept { return used.load(std::memory_order_relaxed) >= kParked; }
+    bool IsFull() const noexcept {
+        return state.load(std::memory_order_relaxed) == ChunkState::kFull;
+    }
+    bool IsSmall() const noexcept { return kind == ChunkKind::kSmall; }
+    bool IsCurrent() const noexcept {
+        return state.load(std::memory_order_relaxed) == ChunkState::kCurrent;
+    }
+    void AddUsed(std::uint32_t inCount) noexcept {
+        used.store(used.load(std::memory_order_relaxed) + inCount, std::memory_order_relaxed);
+    }
+
+    /// A free block, null if the list is empty. For the owner, who allocates from the chunk.
+    void* Take() noexcept {
+        if (free == 0) {
+            return nullptr;
+        }
+        std::byte* const block = origin + free;
+        free = ReadLink(block);
+        AddUsed(1);
+        return block;
+    }
+    /// Gives a block back, for the owner. False, with nothing done, if the chunk may become empty
+    /// by it, or must be made available.
     bool Give(void* inBlock) noexcept {
         std::uint32_t const left = used.load(std::memory_order_relaxed) - 1;
-        if (free == 0 || left == remote.Count()) {
+        if (left == remote.Count() || state.load(std::memory_order_relaxed) == ChunkState::kFull) {
             return false;
         }
+        Push(inBlock, left);
+        return true;
+    }
+    void Push(void* inBlock, std::uint32_t inLeft) noexcept {
         WriteLink(inBlock, free);
         free = static_cast<std::uint32_t>(static_cast<std::byte*>(inBlock) - origin);
         // Releases the block to who finds that the chunk has become empty.
-        used.store(left, std::memory_order_release);
-        return true;
+        used.store(inLeft, std::memory_order_release);
     }
 
     std::uint32_t End() const noexcept { return EndOf(sizeClass, kind); }

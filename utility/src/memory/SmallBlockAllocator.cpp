@@ -40,11 +40,6 @@ __attribute__((noinline)) void DisposeSlowly(void* inBlock, unsigned int inSize)
     }
 }
 
-__attribute__((noinline)) void SlotEmptied(ThreadSlots& ioMine, std::size_t inClass) {
-    // Only a heap's slots hold blocks.
-    static_cast<ThreadHeap&>(ioMine).SlotEmptied(inClass);
-}
-
 Figures FiguresOf(ThreadHeap::Use const& inUse, std::size_t inClass) noexcept {
     return {inUse.blocksInUse, inUse.blocksInUse * SizeClasses::kBlockSizes[inClass], inUse.blocks,
             inUse.bytesHeld, inUse.chunks};
@@ -54,7 +49,7 @@ Figures FiguresOf(ThreadHeap::Use const& inUse, std::size_t inClass) noexcept {
 
 void* Allocate(unsigned int inSize) {
     if (inSize <= SizeClasses::kLargest) {
-        void* const block = ThreadSlots::Mine().slots[SizeClasses::kClassOf[inSize]].Take();
+        void* const block = ThreadSlots::Mine().slots[SizeClasses::kClassOf[inSize]].chunk->Take();
         if (block != nullptr) {
             return block;
         }
@@ -63,21 +58,17 @@ void* Allocate(unsigned int inSize) {
 }
 
 void Dispose(void* inBlock, unsigned int inSize) {
-    if (inSize <= SizeClasses::kLargest) {
+    // What is a chunk itself is found in another way.
+    if (inSize <= SizeClasses::kLargest && inSize != kSmallChunk && RegionStore::Holds(inBlock)) {
+        Chunk& chunk = Region::ChunkOf(inBlock);
         ThreadSlots& mine = ThreadSlots::Mine();
-        std::size_t const index = SizeClasses::kClassOf[inSize];
-        Slot& slot = mine.slots[index];
-        if (slot.Holds(inBlock)) {
-            if (slot.Give(inBlock)) {
-                SlotEmptied(mine, index);
+        if (chunk.owner.load(std::memory_order_relaxed) == &mine && chunk.Give(inBlock)) {
+            // The block is the next to be allocated, as it is in the processor's cache.
+            Slot& slot = mine.slots[chunk.sizeClass];
+            if (chunk.IsSmall() && slot.chunk->IsSmall()) {
+                slot.chunk = &chunk;
             }
             return;
-        }
-        if (index < SizeClasses::kOfSmallChunks && RegionStore::Holds(inBlock)) {
-            Chunk& chunk = Region::ChunkOf(inBlock);
-            if (chunk.owner.load(std::memory_order_relaxed) == &mine && chunk.Give(inBlock)) {
-                return;
-            }
         }
     }
     DisposeSlowly(inBlock, inSize);

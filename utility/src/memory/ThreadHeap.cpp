@@ -7,6 +7,7 @@
 
 namespace brindle::utility {
 
+Chunk Slot::S_noChunk;
 ThreadSlots ThreadSlots::S_notMade;
 ThreadSlots ThreadSlots::S_ended;
 __thread ThreadSlots* ThreadSlots::t_mineP = &ThreadSlots::S_notMade;
@@ -25,64 +26,77 @@ private:
 
 // Chunks
 
-/// Makes a chunk the one that its class allocates from. Nothing is in the slot.
+/// Makes a chunk with free blocks the one that its class allocates from next.
 void ThreadHeap::Install(Chunk& ioChunk) {
     Slot& slot = slots[ioChunk.sizeClass];
-    slot.origin = ioChunk.origin;
-    slot.free = ioChunk.free;
-    slot.bump = ioChunk.bump;
-    slot.end = ioChunk.End();
-    slot.blockSize = SizeClasses::kBlockSizes[ioChunk.sizeClass];
-    slot.used.store(ioChunk.used.load(std::memory_order_relaxed), std::memory_order_relaxed);
     slot.chunk = &ioChunk;
-    ioChunk.used.store(Chunk::kCountedInSlot, std::memory_order_relaxed);
-    ioChunk.state = ChunkState::kCurrent;
-}
-
-/// Takes the chunk out of the slot. It then counts as full, whatever it is.
-Chunk& ThreadHeap::Uninstall(std::size_t inClass) {
-    Slot& slot = slots[inClass];
-    Chunk& chunk = *slot.chunk;
-    chunk.free = slot.free;
-    chunk.bump = slot.bump;
-    chunk.state = ChunkState::kFull;
-    chunk.used.store(slot.Used(), std::memory_order_release);
-    slot.chunk = nullptr;
-    slot.origin = nullptr;
-    slot.free = slot.bump = slot.end = 0;
-    slot.used.store(0, std::memory_order_relaxed);
-    return chunk;
-}
-
-/// Gives an empty chunk's memory back. Nobody knows any of its blocks, and it is in no inbox.
-void ThreadHeap::Return(Chunk& ioChunk) {
-    Slot& slot = slots[ioChunk.sizeClass];
-    if (ioChunk.state == ChunkState::kAvailable) {
-        slot.available.Remove(ioChunk);
+    if (!ioChunk.IsSmall()) {
+        Unlink(ioChunk);
+        ioChunk.state.store(ChunkState::kCurrent, std::memory_order_relaxed);
     }
-    slot.bytes -= SizeOf(ioChunk.kind);
-    GiveMemory(ioChunk);
 }
 
-/// Sees to a chunk that is in no slot, after blocks of it were disposed of. False if it is empty
-/// and cannot go yet, as it is in the inbox or on the way there.
+/// Adds a chunk to those of its class that have free blocks.
+void ThreadHeap::Link(Chunk& ioChunk) {
+    bool const isCurrent = ioChunk.IsSmall() && !mIsAbandoned;
+    ioChunk.state.store(isCurrent ? ChunkState::kCurrent : ChunkState::kAvailable,
+                        std::memory_order_relaxed);
+    slots[ioChunk.sizeClass].withFree.PushBack(ioChunk);
+}
+
+/// Makes a chunk count as full, whatever it is.
+void ThreadHeap::Unlink(Chunk& ioChunk) {
+    bool const isLinked =
+        ioChunk.IsSmall() ? !ioChunk.IsFull() : !ioChunk.IsFull() && !ioChunk.IsCurrent();
+    if (isLinked) {
+        slots[ioChunk.sizeClass].withFree.Remove(ioChunk);
+    }
+    ioChunk.state.store(ChunkState::kFull, std::memory_order_relaxed);
+}
+
+/// Takes a chunk out of its slot and out of the list: now it is known to who has the lock alone.
+void ThreadHeap::Detach(Chunk& ioChunk) {
+    Slot& slot = slots[ioChunk.sizeClass];
+    if (slot.chunk == &ioChunk) {
+        slot.chunk = &Slot::S_noChunk;
+    }
+    if (slot.parked == &ioChunk) {
+        slot.parked = nullptr;
+    }
+    if (ioChunk.IsParked()) {
+        ioChunk.used.store(ioChunk.Used(), std::memory_order_release);
+    }
+    Unlink(ioChunk);
+}
+
+/// Sees to a chunk after blocks of it were disposed of. False if it is empty and cannot go yet, as
+/// it is in the inbox or on the way there.
 bool ThreadHeap::Settle(Chunk& ioChunk) {
-    if (ioChunk.state == ChunkState::kCurrent) {
-        return true; // the slot asks when it needs blocks
+    if (ioChunk.IsCurrent()) {
+        return true; // the owner looks when it needs blocks
     }
     RemoteFrees::State const remote = ioChunk.remote.Look();
     // No other thread has a block that it could push. The owner has none that it could be about to
-    // dispose of.
+    // dispose of, and does not allocate from the chunk.
     if (ioChunk.used.load(std::memory_order_acquire) == remote.count) {
         if (remote.isQueued) {
             return false;
         }
-        Return(ioChunk);
-    } else if (ioChunk.state == ChunkState::kFull) {
-        ioChunk.state = ChunkState::kAvailable;
-        slots[ioChunk.sizeClass].available.PushBack(ioChunk);
+        Unlink(ioChunk);
+        slots[ioChunk.sizeClass].bytes -= SizeOf(ioChunk.kind);
+        GiveMemory(ioChunk);
+    } else if (ioChunk.IsFull()) {
+        Link(ioChunk);
     }
     return true;
+}
+
+/// Gives an empty chunk back. If it cannot go yet, it goes with the inbox. For the owner.
+void ThreadHeap::Return(Chunk& ioChunk) {
+    Detach(ioChunk);
+    if (!Settle(ioChunk)) {
+        Drain(Who::kOwner);
+    }
 }
 
 /// Sees to all chunks that other threads have disposed of blocks of.
@@ -92,12 +106,11 @@ void ThreadHeap::Drain(Who inWho) {
         while (chunk != nullptr) {
             Chunk& first = *std::exchange(chunk, chunk->nextInInbox);
             first.remote.ClearQueued();
-            // A slot's chunk is the owner's alone. It waits until the slot needs blocks, unless it
-            // is empty and large enough to be missed.
-            if (inWho == Who::kOwner && first.state == ChunkState::kCurrent &&
-                first.kind != ChunkKind::kSmall &&
-                slots[first.sizeClass].Used() == first.remote.Count()) {
-                Uninstall(first.sizeClass);
+            // A current chunk is the owner's alone, and waits until its class needs blocks, unless
+            // it is empty and large enough to be missed.
+            if (inWho == Who::kOwner && first.IsCurrent() && !first.IsSmall() &&
+                first.Used() == first.remote.Count()) {
+                Detach(first);
             }
             Settle(first); // where it says false, the chunk comes again
         }
@@ -122,22 +135,24 @@ void* ThreadHeap::AllocateSlowly(std::size_t inClass) {
     }
     Slot& slot = slots[inClass];
     for (;;) {
-        if (void* const block = slot.Take()) {
+        if (void* const block = slot.chunk->Take()) {
             return block;
         }
-        if (slot.chunk != nullptr) {
+        if (slot.Form()) {
+            continue;
+        }
+        if (slot.HasChunk()) {
             if (slot.chunk->remote.Count() != 0) {
                 RemoteFrees::State const taken = slot.chunk->remote.TakeAll();
-                slot.free = taken.first;
-                slot.AddUsed(0 - taken.count);
+                slot.chunk->free = taken.first;
+                slot.chunk->AddUsed(0 - taken.count);
                 continue;
             }
             slot.emptied = 0;
-            Uninstall(inClass);
+            Detach(*slot.chunk);
         }
         Drain(Who::kOwner);
-        if (Chunk* const chunk = slot.available.Front()) {
-            slot.available.Remove(*chunk);
+        if (Chunk* const chunk = slot.withFree.Front()) {
             Install(*chunk);
         } else if (!NewChunk(inClass)) {
             throw std::bad_alloc();
@@ -145,26 +160,36 @@ void* ThreadHeap::AllocateSlowly(std::size_t inClass) {
     }
 }
 
-void ThreadHeap::SlotEmptied(std::size_t inClass) {
-    OwnerGuard const guard(*this);
-    Slot& slot = slots[inClass];
-    bool const isLast = slot.bytes == SizeOf(slot.chunk->kind);
-    bool const isKept = isLast && SizeClasses::KeepsChunk(inClass);
-    switch (slot.chunk->kind) {
-    case ChunkKind::kSmall:
-        slot.AddUsed(Slot::kParked);
-        break;
-    case ChunkKind::kMiddle:
-    case ChunkKind::kLarge:
-        if (++slot.emptied >= kEmptiedToPark ||
-            (isKept && slot.chunk->kind == ChunkKind::kMiddle)) {
-            Park(inClass);
-        } else {
-            ReturnSlot(inClass);
-            KeepChunk(inClass);
-        }
-        break;
+/// Decides about a current chunk that is empty.
+void ThreadHeap::CurrentEmptied(Chunk& ioChunk) {
+    std::size_t const index = ioChunk.sizeClass;
+    Slot& slot = slots[index];
+    if (ioChunk.IsSmall()) {
+        // Another chunk serves the next request as well.
+        bool const isOnly = slot.withFree.Front() == &ioChunk && ioChunk.inClass.next == nullptr;
+        isOnly ? ParkSmall(ioChunk) : Return(ioChunk);
+        return;
     }
+    bool const isKept = slot.bytes == SizeOf(ioChunk.kind) && SizeClasses::KeepsChunk(index);
+    if (++slot.emptied >= kEmptiedToPark || (isKept && ioChunk.kind == ChunkKind::kMiddle)) {
+        Park(index);
+    } else {
+        Return(ioChunk);
+    }
+}
+
+/// Keeps a small chunk though it is empty, and the one of its class that was kept so no longer.
+void ThreadHeap::ParkSmall(Chunk& ioChunk) {
+    Chunk*& parked = slots[ioChunk.sizeClass].parked;
+    if (parked != nullptr) {
+        Chunk& former = *std::exchange(parked, nullptr);
+        former.used.store(former.Used(), std::memory_order_relaxed);
+        if (former.Used() == 0) {
+            Return(former);
+        }
+    }
+    ioChunk.AddUsed(Chunk::kParked);
+    parked = &ioChunk;
 }
 
 /// Sees to it that a class that keeps a chunk has one, after it has returned one: a small one,
@@ -175,38 +200,33 @@ void ThreadHeap::KeepChunk(std::size_t inClass) {
     }
 }
 
-/// Gives the slot's chunk back, which is empty. If it cannot go yet, it goes with the inbox.
-void ThreadHeap::ReturnSlot(std::size_t inClass) {
-    Chunk& chunk = Uninstall(inClass);
-    if (!Settle(chunk)) {
-        Drain(Who::kOwner);
-    }
-}
-
-/// Keeps the slot's chunk though it is empty, and the eldest that was kept so no longer.
+/// Keeps the current chunk of a class though it is empty, and the eldest that was kept so no
+/// longer.
 void ThreadHeap::Park(std::size_t inClass) {
     std::size_t const eldest =
         std::exchange(mParked[mNextParked], static_cast<std::uint8_t>(inClass));
     mNextParked = (mNextParked + 1) % kParkedAtMost;
-    slots[inClass].AddUsed(Slot::kParked);
-    Slot& slot = slots[eldest];
-    if (eldest != inClass && slot.IsParked() && slot.chunk->kind != ChunkKind::kSmall) {
-        slot.used.store(slot.Used(), std::memory_order_relaxed);
-        slot.emptied = 0;
-        if (slot.Used() == 0) {
-            ReturnSlot(eldest);
+    slots[inClass].chunk->AddUsed(Chunk::kParked);
+    Chunk& chunk = *slots[eldest].chunk;
+    if (eldest != inClass && chunk.IsParked() && !chunk.IsSmall()) {
+        chunk.used.store(chunk.Used(), std::memory_order_relaxed);
+        slots[eldest].emptied = 0;
+        if (chunk.Used() == 0) {
+            Return(chunk);
         }
     }
 }
 
 void ThreadHeap::Dispose(Chunk& ioChunk, void* inBlock) {
     OwnerGuard const guard(*this);
-    WriteLink(inBlock, ioChunk.free);
-    ioChunk.free = static_cast<std::uint32_t>(static_cast<std::byte*>(inBlock) - ioChunk.origin);
-    ioChunk.used.store(ioChunk.used.load(std::memory_order_relaxed) - 1, std::memory_order_release);
     std::size_t const index = ioChunk.sizeClass;
-    if (!Settle(ioChunk)) {
-        Drain(Who::kOwner);
+    ioChunk.Push(inBlock, ioChunk.used.load(std::memory_order_relaxed) - 1);
+    if (!ioChunk.IsCurrent()) {
+        if (!Settle(ioChunk)) {
+            Drain(Who::kOwner);
+        }
+    } else if (ioChunk.used.load(std::memory_order_relaxed) == 0) {
+        CurrentEmptied(ioChunk);
     }
     DrainIfMuch();
     KeepChunk(index);
@@ -278,6 +298,7 @@ bool ThreadHeap::NewChunk(std::size_t inClass) {
     chunk->sizeClass = static_cast<std::uint8_t>(inClass);
     chunk->remote.Reset();
     chunk->owner.store(this, std::memory_order_relaxed);
+    Link(*chunk);
     Install(*chunk);
     return true;
 }
@@ -295,7 +316,7 @@ void* ThreadHeap::NewClientChunk(std::size_t inClass) {
     chunk->free = 0;
     chunk->sizeClass = static_cast<std::uint8_t>(inClass);
     chunk->bump = chunk->End();
-    chunk->state = ChunkState::kFull;
+    chunk->state.store(ChunkState::kFull, std::memory_order_relaxed);
     chunk->remote.Reset();
     chunk->owner.store(this, std::memory_order_relaxed);
     return chunk->origin + Chunk::kFirstBlock;
@@ -345,7 +366,7 @@ Chunk* ThreadHeap::TakeMiddle() {
 }
 
 Chunk* ThreadHeap::TakeSmall() {
-    if (mWithSmalls.Front() == nullptr) {
+    if (mWithSmalls.Front() == nullptr && mWithMiddles.Front() == nullptr) {
         ReturnParkedSmalls();
     }
     if (mWithSmalls.Front() == nullptr) {
@@ -368,10 +389,9 @@ Chunk* ThreadHeap::TakeSmall() {
 /// Gives back the chunks that the slots of classes that keep none have parked.
 void ThreadHeap::ReturnParkedSmalls() {
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
-        Slot const& slot = slots[i];
-        if (slot.IsParked() && slot.Used() == 0 && slot.chunk->kind == ChunkKind::kSmall &&
-            !SizeClasses::KeepsChunk(i)) {
-            ReturnSlot(i);
+        Chunk* const chunk = slots[i].parked;
+        if (chunk != nullptr && chunk->Used() == 0 && !SizeClasses::KeepsChunk(i)) {
+            Return(*chunk);
         }
     }
 }
@@ -436,10 +456,13 @@ void ThreadHeap::Release() {
     Drain(Who::kOwner);
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
         Slot& slot = slots[i];
-        bool const isKept = SizeClasses::KeepsChunk(i) && slot.chunk != nullptr &&
-                            slot.bytes == SizeOf(slot.chunk->kind);
-        if (slot.chunk != nullptr && slot.Used() == slot.chunk->remote.Count() && !isKept) {
-            ReturnSlot(i);
+        for (Chunk* const chunk : {slot.parked, slot.chunk}) {
+            if (chunk != nullptr && chunk != &Slot::S_noChunk &&
+                chunk->Used() == chunk->remote.Count() &&
+                !(SizeClasses::KeepsChunk(i) && slot.bytes == SizeOf(chunk->kind))) {
+                Return(*chunk);
+                break;
+            }
         }
     }
     ReturnCutMiddle();
@@ -448,13 +471,36 @@ void ThreadHeap::Release() {
 void ThreadHeap::Abandon() {
     SendOutgoing();
     OwnerGuard const guard(*this);
+    mIsAbandoned = true;
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
-        if (slots[i].chunk != nullptr) {
-            Settle(Uninstall(i));
+        Slot& slot = slots[i];
+        if (slot.HasChunk()) {
+            Chunk& chunk = *slot.chunk;
+            Detach(chunk);
+            Settle(chunk);
+        }
+        for (Chunk* chunk = slot.withFree.Front(); chunk != nullptr;) {
+            Chunk& each = *std::exchange(chunk, chunk->inClass.next);
+            if (each.IsCurrent()) {
+                Detach(each);
+                Settle(each);
+            }
         }
     }
     Drain(Who::kOwner);
     ReturnCutMiddle();
+}
+
+void ThreadHeap::Adopt() {
+    OwnerGuard const guard(*this);
+    mIsAbandoned = false;
+    for (Slot& slot : slots) {
+        for (Chunk* chunk = slot.withFree.Front(); chunk != nullptr; chunk = chunk->inClass.next) {
+            if (chunk->IsSmall()) {
+                chunk->state.store(ChunkState::kCurrent, std::memory_order_relaxed);
+            }
+        }
+    }
 }
 
 void ThreadHeap::CountMine(Uses& ioUses) {
@@ -473,10 +519,7 @@ void ThreadHeap::CountOthers(Uses& ioUses) {
 void ThreadHeap::Count(Uses& ioUses) {
     for (Region* region = mRegions.Front(); region != nullptr; region = region->all.next) {
         region->ForEachChunk([&](Chunk const& inChunk) {
-            bool const isInSlot = inChunk.state == ChunkState::kCurrent;
-            std::uint32_t const used = isInSlot ? slots[inChunk.sizeClass].Used()
-                                                : inChunk.used.load(std::memory_order_relaxed);
-            std::uint32_t const inUse = used - inChunk.remote.Count();
+            std::uint32_t const inUse = inChunk.Used() - inChunk.remote.Count();
             if (inUse == 0 && !SizeClasses::KeepsChunk(inChunk.sizeClass)) {
                 return; // it is as good as returned
             }

@@ -29,16 +29,16 @@ public:
 
     /// Where the slot has no block at hand. Throws `std::bad_alloc`.
     void* AllocateSlowly(std::size_t inClass);
-    /// After the last block of the slot's chunk was disposed of.
-    void SlotEmptied(std::size_t inClass);
-    /// A block of one of the heap's chunks, but of no slot's.
+    /// A block of one of the heap's chunks, where `Chunk::Give` leaves it to the heap.
     void Dispose(Chunk& ioChunk, void* inBlock);
     /// A block of another heap's chunk. It may stay here for a while, with its neighbours.
     void DisposeRemotely(Chunk& ioChunk, void* inBlock);
     /// Gives back all that is kept for the next request, but for the chunk that a class keeps.
     void Release();
-    /// Leaves no chunk in a slot, so that others can give back all that becomes free.
+    /// Leaves no current chunk, so that others can give back all that becomes free.
     void Abandon();
+    /// Makes the calling thread the owner of an abandoned heap.
+    void Adopt();
 
     // For any thread.
 
@@ -102,9 +102,12 @@ private:
     void ReturnCutMiddle();
 
     void Install(Chunk& ioChunk);
-    Chunk& Uninstall(std::size_t inClass);
+    void Link(Chunk& ioChunk);
+    void Unlink(Chunk& ioChunk);
+    void Detach(Chunk& ioChunk);
     void Return(Chunk& ioChunk);
-    void ReturnSlot(std::size_t inClass);
+    void CurrentEmptied(Chunk& ioChunk);
+    void ParkSmall(Chunk& ioChunk);
     void Park(std::size_t inClass);
     void KeepChunk(std::size_t inClass);
     void Count(Uses& ioUses);
@@ -115,6 +118,7 @@ private:
     std::atomic<std::uint32_t> mRegionCount{0};
 
     RegionStore& mStore;
+    bool mIsAbandoned = false; // and not adopted yet; with the lock, as all below
     LinkedList<Region, &Region::withMiddles> mWithMiddles;
     LinkedList<Region, &Region::withSmalls> mWithSmalls;
     LinkedList<Region, &Region::all> mRegions;

@@ -2,6 +2,7 @@
 
 #include "utility/src/memory/Region.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -9,60 +10,43 @@
 
 namespace brindle::utility {
 
-/// The chunk that a thread allocates blocks of one class from, as far as the usual way needs it.
-/// Everything belongs to the thread; others may read `used`.
+/// The chunks of one class in a heap. `chunk` belongs to the owner, the rest to who has its lock.
 struct alignas(64) Slot {
-    /// Added to `used` where nobody wants to know that the chunk has become empty.
-    static constexpr std::uint32_t kParked = 0x20000000;
+    static constexpr std::uint32_t kFormedBytes = 4096;
+    static constexpr std::uint32_t kFormedBlocks = 4;
 
-    std::byte* origin = nullptr;        ///< what links count from
-    std::uint32_t free = 0;             ///< the link to the first free block
-    std::atomic<std::uint32_t> used{0}; ///< blocks that are not on the list
-    std::uint32_t bump = 0;             ///< where the blocks begin that were never given out
-    std::uint32_t end = 0;              ///< where they end; 0 if there is no chunk
-    std::uint32_t blockSize = 0;
-    std::uint32_t emptied = 0; ///< how often in a row the chunk was found empty
-    Chunk* chunk = nullptr;
-    std::uint64_t bytes = 0;                      ///< of all chunks of the class in this heap
-    LinkedList<Chunk, &Chunk::inClass> available; ///< chunks with known free blocks, but `chunk`
+    Chunk* chunk = &S_noChunk; ///< a current one, which the next block is allocated from
+    Chunk* parked = nullptr;   ///< the small chunk that stays though it is empty
+    std::uint32_t emptied = 0; ///< how often in a row `chunk`, not a small one, was found empty
+    std::uint64_t bytes = 0;   ///< of all chunks of the class
+    /// Chunks with known free blocks: all that are current and small, and all that are available.
+    LinkedList<Chunk, &Chunk::inClass> withFree;
 
-    std::uint32_t Used() const noexcept {
-        return used.load(std::memory_order_relaxed) & (kParked - 1);
-    }
-    bool IsParked() const noexcept { return used.load(std::memory_order_relaxed) >= kParked; }
-    void AddUsed(std::uint32_t inCount) noexcept {
-        used.store(used.load(std::memory_order_relaxed) + inCount, std::memory_order_relaxed);
-    }
+    bool HasChunk() const noexcept { return chunk != &S_noChunk; }
 
-    /// Null if there is no block at hand.
-    void* Take() noexcept {
-        if (free != 0) {
-            std::byte* const block = origin + free;
-            free = ReadLink(block);
-            AddUsed(1);
-            return block;
+    /// Makes free blocks of some of those that were never given out, where none are free. False if
+    /// all were given out.
+    bool Form() noexcept {
+        std::uint32_t const first = chunk->bump;
+        std::uint32_t const end = chunk->End();
+        std::uint32_t const blockSize = SizeClasses::kBlockSizes[chunk->sizeClass];
+        if (!HasChunk() || first == end) {
+            return false;
         }
-        if (bump != end) {
-            std::byte* const block = origin + bump;
-            bump += blockSize;
-            AddUsed(1);
-            return block;
+        // Not all at once: their pages may never have been touched.
+        std::uint32_t const atMost = std::max(kFormedBytes / blockSize, kFormedBlocks) * blockSize;
+        std::uint32_t const behind = end - first <= atMost ? end : first + atMost;
+        std::uint32_t const last = behind - blockSize;
+        for (std::uint32_t link = first; link != last; link += blockSize) {
+            WriteLink(chunk->origin + link, link + blockSize);
         }
-        return nullptr;
+        WriteLink(chunk->origin + last, 0);
+        chunk->free = first;
+        chunk->bump = behind;
+        return true;
     }
-    bool Holds(void const* inBlock) const noexcept {
-        return reinterpret_cast<std::uintptr_t>(inBlock) -
-                   reinterpret_cast<std::uintptr_t>(origin) <
-               end;
-    }
-    /// Gives a block of the chunk back. True if none is in use any more.
-    bool Give(void* inBlock) noexcept {
-        WriteLink(inBlock, free);
-        free = static_cast<std::uint32_t>(static_cast<std::byte*>(inBlock) - origin);
-        std::uint32_t const left = used.load(std::memory_order_relaxed) - 1;
-        used.store(left, std::memory_order_relaxed);
-        return left == 0;
-    }
+
+    static Chunk S_noChunk; ///< has no blocks, and is never changed
 };
 
 static_assert(sizeof(Slot) == 64);
