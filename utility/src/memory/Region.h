@@ -12,6 +12,7 @@
 namespace brindle::utility {
 
 class ThreadHeap;
+struct Slot;
 
 /// What a chunk is for its owner.
 enum class ChunkState : std::uint8_t {
@@ -29,11 +30,13 @@ struct alignas(64) Chunk {
     /// How many blocks are with clients or on `remote`. Stored by the owner, last of what it does
     /// with a block that it disposes of.
     std::atomic<std::uint32_t> used{0};
-    std::uint32_t free = 0;                  ///< the link to the first free block
-    std::byte* origin = nullptr;             ///< what links count from
-    std::atomic<ThreadHeap*> owner{nullptr}; ///< the same as long as the chunk is there
-    RemoteFrees remote;                      ///< blocks that others disposed of
-    ListLinks<Chunk> inClass{};              ///< of available chunks; with the lock
+    std::uint32_t free = 0;      ///< the link to the first free block
+    std::byte* origin = nullptr; ///< what links count from
+    /// The slot that turns to this chunk when a block of it is disposed of; of the heap that the
+    /// chunk belongs to, so it tells that, too.
+    std::atomic<Slot*> slot{nullptr};
+    RemoteFrees remote;         ///< blocks that others disposed of
+    ListLinks<Chunk> inClass{}; ///< of available chunks; with the lock
     Chunk* nextInInbox = nullptr;
     std::uint32_t bump = 0; ///< where the blocks begin that were never given out
     std::uint8_t sizeClass = 0;
@@ -47,7 +50,7 @@ struct alignas(64) Chunk {
     bool IsFull() const noexcept {
         return state.load(std::memory_order_relaxed) == ChunkState::kFull;
     }
-    bool IsSmall() const noexcept { return kind == ChunkKind::kSmall; }
+    bool IsLarge() const noexcept { return kind == ChunkKind::kLarge; }
     bool IsCurrent() const noexcept {
         return state.load(std::memory_order_relaxed) == ChunkState::kCurrent;
     }
@@ -66,10 +69,10 @@ struct alignas(64) Chunk {
         return block;
     }
     /// Gives a block back, for the owner. False, with nothing done, if the chunk may become empty
-    /// by it, or must be made available.
+    /// by it, or is full.
     bool Give(void* inBlock) noexcept {
         std::uint32_t const left = used.load(std::memory_order_relaxed) - 1;
-        if (left == remote.Count() || state.load(std::memory_order_relaxed) == ChunkState::kFull) {
+        if (left == remote.Count() || IsFull()) {
             return false;
         }
         Push(inBlock, left);
@@ -132,12 +135,9 @@ public:
     }
 
     /// The chunk of a block of a class of requests.
-    static Chunk& ChunkOf(void const* inBlock) noexcept {
-        Region& region = Of(inBlock);
-        return region.mChunks[region.mLeaders[IndexOf(inBlock)]];
-    }
+    Chunk& ChunkOf(void const* inBlock) noexcept { return mChunks[mLeaders[IndexOf(inBlock)]]; }
     /// The chunk that is one block, for a client.
-    static Chunk& ChunkThatIs(void const* inBlock) noexcept {
+    Chunk& ChunkThatIs(void const* inBlock) noexcept {
         return ChunkOf(static_cast<std::byte const*>(inBlock) + kChunkHeader);
     }
 
@@ -169,6 +169,7 @@ public:
     template <typename Function>
     void ForEachChunk(Function inFunction);
 
+    ThreadHeap* heap;              ///< that it belongs to
     ListLinks<Region> withMiddles; ///< of the heap's regions that have a free middle chunk
     ListLinks<Region> withSmalls;  ///< of those that have a free small one
     ListLinks<Region> all;

@@ -9,6 +9,7 @@ namespace brindle::utility {
 using MutexLock = threads::FreezableMutexLock;
 
 std::atomic<RegionStore::Mark*> RegionStore::S_leaves[];
+std::atomic<Region*> RegionStore::S_known[];
 
 Region* RegionStore::Allocate() noexcept {
     {
@@ -30,7 +31,9 @@ Region* RegionStore::Allocate() noexcept {
         return nullptr;
     }
     marks[address >> 20 & (kMarks - 1)].store(true, std::memory_order_relaxed);
-    return &Region::Of(pages);
+    Region& region = Region::Of(pages);
+    KnownAt(pages).store(&region, std::memory_order_relaxed);
+    return &region;
 }
 
 void RegionStore::Free(Region& inRegion) noexcept {
@@ -69,6 +72,8 @@ void RegionStore::Unmap(Region& inRegion) noexcept {
     // Before the system can give the addresses to anybody. If it cannot take them, it has their
     // memory and nobody has the addresses.
     mark.store(false, std::memory_order_relaxed);
+    Region* known = &inRegion;
+    KnownAt(begin).compare_exchange_strong(known, nullptr, std::memory_order_relaxed);
     platform::FreePages(begin, Region::kSize);
 }
 

@@ -42,7 +42,20 @@ public:
                marks[address >> 20 & (kMarks - 1)].load(std::memory_order_relaxed);
     }
 
+    /// The region of a block, in one read; null also for some blocks that lie in one.
+    static Region* Known(void const* inBlock) noexcept {
+        Region* const known = KnownAt(inBlock).load(std::memory_order_relaxed);
+        auto const difference =
+            reinterpret_cast<std::uintptr_t>(known) ^ reinterpret_cast<std::uintptr_t>(inBlock);
+        return difference < Region::kSize ? known : nullptr;
+    }
+
 private:
+    static constexpr std::size_t kKnown = 1024;
+    static std::atomic<Region*>& KnownAt(void const* inBlock) noexcept {
+        return S_known[reinterpret_cast<std::uintptr_t>(inBlock) >> 20 & (kKnown - 1)];
+    }
+
     static constexpr std::size_t kKeptAtMost = 12;
     static constexpr unsigned kLeafShift = 35;
     static constexpr std::size_t kLeaves = std::size_t{1} << (48 - kLeafShift);
@@ -55,6 +68,9 @@ private:
     // What addresses are ours: a leaf for each 32 GiB, made when the first region lies there, kept
     // for good.
     static std::atomic<Mark*> S_leaves[kLeaves];
+
+    // Regions by the low bits of their place: where two meet, the later one.
+    static std::atomic<Region*> S_known[kKnown];
 
     threads::FreezableMutex mMutex;
     Region* mKept = nullptr;

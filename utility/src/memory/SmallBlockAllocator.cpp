@@ -26,14 +26,15 @@ __attribute__((noinline)) void DisposeSlowly(void* inBlock, unsigned int inSize)
         platform::FreeAligned(inBlock);
         return;
     }
-    Chunk& chunk = index >= SizeClasses::kOfSmallChunks ? Region::ChunkThatIs(inBlock)
-                                                        : Region::ChunkOf(inBlock);
+    Region& region = Region::Of(inBlock);
+    Chunk& chunk = index >= SizeClasses::kOfSmallChunks ? region.ChunkThatIs(inBlock)
+                                                        : region.ChunkOf(inBlock);
     ThreadHeap* const mine = HeapRegistry::MineOrNull();
     if (mine == nullptr) {
         ThreadHeap::PushRemotely(
             chunk, static_cast<std::uint32_t>(static_cast<std::byte*>(inBlock) - chunk.origin),
             inBlock, 1);
-    } else if (chunk.owner.load(std::memory_order_relaxed) == mine) {
+    } else if (region.heap == mine) {
         mine->Dispose(chunk, inBlock);
     } else {
         mine->DisposeRemotely(chunk, inBlock);
@@ -59,16 +60,14 @@ void* Allocate(unsigned int inSize) {
 
 void Dispose(void* inBlock, unsigned int inSize) {
     // What is a chunk itself is found in another way.
-    if (inSize <= SizeClasses::kLargest && inSize != kSmallChunk && RegionStore::Holds(inBlock)) {
-        Chunk& chunk = Region::ChunkOf(inBlock);
-        ThreadSlots& mine = ThreadSlots::Mine();
-        if (chunk.owner.load(std::memory_order_relaxed) == &mine && chunk.Give(inBlock)) {
-            // The block is the next to be allocated, as it is in the processor's cache.
-            Slot& slot = mine.slots[chunk.sizeClass];
-            if (chunk.IsSmall() && slot.chunk->IsSmall()) {
-                slot.chunk = &chunk;
+    if (inSize <= SizeClasses::kLargest && inSize != kSmallChunk) {
+        if (Region* const region = RegionStore::Known(inBlock)) {
+            Chunk& chunk = region->ChunkOf(inBlock);
+            Slot* const slot = chunk.slot.load(std::memory_order_relaxed);
+            if (ThreadSlots::Mine().Has(slot) && chunk.Give(inBlock)) {
+                slot->chunk = &chunk; // the block that is in the processor's cache is the next
+                return;
             }
-            return;
         }
     }
     DisposeSlowly(inBlock, inSize);

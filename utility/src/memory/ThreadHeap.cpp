@@ -30,7 +30,14 @@ private:
 void ThreadHeap::Install(Chunk& ioChunk) {
     Slot& slot = slots[ioChunk.sizeClass];
     slot.chunk = &ioChunk;
-    if (!ioChunk.IsSmall()) {
+    // A large chunk stays current until it is full. Others take turns.
+    if (slot.takesTurns == ioChunk.IsLarge()) {
+        slot.takesTurns = !ioChunk.IsLarge();
+        for (Chunk* each = slot.withFree.Front(); each != nullptr; each = each->inClass.next) {
+            each->slot.store(TurnsTo(*each), std::memory_order_relaxed);
+        }
+    }
+    if (ioChunk.IsLarge()) {
         Unlink(ioChunk);
         ioChunk.state.store(ChunkState::kCurrent, std::memory_order_relaxed);
     }
@@ -38,17 +45,22 @@ void ThreadHeap::Install(Chunk& ioChunk) {
 
 /// Adds a chunk to those of its class that have free blocks.
 void ThreadHeap::Link(Chunk& ioChunk) {
-    bool const isCurrent = ioChunk.IsSmall() && !mIsAbandoned;
+    bool const isCurrent = !ioChunk.IsLarge() && !mIsAbandoned;
     ioChunk.state.store(isCurrent ? ChunkState::kCurrent : ChunkState::kAvailable,
                         std::memory_order_relaxed);
+    ioChunk.slot.store(TurnsTo(ioChunk), std::memory_order_relaxed);
     slots[ioChunk.sizeClass].withFree.PushBack(ioChunk);
+}
+
+/// The slot that a chunk with free blocks turns to itself.
+Slot* ThreadHeap::TurnsTo(Chunk const& inChunk) {
+    Slot& slot = slots[inChunk.sizeClass];
+    return !inChunk.IsLarge() && inChunk.IsCurrent() && slot.takesTurns ? &slot : &sink;
 }
 
 /// Makes a chunk count as full, whatever it is.
 void ThreadHeap::Unlink(Chunk& ioChunk) {
-    bool const isLinked =
-        ioChunk.IsSmall() ? !ioChunk.IsFull() : !ioChunk.IsFull() && !ioChunk.IsCurrent();
-    if (isLinked) {
+    if (!ioChunk.IsFull() && !(ioChunk.IsLarge() && ioChunk.IsCurrent())) {
         slots[ioChunk.sizeClass].withFree.Remove(ioChunk);
     }
     ioChunk.state.store(ChunkState::kFull, std::memory_order_relaxed);
@@ -108,7 +120,7 @@ void ThreadHeap::Drain(Who inWho) {
             first.remote.ClearQueued();
             // A current chunk is the owner's alone, and waits until its class needs blocks, unless
             // it is empty and large enough to be missed.
-            if (inWho == Who::kOwner && first.IsCurrent() && !first.IsSmall() &&
+            if (inWho == Who::kOwner && first.IsCurrent() && first.kind != ChunkKind::kSmall &&
                 first.Used() == first.remote.Count()) {
                 Detach(first);
             }
@@ -164,32 +176,35 @@ void* ThreadHeap::AllocateSlowly(std::size_t inClass) {
 void ThreadHeap::CurrentEmptied(Chunk& ioChunk) {
     std::size_t const index = ioChunk.sizeClass;
     Slot& slot = slots[index];
-    if (ioChunk.IsSmall()) {
-        // Another chunk serves the next request as well.
-        bool const isOnly = slot.withFree.Front() == &ioChunk && ioChunk.inClass.next == nullptr;
-        isOnly ? ParkSmall(ioChunk) : Return(ioChunk);
-        return;
-    }
-    bool const isKept = slot.bytes == SizeOf(ioChunk.kind) && SizeClasses::KeepsChunk(index);
-    if (++slot.emptied >= kEmptiedToPark || (isKept && ioChunk.kind == ChunkKind::kMiddle)) {
-        Park(index);
+    Chunk const* const first = slot.withFree.Front();
+    bool const isOnly = first == nullptr || (first == &ioChunk && ioChunk.inClass.next == nullptr);
+    if (!isOnly) {
+        Return(ioChunk); // another one serves the next request
+    } else if (ioChunk.kind == ChunkKind::kSmall) {
+        Park(ioChunk);
+    } else if (++slot.emptied >= kEmptiedToPark ||
+               (ioChunk.kind == ChunkKind::kMiddle && SizeClasses::KeepsChunk(index))) {
+        Park(ioChunk);
+        ReturnEldestParked(index);
     } else {
         Return(ioChunk);
     }
 }
 
-/// Keeps a small chunk though it is empty, and the one of its class that was kept so no longer.
-void ThreadHeap::ParkSmall(Chunk& ioChunk) {
-    Chunk*& parked = slots[ioChunk.sizeClass].parked;
-    if (parked != nullptr) {
-        Chunk& former = *std::exchange(parked, nullptr);
-        former.used.store(former.Used(), std::memory_order_relaxed);
-        if (former.Used() == 0) {
-            Return(former);
+/// Keeps a chunk though it is empty, and the one of its class that was kept so no longer.
+void ThreadHeap::Park(Chunk& ioChunk) {
+    Unpark(ioChunk.sizeClass);
+    ioChunk.AddUsed(Chunk::kParked);
+    slots[ioChunk.sizeClass].parked = &ioChunk;
+}
+
+void ThreadHeap::Unpark(std::size_t inClass) {
+    if (Chunk* const parked = std::exchange(slots[inClass].parked, nullptr)) {
+        parked->used.store(parked->Used(), std::memory_order_relaxed);
+        if (parked->Used() == 0) {
+            Return(*parked);
         }
     }
-    ioChunk.AddUsed(Chunk::kParked);
-    parked = &ioChunk;
 }
 
 /// Sees to it that a class that keeps a chunk has one, after it has returned one: a small one,
@@ -200,20 +215,16 @@ void ThreadHeap::KeepChunk(std::size_t inClass) {
     }
 }
 
-/// Keeps the current chunk of a class though it is empty, and the eldest that was kept so no
-/// longer.
-void ThreadHeap::Park(std::size_t inClass) {
+/// Remembers that a class has parked a chunk that is not small, and lets the class do without that
+/// did so longest ago.
+void ThreadHeap::ReturnEldestParked(std::size_t inClass) {
     std::size_t const eldest =
         std::exchange(mParked[mNextParked], static_cast<std::uint8_t>(inClass));
     mNextParked = (mNextParked + 1) % kParkedAtMost;
-    slots[inClass].chunk->AddUsed(Chunk::kParked);
-    Chunk& chunk = *slots[eldest].chunk;
-    if (eldest != inClass && chunk.IsParked() && !chunk.IsSmall()) {
-        chunk.used.store(chunk.Used(), std::memory_order_relaxed);
+    Chunk const* const parked = slots[eldest].parked;
+    if (eldest != inClass && parked != nullptr && parked->kind != ChunkKind::kSmall) {
         slots[eldest].emptied = 0;
-        if (chunk.Used() == 0) {
-            Return(chunk);
-        }
+        Unpark(eldest);
     }
 }
 
@@ -264,7 +275,7 @@ void ThreadHeap::SendOutgoing() {
 
 void ThreadHeap::PushRemotely(Chunk& ioChunk, std::uint32_t inFirst, void* inLast,
                               std::uint32_t inCount) {
-    ThreadHeap& heap = *ioChunk.owner.load(std::memory_order_relaxed);
+    ThreadHeap& heap = *Region::Of(&ioChunk).heap;
     std::uint32_t const size = SizeOf(ioChunk.kind);
     RemoteFrees::Pushed const pushed =
         ioChunk.remote.Push(inFirst, inLast, inCount, ioChunk.used.load(std::memory_order_acquire));
@@ -297,7 +308,7 @@ bool ThreadHeap::NewChunk(std::size_t inClass) {
     chunk->bump = Chunk::kFirstBlock;
     chunk->sizeClass = static_cast<std::uint8_t>(inClass);
     chunk->remote.Reset();
-    chunk->owner.store(this, std::memory_order_relaxed);
+    chunk->slot.store(&sink, std::memory_order_relaxed);
     Link(*chunk);
     Install(*chunk);
     return true;
@@ -318,7 +329,7 @@ void* ThreadHeap::NewClientChunk(std::size_t inClass) {
     chunk->bump = chunk->End();
     chunk->state.store(ChunkState::kFull, std::memory_order_relaxed);
     chunk->remote.Reset();
-    chunk->owner.store(this, std::memory_order_relaxed);
+    chunk->slot.store(&sink, std::memory_order_relaxed);
     return chunk->origin + Chunk::kFirstBlock;
 }
 
@@ -336,6 +347,7 @@ Chunk* ThreadHeap::TakeMemory(ChunkKind inKind) {
 Region* ThreadHeap::TakeRegion() {
     Region* const region = mStore.Allocate();
     if (region != nullptr) {
+        region->heap = this;
         mRegions.PushFront(*region);
         mRegionCount.fetch_add(1, std::memory_order_relaxed);
     }
@@ -390,7 +402,8 @@ Chunk* ThreadHeap::TakeSmall() {
 void ThreadHeap::ReturnParkedSmalls() {
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
         Chunk* const chunk = slots[i].parked;
-        if (chunk != nullptr && chunk->Used() == 0 && !SizeClasses::KeepsChunk(i)) {
+        if (chunk != nullptr && chunk->Used() == 0 && chunk->kind == ChunkKind::kSmall &&
+            !SizeClasses::KeepsChunk(i)) {
             Return(*chunk);
         }
     }
@@ -496,8 +509,9 @@ void ThreadHeap::Adopt() {
     mIsAbandoned = false;
     for (Slot& slot : slots) {
         for (Chunk* chunk = slot.withFree.Front(); chunk != nullptr; chunk = chunk->inClass.next) {
-            if (chunk->IsSmall()) {
+            if (!chunk->IsLarge()) {
                 chunk->state.store(ChunkState::kCurrent, std::memory_order_relaxed);
+                chunk->slot.store(TurnsTo(*chunk), std::memory_order_relaxed);
             }
         }
     }

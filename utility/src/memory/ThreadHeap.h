@@ -103,12 +103,14 @@ private:
 
     void Install(Chunk& ioChunk);
     void Link(Chunk& ioChunk);
+    Slot* TurnsTo(Chunk const& inChunk);
     void Unlink(Chunk& ioChunk);
     void Detach(Chunk& ioChunk);
     void Return(Chunk& ioChunk);
     void CurrentEmptied(Chunk& ioChunk);
-    void ParkSmall(Chunk& ioChunk);
-    void Park(std::size_t inClass);
+    void Park(Chunk& ioChunk);
+    void Unpark(std::size_t inClass);
+    void ReturnEldestParked(std::size_t inClass);
     void KeepChunk(std::size_t inClass);
     void Count(Uses& ioUses);
 

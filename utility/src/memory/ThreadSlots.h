@@ -16,10 +16,11 @@ struct alignas(64) Slot {
     static constexpr std::uint32_t kFormedBlocks = 4;
 
     Chunk* chunk = &S_noChunk; ///< a current one, which the next block is allocated from
-    Chunk* parked = nullptr;   ///< the small chunk that stays though it is empty
-    std::uint32_t emptied = 0; ///< how often in a row `chunk`, not a small one, was found empty
+    Chunk* parked = nullptr;   ///< the one that stays though it is empty
+    std::uint32_t emptied = 0; ///< how often in a row one that is not small was found empty
+    bool takesTurns = true;    ///< whether chunks that are not large turn `chunk` to themselves
     std::uint64_t bytes = 0;   ///< of all chunks of the class
-    /// Chunks with known free blocks: all that are current and small, and all that are available.
+    /// Chunks with known free blocks, but for a large one that is current.
     LinkedList<Chunk, &Chunk::inClass> withFree;
 
     bool HasChunk() const noexcept { return chunk != &S_noChunk; }
@@ -53,6 +54,14 @@ static_assert(sizeof(Slot) == 64);
 
 struct ThreadSlots {
     std::array<Slot, SizeClasses::kCount> slots{};
+    Slot sink; ///< of chunks that are not to be allocated from: what its `chunk` is matters to
+               ///< nobody
+
+    /// Whether a slot is one of these.
+    bool Has(Slot const* inSlot) const noexcept {
+        return reinterpret_cast<std::uintptr_t>(inSlot) - reinterpret_cast<std::uintptr_t>(this) <
+               sizeof(ThreadSlots);
+    }
 
     /// The calling thread's; where it has none, empty ones.
     static ThreadSlots& Mine() noexcept { return *t_mineP; }
