@@ -48,7 +48,8 @@ public:
     class Visit {
     public:
         /// Does not wait for the owner, nor for another visitor.
-        Visit(BasicOwnerLock& ioLock, std::try_to_lock_t) : mLock(ioLock) {
+        __attribute__((noinline)) Visit(BasicOwnerLock& ioLock, std::try_to_lock_t)
+            : mLock(ioLock) {
             int none = 0;
             if (!mLock.mVisitors.compare_exchange_strong(none, 1, std::memory_order_relaxed)) {
                 return;
@@ -67,7 +68,7 @@ public:
         }
         Visit(Visit const&) = delete;
         Visit& operator=(Visit const&) = delete;
-        ~Visit() {
+        __attribute__((noinline)) ~Visit() { // inlined, it looks to compilers as if it used too much
             if (IsIn()) {
                 End();
             }
@@ -76,7 +77,7 @@ public:
         bool IsIn() const noexcept { return mMutex.has_value(); }
 
     private:
-        __attribute__((noinline)) void End() { // which is rare
+        __attribute__((noinline)) void End() {
             // An owner that sees no visitor sees what this one did; another one has the mutex.
             mLock.mVisitors.fetch_sub(1, std::memory_order_release);
             mMutex.reset();

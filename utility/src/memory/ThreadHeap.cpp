@@ -114,18 +114,26 @@ void ThreadHeap::Return(Chunk& ioChunk) {
 /// Sees to all chunks that other threads have disposed of blocks of.
 void ThreadHeap::Drain(Who inWho) {
     mUnseen.store(0, std::memory_order_relaxed);
+    Chunk* forOwner = nullptr;
     while (Chunk* chunk = mInbox.TakeAll()) {
         while (chunk != nullptr) {
             Chunk& first = *std::exchange(chunk, chunk->nextInInbox);
+            // The owner may be allocating from a current chunk; a visitor cannot tell.
+            bool const isCurrentAndEmpty =
+                first.IsCurrent() && first.Used() == first.remote.Count();
+            if (isCurrentAndEmpty && inWho == Who::kVisitor) {
+                first.nextInInbox = std::exchange(forOwner, &first);
+                continue;
+            }
             first.remote.ClearQueued();
-            // A current chunk is the owner's alone, and waits until its class needs blocks, unless
-            // it is empty and large enough to be missed.
-            if (inWho == Who::kOwner && first.IsCurrent() && first.kind != ChunkKind::kSmall &&
-                first.Used() == first.remote.Count()) {
+            if (isCurrentAndEmpty && &first != slots[first.sizeClass].chunk) {
                 Detach(first);
             }
             Settle(first); // where it says false, the chunk comes again
         }
+    }
+    while (forOwner != nullptr) {
+        mInbox.Push(std::exchange(forOwner, forOwner->nextInInbox));
     }
     if (inWho == Who::kVisitor) {
         ReturnCutMiddle();
@@ -177,10 +185,13 @@ void ThreadHeap::CurrentEmptied(Chunk& ioChunk) {
     std::size_t const index = ioChunk.sizeClass;
     Slot& slot = slots[index];
     Chunk const* const first = slot.withFree.Front();
-    bool const isOnly = first == nullptr || (first == &ioChunk && ioChunk.inClass.next == nullptr);
-    if (!isOnly) {
+    bool const isAlone = first == nullptr || (first == &ioChunk && ioChunk.inClass.next == nullptr);
+    if (!isAlone || (slot.chunk != &ioChunk && !slot.takesTurns)) {
         Return(ioChunk); // another one serves the next request
-    } else if (ioChunk.kind == ChunkKind::kSmall) {
+        return;
+    }
+    slot.chunk = &ioChunk;
+    if (ioChunk.kind == ChunkKind::kSmall) {
         Park(ioChunk);
     } else if (++slot.emptied >= kEmptiedToPark ||
                (ioChunk.kind == ChunkKind::kMiddle && SizeClasses::KeepsChunk(index))) {
@@ -469,14 +480,22 @@ void ThreadHeap::Release() {
     Drain(Who::kOwner);
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
         Slot& slot = slots[i];
-        for (Chunk* const chunk : {slot.parked, slot.chunk}) {
-            if (chunk != nullptr && chunk != &Slot::S_noChunk &&
-                chunk->Used() == chunk->remote.Count() &&
-                !(SizeClasses::KeepsChunk(i) && slot.bytes == SizeOf(chunk->kind))) {
-                Return(*chunk);
-                break;
+        if (slot.bytes == 0) {
+            continue;
+        }
+        Unpark(i);
+        if (slot.HasChunk() && slot.chunk->Used() == slot.chunk->remote.Count()) {
+            Return(*slot.chunk);
+        }
+        for (Chunk* chunk = slot.withFree.Front(); chunk != nullptr;) {
+            Chunk& each = *std::exchange(chunk, chunk->inClass.next);
+            if (each.Used() == each.remote.Count()) {
+                Detach(each);
+                Settle(each);
             }
         }
+        Drain(Who::kOwner);
+        KeepChunk(i);
     }
     ReturnCutMiddle();
 }
