@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-// The library's own functions, renamed when it was linked in.
+// The functions of the peer's library, which were renamed when it was linked in.
 extern "C" {
 void* jemalloc_malloc(std::size_t inSize);
 void jemalloc_free(void* inBlock);
@@ -37,7 +37,8 @@ struct Glibc {
     static void Give(void* inBlock, unsigned int) { std::free(inBlock); }
 };
 
-/// An allocator of a library of its own, called by its own names: the program's stays what it is.
+/// An allocator from a library of its own, called through pointers, so that the program's own
+/// allocator stays in place.
 template <char const* const* kNames>
 struct Loaded {
     inline static void* (*S_take)(std::size_t) = nullptr;
@@ -59,7 +60,7 @@ struct Loaded {
 constexpr char const* kMimalloc[] = {"libmimalloc.so.2", "mi_malloc", "mi_free"};
 constexpr char const* kTcmalloc[] = {"libtcmalloc_minimal.so.4", "malloc", "free"};
 
-/// A block is taken, written to and given back; in every thread the same.
+/// Each thread allocates a block, writes to it and frees it.
 template <typename Who>
 void Pairs(benchmark::State& ioState) {
     for (auto _ : ioState) {
@@ -69,7 +70,7 @@ void Pairs(benchmark::State& ioState) {
     }
 }
 
-/// As many blocks as `range` says are taken, then given back in the order in which they came.
+/// Allocates `range` blocks, then frees them in the order in which they were allocated.
 template <typename Who>
 void Batches(benchmark::State& ioState) {
     std::vector<void*> blocks(static_cast<std::size_t>(ioState.range(0)));
@@ -98,7 +99,7 @@ std::array<std::uint16_t, 4096> const& RandomSizes() {
     return sizes;
 }
 
-/// `range` blocks of random sizes live at once; the oldest goes, a new one comes.
+/// Holds `range` blocks of random sizes; frees the oldest and allocates a new one.
 template <typename Who>
 void Random(benchmark::State& ioState) {
     auto const& sizes = RandomSizes();
@@ -126,7 +127,7 @@ void Random(benchmark::State& ioState) {
     }
 }
 
-/// Passes pages of blocks from one thread to another; sixteen are on their way at most.
+/// Passes pages of blocks from one thread to another; at most sixteen are under way.
 class Belt {
 public:
     static constexpr std::size_t kPage = 256;
@@ -159,7 +160,7 @@ private:
     alignas(64) std::array<Page, 16> mPages{};
 };
 
-/// The first thread takes blocks, the other gives them back.
+/// The first thread allocates blocks, the other frees them.
 template <typename Who>
 void HandOver(benchmark::State& ioState) {
     static Belt S_belt;

@@ -18,7 +18,7 @@ using namespace brindle::filesupport;
 constexpr std::uint32_t kSize = 1 << 20;
 constexpr std::uint32_t kBuffer = 64 << 10;
 
-/// Bytes without runs, or one run alone.
+/// Bytes without runs, or a single run.
 std::vector<std::uint8_t> Data(bool inIsRun) {
     std::vector<std::uint8_t> data(kSize, 'x');
     for (std::uint32_t i = 0; !inIsRun && i < kSize; ++i) {
@@ -36,7 +36,7 @@ void ReportRuns(benchmark::State& ioState) {
     Report(ioState);
 }
 
-/// A file in memory, as far as the system has such files, with a large buffer.
+/// A file in shared memory, with a large buffer.
 class MemoryFile {
 public:
     explicit MemoryFile(std::ios_base::openmode inMode) {

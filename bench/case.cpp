@@ -10,7 +10,7 @@ namespace {
 
 using brindle::UTF16String;
 
-/// 64 KB of a language: the sample over and over.
+/// 64 KB of a language: its sample repeated.
 UTF16String Text(int inLanguage) {
     static char16_t const* const samples[] = {
         u"The quick brown Fox jumps over the lazy Dog. ",
@@ -47,7 +47,7 @@ void Icu(benchmark::State& ioState, Convert inConvert) {
     auto const* const units = reinterpret_cast<UChar const*>(text.data());
     auto const count = static_cast<std::int32_t>(text.size());
     for (auto _ : ioState) {
-        // Like ours, a new string for each result.
+        // A new string for each result, like in the library.
         std::u16string result(text.size() + text.size() / 8, u'\0');
         UErrorCode error = U_ZERO_ERROR;
         auto const capacity = static_cast<std::int32_t>(result.size());

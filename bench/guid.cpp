@@ -13,7 +13,7 @@ namespace {
 using brindle::UTF16String;
 using brindle::utility::Guid;
 
-/// As many as a real index holds hot, so that no branch is learnt by heart.
+/// As many as an index keeps in the cache, so that branches cannot learn their pattern.
 constexpr std::size_t kCount = 1024;
 
 struct Identifiers {
@@ -22,7 +22,7 @@ struct Identifiers {
     std::vector<Guid> guids;
 };
 
-/// The same ones for both.
+/// The same values for both libraries.
 Identifiers const& TheIdentifiers() {
     static Identifiers const identifiers = [] {
         Identifiers made;
@@ -53,7 +53,7 @@ void ToText_Brindle(benchmark::State& ioState) {
     SetItems(ioState);
 }
 
-/// Into a string of its own, as the other gives one.
+/// Into a new string, because the peer returns one.
 void ToText_Libuuid(benchmark::State& ioState) {
     for (auto _ : ioState) {
         for (auto const& bytes : TheIdentifiers().bytes) {

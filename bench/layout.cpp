@@ -1,5 +1,5 @@
-// Layouts: measuring a group anew, and arranging and changing a tree of a thousand leaves. No peer
-// is packaged: the layouts of the toolkits are bound to their widgets.
+// Layouts: measuring a group again, and arranging and changing a tree of a thousand leaves. There
+// is no packaged peer: the layouts of the toolkits are bound to their widgets.
 
 #include "bench/allocations.h"
 
@@ -152,7 +152,7 @@ Tree NestedAutoLayouts() {
     return tree;
 }
 
-/// Measures the root anew, its children being measured already.
+/// Measures the root again, with children that are measured already.
 void Rebuild(benchmark::State& ioState, Tree const& inTree) {
     IArrangeable& root = inTree.Root();
     root.EnableArrangement(false);
@@ -231,7 +231,7 @@ void RebuildFlatByTryingAll(benchmark::State& ioState) {
     ioState.counters["alternatives"] = static_cast<double>(set.Size());
 }
 
-/// Another rectangle each time, so that all space is shared out anew.
+/// Uses another rectangle each time, so that all space is distributed again.
 void ArrangeAll(benchmark::State& ioState, Tree const& inTree) {
     IArrangeable& root = inTree.Root();
     RectT<float> rect{0, 0, 1920, 1080};
@@ -295,6 +295,6 @@ BENCHMARK(RebuildWithAlternatives)
 BENCHMARK(ArrangeRows)->Name("layout arrange/brindle/1000 leaves in rows in a column");
 BENCHMARK(ArrangeAutoLayouts)->Name("layout arrange/brindle/1000 leaves in nested AutoLayouts");
 BENCHMARK(ChangeALeaf)->Name("layout change/brindle/1 leaf of 1000");
-BENCHMARK(ChangeAllLeaves)->Name("layout change/(all measured anew)/1 leaf of 1000");
+BENCHMARK(ChangeAllLeaves)->Name("layout change/(all measured again)/1 leaf of 1000");
 
 } // namespace

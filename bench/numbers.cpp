@@ -63,7 +63,7 @@ std::vector<Text> const& Texts() {
     return texts;
 }
 
-/// What users type, in a grammar that both calculators know and read alike.
+/// What users type, in a grammar that both calculators read in the same way.
 template <typename Text>
 std::vector<Text> const& Expressions() {
     static std::vector<Text> const texts = [] {
@@ -180,7 +180,7 @@ void Calculate_Brindle(benchmark::State& ioState) {
          [](UTF16String const& inText) { return Calculate(inText); });
 }
 
-/// The parser is kept, which its users do; each expression is parsed and evaluated anew.
+/// One parser is reused, as its users do; each expression is parsed and evaluated anew.
 void Calculate_MuParser(benchmark::State& ioState) {
     mu::Parser parser;
     Each(ioState, Expressions<std::string>(), [&parser](std::string const& inText) {

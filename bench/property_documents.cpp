@@ -25,7 +25,7 @@ UTF8String Document(int inCount) {
     return text;
 }
 
-/// What was read is deleted beside the time that reading takes.
+/// Destroys what was read, outside of the measured time.
 template <typename Owner>
 void Drop(benchmark::State& ioState, Owner& ioOwner) {
     ioState.PauseTiming();
@@ -75,7 +75,7 @@ void Read_Tree(benchmark::State& ioState) {
     }
 }
 
-/// The events of our document, which nobody listens to.
+/// The events of the same document, with empty handlers.
 void Read_Expat(benchmark::State& ioState) {
     UTF8String const text = Document(Count(ioState));
     for (auto _ : ioState) {

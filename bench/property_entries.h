@@ -8,15 +8,16 @@
 
 #include <memory>
 
-// The same entries for all: preferences under keys of 12 to 19 bytes that come in no order, of
-// every type, one in ten of them an array of three integers and one a nested list of one flag.
+// The same entries for each library: preferences under keys of 12 to 19 bytes in no particular
+// order, a tenth of each kind: six types of numbers and flags, two of texts, arrays of three
+// integers, and nested lists of one flag.
 
 struct FreePlist {
     void operator()(void* inPlist) const { plist_free(inPlist); }
 };
 using Plist = std::unique_ptr<void, FreePlist>;
 
-/// How many entries the row is about, 20 or 100,000; labels it by that.
+/// The number of entries of the row, 20 or 100,000. Labels the row with it.
 int Count(benchmark::State& ioState);
 
 void AddEntries(brindle::proplist::PropList& ioList, int inCount);

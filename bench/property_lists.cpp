@@ -51,15 +51,15 @@ void Write_Tree(benchmark::State& ioState) {
     }
 }
 
-/// What a list of so many entries takes from the heap, by entry; the row's time, which nothing is
-/// made of, is that of filling and emptying it.
+/// The heap memory of a list, by entry. The row's time, which is not used, is that of filling and
+/// destroying the list.
 template <typename Make>
 void Memory(benchmark::State& ioState, Make inMake) {
     int const count = Count(ioState);
     for (auto _ : ioState) {
         benchmark::DoNotOptimize(inMake(count));
     }
-    // Once, for to count the free blocks of a heap takes a while.
+    // Only once, because counting the free blocks of the heap takes a while.
     auto const before = mallinfo2();
     auto const list = inMake(count);
     auto const after = mallinfo2();
@@ -83,7 +83,7 @@ void Memory_Tree(benchmark::State& ioState) {
     Memory(ioState, MakeTree);
 }
 
-/// A list as it would be without us.
+/// A list as a client would write it with the standard library.
 class AnyMap {
 public:
     template <typename T>
@@ -107,7 +107,7 @@ private:
     std::map<std::string, std::any> mValues;
 };
 
-/// 100 keys of preferences in the order of no list, with a text for each: of 9 bytes or of 33.
+/// 100 keys of preferences in random order, each with a text of 9 or of 33 bytes.
 template <typename String>
 std::vector<std::pair<String, String>> const& Keys() {
     static auto const keys = [] {
@@ -130,7 +130,7 @@ std::vector<std::pair<String, String>> const& Keys() {
     return keys;
 }
 
-/// The keys by their numbers in an order that no branch predictor learns.
+/// Numbers of keys in a random order, too long for a branch predictor to learn.
 std::vector<std::size_t> const& Order() {
     static auto const order = [] {
         std::mt19937 random(2);

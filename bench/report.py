@@ -15,8 +15,8 @@ REPETITIONS = 9
 
 
 def rows_of_the_program(binary):
-    """(subject, case, who) -> nanoseconds of one iteration, the median of interleaved repetitions, and rates; or, where
-    a row counts them, the bytes that it takes, and None."""
+    """(subject, case, who) -> (nanoseconds of one iteration, rates), the medians of interleaved repetitions; or, for a
+    row that counts bytes, (bytes, None)."""
     with tempfile.NamedTemporaryFile() as out:
         subprocess.run(
             [binary, f"--benchmark_repetitions={REPETITIONS}", "--benchmark_min_time=0.1",
@@ -29,7 +29,7 @@ def rows_of_the_program(binary):
             rate = row.get("bytes_per_second"), row.get("items_per_second")
             subject, who, case = row["run_name"].split("/", 2)
             label = row.get("label") or case.split("/")[0]
-            # Work of several threads is told by the clock; the program says of which rows.
+            # Work on several threads is measured in elapsed time; such rows are marked in their names.
             by_clock = any(sign in case for sign in ("/real_time", "/manual_time", "/threads:"))
             took = row["real_time" if by_clock else "cpu_time"]
             percentiles = [(name, row[counter]) for name, counter in PERCENTILES if counter in row]
@@ -42,13 +42,13 @@ def rows_of_the_program(binary):
     return rows
 
 
-# Instead of a mean, where a row counts them.
+# A row with these counters is shown by them instead of by its time.
 PERCENTILES = [("median", "median_us"), ("99th percentile", "p99_us")]
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def measure_command(command):
-    """Wall nanoseconds and peak kibibytes of a command."""
+    """The elapsed nanoseconds and peak kibibytes of a command."""
     start = time.perf_counter_ns()
     process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
     _, status, usage = os.wait4(process.pid, 0)
@@ -57,8 +57,8 @@ def measure_command(command):
 
 
 def rows_of_the_command(bin_dir):
-    """Sums what is in the page cache, by turns, with the command and with its peers: a file of 1 GiB, and a tree of
-    20,000 files of 4 KiB. The peer of several jobs is what a shell offers."""
+    """Sums a file of 1 GiB and a tree of 20,000 files of 4 KiB, all in the page cache, by turns with the command and
+    with a peer; for several jobs the peer is a pipeline of the shell."""
     rows, peaks = {}, []
     with tempfile.TemporaryDirectory() as root:
         with open(f"{root}/file", "wb") as file:
@@ -108,8 +108,8 @@ def shown(figure):
 
 
 def compared(rows):
-    """Subject and case, our figure, the peers with theirs, fastest first, and the ratio to the fastest; None if all
-    stand in brackets."""
+    """For each subject and case: our figure, the peers with theirs, fastest first, and the ratio to the fastest peer,
+    or None if all peers are in brackets."""
     table = collections.OrderedDict()
     for (subject, case, who), figure in sorted(rows.items()):
         table.setdefault((subject, case), {})[who] = figure
@@ -134,7 +134,7 @@ def write_table(rows, peak, path):
 
 
 def write_plot(rows, path):
-    """A bar a row on a logarithmic scale, to the right of the line in green where brindle is faster."""
+    """One bar for each row on a logarithmic scale, green and to the right of the line where brindle is faster."""
     bars = [(", ".join(key), ratio) for key, _, _, ratio in compared(rows) if ratio]
     row_height, label_width, plot_width = 18, 420, 480
     low, high = math.log10(min(0.5, *(r for _, r in bars))), math.log10(max(2, *(r for _, r in bars)))

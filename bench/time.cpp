@@ -34,7 +34,7 @@ std::vector<TickTime> RandomTimes() {
     return times;
 }
 
-/// Applies an operation to every value and keeps what comes out.
+/// Applies an operation to every value and keeps the results.
 template <class Value, class Operation>
 void Apply(benchmark::State& ioState, std::vector<Value> const& inValues, Operation inOperation) {
     std::vector<decltype(inOperation(inValues[0]))> results(inValues.size());
@@ -116,7 +116,7 @@ void ToFrameOfAConstant_Bare(benchmark::State& ioState) {
     Apply(ioState, RandomTicks(), [](std::int64_t inTicks) { return inTicks / 8475667200; });
 }
 
-/// What a program writes that keeps seconds in a double: drop-frame at 29.97.
+/// Drop-frame timecode at 29.97 as a program writes it that keeps seconds in a double.
 std::string NaiveTimecode(double inSeconds) {
     long frame = std::lround(std::fabs(inSeconds) * 30000 / 1001);
     long const tens = frame / 17982;

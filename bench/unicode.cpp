@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-// Every figure is bytes of the UTF-16 side a second, so that two rows of one text compare.
+// All rates count the bytes of the UTF-16 text, so that the rows of one text are comparable.
 
 namespace {
 
@@ -47,7 +47,7 @@ std::uint16_t const* Words(Kind inKind) {
         u"\U0001F680\U0001F30D ");
 }
 
-/// ICU refuses a pair that is cut in two.
+/// A part of a text that does not cut a surrogate pair, which ICU would refuse.
 UTF16String Cut(UTF16String const& inText, std::size_t inBegin, std::size_t inCount) {
     UTF16String part = inText.substr(inBegin, inCount);
     if (UnicodeSurrogate(part.front()) == brindle::utility::kSurrogate_Low) {
@@ -59,7 +59,7 @@ UTF16String Cut(UTF16String const& inText, std::size_t inBegin, std::size_t inCo
     return part;
 }
 
-/// The words again and again, from a different one each time so that no pattern can be learnt.
+/// The words repeated, from a different one on each time, so that branches cannot learn a pattern.
 UTF16String Text(Kind inKind, std::size_t inUnits) {
     UTF16String const words = Words(inKind);
     std::mt19937 random(7);
@@ -98,7 +98,7 @@ std::int32_t Length(std::size_t inLength) {
     return static_cast<std::int32_t>(inLength);
 }
 
-// Room for the longest result first, then the true length: quicker than asking for the length.
+// Reserving room for the longest result and shrinking is faster than asking for the length first.
 UTF8String ICUToUTF8(UTF16String const& inText) {
     UTF8String result(3 * inText.size(), 0);
     std::int32_t length = 0;
@@ -215,7 +215,7 @@ void DecodeIconv(benchmark::State& ioState) {
     RunIconv(ioState, Encoded(Texts(ioState)), "UTF-16LE", "UTF-8");
 }
 
-/// The speed of memory that the ASCII rows are measured against: one copy of the UTF-16 text.
+/// The speed of memory, with which the ASCII rows are compared: one copy of the UTF-16 text.
 void CopyText(benchmark::State& ioState) {
     Run(ioState, Texts(ioState),
         [](auto const& text) { benchmark::DoNotOptimize(UTF16String(text.data(), text.size())); });

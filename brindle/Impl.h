@@ -4,8 +4,8 @@
 
 namespace brindle {
 
-/// A base for clients' implementation classes that are held and deleted through one pointer type.
-/// The library derives nothing from it.
+/// A base for a client's implementation classes, so that one pointer type can hold and delete any
+/// of them. The library itself derives nothing from it.
 struct BRN_API Impl {
     virtual ~Impl() = 0;
 };

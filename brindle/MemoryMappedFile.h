@@ -12,67 +12,77 @@ namespace platform {
 class SharedMemory;
 }
 
-/// A named piece of memory that processes of one user share; no file on disk is behind it.
+/// Memory with a name, shared by the processes of one user. No file on disk is involved.
 ///
-/// It exists for as long as an object, in whatever process, holds it, and is gone with its last
-/// holder, also if that is killed: the name then is free, and who creates it anew finds zeros. Each
-/// user has names of their own. A name has 1 to 255 characters, each anything but a NUL.
+///     MemoryMappedFile meters;
+///     meters.Init("mixer meters", 4096, MemoryMappedFile::kMappedFileCreate |
+///     MemoryMappedFile::kMappedFileWritable); auto* const levels =
+///     static_cast<float*>(meters.GetAddress());
 ///
-/// What fails throws `kErrorMappedFileException`, a plain `std::int32_t`. An object belongs to one
-/// thread at a time; what is in the memory is the clients' to guard.
+/// The memory exists as long as an object in any process holds it, and vanishes with its last
+/// holder, even if that process is killed. Its name is then free, and memory that is created anew
+/// under it is all zero. Each user has separate names. A name has 1 to 255 characters other than
+/// NUL.
+///
+/// Failures throw `kErrorMappedFileException`, a plain `std::int32_t`. An object must not be used
+/// by two threads at the same time. Clients synchronise their accesses to the memory themselves.
 class BRN_API MemoryMappedFile {
 public:
     static constexpr std::int32_t kErrorMappedFileException = 9002;
 
-    // What the caller asks for: the flags of `Init`.
-    static constexpr std::uint32_t kMappedFileCreate = 0x01; ///< create it if it does not exist
+    // The flags of `Init`.
+    static constexpr std::uint32_t kMappedFileCreate =
+        0x01; ///< create the memory if it does not exist
     static constexpr std::uint32_t kMappedFileMapNow = 0x08; ///< map the view in `Init` already
-    /// The view is writable; read-only if the memory could only be opened at a second attempt.
+    /// The view is writable, or read-only if the memory was found only by a second attempt to open
+    /// it.
     static constexpr std::uint32_t kMappedFileWritable = 0x10;
-    static constexpr std::uint32_t kMappedFileWritableOnly = 0x20; ///< without that attempt
+    static constexpr std::uint32_t kMappedFileWritableOnly =
+        0x20; ///< writable, without a second attempt
 
-    /// Holds nothing and has no name: `GetAddress` throws.
+    /// Holds no memory and has no name, so `GetAddress` throws.
     MemoryMappedFile() noexcept;
-    /// A copy shares what the other holds at that moment, its view with the same address. Each may
-    /// go or let go in any order: what they share stays until the last of them does.
+    /// A copy shares the memory and the view that the other holds at that moment; the address is
+    /// the same. They exist until both objects have released them, in either order.
     MemoryMappedFile(MemoryMappedFile const& inOther);
     MemoryMappedFile& operator=(MemoryMappedFile const& inOther);
     ~MemoryMappedFile();
 
-    /// Lets go of what the object holds, then creates or opens the memory of this name. New memory
-    /// has the low 32 bits of `inSize` in bytes, which must not all be 0, and is all zero; it is
-    /// taken from the system as it is touched, but only promised if the system can hold it whole.
-    /// Memory that exists is opened whatever size it has. After a failure the object holds nothing
-    /// and keeps the new name, size and flags.
+    /// Releases what the object holds, then creates or opens the memory of this name. The size of
+    /// new memory in bytes is the low 32 bits of `inSize`, which must not be 0; it is all zero.
+    /// Pages are taken from the system when they are first accessed, but memory that the system
+    /// could not hold whole is refused. Existing memory is opened whatever its size. After a
+    /// failure the object holds nothing, and keeps the new name, size and flags.
     void Init(std::string const& inName, std::uint64_t inSize, std::uint32_t inFlags);
 
-    /// The size given to `Init`, which need not be the one of the memory.
+    /// The size given to `Init`; existing memory may have another size.
     std::uint64_t Size() const noexcept { return mSize; }
     void GetName(std::string& outName) const { outName = mName; }
 
-    /// The address of the whole memory, mapped at the first call and the same from then on. Opens
-    /// it again after `Reset`, read-only.
+    /// The address of the whole memory. The first call maps it; further calls return the same
+    /// address. After `Reset` it opens the memory again, read-only.
     void* GetAddress();
 
-    /// Whether a view is mapped and may be written to.
+    /// Whether a view is mapped and writable.
     bool MappedMemoryIsWritable() const noexcept;
 
-    /// Lets go of the view. The memory stays, and `GetAddress` maps it again, maybe elsewhere.
+    /// Releases the view and keeps the memory. `GetAddress` maps it again, possibly at another
+    /// address.
     void UnmapMemory() noexcept;
     void CloseFileHandleIfPossible() noexcept { UnmapMemory(); }
 
-    /// Lets go of the view and of the memory; name, size and flags stay.
+    /// Releases the view and the memory. The name, size and flags stay.
     void Reset() noexcept;
 
 protected:
-    /// Creates or opens by the name, size and flags that are stored.
+    /// Creates or opens the memory by the stored name, size and flags.
     void Init();
 
 private:
     void Create();
     void Open();
 
-    std::string mName; // the first, so that a copy that there is no memory for changes nothing
+    std::string mName; // the first member, so that an assignment that throws changes nothing
     std::shared_ptr<platform::SharedMemory> mMemory;
     std::uint64_t mSize = 0;
     std::shared_ptr<void> mView;

@@ -1,10 +1,10 @@
-# What is installed: the library, its public headers, the command, and the package for find_package(brindle).
+# Installs the library, its public headers, the command, and the package for find_package(brindle).
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/brindle)
 
 install(TARGETS brindle EXPORT brindleTargets)
 install(EXPORT brindleTargets NAMESPACE brindle:: DESTINATION ${package_dir})
-install(DIRECTORY brindle DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY brindle ${brindle_generated_dir}/brindle DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/brindleConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
 configure_file(cmake/brindleConfig.cmake.in brindleConfig.cmake @ONLY)

@@ -1,5 +1,5 @@
-// Every extractor over any bytes: the first byte of each round chooses the type of the next value.
-// What was read, integers and strings, goes back to the same bytes.
+// Every extractor on any bytes: the first byte of each round chooses the type of the next value.
+// Integers and strings that were read are written as the same bytes again.
 
 #include <brindle/filesupport/BufferByteStream.h>
 #include <brindle/filesupport/ByteStreamOperators.h>

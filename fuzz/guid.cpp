@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <regex>
 
-/// A text of the form comes back in lower case, and any other is reported, whatever type holds it.
+/// A well-formed text is formatted again as its lower case, and any other text is reported.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
     using brindle::UTF16String;
     using brindle::utility::Guid;

@@ -1,6 +1,6 @@
-// Layout: a client that builds any graph of nodes, of any sizes, and does anything to it at any
-// time, from within its own operations too, as long as a group no longer shows a node that it
-// destroys.
+// Layout: a client that builds an arbitrary graph of nodes of arbitrary sizes, and calls any
+// operation at any time, also from within its own operations. It only sees to it that no group
+// shows a node that was destroyed.
 
 #include "tests/arrange/Scene.h"
 
@@ -15,13 +15,13 @@ using tests::Looks;
 
 constexpr int kItems = 10;
 constexpr int kGroups = 5;
-// These alone offer more than one layout of their children, whose numbers multiply.
+// Only these may offer more than one layout of their children, since the numbers multiply.
 constexpr int kGroupsOfAnyKind = 3;
 constexpr int kMostChildren = 3;
 constexpr int kMostOperations = 64;
 constexpr int kMostInterruptions = 16;
 
-/// Reads from the bytes what to do.
+/// Does what the bytes say.
 struct Client {
     Client(std::uint8_t const* inData, std::size_t inSize) : mNext(inData), mEnd(inData + inSize) {
         for (int item = 0; item < kItems; ++item) {
@@ -30,9 +30,12 @@ struct Client {
         for (int group = 0; group < kGroups; ++group) {
             ShowAny(group);
         }
-        // Every operation of the client's objects may do something to the tree.
-        mScene.hear = [this](tests::Call const&) {
+        // Every operation of the client's objects may change the tree.
+        mScene.onCall = [this](tests::Call const& inCall) {
             ++mCalls;
+            if (inCall.name == "NaN") {
+                std::abort(); // no leaf is ever offered NaN
+            }
             if (mInterruptionsLeft > 0 && mCallsToInterruption-- == 0) {
                 --mInterruptionsLeft;
                 mCallsToInterruption = Byte();
@@ -46,7 +49,7 @@ struct Client {
             try {
                 Operate(false);
             } catch (Refusal const&) {
-                // The tree stays as usable as it was.
+                // The tree has to stay usable.
             }
         }
         mInterruptionsLeft = 0;
@@ -59,13 +62,13 @@ struct Client {
         }
     }
 
-    /// What the client throws out of its operations.
+    /// What the client's operations throw.
     struct Refusal {};
 
     int Byte() { return mNext == mEnd ? 0 : *mNext++; }
     int Pick(std::size_t inCount) { return Byte() % static_cast<int>(inCount); }
 
-    /// Plain sizes, and every kind of odd one.
+    /// Small whole sizes, and all kinds of odd ones.
     static float Size(int inByte) {
         constexpr float kMax = std::numeric_limits<float>::max(), kInf = tests::kUnlimited;
         constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
@@ -75,7 +78,7 @@ struct Client {
                                                           : static_cast<float>(inByte);
     }
 
-    /// One byte tells all answers, so that short inputs come to operations.
+    /// One byte decides all answers, so that short inputs get as far as operations.
     struct Answers {
         int Pick(std::size_t inCount) { return static_cast<int>(random() % inCount); }
         float Length(std::size_t) { return Size(Pick(256)); }
@@ -93,7 +96,7 @@ struct Client {
         return looks;
     }
 
-    /// For a dynamic group no kind at all is one of them.
+    /// A dynamic group may also be of no kind.
     int AnyKind(int inGroup, bool inIsDynamic) {
         return Pick(inGroup >= kGroupsOfAnyKind ? 2 : inIsDynamic ? 7 : 6);
     }
@@ -104,7 +107,7 @@ struct Client {
         }
     }
 
-    /// Any items: one twice, an ancestor, itself.
+    /// Any items: also one twice, an ancestor, or the group itself.
     void ShowAny(int inGroup) {
         std::vector<int>& children = mScene.Of(inGroup).children;
         children.resize(static_cast<std::size_t>(Pick(kMostChildren + 1)));
@@ -113,8 +116,8 @@ struct Client {
 
     void CopyTo(Single& outLeaf) { outLeaf = dynamic_cast<Single&>(*mScene.Node(kItems - 1)); }
 
-    /// Before the old item goes, the groups show nothing or its successor in its place; nobody is
-    /// told.
+    /// Before the old item is destroyed, the groups show nothing or its successor in its place; the
+    /// library is not notified.
     void Replace(int inItem) {
         Looks looks = AnyLooks(inItem);
         looks.children = mScene.Of(inItem).children;
@@ -138,7 +141,8 @@ struct Client {
         }
     }
 
-    /// All that a client may do. What is at work is neither replaced nor copied to.
+    /// Everything that a client may do. From within operations, nodes are neither replaced nor
+    /// assigned to.
     void Operate(bool inIsAtWork) {
         int const item = Pick(kItems);
         IArrangeable* const node = mScene.Node(item);
@@ -174,7 +178,7 @@ struct Client {
 
 } // namespace
 
-/// The looks of the items, the children of the groups, and then operations until the bytes end.
+/// The bytes hold the looks of the items, the children of the groups, and then operations.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
     Client(inData, inSize).Run();
     return 0;

@@ -1,5 +1,5 @@
-// The first bytes are a number and how to write it, the rest is a text to read. Both come out as
-// the C library and the streams have them.
+// The first bytes are a number and the way to write it, the rest is a text to read. Both results
+// must be those of the C library and the standard streams.
 
 #include <brindle/utility/Locale.h>
 

@@ -1,4 +1,4 @@
-// Any bytes as the document of a list. What was read of them, all or what stands before a fault, is
+// Reads any bytes as the document of a list. Whatever was read, whole or up to a fault, has to be
 // written so that it reads back the same, once carriage returns have become line feeds.
 
 #include <brindle/proplist/PropListUtils.h>

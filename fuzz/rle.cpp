@@ -1,5 +1,5 @@
-// Run-length coding: decoding undoes encoding, whatever the blocks, and any bytes decode or end
-// quietly.
+// Run-length coding: decoding reverses encoding for any block sizes, and decoding any bytes either
+// succeeds or ends in `eof_error`.
 
 #include <brindle/filesupport/BufferByteStream.h>
 #include <brindle/filesupport/BufferedByteStream.h>
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
         std::abort();
     }
 
-    // The first byte chooses how the rest is cut up.
+    // The first byte is the block size.
     std::size_t const block = inSize == 0 ? 1 : inData[0] + std::size_t{1};
     std::string byBytes;
     std::string byBlocks;

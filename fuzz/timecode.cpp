@@ -1,5 +1,5 @@
-// Timecode: whatever text is read as a time is written as that time, and every time reads back as
-// the start of its frame, at any rate.
+// At any rate, a text that is read as a time must be written again as that time, and the text of
+// every time must be read as the start of its frame.
 
 #include <brindle/time/Timecode.h>
 
@@ -18,7 +18,8 @@ void RequireSame(TimecodeReading const& inReading, TickTime const& inTime) {
 
 } // namespace
 
-/// The ticks of a frame, 0 for drop-frame at 59.94, and a text whose first bytes are a time too.
+/// The input is the ticks of a frame, or 0 for drop-frame at 59.94, and a text, whose first bytes
+/// are also a time.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
     std::int64_t numbers[2] = {};
     if (inSize < sizeof numbers) {

@@ -19,7 +19,7 @@ void Require(bool inIsTrue) {
 
 } // namespace
 
-/// The input is the text's units, in the machine's byte order; an odd byte at the end is left out.
+/// The input is the units of the text in the machine's byte order. An odd last byte is ignored.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t inSize) {
     UTF16String text(inSize / 2, 0);
     if (!text.empty()) {

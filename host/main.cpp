@@ -64,7 +64,8 @@ int RunVerb(Verb const& inVerb, std::vector<std::string> const& inWords) {
     return diagnostics.HasFailures() ? kStatus_Failed : kStatus_Done;
 }
 
-int Run(std::vector<std::string> const& inWords) {
+/// `outHelp` becomes the words that explain what was wrong if `usage_error` is thrown.
+int Run(std::vector<std::string> const& inWords, std::string& outHelp) {
     std::string const first = inWords.empty() ? "" : inWords[0];
     if (first == "--help") {
         PrintHelp();
@@ -75,19 +76,21 @@ int Run(std::vector<std::string> const& inWords) {
         return kStatus_Done;
     }
     Verb const& verb = FindVerb(first);
+    outHelp = first + " --help";
     return RunVerb(verb, {inWords.begin() + 1, inWords.end()});
 }
 
-/// Runs the command and turns what ends it early into a message and an exit status.
+/// Runs the command, and turns an exception that ends it into a message and an exit status.
 int RunAndReport(std::vector<std::string> const& inWords) {
     int status = kStatus_Failed;
+    std::string help = "--help";
     try {
-        status = Run(inWords);
+        status = Run(inWords, help);
     } catch (usage_error const& error) {
-        utility::streams::Err << "brindle: " << error.what() << "\nTry 'brindle --help'.\n";
+        utility::streams::Err << "brindle: " << error.what() << "\nTry 'brindle " << help << "'.\n";
         return kStatus_WrongUsage;
     } catch (fatal_error const&) {
-        // The error manager has told it.
+        // The error manager has reported it.
     } catch (std::exception const& error) {
         utility::streams::Err << "brindle: " << error.what() << '\n';
     }

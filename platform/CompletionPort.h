@@ -1,33 +1,34 @@
 #pragma once
 
-#include <cstdint>
+#include "platform/Deadline.h"
+
 #include <memory>
 
 namespace brindle::platform {
 
-/// An unbounded queue of pointers, first in first out across all threads, that many threads post to
-/// and many wait on. Any thread may call any operation; none may be under way when the port goes.
+/// An unbounded queue of pointers ("packets"), first in first out across all threads, on which
+/// threads block while it is empty. Any thread may call any operation; none may be in progress when
+/// the port is destroyed.
 ///
 /// What a thread did before it posted is visible to the thread that receives the packet.
 class CompletionPort {
 public:
-    /// Waits without limit.
-    static constexpr std::uint32_t kForever = 0xFFFFFFFF;
-
     CompletionPort(); ///< throws `std::bad_alloc`
     CompletionPort(CompletionPort const&) = delete;
     CompletionPort& operator=(CompletionPort const&) = delete;
-    /// Drops the packets that are left; what they point to is the poster's.
+    /// Discards the packets that are left, and does not touch what they point to.
     ~CompletionPort();
 
-    /// Appends a packet and sees to it that a waiting thread takes it. Never blocks. False, and
-    /// nothing is appended, if there is no memory; but a null packet is never refused: then it
-    /// comes once no other packet is left.
-    bool Post(void* inPacket) noexcept;
+    /// Appends a packet, and wakes a waiting thread if that is needed for the packet to be
+    /// received. Never blocks. False, with nothing appended, if there is no memory. A null packet
+    /// is never refused; without memory it is received once no other packet is left.
+    [[nodiscard]] bool Post(void* inPacket) noexcept;
 
-    /// Removes the oldest packet; blocks for at most this time until there is one. False, and null,
-    /// if none came. 0 only looks.
-    bool Wait(void*& outPacket, std::uint32_t inMilliseconds) noexcept;
+    /// Removes the oldest packet. False, and a null pointer, if there is none.
+    bool Take(void*& outPacket) noexcept;
+    /// Removes the oldest packet; blocks until there is one. False, and a null pointer, if there
+    /// was none by the deadline.
+    bool Wait(void*& outPacket, Deadline const& inDeadline = Deadline::Never()) noexcept;
 
 private:
     struct State;

@@ -2,8 +2,8 @@
 
 namespace brindle::platform {
 
-/// Sends NUL-terminated text to the developer's debug channel, standard error, as it is and in one
-/// piece. Any thread may call; a failure is ignored.
+/// Writes NUL-terminated text, unchanged and in one piece, to the developer's debug channel, which
+/// is standard error. Any thread may call; a failure is ignored, also a pipe that nobody reads.
 void WriteDebugOutput(char const* inText) noexcept;
 
 } // namespace brindle::platform

@@ -1,44 +1,43 @@
 #pragma once
 
-#include <cstdint>
+#include <brindle/utility/SystemError.h>
 
 namespace brindle::platform {
 
-/// The number of a failure of the system. The numbers have fixed meanings on every system; whatever
-/// has no number of its own is `kError_GeneralFailure`.
-using ErrorCode = std::uint32_t;
+/// Why an operation of the system failed; `SystemError` documents the numbers.
+using ErrorCode = utility::SystemError;
 
-constexpr ErrorCode kError_None = 0;
-constexpr ErrorCode kError_FileNotFound = 2; ///< the last component is missing
-constexpr ErrorCode kError_PathNotFound =
-    3; ///< a directory on the way is missing, or is no directory
-constexpr ErrorCode kError_TooManyOpenFiles = 4;
-constexpr ErrorCode kError_AccessDenied = 5;
-constexpr ErrorCode kError_InvalidHandle = 6;
-constexpr ErrorCode kError_NotEnoughMemory = 8;
-constexpr ErrorCode kError_InvalidData = 13;
-constexpr ErrorCode kError_NotSameDevice = 17;
-constexpr ErrorCode kError_WriteProtected = 19;
-constexpr ErrorCode kError_GeneralFailure = 31;
-constexpr ErrorCode kError_SharingViolation = 32;
-constexpr ErrorCode kError_EndOfFile = 38;
-constexpr ErrorCode kError_NotSupported = 50;
-constexpr ErrorCode kError_FileExists = 80;
-constexpr ErrorCode kError_InvalidParameter = 87;
-constexpr ErrorCode kError_DiskFull = 112;
-constexpr ErrorCode kError_InvalidName = 123; ///< a name with a NUL
-constexpr ErrorCode kError_DirectoryNotEmpty = 145;
-constexpr ErrorCode kError_Busy = 170;
-constexpr ErrorCode kError_AlreadyExists = 183;
-constexpr ErrorCode kError_NameTooLong = 206;
-constexpr ErrorCode kError_FileTooLarge = 223;
-constexpr ErrorCode kError_NotADirectory = 267;
-constexpr ErrorCode kError_IODevice = 1117;
-constexpr ErrorCode kError_LinkCircle = 1921; ///< symbolic links that lead round in a circle
+constexpr ErrorCode kError_None = ErrorCode::kNone;
+constexpr ErrorCode kError_FileNotFound = ErrorCode::kFileNotFound;
+constexpr ErrorCode kError_PathNotFound = ErrorCode::kPathNotFound;
+constexpr ErrorCode kError_TooManyOpenFiles = ErrorCode::kTooManyOpenFiles;
+constexpr ErrorCode kError_AccessDenied = ErrorCode::kAccessDenied;
+constexpr ErrorCode kError_InvalidHandle = ErrorCode::kInvalidHandle;
+constexpr ErrorCode kError_NotEnoughMemory = ErrorCode::kNotEnoughMemory;
+constexpr ErrorCode kError_InvalidData = ErrorCode::kInvalidData;
+constexpr ErrorCode kError_NotSameDevice = ErrorCode::kNotSameDevice;
+constexpr ErrorCode kError_WriteProtected = ErrorCode::kWriteProtected;
+constexpr ErrorCode kError_GeneralFailure = ErrorCode::kGeneralFailure;
+constexpr ErrorCode kError_SharingViolation = ErrorCode::kSharingViolation;
+constexpr ErrorCode kError_EndOfFile = ErrorCode::kEndOfFile;
+constexpr ErrorCode kError_NotSupported = ErrorCode::kNotSupported;
+constexpr ErrorCode kError_FileExists = ErrorCode::kFileExists;
+constexpr ErrorCode kError_InvalidParameter = ErrorCode::kInvalidParameter;
+constexpr ErrorCode kError_DiskFull = ErrorCode::kDiskFull;
+constexpr ErrorCode kError_InvalidName = ErrorCode::kInvalidName;
+constexpr ErrorCode kError_DirectoryNotEmpty = ErrorCode::kDirectoryNotEmpty;
+constexpr ErrorCode kError_Busy = ErrorCode::kBusy;
+constexpr ErrorCode kError_AlreadyExists = ErrorCode::kAlreadyExists;
+constexpr ErrorCode kError_NameTooLong = ErrorCode::kNameTooLong;
+constexpr ErrorCode kError_FileTooLarge = ErrorCode::kFileTooLarge;
+constexpr ErrorCode kError_NotADirectory = ErrorCode::kNotADirectory;
+constexpr ErrorCode kError_IODevice = ErrorCode::kIODevice;
+constexpr ErrorCode kError_LinkCircle = ErrorCode::kLinkCircle;
 
-/// What an operation delivers, with the error if it failed; `value` then is default-constructed.
+/// The value that an operation returns, or the reason why it failed; `value` then is
+/// default-constructed.
 template <typename T>
-struct Result {
+struct [[nodiscard]] Result {
     T value{};
     ErrorCode error = kError_None;
 

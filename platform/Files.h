@@ -6,8 +6,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <string>
 
 namespace brindle::platform {
 
@@ -17,13 +15,21 @@ enum class FileKind {
     kPipe,      ///< a FIFO
     kSocket,    ///< a socket
     kDevice,    ///< a character or block device
-    kOther,     ///< whatever else a system may hold
+    kOther,     ///< anything else
 };
 
-/// Whom a new file lets read it.
+/// Who may read a new file.
 enum class Readers {
     kOwner,
-    kAnybody ///< whom the process's settings let
+    kAnybody ///< whoever the process's settings allow
+};
+
+/// With whom a reader shares a file. Sharing is advisory: it concerns the users of this library,
+/// and programs that lock whole files.
+enum class Sharing {
+    kReaders,  ///< with readers: nobody writes it in place meanwhile, and one who does is a refusal
+    kEverybody ///< with everybody: no lock is taken and none is respected, as programs do that only
+               ///< look
 };
 
 /// What tells one file or directory from every other on the machine while it exists.
@@ -46,15 +52,18 @@ struct FileInfo {
     FileIdentity identity;
 };
 
-/// Inspects what stands at the path; a symbolic link counts as what it points to. Opens nothing, so
-/// it neither waits for a FIFO nor disturbs a device. Errors: 2, 3, 5, 1921.
+/// Inspects what is at the path; a symbolic link counts as what it points to. Opens nothing, so
+/// that it neither waits for a FIFO nor disturbs a device. Errors: 2, 3, 5, 1921.
 Result<FileInfo> Inspect(UTF16String const& inPath);
 
-/// True if anything stands at the path, be it a link that leads nowhere; false on any failure.
+/// True if the name is taken, also by a dangling link; false on any failure.
 bool IsNameTaken(UTF16String const& inPath);
 
 /// True if the path itself is a symbolic link, whatever it points to; false on any failure.
 bool IsSymbolicLink(UTF16String const& inPath);
+
+/// True for a regular file, or a link to one, that this process may execute; false on any failure.
+bool IsExecutable(UTF16String const& inPath);
 
 /// An open regular file with a position. Move-only; closes at destruction. One thread at a time.
 class OpenFile {
@@ -66,7 +75,8 @@ public:
 
     bool IsOpen() const noexcept { return mHandle != kInvalidHandle; }
 
-    /// Reads at the position. The value is the count delivered, less than asked only at the end.
+    /// Reads at the position. The value is the number of bytes read, which is less than `inCount`
+    /// only at the end.
     Result<std::size_t> Read(void* outBytes, std::size_t inCount);
 
     /// Writes all the bytes at the position, or fails; 112 a full disk or quota, 223 over the
@@ -79,7 +89,7 @@ public:
     Result<std::uint64_t> Size() const;
 
 private:
-    friend Result<OpenFile> OpenForReading(UTF16String const&);
+    friend Result<OpenFile> OpenForReading(UTF16String const&, Sharing);
     friend Result<OpenFile> OpenForWriting(UTF16String const&);
     friend Result<OpenFile> CreateNewFile(UTF16String const&, Readers);
     static constexpr std::intptr_t kInvalidHandle = -1;
@@ -89,24 +99,21 @@ private:
     std::uint64_t mPosition = 0;
 };
 
-/// Opens an existing regular file for reading, sharing it with other readers. What is no regular
-/// file is refused without being opened. Errors: 2, 3, 5 (also what is no regular file), 32 a
-/// writer has it open.
-Result<OpenFile> OpenForReading(UTF16String const& inPath);
+/// Opens an existing regular file for reading. Anything but a regular file is refused without being
+/// opened. Errors: 2, 3, 5 (also not a regular file), 32 somebody writes it in place.
+Result<OpenFile> OpenForReading(UTF16String const& inPath, Sharing inSharing = Sharing::kReaders);
 
-/// The whole content of a small file. Errors as for `OpenForReading`; 13 more than `inMost` bytes.
-Result<std::string> ReadContent(UTF16String const& inPath, std::size_t inMost);
-
-/// Opens an existing regular file for writing at its beginning, alone; nothing is created or cut.
-/// Errors as for reading; 32 anybody has it open; 19 a read-only file system.
+/// Opens an existing regular file for writing in place, from its beginning; nothing is created or
+/// cut off. Nobody else may have it open, but who reads it with `Sharing::kEverybody` does not
+/// count. Errors: those of `OpenForReading`; 32 somebody has it open; 19 a read-only file system.
 Result<OpenFile> OpenForWriting(UTF16String const& inPath);
 
-/// Makes an empty file and opens it for writing, alone. Errors as for `CreateEmptyFile`; 80, or 5,
-/// if anything stands at the path, a link that leads nowhere too.
+/// Creates an empty file and opens it as `OpenForWriting` does. Errors: those of `CreateEmptyFile`;
+/// 183, or 5, if the name is taken, also by a dangling link.
 Result<OpenFile> CreateNewFile(UTF16String const& inPath, Readers inReaders);
 
-/// Makes an empty file, or empties an existing regular one that nobody has open (32). Error 5 where
-/// a directory or a special file stands.
+/// Creates an empty file, or empties an existing regular file that nobody has open (32). Error 5 if
+/// the path leads to a directory or a special file.
 ErrorCode CreateEmptyFile(UTF16String const& inPath);
 
 /// Removes a file, or a link and not what it points to. Error 5 for a directory.
@@ -114,30 +121,5 @@ ErrorCode DeleteFile(UTF16String const& inPath);
 
 /// Renames a file or directory in one step. Error 183 if something stands at the new path already.
 ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo);
-
-/// Gives the file the content, in one step: whoever looks, and after a crash or a kill at any
-/// moment, finds the whole old file or the whole new one, and a failure leaves the old one alone. A
-/// link stays a link, and what it points to is replaced. Permissions of an old file are kept. The
-/// content is on the disk when this returns. Errors: 5 (also an old file that may not be written, a
-/// directory that takes no new file beside it, and what is no regular file), 32 anybody has the old
-/// file open, 112, 223.
-ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount);
-
-/// Puts the regular file `inFrom` in place of `inTo`, which need not exist, with the promises of
-/// `ReplaceContent`; then nothing stands at `inFrom`. It also works between file systems. Whoever
-/// reads the old file goes on with it, and of several who replace it the last one wins. Errors: 2,
-/// 3; 5 also what is no regular file on either side; 32 anybody has either file open for writing;
-/// 1117 the disk failed, possibly behind the replacing; 1921 `inFrom` is a link.
-ErrorCode ReplaceFile(UTF16String const& inFrom, UTF16String const& inTo);
-
-/// Makes a file with the content where nothing stands, not even a link (183). A failure leaves
-/// none. The content is in the system's hands when this returns, and not yet on the disk. Errors:
-/// 3, 5, 19, 112, 183, 206, 223.
-ErrorCode WriteNewFile(UTF16String const& inPath, Readers inReaders, void const* inBytes,
-                       std::size_t inCount);
-
-/// Adds the content at the end of the file, which is made if it is missing. A failure takes back
-/// what was added. Errors as for `ReplaceContent`.
-ErrorCode AppendContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount);
 
 } // namespace brindle::platform

@@ -6,18 +6,18 @@
 
 namespace brindle::platform {
 
-/// Orders two texts as the user of the system sorts text: below 0, 0 or above 0. Any thread may
-/// call. The setting is read at the first call.
-int CompareText(UTF16String const& inLHS, UTF16String const& inRHS);
+/// Compares two texts by the user's collation: the result is below 0, 0 or above 0. Any thread may
+/// call. The user's setting is read at the first call.
+[[nodiscard]] int CompareText(UTF16String const& inLHS, UTF16String const& inRHS);
 
-/// What stands before the fraction of a number, and between groups of its digits.
+/// What separates the fraction of a number, and the groups of its digits.
 struct NumberSeparators {
     std::uint16_t decimal = u'.';
     std::uint16_t thousands = u',';
 };
 
-/// The separators of the user's locale, the first unit of each; the defaults of the structure for
-/// one that the locale does not have. Any thread may call. The setting is read at the first call.
-NumberSeparators UserNumberSeparators();
+/// The first unit of each separator of the user's locale, or the structure's default for one that
+/// the locale does not have. Reads the user's setting at each call. Any thread may call.
+[[nodiscard]] NumberSeparators UserNumberSeparators();
 
 } // namespace brindle::platform

@@ -9,41 +9,46 @@
 
 namespace brindle::platform {
 
-class MessageWindow;
+class MessageTarget;
 
 template <typename Steps>
 class MessageInbox;
 
-/// The messages to the windows of one thread, in the order of their arrival. The queue outlives its
-/// thread as long as somebody holds it, but takes nothing any more.
+/// The messages to the targets of one thread, in the order of their arrival. The queue may outlive
+/// its thread, but takes no messages then.
 class MessageQueue : public utility::RefCountedObject {
 public:
-    /// The queue of the calling thread, which gets one with the first call. Null if the system has
-    /// no descriptor for it; `std::bad_alloc`. When the thread ends, what still waits is released
-    /// unhandled.
-    static boost::intrusive_ptr<MessageQueue> OfCurrentThread();
+    /// The queue of the calling thread, made by its first call. Null if the system has no
+    /// descriptor for it; throws `std::bad_alloc`. When the thread ends, messages that still wait
+    /// are released unhandled.
+    [[nodiscard]] static boost::intrusive_ptr<MessageQueue> OfCurrentThread();
     ~MessageQueue() override;
 
-    // Any thread.
+    // Any thread may call these.
 
     bool IsOfCurrentThread() const noexcept;
-    /// Is readable as long as messages wait, and may be readable once after the last of them. For
-    /// watching alone; it lasts as long as the queue.
+    /// Readable as long as messages wait, and possibly once after the last of them. For watching
+    /// only. It stays open as long as the queue exists.
     int Descriptor() const noexcept;
-    /// Ends the loop of the thread after what waits already. Only the first call counts.
+    /// Ends the loop of the thread after the messages that wait already. Only the first call has an
+    /// effect.
     void PostQuit() noexcept;
 
-    // The queue's own thread.
+    // Only the thread of the queue may call these.
 
-    /// Handles the oldest message; blocks until there is one. False, and nothing is handled, when
-    /// the thread has been told to quit.
-    bool HandleMessage() noexcept;
-    /// Handles the messages that wait when it is called, and does not block. A message that is
-    /// handled may call it in turn.
-    void DispatchMessages() noexcept;
+    /// Handles the oldest message; blocks until there is one. False, with nothing handled, once the
+    /// thread has been told to quit.
+    [[nodiscard]] bool HandleMessage() noexcept;
+    /// Handles the messages that wait when it is called, and does not block. The handler of a
+    /// message may call it. False once the thread has been told to quit; then nothing is handled
+    /// any more, and the descriptor is not readable until another message arrives.
+    bool DispatchMessages() noexcept;
+    /// Makes the descriptor readable for a loop that has yet to find out that the thread was told
+    /// to quit.
+    void RemindOfQuit() noexcept;
 
 private:
-    friend class MessageWindow;
+    friend class MessageTarget;
     struct State;
     class OfThread;
 
@@ -52,46 +57,49 @@ private:
     std::unique_ptr<State> mState;
 };
 
-/// What may be sent to a window, once. It belongs to those who hold it, on any thread.
+/// Something to do on the thread of a target. A message is sent once. Any thread may hold one.
 class Message : public utility::RefCountedObject {
 public:
-    /// Without a window it is for the thread itself.
-    explicit Message(boost::intrusive_ptr<MessageWindow> inWindow) noexcept;
+    /// Without a target, the message is for the thread itself.
+    explicit Message(boost::intrusive_ptr<MessageTarget> inTarget) noexcept;
     ~Message() override;
 
-    /// Called at most once, on the thread of the window.
+    /// Called at most once, on the thread of the target.
     virtual void Handle() noexcept = 0;
 
-    MessageWindow* Window() const noexcept { return mWindow.get(); }
+    MessageTarget* Target() const noexcept { return mTarget.get(); }
 
 private:
     template <typename Steps>
     friend class MessageInbox;
 
-    Message* mNext = nullptr; // while it is in a queue
-    boost::intrusive_ptr<MessageWindow> const mWindow;
+    Message* mNext = nullptr; // in the inbox
+    boost::intrusive_ptr<MessageTarget> const mTarget;
 };
 
-/// A target of messages, which are handled on its thread. Any thread may call any operation; the
-/// caller holds a reference meanwhile.
-class MessageWindow : public utility::RefCountedObject {
+/// Receives messages on one thread, until it is closed. Any thread may call any operation, as long
+/// as it holds a reference.
+class MessageTarget : public utility::RefCountedObject {
 public:
-    explicit MessageWindow(boost::intrusive_ptr<MessageQueue> inQueue) noexcept;
-    ~MessageWindow() override;
+    explicit MessageTarget(boost::intrusive_ptr<MessageQueue> inQueue) noexcept;
+    ~MessageTarget() override;
 
-    /// From now on no handling of a message begins: messages are released unhandled.
-    void Destroy() noexcept;
-    bool IsDestroyed() const noexcept;
+    /// From now on no message begins to be handled; those that were sent are released unhandled.
+    void Close() noexcept;
+    bool IsClosed() const noexcept;
     bool IsOfCurrentThread() const noexcept { return mQueue->IsOfCurrentThread(); }
 
-    /// Sends a message of this window: on the window's own thread it is handled inside the call,
-    /// from another one it is appended to the queue. Never blocks. False, and it is not handled, if
-    /// the window is destroyed or its thread has ended.
-    bool SendNotify(boost::intrusive_ptr<Message> inMessage) noexcept;
+    /// Whether messages are still accepted: the target is not closed, and its thread has not ended.
+    bool IsAccepting() const noexcept;
+
+    /// Appends a message that was made for this target to the queue of its thread, which may be the
+    /// calling thread. Never blocks, and never handles the message. False, and it is not handled at
+    /// all, if messages are not accepted.
+    [[nodiscard]] bool Send(boost::intrusive_ptr<Message> inMessage) noexcept;
 
 private:
     boost::intrusive_ptr<MessageQueue> const mQueue;
-    std::atomic<bool> mIsDestroyed{false};
+    std::atomic<bool> mIsClosed{false};
 };
 
 } // namespace brindle::platform

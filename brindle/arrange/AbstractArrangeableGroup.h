@@ -14,15 +14,17 @@
 
 namespace brindle::arrange::impl {
 
-/// A node with children. What a kind of group adds is which alternatives it offers.
+/// A node with children, and the base of every kind of group. A kind adds which alternatives the
+/// group offers.
 ///
-/// A client's group tells its children by both forms of `VisitChildren`, and overrides what it
-/// wants to be different here. A client whose `BuildSeparator` allocates frees the separators in
-/// its `ClearSeparators` and when it goes itself.
+/// A client's group derives from a kind (`Row`, `HorizontalWrapping`, …), shows its children
+/// through both forms of `VisitChildren`, and overrides whichever of the other operations should
+/// differ from the default. The group does not own its children or its separators: a client whose
+/// `BuildSeparator` allocates frees them in `ClearSeparators` and in its own destructor.
 class BRN_API AbstractArrangeableGroup : public virtual IArrangeable {
 public:
     explicit AbstractArrangeableGroup(IArrangeable* inParent = nullptr);
-    /// A copy has its own separators, once it is measured.
+    /// A copy has the same parent. It builds separators of its own when it is measured.
     AbstractArrangeableGroup(AbstractArrangeableGroup const& inOther);
     AbstractArrangeableGroup& operator=(AbstractArrangeableGroup const& inOther);
     ~AbstractArrangeableGroup() override;
@@ -34,32 +36,35 @@ public:
     virtual float VerticalSpacing() const { return 0; }
     virtual AlignmentHorizontal HorizontalAlignment() const { return kAlignmentHorizontal_Left; }
     virtual AlignmentVertical VerticalAlignment() const { return kAlignmentVertical_Top; }
-    /// The separator for the next gap, or null for an empty one. Not owned.
+    /// Returns the separator for the next gap, or null for an empty gap. Not owned by the group.
     virtual ISeparator* BuildSeparator() { return nullptr; }
-    /// The separators built so far are not used any more.
+    /// Called when the group has stopped using all separators built so far; the client may free
+    /// them.
     virtual void ClearSeparators() {}
     virtual float LeftMargin() const { return 0; }
     virtual float RightMargin() const { return 0; }
     virtual float TopMargin() const { return 0; }
     virtual float BottomMargin() const { return 0; }
-    /// Hears where the group's content begins.
+    /// Called during arranging with the point at which the group's content begins.
     virtual void Position(geom::PointT<float> const& inPosition);
-    /// Hears the group's size after arranging.
+    /// Called at the end of arranging with the size of the group.
     virtual void SetDimensions(geom::PointT<float> const& inSize);
-    /// Adds the layouts of one combination of the children's alternatives to the set.
+    /// Adds to the set the layouts of one combination of the children's alternatives.
     virtual void BuildArrangements(ArrangementSet& inSet,
                                    std::vector<boost::intrusive_ptr<IArrangement>> const& inChosen,
                                    std::vector<ISeparator*> const& inSeparators) = 0;
-    /// The families that `BuildArrangements` adds, in its order, for a kind of group whose layouts
-    /// can be searched over all combinations at once. None: each combination is built by itself.
+    /// The forms of layout that `BuildArrangements` adds, in the same order. A kind that returns
+    /// them is searched over all combinations at once; for a kind that returns none,
+    /// `BuildArrangements` is called for each combination.
     virtual std::vector<LayoutForm> Forms() const { return {}; }
 
-    /// Replaces the list of children. No parent is set and nothing is invalidated; the next
-    /// measuring asks `VisitChildren` again.
+    /// Replaces the list of children until the group is measured next, which calls `VisitChildren`
+    /// again. Sets no parent and invalidates nothing.
     void SetChildren(std::vector<IArrangeable*>& inChildren) { mChildren = inChildren; }
-    /// Has the separators built anew, one for each gap between the children.
+    /// Rebuilds the separators: clears them, then asks for one for each gap between the children.
     void BuildSeparators();
-    /// How often they were built: separators of an earlier time are not used any more.
+    /// How many times they were rebuilt. A layout that was made before the last time no longer
+    /// places its separators.
     std::uint32_t SeparatorBuilds() const noexcept { return mSeparatorBuilds; }
 
 private:
@@ -69,7 +74,7 @@ private:
     using Children = std::vector<NodePointer<IArrangeable>>;
 
     Children CollectChildren();
-    bool Combine(Children const& inChildren, ArrangementSet& ioSet);
+    [[nodiscard]] bool Combine(Children const& inChildren, ArrangementSet& ioSet);
 
     std::vector<IArrangeable*> mChildren;
     std::vector<ISeparator*> mSeparators;

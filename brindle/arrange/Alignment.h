@@ -4,14 +4,14 @@
 
 namespace brindle::arrange {
 
-/// Where a group puts what does not fill its width. Any other value counts as left.
+/// Where a group places content that does not fill its width. Any other value counts as left.
 enum AlignmentHorizontal : std::int32_t {
     kAlignmentHorizontal_Left = 0,
     kAlignmentHorizontal_Centre = 1,
     kAlignmentHorizontal_Right = 2
 };
 
-/// Where a group puts what does not fill its height. Any other value counts as top.
+/// Where a group places content that does not fill its height. Any other value counts as top.
 enum AlignmentVertical : std::int32_t {
     kAlignmentVertical_Top = 0,
     kAlignmentVertical_Centre = 1,

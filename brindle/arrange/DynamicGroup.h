@@ -7,7 +7,6 @@
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
-#include <vector>
 
 namespace brindle::arrange {
 
@@ -21,12 +20,16 @@ enum GroupArrangementType : std::int32_t {
     kGroupArrangementType_AutoLayout = 5
 };
 
-/// A group whose kind a client changes at run time. It is no node itself: `Group` is, and all that
-/// that node asks, it asks here.
+/// A group whose kind can change at run time. It is not a node itself: `Group` returns the node,
+/// which forwards everything that a group is asked for to the operations here.
+///
+///     toolbar.SetArrangementType(kGroupArrangementType_Column);
+///     toolbar.Group()->Arrange({0, 0, 60, 400});
 class BRN_API DynamicGroup : boost::noncopyable {
 public:
-    /// The group starts without a parent, whatever `inParent` is, and gets one from the group that
-    /// finds it as its child. A type outside the enumeration makes no group.
+    /// The node starts without a parent, whatever `inParent` is; a group that shows it as a child
+    /// becomes its parent when that group is measured. A type outside the enumeration makes no
+    /// node.
     explicit DynamicGroup(IArrangeable* inParent = nullptr,
                           GroupArrangementType inType = kGroupArrangementType_AutoLayout);
 
@@ -46,19 +49,20 @@ public:
     virtual void SetDimensions(geom::PointT<float> const& inSize);
     virtual ~DynamicGroup();
 
-    /// The node to arrange and to show to a parent group as its child; null if there is none. A
-    /// change of the type ends its life and puts another one in its place.
+    /// The node, to be arranged and to be shown as a child by another group; null if there is none.
+    /// A change of the type replaces it by another node.
     IArrangeable* Group() noexcept { return mGroup.get(); }
     IArrangeable const* Group() const noexcept { return mGroup.get(); }
 
     GroupArrangementType ArrangementType() const noexcept { return mType; }
-    /// Makes the group one of another kind; nothing if it is of this kind. The group in the tree
-    /// that the old one was a child of is invalidated, and so collects the new one. A type outside
-    /// the enumeration leaves the group as it is.
+    /// Replaces the node by one of this kind; does nothing if it is of this kind already. The group
+    /// whose child the old node was is invalidated, and so finds the new one. A type outside the
+    /// enumeration leaves the node as it is.
     void SetArrangementType(GroupArrangementType inType, IArrangeable* inParent = nullptr);
 
-    /// As the operations of the group; without one they do nothing.
+    /// These forward to the node; without one they do nothing.
     void Invalidate();
+    void MarkInvalid() noexcept;
     void InvalidateAll();
     void Rearrange();
     void EnableArrangement(bool inEnabled);
@@ -70,8 +74,6 @@ private:
 
     boost::shared_ptr<impl::AbstractArrangeableGroup> mGroup;
     GroupArrangementType mType;
-    // A group that was replaced by what it called itself goes when that has returned.
-    std::vector<boost::shared_ptr<impl::AbstractArrangeableGroup>> mReplacedAtWork;
 };
 
 } // namespace brindle::arrange

@@ -15,10 +15,12 @@ namespace brindle::arrange::impl {
 
 class AbstractArrangeableGroup;
 
-/// An alternative of a group: alternatives of its children, one behind the other along one axis.
+/// An alternative of a group: one alternative of each child, placed one after the other along one
+/// axis.
 ///
-/// The group's spacing, alignments and margins are asked for at every use. When the group is gone
-/// the alternative still measures and arranges its children, without any of them.
+/// The group's spacing, alignments and margins are asked for at every use and never cached. After
+/// the group has been destroyed the alternative still measures and arranges its children, with no
+/// spacing, alignment or margins.
 class BRN_API GroupArrangement : public IArrangement {
 public:
     ~GroupArrangement() override;
@@ -36,11 +38,11 @@ public:
     virtual void ComputeBestHeight() = 0;
 
 protected:
-    /// What a child got of the space that was shared out last.
+    /// The size that a child got when space was last distributed.
     struct ChildExtent {
         float width;
         float height;
-        bool expandable; ///< whether it still takes part in the sharing
+        bool expandable; ///< whether it still takes part in the distribution
     };
 
     GroupArrangement(AbstractArrangeableGroup& inOwner,
@@ -52,60 +54,16 @@ protected:
     float mBestWidth = -1;
     float mBestHeight = -1;
     NodePointer<AbstractArrangeableGroup> mOwner;
-    // None before Prepare: until then nothing is laid out.
+    // Empty until Prepare; until then nothing can be laid out.
     mutable std::vector<ChildExtent> mChildExtents;
     mutable geom::PointT<float> mUsed;
     mutable geom::PointT<float> mLastAvailable;
     std::vector<boost::intrusive_ptr<IArrangement>> mChildren;
     std::vector<ISeparator*> mSeparators;
-    std::uint32_t mSeparatorBuilds; // of the owner, when it had these
+    std::uint32_t mSeparatorBuilds; // of the owner, when it supplied these
     bool mIsOuter;
     bool mHorizontallyExpandable = false;
     bool mVerticallyExpandable = false;
 };
-
-/// The axis along which children follow each other.
-enum class MainAxis { kHorizontal, kVertical };
-
-/// Lays its children out from left to right or from top to bottom. One algorithm for both: the main
-/// axis is the one along which they follow each other, the cross axis is the other one.
-template <MainAxis kMainAxis>
-class BRN_API AxisArrangement final : public GroupArrangement {
-public:
-    /// An outer arrangement stands for the whole group: margins count and the group hears of its
-    /// position and size. There is one separator a gap, and null where there is none.
-    AxisArrangement(AbstractArrangeableGroup& inOwner,
-                    std::vector<boost::intrusive_ptr<IArrangement>> const& inChildren,
-                    std::vector<ISeparator*> const& inSeparators, bool inIsOuter);
-
-    geom::PointT<float> Arrange(geom::RectT<float> const& inRect) override;
-    float ExpandedWidth(float inAvailable) const override;
-    float ExpandedHeight(float inAvailable) const override;
-    float ClippedArea(geom::PointT<float> const& inSize) const override;
-    float UnusedArea(geom::PointT<float> const& inSize) const override;
-    void ComputeBestWidth() override;
-    void ComputeBestHeight() override;
-
-private:
-    struct Axes;
-
-    template <typename Axis>
-    float Best() const;
-    float Gaps() const;
-    float MainMargins() const;
-    float CrossMargins() const;
-    float ExpandedMain(float inAvailable) const;
-    float ExpandedCross(float inAvailable) const;
-    void PlaceSeparator(std::size_t inIndex, float inEnd, float inCrossPosition, float inCross);
-    void Distribute(geom::PointT<float> const& inAvailable) const;
-    void DistributeAnew(geom::PointT<float> const& inAvailable) const;
-    float ShareOut(float inSlack, float inExpandTotal) const;
-};
-
-extern template class AxisArrangement<MainAxis::kHorizontal>;
-extern template class AxisArrangement<MainAxis::kVertical>;
-
-using RowArrangement = AxisArrangement<MainAxis::kHorizontal>;
-using ColumnArrangement = AxisArrangement<MainAxis::kVertical>;
 
 } // namespace brindle::arrange::impl

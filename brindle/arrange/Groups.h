@@ -2,19 +2,22 @@
 
 #include <brindle/Export.h>
 #include <brindle/arrange/AbstractArrangeableGroup.h>
-#include <brindle/arrange/GroupArrangement.h>
+#include <brindle/arrange/AxisArrangement.h>
 
 #include <type_traits>
 #include <vector>
 
-/// The kinds of groups. Every kind takes its parent, which a group that finds it as its child
-/// replaces.
+/// The kinds of groups. The constructor of each takes the parent; a group that shows the node as a
+/// child replaces it.
+///
+///     class Toolbar : public arrange::HorizontalWrapping { /* VisitChildren, twice */ };
+///     toolbar.Arrange({0, 0, 320, 48});
 
 namespace brindle::arrange {
 
 namespace impl {
 
-/// Offers one layout.
+/// Offers one layout: all children in a single row or column.
 template <typename Arrangement>
 class BRN_API BasicArrangeableGroup : public virtual AbstractArrangeableGroup {
 public:
@@ -26,7 +29,7 @@ public:
     std::vector<LayoutForm> Forms() const override;
 };
 
-/// Offers every way of breaking its children into lines, as a stack of those lines.
+/// Offers every way of breaking its children into lines, each as a stack of those lines.
 template <typename Line, typename Stack>
 class BRN_API WrappingArrangeableGroup : public virtual AbstractArrangeableGroup {
 public:
@@ -43,7 +46,7 @@ extern template class BasicArrangeableGroup<ColumnArrangement>;
 extern template class WrappingArrangeableGroup<RowArrangement, ColumnArrangement>;
 extern template class WrappingArrangeableGroup<ColumnArrangement, RowArrangement>;
 
-/// Offers what two other kinds offer.
+/// Offers the layouts of two other kinds, those of the first before those of the second.
 template <typename First, typename Second>
 class BinaryArrangeableGroup : public First, public Second {
 public:

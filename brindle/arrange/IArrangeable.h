@@ -8,86 +8,107 @@
 
 #include <boost/function.hpp>
 
+#include <cstdint>
 #include <memory>
 
 namespace brindle::arrange {
 
+/// A limit of the engine that the layout of a tree can run into. The values are bits.
+enum LayoutLimit : std::uint32_t {
+    kLayoutLimit_Depth = 1,  ///< nodes deeper than 2,000 levels are left out
+    kLayoutLimit_Count = 2,  ///< alternatives made of more than 2^20 others are left out
+    kLayoutLimit_Breaks = 4, ///< not all ways to break a group into lines were compared
+    kLayoutLimit_Passes = 8  ///< the tree was still invalid after 5 passes
+};
+
 /// A node of a tree that is laid out: a leaf (`Single`) or a group.
 ///
 /// The root of a node is its topmost ancestor; a node without a parent is its own root. The
-/// rectangle and the switch that turns arranging on and off are the root's. Nodes do not own each
-/// other and may go in any order: a parent that is gone is no parent.
+/// rectangle, and the switch that turns arranging on and off, belong to the root. Nodes do not own
+/// each other and may be destroyed in any order, except that no node may be destroyed from within
+/// one of its own operations; a parent that was destroyed counts as no parent.
 ///
-/// A tree belongs to one thread at a time. Nothing here throws; what a client's own operation
-/// throws passes through.
+/// A tree belongs to one thread at a time. Nothing here throws, apart from exceptions of the
+/// client's own operations, which pass through.
 class BRN_API IArrangeable {
 public:
     explicit IArrangeable(IArrangeable* inParent = nullptr);
-    /// A copy has the same parent and has not been measured yet.
+    /// A copy has the same parent and is not measured yet.
     IArrangeable(IArrangeable const& inOther);
-    /// What this node was part of is measured anew too, when it is arranged next.
+    /// Marks this node and its ancestors to be measured again when they are arranged next.
     IArrangeable& operator=(IArrangeable const& inOther);
     virtual ~IArrangeable();
 
-    /// Calls the function for each child in order, until it returns false; false then. A leaf has
-    /// none. A group's are told by the client.
+    /// Calls the function for each child in order until it returns false. Returns whether it
+    /// returned true for all of them. A leaf has no children; a group's client overrides both
+    /// forms.
     virtual bool VisitChildren(boost::function<bool(IArrangeable const&)> inFunction) const;
     virtual bool VisitChildren(boost::function<bool(IArrangeable&)> inFunction);
 
-    /// Sets the parent and nothing else. A group does it for the children that it finds.
+    /// Sets the parent and nothing else. A group sets it for its children when it is measured.
     void SetParent(IArrangeable* inParent) { mParent = impl::NodePointer<IArrangeable>(inParent); }
     IArrangeable* Parent() noexcept { return mParent.Get(); }
     IArrangeable const* Parent() const noexcept { return mParent.Get(); }
 
-    /// Arranges the whole tree in the rectangle, which always is the root's: every leaf and group
-    /// hears its place. Result: the size taken. Without a width and a height above 0, or with
-    /// arranging switched off, nothing happens and the result is (0, 0).
+    /// Arranges the whole tree in the rectangle, which is always the root's: every leaf and group
+    /// is given its place. Returns the size taken. If the width or the height is not above 0, or
+    /// arranging is switched off, nothing happens and the result is (0, 0).
     ///
-    /// A client that invalidates the root while it is arranged has another pass, up to 5
-    /// altogether.
+    /// A tree that is invalid again at the end of a pass is measured and arranged once more, up to
+    /// 5 passes in all.
     geom::PointT<float> Arrange(geom::RectT<float> const& inRect);
-    /// Arranges the tree in the rectangle that it had last.
+    /// Arranges the tree in the rectangle of the last `Arrange`.
     void Rearrange();
 
-    /// The size at which this node looks best, which all of its content fits in.
+    /// A good size to open a window at: the minimum size of the alternative that is nearest the
+    /// golden ratio. (0, 0) without alternatives.
     geom::PointT<float> BestSize();
 
-    /// Switches arranging of the whole tree on or off; when it comes on, the tree is rearranged.
-    /// Wrap many changes in it and pay for one rearrangement.
+    /// Switches arranging of the whole tree on or off. Switching it on rearranges the tree, so a
+    /// client that makes many changes switches it off before and on afterwards, and pays for one
+    /// rearrangement.
     void EnableArrangement(bool inEnabled);
     bool ArrangementEnabled() const noexcept { return Root().mIsEnabled; }
 
-    /// This node looks different now: it and what it is part of will be measured anew. Rearranges
-    /// the tree before it returns, unless arranging is switched off.
+    /// To be called when this node looks different: marks it and its ancestors to be measured
+    /// again, and rearranges the tree before it returns, unless arranging is switched off.
     void Invalidate();
-    /// Invalidates each child and then this node; nothing if arranging is switched off.
+    /// Marks this node and its ancestors to be measured again, and arranges nothing: the next pass
+    /// does the rest. This is the operation for a client that finds out while it is arranged, in
+    /// `ArrangeContent`, `Position` or `SetDimensions`, that it needs another size. The `Arrange`
+    /// under way then has another pass, where `Invalidate` would arrange the tree at once, from
+    /// within, and the rest of the pass would still follow the old measures. Outside of arranging,
+    /// the marks take effect with the next `Arrange`, `Rearrange` or `BestSize`.
+    void MarkInvalid() noexcept;
+    /// Invalidates each child and then this node. Does nothing if arranging is switched off.
     void InvalidateAll();
 
-    /// The alternatives of this node, measured anew if it was invalid.
+    /// The alternatives of this node, which is measured first if it is invalid.
     impl::ArrangementSet& Arrangements();
 
-    /// True as long as this node exists and is not retired.
+    /// The limits that this node and its descendants reached when they were last measured and
+    /// arranged, as bits of `LayoutLimit`; 0 if the layout is all that the tree asks for.
+    std::uint32_t LimitsReached() const noexcept { return mLimits; }
+    /// For the engine: adds to `LimitsReached` until the node is measured again.
+    void NoteLimits(std::uint32_t inLimits) noexcept { mLimits |= inLimits; }
+
+    /// Points to true for as long as this node exists and is not retired.
     std::shared_ptr<bool const> Lifeline() const noexcept { return mIsAlive; }
-    /// From now on the node counts as gone, although an operation of it has not returned yet.
+    /// Makes the node count as destroyed, although one of its operations has not returned yet.
     void Retire() noexcept { *mIsAlive = false; }
-    /// Whether an operation that measures or arranges this node has not returned yet.
-    bool IsAtWork() const noexcept { return mWorkDepth != 0; }
 
 private:
-    class Work;
-
     virtual void RebuildSelf();
     virtual impl::ArrangementSet& ArrangementsSelf() = 0;
 
     IArrangeable const& Root() const noexcept;
     IArrangeable& Root() noexcept;
     void RebuildIfInvalid();
-    void MarkInvalid() noexcept;
 
     bool mIsValid = false;
     bool mIsEnabled = true;
     bool mIsRebuilding = false;
-    int mWorkDepth = 0;
+    std::uint32_t mLimits = 0;
     geom::RectT<float> mRectangle;
     impl::NodePointer<IArrangeable> mParent;
     std::shared_ptr<bool> mIsAlive = std::make_shared<bool>(true);

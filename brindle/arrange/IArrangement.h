@@ -9,14 +9,14 @@
 
 namespace brindle::arrange::impl {
 
-/// One alternative layout of a node, held by `boost::intrusive_ptr` and shared by all that are
-/// built from it. All sizes and coordinates are in the client's unit of length; a `PointT` that is
-/// told as a size is a width and a height.
+/// One alternative layout of a node, held by `boost::intrusive_ptr` and shared by all alternatives
+/// that are built from it. Sizes and coordinates are in the client's unit of length; a `PointT`
+/// that stands for a size holds a width and a height.
 class BRN_API IArrangement : public utility::RefCountedObject {
 public:
     ~IArrangement() override;
 
-    /// Lays the alternative out in the rectangle. Result: the size that it took.
+    /// Lays the alternative out in the rectangle and returns the size that it took.
     virtual geom::PointT<float> Arrange(geom::RectT<float> const& inRect) = 0;
 
     virtual bool HorizontallyExpandable() const = 0;
@@ -42,7 +42,7 @@ public:
     /// of its position and size.
     virtual bool IsOuter() const = 0;
 
-    /// How many alternatives stand one in another here: 1 for a leaf's.
+    /// How many alternatives are nested here, one inside the other: 1 for a leaf's.
     std::uint32_t Depth() const noexcept { return mDepth; }
     /// How many alternatives this one is made of, itself included: 1 for a leaf's.
     std::uint64_t Count() const noexcept { return mCount; }

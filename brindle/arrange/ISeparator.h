@@ -12,12 +12,12 @@ enum SeparatorOrientation : std::int32_t {
     kSeparatorOrientation_InColumn = 1
 };
 
-/// What a client shows in the gap between two children of a group. A group asks for one a gap
-/// (`BuildSeparator`) and never deletes it.
+/// What a client shows in the gap between two children of a group. The group asks for one for each
+/// gap (`BuildSeparator`) and never deletes it.
 class ISeparator {
 public:
-    /// The gap is `inRect`: as long as the group's spacing, as thick as the lower (in a row) or the
-    /// narrower (in a column) of the two neighbours.
+    /// `inRect` is the gap: as long as the group's spacing, and as high (in a row) or as wide (in a
+    /// column) as the smaller one of its two neighbours.
     virtual void Place(SeparatorOrientation inOrientation, geom::RectT<float> const& inRect) = 0;
 
 protected:

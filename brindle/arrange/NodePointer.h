@@ -4,8 +4,8 @@
 
 namespace brindle::arrange::impl {
 
-/// Points to a node of a tree without keeping it, and reads as null once the node is gone. So the
-/// nodes of a tree may go in any order: nothing that is left refers to them.
+/// A non-owning pointer to a node that reads as null once the node has been destroyed or retired.
+/// It lets the nodes of a tree be destroyed in any order.
 template <typename Node>
 class NodePointer {
 public:
@@ -17,7 +17,7 @@ public:
     }
 
     Node* Get() const noexcept { return mIsAlive != nullptr && *mIsAlive ? mNode : nullptr; }
-    /// Whether there was a node.
+    /// Whether there was a node that has been destroyed or retired.
     bool IsGone() const noexcept { return mIsAlive != nullptr && !*mIsAlive; }
 
 private:

@@ -5,11 +5,14 @@
 
 namespace brindle::arrange {
 
-/// A leaf of the tree: the client's own object, which tells its sizes and is told its place.
+/// A leaf of the tree: a client's object that reports its sizes and is given its place.
 ///
-/// Sizes are without margins and are asked for once, when the leaf is measured; `Invalidate` has
-/// them asked for anew. What it would take of some space (`ExpandedWidth`, `ExpandedHeight`) is
-/// asked for whenever space is shared out.
+///     float BestWidth() const override { return 60; }
+///     geom::PointT<float> ArrangeContent(geom::RectT<float> const& inRect) override;
+///
+/// Sizes do not include the margins. They are read once, when the leaf is measured; after
+/// `Invalidate` they are read again. `ExpandedWidth` and `ExpandedHeight`, which say how much of
+/// some space the leaf would take, are called whenever space is distributed.
 class BRN_API Single : public virtual IArrangeable {
 public:
     explicit Single(IArrangeable* inParent = nullptr);
@@ -17,6 +20,8 @@ public:
 
     virtual float MinWidth() const { return BestWidth(); }
     virtual float MinHeight() const { return BestHeight(); }
+    /// The width that the leaf takes when it is offered `inAvailable`, which may be less than the
+    /// minimum, negative or infinite, but is never NaN.
     virtual float ExpandedWidth(float inAvailable) const {
         return HorizontallyExpandable() ? inAvailable : BestWidth();
     }
@@ -32,8 +37,8 @@ public:
     virtual float BestWidth() const = 0;
     virtual float BestHeight() const = 0;
 
-    /// Places the leaf in the rectangle, which is free of margins. Result: the size that it took,
-    /// by which what follows it is placed; a leaf with margins adds them.
+    /// Places the leaf in the rectangle, from which its margins have been taken off. Returns the
+    /// size that it took; what follows is placed by it, so a leaf with margins adds them.
     virtual geom::PointT<float> ArrangeContent(geom::RectT<float> const& inRect) = 0;
 
 private:

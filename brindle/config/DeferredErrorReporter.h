@@ -1,32 +1,46 @@
 #pragma once
 
 #include <brindle/Export.h>
-#include <brindle/config/Errors.h>
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/utility/RefCountedObject.h>
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace brindle::config {
 
-/// Records the last deferrable error while it lives and replays it on request, so that a run of
-/// failures is reported once. A reporter shadows those made before it.
+class ErrorManager;
+
+/// Records the last deferrable error that is raised during its life, and reports that one when
+/// `Finish` is called, so that the user hears once of a run of failures. Of several reporters the
+/// newest records.
 ///
-/// Held by `boost::intrusive_ptr`. Destruction drops an error that was not replayed.
+/// The error manager is asked to show each error as it is raised, too; it asks
+/// `IsErrorReportingDeferred` and waits for the replay:
+///
+///     auto const reporter = ErrorManager::Get()->NewDeferredErrorReporter(true);
+///     for (auto const& path : paths) { LoadPropList(path, list, false); }
+///     reporter->Finish();
+///
+/// Held by `boost::intrusive_ptr`. The destructor drops an error that was not replayed.
 class BRN_API DeferredErrorReporter : public utility::RefCountedObject {
 public:
-    /// Enters the installed manager's list. Throws `std::logic_error` if no manager is installed.
+    /// Enters the list of the installed manager. Throws `std::logic_error` if there is none.
     explicit DeferredErrorReporter(bool inReportErrorWhenFinished = true);
-    /// Copies what is recorded; the copy is in no list.
-    DeferredErrorReporter(DeferredErrorReporter const&) = default;
+    /// Copies what has been recorded. The copy is in no list and records nothing.
+    DeferredErrorReporter(DeferredErrorReporter const& inOther);
     DeferredErrorReporter& operator=(DeferredErrorReporter const&) = delete;
+    /// Leaves the list that it entered, also if another manager is installed by now.
     ~DeferredErrorReporter() override;
 
+    /// Whether `Finish` reports.
     bool GetReportErrorWhenFinished() const noexcept { return mReportErrorWhenFinished; }
     void SetReportErrorWhenFinished(bool inReport) noexcept { mReportErrorWhenFinished = inReport; }
 
-    /// Replays the last error to the installed manager, once, if one was recorded and the flag is
-    /// set; no reporter records the replay. Otherwise nothing changes.
+    /// Hands the recorded error to the installed manager's `ThrowErrorImpl` and forgets it; no
+    /// reporter records this. Does nothing if there is no error or the flag is clear. Throws what
+    /// the manager throws, and `std::logic_error` if an error is due and no manager is installed.
     virtual void Finish();
 
 private:
@@ -37,16 +51,23 @@ private:
                       ReplacementValue const& inSecond, ReplacementValue const& inThird,
                       ReplacementValue const& inFourth);
 
+    struct Error {
+        ErrorLevel level = static_cast<ErrorLevel>(-1); // none recorded
+        std::string key;
+        std::uint32_t module = kErrorModule_None;
+        std::int32_t code = 0;
+        ReplacementValue first;
+        ReplacementValue second;
+        ReplacementValue third;
+        ReplacementValue fourth;
+    };
+
     bool mReportErrorWhenFinished;
-    ErrorLevel mLastLevel = static_cast<ErrorLevel>(-1); // none stored
-    std::string mLastKey;
-    std::uint32_t mLastModule = kErrorModule_None;
-    std::int32_t mLastCode = 0;
-    ReplacementValue mFirst;
-    ReplacementValue mSecond;
-    ReplacementValue mThird;
-    ReplacementValue mFourth;
+    Error mLast;
     std::int32_t mPendingCount = 0;
+    /// The managers whose lists this reporter is in, each as often as its list has it. Reporter and
+    /// manager strike each other off when they are destroyed, so that either may go first.
+    std::vector<ErrorManager*> mEntered;
 };
 
 } // namespace brindle::config

@@ -15,32 +15,36 @@ namespace brindle::config {
 
 class DeferredErrorReporter;
 
-/// What the host derives from to decide what an error does: show it, log it, throw.
+/// What the host derives from to decide what happens to an error: show it, log it, throw.
 ///
-/// The host installs one object with `Set` before it uses the library, keeps it alive as long as
-/// any reporter, and owns it throughout. The list of reporters has no lock: hosts that defer errors
-/// on several threads at once hold a lock of their own round reporters and `ThrowError`.
+/// The host installs one object with `Set` before it uses the library, and owns it:
+///
+///     MyErrorManager errors; // derives from ErrorManager and overrides ThrowErrorImpl
+///     ErrorManager::Set(&errors);
+///
+/// The list of reporters has no lock: a host that defers errors on several threads at once holds a
+/// lock of its own around everything that it does with reporters, and around `ThrowError`.
 class BRN_API ErrorManager : private boost::noncopyable {
 public:
     virtual ~ErrorManager();
 
     /// A hook for the host; the library never calls it. The base returns false.
     virtual bool PurgeMemory(unsigned int inAmount);
-    /// Hooks for the host; the base does nothing.
+    /// Hooks for the host, which the library never calls either. The base does nothing.
     virtual void IncrementLazilyDisplayErrors();
     virtual void DecrementLazilyDisplayErrors();
 
-    /// Calls the function and returns its result, or 1 if anything at all was thrown, also by an
-    /// empty function. Nothing leaves this call.
-    virtual std::int32_t
+    /// Calls the function and returns its result, or 1 if it throws anything at all or is empty.
+    /// Never throws.
+    [[nodiscard]] virtual std::int32_t
     ExecuteFunctionWithTopLevelExceptionHandler(boost::function<std::int32_t()> inFunction);
 
-    /// A reporter that records deferrable errors from now until it goes.
-    virtual boost::intrusive_ptr<DeferredErrorReporter>
+    /// A reporter that records deferrable errors until it is destroyed.
+    [[nodiscard]] virtual boost::intrusive_ptr<DeferredErrorReporter>
     NewDeferredErrorReporter(bool inReportWhenFinished);
 
-    /// Does with an error what the host wants done; it may throw. Called for a deferred error too:
-    /// ask `IsErrorReportingDeferred`.
+    /// Does with an error what the host wants done; it may throw. Also called for an error that a
+    /// reporter has recorded: `IsErrorReportingDeferred` tells whether there is a reporter.
     virtual void ThrowErrorImpl(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
                                 std::int32_t inCode, bool inDeferrable,
                                 ReplacementValue const& inFirst, ReplacementValue const& inSecond,
@@ -53,9 +57,11 @@ public:
     /// The installed manager. Throws `std::logic_error` if there is none.
     static ErrorManager* Get();
 
+    /// Whether there is a reporter, which records an error that may be deferred.
     bool IsErrorReportingDeferred() const noexcept { return !mReporters.empty(); }
 
-    /// Lets the newest reporter record a deferrable error, then reports it in any case.
+    /// Lets the newest reporter record the error if it may be deferred, and calls `ThrowErrorImpl`
+    /// in any case.
     void ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
                             std::int32_t inCode, bool inDeferrable, ReplacementValue const& inFirst,
                             ReplacementValue const& inSecond, ReplacementValue const& inThird,
@@ -64,9 +70,10 @@ public:
 protected:
     ErrorManager();
 
-    /// Puts a reporter in front of the others; null is ignored. The list does not own it.
+    /// Puts a reporter in front of the others; null is ignored. The list does not own it, and the
+    /// reporter leaves it when it is destroyed.
     void AddDeferredErrorReporter(DeferredErrorReporter* inReporter);
-    /// Takes a reporter out of the list, if it is there.
+    /// Takes a reporter out of the list if it is there.
     void RemoveDeferredErrorReporter(DeferredErrorReporter* inReporter) noexcept;
 
 private:
@@ -74,7 +81,7 @@ private:
 
     static std::atomic<ErrorManager*> S_managerP;
 
-    std::list<DeferredErrorReporter*> mReporters;
+    std::list<DeferredErrorReporter*> mReporters; // the newest first
 };
 
 } // namespace brindle::config

@@ -3,12 +3,13 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace brindle::config {
 
-/// One typed value for a placeholder of an error's text. Only the field of its kind is set; the
-/// others are zero or empty.
+/// The value of a placeholder in an error's text: a number, a text, or nothing. Only the field of
+/// its kind is set; the others are zero or empty.
 class BRN_API ReplacementValue {
 public:
     enum Kind : std::int32_t {
@@ -20,14 +21,22 @@ public:
     };
 
     ReplacementValue() = default;
-    ReplacementValue(std::int64_t inValue) : mKind(kKind_Signed), mSigned(inValue) {}
-    ReplacementValue(std::int32_t inValue) : mKind(kKind_Signed), mSigned(inValue) {}
-    ReplacementValue(std::uint64_t inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
-    ReplacementValue(std::uint32_t inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
+    ReplacementValue(int inValue) : mKind(kKind_Signed), mSigned(inValue) {}
+    ReplacementValue(unsigned inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
+    ReplacementValue(long inValue) : mKind(kKind_Signed), mSigned(inValue) {}
+    ReplacementValue(unsigned long inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
+    ReplacementValue(long long inValue) : mKind(kKind_Signed), mSigned(inValue) {}
+    ReplacementValue(unsigned long long inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
     ReplacementValue(double inValue) : mKind(kKind_Double), mDouble(inValue) {}
     ReplacementValue(UTF16String const& inValue) : mKind(kKind_Text), mText(inValue) {}
+    /// A text is a `UTF16String`: neither a character, which would be a number, nor null.
+    ReplacementValue(char) = delete;
+    ReplacementValue(wchar_t) = delete;
+    ReplacementValue(char16_t) = delete;
+    ReplacementValue(char32_t) = delete;
+    ReplacementValue(std::nullptr_t) = delete;
 
-    /// Zeroes the three numbers; the kind and the text stay.
+    /// Zeroes the three numbers and leaves the kind and the text as they are.
     void Init() noexcept {
         mUnsigned = 0;
         mSigned = 0;

@@ -3,6 +3,7 @@
 #include <brindle/Export.h>
 #include <brindle/utility/Unicode.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -11,12 +12,15 @@
 
 namespace brindle::debug {
 
-/// Sends NUL-terminated text to the developer's debug channel. Any thread may call.
+/// Writes NUL-terminated text to the developer's debug channel. Any thread may call.
 BRN_API void DebugTrace(char const* inText);
 
-/// A buffer that gives its text away in chunks of at most 255 units: when it is full, and when the
-/// stream is flushed. A surrogate pair that a chunk's end divides is two lone surrogates. One
-/// thread at a time.
+/// A buffer that hands its text to `Emit` in chunks of at most 255 units, when it is full and when
+/// the stream is flushed. A surrogate pair across the border of two chunks becomes two surrogates
+/// without partners. Used by one thread at a time.
+///
+/// `Emit` may write into its own stream. Up to 255 units written there are kept for the next flush;
+/// more make the stream bad.
 template <typename Unit, typename Traits = std::char_traits<Unit>>
 class UTF16StreamBufferImpl : public std::basic_streambuf<Unit, Traits> {
 public:
@@ -29,6 +33,9 @@ protected:
 
     int_type overflow(int_type inUnit = Traits::eof()) override {
         Flush();
+        if (this->pptr() == this->epptr()) {
+            return Traits::eof();
+        }
         if (!Traits::eq_int_type(inUnit, Traits::eof())) {
             this->sputc(Traits::to_char_type(inUnit));
         }
@@ -40,11 +47,11 @@ protected:
         return 0;
     }
 
-    /// Receives a NUL-terminated chunk; a NUL inside it ends it too. Not called without text.
+    /// Receives a NUL-terminated chunk of at least one unit. A NUL inside the chunk ends it too.
     virtual void Emit(Unit const* inText) = 0;
 
-    /// For the destructor of a class that is derived from this and has the final `Emit`. What
-    /// cannot be emitted any more is lost.
+    /// Every class that overrides `Emit` calls this in its destructor. What cannot be emitted at
+    /// that point is lost.
     void FlushAtEnd() noexcept {
         try {
             Flush();
@@ -57,21 +64,35 @@ private:
     static constexpr std::size_t kUnits = 256;
 
     void Flush() {
-        if (this->pptr() == this->pbase()) {
+        if (mIsEmitting || this->pptr() == this->pbase()) {
             return;
         }
-        // The put area leaves the last unit free for this.
-        *this->pptr() = Unit();
-        Emit(mUnits);
+        // A copy, so that the array is free for what `Emit` writes into this stream.
+        Unit chunk[kUnits];
+        auto const count = this->pptr() - this->pbase();
+        *std::copy_n(mUnits, count, chunk) = Unit();
         Restart();
+        mIsEmitting = true;
+        try {
+            Emit(chunk);
+        } catch (...) {
+            mIsEmitting = false;
+            if (this->pptr() == this->pbase()) {
+                // The units are still in the array, and the next flush tries again.
+                this->pbump(static_cast<int>(count));
+            }
+            throw;
+        }
+        mIsEmitting = false;
     }
 
     void Restart() noexcept { this->setp(mUnits, mUnits + kUnits - 1); }
 
-    Unit mUnits[kUnits];
+    Unit mUnits[kUnits]; // the put area ends before the last unit
+    bool mIsEmitting = false;
 };
 
-/// Sends chunks to `DebugTrace`, in UTF-8.
+/// Passes chunks to `DebugTrace`, in UTF-8.
 template <typename Unit, typename Traits = std::char_traits<Unit>>
 class DebugStreamBuffer : public UTF16StreamBufferImpl<Unit, Traits> {
 public:
@@ -83,7 +104,7 @@ protected:
     }
 };
 
-/// Writes chunks to standard output with `puts`, in UTF-8: each is a line of its own.
+/// Writes chunks to standard output with `puts`, in UTF-8, so each becomes a line.
 template <typename Unit, typename Traits = std::char_traits<Unit>>
 class UTF16StdOutStreamBuffer : public UTF16StreamBufferImpl<Unit, Traits> {
 public:

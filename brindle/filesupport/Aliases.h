@@ -9,21 +9,20 @@
 
 namespace brindle::filesupport {
 
-/// If `inFile` is an existing shortcut, an extension ".lnk" in any case, with an existing target:
-/// sets the file or the directory that it leads to, tells which, and returns true. Otherwise false,
-/// and nothing is set.
+/// If `inFile` is an existing shortcut (its extension is ".lnk" in any case) whose target exists:
+/// sets `outResolvedFile` or `outResolvedDir` to the target and `outIsDir` to which of them it is,
+/// and returns true. Otherwise returns false and sets nothing.
 BRN_API bool ResolveIfAlias(File const& inFile, File& outResolvedFile, Dir& outResolvedDir,
                             bool& outIsDir);
 
 /// Replaces a shortcut to a file by that file. Anything else stays as it is.
 BRN_API void ResolveIfAliasFileOnly(File& ioFile);
 
-/// Makes a shortcut; a failure is ignored.
+/// Writes a shortcut to the target, which need not exist; a failure is ignored.
 BRN_API void CreateShortCut(File const& inShortcut, Dir const& inTarget);
 BRN_API void CreateShortCut(File const& inShortcut, File const& inTarget);
 
-/// The shortcut operations of `utility::FileUtils` under another name, for clients of this
-/// namespace.
+/// The shortcut operations of `utility::FileUtils`, for clients of this namespace.
 class BRN_API FileUtils {
 public:
     static std::int32_t ResolveIT(UTF16String& ioPath, bool& outIsDirectory);

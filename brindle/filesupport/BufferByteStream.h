@@ -7,8 +7,8 @@
 
 namespace brindle::filesupport {
 
-/// Reads a buffer that the caller keeps alive. Any position may be set; from the length onward, the
-/// next read throws `eof_error`.
+/// Reads a buffer that the caller keeps alive. Any position may be set, but reading at a position
+/// past the last byte throws `eof_error`.
 class BRN_API IBufferByteStream : public IByteStream {
 public:
     /// `inBuffer` may be null if `inLength`, in bytes, is 0.
@@ -33,8 +33,8 @@ private:
     std::uint64_t mPosition = 0;
 };
 
-/// Writes into a buffer of fixed length that the caller keeps alive. Any position may be set; from
-/// the length onward, the next write throws `eof_error`.
+/// Writes into a buffer of fixed length that the caller keeps alive. Any position may be set, but
+/// writing at a position past the last byte throws `eof_error`.
 class BRN_API OBufferByteStream : public OByteStream {
 public:
     /// `outBuffer` may be null if `inLength`, in bytes, is 0.
@@ -57,10 +57,11 @@ public:
     std::uint64_t CurPos() const override { return mPosition; }
 
     /// The length of the buffer.
-    virtual std::uint64_t Length() const;
+    [[nodiscard]] virtual std::uint64_t Length() const;
 
-    /// The highest position so far: how far the buffer is used. Moving forward counts as use.
-    std::uint64_t Count() const noexcept { return mCount; }
+    /// The highest position so far, which tells how much of the buffer is used. Moving the position
+    /// forward counts as use.
+    [[nodiscard]] std::uint64_t Count() const noexcept { return mCount; }
 
 private:
     std::uint8_t* mBuffer;

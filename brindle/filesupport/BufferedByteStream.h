@@ -10,19 +10,26 @@ namespace brindle::filesupport {
 
 namespace impl {
 
-/// A byte of a buffer. Unlike `std::uint8_t`, its type aliases no other, so that a loop over `Get`
-/// or `Put` need not load the stream's members again behind every byte that it stores.
+/// A byte of a buffer. Unlike `std::uint8_t *`, a pointer to it cannot alias objects of other
+/// types, so a loop over `Get` or `Put` need not reload the stream's members after each stored
+/// byte.
 enum class Cell : std::uint8_t {};
 
 } // namespace impl
 
-/// Puts a buffer in front of a stream whose single reads are dear. The source stays the caller's,
-/// and outlives this stream; its length is taken once, at the beginning. Refills are aligned on
-/// blocks, and keep what the buffer holds already; large blocks bypass the buffer.
+/// Buffers reads from a stream whose single reads are expensive.
+///
+///     IPlatformByteStream file(inFile);
+///     IBufferedByteStream in(file, 65536, 4096);
+///
+/// The caller owns the source and keeps it alive. Its length is read once, by the constructor.
+/// Refills are aligned to blocks and reuse bytes that the buffer already has. Reads of more than
+/// the buffer less one block bypass the buffer.
 class BRN_API IBufferedByteStream : public IByteStream {
 public:
-    /// Sizes are in bytes, `inBlockSize` above 0 and at most half of `inBufferSize`. Other sizes
-    /// are brought there: a buffer of less than 2 bytes becomes one of 2, then the block gives way.
+    /// The sizes are in bytes; `inBlockSize` is at least 1 and at most half of `inBufferSize`.
+    /// Other sizes are adjusted: the buffer to at least 2 bytes, then the block to the nearest
+    /// limit.
     IBufferedByteStream(IByteStream& inSource, std::uint32_t inBufferSize,
                         std::uint32_t inBlockSize);
     ~IBufferedByteStream() override;
@@ -34,21 +41,21 @@ public:
         return static_cast<std::uint8_t>(*mNext++);
     }
 
-    /// As so many calls of `Get`; but a block longer than the buffer less a block is the source's
-    /// to read, or to refuse, and if that throws the position stays.
+    /// Like `inCount` calls of `Get`, except that a read which bypasses the buffer fails as the
+    /// source fails, and leaves the position as it was.
     void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
 
-    /// Touches the source no sooner than the next read. Throws `eof_error` for a position past the
-    /// length that the source had at the beginning.
+    /// Sets the position; the source is not used before the next read. Throws `eof_error` for a
+    /// position past the length that the source had at construction.
     void CurPos(std::uint64_t inPosition) override;
     std::uint64_t CurPos() const override { return mLimitPosition - Unread(); }
 
     /// The present length of the source.
     std::uint64_t Length() const override;
 
-    /// Has the buffer hold `inCount` bytes from `inPosition` on, or as many as fit; reading calls
-    /// it for what the buffer lacks. Throws `eof_error`, before anything is touched, if not all of
-    /// them lie within the length; what the source throws leaves the buffer empty.
+    /// Fills the buffer with `inCount` bytes from `inPosition` on, or with as many as fit. Reads
+    /// call it for bytes that are not in the buffer. Throws `eof_error` and changes nothing if some
+    /// of the bytes lie past the length. If the source throws, the buffer is empty afterwards.
     virtual void FillBuffer(std::uint64_t inPosition, std::uint32_t inCount);
 
 private:
@@ -65,43 +72,44 @@ private:
     std::unique_ptr<impl::Cell[]> mBuffer;
     std::uint64_t mBufferedStart = 0;
     std::uint64_t mBufferedLength = 0;
-    // The reading window: the buffered bytes from the position on, or nothing if the position lies
-    // outside the buffer. The stream's position at its end tells the position everywhere in it.
+    // The buffered bytes from the position on; an empty range if the position is outside the
+    // buffer. `mLimitPosition` is the stream position of `mLimit`, so the position of `mNext`
+    // follows.
     impl::Cell const* mNext;
     impl::Cell const* mLimit;
     std::uint64_t mLimitPosition = 0;
 };
 
-/// Puts a buffer in front of a stream whose single writes are dear. The sink stays the caller's,
-/// and outlives this stream. The buffer holds one range of bytes, in which seeking and rewriting
-/// cost nothing; it goes out as one block, to its position, when a byte comes that it cannot take.
+/// Buffers writes to a stream whose single writes are expensive. The caller owns the sink and keeps
+/// it alive. The buffer holds one contiguous range of bytes, in which seeking and rewriting do not
+/// use the sink. The range is written as one block when a byte arrives that does not fit.
 class BRN_API OBufferedByteStream : public OByteStream {
 public:
-    /// `inBufferSize` is in bytes; 0 counts as 1. The block size plays no part in writing.
+    /// `inBufferSize` is in bytes; 0 counts as 1. The block size is not used for writing.
     OBufferedByteStream(OByteStream& outSink, std::uint32_t inBufferSize,
                         std::uint32_t inBlockSize);
 
-    /// Flushes. A failure of the sink is dropped: who wants to hear of it calls `Flush` before.
+    /// Flushes. An exception of the sink is dropped; call `Flush` before to receive it.
     ~OBufferedByteStream() override;
 
     void Put(std::uint8_t inValue) override {
         if (mNext == mLimit) {
             FlushWhole();
         }
-        // Storing the byte before the pointer takes half the time of the other order.
+        // Storing the byte before the pointer takes half the time of the reverse order.
         auto const next = mNext;
         *next = static_cast<impl::Cell>(inValue);
         mNext = next + 1;
     }
 
-    /// A block longer than the buffer goes past it to the sink, after what is buffered.
+    /// A block that is longer than the buffer is written directly, after the buffered bytes.
     void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override;
 
-    /// Flushes if the position lies neither in the buffered range nor right behind it.
+    /// Sets the position. Flushes if it is neither in the buffered range nor directly behind it.
     void CurPos(std::uint64_t inPosition) override;
     std::uint64_t CurPos() const override { return mBufferedStart + Offset(); }
 
-    /// Sends what is buffered to the sink. If the sink throws, everything stays buffered.
+    /// Writes the buffered bytes to the sink. If the sink throws, they stay in the buffer.
     virtual void Flush();
 
 private:
@@ -116,8 +124,8 @@ private:
     std::uint32_t mBufferSize;
     std::unique_ptr<impl::Cell[]> mBuffer;
     std::uint64_t mBufferedStart = 0;
-    // The position lies at `mNext`. It may have been moved back from the end of what is buffered,
-    // which `mFurthest` keeps from then on.
+    // `mNext` is where the next byte is stored. `mFurthest` is the length of the buffered range if
+    // the position was moved back from its end.
     impl::Cell* mNext;
     impl::Cell* mLimit;
     std::uint64_t mFurthest = 0;

@@ -8,7 +8,7 @@
 
 namespace brindle::filesupport {
 
-/// A stream cannot do what it was asked; the base of all exceptions of the byte streams.
+/// The stream does not support the operation. Also the base of all exceptions of the byte streams.
 class BRN_API byte_stream_exception : public std::exception {
 public:
     byte_stream_exception() noexcept = default;
@@ -17,7 +17,7 @@ public:
     ~byte_stream_exception() override;
 };
 
-/// Reading past the end, writing past the end of a fixed buffer, or seeking past the end.
+/// An attempt to read or seek past the end, or to write past the end of a fixed buffer.
 class BRN_API eof_error : public byte_stream_exception {
 public:
     eof_error() noexcept = default;
@@ -26,7 +26,7 @@ public:
     ~eof_error() override;
 };
 
-/// A failure that the system's file services reported.
+/// A failure of the operating system's file operations.
 class BRN_API io_error : public byte_stream_exception {
 public:
     io_error() noexcept = default;
@@ -35,13 +35,13 @@ public:
     ~io_error() override;
 };
 
-/// What input and output streams have in common: slots in which clients keep data of their own, and
-/// callbacks at the stream's end. There are no error flags: every failure is an exception. A stream
-/// is not copied, and serves one thread at a time.
+/// The common base of input and output streams: slots for data of the client, and callbacks at the
+/// stream's destruction. There are no error flags; every failure is an exception. A stream cannot
+/// be copied and is used by one thread at a time.
 class BRN_API ByteStream_base {
 public:
     enum event {
-        erase_event = 0 ///< the stream is being destroyed; its derived parts are gone already
+        erase_event = 0 ///< the stream is being destroyed; its derived classes already are
     };
 
     using event_callback = void (*)(event inEvent, ByteStream_base& inStream, int inData);
@@ -49,22 +49,21 @@ public:
     ByteStream_base(ByteStream_base const&) = delete;
     ByteStream_base& operator=(ByteStream_base const&) = delete;
 
-    /// Calls the callbacks, first registered first. What a callback throws is dropped, and what it
-    /// registers is not called.
+    /// Calls the callbacks in the order of their registration. An exception of a callback is
+    /// dropped, and a callback that is registered by another one is not called.
     virtual ~ByteStream_base();
 
-    /// A new index for `iword` and `pword`, good for every stream of the process: 0, then 1, and so
-    /// on. Any thread may call.
-    static int xalloc() noexcept;
+    /// Returns a new index for `iword` and `pword` that is valid for every stream of the process:
+    /// 0, then 1, and so on. Any thread may call.
+    [[nodiscard]] static int xalloc() noexcept;
 
-    /// The slot of index `inIndex`; a slot that is new is 0, or null. A reference holds until the
-    /// next call with a higher index. Throws `byte_stream_exception` for a negative index, which
-    /// `xalloc` never gives.
+    /// The slot with the index `inIndex`, initially 0 or null. The reference is valid until the
+    /// next call with a higher index. Throws `byte_stream_exception` if the index is negative.
     std::int32_t& iword(int inIndex);
     void*& pword(int inIndex);
 
-    /// Has `inCallback` called with `inData` at the stream's destruction, once for each
-    /// registration. Null is ignored.
+    /// Makes the destructor call `inCallback` with `inData`, once for each registration. Null is
+    /// ignored.
     void register_callback(event_callback inCallback, int inData);
 
 protected:
@@ -90,19 +89,19 @@ public:
     /// The next byte. Throws `eof_error` at the end of the data.
     virtual std::uint8_t Get() = 0;
 
-    /// Reads `inCount` bytes, as so many calls of `Get` would.
+    /// Reads `inCount` bytes, like that many calls of `Get`.
     virtual void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount);
 
-    /// Sets and tells the position of the next byte.
+    /// Sets or returns the position of the next byte.
     virtual void CurPos(std::uint64_t inPosition) = 0;
-    virtual std::uint64_t CurPos() const = 0;
+    [[nodiscard]] virtual std::uint64_t CurPos() const = 0;
 
-    /// The number of bytes from the start of the data to its end, wherever the position; 0 from a
-    /// stream that is empty or does not know.
-    virtual std::uint64_t Length() const;
+    /// The number of bytes from the start of the data to its end, whatever the position is. 0 if
+    /// the stream is empty or does not know its length.
+    [[nodiscard]] virtual std::uint64_t Length() const;
 };
 
-/// A taker of bytes. Positions count bytes from the start of the data.
+/// A sink of bytes. Positions count bytes from the start of the data.
 class BRN_API OByteStream : public ByteStream_base {
 public:
     OByteStream() = default;
@@ -110,12 +109,12 @@ public:
 
     virtual void Put(std::uint8_t inValue) = 0;
 
-    /// Writes `inCount` bytes, as so many calls of `Put` would.
+    /// Writes `inCount` bytes, like that many calls of `Put`.
     virtual void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount);
 
-    /// Sets and tells the position of the next byte.
+    /// Sets or returns the position of the next byte.
     virtual void CurPos(std::uint64_t inPosition) = 0;
-    virtual std::uint64_t CurPos() const = 0;
+    [[nodiscard]] virtual std::uint64_t CurPos() const = 0;
 };
 
 } // namespace brindle::filesupport

@@ -9,14 +9,19 @@
 
 namespace brindle::filesupport {
 
-// The wire form of values: a stored format, the same on every machine, without header, tag or
-// alignment. Every byte goes through `Put` or `Get`, and what these throw goes to the caller: bytes
-// written by then stay written, a number not wholly read leaves its target alone. Who needs all or
-// nothing on the wire writes to memory first.
-
-/// A `bool` is one byte, 0 or 1; read, every byte but 0 is true. Integers have their own width,
-/// most significant byte first, in two's complement: signed and unsigned integers of one width read
-/// each other.
+/// Inserts or extracts a value in its wire form, a stored format that is the same on every machine
+/// and has no header, tag or alignment.
+///
+///     outStream << std::int32_t{7} << u"name"_utf16;
+///     inStream >> number >> name;
+///
+/// A `bool` is one byte, 0 or 1; every other byte reads as true. An integer has its own width, in
+/// two's complement with the most significant byte first, so signed and unsigned integers of one
+/// width are interchangeable.
+///
+/// Every byte goes through `Put` or `Get`, whose exceptions reach the caller. By then part of the
+/// value may have been written, but a number that was not completely read leaves its target as it
+/// was. Write to a memory stream first if values must be written completely or not at all.
 BRN_API OByteStream& operator<<(OByteStream& outStream, bool const& inValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, char const& inValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, std::int8_t const& inValue);
@@ -39,21 +44,21 @@ BRN_API IByteStream& operator>>(IByteStream& inStream, std::uint32_t& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, std::int64_t& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, std::uint64_t& outValue);
 
-/// A string is its length as a 16-bit integer, then its characters or code units. One of more than
-/// 65535 is refused with `byte_stream_exception` before a byte is written. When reading ends early,
-/// the target holds the characters so far.
+/// A string is its length as a 16-bit integer, followed by its characters or code units. A string
+/// of more than 65535 of them is refused with `byte_stream_exception` before a byte is written. If
+/// the data ends inside a string, the target holds the characters before the end.
 BRN_API OByteStream& operator<<(OByteStream& outStream, std::string const& inText);
 BRN_API OByteStream& operator<<(OByteStream& outStream, UTF16String const& inText);
 
 BRN_API IByteStream& operator>>(IByteStream& inStream, std::string& outText);
 BRN_API IByteStream& operator>>(IByteStream& inStream, UTF16String& outText);
 
-/// A floating value is an 8-bit string: its decimal text with up to 36 significant digits in the
-/// classic locale, whatever locale the process has. Every finite value comes back exactly.
+/// A floating-point value is an 8-bit string: its decimal text with up to 36 significant digits in
+/// the classic locale, whatever the program's locale is. Every finite value is read back exactly.
 ///
-/// Text that is no number leaves the target as the extraction from a standard stream does: empty
-/// and blank text leaves it alone, other text (infinities and NaNs among it) makes it 0, and a
-/// number out of range the nearest finite value.
+/// Other text has the same effect as its extraction from a standard stream: empty and blank text
+/// leaves the target as it was, text that is not a number (also that of an infinity or a NaN) makes
+/// it 0, and a number out of range makes it the nearest finite value.
 BRN_API OByteStream& operator<<(OByteStream& outStream, float const& inValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, double const& inValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, long double const& inValue);
@@ -62,11 +67,12 @@ BRN_API IByteStream& operator>>(IByteStream& inStream, float& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, double& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, long double& outValue);
 
-/// Copies bytes from the position of `inStream`: `Length()` of them if that is not 0, where an
-/// earlier end is an `eof_error` after the bytes so far were written; otherwise all up to the end.
+/// Copies bytes from the present position of `inStream`. If `Length()` is not 0, that many bytes
+/// are copied, and if the input ends before, `eof_error` is thrown after the bytes before the end
+/// were written. If `Length()` is 0, everything up to the end is copied.
 BRN_API OByteStream& operator<<(OByteStream& outStream, IByteStream& inStream);
 
-/// A pointer, a string literal among them, would go out as a `bool`.
+/// A pointer, such as a string literal, would be written as a `bool`.
 OByteStream& operator<<(OByteStream& outStream, void const* inPointer) = delete;
 
 } // namespace brindle::filesupport

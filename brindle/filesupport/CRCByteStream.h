@@ -7,9 +7,14 @@
 
 namespace brindle::filesupport {
 
-/// Hands everything on to a stream that the caller keeps alive, and takes the CRC-32 of IEEE 802.3
-/// of the bytes that pass, in the order in which they pass: seeking is handed on and leaves the sum
-/// alone. A byte counts even if the sink then refuses it.
+/// Forwards every call to a stream that the caller keeps alive, and computes the CRC-32 of IEEE
+/// 802.3 of the written bytes, in the order in which they are written.
+///
+///     OCRCByteStream sum(outFile);
+///     sum << inFile;
+///     std::uint32_t const crc = sum.Value();
+///
+/// Seeking does not affect the sum. A byte is included even if the sink then throws.
 class BRN_API OCRCByteStream : public OByteStream {
 public:
     explicit OCRCByteStream(OByteStream& outSink) noexcept : mSink(outSink) {}
@@ -20,8 +25,8 @@ public:
     void CurPos(std::uint64_t inPosition) override;
     std::uint64_t CurPos() const override;
 
-    /// The sum of the bytes so far, 0 of none. Further bytes continue it.
-    std::uint32_t Value() const noexcept { return ~mRegister; }
+    /// The sum of the bytes written so far, 0 for none. Further bytes continue the sum.
+    [[nodiscard]] std::uint32_t Value() const noexcept { return ~mRegister; }
 
 private:
     OByteStream& mSink;

@@ -7,7 +7,7 @@
 
 namespace brindle::filesupport {
 
-/// Keeps no byte and counts what would be written.
+/// Stores nothing and counts what would be written.
 class BRN_API OCountingByteStream : public OByteStream {
 public:
     OCountingByteStream() = default;
@@ -16,12 +16,12 @@ public:
     void Put(std::uint8_t inValue) override;
     void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override;
 
-    /// Any position will do; moving forward alone does not count.
+    /// Accepts any position. Moving forward alone does not count as writing.
     void CurPos(std::uint64_t inPosition) override;
     std::uint64_t CurPos() const override;
 
-    /// The position behind the furthest byte written: writing over earlier bytes does not raise it.
-    std::uint64_t Count() const noexcept { return mCount; }
+    /// The position behind the furthest byte written. Overwriting earlier bytes does not raise it.
+    [[nodiscard]] std::uint64_t Count() const noexcept { return mCount; }
 
 private:
     std::uint64_t mCount = 0;

@@ -1,46 +1,30 @@
 #pragma once
 
 #include <brindle/Export.h>
-#include <brindle/filesupport/ByteStream.h>
+#include <brindle/filesupport/ContainerByteStream.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <deque>
 
 namespace brindle::filesupport {
 
-/// Reads a deque that the caller keeps alive. If it changes meanwhile, reading goes on at the same
-/// position in what it then holds. A position past the present end is refused with `eof_error`.
-class BRN_API IDequeByteStream : public IByteStream {
+extern template class IContainerByteStream<std::deque<std::uint8_t>>;
+extern template class OContainerByteStream<std::deque<std::uint8_t>>;
+
+/// Reads a deque of bytes that the caller keeps alive.
+class BRN_API IDequeByteStream : public IContainerByteStream<std::deque<std::uint8_t>> {
 public:
-    explicit IDequeByteStream(std::deque<std::uint8_t>& inDeque) noexcept : mDeque(inDeque) {}
+    explicit IDequeByteStream(std::deque<std::uint8_t>& inDeque) noexcept
+        : IContainerByteStream(inDeque) {}
     ~IDequeByteStream() override;
-
-    std::uint8_t Get() override;
-    void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
-    void CurPos(std::uint64_t inPosition) override;
-    std::uint64_t CurPos() const override;
-    std::uint64_t Length() const override;
-
-private:
-    std::deque<std::uint8_t>& mDeque;
-    std::size_t mPosition = 0;
 };
 
-/// Appends to a deque that the caller keeps alive. The position is always its size, and setting
-/// it does nothing.
-class BRN_API ODequeByteStream : public OByteStream {
+/// Appends to a deque of bytes that the caller keeps alive.
+class BRN_API ODequeByteStream : public OContainerByteStream<std::deque<std::uint8_t>> {
 public:
-    explicit ODequeByteStream(std::deque<std::uint8_t>& outDeque) noexcept : mDeque(outDeque) {}
+    explicit ODequeByteStream(std::deque<std::uint8_t>& outDeque) noexcept
+        : OContainerByteStream(outDeque) {}
     ~ODequeByteStream() override;
-
-    void Put(std::uint8_t inValue) override;
-    void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override;
-    void CurPos(std::uint64_t inPosition) override;
-    std::uint64_t CurPos() const override;
-
-private:
-    std::deque<std::uint8_t>& mDeque;
 };
 
 } // namespace brindle::filesupport

@@ -8,9 +8,9 @@
 
 namespace brindle::filesupport {
 
-/// The path of a directory in normal form: backslashes between names, no long-path prefix, no
-/// doubled backslash but the two that begin a network path. One trailing backslash is dropped:
-/// "C:\" is "C:".
+/// The path of a directory in normal form: backslashes between names, no long-path prefix, and no
+/// doubled backslash except the two at the beginning of a network path. One trailing backslash is
+/// dropped: "C:\" becomes "C:".
 class BRN_API DirHelper {
 public:
     DirHelper() = default;
@@ -25,10 +25,15 @@ private:
     UTF16String mPath;
 };
 
-/// A value that names a directory, which need not exist: no handle, no lock, nothing cached.
+/// A value that names a directory, which need not exist. It holds no handle and no lock, and caches
+/// nothing:
 ///
-/// Only the operations told below touch the file system; they report what the system reports at
-/// that moment. Independent objects may be used on different threads.
+///     for (auto file = dir.BeginFiles(false); file != dir.EndFiles(); ++file) {
+///         total += (*file).Size(kFileSize_Data);
+///     }
+///
+/// The operations from `Exists` on access the file system, and report its state at that moment; the
+/// constructors do so only to resolve an alias. Different objects may be used on different threads.
 class BRN_API Dir {
 public:
     class DirIterator;
@@ -39,8 +44,8 @@ public:
     explicit Dir(DirHelper const& inHelper) : mHelper(inHelper) {}
     /// The directory `inName` of `inParent`, whose path is not empty.
     Dir(Dir const& inParent, UTF16String const& inName);
-    /// As above; with `inResolveAlias`, and if that name is a shortcut to a directory, the
-    /// shortcut's target.
+    /// The same; but with `inResolveAlias`, if that name is a shortcut to a directory, the target
+    /// of the shortcut.
     Dir(Dir const& inParent, UTF16String const& inName, bool inResolveAlias);
 
     DirHelper const& Helper() const noexcept { return mHelper; }
@@ -51,36 +56,37 @@ public:
     UTF16String GetName() const;
     /// The directory that holds this one; empty for a path without a separator.
     Dir Parent() const;
-    /// True for a drive, and for whatever has nothing in front of its last separator.
+    /// True for a drive, and for every path with nothing in front of its last separator.
     bool IsTopLevelDir() const;
 
-    /// True if a directory stands at the path; any failure is false.
+    /// True if there is a directory at the path; false on any failure.
     bool Exists() const;
     /// Times in 100-nanosecond ticks since the start of 1601 UTC. Throw `dir_not_found_exception`
     /// if there is no such directory, `dir_exception` on any other failure.
     std::uint64_t Modified() const;
     std::uint64_t Created() const;
 
-    /// Makes the directory, the last level alone; one that exists already is success.
+    /// Creates the directory; its parent must exist. A name that is taken already is no failure.
     /// Throws `dir_exception`.
     void Create() const;
-    /// Removes the directory with all it holds, and links without what they point to. What fails
-    /// stops the removal, and what was removed by then stays removed. Throws
-    /// `file_delete_exception`, `dir_exception`.
+    /// Removes the directory with everything in it. Links are removed, never what they point to.
+    /// The first failure ends the removal, and what was removed by then stays removed. Throws
+    /// `file_delete_exception` with the file, or `dir_exception` with the directory, that cannot be
+    /// removed.
     void Delete() const;
-    /// Gives the directory another name in the same parent; this object then names it by that.
-    /// Throws `rename_dir_already_exists` if the name is taken, otherwise `rename_dir`.
+    /// Gives the directory another name in the same parent, and this object the new path. Throws
+    /// `rename_dir_already_exists` if the name is taken, otherwise `rename_dir`.
     void Rename(UTF16String const& inNewName);
 
-    // The listings below are snapshots, scanned as a whole when the begin iterator is made; a
-    // directory that cannot be read is empty. With `inResolveAliases` a shortcut (".lnk") is listed
-    // as its target and a broken one not at all. Include DirectoryIterators.h to use them.
+    // The listings are snapshots, taken as a whole when the begin iterator is made; a directory
+    // that cannot be read is empty. With `inResolveAliases` a shortcut (".lnk") is listed as its
+    // target, and a broken one not at all. Include DirectoryIterators.h to use them.
 
     DirIterator BeginSubdirs(bool inResolveAliases) const;
     DirIterator EndSubdirs() const;
     FileIterator BeginFiles(bool inResolveAliases) const;
     FileIterator EndFiles() const;
-    /// The volumes of the machine, without removable ones.
+    /// The volumes of the machine, except removable ones.
     static DirIterator BeginVolumes();
     static DirIterator EndVolumes();
 

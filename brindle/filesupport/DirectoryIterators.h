@@ -13,8 +13,8 @@
 
 namespace brindle::filesupport {
 
-/// A place in a listing, a snapshot that was taken as a whole: what happens to the directory later
-/// does not matter. Copies keep their own place. One thread at a time.
+/// A position in a listing, which is a snapshot: later changes of the directory do not affect it.
+/// Each copy has a position of its own. One thread at a time.
 class BRN_API IteratorHelper {
 public:
     bool AtEnd() const noexcept { return !mPaths || mIndex >= mPaths->size(); }
@@ -22,11 +22,11 @@ public:
     /// The full path of the current entry, empty at the end.
     UTF16String CurrentPath() const { return AtEnd() ? UTF16String() : (*mPaths)[mIndex]; }
 
-    /// Goes to the next entry; at the end it stays there.
+    /// Advances to the next entry; at the end it stays there.
     void Step() noexcept { mIndex += AtEnd() ? 0u : 1u; }
 
-    /// All at their end are equal; otherwise the listing, what it was asked for and the place
-    /// count.
+    /// Two at their end are equal; otherwise both listings, what they were asked for and the
+    /// positions are compared.
     BRN_API friend bool operator==(IteratorHelper const& inLHS, IteratorHelper const& inRHS);
 
 protected:
@@ -49,14 +49,14 @@ private:
 };
 
 /// Walks the subdirectories of a directory, or the volumes of the machine, in the system's order.
-/// An end iterator equals every iterator at its end; a default-constructed one equals only its own
-/// kind.
+/// An end iterator equals every iterator at its end; a default-constructed iterator equals only
+/// another one.
 class BRN_API Dir::DirIterator {
 public:
     DirIterator() = default;
     explicit DirIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
-    /// The current directory; an empty one at the end. It is made at each call.
+    /// The current directory, made anew at each call; an empty one at the end.
     Dir operator*() const { return mHelper ? Dir(mHelper->CurrentPath()) : Dir(); }
 
     DirIterator& operator++();
@@ -73,15 +73,15 @@ private:
     std::optional<IteratorHelper> mHelper;
 };
 
-/// Walks the files of a directory, and whatever else is no directory, in the system's order.
-/// An end iterator equals every iterator at its end; a default-constructed one equals only its own
-/// kind.
+/// Walks the files of a directory, which include everything that is not a directory, in the
+/// system's order. An end iterator equals every iterator at its end; a default-constructed iterator
+/// equals only another one.
 class BRN_API Dir::FileIterator {
 public:
     FileIterator() = default;
     explicit FileIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
-    /// The current file; an empty one at the end. It is made at each call.
+    /// The current file, made anew at each call; an empty one at the end.
     File operator*() const { return mHelper ? File(mHelper->CurrentPath()) : File(); }
 
     FileIterator& operator++();

@@ -9,7 +9,8 @@
 
 namespace brindle::filesupport {
 
-/// The path of a file in normal form, as told for `DirHelper`, but a trailing backslash stays.
+/// The path of a file in normal form, which `DirHelper` describes; but a trailing backslash is
+/// kept.
 class BRN_API FileHelper {
 public:
     FileHelper() = default;
@@ -27,8 +28,8 @@ private:
     UTF16String mPath;
 };
 
-/// Which part of a file `File::Size` measures. There is one stream to a file, so whatever includes
-/// it is the file's length, and the resource stream is empty.
+/// Which part of a file `File::Size` measures. Every selector that includes the data gives the
+/// length of the file; files have no resource part, whose size is 0.
 enum FileSizeSelector : std::int32_t {
     kFileSize_Data = 0,
     kFileSize_Resource = 1,
@@ -38,10 +39,14 @@ enum FileSizeSelector : std::int32_t {
     kFileSize_TotalOnDisk = 5
 };
 
-/// A value that names a file, which need not exist: no handle, no lock, nothing cached.
+/// A value that names a file, which need not exist. It holds no handle and no lock, and caches
+/// nothing:
 ///
-/// Only the operations told below touch the file system; they report what the system reports at
-/// that moment. Independent objects may be used on different threads.
+///     File const file(dir, u"notes.txt"_utf16);
+///     if (!file.Exists()) { file.Create(); }
+///
+/// The operations from `Exists` on access the file system, and report its state at that moment; the
+/// constructors do so only to resolve an alias. Different objects may be used on different threads.
 class BRN_API File {
 public:
     File() = default;
@@ -49,8 +54,8 @@ public:
     explicit File(FileHelper const& inHelper) : mHelper(inHelper) {}
     /// The file `inName` of `inDir`.
     File(Dir const& inDir, UTF16String const& inName) : mHelper(inDir, inName) {}
-    /// As above; with `inResolveAlias`, and if that name is a shortcut to a file, the shortcut's
-    /// target.
+    /// The same; but with `inResolveAlias`, if that file is a shortcut to a file, the target of the
+    /// shortcut.
     File(Dir const& inDir, UTF16String const& inName, bool inResolveAlias);
 
     FileHelper const& Helper() const noexcept { return mHelper; }
@@ -68,7 +73,7 @@ public:
     /// The directory that holds the file; empty for a path without a separator.
     Dir Parent() const;
 
-    /// True if anything stands at the path, a directory too; any failure is false.
+    /// True if there is anything at the path, also a directory; false on any failure.
     bool Exists() const;
     /// Times in 100-nanosecond ticks since the start of 1601 UTC. Throw `file_not_found_exception`
     /// if there is no such file, `file_exception` on any other failure.
@@ -77,12 +82,13 @@ public:
     /// Bytes; 0 on any failure.
     std::uint64_t Size(FileSizeSelector inSelector) const;
 
-    /// Makes an empty file, or empties the one that exists. Throws a class of `create_exception`.
+    /// Creates an empty file, or empties an existing one. Throws a class derived from
+    /// `create_exception`.
     void Create() const;
     /// Throws `file_delete_exception`.
     void Delete() const;
-    /// Gives the file another name in the same directory; this object then names it by that. A name
-    /// that is taken is a failure. Throws `rename_file`.
+    /// Gives the file another name in the same directory, and this object the new path. Nothing is
+    /// ever replaced: a name that is taken is a failure. Throws `rename_file`.
     void Rename(UTF16String const& inNewName);
 
 private:

@@ -9,9 +9,11 @@
 
 namespace brindle::filesupport {
 
-// How file operations fail. Each exception carries what it is about, and `what()` is its
-// localisation key with the default text, "$$$/path=text", in which `@0` stands for the path and
-// `@1` for a new name.
+/// @file
+/// How operations on files and directories fail. Each exception carries the file or directory
+/// concerned. `what()` is not a message but a localisation key with its default text,
+/// "$$$/path=text", in which `@0` stands for the path and
+/// `@1` for a new name.
 
 class BRN_API file_exception : public std::exception {
 public:
@@ -93,7 +95,7 @@ public:
     explicit dir_not_found_exception(Dir const& inDir);
 };
 
-/// For clients; the library raises it nowhere.
+/// For clients; the library itself does not throw it.
 class BRN_API dir_delete_exception : public dir_exception {
 public:
     explicit dir_delete_exception(Dir const& inDir);

@@ -6,8 +6,8 @@
 namespace brindle::filesupport {
 
 enum class FileKind {
-    kMissing,   ///< nothing, a link that leads nowhere, or nothing that may be looked at
-    kRegular,   ///< a file of bytes: the one kind that streams open
+    kMissing,   ///< nothing, a dangling link, or something that this process may not inspect
+    kRegular,   ///< an ordinary file, the only kind that streams open
     kDirectory, ///< a directory
     kPipe,      ///< a FIFO
     kSocket,    ///< a socket
@@ -15,8 +15,7 @@ enum class FileKind {
     kOther      ///< anything else
 };
 
-/// What stands at the path of a file; a symbolic link counts as what it leads to. Nothing is
-/// opened.
+/// What is at the path of a file; a symbolic link counts as what it points to. Nothing is opened.
 BRN_API FileKind KindOf(File const& inFile);
 
 } // namespace brindle::filesupport

@@ -6,9 +6,8 @@
 
 namespace brindle::filesupport {
 
-/// Orders two file names as the user of the system sorts them, ignoring case, the kind of kana and
-/// the width of characters: -1, 0 or 1, or -2 if the system cannot tell. Only what stands before a
-/// NUL counts.
+/// Orders two file names as the user's locale sorts them, ignoring case, the kind of kana and the
+/// width of characters: -1, 0 or 1, or -2 if the system cannot tell. A NUL ends a name.
 BRN_API int CompareFileNames(UTF16String const& inLHS, UTF16String const& inRHS);
 
 /// False for an empty path, for one that begins with a separator, and for one that begins with a
@@ -19,8 +18,9 @@ BRN_API bool IsNormalizedRelativePath(UTF16String const& inPath);
 /// the two have no directory in common.
 BRN_API UTF16String MakeNormalizedRelativePath(File const& inTarget, File const& inBase);
 
-/// The file that `inPath`, with "/" between names, means beside `inBase`; a path that is not
-/// relative is taken as it is. A path that ends in "/" means no file: the result is empty.
+/// The file that the relative path `inPath`, with "/" between names, leads to from the directory of
+/// `inBase`; a path that is not relative is used as it is. A path that ends in "/" names no file,
+/// and the result is empty.
 BRN_API File MakeFileFromPath(UTF16String const& inPath, File const& inBase);
 
 } // namespace brindle::filesupport

@@ -13,16 +13,29 @@ class OpenFile;
 
 namespace brindle::filesupport {
 
-/// Reads an existing regular file, which other readers may read at the same time.
+/// With whom a reader shares its file. Sharing is advisory: it concerns the users of this library,
+/// and programs that lock whole files.
+enum FileSharing {
+    kShareWithReaders,  ///< nobody may write the file in place meanwhile
+    kShareWithEverybody ///< takes no lock and respects none: reads what is there, and disturbs
+                        ///< nobody
+};
+
+/// Reads an existing regular file, which other readers may read at the same time:
+///
+///     IPlatformByteStream file(input);
+///     IBufferedByteStream(file) >> header;
 ///
 /// One system call for each `Get` and each `ReadBlock`: wrap it in `IBufferedByteStream` to read by
 /// the byte. Every operation throws `io_error` on a failure of the system, such as a position past
 /// 2^63 - 1.
 class BRN_API IPlatformByteStream : public IByteStream {
 public:
-    /// Throws `file_not_found_exception` if there is no such file, `io_error` on any other failure:
-    /// no regular file, no permission, or open for writing elsewhere.
+    /// Throws `file_not_found_exception` if there is no such file, and `io_error` on any other
+    /// failure: it is not a regular file, may not be read, or is open for writing elsewhere.
     explicit IPlatformByteStream(File const& inFile);
+    /// The same; with `kShareWithEverybody` the file may also be open for writing elsewhere.
+    IPlatformByteStream(File const& inFile, FileSharing inSharing);
     ~IPlatformByteStream() override;
 
     /// Throws `eof_error` at the end.
@@ -37,24 +50,25 @@ private:
     std::unique_ptr<platform::OpenFile> mFile;
 };
 
-/// Selects the constructor that makes the file.
+/// Selects the constructor that creates the file.
 enum MakeNewFile {
-    kMakeNewFile,       ///< whom the process's settings let may read it
-    kMakeNewPrivateFile ///< only its owner may, as is right for the new version of a private file
+    kMakeNewFile,       ///< may be read by whoever the process's settings allow
+    kMakeNewPrivateFile ///< may be read by its owner only
 };
 
-/// Writes over an existing regular file from its beginning, alone, or makes a new one. It never
-/// shortens a file: what lies behind the last byte written survives.
+/// Overwrites an existing regular file from its beginning, or creates a new one. While it is open
+/// nobody else can open the file. It never shortens a file: bytes behind the last one written
+/// survive.
 ///
 /// One system call for each `Put` and each `WriteBlock`: wrap it in `OBufferedByteStream` to write
 /// by the byte. Every operation throws `io_error` on a failure of the system, such as a full disk.
 class BRN_API OPlatformByteStream : public OByteStream {
 public:
-    /// Throws `file_not_found_exception` if there is no such file, `io_error` on any other failure:
-    /// no regular file, no permission, or open elsewhere.
+    /// Throws `file_not_found_exception` if there is no such file, and `io_error` on any other
+    /// failure: it is not a regular file, may not be written, or is open elsewhere.
     explicit OPlatformByteStream(File const& inFile);
-    /// Throws a class of `create_exception` if the file cannot be made, also because something
-    /// stands there already, and be it a link that leads nowhere.
+    /// Throws a class derived from `create_exception` if the file cannot be created, also because
+    /// the name is taken, even by a dangling link.
     OPlatformByteStream(File const& inFile, MakeNewFile inKind);
     ~OPlatformByteStream() override;
 

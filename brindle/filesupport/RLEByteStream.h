@@ -7,13 +7,13 @@
 
 namespace brindle::filesupport {
 
-// The run-length format is PackBits: a sequence of packets without header or end mark. A packet
-// begins with a control byte, a signed number c. From 0 up, c + 1 literal bytes follow; from -127
-// to -1, one byte follows that stands 1 - c times; -128 means nothing, and is skipped.
+// The run-length format is PackBits: a sequence of packets without a header or an end mark. A
+// packet begins with a control byte, a signed number c. If c is 0 or more, c + 1 literal bytes
+// follow. From -127 to -1, one byte follows that is repeated 1 - c times. -128 is skipped.
 
-/// Decodes what a stream delivers that the caller keeps alive. The data ends where the source ends:
-/// there, and inside a packet that is cut short, reading throws `eof_error`. The length is not
-/// known.
+/// Decodes the data of a stream that the caller keeps alive. The data ends where the source ends;
+/// there, and in a truncated packet, reading throws `eof_error`. The length is unknown, so `Length`
+/// returns 0.
 class BRN_API IRLEByteStream : public IByteStream {
 public:
     explicit IRLEByteStream(IByteStream& inSource) noexcept : mSource(inSource) {}
@@ -21,15 +21,15 @@ public:
 
     std::uint8_t Get() override;
 
-    /// As so many calls of `Get`, but takes literal bytes from the source in blocks; one that the
-    /// source fails to deliver counts as read.
+    /// Like `inCount` calls of `Get`, but reads literal bytes from the source in blocks. Bytes of a
+    /// block that the source fails to deliver count as read.
     void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
 
-    /// The same, but for an end between two packets, which is where whole data ends: there it
-    /// returns, with how many bytes there were. Throws `eof_error` where a packet is cut short.
-    std::uint32_t ReadUpTo(std::uint8_t* outDestination, std::uint32_t inCount);
+    /// Like `ReadBlock`, but if the data ends between two packets, where complete data does, it
+    /// returns the number of bytes read instead of throwing. A truncated packet throws `eof_error`.
+    [[nodiscard]] std::uint32_t ReadUpTo(std::uint8_t* outDestination, std::uint32_t inCount);
 
-    /// There are no positions in a decoded stream: both throw `byte_stream_exception`.
+    /// A decoded stream has no positions: both throw `byte_stream_exception`.
     void CurPos(std::uint64_t inPosition) override;
     std::uint64_t CurPos() const override;
 
@@ -42,11 +42,17 @@ private:
     std::uint8_t mRepeated = 0;
 };
 
-/// Encodes into a stream that the caller keeps alive. Up to 128 bytes wait for their packet until
-/// `Flush`, which must follow the last byte: the destructor does not flush.
+/// Encodes into a stream that the caller keeps alive.
 ///
-/// When the sink throws, what waits keeps waiting, and the byte whose `Put` threw is not taken; of
-/// a block or a packet, a part may have gone out.
+///     ORLEByteStream packed(outFile);
+///     packed << inFile;
+///     packed.Flush();
+///
+/// Up to 128 bytes are pending until their packet is complete. Call `Flush` after the last byte;
+/// the destructor does not flush.
+///
+/// If the sink throws, the pending bytes stay pending and the byte whose `Put` threw is not taken.
+/// Part of a block or packet may have been written by then.
 class BRN_API ORLEByteStream : public OByteStream {
 public:
     explicit ORLEByteStream(OByteStream& outSink) noexcept : mSink(outSink) {}
@@ -55,15 +61,15 @@ public:
     void Put(std::uint8_t inValue) override;
     void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override;
 
-    /// There are no positions in an encoded stream: both throw `byte_stream_exception`.
+    /// An encoded stream has no positions: both throw `byte_stream_exception`.
     void CurPos(std::uint64_t inPosition) override;
     std::uint64_t CurPos() const override;
 
-    /// Writes out the bytes that wait, if there are any.
+    /// Writes the pending bytes, if there are any.
     virtual void Flush();
 
 protected:
-    /// Sends the packet that waits, of at least one byte, to the sink.
+    /// Writes the pending packet, which has at least one byte, to the sink.
     virtual void WritePacket();
 
 private:

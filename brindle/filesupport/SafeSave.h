@@ -3,41 +3,63 @@
 #include <brindle/Export.h>
 #include <brindle/filesupport/File.h>
 
+#include <memory>
+
+namespace brindle::platform {
+class TemporaryFile;
+}
+
 namespace brindle::filesupport {
 
-/// Saves a file without a moment at which it could be lost: write the new version to the temp file,
-/// close it, and `Commit`. Until then the old version stands, whatever fails.
+/// Saves a file without a moment at which it could be lost, where something else writes the new
+/// version by its name:
 ///
-/// One thread at a time. Writers of one target, in any number of threads and processes, have a temp
-/// file each, and the last `Commit` wins.
+///     SafeSave save(file);
+///     Render(save.GetTempFile());
+///     save.Commit();
+///
+/// Until `Commit` the old version stands, whatever fails. To write the new version directly, use
+/// `OSafeSaveStream`, which leaves nothing behind even when the process is killed.
+///
+/// One thread at a time. Savers of one target, in any number of threads and processes, have a temp
+/// file each, also on machines that share a directory, and the last `Commit` wins.
 class BRN_API SafeSave {
 public:
-    /// Chooses the temp file: beside the target, a name that is free, with the target's title and
-    /// extension as far as there is room. Nothing is made.
+    /// Creates nothing yet.
     explicit SafeSave(File& inTarget);
     SafeSave(SafeSave const&) = delete;
     SafeSave& operator=(SafeSave const&) = delete;
-    /// Removes a temp file that was not committed. Throws nothing.
+    /// Removes a temp file that was not committed, if it is this save's. Throws nothing.
     ~SafeSave();
 
-    /// The file to write. To make it exclusively, and through no link, is the writer's part.
-    File& GetTempFile() noexcept { return mTemp; }
+    /// The file to write. The first call creates it, empty, beside the target, under a name that no
+    /// other save has: title, process, thread and a counter, and the extension in lower case. Only
+    /// its owner may read it, unless there is no old version. Where it cannot be created, this is
+    /// the name that it would have, and writing it will fail.
+    File& GetTempFile();
 
     /// Puts the temp file in place of the target, which need not exist, in one step. When it
     /// returns, the new version is on the disk, and `GetTempFile` names the target. Whoever looks,
     /// also after a crash, finds the whole old version or the whole new one. A target that is a
-    /// link stays one; what it leads to is replaced. Mode and owner of the old version are kept.
-    /// Who is reading the old version goes on with it.
+    /// link stays one, and what it points to is replaced. The new version gets the permissions of
+    /// the old one; its owner and group as well, as far as this process may set them, and without
+    /// them it gives nobody more rights than the old version did. Who is reading the old version
+    /// keeps reading it.
     ///
     /// Throws `rename_file` with the temp file and the target's name, and leaves the old version
-    /// alone, if there is no temp file, or it is no regular one, or is still open for writing; if
-    /// the target is no regular file, may not be written, or is open for writing; and if the system
-    /// refuses. Only a disk that fails at the very end may leave the new version.
+    /// alone: if there is no temp file, or nobody has written it, or it is not a regular file, or
+    /// still open for writing; if the target is not a regular file, may not be written, or is open
+    /// for writing; and if the system refuses. Only a disk that fails at the very end may leave the
+    /// new version.
     void Commit();
 
 private:
+    void CreateTempFile();
+
     File mTarget;
     File mTemp;
+    bool mHasTempName = false;
+    std::unique_ptr<platform::TemporaryFile> mTempFile; // none where it could not be created
 };
 
 } // namespace brindle::filesupport

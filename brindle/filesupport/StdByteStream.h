@@ -9,11 +9,11 @@
 
 namespace brindle::filesupport {
 
-// A byte stream over a standard stream, which the caller keeps alive. Its state and exception mask
-// stay its own business: a failure shows in them, and a stream that has failed goes on working only
-// after the caller has cleared it.
-
-/// Reads a standard stream: one in binary mode, if line ends are to stay as they are.
+/// Reads a standard stream that the caller keeps alive. Open it in binary mode if line ends must
+/// not be converted.
+///
+/// A failure shows in the standard stream's state, by its own exception mask. After a failure the
+/// caller has to clear that state before the stream can be used again.
 class BRN_API IStdByteStream : public IByteStream {
 public:
     explicit IStdByteStream(std::istream& inStream) noexcept : mStream(inStream) {}
@@ -24,17 +24,18 @@ public:
     void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
     void CurPos(std::uint64_t inPosition) override;
 
-    /// -1, as an unsigned number, from a stream that has failed or cannot seek.
+    /// 2^64 - 1 if the standard stream has failed or cannot seek.
     std::uint64_t CurPos() const override;
 
-    /// Seeks to the end and back. 0 from a stream that has failed or cannot seek.
+    /// Seeks to the end and back. 0 if the standard stream has failed or cannot seek.
     std::uint64_t Length() const override;
 
 private:
     std::istream& mStream;
 };
 
-/// Writes a standard stream: one in binary mode, if line ends are to stay as they are.
+/// Writes to a standard stream that the caller keeps alive, under the same rules as
+/// `IStdByteStream`.
 class BRN_API OStdByteStream : public OByteStream {
 public:
     explicit OStdByteStream(std::ostream& outStream) noexcept : mStream(outStream) {}
@@ -44,7 +45,7 @@ public:
     void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override;
     void CurPos(std::uint64_t inPosition) override;
 
-    /// -1, as an unsigned number, from a stream that has failed or cannot seek.
+    /// 2^64 - 1 if the standard stream has failed or cannot seek.
     std::uint64_t CurPos() const override;
 
 private:

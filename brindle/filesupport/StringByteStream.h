@@ -1,46 +1,28 @@
 #pragma once
 
 #include <brindle/Export.h>
-#include <brindle/filesupport/ByteStream.h>
+#include <brindle/filesupport/ContainerByteStream.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace brindle::filesupport {
 
-/// Reads a string that the caller keeps alive. If it changes meanwhile, reading goes on at the same
-/// position in what it then holds. A position past the present end is refused with `eof_error`.
-class BRN_API IStringByteStream : public IByteStream {
+extern template class IContainerByteStream<std::string>;
+extern template class OContainerByteStream<std::string>;
+
+/// Reads a string of bytes that the caller keeps alive.
+class BRN_API IStringByteStream : public IContainerByteStream<std::string> {
 public:
-    explicit IStringByteStream(std::string& inString) noexcept : mString(inString) {}
+    explicit IStringByteStream(std::string& inString) noexcept : IContainerByteStream(inString) {}
     ~IStringByteStream() override;
-
-    std::uint8_t Get() override;
-    void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
-    void CurPos(std::uint64_t inPosition) override;
-    std::uint64_t CurPos() const override;
-    std::uint64_t Length() const override;
-
-private:
-    std::string& mString;
-    std::size_t mPosition = 0;
 };
 
-/// Appends to a string that the caller keeps alive. The position is always its size, and setting
-/// it does nothing.
-class BRN_API OStringByteStream : public OByteStream {
+/// Appends to a string of bytes that the caller keeps alive.
+class BRN_API OStringByteStream : public OContainerByteStream<std::string> {
 public:
-    explicit OStringByteStream(std::string& outString) noexcept : mString(outString) {}
+    explicit OStringByteStream(std::string& outString) noexcept : OContainerByteStream(outString) {}
     ~OStringByteStream() override;
-
-    void Put(std::uint8_t inValue) override;
-    void WriteBlock(std::uint8_t const* inSource, std::uint32_t inCount) override;
-    void CurPos(std::uint64_t inPosition) override;
-    std::uint64_t CurPos() const override;
-
-private:
-    std::string& mString;
 };
 
 } // namespace brindle::filesupport

@@ -6,11 +6,11 @@
 
 namespace brindle::geom {
 
-/// A 3 by 3 matrix, for `float` and `double`: nine elements, row by row, and nothing else.
+/// A 3 by 3 matrix of `float` or `double`: nine elements, row by row, and nothing else.
 ///
-/// As a transform of the plane it acts on row vectors: the point (x, y) is the row (x, y, 1),
-/// multiplied from the left. So the linear part is the upper left 2 by 2 block, the translation is
-/// `[2][0]` and `[2][1]`, and the third column is (0, 0, 1).
+/// As a transform of the plane it acts on row vectors, the point (x, y) being the row (x, y, 1) on
+/// its left: the upper left 2 by 2 block is the linear part, `[2][0]` and `[2][1]` are the
+/// translation, and the third column is (0, 0, 1).
 template <typename T>
 class BRN_API MatrixT {
     static_assert(std::is_floating_point_v<T>);
@@ -18,8 +18,8 @@ class BRN_API MatrixT {
 public:
     constexpr MatrixT() noexcept : MatrixT(false) {}
 
-    /// The identity with `true`. With `false` the elements have no particular value, and whoever
-    /// makes the matrix sets them; to copy or read them before that is harmless.
+    /// The identity with `true`. With `false` the elements are unspecified until they are set;
+    /// copying or reading them before that is harmless.
     explicit constexpr MatrixT(bool inIdentity) noexcept {
         if (inIdentity) {
             SetIdentity();
@@ -44,14 +44,14 @@ public:
     /// Replaces the matrix by its inverse as a transform of the plane, and returns true. The third
     /// column is neither read nor written.
     ///
-    /// A matrix is singular if the determinant of its linear part is at most 1e-9 either way, or no
-    /// number. Its nine elements become 0 and the result is false; with `inThrowIfSingular` that is
-    /// first reported through `config::ThrowError`.
-    bool Invert(bool inThrowIfSingular);
+    /// A matrix is singular if the magnitude of the determinant of its linear part is at most 1e-9,
+    /// or not a number. Then all nine elements become 0, `config::kError_SingularMatrix` is raised
+    /// if `inThrowIfSingular`, and the result is false.
+    [[nodiscard]] bool Invert(bool inThrowIfSingular);
 
 private:
-    // Filled even where nobody asks for it: a value that was never set may not be copied, and the
-    // compiler drops what is overwritten at once.
+    // Initialised in any case, so that copying is defined; the compiler removes stores that are
+    // overwritten at once.
     T mElements[9]{};
 };
 

@@ -2,7 +2,8 @@
 
 namespace brindle::geom {
 
-/// A point of the plane, or a size: `x` the width, `y` the height. For `float` and `std::int32_t`.
+/// A point of the plane, or a size with the width in `x` and the height in `y`. Used with `float`
+/// and `std::int32_t`.
 template <typename T>
 struct PointT {
     T x{};

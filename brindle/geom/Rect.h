@@ -2,7 +2,7 @@
 
 namespace brindle::geom {
 
-/// A rectangle by its origin and its extent, not by two corners. For `float` and `std::int32_t`.
+/// A rectangle: its origin and its extent, not two corners. Used with `float` and `std::int32_t`.
 template <typename T>
 struct RectT {
     T x{}; ///< left edge

@@ -1,61 +1,45 @@
 #pragma once
 
 #include <brindle/Export.h>
+#include <brindle/proplist/PropertyTypes.h>
 #include <brindle/utility/TextTypes.h>
 
 #include <cstdint>
 #include <list>
+#include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace brindle::proplist {
-
-/// The type of a property. It is part of the stored value, and nothing converts between types.
-enum PropListPropertyType : std::int32_t {
-    kPropertyType_None = 0, ///< there is no such property
-
-    kPropertyType_UTF16String = 1,
-    kPropertyType_UTF8String = 2,
-    kPropertyType_Bool = 3,
-    kPropertyType_UInt16 = 4,
-    kPropertyType_UInt32 = 5,
-    kPropertyType_Int32 = 6,
-    kPropertyType_Int64 = 7,
-    kPropertyType_UInt64 = 8,
-    kPropertyType_Float = 9,
-    kPropertyType_Double = 10,
-
-    kPropertyType_PropList = 11, ///< a nested list
-
-    kPropertyType_UTF16StringArray = 12,
-    kPropertyType_UTF8StringArray = 13,
-    kPropertyType_BoolArray = 14,
-    kPropertyType_UInt16Array = 15,
-    kPropertyType_UInt32Array = 16,
-    kPropertyType_Int32Array = 17,
-    kPropertyType_Int64Array = 18,
-    kPropertyType_UInt64Array = 19,
-    kPropertyType_FloatArray = 20,
-    kPropertyType_DoubleArray = 21
-};
-
-class PropList;
-class PropListXMLHandler;
 
 namespace impl {
 
 struct PropNodeSlot;
 using PropNodeBlocks = std::vector<std::vector<PropNodeSlot>>;
 
-bool HoldsCutText(PropList const& inList);
+struct PropListAccess;
+
+/// The property's type for an integer type that may be another name of the same thing.
+template <typename T>
+using SameInteger = std::enable_if_t<
+    std::is_same_v<T, long> || std::is_same_v<T, unsigned long> || std::is_same_v<T, long long> ||
+        std::is_same_v<T, unsigned long long>,
+    std::conditional_t<sizeof(T) == sizeof(std::int64_t),
+                       std::conditional_t<std::is_signed_v<T>, std::int64_t, std::uint64_t>,
+                       std::conditional_t<std::is_signed_v<T>, std::int32_t, std::uint32_t>>>;
 
 } // namespace impl
 
-/// A typed store of values under keys, which may hold lists of its own kind: the form of
-/// preferences and other small documents.
+/// A typed store of values under keys, which may hold nested lists: the form of preferences and
+/// other small documents.
 ///
-/// Any byte string is a key, the empty one too; keys differ by their bytes. A look-up never fails
-/// otherwise than by its result, and changes that throw (`std::bad_alloc`) leave the list as it
-/// was. Lists nest to any depth. There are no locks: callers serialise access.
+///     proplist::PropList preferences;
+///     preferences.SetValue("volume"_utf8, 0.5);
+///     preferences.NewSubList("window"_utf8)->SetValue("visible"_utf8, true);
+///
+/// Any byte string is a key, the empty one too; keys are compared by their bytes. Lists nest to any
+/// depth. A change that throws (`std::bad_alloc`) leaves the list as it was. A list takes no lock:
+/// callers serialise access.
 class BRN_API PropList {
 public:
     /// An empty list of the current version.
@@ -63,12 +47,12 @@ public:
     PropList(PropList const&) = delete;
     PropList& operator=(PropList const&) = delete;
 
-    /// Deletes the nested lists too.
+    /// Destroys the nested lists too.
     virtual ~PropList();
 
-    // Reads the property into the value, or appends the elements of an array behind those that are
-    // in `ioValues`. False, with the argument left alone, if there is no property of exactly that
-    // type.
+    /// Reads the property into `outValue`, or appends the elements of an array to `ioValues`.
+    /// Returns false, and leaves the argument as it is, if there is no property of exactly that
+    /// type under the key: `GetPropertyType` tells a missing property from one of another type.
     virtual bool GetValue(UTF8String const& inKey, std::list<double>& ioValues) const;
     virtual bool GetValue(UTF8String const& inKey, double& outValue) const;
     virtual bool GetValue(UTF8String const& inKey, std::list<float>& ioValues) const;
@@ -90,8 +74,8 @@ public:
     virtual bool GetValue(UTF8String const& inKey, std::list<UTF16String>& ioValues) const;
     virtual bool GetValue(UTF8String const& inKey, UTF16String& outValue) const;
 
-    // Stores the value, or an array of the values, in place of what the key held, whatever its
-    // type. An empty array is a property too.
+    /// Stores the value, or an array of the values, in place of what the key held, whatever its
+    /// type was. An empty array is a property too.
     virtual void SetValue(UTF8String const& inKey, std::list<double> const& inValues);
     virtual void SetValue(UTF8String const& inKey, double const& inValue);
     virtual void SetValue(UTF8String const& inKey, std::list<float> const& inValues);
@@ -113,49 +97,68 @@ public:
     virtual void SetValue(UTF8String const& inKey, std::list<UTF16String> const& inValues);
     virtual void SetValue(UTF8String const& inKey, UTF16String const& inValue);
 
-    /// A pointer, a literal among them, would be stored as a `bool`.
+    /// Integer types that are none of the above, but as wide as one, as `long long` often is.
+    template <typename T, typename Same = impl::SameInteger<T>>
+    void SetValue(UTF8String const& inKey, T inValue) {
+        SetValue(inKey, static_cast<Same const&>(static_cast<Same>(inValue)));
+    }
+    template <typename T, typename Same = impl::SameInteger<T>>
+    bool GetValue(UTF8String const& inKey, T& outValue) const {
+        Same value{};
+        if (!GetValue(inKey, value)) {
+            return false;
+        }
+        outValue = static_cast<T>(value);
+        return true;
+    }
+
+    /// A pointer, a string literal among them, would be stored as a `bool`, and a character as a
+    /// number. Texts are written with `_utf8` or `_utf16` behind the literal.
     template <typename T>
     void SetValue(UTF8String const& inKey, T const* inPointer) = delete;
+    void SetValue(UTF8String const& inKey, char inCharacter) = delete;
+    void SetValue(UTF8String const& inKey, wchar_t inCharacter) = delete;
+    void SetValue(UTF8String const& inKey, char16_t inCharacter) = delete;
+    void SetValue(UTF8String const& inKey, char32_t inCharacter) = delete;
 
-    /// The nested list, which stays the property's own: it goes when the property is removed or
-    /// replaced, or this list is cleared or destroyed. Null if there is no nested list under the
-    /// key.
-    virtual PropList* GetSubList(UTF8String const& inKey) const;
+    /// The nested list under the key, or null if there is none. The property owns it: it is
+    /// destroyed when the property is removed or replaced, or this list is cleared or destroyed.
+    [[nodiscard]] virtual PropList* GetSubList(UTF8String const& inKey) const;
 
-    /// The nested list under the key, with what it holds; if there is none, a new and empty one in
-    /// place of what the key held. It stays the property's own, as above.
+    /// The nested list under the key, with its contents; if there is none, a new and empty one in
+    /// place of what the key held. The property owns it, as above.
     virtual PropList* NewSubList(UTF8String const& inKey);
 
     /// Removes all properties. The version stays.
     virtual void Clear();
 
     /// Appends the list as an XML element, with its properties in the order of their keys: equal
-    /// lists give equal text. Numbers are written as the classic locale has them, whatever the
-    /// global one is; floating-point numbers with six significant digits.
+    /// lists give equal text. Numbers are written in the form of the classic locale, whatever the
+    /// global one is; floating-point numbers have six significant digits.
     virtual void OutputAsXMLFragment(UTF8String& ioText) const;
 
-    /// Appends the keys in their order; without those of nested lists.
+    /// Appends the keys in the order of their bytes. Those within nested lists are not among them.
     virtual void GetPropertyNames(std::list<UTF8String>& ioNames) const;
 
-    virtual PropListPropertyType GetPropertyType(UTF8String const& inKey) const;
+    /// `kPropertyType_None` if there is no such property.
+    [[nodiscard]] virtual PropListPropertyType GetPropertyType(UTF8String const& inKey) const;
 
-    /// The version of the document format that the list was read from; the current one if it was
-    /// not read.
-    std::uint16_t GetVersion() const noexcept { return mVersion; }
-    static std::uint16_t GetCurrentVersion() noexcept { return 4; }
+    /// The version of the document that the list was read from; the current one if it was not read.
+    [[nodiscard]] std::uint16_t GetVersion() const noexcept { return mVersion; }
+    [[nodiscard]] static std::uint16_t GetCurrentVersion() noexcept { return 4; }
 
-    bool IsEmpty() const noexcept { return mNodes.empty(); }
+    [[nodiscard]] bool IsEmpty() const noexcept { return mNodes.empty(); }
 
-    /// False if there is no such property.
+    /// Returns false if there is no such property.
     bool RemoveValue(UTF8String const& inKey);
 
 private:
-    friend class PropListXMLHandler; // sets the version that a document tells
-    friend bool impl::HoldsCutText(PropList const& inList);
+    friend struct impl::PropListAccess;
 
     void DeleteNodes() noexcept;
 
-    impl::PropNodeBlocks mNodes; // by the bytes of their keys
+    impl::PropNodeBlocks mNodes;              // sorted by the bytes of their keys
+    std::unique_ptr<UTF16String> mUnreadFile; // which the list must not replace
     std::uint16_t mVersion = GetCurrentVersion();
 };
 

@@ -4,6 +4,7 @@
 #include <brindle/geom/Point.h>
 #include <brindle/geom/Rect.h>
 #include <brindle/proplist/PropList.h>
+#include <brindle/proplist/PropListLoadResult.h>
 #include <brindle/utility/TextTypes.h>
 
 #include <cstdint>
@@ -17,42 +18,56 @@ class File;
 namespace brindle::proplist::utils {
 
 /// Replaces `outText` by the document of the list: UTF-8 without a byte-order mark, lines that end
-/// in a line feed. Only `std::bad_alloc` is thrown.
+/// with a line feed. Throws only `std::bad_alloc`.
 BRN_API void WritePropList(UTF8String& outText, PropList const& inList);
 
-/// Reads a document into the list. What the list holds stays; where a key exists, the document's
-/// value wins.
+/// Reads a document into the list. The list keeps its properties; where a key exists, the
+/// document's value replaces it.
 ///
-/// A document that is not well-formed is reported (`config::ThrowError`, module
-/// `kErrorModule_PropList`, code 22), and the list keeps what was read until then. Code 20 tells
-/// that the document's version is higher than the current one, code 21 that no parser is installed
-/// (`xml::SetParserFactory`).
+/// A document that is not well-formed is reported (`config::kError_PropListRead`), and the list
+/// keeps what was read before the fault. Also reported are a document of a later version
+/// (`kError_PropListVersion`) and a program that has installed no parser by
+/// `xml::SetParserFactory` (`kError_PropListReadWithoutParser`).
 BRN_API void ReadPropList(UTF8String const& inText, PropList& ioList);
 
-/// The same from a file, where a document that is not well-formed, or a file that cannot be read,
-/// leaves the list empty. With `inRenameCorrupt` the file is then renamed by adding ".old", in
-/// place of an older file of that name, and the report tells both paths and is not passed on,
-/// whatever it throws; a file that is missing or cannot be renamed is reported as it is.
+/// The same from a file. A file that cannot be read, or is not well-formed, leaves the list empty
+/// and is reported with its path. With `inRenameCorrupt`, a file that was read and is not
+/// well-formed is renamed by appending ".old", in place of an older file of that name; the report
+/// has both paths, and what it throws is dropped. A file that could not be read is not renamed, for
+/// it may be intact.
 BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorrupt);
 
-/// Writes the document to the file so that the old document or the new one is there, whole,
-/// whatever happens.
+/// Read as the two functions above do, but return how it went instead of reporting it. Only a
+/// document of a later version is still reported.
 ///
-/// The document is that of `WritePropList`, with carriage returns as references, since plain ones
-/// are read as line feeds. It is on the disk when this returns. A link stays a link, and an old
-/// file's mode and owner are kept.
+///     if (TryLoadPropList(path, list, true).status == kPropListLoad_Unreadable) {
+///         // The user's preferences exist, but somebody is just writing them, or the disk fails.
+///     }
+[[nodiscard]] BRN_API PropListLoadResult TryReadPropList(UTF8String const& inText,
+                                                         PropList& ioList);
+[[nodiscard]] BRN_API PropListLoadResult TryLoadPropList(UTF16String const& inPath,
+                                                         PropList& ioList, bool inRenameCorrupt);
+
+/// Replaces the file by the document of the list, atomically: whatever happens, the file has the
+/// whole old content or the whole new one. It is durable when this returns.
 ///
-/// Throws `filesupport::file_exception`, `rename_file` among them, if that fails, and before
-/// anything is touched if a key or a text holds what no reader would give back: a control character
+/// The document is that of `WritePropList`, with carriage returns as references, because plain ones
+/// are read as line feeds. A symbolic link stays a link, and an old file's mode and owner are kept.
+///
+/// Throws `filesupport::file_exception`, or `rename_file` derived from it, if that fails. Throws it
+/// before anything is touched if a key or a text cannot be read back: if it has a control character
 /// other than tab, line feed and carriage return, a surrogate without its partner, U+FFFE or
 /// U+FFFF, or bytes that are not UTF-8.
+///
+/// A list does not replace the file that the last load of it could not read, or of which a load was
+/// ended by an exception: what the list lacks would be lost. `SavePropList` throws then too, until
+/// the file was loaded into the list or is gone.
 BRN_API void SavePropList(filesupport::File& ioFile, PropList const& inList);
 BRN_API void SavePropList(UTF16String const& inPath, PropList const& inList);
 
-// A rectangle is an array of x, y, width and height, a point one of x and y. Readers take the first
-// elements of an array and give zeros if there is no array of that type, or it has too few. A null
-// list reads as an empty one, and takes nothing.
-
+/// A rectangle is an array of x, y, width and height, a point an array of x and y. Readers take the
+/// first elements, and return zeros if there is no array of that type or it has too few elements.
+/// Writing to a null list does nothing; reading from one returns zeros.
 BRN_API void WriteRectF32(UTF8String const& inKey, geom::RectT<float> const& inRect,
                           PropList* ioList);
 BRN_API void WriteRect32(UTF8String const& inKey, geom::RectT<std::int32_t> const& inRect,

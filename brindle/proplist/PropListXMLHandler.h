@@ -11,26 +11,22 @@
 
 namespace brindle::proplist {
 
-namespace impl {
-enum class ValueKind : std::uint8_t;
-}
-
-/// Fills a list from the events of its document: `utils::ReadPropList` for those who have a parser
-/// of their own. One handler reads one document.
+/// Fills a list from the events of its document. Only a client with a parser of its own needs it;
+/// `utils::ReadPropList` does the same with the installed parser. One handler reads one document.
 ///
-/// Any events in any order are safe. Elements that a document of a list does not have are passed
-/// over with their text, and lists nest to any depth. What the document holds is added to the list,
-/// in place of what stood under the same keys.
+/// Any events in any order are safe. Unknown elements are ignored with their text, and lists nest
+/// to any depth. The document's properties are added to the list; where a key exists, its value is
+/// replaced.
 class BRN_API PropListXMLHandler : public xml::AbstractParseHandler {
 public:
-    /// The list outlives the handler, and nobody else changes it before the last event.
+    /// The list has to outlive the handler, and must not be changed by others until the last event.
     explicit PropListXMLHandler(PropList& ioList) noexcept;
     PropListXMLHandler(PropListXMLHandler const&) = delete;
     PropListXMLHandler& operator=(PropListXMLHandler const&) = delete;
     ~PropListXMLHandler() override;
 
-    /// Reports a version higher than the current one (`config::ThrowError`, module
-    /// `kErrorModule_PropList`, code 20), and goes on if that returns.
+    /// Reports a version higher than the current one (`config::kError_PropListVersion`), and goes
+    /// on if that returns.
     void StartElement(UTF16String const& inName,
                       std::map<UTF16String, UTF16String> const& inAttributes) override;
     void EndElement(UTF16String const& inName) override;
@@ -42,7 +38,7 @@ private:
     void ReadVersion(std::map<UTF16String, UTF16String> const& inAttributes);
     void StartList();
     void EndList() noexcept;
-    void StartValue(impl::ValueKind inKind) noexcept;
+    void StartValue(PropListPropertyType inType, bool inFlag) noexcept;
     void EndValue();
     void CollectElement();
     void StoreScalar();
@@ -53,11 +49,12 @@ private:
     UTF16String mValueText;
     std::vector<PropList*> mOpenLists; ///< the root first; values go to the last
     Target mTarget = Target::kNone;    ///< where text goes
-    impl::ValueKind mValueKind{};
+    PropListPropertyType mValueType = kPropertyType_None;
+    bool mFlag = false; ///< the value, if it is a `bool`
     bool mIsInArray = false;
     bool mIsInArrayType = false;
-    impl::ValueKind mArrayTypeKind{};
-    std::vector<UTF16String> mElements; ///< of the array that is being read
+    PropListPropertyType mArrayType = kPropertyType_None; ///< of the elements, as <array.type> says
+    std::vector<UTF16String> mElements;                   ///< of the array that is being read
 };
 
 } // namespace brindle::proplist

@@ -7,27 +7,31 @@
 
 namespace brindle::threads {
 
-/// An executor on the loop of the thread that made it. Immediate functions run in the order of
-/// posting, on a later turn of the loop and never inside `Post`; delayed ones when they are due, on
-/// the system's clock.
+/// An executor that runs functions on the loop of the thread that made it.
 ///
-/// With its last reference, which may go on any thread and in a function that it runs, all that has
-/// not begun is released, and never runs.
+///     auto const loop = AdaptCurrentEventLoopAsExecutor(); // on the user interface's thread
+///     pool->Post([loop] { Work(); loop->Post([] { ShowResult(); }, 0); }, 0);
+///
+/// Immediate functions, those with a delay of 0, run in the order of posting, on a later turn of
+/// the loop and never inside `Post`. Delayed functions run when they are due by the system's clock.
+///
+/// When its last reference is released, all functions that have not begun are released and never
+/// run. That may happen on any thread, also inside a function that the executor runs.
 class BRN_API AsyncEventLoopAdaptor : public AsyncExecutor {
 public:
     /// Runs the immediate functions that wait, on the calling thread, until none is left. An
-    /// exception from one of them ends the drain and reaches the caller. Delayed functions are left
-    /// to the loop.
+    /// exception from one of them ends the drain and reaches the caller. Delayed functions are not
+    /// affected.
     virtual void Drain() = 0;
 };
 
-/// Makes an executor of the calling thread, which goes on to handle messages: see `EventLoop.h`. A
-/// thread may have any number of them. When the thread ends, they accept nothing any more: delayed
-/// functions are released when they are due; immediate ones are left to `Drain`, also one that
-/// `Post` refused then.
+/// Makes an executor of the calling thread, whose loop must handle messages as described in
+/// `EventLoop.h`. A thread may have any number of adaptors. When the thread ends, they accept
+/// nothing more: delayed functions are released when they are due; immediate functions are left to
+/// `Drain`, including one that `Post` then refuses.
 ///
-/// That the system has no more threads or descriptors is reported through `config::ThrowError`, and
-/// is a `boost::thread_resource_error` if the report returns; `std::bad_alloc`.
-BRN_API boost::shared_ptr<AsyncEventLoopAdaptor> AdaptCurrentEventLoopAsExecutor();
+/// A lack of threads or descriptors is reported through `config::ThrowError`, and throws
+/// `boost::thread_resource_error` if the report returns. Throws `std::bad_alloc`.
+[[nodiscard]] BRN_API boost::shared_ptr<AsyncEventLoopAdaptor> AdaptCurrentEventLoopAsExecutor();
 
 } // namespace brindle::threads

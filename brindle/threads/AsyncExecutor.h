@@ -15,16 +15,16 @@ class BRN_API AsyncExecutor {
 public:
     virtual ~AsyncExecutor();
 
-    /// Has a copy of the function called, as soon as possible with a delay of 0. False if the
-    /// executor does not accept it, and then it is not called. An empty function is accepted and
-    /// skipped. Throws `std::bad_alloc`. Does not block.
+    /// Has a copy of the function called after the delay; with a delay of 0, as soon as possible.
+    /// False if the executor does not accept it; then the function is not called. An empty function
+    /// is accepted and skipped. Throws `std::bad_alloc`. Does not block.
     virtual bool Post(boost::function0<void> const& inFunction,
                       std::uint32_t inDelayMilliseconds) = 0;
 
-    /// Whether the caller is a thread of this executor. Throws `std::bad_alloc`.
+    /// Whether the calling thread belongs to this executor. Throws `std::bad_alloc`.
     virtual bool IsCurrentThreadExecutorThread() = 0;
 
-    /// How many threads the executor runs on.
+    /// The number of threads on which the executor runs functions.
     virtual std::int32_t GetThreadCount() = 0;
 };
 

@@ -10,33 +10,40 @@
 
 namespace brindle::threads {
 
-/// An executor with a pool of worker threads. Immediate items start in the order of posting and run
-/// side by side; delays are measured on the system's clock. It shuts down with its last reference.
+/// An executor with a pool of worker threads.
+///
+///     auto const pool = CreateAsyncThreadedExecutor("thumbnails", -1, kThreadPriorityBelowNormal);
+///     pool->Post([] { /* on a worker */ }, 0);
+///
+/// Immediate functions, those with a delay of 0, start in the order of posting and run in parallel.
+/// Delays are measured by the system's clock. The executor shuts down when its last reference is
+/// released, on whatever thread that happens.
 class BRN_API AsyncThreadedExecutor : public AsyncExecutor {
 public:
-    /// Accepts nothing more. Immediate items that were accepted still run, delayed ones are dropped
-    /// unless a worker has found them due; a suspended pool is resumed. Does not wait for the
-    /// workers. Nothing when called on a worker of this executor. Throws `std::bad_alloc`, and then
-    /// has done nothing.
+    /// Accepts no more functions. Immediate functions that were accepted still run; delayed
+    /// functions are dropped unless a worker has already found them to be due. Resumes a suspended
+    /// pool. Does not wait for the workers. Has no effect when called on a worker of this executor.
+    /// Throws `std::bad_alloc` without having done anything.
     virtual void Shutdown() = 0;
     virtual bool IsShutdown() = 0;
 
-    /// Blocks until every immediate item posted before has finished; after `Shutdown`, until the
-    /// workers have ended. Nothing when called on a worker of this executor. Throws
-    /// `std::bad_alloc`, and then nobody waits.
+    /// Blocks until every immediate function that was posted before has returned; after `Shutdown`,
+    /// until the workers have ended. Returns at once when called on a worker of this executor.
+    /// Throws `std::bad_alloc` without having blocked any thread.
     virtual void Synchronize() = 0;
 
-    /// Each worker stops before its next item until `Resume`; running items go on.
+    /// Until `Resume`, each worker blocks before its next function. Functions that are running are
+    /// not affected.
     virtual void Suspend() = 0;
     virtual void Resume() = 0;
-    /// Blocks while the executor is suspended; `Shutdown` ends the wait.
+    /// Blocks while the executor is suspended, but no longer than until `Shutdown`.
     virtual void WaitUntilResumed() = 0;
 };
 
-/// Starts a pool whose workers all bear this name and have this priority. A count of -1 means one
-/// worker for each processor; with 0 or a lower one there are none, and items are accepted and
-/// never run. A thread that cannot be made is reported and thrown as for `Thread`.
-BRN_API boost::shared_ptr<AsyncThreadedExecutor>
+/// Starts a pool whose workers all have this name and priority. A count of -1 means one worker for
+/// each processor. With a count of 0 or below -1 there are no workers, and functions are accepted
+/// but never run. A thread that cannot be started is reported and thrown as described for `Thread`.
+[[nodiscard]] BRN_API boost::shared_ptr<AsyncThreadedExecutor>
 CreateAsyncThreadedExecutor(std::string const& inName, int inThreadCount,
                             ThreadPriority inPriority);
 

@@ -9,24 +9,23 @@
 
 namespace brindle::threads {
 
-/// A meeting point of `inCount` threads, any number of times over.
+/// A point where `inCount` threads wait for each other, any number of times.
 ///
-/// A count of 0 is a `std::invalid_argument`. That the system has no more resources is reported
-/// through `config::ThrowError`, and is a `boost::thread_resource_error` if the report returns.
+/// A count of 0 throws `std::invalid_argument`. A lack of resources is reported through
+/// `config::ThrowError`, and throws `boost::thread_resource_error` if the report returns.
 class BRN_API Barrier {
 public:
     explicit Barrier(unsigned int inCount);
     Barrier(std::string const& inName, unsigned int inCount);
-    /// Take the barrier of the source and a copy of its name. The source may only be destroyed or
-    /// assigned to from then on. Nobody may wait at either meanwhile.
+    /// These take the source's barrier, and copy its name. From then on the source may only be
+    /// destroyed or assigned to. No thread may wait at either meanwhile.
     Barrier(Barrier& ioSource);
     Barrier& operator=(Barrier& ioSource);
     virtual ~Barrier();
 
-    /// Blocks until the last of the threads has come. True for that one, false for the others. What
-    /// any of them did before is visible to all of them afterwards. The barrier stays until all
-    /// have returned. Boost's interruption ends a wait; the thread still counts as one that has
-    /// come.
+    /// Blocks until all threads have come. True for the last one, false for the others. What each
+    /// thread did before is visible to all of them afterwards. The barrier must exist until all
+    /// have returned. Boost's interruption ends the wait; the thread still counts as having come.
     bool Wait();
 
 private:

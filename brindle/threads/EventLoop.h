@@ -2,22 +2,30 @@
 
 #include <brindle/Export.h>
 
+/// How a thread serves its executors (`AdaptCurrentEventLoopAsExecutor`) from a loop of its own or
+/// of another library: the loop watches the descriptor, and calls `DispatchMessages` when it is
+/// readable.
+///
+///     pollfd watched{EventLoopDescriptor(), POLLIN, 0};
+///     while (DispatchMessages()) { poll(&watched, 1, -1); }
+
 namespace brindle::threads {
 
-/// For a thread whose loop is its own, or that of another library: how it serves the executors that
-/// `AdaptCurrentEventLoopAsExecutor` makes of it. The loop watches the descriptor, and calls
-/// `DispatchMessages` when it is readable. A forked child has no loop: it shares the descriptor
-/// with its parent, and must leave it alone.
+/// The descriptor of the calling thread's messages: readable as long as messages wait, and open
+/// until the thread ends. It is only for watching, with `poll` or the like. A forked child must not
+/// use the descriptor of its parent; it may ask for its own.
+///
+/// A lack of descriptors is reported through `config::ThrowError`, and throws
+/// `boost::thread_resource_error` if the report returns. Throws `std::bad_alloc`.
+[[nodiscard]] BRN_API int EventLoopDescriptor();
 
-/// The descriptor of the calling thread's messages. It is readable as long as some wait. It is for
-/// watching alone, with `poll` or the like, and lasts until the thread ends. That the system has no
-/// more descriptors is reported through `config::ThrowError`, and is a
-/// `boost::thread_resource_error` if the report returns; `std::bad_alloc`.
-BRN_API int EventLoopDescriptor();
-
-/// Handles the messages that wait for the calling thread now, each of which runs at most one
-/// function, and does not block. What comes meanwhile is left to the next call. A function may call
-/// it, too. Throws as `EventLoopDescriptor`.
-BRN_API void DispatchMessages();
+/// Handles the messages that wait for the calling thread now; each runs at most one function. Does
+/// not block. Messages that arrive meanwhile are left to the next call. A function that runs in it
+/// may call it. Throws as `EventLoopDescriptor`.
+///
+/// False if the thread is one of an `AsyncEventLoopExecutor` that has been shut down. A loop that a
+/// function runs on such a thread, nested in the executor's own, then ends, so that the thread can;
+/// nothing more is handled in it.
+BRN_API bool DispatchMessages();
 
 } // namespace brindle::threads

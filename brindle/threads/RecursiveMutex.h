@@ -12,16 +12,18 @@ namespace brindle::threads {
 template <typename Mutex, typename BoostMutex>
 class ScopedLock;
 
-/// A mutex that its owner may lock several times; locked through a `RecursiveMutexLock`.
+/// A mutex that its owner may lock several times. It is locked through a `RecursiveMutexLock`:
 ///
-/// That the system has no more mutexes is reported through `config::ThrowError`, and is a
+///     RecursiveMutexLock const lock(mMutex, true);
+///
+/// A lack of resources is reported through `config::ThrowError`, and throws
 /// `boost::thread_resource_error` if the report returns.
 class BRN_API RecursiveMutex {
 public:
     RecursiveMutex();
-    /// The name says to the reader what the mutex is for; it leaves no trace.
+    /// The name is for the reader of the code, and is not kept.
     explicit RecursiveMutex(std::string const& inName);
-    /// Take the mutex of the source, which may only be destroyed or assigned to from then on.
+    /// These take the source's mutex. From then on the source may only be destroyed or assigned to.
     /// Neither may be locked meanwhile.
     RecursiveMutex(RecursiveMutex& ioSource);
     RecursiveMutex& operator=(RecursiveMutex& ioSource);

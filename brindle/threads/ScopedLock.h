@@ -7,14 +7,15 @@
 
 namespace brindle::threads {
 
-/// Holds a mutex for as long as it lives. One thread may hold several on one recursive mutex.
+/// Holds a mutex for as long as it lives. One thread may have several of these on one recursive
+/// mutex.
 ///
-/// A failure is reported through `config::ThrowError`, and is a `boost::lock_error` or a
+/// A failure is reported through `config::ThrowError`, and throws `boost::lock_error` or
 /// `boost::thread_resource_error` if the report returns.
 template <typename Mutex, typename BoostMutex>
 class ScopedLock {
 public:
-    /// Waits for the mutex and locks it if `inLockNow`; otherwise it stays unlocked.
+    /// Locks the mutex, and blocks until it can, if `inLockNow`; otherwise the mutex is not locked.
     ScopedLock(Mutex& ioMutex, bool inLockNow);
     ScopedLock(ScopedLock const&) = delete;
     ScopedLock& operator=(ScopedLock const&) = delete;

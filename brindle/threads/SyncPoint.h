@@ -9,18 +9,18 @@
 
 namespace brindle::threads {
 
-/// A `Barrier` that is copied freely into threads and work items: all copies meet at one barrier.
-/// It stays for who waits at it when every handle has gone.
+/// A handle to a `Barrier`, for copying into threads and work items: all copies refer to the same
+/// barrier, which exists as long as a handle does or a thread waits at it.
 class BRN_API SyncPoint {
 public:
-    /// As for `Barrier`: a count of 0 is a `std::invalid_argument`.
+    /// As for `Barrier`: a count of 0 throws `std::invalid_argument`.
     explicit SyncPoint(unsigned int inCount);
     SyncPoint(std::string const& inName, unsigned int inCount);
     SyncPoint(SyncPoint const& inOther);
     SyncPoint& operator=(SyncPoint const& inOther);
     virtual ~SyncPoint();
 
-    /// As `Barrier::Wait`, but every handle may go meanwhile.
+    /// As `Barrier::Wait`; every handle may be destroyed meanwhile.
     bool Wait();
 
 private:

@@ -4,7 +4,7 @@
 
 namespace brindle::threads {
 
-/// How much a thread matters beside others. What the system grants of it depends on the user's
+/// How the system prefers a thread to others. Which priorities it grants depends on the user's
 /// rights.
 enum ThreadPriority : std::int32_t {
     kThreadPriorityIdle = 0,

@@ -4,18 +4,21 @@
 
 namespace brindle::time {
 
-/// A frame rate, told by its period: the exact number of ticks in one frame, so that 29.97 is no
-/// approximation but 30000/1001.
+/// A frame rate, stored as its period: the exact number of ticks in one frame. The NTSC rates are
+/// exact, too: `kFrameRate_VideoNTSC` is 30000/1001 frames per second and no approximation.
 ///
-/// A plain value; independent objects may be used on different threads. No operation reports.
+///     FrameRate const rate = kFrameRate_Film24;
+///     TickTime const frame100(100, rate); // see TickTime.h
+///
+/// A plain value. No operation reports an error.
 class FrameRate {
 public:
     /// `kFrameRate_Zero`.
     constexpr FrameRate() noexcept = default;
 
-    /// From frames per second: the period in ticks is truncated toward zero. 0.0 is
-    /// `kFrameRate_Zero`; a rate whose period is out of range, or not a number, has the least
-    /// 64-bit integer for its period. The NTSC rates have constants: 29.97 is not one of them.
+    /// From frames per second. The period in ticks is truncated toward zero, and 0.0 gives
+    /// `kFrameRate_Zero`. A period that is out of range or not a number becomes the least 64-bit
+    /// integer. Use the constants for NTSC rates: 29.97 is not quite one of them.
     constexpr explicit FrameRate(double inFramesPerSecond) noexcept
         : mTicksPerFrame(
               inFramesPerSecond == 0.0
@@ -44,8 +47,8 @@ public:
     constexpr bool operator!=(FrameRate const& inRHS) const noexcept {
         return mTicksPerFrame != inRHS.mTicksPerFrame;
     }
-    // The order is that of rates: the slower has the longer period. `kFrameRate_Zero` is below
-    // every rate with a positive period.
+    /// Rates are ordered by frames per second, so that the longer period is the lower rate.
+    /// `kFrameRate_Zero` is below every rate with a positive period.
     constexpr bool operator<(FrameRate const& inRHS) const noexcept {
         return mTicksPerFrame > inRHS.mTicksPerFrame;
     }
@@ -65,10 +68,10 @@ private:
     std::int64_t mTicksPerFrame = kZeroPeriod;
 };
 
-// Constants of the compiler rather than of the library's data: a division by one of them becomes a
-// multiplication, and a client's statics may use them in any order of loading.
+// These are compile-time constants, so that a division by one of them becomes a multiplication, and
+// so that static objects may use them in any order of initialisation.
 
-/// No rate: nothing moves.
+/// No frames at all.
 inline constexpr FrameRate kFrameRate_Zero;
 
 inline constexpr FrameRate kFrameRate_Video10 = FrameRate::Create(25401600000);

@@ -10,19 +10,21 @@ namespace brindle::time {
 
 namespace impl {
 
-/// What contracts name as their source.
+/// The source that contracts name.
 inline constexpr char kTickTimeSource[] = "time/src/TickTime";
 
 } // namespace impl
 
 /// A point in media time, or a duration: an exact count of ticks, 254016000000 to the second.
 ///
-/// Integer arithmetic is exact and wraps silently at 64 bits. Doubles appear only where a caller
-/// hands one in or asks for one; every conversion to ticks truncates toward zero, and a double that
-/// is out of range or not a number becomes the least 64-bit integer. Violated contracts are
-/// reported as `debug/Contract.h` tells; where an operation goes on after one, a division by an
-/// integer zero leaves the time as it was. A plain value; independent objects may be used on
-/// different threads.
+///     TickTime const time(1000, kFrameRate_VideoNTSC);              // the start of frame 1000
+///     std::int64_t const sample = time.ToFrame64(kFrameRate_Audio48000); // and the sample there
+///
+/// Integer arithmetic is exact and wraps silently at 64 bits. Doubles occur only where a caller
+/// passes one or asks for one. A conversion from a double to ticks truncates toward zero; a double
+/// that is out of range or not a number becomes the least 64-bit integer. A violated contract is
+/// reported through `debug::ViolateContract`; if that returns, a division by an integer zero leaves
+/// the time as it was. A plain value.
 class TickTime {
 public:
     constexpr TickTime() noexcept = default;
@@ -49,12 +51,12 @@ public:
         mTicks = impl::Sum(mTicks, impl::Product(inFrameRate.GetTicksPerFrame(), inFrames));
     }
 
-    /// The number of whole frames of `inFrameRate`, truncated toward zero: all times less than a
-    /// frame from 0, on either side, are in frame 0. 0 for `kFrameRate_Zero` and for a rate of 0
-    /// ticks per frame.
-    constexpr std::int64_t ToFrame64(FrameRate const& inFrameRate) const noexcept {
+    /// The number of whole frames of `inFrameRate`, truncated toward zero, so that all times within
+    /// less than a frame of 0, on either side, are in frame 0. 0 for `kFrameRate_Zero` and for a
+    /// rate of 0 ticks per frame.
+    [[nodiscard]] constexpr std::int64_t ToFrame64(FrameRate const& inFrameRate) const noexcept {
         std::int64_t const period = inFrameRate.GetTicksPerFrame();
-        // One comparison for all rates but the odd ones, which would be wrong or trap.
+        // The common case costs one branch; the other rates would be wrong here, or trap.
         if (period > 0 && period != kFrameRate_Zero.GetTicksPerFrame()) {
             return mTicks / period;
         }
@@ -62,12 +64,12 @@ public:
     }
 
     /// The low 32 bits of `ToFrame64`.
-    constexpr std::int32_t ToFrame32(FrameRate const& inFrameRate) const noexcept {
+    [[nodiscard]] constexpr std::int32_t ToFrame32(FrameRate const& inFrameRate) const noexcept {
         return static_cast<std::int32_t>(ToFrame64(inFrameRate));
     }
 
-    /// Moves to the start of the frame that `ToFrame64` tells: a positive time back, a negative one
-    /// forward, toward 0. Contracts: `inFrameRate` is not `kFrameRate_Zero` and has ticks.
+    /// Moves toward 0, to the start of the frame that `ToFrame64` gives. Contracts: `inFrameRate`
+    /// is not `kFrameRate_Zero`, and its period is not 0.
     constexpr void AlignToFrame(FrameRate const& inFrameRate) {
         debug::CheckContract(inFrameRate != kFrameRate_Zero, "inFrameRate != kFrameRate_Zero",
                              impl::kTickTimeSource, __LINE__);
@@ -79,9 +81,9 @@ public:
         }
     }
 
-    /// The rate at which this duration holds `inFrameCount` frames, its period truncated toward
-    /// zero; the count is taken as a signed number. A duration of 0, and a count of 0, have no
-    /// rate: `kFrameRate_Zero`.
+    /// Gives the rate at which this duration is `inFrameCount` frames long. Its period is truncated
+    /// toward zero, and the count is taken as a signed number. `kFrameRate_Zero` if the duration or
+    /// the count is 0.
     constexpr void CalculateFrameRate(std::uint64_t inFrameCount,
                                       FrameRate& outFrameRate) const noexcept {
         outFrameRate = mTicks == 0 || inFrameCount == 0
@@ -113,15 +115,15 @@ public:
         mTicks = impl::Difference(mTicks, inRHS.mTicks);
         return *this;
     }
-    constexpr TickTime operator+(TickTime const& inRHS) const noexcept {
+    [[nodiscard]] constexpr TickTime operator+(TickTime const& inRHS) const noexcept {
         return TickTime(*this) += inRHS;
     }
-    constexpr TickTime operator-(TickTime const& inRHS) const noexcept {
+    [[nodiscard]] constexpr TickTime operator-(TickTime const& inRHS) const noexcept {
         return TickTime(*this) -= inRHS;
     }
-    constexpr TickTime operator-() const noexcept { return TickTime() - *this; }
+    [[nodiscard]] constexpr TickTime operator-() const noexcept { return TickTime() - *this; }
 
-    /// Negates a negative time in place, and gives back this object.
+    /// Makes a negative time positive, in place, and returns this object.
     constexpr TickTime& Abs() noexcept {
         if (mTicks < 0) {
             *this = -*this;
@@ -141,19 +143,18 @@ public:
         mTicks = impl::Truncated(static_cast<double>(mTicks) * inValue);
         return *this;
     }
-    constexpr TickTime operator*(std::int32_t inValue) const noexcept {
+    [[nodiscard]] constexpr TickTime operator*(std::int32_t inValue) const noexcept {
         return TickTime(*this) *= inValue;
     }
-    constexpr TickTime operator*(std::uint32_t inValue) const noexcept {
+    [[nodiscard]] constexpr TickTime operator*(std::uint32_t inValue) const noexcept {
         return TickTime(*this) *= inValue;
     }
-    constexpr TickTime operator*(double inValue) const noexcept {
+    [[nodiscard]] constexpr TickTime operator*(double inValue) const noexcept {
         return TickTime(*this) *= inValue;
     }
 
-    // Contract of all divisions: the divisor is not 0. The forms that make a new value check it
-    // twice, before the copy is made and as the copy is divided.
-
+    /// Contract of all divisions: the divisor is not 0. The operators that make a new value report
+    /// a violation twice, before they copy the time and when they divide the copy.
     constexpr TickTime& operator/=(std::int32_t inValue) { return DivideBy(inValue); }
     constexpr TickTime& operator/=(std::uint32_t inValue) { return DivideBy(inValue); }
     constexpr TickTime& operator/=(double inValue) {
@@ -161,15 +162,19 @@ public:
         mTicks = impl::Truncated(static_cast<double>(mTicks) / inValue);
         return *this;
     }
-    constexpr TickTime operator/(std::int32_t inValue) const { return DividedBy(inValue); }
-    constexpr TickTime operator/(std::uint32_t inValue) const { return DividedBy(inValue); }
-    constexpr TickTime operator/(double inValue) const {
+    [[nodiscard]] constexpr TickTime operator/(std::int32_t inValue) const {
+        return DividedBy(inValue);
+    }
+    [[nodiscard]] constexpr TickTime operator/(std::uint32_t inValue) const {
+        return DividedBy(inValue);
+    }
+    [[nodiscard]] constexpr TickTime operator/(double inValue) const {
         debug::CheckContract(inValue != 0, "inValue != 0", impl::kTickTimeSource, __LINE__);
         return TickTime(*this) /= inValue;
     }
 
     /// The ratio of two times.
-    constexpr double operator/(TickTime const& inRHS) const {
+    [[nodiscard]] constexpr double operator/(TickTime const& inRHS) const {
         debug::CheckContract(inRHS.mTicks != 0, "inRHS.mTicks != 0", impl::kTickTimeSource,
                              __LINE__);
         return static_cast<double>(mTicks) / static_cast<double>(inRHS.mTicks);
@@ -195,10 +200,8 @@ private:
 
 inline constexpr TickTime kTickTime_Zero;
 
-// Conventions of clients: no operation tests against these, clamps to them or treats the invalid
-// time in a special way.
-
-/// One hundred hours.
+/// One hundred hours. This and the next two are conventions for clients: no operation tests against
+/// them, clamps to them or treats the invalid time in a special way.
 inline constexpr TickTime kTickTime_Max = TickTime::TicksToTickTime(91445760000000000);
 inline constexpr TickTime kTickTime_Min = TickTime::TicksToTickTime(-91445760000000000);
 /// Below `kTickTime_Min`.

@@ -5,13 +5,13 @@
 
 namespace brindle::time {
 
-/// The unit of media time: ticks in a second. So many that a frame of every video and audio rate in
-/// common use, the NTSC rates included, is a whole number of ticks.
+/// The unit of media time, in ticks per second. A frame of every video and audio rate in common
+/// use, the NTSC rates included, is a whole number of these ticks.
 inline constexpr std::int64_t kTicksPerSecond = 254016000000;
 
 namespace impl {
 
-// 64-bit arithmetic that wraps, on operands of which none traps.
+// 64-bit arithmetic that wraps, and that no operand makes trap.
 
 constexpr std::int64_t Sum(std::int64_t inLHS, std::int64_t inRHS) noexcept {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(inLHS) +
@@ -34,8 +34,9 @@ constexpr std::int64_t Quotient(std::int64_t inDividend, std::int64_t inDivisor)
 }
 
 #if defined(__x86_64__)
-/// What the language leaves open is the least integer to this processor, without a comparison. The
-/// compiler's own form of the instruction will not do: it folds constants by other rules.
+/// The processor's instruction gives the least integer where the language leaves the result
+/// undefined, without a comparison. The compiler's intrinsic for it would not do, for the compiler
+/// folds it by other rules when the operand is a constant.
 inline std::int64_t TruncatedByProcessor(double inValue) noexcept {
     std::int64_t result;
     __asm__("cvttsd2si %1, %0" : "=r"(result) : "x"(inValue));
@@ -43,7 +44,7 @@ inline std::int64_t TruncatedByProcessor(double inValue) noexcept {
 }
 #endif
 
-/// Truncated toward zero; the least integer for what is out of range or not a number.
+/// Truncated toward zero; the least integer for a value that is out of range or not a number.
 constexpr std::int64_t Truncated(double inValue) noexcept {
 #if defined(__x86_64__)
     if (!__builtin_is_constant_evaluated()) {

@@ -12,57 +12,60 @@ namespace brindle::time {
 
 /// How the frames of a rate are numbered.
 enum class FrameCounting : std::uint8_t {
-    /// Every number is used, so that at an NTSC rate timecode falls behind the clock.
+    /// Every number is used. At an NTSC rate the timecode falls behind the clock.
     kNonDrop,
-    /// The first numbers of every minute but each tenth are left out, two for each 30 frames of a
-    /// second, so that timecode at an NTSC rate keeps up with the clock. No frame is left out.
+    /// The first numbers of each minute except every tenth are left out, two for each 30 frames per
+    /// second, so that the timecode of an NTSC rate keeps up with the clock. No frame is left out.
     kDropFrame
 };
 
-/// Why a text is no timecode.
+/// Why a text is not a timecode.
 enum class TimecodeFault : std::uint8_t {
     kNone,
-    kForm,          ///< not written as `TimecodeFormat` tells
+    kForm,          ///< not in the form that `TimecodeFormat` describes
     kMinutes,       ///< over 59
     kSeconds,       ///< over 59
-    kFrames,        ///< not below the frames of a second
+    kFrames,        ///< not below the number of frames in a second
     kDroppedNumber, ///< a number that drop-frame counting leaves out
     kNoDropFrame,   ///< ";", at a rate without drop-frame counting
     kTooLarge       ///< does not fit into a `TickTime`
 };
 
-/// The outcome of reading a timecode: the start of its frame, or why there is none.
+/// The result of reading a timecode: the start of its frame, or why there is none.
 struct TimecodeReading {
     TimecodeFault fault = TimecodeFault::kNone;
     /// 0 if there is a fault.
     TickTime time;
 };
 
-/// The SMPTE timecode of one rate: which text stands for which frame.
+/// The SMPTE timecode of one rate, to and from text:
 ///
-/// The text is ASCII, `HH:MM:SS:FF`, with ";" before the frames if they are counted in drop-frame
-/// and "-" in front of a negative time, which mirrors the positive one. Hours have two digits or as
-/// many more as the value needs; frames have two, or as many more as the rate needs (three for 1000
-/// frames a second, five for 48000, where they are samples).
+///     auto const format = TimecodeFormat::Create(kFrameRate_VideoNTSC, FrameCounting::kDropFrame);
+///     std::string const text = format->ToText(TickTime(60.0)); // "00:00:59;28"
 ///
-/// Timecode counts whole frames in whole seconds. A rate has one if its frames divide the second,
-/// and if they divide 1001 seconds into a multiple of 1000: then it counts as the next whole rate,
-/// 23.976 at 24. 12.5 has none.
+/// The text is ASCII, `HH:MM:SS:FF`, with ";" before the frames if they are counted in drop-frame.
+/// A negative time is the positive one with "-" in front. Hours have two digits, or more if the
+/// value needs more. Frames have two, or more if the rate needs more: three for 1000 frames per
+/// second, five for 48000, where they are samples.
+///
+/// A rate has a timecode if a second is a whole number of its frames. So has an NTSC rate, of which
+/// 1001 seconds are a multiple of 1000 frames: it is counted as the next whole rate, 23.976 as 24.
+/// 12.5 has none.
 ///
 /// A plain value; any thread may use it.
 class BRN_API TimecodeFormat {
 public:
-    /// Nothing if the rate has no timecode, or, for drop-frame, is not 29.97, 59.94 or another NTSC
-    /// rate of a multiple of 30.
-    static std::optional<TimecodeFormat> Create(FrameRate const& inFrameRate,
-                                                FrameCounting inCounting) noexcept;
+    /// Empty if the rate has no timecode. Drop-frame timecode exists for 29.97, 59.94 and the other
+    /// NTSC rates that are counted as a multiple of 30.
+    [[nodiscard]] static std::optional<TimecodeFormat> Create(FrameRate const& inFrameRate,
+                                                              FrameCounting inCounting) noexcept;
 
-    /// The timecode of the frame in which the time lies, as `TickTime::ToFrame64` tells it.
-    std::string ToText(TickTime const& inTime) const;
+    /// The timecode of the frame that `TickTime::ToFrame64` gives for the time.
+    [[nodiscard]] std::string ToText(TickTime const& inTime) const;
 
-    /// The reverse: exact for every text that `ToText` gives. The separator before the frames says
-    /// how they are counted, whatever counting this format writes.
-    TimecodeReading ToTime(std::string_view inText) const noexcept;
+    /// The reverse, which is exact for every text that `ToText` gives. The separator before the
+    /// frames tells how they are counted, whichever counting this format writes.
+    [[nodiscard]] TimecodeReading ToTime(std::string_view inText) const noexcept;
 
 private:
     TimecodeFormat() noexcept = default;
@@ -72,7 +75,7 @@ private:
 
     FrameRate mFrameRate;
     std::uint64_t mFramesPerSecond = 0; // as they are counted
-    std::uint64_t mDropped = 0; // numbers left out in a minute, 0 if the rate has no drop-frame
+    std::uint64_t mDropped = 0; // numbers left out per minute; 0 if the rate has no drop-frame
     std::uint32_t mFrameDigits = 2;
     FrameCounting mCounting = FrameCounting::kNonDrop;
 };

@@ -8,16 +8,20 @@ namespace brindle::utility {
 /// The value of what a user types into a numeric field: a number in the user's form, or an
 /// expression of numbers, operators and parentheses.
 ///
-/// The operators, from the loosest to the tightest, each level from left to right: "e" or "E" (left
-/// times ten to the power of right), "+" and "-", "*", "/" (by 0.0 it gives the dividend), "^"
-/// (power). So "1e5+2" is 1e7, "2^3^2" is 64, and as "*" binds looser than "/", "8/2*3" is 12. All
-/// other characters are ignored. It never fails: an operand that is missing or cannot be read is
-/// 0.0, which makes a leading "-" a negation, and of "*", "/", "^" and "e" with nothing on the left
-/// the operator is ignored. Parentheses that do not match, or that enclose as a whole what is
-/// parenthesised at both of its ends, as in "((1)+(2))", are not resolved and read as 0.0.
+///     double const width = Calculate(field.Text()); // 640 for "(1,080+200)/2" in the US
 ///
-/// Time and memory are linear in the length of the text, whatever its depth; the depth of the
-/// machine's stack does not matter. Any thread may call; only the allocator can throw.
-BRN_API double Calculate(UTF16String inText);
+/// The operators from the loosest to the tightest, all of them left-associative: "e" or "E" (left
+/// times ten to the power of right); "+" and "-"; "*"; "/" (division by 0.0 gives the dividend);
+/// "^" (power). So "1e5+2" is 1e7, "2^3^2" is 64, and "8/2*3" is 12. All other characters are
+/// ignored.
+///
+/// It never fails. An operand that is missing or cannot be read is 0.0, so that a leading "-" is a
+/// negation; a "*", "/", "^" or "e" without a left side is ignored. Parentheses that do not match
+/// read as 0.0, and so does a pair around an expression that begins and ends with parentheses
+/// itself, as in "((1)+(2))".
+///
+/// Time and memory are linear in the length of the text, and deep nesting does not use up the
+/// stack. Any thread may call; only the allocator can throw.
+[[nodiscard]] BRN_API double Calculate(UTF16String inText);
 
 } // namespace brindle::utility

@@ -4,20 +4,19 @@
 
 namespace brindle::utility {
 
-/// A set of bit flags of the width of `Bits`, an unsigned integer type. A plain value, passed by
-/// value.
+/// A set of bit flags as wide as the unsigned integer type `Bits`. Pass it by value.
 template <typename Bits>
 class Flags {
-    static_assert(std::is_unsigned<Bits>::value, "flags are kept in an unsigned integer");
+    static_assert(std::is_unsigned<Bits>::value, "flags are stored in an unsigned integer");
 
 public:
     constexpr Flags() noexcept = default;
     constexpr Flags(Bits inBits) noexcept : mBits(inBits) {}
 
-    constexpr Bits Value() const noexcept { return mBits; }
+    [[nodiscard]] constexpr Bits Value() const noexcept { return mBits; }
 
     /// True if any of the bits of `inBits` is set.
-    constexpr bool Has(Bits inBits) const noexcept { return (mBits & inBits) != 0; }
+    [[nodiscard]] constexpr bool Has(Bits inBits) const noexcept { return (mBits & inBits) != 0; }
 
     friend constexpr Flags operator|(Flags inLHS, Flags inRHS) noexcept {
         return Flags(static_cast<Bits>(inLHS.mBits | inRHS.mBits));

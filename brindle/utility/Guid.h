@@ -15,40 +15,43 @@ class oUTF16StringStream;
 
 namespace utility {
 
-/// A 128-bit identifier: sixteen bytes, laid out as the platform's own structure.
+/// A 128-bit identifier, with the layout of the platform's own structure.
 ///
-/// The text form is "12345678-9abc-def0-0102-030405060708": 36 characters, lower-case hexadecimal.
-/// A text is accepted in that form alone, with digits of either case. Any other is reported through
-/// `config::ThrowError`; if that returns, the Guid is all zero.
+///     utility::Guid const id = utility::Guid::CreateUnique();
+///     std::cout << id << '\n'; // 12345678-9abc-def0-0102-030405060708
+///
+/// That text form has 36 characters with lower-case hexadecimal digits. Only this form is parsed,
+/// with digits of either case. Any other text is reported through `config::ThrowError`; if that
+/// returns, the Guid is all zero.
 class BRN_API Guid {
 public:
     /// All zero.
     constexpr Guid() noexcept = default;
 
-    /// The fields in the order of the text; the last eight are its last two groups.
+    /// The fields in the order of the text form, whose last two groups are the last eight bytes.
     constexpr Guid(std::uint32_t in1, std::uint16_t in2, std::uint16_t in3, std::uint8_t in4,
                    std::uint8_t in5, std::uint8_t in6, std::uint8_t in7, std::uint8_t in8,
                    std::uint8_t in9, std::uint8_t in10, std::uint8_t in11) noexcept
         : mValue{in1, in2, in3, {in4, in5, in6, in7, in8, in9, in10, in11}} {}
 
-    /// From the platform's structure, which the object also is to `GetGUID`.
+    /// From the platform's structure.
     constexpr Guid(_GUID const& inValue) noexcept : mValue(inValue) {}
 
-    /// From text. A null pointer is a text that is not accepted.
+    /// Parses the text form. A null pointer is reported like a malformed text.
     explicit Guid(char const* inText);
     explicit Guid(std::basic_string<char> const& inText);
-    /// As for the other conversions, the text ends before its first NUL.
+    /// The text ends before its first NUL, as in the conversion to UTF-8.
     explicit Guid(UTF16String const& inText);
 
-    /// A new identifier, random but for the bits that tell so (version 4). A failure of the system
-    /// is reported through `config::ThrowError`; if that returns, the Guid is all zero. Any thread
-    /// may call.
-    static Guid CreateUnique();
+    /// A new random identifier (version 4). A failure of the system's random source is reported
+    /// through `config::ThrowError`; if that returns, the Guid is all zero. Any thread may call.
+    [[nodiscard]] static Guid CreateUnique();
 
-    constexpr _GUID const& GetGUID() const noexcept { return mValue; }
+    /// The same bytes as the platform's structure.
+    [[nodiscard]] constexpr _GUID const& GetGUID() const noexcept { return mValue; }
 
-    /// The text form; nothing about it can fail.
-    UTF16String AsString() const;
+    /// The text form. Only the allocator can throw.
+    [[nodiscard]] UTF16String AsString() const;
 
     static constexpr void GuidToComponents(Guid const& inGuid, std::uint32_t& out1,
                                            std::uint16_t& out2, std::uint16_t& out3,
@@ -85,7 +88,7 @@ constexpr bool operator!=(Guid const& inLHS, Guid const& inRHS) noexcept {
 
 namespace impl {
 
-/// Four bytes as a signed number, the first one lowest.
+/// Four bytes as a little-endian signed number.
 constexpr std::int32_t SignedLittleEndian(std::uint8_t const* inBytes) noexcept {
     std::uint32_t value = 0;
     for (int i = 3; i >= 0; --i) {
@@ -96,9 +99,8 @@ constexpr std::int32_t SignedLittleEndian(std::uint8_t const* inBytes) noexcept 
 
 } // namespace impl
 
-/// Orders by the first three groups, unsigned, then by the first four and the last four of the
-/// eight bytes, each taken as a signed number with its first byte lowest. That is not the order of
-/// the texts.
+/// Compares the first three groups as unsigned numbers, then the first four and the last four of
+/// the eight bytes, each four as a little-endian signed number. This is not the order of the texts.
 constexpr bool operator<(Guid const& inLHS, Guid const& inRHS) noexcept {
     _GUID const& lhs = inLHS.GetGUID();
     _GUID const& rhs = inRHS.GetGUID();
@@ -122,15 +124,23 @@ constexpr bool operator>(Guid const& inLHS, Guid const& inRHS) noexcept {
     return inRHS < inLHS;
 }
 
-/// Inserts the text form.
-BRN_API oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid);
+/// Inserts the text form into a stream of any unit type of text.
 BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
                                              Guid const& inGuid);
+BRN_API std::basic_ostream<std::uint16_t>& operator<<(std::basic_ostream<std::uint16_t>& ioStream,
+                                                      Guid const& inGuid);
+BRN_API std::basic_ostream<std::uint8_t>& operator<<(std::basic_ostream<std::uint8_t>& ioStream,
+                                                     Guid const& inGuid);
+BRN_API oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid);
 
-/// Extracts a word, up to white space, and assigns the Guid of that text. Where no word is left,
-/// the stream fails, nothing is reported, and the Guid stays as it was.
-BRN_API iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid);
+/// Extracts one word, which ends at white space, and parses it. If no word is left, the stream
+/// fails, nothing is reported and the Guid stays as it was.
 BRN_API std::basic_istream<char>& operator>>(std::basic_istream<char>& ioStream, Guid& outGuid);
+BRN_API std::basic_istream<std::uint16_t>& operator>>(std::basic_istream<std::uint16_t>& ioStream,
+                                                      Guid& outGuid);
+BRN_API std::basic_istream<std::uint8_t>& operator>>(std::basic_istream<std::uint8_t>& ioStream,
+                                                     Guid& outGuid);
+BRN_API iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid);
 
 } // namespace utility
 

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-// The structures by which native interfaces pass identifiers, points and rectangles, for systems
-// that do not bring them.
-#if __has_include(<windows.h>)
+// The structures in which native interfaces pass identifiers, points and rectangles. They are
+// defined here for systems whose headers do not define them.
+#if defined(_WIN32)
 #include <windows.h>
 #else
 
@@ -23,8 +23,8 @@ struct tagPOINT {
 struct tagRECT {
     std::int32_t left;
     std::int32_t top;
-    std::int32_t right;  ///< just beyond the rectangle
-    std::int32_t bottom; ///< just beyond the rectangle
+    std::int32_t right;  ///< one past the last column
+    std::int32_t bottom; ///< one past the last row
 };
 
 #endif

@@ -7,11 +7,15 @@
 
 namespace brindle::utility {
 
-/// Base of intrusively counted objects, held through `boost::intrusive_ptr`.
+/// The base of objects with an intrusive reference count, held through `boost::intrusive_ptr`.
 ///
-/// The count starts at 0, in a copy too; the first `intrusive_ptr` makes it 1 and the last one to
-/// go deletes the object. Counting is atomic: pointers to one object may come and go on any thread,
-/// and what a thread did to the object before it let go is visible to the destructor.
+///     class Picture : public utility::RefCountedObject {};
+///     boost::intrusive_ptr<Picture> const picture(new Picture);
+///
+/// The count starts at 0, also in a copy. The last `intrusive_ptr` that is destroyed or reset
+/// deletes the object. Counting is atomic, so pointers to one object may be copied and destroyed on
+/// any thread; what a thread did to the object before it released its pointer is visible to the
+/// destructor.
 class BRN_API RefCountedObject {
 public:
     RefCountedObject() noexcept = default;
@@ -23,12 +27,14 @@ public:
     void Release() const noexcept;
 
 protected:
-    /// For an object with automatic or static storage: it is never deleted by its last reference.
+    /// Keeps the last reference from deleting the object, for objects with automatic or static
+    /// storage.
     void KeepWhenUnreferenced() noexcept { mIsKept = true; }
 
 private:
     mutable std::atomic<std::int32_t> mRefCount{0};
-    // A destructor may hand out a pointer to its object for a while: that must not delete it again.
+    // A destructor may hold a pointer to its own object for a while; releasing that pointer must
+    // not delete the object again.
     mutable bool mIsBeingDeleted = false;
     bool mIsKept = false;
 };

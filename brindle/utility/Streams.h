@@ -9,18 +9,20 @@
 
 namespace brindle::utility {
 
-/// Puts the stream on another buffer, null for none, and resets it to what a new stream on that
-/// buffer is: state, format, width, precision, fill, locale, tie and exception mask. Gives back the
-/// earlier buffer, which is neither flushed nor destroyed and belongs to the caller.
+/// Gives the stream another buffer, or none if `inBuffer` is null, and resets everything else to
+/// what a new stream has: state, format, width, precision, fill, locale, tie and exception mask.
+/// Returns the previous buffer, which is neither flushed nor destroyed and belongs to the caller.
 BRN_API std::basic_streambuf<char>* SetStreamBuffer(std::basic_ostream<char>& ioStream,
                                                     std::basic_streambuf<char>* inBuffer);
 BRN_API std::basic_streambuf<std::uint16_t>*
 SetStreamBuffer(UTF16OutputStream& ioStream, std::basic_streambuf<std::uint16_t>* inBuffer);
 
-/// The global streams. They have no lock: one thread at a time writes to each of the first two.
+/// The global streams. They can be used at any time, also in the constructors and destructors of
+/// static objects. They are not locked: only one thread at a time may use `UTF16Out`, and only one
+/// `Debug`.
 namespace streams {
 
-/// Standard output, in lines: see `debug::UTF16StdOutStreamBuffer`.
+/// Standard output, which gets a line for each flush: see `debug::UTF16StdOutStreamBuffer`.
 BRN_API extern UTF16OutputStream& UTF16Out;
 /// The developer's debug channel.
 BRN_API extern UTF16OutputStream& Debug;

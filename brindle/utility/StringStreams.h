@@ -2,6 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
+#include <brindle/utility/UnitInserters.h>
 
 #include <istream>
 #include <locale>
@@ -9,84 +10,92 @@
 #include <sstream>
 #include <streambuf>
 
-// Streams of the library's text types. They insert and extract what the `wchar_t` streams (16-bit
-// units) and the `char` streams (bytes) do in the same locale: numbers, text, manipulators,
-// grouping, states. A new stream takes the global locale of the moment.
+// Streams of the library's text types. They insert and extract exactly what the `wchar_t` streams
+// (for 16-bit units) and the `char` streams (for bytes) do in the same locale. A new stream has the
+// global locale of that moment. A stream is used by one thread at a time.
 //
-// As with the standard streams of any unit type, a `std::uint16_t` goes to a stream of 16-bit units
-// as a number; `put` writes one unit. A stream belongs to one thread at a time.
+// A `std::uint16_t` is inserted as a number; use `put`, `'x'` or `u'x'` to write one unit. See
+// UnitInserters.h for the literals that can be inserted.
 
 namespace brindle {
 
 namespace utility {
 
-/// `inBase` with the facets that streams of 16-bit units and of bytes need to handle numbers and
-/// classify characters; they do so by what `inBase` holds for `wchar_t` and `char`. `inBase` itself
-/// does not change. The stream classes below imbue this by themselves; it is for those who imbue
-/// through a reference to a base class, or use a standard stream class on these unit types.
-BRN_API std::locale WithTextFacets(std::locale const& inBase);
+/// A copy of `inBase` with the facets by which streams of 16-bit units and of bytes handle numbers
+/// and classify characters. These facets rely on those that `inBase` has for `wchar_t` and `char`.
+/// The stream classes below imbue such locales by themselves. Call this before imbuing a locale
+/// through a reference to a base class or into a standard stream class of these unit types.
+[[nodiscard]] BRN_API std::locale WithTextFacets(std::locale const& inBase);
 
 } // namespace utility
 
 /// An output stream of 16-bit units on a buffer that it does not own.
 class UTF16OutputStream : public std::basic_ostream<std::uint16_t> {
 public:
-    /// Without a buffer the stream is bad: not usable until `utility::SetStreamBuffer`.
+    /// A stream without a buffer; it is bad until `utility::SetStreamBuffer` gives it one.
     BRN_API UTF16OutputStream();
     BRN_API explicit UTF16OutputStream(std::basic_streambuf<std::uint16_t>* inBuffer);
 
-    /// Imbues `utility::WithTextFacets(inLocale)`, and returns the locale that was imbued before.
+    /// Moving would leave the buffer behind.
+    UTF16OutputStream(UTF16OutputStream&&) = delete;
+    UTF16OutputStream& operator=(UTF16OutputStream&&) = delete;
+
+    /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
 };
 
-/// Reads from a copy of a text of 16-bit units.
+/// Reads from a copy of a UTF-16 text.
+///
+///     iUTF16StringStream in(u"12 34"_utf16);
+///     in >> width >> height;
 class iUTF16StringStream : public std::basic_istringstream<std::uint16_t> {
 public:
     BRN_API explicit iUTF16StringStream(UTF16String const& inText);
     /// `inText` is NUL-terminated and not null.
     BRN_API explicit iUTF16StringStream(std::uint16_t const* inText);
+    BRN_API iUTF16StringStream(iUTF16StringStream&& inOther);
+    BRN_API iUTF16StringStream& operator=(iUTF16StringStream&& inOther);
 
-    /// As for `UTF16OutputStream`.
+    /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
 };
 
-/// Collects a text of 16-bit units, for `str` to give.
+/// Collects a UTF-16 text, which `str` returns.
+///
+///     oUTF16StringStream out;
+///     out << width << " x " << height;
 class oUTF16StringStream : public std::basic_ostringstream<std::uint16_t> {
 public:
     BRN_API oUTF16StringStream();
+    BRN_API oUTF16StringStream(oUTF16StringStream&& inOther);
+    BRN_API oUTF16StringStream& operator=(oUTF16StringStream&& inOther);
 
-    /// As for `UTF16OutputStream`.
+    /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
 };
 
-/// Reads from a copy of a text of bytes.
+/// Reads from a copy of a UTF-8 text.
 class iUTF8StringStream : public std::basic_istringstream<std::uint8_t> {
 public:
     BRN_API explicit iUTF8StringStream(UTF8String const& inText);
     /// `inText` is NUL-terminated and not null.
     BRN_API explicit iUTF8StringStream(std::uint8_t const* inText);
+    BRN_API iUTF8StringStream(iUTF8StringStream&& inOther);
+    BRN_API iUTF8StringStream& operator=(iUTF8StringStream&& inOther);
 
-    /// As for `UTF16OutputStream`.
+    /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
 };
 
-/// Collects a text of bytes, for `str` to give.
+/// Collects a UTF-8 text, which `str` returns.
 class oUTF8StringStream : public std::basic_ostringstream<std::uint8_t> {
 public:
     BRN_API oUTF8StringStream();
+    BRN_API oUTF8StringStream(oUTF8StringStream&& inOther);
+    BRN_API oUTF8StringStream& operator=(oUTF8StringStream&& inOther);
 
-    /// As for `UTF16OutputStream`.
+    /// Imbues `utility::WithTextFacets(inLocale)`, and returns the previous locale.
     BRN_API std::locale imbue(std::locale const& inLocale);
 };
 
 } // namespace brindle
-
-namespace std {
-
-/// The general template would insert the number of the unit, because for an output stream a
-/// `std::uint16_t` is a number.
-template <>
-BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
-                                                 char inCharacter);
-
-} // namespace std

@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-// Functions on UTF-16 text. They are pure, take any text, well-formed or not, and may run on any
-// thread; only the allocator can throw. Arguments may be one and the same object.
+// Functions on UTF-16 text. All accept any text, well-formed or not, all may be called on any
+// thread, and only the allocator can throw. Several arguments may be one and the same object.
 
 namespace brindle::utility {
 
@@ -16,52 +16,54 @@ enum LineEndingType : std::int32_t {
     kLineEnding_LF = 2    ///< U+000A
 };
 
-/// Replaces every occurrence of `inFind`, from the left; what was inserted is not searched again.
-/// An empty `inFind` occurs nowhere. The time is linear in the lengths.
+/// Replaces every occurrence of `inFind`, from left to right. Inserted text is not searched again,
+/// and an empty `inFind` occurs nowhere. Takes time linear in the lengths of the texts.
 BRN_API void ReplaceAllStringInString(UTF16String& ioText, UTF16String const& inFind,
                                       UTF16String const& inReplacement);
 
-/// Expands `inPattern`: `@0` to `@9` become the argument of that number, `@@` becomes `@`, and any
-/// other `@` stays.
-BRN_API UTF16String ReplaceInString(UTF16String const& inPattern, UTF16String const& in0,
-                                    UTF16String const& in1, UTF16String const& in2,
-                                    UTF16String const& in3, UTF16String const& in4,
-                                    UTF16String const& in5, UTF16String const& in6,
-                                    UTF16String const& in7, UTF16String const& in8,
-                                    UTF16String const& in9);
+/// Expands placeholders in `inPattern`: `@0` to `@9` become the argument of that number, `@@`
+/// becomes `@`, and any other `@` stays as it is.
+[[nodiscard]] BRN_API UTF16String ReplaceInString(UTF16String const& inPattern,
+                                                  UTF16String const& in0, UTF16String const& in1,
+                                                  UTF16String const& in2, UTF16String const& in3,
+                                                  UTF16String const& in4, UTF16String const& in5,
+                                                  UTF16String const& in6, UTF16String const& in7,
+                                                  UTF16String const& in8, UTF16String const& in9);
 
-/// The units of a line ending; empty for a value that is no enumerator.
-BRN_API UTF16String GetLineEnding(LineEndingType inType);
+/// The units of a line ending. Empty for a value that is no enumerator.
+[[nodiscard]] BRN_API UTF16String GetLineEnding(LineEndingType inType);
 
-/// Replaces every line ending, be it CR LF, CR or LF, by that of `inType`. A text in which nothing
-/// changes keeps its storage. A value that is no enumerator removes the endings, but leaves alone a
-/// text that consists of nothing else.
+/// Replaces every line ending (CR LF, CR or LF) by that of `inType`. A text in which nothing
+/// changes is not reallocated. A value that is no enumerator removes the endings, except from a
+/// text that consists of endings only, which stays as it is.
 BRN_API void ConvertLineEndings(LineEndingType inType, UTF16String& ioText);
 
-/// Leaves the hexadecimal digits alone, in upper case, and removes all else. Upper case comes
-/// first, so the ligature U+FB00 gives "FF".
+/// Converts the text to upper case and then removes everything but hexadecimal digits. Because the
+/// conversion comes first, the ligature U+FB00 gives "FF".
 BRN_API void ValidateForHex(UTF16String& ioText);
 
-// Case conversion goes unit by unit through a frozen table of 1446 units, with the full mappings of
-// Unicode: the result may be longer than the text (U+00DF gives "SS"). It knows neither language
-// nor context, and leaves alone what lies outside the Basic Multilingual Plane. Folding makes equal
-// what differs in case only: all sigmas fold to U+03C2, and the dotted and the dotless i to "i".
+/// Maps texts that differ only in case to one text. All sigmas fold to U+03C2, and the dotted and
+/// the dotless i fold to "i".
+///
+/// The three case conversions map each unit by itself, by a frozen table of 1446 units with the
+/// full mappings of Unicode, so the result may be longer than the text (the upper case of U+00DF is
+/// "SS"). They depend on neither language nor context, and they leave characters outside the Basic
+/// Multilingual Plane as they are.
+[[nodiscard]] BRN_API UTF16String FoldCase(UTF16String const& inText);
+[[nodiscard]] BRN_API UTF16String UpperCase(UTF16String const& inText);
+[[nodiscard]] BRN_API UTF16String LowerCase(UTF16String const& inText);
 
-BRN_API UTF16String FoldCase(UTF16String const& inText);
-BRN_API UTF16String UpperCase(UTF16String const& inText);
-BRN_API UTF16String LowerCase(UTF16String const& inText);
-
-/// In place; text that does not grow keeps its storage. If memory for one that grows runs out, the
-/// units before the first that grows are converted already.
+/// The same in place. A text that does not grow is not reallocated. If the memory for a growing
+/// text cannot be had, the units before the first one that grows have already been converted.
 BRN_API void ToFoldCase(UTF16String& ioText);
 BRN_API void ToUpperCase(UTF16String& ioText);
 BRN_API void ToLowerCase(UTF16String& ioText);
 
-/// Turns a full-width form of `!` to `?` (U+FF01..U+FF1F), the digits among them, into its ASCII
-/// form; true if the unit changed.
+/// Replaces a full-width form of `!` to `?` (U+FF01..U+FF1F), which includes the digits, by its
+/// ASCII form. Returns true if the unit changed.
 BRN_API bool ToNumericCase(std::uint16_t& ioUnit) noexcept;
 
-/// The same for every unit of the text; true if any changed.
+/// The same for every unit of the text. Returns true if any unit changed.
 BRN_API bool ToNumericCase(UTF16String& ioText) noexcept;
 
 } // namespace brindle::utility

@@ -3,40 +3,48 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 #include <brindle/xml/AbstractParseHandler.h>
+#include <brindle/xml/XMLParseFault.h>
 #include <brindle/xml/XMLParseStatus.h>
 
 #include <memory>
 
 namespace brindle::xml {
 
-/// A parser with the handler that its events go to, which it owns.
+/// A parser and its handler, which it owns.
 ///
-/// One thread at a time. It may parse any number of documents, one after another. A parser whose
-/// handler was transferred away parses as before, and tells nobody of it.
+/// A parser is for one thread at a time, and may parse any number of documents one after another. A
+/// parser whose handler was transferred to another one still parses, without events.
 class BRN_API AbstractDocParser {
 public:
-    /// Takes the handler of the other parser, which is left without one.
+    /// Takes over the handler of the other parser, which is left without one.
     AbstractDocParser(AbstractDocParser& ioOther) noexcept;
-    /// The same; the handler held before is deleted.
+    /// The same; this parser's previous handler is destroyed.
     AbstractDocParser& operator=(AbstractDocParser& ioOther) noexcept;
     virtual ~AbstractDocParser();
 
-    /// Parses the file at the path. A failure, of whatever kind, is told by the status alone; the
-    /// events before it have been sent. What the handler throws comes out unchanged, and so does
-    /// `std::bad_alloc` where memory for an event runs out.
-    virtual XMLParseStatus ParseDocument(UTF16String const& inPath) = 0;
-    /// The same of a document in memory, whose encoding its own bytes tell.
-    virtual XMLParseStatus ParseBuffer(UTF8String const& inBuffer) = 0;
+    /// Parses the file at the path. Every failure of the parser is reported by the status, and by
+    /// `LastFault`; the events before it have been sent. What the handler throws is passed on
+    /// unchanged, and `std::bad_alloc` is thrown if memory for an event runs out.
+    [[nodiscard]] virtual XMLParseStatus ParseDocument(UTF16String const& inPath) = 0;
+    /// The same for a document in memory, whose first bytes determine its encoding.
+    [[nodiscard]] virtual XMLParseStatus ParseBuffer(UTF8String const& inBuffer) = 0;
+
+    /// Why and where the last parse failed.
+    [[nodiscard]] XMLParseFault const& LastFault() const noexcept { return mFault; }
 
 protected:
     /// Takes the handler and empties the holder.
     explicit AbstractDocParser(std::unique_ptr<AbstractParseHandler>& ioHandler) noexcept;
 
-    /// Where events go; one that ignores them if there is no handler.
+    /// The handler; without one, an object that ignores all events.
     AbstractParseHandler& Handler() const noexcept;
+
+    /// To be called by the parses of derived classes; otherwise the fault is unknown.
+    void SetFault(XMLParseFault const& inFault) noexcept { mFault = inFault; }
 
 private:
     std::unique_ptr<AbstractParseHandler> mHandler;
+    XMLParseFault mFault;
 };
 
 } // namespace brindle::xml

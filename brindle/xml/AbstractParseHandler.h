@@ -7,25 +7,31 @@
 
 namespace brindle::xml {
 
-/// What a reader derives from to receive a document, event by event, in the order of the text.
+/// Receives a document as events, in the order of the text. A reader derives from it and overrides
+/// the events that it needs; the others do nothing.
 ///
-/// The operations are called on the thread that parses. Names are local names, without prefix or
-/// namespace; references are expanded. An argument may change once the call has returned. A handler
-/// may throw: no event follows, and the exception comes out of the parse.
+///     struct Titles : xml::AbstractParseHandler {
+///         void Characters(UTF16String const& inText) override { text += inText; }
+///         UTF16String text;
+///     };
+///
+/// The operations are called on the thread that parses. Names are local names, without prefix and
+/// namespace, and references in texts are expanded. Arguments are valid only during the call. A
+/// handler may throw: no further event is sent, and the parse throws the same exception.
 class BRN_API AbstractParseHandler {
 public:
     AbstractParseHandler() = default;
     virtual ~AbstractParseHandler();
 
-    /// Comes first, before anything is known of the document but that it can be opened.
+    /// The first event, sent as soon as the document is open.
     virtual void StartDocument();
-    /// Of attributes with the same local name, the last is in the map.
+    /// If several attributes have the same local name, the map has the last of them.
     virtual void StartElement(UTF16String const& inName,
                               std::map<UTF16String, UTF16String> const& inAttributes);
     virtual void EndElement(UTF16String const& inName);
-    /// A piece of text: what stands between two tags comes in any number of pieces.
+    /// The text between two tags may arrive in any number of pieces.
     virtual void Characters(UTF16String const& inText);
-    /// Comes last, and only if the whole document is well-formed.
+    /// The last event, sent only if the whole document is well-formed.
     virtual void EndDocument();
 
 protected:

@@ -8,7 +8,7 @@
 
 namespace brindle::xml {
 
-/// What makes parsers. A host installs one with `SetParserFactory`.
+/// Creates parsers. A host installs a factory with `SetParserFactory`.
 class BRN_API DocParserFactory {
 public:
     DocParserFactory() = default;
@@ -16,8 +16,8 @@ public:
     DocParserFactory& operator=(DocParserFactory const&) = default;
     virtual ~DocParserFactory();
 
-    /// A new parser on the handler, which it takes from the holder.
-    virtual std::unique_ptr<AbstractDocParser>
+    /// Returns a new parser, which owns the handler from now on, and empties the holder.
+    [[nodiscard]] virtual std::unique_ptr<AbstractDocParser>
     GetParser(std::unique_ptr<AbstractParseHandler>& ioHandler) = 0;
 };
 

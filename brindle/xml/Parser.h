@@ -7,29 +7,30 @@
 
 #include <memory>
 
-// The parser of the process. The library reads XML with what the host installs here at start-up,
-// before other threads use it, and installs none by itself:
+// The parser factory of the process. The library installs none: the host does at start-up, before
+// other threads use it.
 //
 //     std::unique_ptr<xml::DocParserFactory> factory = std::make_unique<xml::ExpatParserFactory>();
 //     xml::SetParserFactory(factory);
 //
-// Reading is for any thread; nobody may be in `GetParser` while the factory is exchanged.
+// Any thread may call `GetParser` and `Initialized`, but none may be in `GetParser` while the
+// factory is exchanged.
 
 namespace brindle::xml {
 
-/// Installs the factory, takes it from the holder, and deletes the one installed before, unless it
-/// is the same object. An empty holder leaves none installed.
+/// Installs the factory, which the library owns from now on, and empties the holder. Destroys the
+/// factory installed before, unless it is the same object. With an empty holder, none is installed.
 BRN_API void SetParserFactory(std::unique_ptr<DocParserFactory>& ioFactory) noexcept;
 
-/// Deletes the installed factory, which otherwise stays until the process ends.
+/// Destroys the installed factory. Without this call it is never destroyed, not at exit either.
 BRN_API void ResetParserFactory() noexcept;
 
 /// True if a factory is installed.
-BRN_API bool Initialized() noexcept;
+[[nodiscard]] BRN_API bool Initialized() noexcept;
 
 /// A new parser of the installed factory, which takes the handler from the holder. Without a
-/// factory the result is empty, and the handler stays where it is.
-BRN_API std::unique_ptr<AbstractDocParser>
+/// factory the result is null, and the handler stays with the caller.
+[[nodiscard]] BRN_API std::unique_ptr<AbstractDocParser>
 GetParser(std::unique_ptr<AbstractParseHandler>& ioHandler);
 
 } // namespace brindle::xml

@@ -8,10 +8,13 @@ DeferredErrorReporter::DeferredErrorReporter(bool inReportErrorWhenFinished)
     ErrorManager::Get()->AddDeferredErrorReporter(this);
 }
 
+DeferredErrorReporter::DeferredErrorReporter(DeferredErrorReporter const& inOther)
+    : RefCountedObject(inOther), mReportErrorWhenFinished(inOther.mReportErrorWhenFinished),
+      mLast(inOther.mLast), mPendingCount(inOther.mPendingCount) {}
+
 DeferredErrorReporter::~DeferredErrorReporter() {
-    // A host that uninstalled its manager too early has lost the list, not the process.
-    if (ErrorManager* const manager = ErrorManager::S_managerP.load(std::memory_order_acquire)) {
-        manager->RemoveDeferredErrorReporter(this);
+    while (!mEntered.empty()) {
+        mEntered.back()->RemoveDeferredErrorReporter(this);
     }
 }
 
@@ -19,12 +22,11 @@ void DeferredErrorReporter::Finish() {
     if (!mReportErrorWhenFinished || mPendingCount < 1) {
         return;
     }
-    // A copy is replayed: the host may raise the next error, or drop this reporter, meanwhile.
-    boost::intrusive_ptr<DeferredErrorReporter const> const last = new DeferredErrorReporter(*this);
+    // The manager may raise the next error or drop this reporter, so a copy is replayed.
+    Error const last = mLast;
     mPendingCount = 0;
-    ErrorManager::Get()->ThrowErrorImpl(last->mLastLevel, last->mLastKey.c_str(), last->mLastModule,
-                                        last->mLastCode, true, last->mFirst, last->mSecond,
-                                        last->mThird, last->mFourth);
+    ErrorManager::Get()->ThrowErrorImpl(last.level, last.key.c_str(), last.module, last.code, true,
+                                        last.first, last.second, last.third, last.fourth);
 }
 
 void DeferredErrorReporter::SetLastError(ErrorLevel inLevel, char const* inKey,
@@ -36,14 +38,7 @@ void DeferredErrorReporter::SetLastError(ErrorLevel inLevel, char const* inKey,
     if (mPendingCount < INT32_MAX) {
         ++mPendingCount;
     }
-    mLastLevel = inLevel;
-    mLastKey = inKey;
-    mLastModule = inModule;
-    mLastCode = inCode;
-    mFirst = inFirst;
-    mSecond = inSecond;
-    mThird = inThird;
-    mFourth = inFourth;
+    mLast = {inLevel, inKey, inModule, inCode, inFirst, inSecond, inThird, inFourth};
 }
 
 } // namespace brindle::config

@@ -10,7 +10,12 @@ namespace brindle::config {
 std::atomic<ErrorManager*> ErrorManager::S_managerP{nullptr};
 
 ErrorManager::ErrorManager() = default;
-ErrorManager::~ErrorManager() = default;
+
+ErrorManager::~ErrorManager() {
+    while (!mReporters.empty()) {
+        RemoveDeferredErrorReporter(mReporters.front());
+    }
+}
 
 bool ErrorManager::PurgeMemory(unsigned int) {
     return false;
@@ -58,7 +63,7 @@ void ErrorManager::ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std
         mReporters.front()->SetLastError(inLevel, inKey, inModule, inCode, inFirst, inSecond,
                                          inThird, inFourth);
     }
-    // Dispatch leaves the manager as it is; what the host's reporting changes is the host's own.
+    // Dispatching changes nothing of the base; the host's operation may change the host's state.
     const_cast<ErrorManager*>(this)->ThrowErrorImpl(inLevel, inKey, inModule, inCode, inDeferrable,
                                                     inFirst, inSecond, inThird, inFourth);
 }
@@ -66,6 +71,12 @@ void ErrorManager::ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std
 void ErrorManager::AddDeferredErrorReporter(DeferredErrorReporter* inReporter) {
     if (inReporter != nullptr) {
         mReporters.push_front(inReporter);
+        try {
+            inReporter->mEntered.push_back(this);
+        } catch (...) {
+            mReporters.pop_front();
+            throw;
+        }
     }
 }
 
@@ -73,6 +84,8 @@ void ErrorManager::RemoveDeferredErrorReporter(DeferredErrorReporter* inReporter
     auto const found = std::find(mReporters.begin(), mReporters.end(), inReporter);
     if (found != mReporters.end()) {
         mReporters.erase(found);
+        auto& entered = inReporter->mEntered;
+        entered.erase(std::find(entered.begin(), entered.end(), this));
     }
 }
 

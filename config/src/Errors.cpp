@@ -1,18 +1,47 @@
 #include <brindle/config/Errors.h>
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/config/ErrorManager.h>
 
+#include <cstddef>
 #include <limits>
+#include <string_view>
 
 namespace brindle::config {
 
 namespace {
 
-constexpr char kFatalTestKey[] = "$$$/brn/config/Error/test/fataltest=This is a fatal exception.";
-constexpr char kNonFatalTestKey[] = "$$$/brn/config/Error/test/nonfataltest=This is a non-fatal "
-                                    "exception. int:^1, uint:^2, double:^3";
-constexpr std::int32_t kCode_NonFatalTest = 20;
-constexpr std::int32_t kCode_FatalTest = 21;
+/// "$$$/path=default text"
+constexpr bool IsKey(std::string_view inText) {
+    auto const equals = inText.find('=');
+    return inText.substr(0, 4) == "$$$/" && equals > 4 && equals < inText.size() - 1;
+}
+
+constexpr char const* KeyOf(ErrorCode const& inError) {
+    return inError.key;
+}
+constexpr char const* KeyOf(char const* inKey) {
+    return inKey;
+}
+
+/// All keys have the form of keys, and no two are the same.
+template <typename Row, std::size_t kCount>
+constexpr bool HaveSoundKeys(Row const (&inRows)[kCount]) {
+    for (std::size_t i = 0; i < kCount; ++i) {
+        std::string_view const key = KeyOf(inRows[i]);
+        if (!IsKey(key)) {
+            return false;
+        }
+        for (std::size_t j = 0; j < i; ++j) {
+            if (key == KeyOf(inRows[j])) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+static_assert(HaveSoundKeys(kErrorCodes) && HaveSoundKeys(kFileKeys));
 
 } // namespace
 
@@ -26,12 +55,10 @@ void ThrowError(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule, s
 
 void TestThrowError(bool inFatal) {
     if (inFatal) {
-        ThrowError(kErrorLevel_Fatal, kFatalTestKey, kErrorModule_Config, kCode_FatalTest, true, {},
-                   {}, {}, {});
+        ThrowError(kError_FatalTest);
     } else {
-        ThrowError(kErrorLevel_NonFatal, kNonFatalTestKey, kErrorModule_Config, kCode_NonFatalTest,
-                   true, std::numeric_limits<std::int32_t>::min(),
-                   std::numeric_limits<std::uint32_t>::max(), 29.2334, {});
+        ThrowError(kError_NonFatalTest, std::numeric_limits<std::int32_t>::min(),
+                   std::numeric_limits<std::uint32_t>::max(), 29.2334);
     }
 }
 

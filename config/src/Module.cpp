@@ -10,7 +10,9 @@ namespace {
 
 std::atomic<void*> S_moduleP{nullptr};
 
-/// The library's entry and exit. Its object is the last static to come to be and the first to go.
+/// Runs at the library's load and unload. Module.cpp is the last of the sources that are linked
+/// into the shared library, so that this is the last static to be constructed and the first to be
+/// destroyed there.
 struct ModuleEntry {
     ModuleEntry() noexcept { S_moduleP.store(platform::ModuleOf(&S_moduleP)); }
     ~ModuleEntry() { S_moduleP.store(nullptr); }

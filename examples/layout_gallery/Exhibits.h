@@ -12,24 +12,24 @@ namespace layout_gallery {
 struct Viewpoint {
     float width;
     float height;
-    std::string note = {}; ///< stands below the size
-    /// Done to the root before it is arranged.
+    std::string note = {}; ///< printed below the size
+    /// Applied to the root before it is arranged; may be empty.
     std::function<void(brindle::host::layout::GroupNode&)> change = {};
 };
 
 /// A tree, and the rectangles that show what it does.
 struct Exhibit {
-    std::string name; ///< without blanks, to link to
+    std::string name; ///< without blanks: links and the file of the tree use it
     std::string title;
     std::string caption;
     std::vector<Viewpoint> viewpoints;
     bool showsWidths = false; ///< each leaf shows its width instead of its label
-    bool isWide = false;      ///< takes a line of the page by itself
+    bool isWide = false;      ///< has a line of the page to itself
     brindle::host::layout::NodeDescription tree = {}; ///< a group
 };
 
-/// The exhibits with the trees that stand in the directory, each in a file of its exhibit's name
-/// with the extension ".xml". Throws `std::runtime_error` for a file that is no tree.
+/// The exhibits, with their trees read from the directory: each from the file that is named for the
+/// exhibit, with the extension ".xml". Throws `std::runtime_error` for a file that holds no tree.
 std::vector<Exhibit> Exhibits(std::string const& inDirectory);
 
 } // namespace layout_gallery

@@ -42,7 +42,7 @@ std::string WholeNumber(float inNumber) {
     return text.str();
 }
 
-/// A picture with what stands below it.
+/// A picture with the texts below it.
 struct View {
     Picture picture;
     std::string size;
@@ -71,7 +71,7 @@ View Take(Exhibit const& inExhibit, GroupNode& ioRoot, Viewpoint const& inViewpo
     return view;
 }
 
-/// An exhibit with its views in lines, each in its place on the card.
+/// An exhibit with its views, which are placed in lines on its card.
 struct Card {
     Exhibit const* exhibit;
     std::vector<View> views;

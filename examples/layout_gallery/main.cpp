@@ -1,5 +1,5 @@
-// Draws a gallery of layouts as an SVG page, of the trees in a directory: into the file that it is
-// given, or to standard output.
+// Draws the trees in a directory as one SVG page, a gallery of layouts, into a file or to standard
+// output.
 #include "Gallery.h"
 
 #include <brindle/config/ErrorManager.h>
@@ -15,13 +15,13 @@
 
 namespace {
 
-/// Makes an exception of every error of the library.
+/// Throws every error that the library reports.
 class ThrowingErrorManager final : public brindle::config::ErrorManager {
     using Value = brindle::config::ReplacementValue;
 
     void ThrowErrorImpl(brindle::config::ErrorLevel, char const* inKey, std::uint32_t, std::int32_t,
                         bool, Value const&, Value const&, Value const&, Value const&) override {
-        throw std::runtime_error(std::strchr(inKey, '=') + 1); // the key's default text
+        throw std::runtime_error(std::strchr(inKey, '=') + 1); // the default text of the key
     }
 };
 

@@ -1,6 +1,6 @@
 #include <brindle/geom/Matrix.h>
 
-#include <brindle/config/Errors.h>
+#include <brindle/config/ErrorCodes.h>
 
 #include <cmath>
 
@@ -8,14 +8,12 @@ namespace brindle::geom {
 
 namespace {
 
-constexpr char kSingularKey[] = "$$$/brn/geom/matrix/UI=Matrix cannot be inverted.";
-constexpr std::int32_t kCode_Singular = 0;
 constexpr double kLargestSingular = 1e-9;
 
 } // namespace
 
-// Every operation rounds to T by itself: this file is compiled without contraction into fused
-// multiplications and additions, so that all machines give the same elements.
+// Every operation rounds to T by itself, so that all machines give the same elements: this file is
+// compiled without contraction into fused multiply-add.
 template <typename T>
 bool MatrixT<T>::Invert(bool inThrowIfSingular) {
     MatrixT const m = *this;
@@ -26,8 +24,7 @@ bool MatrixT<T>::Invert(bool inThrowIfSingular) {
     if (!isRegular) {
         SetZero();
         if (inThrowIfSingular) {
-            config::ThrowError(config::kErrorLevel_NonFatal, kSingularKey,
-                               config::kErrorModule_Geom, kCode_Singular, true, {}, {}, {}, {});
+            config::ThrowError(config::kError_SingularMatrix);
         }
         return false;
     }

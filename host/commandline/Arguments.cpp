@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 namespace brindle::host {
 
@@ -12,26 +13,42 @@ bool LooksLikeOption(std::string const& inWord) {
     return second == '-' || (second >= 'a' && second <= 'z') || (second >= 'A' && second <= 'Z');
 }
 
+bool Contains(std::vector<std::string> const& inTexts, std::string const& inText) {
+    return std::find(inTexts.begin(), inTexts.end(), inText) != inTexts.end();
+}
+
 } // namespace
 
 Arguments::Arguments(std::vector<std::string> const& inWords,
                      std::vector<std::string> const& inKnownOptions) {
     bool optionsEnded = false;
-    for (std::string const& word : inWords) {
-        if (optionsEnded || !LooksLikeOption(word)) {
-            mOperands.push_back(word);
-        } else if (word == "--") {
+    for (auto word = inWords.begin(); word != inWords.end(); ++word) {
+        if (optionsEnded || !LooksLikeOption(*word)) {
+            mOperands.push_back(*word);
+            continue;
+        }
+        if (*word == "--") {
             optionsEnded = true;
+            continue;
+        }
+        std::size_t const equals = word->find('=');
+        std::string const dashedName = word->substr(0, equals);
+        std::string const name = dashedName.substr(std::min<std::size_t>(dashedName.size(), 2));
+        bool const takesValue = Contains(inKnownOptions, name + '=');
+        if (dashedName[1] != '-' || !(takesValue || Contains(inKnownOptions, name))) {
+            throw usage_error("unknown option '" + dashedName + "'");
+        }
+        if (!takesValue && equals != std::string::npos) {
+            throw usage_error(dashedName + " takes no value");
+        }
+        if (!takesValue) {
+            mOptions[name] = "";
+        } else if (equals != std::string::npos) {
+            mOptions[name] = word->substr(equals + 1);
+        } else if (std::next(word) != inWords.end()) {
+            mOptions[name] = *++word;
         } else {
-            std::size_t const equals = word.find('=');
-            std::string const name = word.substr(0, equals);
-            bool const isKnown =
-                std::any_of(inKnownOptions.begin(), inKnownOptions.end(),
-                            [&name](std::string const& inKnown) { return name == "--" + inKnown; });
-            if (!isKnown) {
-                throw usage_error("unknown option '" + name + "'");
-            }
-            mOptions[name.substr(2)] = equals == std::string::npos ? "" : word.substr(equals + 1);
+            throw usage_error(dashedName + " needs a value");
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "host/commandline/Diagnostics.h"
 
+#include "host/commandline/EscapedText.h"
+
 #include <brindle/console/Terminal.h>
 #include <brindle/utility/Streams.h>
 
@@ -11,27 +13,6 @@ constexpr std::chrono::milliseconds kShowInterval(100);
 constexpr char kEraseLine[] = "\r\x1B[K";
 
 } // namespace
-
-std::string EscapedName(std::string const& inName) {
-    std::string escaped;
-    escaped.reserve(inName.size());
-    for (char const character : inName) {
-        switch (character) {
-        case '\\':
-            escaped += "\\\\";
-            break;
-        case '\n':
-            escaped += "\\n";
-            break;
-        case '\r':
-            escaped += "\\r";
-            break;
-        default:
-            escaped += character;
-        }
-    }
-    return escaped;
-}
 
 Diagnostics::Diagnostics()
     : mIsTerminal(console::ErrorOutputIsTerminal()),

@@ -7,12 +7,8 @@
 
 namespace brindle::host {
 
-/// A name as one line of text: a backslash, a newline and a carriage return become "\\", "\n" and
-/// "\r".
-std::string EscapedName(std::string const& inName);
-
-/// What a person sees on standard error while a verb runs: diagnostics, one a line, and below them
-/// a progress line if standard error is a terminal.
+/// Writes to standard error while a verb runs: one line for each diagnostic and, if standard error
+/// is a terminal, a progress line below them.
 class Diagnostics {
 public:
     Diagnostics();
@@ -23,13 +19,14 @@ public:
     /// Writes "brindle: PATH: reason" and remembers that something failed.
     void Report(std::string const& inPath, std::string const& inReason);
 
-    /// Remembers that what was compared differs, which a verb tells as its result.
+    /// Remembers that a comparison found a difference, which the verb itself prints as its result.
     void NoteDifference() noexcept { mHasFailures = true; }
 
-    /// Shows how far the work is, at most some times a second.
+    /// Shows the progress line, and renews it at most ten times a second.
     void ShowProgress(std::string const& inText);
 
-    /// Takes the progress line away if the line of output that follows would run into it.
+    /// Erases the progress line if standard output is a terminal too, so that the next line of
+    /// output does not run into it.
     void MakeRoomForOutput();
 
     bool HasFailures() const noexcept { return mHasFailures; }

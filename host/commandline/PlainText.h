@@ -6,7 +6,7 @@
 #include <charconv>
 #include <string>
 
-/// Text and numbers as the bytes that the command writes.
+/// Converts text and numbers to the bytes that the command writes.
 namespace brindle::host {
 
 inline std::string PlainText(UTF8String const& inText) {

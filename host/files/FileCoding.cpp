@@ -1,13 +1,13 @@
 #include "host/files/FileCoding.h"
 
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 #include "host/files/WhyUnreadable.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
-#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 
 #include <memory>
 
@@ -17,13 +17,7 @@ using namespace filesupport;
 
 namespace {
 
-/// A file cannot be written; `what()` says why.
-class unwritable_error : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-/// The file IN, whose failures are `unreadable_error`, and which shows how far it is read.
+/// The file IN. Its failures are thrown as `unreadable_error`, and reading shows a progress line.
 class Source final : public IPlatformByteStream {
 public:
     Source(File const& inFile, Diagnostics& ioDiagnostics)
@@ -49,14 +43,14 @@ private:
     std::uint64_t const mLength;
 };
 
-/// The new OUT, whose failures are `unwritable_error`.
-class Sink final : public OPlatformByteStream {
+/// The new version of OUT. Its failures are thrown as `unwritable_error`.
+class Sink final : public OSafeSaveStream {
 public:
-    Sink(File const& inFile, MakeNewFile inKind) : OPlatformByteStream(inFile, inKind) {}
+    using OSafeSaveStream::OSafeSaveStream;
 
     void WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) override {
         try {
-            OPlatformByteStream::WriteBlock(inBytes, inCount);
+            OSafeSaveStream::WriteBlock(inBytes, inCount);
         } catch (io_error const&) {
             throw unwritable_error("cannot be written, the disk may be full");
         }
@@ -72,39 +66,27 @@ std::unique_ptr<Source> OpenSource(File const& inFile, Diagnostics& ioDiagnostic
     throw unreadable_error(WhyUnreadable(inFile));
 }
 
-std::unique_ptr<Sink> MakeSink(File const& inFile, MakeNewFile inKind) {
-    try {
-        return std::make_unique<Sink>(inFile, inKind);
-    } catch (create_invalidpath_exception const&) {
-        throw unwritable_error("no such directory");
-    } catch (create_exception const&) {
-        throw unwritable_error("its directory takes no new file");
-    }
-}
-
-/// How to make the new version. What the last step would refuse is refused before hours of work.
-MakeNewFile KindOfNew(File const& inTarget) {
-    switch (KindOf(inTarget)) {
-    case FileKind::kMissing:
-        return kMakeNewFile;
-    case FileKind::kRegular:
-        return kMakeNewPrivateFile; // until it takes over the permissions of the old one
-    default:
+/// A target that the final step could not replace is refused here, before hours of work.
+void RequireReplaceable(File const& inTarget) {
+    FileKind const kind = KindOf(inTarget);
+    if (kind != FileKind::kMissing && kind != FileKind::kRegular) {
         throw unwritable_error(WhyUnreadable(inTarget));
     }
 }
 
-void CodeInto(File inTarget, File const& inFile, Diagnostics& ioDiagnostics, Coding inCoding) {
+void CodeInto(File const& inTarget, File const& inFile, Diagnostics& ioDiagnostics,
+              Coding inCoding) {
     auto source = OpenSource(inFile, ioDiagnostics);
-    MakeNewFile const kind = KindOfNew(inTarget);
-    SafeSave save(inTarget);
-    auto sink = MakeSink(save.GetTempFile(), kind);
-    inCoding(*source, *sink);
-    // Neither file is replaced while it is open, and they may be one.
-    source.reset();
-    sink.reset();
+    RequireReplaceable(inTarget);
     try {
-        save.Commit();
+        Sink sink(inTarget);
+        inCoding(*source, sink);
+        source.reset(); // it may be the file that is replaced
+        sink.Commit();
+    } catch (create_invalidpath_exception const&) {
+        throw unwritable_error("no such directory");
+    } catch (create_exception const&) {
+        throw unwritable_error("its directory takes no new file");
     } catch (rename_file const&) {
         throw unwritable_error("cannot be replaced, it may be open or write-protected");
     }

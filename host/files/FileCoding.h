@@ -10,16 +10,16 @@
 
 namespace brindle::host {
 
-/// The bytes that pass from one file into another at a time.
+/// How many bytes are read or written at a time.
 constexpr std::uint32_t kCodingBlockSize = 256 * 1024;
 
-/// Reads a source to its end and writes something of it to a sink, in large blocks. Throws
-/// `unreadable_error` for a source that it cannot make sense of, and lets exceptions of the streams
-/// pass.
+/// Reads a source to its end and writes the coded or decoded bytes to a sink, in large blocks.
+/// Throws `unreadable_error` for a source that is damaged, and does not catch what the streams
+/// throw.
 using Coding = void (*)(filesupport::IByteStream& inSource, filesupport::OByteStream& outSink);
 
-/// Runs the verb of the name: it codes a file IN into a file OUT, which may be the same file.
-/// Failures are reported. After one, or a kill at any moment, OUT is what it was before.
+/// Runs the verb of this name, which codes a file IN into a file OUT; they may be the same file.
+/// Failures are reported. After a failure, or if the process is killed, OUT is unchanged.
 void CodeFile(std::string const& inVerb, Arguments const& inArguments, Diagnostics& ioDiagnostics,
               Coding inCoding);
 

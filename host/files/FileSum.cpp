@@ -19,12 +19,13 @@ namespace {
 
 constexpr std::size_t kBlockSize = 128 * 1024;
 
-/// Hands the bytes of a file to a stream, block by block.
+/// Copies a file into a stream, block by block.
 void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
     static thread_local std::vector<std::uint8_t> S_block(kBlockSize);
     std::uint64_t left = inSource.Length();
     if (left == 0) {
-        outSink << inSource; // the system tells no size of files that it makes up as they are read
+        outSink
+            << inSource; // files that the system generates on reading, as in /proc, have no size
         return;
     }
     while (left != 0) {
@@ -44,21 +45,12 @@ std::string CRCText(std::uint32_t inCRC) {
 }
 
 void RequireRegular(File const& inFile) {
-    switch (KindOf(inFile)) {
-    case FileKind::kRegular:
-        return;
-    case FileKind::kMissing:
+    FileKind const kind = KindOf(inFile);
+    if (kind == FileKind::kMissing) {
         throw missing_error();
-    case FileKind::kDirectory:
-        throw irregular_error("has become a directory");
-    case FileKind::kPipe:
-        throw irregular_error("skipped, it is a FIFO");
-    case FileKind::kSocket:
-        throw irregular_error("skipped, it is a socket");
-    case FileKind::kDevice:
-        throw irregular_error("skipped, it is a device");
-    case FileKind::kOther:
-        throw irregular_error("skipped, it is no regular file");
+    }
+    if (kind != FileKind::kRegular) {
+        throw irregular_error(kind);
     }
 }
 
@@ -72,7 +64,7 @@ FileSum SumOf(File const& inFile) {
     } catch (file_not_found_exception const&) {
         throw missing_error();
     } catch (eof_error const&) {
-        throw unreadable_error("became shorter while it was read");
+        throw unsteady_error("became shorter while it was read");
     } catch (byte_stream_exception const&) {
         RequireRegular(inFile);
         throw unreadable_error("cannot be read");
@@ -84,7 +76,7 @@ FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
         outModified = inFile.Modified();
         FileSum const sum = SumOf(inFile);
         if (inFile.Modified() != outModified) {
-            throw unreadable_error("changed while it was read");
+            throw unsteady_error("changed while it was read");
         }
         return sum;
     } catch (file_not_found_exception const&) {

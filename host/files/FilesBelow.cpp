@@ -8,12 +8,11 @@ namespace brindle::host {
 using namespace filesupport;
 
 void FindFilesBelow(Dir const& inDir, FoundFiles& ioFound, Diagnostics& ioDiagnostics) {
-    auto const reportUnreadable = [&](Dir const& inUnreadable) {
+    auto const noteUnreadable = [&ioFound](Dir const& inUnreadable) {
         ioFound.unreadableDirs.push_back(NativePath(inUnreadable));
-        ioDiagnostics.Report(ioFound.unreadableDirs.back(), "the directory cannot be read");
     };
     RecursiveFileIterator const end;
-    for (RecursiveFileIterator file(inDir, false, reportUnreadable); file != end; ++file) {
+    for (RecursiveFileIterator file(inDir, false, noteUnreadable); file != end; ++file) {
         ioFound.files.push_back(NativePath(*file));
         ioDiagnostics.ShowProgress("looking for files: " + std::to_string(ioFound.files.size()));
     }

@@ -1,6 +1,6 @@
 #include "host/files/SumInOrder.h"
 
-#include "host/files/InOrder.h"
+#include "host/files/RunInOrder.h"
 
 #include <algorithm>
 #include <vector>
@@ -19,9 +19,9 @@ void SumInOrder(std::size_t inCount, std::uint32_t inJobs, Diagnostics& ioDiagno
     std::vector<SumOutcome> outcomes(std::min(inCount, kMostAhead));
     std::uint64_t bytes = 0;
     auto const showProgress = [&](std::size_t inDone) {
-        ioDiagnostics.ShowProgress("summed " + std::to_string(inDone) + " of " +
-                                   std::to_string(inCount) + " files, " +
-                                   std::to_string(bytes >> 20) + " MiB");
+        ioDiagnostics.ShowProgress(
+            "summed " + std::to_string(inDone) + " of " + std::to_string(inCount) +
+            (inCount == 1 ? " file, " : " files, ") + std::to_string(bytes >> 20) + " MiB");
     };
     auto const sum = [&](std::size_t inIndex) {
         SumOutcome& outcome = outcomes[inIndex % kMostAhead];

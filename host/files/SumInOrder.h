@@ -11,19 +11,19 @@
 
 namespace brindle::host {
 
-/// What came of summing a file: a sum, or a reason why there is none.
+/// The result for one file: its sum, or the reason why it has none.
 struct SumOutcome {
     FileSum sum;
     std::string failure; ///< empty if there is a sum
 };
 
-/// The option `--jobs`: how many files may be summed at once, 0 meaning one for each processor.
-/// Throws `usage_error`.
+/// The option `--jobs`: how many files may be summed at once; 0, one for each processor, if it is
+/// not given. Throws `usage_error`.
 std::uint32_t Jobs(Arguments const& inArguments);
 
-/// Calls `inSum` for 0 to `inCount` - 1 and `inDeliver` with what came of each, as `RunInOrder`
-/// does, and shows how far the work is. An `unreadable_error` of `inSum` is an outcome like any
-/// other.
+/// Calls `inSum` for every index from 0 to `inCount` - 1 and `inDeliver` with each outcome, as
+/// `RunInOrder` does, and shows a progress line. An `unreadable_error` thrown by `inSum` becomes
+/// the outcome's failure.
 void SumInOrder(std::size_t inCount, std::uint32_t inJobs, Diagnostics& ioDiagnostics,
                 std::function<FileSum(std::size_t)> const& inSum,
                 std::function<void(std::size_t, SumOutcome const&)> const& inDeliver);

@@ -6,7 +6,7 @@
 
 namespace brindle::host {
 
-/// Why a file could not be opened, in the words of a diagnostic.
+/// The reason, for a diagnostic, why a file could not be opened.
 std::string WhyUnreadable(filesupport::File const& inFile);
 
 } // namespace brindle::host

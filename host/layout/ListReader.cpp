@@ -7,6 +7,7 @@
 #include <charconv>
 #include <list>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace brindle::host::layout {
@@ -29,36 +30,22 @@ char const* NameOf(PropListPropertyType inType) {
     case kPropertyType_PropList:
         return "a list";
     default:
-        return inType > kPropertyType_PropList ? "an array" : "a number";
+        return IsArray(inType) ? "an array" : "a number";
     }
-}
-
-template <typename T>
-T ValueOf(PropList const& inList, UTF8String const& inKey) {
-    T value{};
-    inList.GetValue(inKey, value);
-    return value;
 }
 
 std::optional<double> NumberIn(PropList const& inList, UTF8String const& inKey) {
-    switch (inList.GetPropertyType(inKey)) {
-    case kPropertyType_UInt16:
-        return ValueOf<std::uint16_t>(inList, inKey);
-    case kPropertyType_UInt32:
-        return ValueOf<std::uint32_t>(inList, inKey);
-    case kPropertyType_Int32:
-        return ValueOf<std::int32_t>(inList, inKey);
-    case kPropertyType_Int64:
-        return static_cast<double>(ValueOf<std::int64_t>(inList, inKey));
-    case kPropertyType_UInt64:
-        return static_cast<double>(ValueOf<std::uint64_t>(inList, inKey));
-    case kPropertyType_Float:
-        return ValueOf<float>(inList, inKey);
-    case kPropertyType_Double:
-        return ValueOf<double>(inList, inKey);
-    default:
-        return {};
-    }
+    std::optional<double> number;
+    VisitPropertyType(inList.GetPropertyType(inKey), [&](auto inType) {
+        using T = typename decltype(inType)::Type;
+        if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
+            T value{};
+            if (inList.GetValue(inKey, value)) { // an array is no number
+                number = static_cast<double>(value);
+            }
+        }
+    });
+    return number;
 }
 
 std::string Joined(std::vector<char const*> const& inWords) {
@@ -105,7 +92,7 @@ std::optional<float> ListReader::Number(char const* inKey, std::string const& in
     if (!number) {
         FailAsOther(inKey, inExpected);
     }
-    // Comparisons with what is not a number are false.
+    // A comparison with NaN is false.
     if (!(*number >= 0 && *number <= double{kLargestSize})) {
         char text[32];
         auto const [end, error] =

@@ -10,35 +10,35 @@
 
 namespace brindle::host::layout {
 
-/// Reads a property list of which every key has to be understood. Throws `description_error` with
-/// the path of the key for what is not as expected.
+/// Reads a property list in which every key must be known. Throws `description_error`, with the
+/// path of the key, for anything unexpected.
 class ListReader {
 public:
-    /// Keys are told behind `inPrefix`, which ends in a slash if it is not empty. The list has to
-    /// stay.
+    /// `inPrefix`, which is empty or ends in a slash, stands before every key in messages. The list
+    /// has to outlive the reader.
     explicit ListReader(proplist::PropList const& inList, std::string inPrefix = {});
 
-    /// Throws if the list has a key that is none of these.
+    /// Throws if the list has any other key.
     void RefuseOtherKeys(std::vector<char const*> const& inKnown) const;
 
     bool Has(char const* inKey) const;
     bool HasList(char const* inKey) const;
 
-    // Nothing if there is no such key.
+    // The following return an empty optional if there is no such key.
 
-    /// From 0 up and finite, of whatever type it is in the list. `inExpected` says what would be
-    /// right.
+    /// A number of any type, from 0 to `kLargestSize`. `inExpected` says in messages what was
+    /// expected.
     std::optional<float> Number(char const* inKey,
                                 std::string const& inExpected = "a number") const;
     std::optional<bool> Flag(char const* inKey) const;
     std::optional<std::string> Text(char const* inKey) const;
-    /// The place of the text among the words, of which it has to be one.
+    /// The index of the text in the words; a text that is none of them throws.
     std::optional<std::size_t> Word(char const* inKey,
                                     std::vector<char const*> const& inWords) const;
     std::optional<ListReader> List(char const* inKey) const;
 
-    /// The keys of the list as numbers, in their order; each has to be a whole number from 1 up,
-    /// with a list under it.
+    /// The nested lists in ascending order of their keys, each of which has to be a whole number
+    /// from 1 up.
     struct NumberedList {
         std::uint32_t number;
         proplist::PropList const* list;

@@ -12,21 +12,21 @@
 
 namespace brindle::host::layout {
 
-/// No size, margin or spacing is to be larger: then all sums are finite.
+/// The upper bound of every size, margin and spacing, which keeps all sums finite.
 constexpr float kLargestSize = 1e9F;
 
-/// What a leaf stands for in the picture.
+/// What a leaf is drawn as in a picture.
 enum class Role { kButton, kField, kLabel, kMeter, kPicture, kSpacer };
 
-/// The names of the roles, in their order.
+/// The names of the roles, in the order of the enumeration.
 constexpr std::array<char const*, 6> kRoleNames{"button", "field",   "label",
                                                 "meter",  "picture", "spacer"};
 
-/// What a leaf asks for along one axis. One that is expandable takes what it is offered between its
-/// minimum and its maximum.
+/// What a leaf asks for along one axis. If it is expandable, it takes what it is offered, within
+/// its minimum and maximum.
 struct ExtentDescription {
     float best = 0;
-    std::optional<float> minimum; ///< the best size if it is not told
+    std::optional<float> minimum; ///< the best size if it is empty
     bool isExpandable = false;
     float maximum = kLargestSize;
 };
@@ -38,18 +38,18 @@ struct MarginsDescription {
     float bottom = 0;
 };
 
-/// A tree told as plain data: a group if it has a kind, a leaf otherwise.
+/// A tree as plain data. A node is a group if it has a kind, and a leaf otherwise.
 struct NodeDescription {
-    std::uint32_t key = 0; ///< among its siblings, which stand in the order of their keys
+    std::uint32_t key = 0; ///< among its siblings, which are in ascending order of their keys
     std::string label;
     MarginsDescription margins;
 
-    // a leaf's
+    // of a leaf
     Role role = Role::kButton;
     ExtentDescription width;
     ExtentDescription height;
 
-    // a group's
+    // of a group
     std::optional<arrange::GroupArrangementType> kind;
     geom::PointT<float> spacing;
     arrange::AlignmentHorizontal horizontalAlignment = arrange::kAlignmentHorizontal_Left;
@@ -58,7 +58,7 @@ struct NodeDescription {
     std::vector<NodeDescription> children;
 };
 
-/// A property list describes no tree. `what()` is the path of the key that is wrong, with what was
+/// A property list does not describe a tree. `what()` is the path of the wrong key and what was
 /// expected there: "children/2/width/best: a number is expected, not a text".
 class description_error : public std::runtime_error {
 public:

@@ -22,7 +22,7 @@ float Expanded(ExtentDescription const& inExtent, float inAvailable) {
     return std::max(Minimum(inExtent), std::min(inAvailable, inExtent.maximum));
 }
 
-/// What a group takes up is round what its children take up.
+/// Extends the place of a group around a child and its margins.
 void Include(Shape const& inChild, Shape& ioGroup) {
     if (inChild.isPlaced) {
         RectT<float> const place = inChild.kind == Shape::Kind::kLeaf
@@ -72,10 +72,10 @@ float LeafNode::ExpandedHeight(float inAvailable) const {
 }
 
 PointT<float> LeafNode::ArrangeContent(RectT<float> const& inRect) {
-    // Margins may be larger than the rectangle that a root is given.
+    // The margins may be larger than the rectangle that the root is given.
     mPlace = {inRect.x, inRect.y, std::max(0.0F, inRect.width), std::max(0.0F, inRect.height)};
     mIsPlaced = true;
-    // What follows is placed by this size, so the margins count.
+    // The next sibling is placed by this size, so it includes the margins.
     return {LeftMargin() + mPlace.width + RightMargin(),
             TopMargin() + mPlace.height + BottomMargin()};
 }

@@ -12,17 +12,17 @@
 #include <string>
 #include <vector>
 
-/// The client's side of the layout: objects that tell the engine what they need and remember the
-/// place that it gave them.
+/// The client's side of the layout: objects that state to the engine what they need, and remember
+/// where it placed them.
 
 namespace brindle::host::layout {
 
-/// Something to draw, where the layout put it.
+/// Something to draw, with the place that the layout gave it.
 struct Shape {
     enum class Kind { kLeaf, kGroup, kSeparator };
 
     Kind kind;
-    geom::RectT<float> place; ///< of a leaf without its margins; of a group, all its children
+    geom::RectT<float> place; ///< of a leaf, without margins; of a group, around all its children
     MarginsDescription margins = {};
     Role role = Role::kButton; ///< of a leaf
     std::string label = {};    ///< of a leaf or a group
@@ -34,10 +34,10 @@ struct Shape {
 geom::RectT<float> WithMargins(geom::RectT<float> const& inRect,
                                MarginsDescription const& inMargins);
 
-/// The smallest rectangle that both are in.
+/// The smallest rectangle that contains both.
 geom::RectT<float> United(geom::RectT<float> const& inLHS, geom::RectT<float> const& inRHS);
 
-/// A part of the tree. A group owns its children.
+/// A node of the tree. A group owns its children.
 class Node {
 public:
     Node() = default;
@@ -47,7 +47,8 @@ public:
 
     virtual arrange::IArrangeable& Arrangeable() = 0;
     virtual arrange::IArrangeable const& Arrangeable() const = 0;
-    /// Adds what is to be drawn of this node, which stands in `inLevel` groups, from back to front.
+    /// Appends the shapes of this node and what it contains, from back to front. `inLevel` is the
+    /// number of groups around the node.
     virtual void AppendShapes(std::vector<Shape>& ioShapes, std::size_t inLevel) const = 0;
 };
 
@@ -79,7 +80,7 @@ private:
     bool mIsPlaced = false;
 };
 
-/// A line in the middle of a gap.
+/// A separator that is a line in the middle of its gap.
 class SeparatorLine final : public arrange::ISeparator {
 public:
     void Place(arrange::SeparatorOrientation inOrientation,
@@ -98,7 +99,7 @@ public:
     arrange::IArrangeable const& Arrangeable() const override { return *Group(); }
     void AppendShapes(std::vector<Shape>& ioShapes, std::size_t inLevel) const override;
 
-    /// The next arrangement aligns its content like this.
+    /// Takes effect with the next arrangement.
     void SetAlignment(arrange::AlignmentHorizontal inHorizontal,
                       arrange::AlignmentVertical inVertical);
 
@@ -126,7 +127,7 @@ private:
     std::vector<std::unique_ptr<SeparatorLine>> mSeparators;
 };
 
-/// The object of a description that has no kind is a leaf, otherwise it is a group.
+/// Makes a `GroupNode` of a description with a kind, a `LeafNode` of any other.
 std::unique_ptr<Node> MakeNode(NodeDescription&& inDescription);
 
 } // namespace brindle::host::layout

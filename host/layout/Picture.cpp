@@ -9,7 +9,7 @@ namespace {
 using Rect = SvgPage::Rect;
 
 constexpr float kSmallestLabelSize = 8;
-constexpr float kRoundingError = 0.02F; ///< what stands out by less does not overflow
+constexpr float kRoundingError = 0.02F; ///< overflowing by less than this is not counted
 
 char const* Name(Role inRole) {
     return kRoleNames[static_cast<std::size_t>(inRole)];
@@ -48,7 +48,7 @@ void DrawLeaf(SvgPage& ioPage, Shape const& inLeaf, Rect const& inPlace, Rect co
         ioPage.AddRect("margin", OnPixels(WithMargins(inPlace, inLeaf.margins)));
     }
     ioPage.AddRect(Name(inLeaf.role), OnPixels(inPlace), 3);
-    // The edge of the frame is not to cross the label of a leaf that is cut off.
+    // The label of a leaf that the frame cuts off stays inside, so that no line crosses it.
     Rect const visible = Intersected(inPlace, inFrame);
     bool const isVisible = visible.width > 0 && visible.height > kLabelSize;
     DrawLabel(ioPage, inLeaf.label, isVisible ? visible : inPlace);

@@ -7,25 +7,28 @@
 
 namespace brindle::host::layout {
 
-/// The style sheet of a page with pictures is these two, with the page's own styles between them.
+/// The style sheet of a page with pictures is `kPageStyles`, the page's own styles, and then
+/// `kPictureStyles`.
 extern char const* const kPageStyles;
 extern char const* const kPictureStyles;
 
-constexpr float kLabelSize = 11; ///< of the font, at the largest
+constexpr float kLabelSize = 11; ///< the largest font size of a label
 
-/// A tree as it stands in a rectangle.
+/// A tree arranged in a rectangle.
 struct Picture {
     geom::RectT<float> frame;  ///< the rectangle, which begins at (0, 0)
-    geom::RectT<float> bounds; ///< of the frame, and of what stands outside of it
+    geom::RectT<float> bounds; ///< of the frame and everything that overflows it
     bool overflows = false;
-    std::vector<Shape> shapes; ///< of the nodes that have a place, the root's first
-    std::size_t leftOut = 0;   ///< nodes that have none: the tree is too large for the layout
+    std::vector<Shape>
+        shapes; ///< of the nodes that have a place, from back to front; the root's comes first
+    std::size_t leftOut =
+        0; ///< how many nodes have no place, because the tree is too large for the layout
 };
 
-/// Arranges the tree in a rectangle of this size, and takes its picture.
+/// Arranges the tree in a rectangle of this size.
 Picture TakePicture(Node& ioRoot, float inWidth, float inHeight);
 
-/// Draws it with the frame's upper left corner at a place of the page.
+/// Draws the picture with the upper left corner of its frame at a point of the page.
 void DrawPicture(SvgPage& ioPage, Picture const& inPicture, float inX, float inY);
 
 } // namespace brindle::host::layout

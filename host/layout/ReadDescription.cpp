@@ -13,7 +13,7 @@ namespace {
 
 using Words = std::vector<char const*>;
 
-// The words for the values of an enumeration, in their order.
+// The words for the values of an enumeration, in the order of the values.
 Words const kKinds{"Row",       "Column", "Flipping", "HorizontalWrapping", "VerticalWrapping",
                    "AutoLayout"};
 Words const kHorizontalAlignments{"left", "centre", "right"};
@@ -22,12 +22,12 @@ Words const kRoles(kRoleNames.begin(), kRoleNames.end());
 
 Words const kGroupKeys{"kind",       "children", "spacing", "alignment",
                        "separators", "label",    "margins"};
-/// With the two that make a node a group.
+/// Including the two that would make the node a group.
 Words const kLeafKeys{"width", "height", "role", "label", "margins", "kind", "children"};
 
 constexpr char kNumberOrList[] = "a number or a list";
 
-/// Leaves the value alone if there is no such key.
+/// Leaves the value unchanged if there is no such key.
 template <typename Enumeration>
 void ReadWord(ListReader const& inReader, char const* inKey, Words const& inWords,
               Enumeration& ioValue) {
@@ -95,7 +95,7 @@ void ReadLeaf(ListReader const& inReader, NodeDescription& outLeaf) {
     outLeaf.height = ReadExtent(inReader, "height");
 }
 
-/// Result: the children, which are to be read into those of `outGroup`.
+/// Returns the lists of the children, which the caller reads into `outGroup.children`.
 std::vector<ListReader::NumberedList> ReadGroup(ListReader const& inReader,
                                                 NodeDescription& outGroup) {
     auto const kind = inReader.Word("kind", kKinds);
@@ -143,7 +143,8 @@ private:
 
     void ReadNode(PropList const& inList, NodeDescription& outNode) {
         ListReader const reader(inList);
-        // Before anything is missed, for a key that is missing may be there with a wrong letter.
+        // Unknown keys are reported before missing ones: a key may seem missing because it is
+        // misspelt.
         bool const isGroup = reader.Has("kind") || reader.Has("children");
         reader.RefuseOtherKeys(isGroup ? kGroupKeys : kLeafKeys);
         if (auto const label = reader.Text("label")) {
@@ -176,7 +177,7 @@ private:
         ReadNode(*child.list, description);
     }
 
-    /// Of the node that is being read, with a slash behind it; empty for the root.
+    /// The path of the node that is being read, with a slash at its end; empty for the root.
     std::string Path() const {
         std::string path;
         for (OpenGroup const& group : mOpenGroups) {
@@ -185,7 +186,7 @@ private:
         return path;
     }
 
-    std::vector<OpenGroup> mOpenGroups; ///< those that the node stands in, the root first
+    std::vector<OpenGroup> mOpenGroups; ///< the groups around the current node, the root first
 };
 
 } // namespace

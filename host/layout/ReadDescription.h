@@ -8,11 +8,11 @@
 
 namespace brindle::host::layout {
 
-/// The layout leaves out what stands deeper.
+/// The layout leaves out nodes on deeper levels.
 constexpr std::size_t kMostLevels = 2000;
 
-/// The tree that a property list describes, in the form that the verb `layout` tells. No more than
-/// `kMostLevels` deep. Throws `description_error`, also for a key that has no meaning.
+/// Reads a tree from a property list of the form that the help of the verb `layout` describes.
+/// Throws `description_error`, also for an unknown key and for more than `kMostLevels` levels.
 NodeDescription ReadDescription(proplist::PropList const& inList);
 
 } // namespace brindle::host::layout

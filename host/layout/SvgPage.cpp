@@ -12,7 +12,7 @@ namespace brindle::host::layout {
 
 namespace {
 
-constexpr float kLetterWidth = 0.6F; ///< of the font size, at the most on average
+constexpr float kLetterWidth = 0.6F; ///< in font sizes, an upper bound of the average
 
 /// A number with at most two decimals.
 struct Number {

@@ -8,15 +8,15 @@
 
 namespace brindle::host::layout {
 
-/// Draws in pixels from the upper left corner. Numbers have at most two decimals, so a picture is
-/// the same text on every machine.
+/// An SVG document. Lengths are pixels, measured from the upper left corner, and are written with
+/// at most two decimals, so that a picture is the same text on every machine.
 class SvgPage {
 public:
     using Rect = geom::RectT<float>;
 
     enum class Anchor { kStart, kMiddle, kEnd };
 
-    /// The class names of shapes and texts are those of `inStyleSheet`; "page" is the ground.
+    /// `inStyleSheet` defines the classes of shapes and texts, and "page" for the background.
     explicit SvgPage(std::string inStyleSheet);
 
     void AddRect(std::string const& inClass, Rect const& inRect, float inRadius = 0);
@@ -24,7 +24,7 @@ public:
     /// `inY` is the base line.
     void AddText(std::string const& inClass, std::string const& inText, float inX, float inY,
                  Anchor inAnchor = Anchor::kStart, float inFontSize = 0);
-    /// A part of the page that a link can show alone: `page.svg#inName`.
+    /// Names a part of the page, so that a link to `page.svg#inName` shows it alone.
     void AddView(std::string const& inName, Rect const& inRect);
 
     void Write(std::ostream& ioStream, float inWidth, float inHeight) const;
@@ -34,11 +34,11 @@ private:
     std::ostringstream mBody;
 };
 
-/// A text is hardly ever wider than this.
+/// An estimate of the width of a text, which is rarely wider.
 float TextWidth(std::string const& inText, float inFontSize);
 
-/// The rectangle to give a shape with an outline: lines are sharp where they lie on the middle of
-/// pixels.
+/// Shrinks a rectangle by half a pixel on each side, so that its outline runs through the middle of
+/// pixels and is drawn sharp.
 SvgPage::Rect OnPixels(SvgPage::Rect const& inRect);
 
 } // namespace brindle::host::layout

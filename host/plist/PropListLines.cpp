@@ -1,5 +1,6 @@
 #include "host/plist/PropListLines.h"
 
+#include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
 
 #include <list>
@@ -9,57 +10,6 @@ namespace brindle::host {
 using namespace proplist;
 
 namespace {
-
-bool IsControl(unsigned char inByte) {
-    return inByte < 0x20 || inByte == 0x7F;
-}
-
-/// The control characters from U+0080 to U+009F have two bytes, C2 and their number.
-bool IsHighControl(std::string const& inText, std::size_t inPosition) {
-    return inText[inPosition] == '\xC2' && inPosition + 1 < inText.size() &&
-           (inText[inPosition + 1] & 0xE0) == 0x80;
-}
-
-void AppendControl(std::string& ioText, unsigned char inCharacter) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    switch (inCharacter) {
-    case '\t':
-        ioText += "\\t";
-        break;
-    case '\n':
-        ioText += "\\n";
-        break;
-    case '\r':
-        ioText += "\\r";
-        break;
-    default:
-        ioText += {'\\', 'u', '0', '0', kDigits[inCharacter >> 4], kDigits[inCharacter & 15]};
-    }
-}
-
-/// Escapes backslashes, control characters, and what stands in `inOthers`.
-std::string Escaped(std::string const& inText, std::string const& inOthers) {
-    std::string escaped;
-    escaped.reserve(inText.size());
-    for (std::size_t i = 0; i < inText.size(); ++i) {
-        char const character = inText[i];
-        if (IsControl(static_cast<unsigned char>(character))) {
-            AppendControl(escaped, static_cast<unsigned char>(character));
-        } else if (IsHighControl(inText, i)) {
-            AppendControl(escaped, static_cast<unsigned char>(inText[++i]));
-        } else {
-            if (character == '\\' || inOthers.find(character) != std::string::npos) {
-                escaped += '\\';
-            }
-            escaped += character;
-        }
-    }
-    return escaped;
-}
-
-std::string EscapedValue(std::string const& inText) {
-    return Escaped(inText, "");
-}
 
 std::string TextOf(UTF16String const& inText) {
     return PlainText(inText);
@@ -92,37 +42,9 @@ std::vector<std::string> ElementTexts(PropList const& inList, UTF8String const& 
     std::vector<std::string> texts;
     texts.reserve(values.size());
     for (auto const& value : values) {
-        texts.push_back(EscapedValue(TextOf(value)));
+        texts.push_back(EscapedText(TextOf(value)));
     }
     return texts;
-}
-
-/// How to tell the scalars and the arrays of a type.
-struct TypeOfValue {
-    char const* name;
-    std::string (*scalar)(PropList const& inList, UTF8String const& inKey);
-    std::vector<std::string> (*elements)(PropList const& inList, UTF8String const& inKey);
-};
-
-template <typename T>
-constexpr TypeOfValue Type(char const* inName) {
-    return {inName, ScalarText<T>, ElementTexts<T>};
-}
-
-/// In the order of the types' numbers, which is the same for scalars and for arrays.
-constexpr TypeOfValue kTypes[] = {
-    Type<UTF16String>("ustring"),  Type<UTF8String>("string"),    Type<bool>("bool"),
-    Type<std::uint16_t>("uint16"), Type<std::uint32_t>("uint32"), Type<std::int32_t>("int32"),
-    Type<std::int64_t>("int64"),   Type<std::uint64_t>("uint64"), Type<float>("float"),
-    Type<double>("double")};
-
-bool IsArray(PropListPropertyType inType) {
-    return inType >= kPropertyType_UTF16StringArray;
-}
-
-TypeOfValue const& TypeOf(PropListPropertyType inType) {
-    return kTypes[inType -
-                  (IsArray(inType) ? kPropertyType_UTF16StringArray : kPropertyType_UTF16String)];
 }
 
 void WriteLine(std::ostream& outStream, std::string const& inPath, std::string const& inType,
@@ -130,25 +52,28 @@ void WriteLine(std::ostream& outStream, std::string const& inPath, std::string c
     outStream << inPath << '\t' << inType << '\t' << inValue << '\n';
 }
 
-/// Writes the lines of a property that is no list.
+/// Writes the lines of a property that is not a list.
 void WriteValue(PropList const& inList, UTF8String const& inKey, std::string const& inPath,
                 std::ostream& outStream) {
     PropListPropertyType const type = inList.GetPropertyType(inKey);
-    TypeOfValue const& known = TypeOf(type);
-    if (!IsArray(type)) {
-        WriteLine(outStream, inPath, known.name, EscapedValue(known.scalar(inList, inKey)));
-        return;
-    }
-    std::vector<std::string> const elements = known.elements(inList, inKey);
-    if (elements.empty()) {
-        WriteLine(outStream, inPath, std::string(known.name) + "[]", "");
-    }
-    for (std::size_t i = 0; i < elements.size() && outStream; ++i) {
-        WriteLine(outStream, inPath + '[' + NumberText(i) + ']', known.name, elements[i]);
-    }
+    std::string const name(FindPropertyType(type)->name);
+    VisitPropertyType(type, [&](auto inType) {
+        using T = typename decltype(inType)::Type;
+        if (!IsArray(type)) {
+            WriteLine(outStream, inPath, name, EscapedText(ScalarText<T>(inList, inKey)));
+            return;
+        }
+        std::vector<std::string> const elements = ElementTexts<T>(inList, inKey);
+        if (elements.empty()) {
+            WriteLine(outStream, inPath, name + "[]", "");
+        }
+        for (std::size_t i = 0; i < elements.size() && outStream; ++i) {
+            WriteLine(outStream, inPath + '[' + NumberText(i) + ']', name, elements[i]);
+        }
+    });
 }
 
-/// A list on the way down, and what of it is still to be written.
+/// A list on the current path, and its keys that are still to be written.
 struct Level {
     explicit Level(PropList const& inList, std::size_t inPathLength)
         : list(inList), pathLength(inPathLength) {
@@ -163,17 +88,21 @@ struct Level {
 } // namespace
 
 std::string EscapedKey(UTF8String const& inKey) {
-    return Escaped(PlainText(inKey), "/[");
+    return EscapedText(PlainText(inKey), "/[");
 }
 
 std::vector<std::string> ValueTexts(PropList const& inList, UTF8String const& inKey) {
     PropListPropertyType const type = inList.GetPropertyType(inKey);
-    if (type == kPropertyType_None || type == kPropertyType_PropList) {
-        return {};
-    }
-    TypeOfValue const& known = TypeOf(type);
-    return IsArray(type) ? known.elements(inList, inKey)
-                         : std::vector<std::string>{known.scalar(inList, inKey)};
+    std::vector<std::string> texts;
+    VisitPropertyType(type, [&](auto inType) {
+        using T = typename decltype(inType)::Type;
+        if (IsArray(type)) {
+            texts = ElementTexts<T>(inList, inKey);
+        } else {
+            texts.push_back(ScalarText<T>(inList, inKey));
+        }
+    });
+    return texts;
 }
 
 void WriteLines(PropList const& inList, std::ostream& outStream) {

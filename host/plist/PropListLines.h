@@ -8,21 +8,21 @@
 
 namespace brindle::host {
 
-// A property list as text, of which a line tells one fact: a path, a tab, a type, a tab, a value.
-// The path is the keys on the way, with "/" between them; behind that of an array's element stands
-// its index, "[0]". Backslashes and control characters are escaped wherever they stand, "/" and "["
-// in keys, so that a line stays a line and a path tells one property alone.
+// A property list as text with one line for each value: a path, a tab, a type, a tab, the value. A
+// path is the keys on the way with "/" between them; the path of an element of an array ends with
+// its index, "[0]". Backslashes and control characters are escaped everywhere, and "/" and "[" in
+// keys, so that a value never breaks its line and every path is unambiguous.
 
-/// A key as a part of a path.
+/// A key as it is written in a path.
 std::string EscapedKey(UTF8String const& inKey);
 
-/// The value under a key, alone: a scalar as it is, or the elements of an array one after another,
-/// escaped. Nothing for a nested list.
+/// The value of a key: one text for a scalar, unescaped, or one for each element of an array,
+/// escaped. Empty for a nested list.
 std::vector<std::string> ValueTexts(proplist::PropList const& inList, UTF8String const& inKey);
 
-/// Writes a line for each scalar and each element of an array, in the order of the keys, and one
-/// without a value for each nested list and array that is empty. Lists may be nested to any depth.
-/// Ends early if the stream fails.
+/// Writes a line for each scalar and each element of an array, in the order of the keys, and a line
+/// without a value for each empty list and empty array. Lists may be nested to any depth. Stops
+/// when the stream fails.
 void WriteLines(proplist::PropList const& inList, std::ostream& outStream);
 
 } // namespace brindle::host

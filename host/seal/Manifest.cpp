@@ -1,9 +1,11 @@
 #include "host/seal/Manifest.h"
 
-#include "host/commandline/Diagnostics.h"
+#include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
-#include "host/plist/LoadedList.h"
+#include "host/files/FileErrors.h"
+#include "host/plist/LoadList.h"
 #include "host/seal/PercentNames.h"
+#include <brindle/utility/Digits.h>
 
 #include <brindle/proplist/PropListUtils.h>
 
@@ -24,15 +26,21 @@ constexpr std::uint32_t kFormat = 1;
 UTF8String const kKey_Format = "format"_utf8;
 UTF8String const kKey_Root = "root"_utf8;
 UTF8String const kKey_Files = "files"_utf8;
+UTF8String const kKey_Others = "others"_utf8;
 UTF8String const kKey_Size = "size"_utf8;
 UTF8String const kKey_Modified = "modified"_utf8;
 UTF8String const kKey_CRC = "crc"_utf8;
+
+/// The words for entries without a sum, in the order of `EntryState::Kind`.
+constexpr char const* kKindWords[] = {
+    nullptr, "fifo",          "socket",          "device",
+    "other", "dangling link", "unreadable file", "unreadable directory"};
 
 UTF8String AsUTF8(std::string const& inText) {
     return UTF8String(inText.begin(), inText.end());
 }
 
-/// A time of the file system in ISO 8601.
+/// A time of the file system in ISO 8601, UTC.
 std::string TimeText(std::uint64_t inTicks) {
     constexpr std::uint64_t kTicksPerSecond = 10'000'000;
     constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
@@ -50,13 +58,15 @@ bool IsTimeText(std::string const& inText) {
     constexpr char kForm[] = "0000-00-00T00:00:00.0000000Z";
     std::string form = inText;
     for (char& character : form) {
-        character = character >= '0' && character <= '9' ? '0' : character;
+        character = utility::IsDigit(character) ? '0' : character;
     }
-    std::size_t const years = form.find_first_not_of('0'); // four digits, or more in far times
+    std::size_t const years =
+        form.find_first_not_of('0'); // four digits, or more from the year 10000
     return years != std::string::npos && years >= 4 && form.substr(years - 4) == kForm;
 }
 
-/// True for what names a file below the directory that it is relative to, whatever it holds.
+/// True if the path stays below the directory that it is relative to, whatever is there: no name in
+/// it is empty, "." or "..".
 bool IsPathBelow(std::string const& inPath) {
     for (std::size_t start = 0; start <= inPath.size();) {
         std::size_t const end = std::min(inPath.find('/', start), inPath.size());
@@ -73,43 +83,87 @@ bool IsPathBelow(std::string const& inPath) {
     throw unreadable_error("is no manifest: " + inReason);
 }
 
-SealedFile ReadFile(PropList const& inFiles, UTF8String const& inKey) {
-    auto const name = [&inKey] { return "'" + EscapedName(PlainText(inKey)) + "'"; };
-    auto const require = [&name](bool inIsRight, char const* inKeyOfFile) {
+std::string Quoted(UTF8String const& inKey) {
+    return "'" + EscapedName(PlainText(inKey)) + "'";
+}
+
+std::string ReadPath(UTF8String const& inKey) {
+    std::string path;
+    if (!PercentDecode(inKey, path) || !IsPathBelow(path)) {
+        Refuse(Quoted(inKey) + " is no path below the root");
+    }
+    return path;
+}
+
+SealedEntry ReadFile(PropList const& inFiles, UTF8String const& inKey) {
+    auto const require = [&inKey](bool inIsRight, char const* inKeyOfFile) {
         if (!inIsRight) {
-            Refuse("the " + std::string(inKeyOfFile) + " of " + name() + " is missing or wrong");
+            Refuse("the " + std::string(inKeyOfFile) + " of " + Quoted(inKey) +
+                   " is missing or wrong");
         }
     };
-    SealedFile file;
-    if (!PercentDecode(inKey, file.path) || !IsPathBelow(file.path)) {
-        Refuse(name() + " is no path below the root");
-    }
+    SealedEntry file{ReadPath(inKey), {}};
+    FileSum& sum = file.state.sum;
     PropList const* const properties = inFiles.GetSubList(inKey);
     require(properties != nullptr, "list");
-    require(properties->GetValue(kKey_Size, file.sum.size), "size");
+    require(properties->GetValue(kKey_Size, sum.size), "size");
 
     UTF8String text;
     require(properties->GetValue(kKey_Modified, text) && IsTimeText(PlainText(text)), "time");
 
     require(properties->GetValue(kKey_CRC, text), "crc");
     std::string const digits = PlainText(text);
-    std::from_chars(digits.data(), digits.data() + digits.size(), file.sum.crc, 16);
-    require(digits == CRCText(file.sum.crc), "crc");
+    std::from_chars(digits.data(), digits.data() + digits.size(), sum.crc, 16);
+    require(digits == CRCText(sum.crc), "crc");
     return file;
+}
+
+SealedEntry ReadOther(PropList const& inOthers, UTF8String const& inKey) {
+    SealedEntry entry{ReadPath(inKey), {}};
+    UTF8String word;
+    inOthers.GetValue(inKey, word);
+    for (int kind = EntryState::kPipe; kind <= EntryState::kUnreadableDirectory; ++kind) {
+        if (PlainText(word) == kKindWords[kind]) {
+            entry.state.kind = static_cast<EntryState::Kind>(kind);
+            return entry;
+        }
+    }
+    Refuse("what " + Quoted(inKey) + " is, is missing or unknown");
+}
+
+/// Appends what `inRead` makes of each key of a list; nothing if there is no list.
+void ReadEntries(PropList const* inList,
+                 SealedEntry (*inRead)(PropList const& inList, UTF8String const& inKey),
+                 std::vector<SealedEntry>& ioEntries) {
+    if (inList == nullptr) {
+        return;
+    }
+    std::list<UTF8String> keys;
+    inList->GetPropertyNames(keys);
+    ioEntries.reserve(ioEntries.size() + keys.size());
+    for (UTF8String const& key : keys) {
+        ioEntries.push_back(inRead(*inList, key));
+    }
 }
 
 } // namespace
 
-NewManifest::NewManifest(std::string const& inRoot) : mFiles(*mList.NewSubList(kKey_Files)) {
+NewManifest::NewManifest(std::string const& inRoot)
+    : mFiles(*mList.NewSubList(kKey_Files)), mOthers(*mList.NewSubList(kKey_Others)) {
     mList.SetValue(kKey_Format, kFormat);
     mList.SetValue(kKey_Root, PercentEncoded(inRoot));
 }
 
-void NewManifest::Add(std::string const& inPath, FileSum const& inSum, std::uint64_t inModified) {
-    PropList& properties = *mFiles.NewSubList(PercentEncoded(inPath));
-    properties.SetValue(kKey_Size, inSum.size);
-    properties.SetValue(kKey_Modified, AsUTF8(TimeText(inModified)));
-    properties.SetValue(kKey_CRC, AsUTF8(CRCText(inSum.crc)));
+void NewManifest::Add(std::string const& inPath, EntryState const& inState) {
+    UTF8String const key = PercentEncoded(inPath);
+    if (inState.kind != EntryState::kFile) {
+        mOthers.SetValue(key, AsUTF8(kKindWords[inState.kind]));
+        return;
+    }
+    PropList& properties = *mFiles.NewSubList(key);
+    properties.SetValue(kKey_Size, inState.sum.size);
+    properties.SetValue(kKey_Modified, AsUTF8(TimeText(inState.modified)));
+    properties.SetValue(kKey_CRC, AsUTF8(CRCText(inState.sum.crc)));
 }
 
 void NewManifest::Save(filesupport::File& ioFile) const {
@@ -137,16 +191,19 @@ Manifest ReadManifest(filesupport::File const& inFile) {
     if (files == nullptr) {
         Refuse("it has no list of files");
     }
-    std::list<UTF8String> keys;
-    files->GetPropertyNames(keys);
-    manifest.files.reserve(keys.size());
-    for (UTF8String const& key : keys) {
-        manifest.files.push_back(ReadFile(*files, key));
+    std::vector<SealedEntry>& entries = manifest.entries;
+    ReadEntries(files, ReadFile, entries);
+    ReadEntries(list.GetSubList(kKey_Others), ReadOther, entries);
+    std::sort(
+        entries.begin(), entries.end(),
+        [](SealedEntry const& inLHS, SealedEntry const& inRHS) { return inLHS.path < inRHS.path; });
+    auto const twice = std::adjacent_find(entries.begin(), entries.end(),
+                                          [](SealedEntry const& inLHS, SealedEntry const& inRHS) {
+                                              return inLHS.path == inRHS.path;
+                                          });
+    if (twice != entries.end()) {
+        Refuse("it has '" + EscapedName(twice->path) + "' twice");
     }
-    auto const byPath = [](SealedFile const& inLHS, SealedFile const& inRHS) {
-        return inLHS.path < inRHS.path;
-    };
-    std::sort(manifest.files.begin(), manifest.files.end(), byPath);
     return manifest;
 }
 

@@ -1,6 +1,6 @@
 #include "host/seal/SealedTree.h"
 
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 
 #include <brindle/filesupport/NativePath.h>
 
@@ -15,6 +15,21 @@ using namespace filesupport;
 namespace {
 
 constexpr int kMostLinks = 40; // as many as the system follows
+
+EntryState::Kind KindOfIrregular(FileKind inKind) {
+    switch (inKind) {
+    case FileKind::kPipe:
+        return EntryState::kPipe;
+    case FileKind::kSocket:
+        return EntryState::kSocket;
+    case FileKind::kDevice:
+        return EntryState::kDevice;
+    case FileKind::kDirectory: // the walk found a file
+        throw unsteady_error("has become a directory");
+    default:
+        return EntryState::kOther;
+    }
+}
 
 std::string WithSlash(std::string const& inPath) {
     return inPath.empty() || inPath.back() != '/' ? inPath + '/' : inPath;
@@ -51,15 +66,36 @@ FoundFiles SealedTree::Find(Diagnostics& ioDiagnostics) const {
     return found;
 }
 
-File SealedTree::FileAt(std::string const& inPath) const {
-    return FileFromNative(NativePathOf(inPath));
+EntryState SealedTree::StateOf(std::string const& inPath, std::string& outProblem) const {
+    EntryState state;
+    try {
+        state.sum = SteadySumOf(FileFromNative(NativePathOf(inPath)), state.modified);
+    } catch (missing_error const&) {
+        std::error_code ignored;
+        if (!fs::is_symlink(NativePathOf(inPath), ignored)) {
+            throw;
+        }
+        state.kind = EntryState::kDanglingLink;
+    } catch (irregular_error const& error) {
+        state.kind = KindOfIrregular(error.Kind());
+    } catch (unsteady_error const&) {
+        throw;
+    } catch (unreadable_error const& error) {
+        state.kind = EntryState::kUnreadable;
+        outProblem = error.what();
+    }
+    return state;
+}
+
+bool SealedTree::HasDirectoryAt(std::string const& inPath) const {
+    return DirFromNative(NativePathOf(inPath)).Exists();
 }
 
 bool SealedTree::IsManifest(std::string const& inPath) const {
     if (inPath == mManifestInTree) {
         return true;
     }
-    // The walk enters no links, so only a file that is one itself leads to what stands elsewhere.
+    // The walk enters no linked directories, so only a file that is a link itself leads elsewhere.
     std::string const path = NativePathOf(inPath);
     std::error_code ignored;
     return fs::is_symlink(path, ignored) && PathWithoutLinks(path) == mManifest;
@@ -68,7 +104,7 @@ bool SealedTree::IsManifest(std::string const& inPath) const {
 std::string PathWithoutLinks(std::string const& inPath) {
     std::error_code error;
     fs::path path = fs::absolute(inPath, error);
-    // A link to what is not there yet leads on too.
+    // This also follows a link to a file that does not exist yet.
     for (int links = 0; links < kMostLinks && fs::is_symlink(path, error); ++links) {
         path = path.parent_path() / fs::read_symlink(path, error);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/files/FilesBelow.h"
+#include "host/seal/Manifest.h"
 
 #include <brindle/filesupport/File.h>
 
@@ -8,23 +9,26 @@
 
 namespace brindle::host {
 
-/// A directory tree as a manifest tells it: files by their paths below its root, "/" between names,
-/// without the manifest itself.
+/// A directory tree as a manifest records it: files by their paths below the root, "/" between
+/// names, without the manifest itself.
 class SealedTree {
 public:
-    /// Native paths. The manifest may be anywhere, and need not be there yet; its directory is.
-    /// Throws `unreadable_error` if the root is no directory.
+    /// Takes native paths. The manifest may be anywhere and need not exist yet, but its directory
+    /// has to exist. Throws `unreadable_error` if the root is no directory.
     SealedTree(std::string const& inRoot, std::string const& inManifest);
 
-    /// The root, relative to the manifest's own directory unless it has no such path.
+    /// The path of the root, relative to the directory of the manifest where that is possible.
     std::string RootForManifest() const;
 
-    /// All files and unreadable directories, sorted by path; the root's path is empty. The latter
-    /// are reported.
+    /// All files and all unreadable directories, sorted by path; the path of the root is empty.
     FoundFiles Find(Diagnostics& ioDiagnostics) const;
 
     std::string NativePathOf(std::string const& inPath) const { return mPrefix + inPath; }
-    filesupport::File FileAt(std::string const& inPath) const;
+
+    /// What there is at a path; reads a file to its end. `outProblem` says why a file cannot be
+    /// read. Throws `unsteady_error` for what changes meanwhile, and `missing_error`.
+    EntryState StateOf(std::string const& inPath, std::string& outProblem) const;
+    bool HasDirectoryAt(std::string const& inPath) const;
 
 private:
     bool IsManifest(std::string const& inPath) const;
@@ -35,15 +39,14 @@ private:
     std::string const mManifestInTree; // its path below the root, if it is there
 };
 
-/// The native path of what a path leads to, absolute and without links, also if it is not there
-/// yet.
+/// The absolute native path, without links, of the file that a path leads to. The file need not
+/// exist.
 std::string PathWithoutLinks(std::string const& inPath);
 
-/// A native path, without "." and "..", of what an absolute or relative path names from a
-/// directory.
+/// Joins a directory and a path, which may be absolute, and removes "." and ".." from the result.
 std::string PathFrom(std::string const& inDirectory, std::string const& inPath);
 
-/// The native path of the directory that holds what is at a path without links.
+/// The native path of the directory that holds a file, whose path has no links.
 std::string DirectoryOf(std::string const& inPath);
 
 } // namespace brindle::host

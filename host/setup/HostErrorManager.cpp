@@ -28,7 +28,7 @@ std::string TextOf(config::ReplacementValue const& inValue) {
     return {};
 }
 
-/// Puts the values in place of `^1` to `^4`.
+/// Replaces the placeholders `^1` to `^4` by the values.
 std::string Expanded(std::string const& inText,
                      config::ReplacementValue const* const (&inValues)[4]) {
     std::string expanded;

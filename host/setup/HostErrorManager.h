@@ -6,11 +6,11 @@
 
 namespace brindle::host {
 
-/// A fatal error was reported: the verb ends here.
+/// Ends the verb after a fatal error, which has been reported already.
 class fatal_error : public std::exception {};
 
-/// Writes every error to standard error, as the installed localiser words it, and throws
-/// `fatal_error` for a fatal one.
+/// Writes the localised text of every error to standard error, and throws `fatal_error` for a fatal
+/// one.
 class HostErrorManager : public config::ErrorManager {
 public:
     void ThrowErrorImpl(config::ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,

@@ -4,7 +4,7 @@
 
 namespace brindle::host {
 
-/// Speaks English: every text is the default text of its literal.
+/// English only: gives the default text that each key literal carries behind its "=".
 class HostLocalizer : public config::Localizer {
 public:
     UTF16String LocalizeString(char const* inLiteral) override;

@@ -12,7 +12,7 @@ namespace brindle::host {
 
 namespace {
 
-/// So few that 1001 times a number fits into 64 bits.
+/// 1001 times a number of so many digits fits into 64 bits.
 constexpr std::size_t kMostDigits = 16;
 constexpr std::uint64_t kMostTicksPerFrame = 100'000'000'000'000'000;
 
@@ -45,7 +45,7 @@ std::optional<Fraction> DecimalAsFraction(std::string_view inText) {
     return fraction;
 }
 
-/// Nothing if a frame is no whole number of ticks.
+/// Empty if a frame does not last a whole number of ticks.
 std::optional<time::FrameRate> ExactRate(Fraction const& inRate) {
     constexpr std::uint64_t kTicksPerSecond = time::kTicksPerSecond;
     if (inRate.numerator == 0) {
@@ -61,7 +61,7 @@ std::optional<time::FrameRate> ExactRate(Fraction const& inRate) {
     return time::FrameRate::Create(static_cast<std::int64_t>(kTicksPerSecond / common * factor));
 }
 
-/// The NTSC rate that rounds to this decimal.
+/// The NTSC rate that, rounded to as many decimals, is this number; empty if there is none.
 std::optional<time::FrameRate> RoundedNtscRate(Fraction const& inRate) {
     auto const [number, unit] = inRate;
     std::uint64_t const nominal = number / unit + 1;

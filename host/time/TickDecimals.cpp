@@ -21,7 +21,7 @@ std::string DecimalFromTicks(std::int64_t inTicks, std::int64_t inTicksPerUnit) 
     std::uint64_t const distance =
         inTicks < 0 ? 0 - static_cast<std::uint64_t>(inTicks) : static_cast<std::uint64_t>(inTicks);
     std::string text = (inTicks < 0 ? "-" : "") + std::to_string(distance / unit);
-    // What the digits so far leave out is rest / scale ticks. Below half a tick it is not missed.
+    // The digits so far fall short by rest / scale ticks; less than half a tick is rounded away.
     std::uint64_t rest = distance % unit;
     std::uint64_t scale = 1;
     while (2 * rest >= scale) {
@@ -47,7 +47,7 @@ std::optional<std::int64_t> TicksFromDecimal(std::string_view inText, std::int64
 
     auto const unit = static_cast<std::uint64_t>(inTicksPerUnit);
     std::uint64_t ticks = 0;
-    std::uint64_t rest = 0; // the decimals so far are ticks + rest / scale
+    std::uint64_t rest = 0; // the decimals read so far amount to ticks + rest / scale
     std::uint64_t scale = 1;
     for (char const digit : decimals.substr(0, kMostDecimals)) {
         scale *= 10;

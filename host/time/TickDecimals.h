@@ -7,14 +7,14 @@
 
 namespace brindle::host {
 
-// Ticks as a decimal number of some unit, such as the second or a frame. `inTicksPerUnit` is from 1
-// to 10 to the 17th.
+// Converts between ticks and decimal numbers of a longer unit, such as a second or a frame.
+// `inTicksPerUnit` is from 1 to 10^17.
 
-/// No more decimals than it takes for `TicksFromDecimal` to give the same ticks back.
+/// Writes as few decimals as `TicksFromDecimal` needs to return the same ticks.
 std::string DecimalFromTicks(std::int64_t inTicks, std::int64_t inTicksPerUnit);
 
-/// The nearest tick; decimals beyond the eighteenth do not count. Nothing if the text is not digits
-/// with or without a sign "-" and a point, or does not fit.
+/// Rounds to the nearest tick; decimals beyond the eighteenth are ignored. Empty if the text is
+/// anything but digits with an optional "-" and an optional point, or does not fit.
 std::optional<std::int64_t> TicksFromDecimal(std::string_view inText, std::int64_t inTicksPerUnit);
 
 } // namespace brindle::host

@@ -11,10 +11,6 @@ namespace {
 
 constexpr std::uint32_t kMostIdentifiers = 1'000'000;
 
-} // namespace
-
-namespace {
-
 void Run(Arguments const& inArguments, Diagnostics&) {
     auto const& operands = inArguments.Operands();
     if (operands.size() > 1) {
@@ -25,7 +21,7 @@ void Run(Arguments const& inArguments, Diagnostics&) {
     for (std::uint32_t i = 0; i < count && utility::streams::Out; ++i) {
         utility::Guid const guid = utility::Guid::CreateUnique();
         if (guid == utility::Guid()) {
-            throw fatal_error(); // the error manager has told why
+            throw fatal_error(); // the error manager has reported the reason
         }
         utility::streams::Out << guid << '\n';
     }

@@ -1,15 +1,15 @@
 #include "host/verbs/Verbs.h"
 
+#include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 #include "host/layout/Picture.h"
 #include "host/layout/ReadDescription.h"
-#include "host/plist/LoadedList.h"
+#include "host/plist/LoadList.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/NativePath.h>
-#include <brindle/filesupport/SafeSave.h>
-#include <brindle/utility/FileUtils.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
@@ -30,7 +30,7 @@ geom::PointT<float> SizeFromText(std::string const& inText) {
     auto const [middle, widthError] = std::from_chars(inText.data(), end, size.x);
     if (widthError == std::errc() && middle != end && *middle == 'x') {
         auto const [last, heightError] = std::from_chars(middle + 1, end, size.y);
-        // Comparisons with what is not a number are false.
+        // A comparison with NaN is false.
         if (heightError == std::errc() && last == end && size.x > 0 && size.y > 0 &&
             std::max(size.x, size.y) <= kLargestSize) {
             return size;
@@ -44,7 +44,7 @@ geom::PointT<float> SizeFromText(std::string const& inText) {
 /// Writes a line for each node.
 void PrintPlaces(std::vector<Shape> const& inShapes) {
     std::string path;
-    std::vector<std::size_t> pathLengths; // by level, of the path of the node
+    std::vector<std::size_t> pathLengths; // of the paths of the nodes on the way, by level
     std::string line;
     for (Shape const& shape : inShapes) {
         if (shape.kind == Shape::Kind::kSeparator) {
@@ -77,11 +77,8 @@ void WritePicture(Picture const& inPicture, std::string const& inPath) {
     page.Write(text, bounds.width + 2 * kPageMargin, bounds.height + 2 * kPageMargin);
     std::string const bytes = text.str();
 
-    filesupport::File file = filesupport::FileFromNative(inPath);
-    filesupport::SafeSave save(file);
-    utility::FileUtils::SimpleWriteStringToFile(save.GetTempFile().FullPath(),
-                                                UTF8String(bytes.begin(), bytes.end()));
-    save.Commit();
+    filesupport::SafeSaveText(filesupport::FileFromNative(inPath),
+                              UTF8String(bytes.begin(), bytes.end()));
 }
 
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
@@ -152,7 +149,7 @@ Verb const kLayoutVerb = {
     "  alignment        of a group: a list: horizontal (left, centre, right), vertical (top,\n"
     "                   centre, bottom)\n"
     "  separators       of a group: true or false\n",
-    {"help", "svg"},
+    {"help", "svg="},
     Run,
 };
 

@@ -11,13 +11,13 @@ using namespace filesupport;
 
 namespace {
 
-/// Reads a block, or what there is up to the end.
+/// Reads a block, or as much as there is before the end, and returns how many bytes that was.
 std::uint32_t ReadUpTo(IByteStream& inSource, std::vector<std::uint8_t>& outBlock) {
     std::uint64_t const start = inSource.CurPos();
     try {
         inSource.ReadBlock(outBlock.data(), static_cast<std::uint32_t>(outBlock.size()));
     } catch (eof_error const&) {
-        // The position tells how much there was.
+        // The block then begins with what there was, and the position has moved by as much.
     }
     return static_cast<std::uint32_t>(inSource.CurPos() - start);
 }

@@ -1,7 +1,7 @@
 #include "host/verbs/Verbs.h"
 
-#include "host/files/FileSum.h"
-#include "host/plist/LoadedList.h"
+#include "host/files/FileErrors.h"
+#include "host/plist/LoadList.h"
 #include "host/plist/PropListLines.h"
 
 #include <brindle/filesupport/NativePath.h>
@@ -13,7 +13,7 @@ using namespace proplist;
 
 namespace {
 
-/// Writes what the keys lead to, each but the last to a nested list.
+/// Writes the list or the value that the keys lead to; every key but the last names a nested list.
 void Show(PropList const& inList, std::vector<std::string> const& inOperands,
           Diagnostics& ioDiagnostics) {
     std::string const& file = inOperands[0];

@@ -1,6 +1,7 @@
 #include "host/verbs/Verbs.h"
 
-#include "host/files/InOrder.h"
+#include "host/files/FileErrors.h"
+#include "host/files/RunInOrder.h"
 #include "host/files/SumInOrder.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
@@ -9,8 +10,8 @@
 #include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/NativePath.h>
 
-#include <array>
-#include <utility>
+#include <algorithm>
+#include <vector>
 
 namespace brindle::host {
 
@@ -20,7 +21,8 @@ using namespace filesupport;
 
 constexpr char kManifestName[] = "/brindle-seal.xml";
 
-/// What speaks against a manifest at the path, before anything is summed; empty if nothing does.
+/// Why the manifest could not be written to this path, found out before anything is summed; empty
+/// if it can.
 std::string Objection(std::string const& inManifest) {
     if (!DirFromNative(DirectoryOf(inManifest)).Exists()) {
         return "there is no such directory to write to";
@@ -30,22 +32,44 @@ std::string Objection(std::string const& inManifest) {
     return canBeWritten ? "" : "is no regular file, so it is not replaced";
 }
 
-/// Sums the files into the manifest.
-void AddFiles(std::vector<std::string> inPaths, SealedTree const& inTree, std::uint32_t inJobs,
-              NewManifest& ioManifest, Diagnostics& ioDiagnostics) {
-    std::array<std::uint64_t, kMostAhead> modified{};
+/// Enters the files, sums included, and reports those that cannot be read.
+void AddFiles(std::vector<std::string> const& inPaths, SealedTree const& inTree,
+              std::uint32_t inJobs, NewManifest& ioManifest, Diagnostics& ioDiagnostics) {
+    struct Result {
+        EntryState state;
+        std::string problem;
+    };
+    std::vector<Result> results(std::min(inPaths.size(), kMostAhead));
     auto const sum = [&](std::size_t inIndex) {
-        return SteadySumOf(inTree.FileAt(inPaths[inIndex]), modified[inIndex % kMostAhead]);
+        Result& result = results[inIndex % kMostAhead];
+        result = {};
+        result.state = inTree.StateOf(inPaths[inIndex], result.problem);
+        return result.state.sum;
     };
     auto const add = [&](std::size_t inIndex, SumOutcome const& inOutcome) {
         std::string const& path = inPaths[inIndex];
+        Result const& result = results[inIndex % kMostAhead];
         if (inOutcome.failure.empty()) {
-            ioManifest.Add(path, inOutcome.sum, modified[inIndex % kMostAhead]);
-        } else {
-            ioDiagnostics.Report(inTree.NativePathOf(path), inOutcome.failure);
+            ioManifest.Add(path, result.state);
+        }
+        if (!inOutcome.failure.empty() || !result.problem.empty()) {
+            ioDiagnostics.Report(inTree.NativePathOf(path), inOutcome.failure + result.problem);
         }
     };
     SumInOrder(inPaths.size(), inJobs, ioDiagnostics, sum, add);
+}
+
+/// Enters the directories that cannot be read, and reports them.
+void AddUnreadableDirs(std::vector<std::string> const& inPaths, SealedTree const& inTree,
+                       NewManifest& ioManifest, Diagnostics& ioDiagnostics) {
+    EntryState state;
+    state.kind = EntryState::kUnreadableDirectory;
+    for (std::string const& path : inPaths) {
+        ioDiagnostics.Report(inTree.NativePathOf(path), kUnreadableDirectory);
+        if (!path.empty()) {
+            ioManifest.Add(path, state);
+        }
+    }
 }
 
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
@@ -58,7 +82,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (output.empty()) {
         throw usage_error("--output needs a FILE");
     }
-    // A link stays a link: what it leads to is written.
+    // If the path is a link, the file that it leads to is written.
     std::string const manifestPath = PathWithoutLinks(output);
     try {
         SealedTree const tree(root, manifestPath);
@@ -66,12 +90,13 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         if (!objection.empty()) {
             return ioDiagnostics.Report(output, objection);
         }
-        FoundFiles found = tree.Find(ioDiagnostics);
-        if (found.files.empty() && !found.unreadableDirs.empty()) {
-            return; // that has been reported, and an older manifest tells more
-        }
+        FoundFiles const found = tree.Find(ioDiagnostics);
         NewManifest manifest(tree.RootForManifest());
-        AddFiles(std::move(found.files), tree, jobs, manifest, ioDiagnostics);
+        AddUnreadableDirs(found.unreadableDirs, tree, manifest, ioDiagnostics);
+        if (found.files.empty() && !found.unreadableDirs.empty()) {
+            return; // an older manifest is worth more than one without any files
+        }
+        AddFiles(found.files, tree, jobs, manifest, ioDiagnostics);
         ioDiagnostics.ShowProgress("writing " + output);
         File file = FileFromNative(manifestPath);
         manifest.Save(file);
@@ -91,13 +116,14 @@ Verb const kSealVerb = {
     "Writes a manifest of all files below DIR but itself: size, time of modification and CRC-32\n"
     "of each, as a property list. An older manifest is replaced in one step. The manifest tells\n"
     "where DIR is relative to its own directory, so the two may be moved together. Links to\n"
-    "files are followed, links to directories are not entered. What cannot be read, changes\n"
-    "while it is read, or is a FIFO, socket or device is reported and left out.\n"
+    "files are followed, links to directories are not entered. FIFOs, sockets, devices and\n"
+    "links that lead nowhere are recorded as such, and so is what cannot be read, which is\n"
+    "reported too. A file that changes while it is read is reported and left out.\n"
     "\n"
     "  --jobs=N       how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "                 processor\n"
     "  --output=FILE  the manifest; without it, brindle-seal.xml in DIR\n",
-    {"help", "jobs", "output"},
+    {"help", "jobs=", "output="},
     Run,
 };
 

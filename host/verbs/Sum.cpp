@@ -1,5 +1,6 @@
 #include "host/verbs/Verbs.h"
 
+#include "host/commandline/EscapedText.h"
 #include "host/files/FilesBelow.h"
 #include "host/files/SumInOrder.h"
 
@@ -23,6 +24,9 @@ std::vector<std::string> FilesOf(std::vector<std::string> const& inOperands,
         } else {
             found.files.push_back(operand);
         }
+    }
+    for (std::string const& dir : found.unreadableDirs) {
+        ioDiagnostics.Report(dir, kUnreadableDirectory);
     }
     std::sort(found.files.begin(), found.files.end());
     return std::move(found.files);
@@ -69,7 +73,7 @@ Verb const kSumVerb = {
     "\n"
     "  --jobs=N  how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "            processor\n",
-    {"help", "jobs"},
+    {"help", "jobs="},
     Run,
 };
 

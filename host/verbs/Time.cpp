@@ -20,7 +20,7 @@ struct NamedRate {
     FrameRate rate;
 };
 
-/// The common rates, and in front of them the one that is asked for, if it is not among them.
+/// The common rates, preceded by the one that was asked for if it is not one of them.
 std::vector<NamedRate> RatesToShow(std::optional<NamedRate> const& inAskedFor) {
     std::vector<NamedRate> rates = {
         {"23.976", kFrameRate_23976},       {"24", kFrameRate_Film24},
@@ -74,7 +74,7 @@ TickTime TimeFromTimecode(std::string const& inText, NamedRate const& inRate) {
     return reading.time;
 }
 
-/// Throws `usage_error` if the text tells no time.
+/// Throws `usage_error` for a text that is no time.
 TickTime TimeFromText(std::string const& inText, std::optional<NamedRate> const& inRate) {
     bool const isTimecode = inText.find_first_of(":;") != std::string::npos;
     char const unit = inText.empty() ? '\0' : inText.back();
@@ -106,10 +106,6 @@ void PrintTimecode(std::string const& inLabel, TickTime const& inTime, FrameRate
         PrintLine(inLabel, format->ToText(inTime));
     }
 }
-
-} // namespace
-
-namespace {
 
 void Run(Arguments const& inArguments, Diagnostics&) {
     if (inArguments.Operands().size() != 1) {
@@ -148,7 +144,7 @@ Verb const kTimeVerb = {
     "  --rate=RATE  frames a second: a number such as 24, 25 or 12.5, a fraction such as\n"
     "               30000/1001, or an NTSC rate as it is spoken of: 23.976, 29.97, 59.94.\n"
     "               The time is told at this rate too.\n",
-    {"help", "rate"},
+    {"help", "rate="},
     Run,
 };
 

@@ -1,7 +1,7 @@
 #include "host/verbs/Verbs.h"
 
 #include "host/files/FileCoding.h"
-#include "host/files/FileSum.h"
+#include "host/files/FileErrors.h"
 
 #include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/RLEByteStream.h>
@@ -15,7 +15,7 @@ namespace {
 void Unpack(IByteStream& inSource, OByteStream& outSink) {
     std::vector<std::uint8_t> block(kCodingBlockSize);
     IBufferedByteStream buffer(inSource, 2 * kCodingBlockSize, kCodingBlockSize);
-    // The buffer would be empty for a file whose size the system does not tell.
+    // The buffer relies on the length, and files that the system generates on reading have none.
     bool const hasLength = inSource.Length() != 0;
     IRLEByteStream decoder(hasLength ? static_cast<IByteStream&>(buffer) : inSource);
     try {

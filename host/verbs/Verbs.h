@@ -8,18 +8,18 @@
 
 namespace brindle::host {
 
-/// What the command can do. A verb writes its results to standard output, a fact a line, and what
-/// fails to the diagnostics; it throws `usage_error` for arguments that it cannot use.
+/// A subcommand. It writes its results to standard output, one fact a line, and reports failures to
+/// the diagnostics; it throws `usage_error` for arguments that it cannot use.
 struct Verb {
     char const* name;
-    char const* synopsis;    ///< its options and operands
-    char const* summary;     ///< a line for the list of verbs
-    char const* description; ///< what `--help` tells
-    std::vector<std::string> options;
+    char const* synopsis;             ///< its options and operands
+    char const* summary;              ///< one line for the list of verbs
+    char const* description;          ///< the text of `--help`
+    std::vector<std::string> options; ///< as `Arguments` takes them
     void (*run)(Arguments const& inArguments, Diagnostics& ioDiagnostics);
 };
 
-// Each is told in the source of its name.
+// Each is defined in the source file of its name.
 extern Verb const kCalcVerb;
 extern Verb const kGuidVerb;
 extern Verb const kLayoutVerb;

@@ -1,5 +1,7 @@
 #include "host/verbs/Verbs.h"
 
+#include "host/commandline/EscapedText.h"
+#include "host/files/FileErrors.h"
 #include "host/files/SumInOrder.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
@@ -22,13 +24,15 @@ constexpr char const* kWords[kVerdicts] = {nullptr, "changed", "missing", "new",
 /// A path that is in the manifest, in the tree, or in both.
 struct Item {
     std::string path;
-    std::optional<FileSum> sealed;
+    std::optional<EntryState> sealed;
     bool isThere = false;
     Verdict verdict = kSame;
+    std::string problem = {}; ///< why the file cannot be read
 };
 
-/// Joins what the manifest tells and what the tree holds, both sorted by path, into one such list.
-std::vector<Item> Joined(std::vector<SealedFile> inSealed, std::vector<std::string> inFound) {
+/// Merges the entries of the manifest and the files of the tree, both sorted by path, into one
+/// sorted list.
+std::vector<Item> Joined(std::vector<SealedEntry> inSealed, std::vector<std::string> inFound) {
     std::vector<Item> items;
     items.reserve(std::max(inSealed.size(), inFound.size()));
     auto sealed = inSealed.begin();
@@ -45,13 +49,13 @@ std::vector<Item> Joined(std::vector<SealedFile> inSealed, std::vector<std::stri
         }
         if (order <= 0) {
             item.path = std::move(sealed->path);
-            item.sealed = (sealed++)->sum;
+            item.sealed = (sealed++)->state;
         }
     }
     return items;
 }
 
-/// True if the path is below one of the directories, which are sorted.
+/// True if the path is below one of the directories, which are sorted; "" is the root.
 bool IsBelow(std::string const& inPath, std::vector<std::string> const& inDirs) {
     if (inDirs.empty() || inDirs.front().empty()) {
         return !inDirs.empty();
@@ -64,50 +68,73 @@ bool IsBelow(std::string const& inPath, std::vector<std::string> const& inDirs) 
     return false;
 }
 
-/// The difference between a file and its seal. Only files that the tree itself holds are read,
-/// whatever the manifest tells. Throws `unreadable_error`.
-Verdict Compare(Item const& inItem, SealedTree const& inTree, FileSum& outSum) {
-    if (!inItem.isThere) {
-        return kMissing;
-    }
-    File const file = inTree.FileAt(inItem.path);
-    if (!inItem.sealed) {
-        RequireRegular(file);
+/// Compares an entry with its seal. Only files that the walk found are read, whatever paths the
+/// manifest holds. `outSum` counts what was read. Throws `unreadable_error`.
+Verdict Compare(Item& ioItem, SealedTree const& inTree,
+                std::vector<std::string> const& inUnreadableDirs, FileSum& outSum) {
+    if (!ioItem.sealed) {
         return kNew;
     }
+    if (ioItem.sealed->kind == EntryState::kUnreadableDirectory && !ioItem.isThere) {
+        bool const isSame =
+            std::binary_search(inUnreadableDirs.begin(), inUnreadableDirs.end(), ioItem.path);
+        return isSame ? kSame : inTree.HasDirectoryAt(ioItem.path) ? kChanged : kMissing;
+    }
+    if (!ioItem.isThere) {
+        return IsBelow(ioItem.path, inUnreadableDirs) ? kUnreadable : kMissing;
+    }
     try {
-        std::uint64_t modified = 0;
-        outSum = SteadySumOf(file, modified);
+        EntryState const state = inTree.StateOf(ioItem.path, ioItem.problem);
+        outSum = state.sum;
+        if (IsSame(state, *ioItem.sealed)) {
+            ioItem.problem.clear();
+            return kSame;
+        }
+        return state.kind == EntryState::kUnreadable ? kUnreadable : kChanged;
     } catch (missing_error const&) {
         return kMissing;
-    } catch (irregular_error const&) {
-        return kChanged;
     }
-    bool const isSame = outSum.size == inItem.sealed->size && outSum.crc == inItem.sealed->crc;
-    return isSame ? kSame : kChanged;
+}
+
+/// Reports the directories that cannot be read, but not those that could not be sealed either.
+void ReportNewlyUnreadable(std::vector<std::string> const& inDirs,
+                           std::vector<SealedEntry> const& inSealed, SealedTree const& inTree,
+                           Diagnostics& ioDiagnostics) {
+    auto const byPath = [](SealedEntry const& inEntry, std::string const& inPath) {
+        return inEntry.path < inPath;
+    };
+    for (std::string const& dir : inDirs) {
+        auto const sealed = std::lower_bound(inSealed.begin(), inSealed.end(), dir, byPath);
+        if (sealed == inSealed.end() || sealed->path != dir ||
+            sealed->state.kind != EntryState::kUnreadableDirectory) {
+            ioDiagnostics.Report(inTree.NativePathOf(dir), kUnreadableDirectory);
+        }
+    }
 }
 
 /// Reads the tree and prints how it differs from the manifest.
-void Verify(std::vector<SealedFile> inSealed, SealedTree const& inTree, std::uint32_t inJobs,
+void Verify(std::vector<SealedEntry> inSealed, SealedTree const& inTree, std::uint32_t inJobs,
             Diagnostics& ioDiagnostics) {
-    std::size_t const sealedCount = inSealed.size();
+    auto const sealedCount =
+        std::count_if(inSealed.begin(), inSealed.end(), [](SealedEntry const& inEntry) {
+            return inEntry.state.kind != EntryState::kUnreadableDirectory;
+        });
     FoundFiles found = inTree.Find(ioDiagnostics);
+    ReportNewlyUnreadable(found.unreadableDirs, inSealed, inTree, ioDiagnostics);
     std::vector<Item> items = Joined(std::move(inSealed), std::move(found.files));
     std::size_t counts[kVerdicts] = {};
 
     auto const compare = [&](std::size_t inIndex) {
         FileSum sum;
-        items[inIndex].verdict = Compare(items[inIndex], inTree, sum);
+        items[inIndex].verdict = Compare(items[inIndex], inTree, found.unreadableDirs, sum);
         return sum;
     };
     auto const print = [&](std::size_t inIndex, SumOutcome const& inOutcome) {
         Item const& item = items[inIndex];
-        Verdict verdict = item.verdict;
-        if (!inOutcome.failure.empty()) {
-            ioDiagnostics.Report(inTree.NativePathOf(item.path), inOutcome.failure);
-            verdict = kUnreadable;
-        } else if (!item.isThere && IsBelow(item.path, found.unreadableDirs)) {
-            verdict = kUnreadable; // the directory has been reported
+        Verdict const verdict = inOutcome.failure.empty() ? item.verdict : kUnreadable;
+        std::string const problem = inOutcome.failure + item.problem;
+        if (!problem.empty()) {
+            ioDiagnostics.Report(inTree.NativePathOf(item.path), problem);
         }
         ++counts[verdict];
         if (kWords[verdict] != nullptr) {
@@ -119,7 +146,8 @@ void Verify(std::vector<SealedFile> inSealed, SealedTree const& inTree, std::uin
 
     ioDiagnostics.MakeRoomForOutput();
     utility::streams::Out << std::to_string(sealedCount)
-                          << " files: " << std::to_string(counts[kChanged]) << " changed, "
+                          << (sealedCount == 1 ? " file: " : " files: ")
+                          << std::to_string(counts[kChanged]) << " changed, "
                           << std::to_string(counts[kMissing]) << " missing, "
                           << std::to_string(counts[kNew]) << " new, "
                           << std::to_string(counts[kUnreadable]) << " unreadable\n";
@@ -148,7 +176,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         root = PathFrom(DirectoryOf(PathWithoutLinks(path)), manifest.root);
     }
     try {
-        Verify(std::move(manifest.files), SealedTree(root, path), jobs, ioDiagnostics);
+        Verify(std::move(manifest.entries), SealedTree(root, path), jobs, ioDiagnostics);
     } catch (unreadable_error const& error) {
         ioDiagnostics.Report(root, error.what());
     }
@@ -170,7 +198,7 @@ Verb const kVerifyVerb = {
     "  --jobs=N    how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "              processor\n"
     "  --root=DIR  the directory; without it, where the manifest tells\n",
-    {"help", "jobs", "root"},
+    {"help", "jobs=", "root="},
     Run,
 };
 

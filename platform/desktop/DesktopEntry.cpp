@@ -2,6 +2,7 @@
 
 #include "platform/desktop/KeyFile.h"
 #include "platform/portable/Ascii.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -19,7 +20,7 @@ std::string Escaped(std::string_view inText) {
     for (std::size_t i = 0; i < inText.size(); ++i) {
         switch (auto const character = inText[i]) {
         case ' ':
-            // A blank inside is itself; one at either end would be trimmed.
+            // Readers trim blanks at either end, so these are escaped.
             value += i == 0 || i + 1 == inText.size() ? "\\s" : " ";
             break;
         case '\n':
@@ -43,14 +44,6 @@ std::string Escaped(std::string_view inText) {
     return value;
 }
 
-/// -1 for what is no hexadecimal digit.
-constexpr int HexDigit(char inCharacter) {
-    auto const lower = LowerAscii(inCharacter);
-    return '0' <= lower && lower <= '9'   ? lower - '0'
-           : 'a' <= lower && lower <= 'f' ? lower - 'a' + 10
-                                          : -1;
-}
-
 /// Error 13 for a percent sign without two digits behind it.
 Result<std::string> PercentDecoded(std::string_view inText) {
     std::string text;
@@ -59,9 +52,12 @@ Result<std::string> PercentDecoded(std::string_view inText) {
             text += inText[i];
             continue;
         }
-        auto const high = i + 2 < inText.size() ? HexDigit(inText[i + 1]) : -1;
-        auto const low = i + 2 < inText.size() ? HexDigit(inText[i + 2]) : -1;
-        if (high < 0 || low < 0) {
+        if (inText.size() - i <= 2) {
+            return {{}, kError_InvalidData};
+        }
+        auto const high = utility::HexDigitValue(inText[i + 1]);
+        auto const low = utility::HexDigitValue(inText[i + 2]);
+        if ((high | low) > 15) {
             return {{}, kError_InvalidData};
         }
         text += static_cast<char>(high * 16 + low);
@@ -112,8 +108,8 @@ Result<std::string> PathOfUrl(std::string_view inUrl) {
 }
 
 /// The first word of a command line: blanks separate words, double quotes keep a word together, and
-/// inside them a backslash takes the character behind it as it is. Empty for a quote left open, and
-/// for a word with a field code, which is no program.
+/// inside them a backslash escapes the next character. Empty if a quote is not closed, and if the
+/// word contains a field code, which cannot be a program.
 std::string FirstWord(std::string_view inCommand) {
     std::string word;
     bool isQuoted = false;

@@ -1,15 +1,12 @@
 #include "platform/FileAssociations.h"
 
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "platform/TextEncoding.h"
-#include "platform/desktop/AssociationFiles.h"
 #include "platform/desktop/DesktopEntry.h"
+#include "platform/desktop/MimeTables.h"
 #include "platform/portable/Ascii.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -31,7 +28,7 @@ constexpr std::string_view kCache = "MIME Cache";
 
 using Texts = std::vector<std::string>;
 
-/// What the environment says, or the default where it says nothing.
+/// The value of an environment variable, or the default if it is not set or empty.
 std::string Variable(char const* inName, std::string const& inDefault) {
     char const* const value = std::getenv(inName);
     return value != nullptr && *value != '\0' ? value : inDefault;
@@ -47,7 +44,7 @@ Texts SplitAtColons(std::string_view inText) {
     return parts;
 }
 
-/// The absolute paths of a list; relative ones are no part of the rules.
+/// The absolute paths of a list; relative ones are to be ignored.
 Texts Directories(std::string const& inList) {
     Texts directories = SplitAtColons(inList);
     directories.erase(
@@ -77,30 +74,26 @@ std::string Content(std::string const& inNativePath, std::size_t inMost) {
     return ReadContent(PathFromNative(inNativePath), inMost).value;
 }
 
-bool IsProgram(std::string const& inNativePath) {
-    struct stat status {};
-    return ::stat(inNativePath.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-           ::faccessat(AT_FDCWD, inNativePath.c_str(), X_OK, AT_EACCESS) == 0;
-}
-
-/// The path of a program told by a path or by a name; empty if it is not there.
+/// The path of a program that is given by a path or by a name; empty if it does not exist.
 std::string PathOfProgram(std::string const& inProgram) {
     if (inProgram.find('\0') != std::string::npos) {
         return {};
     }
     if (inProgram.find('/') != std::string::npos) {
-        return inProgram.front() == '/' && IsProgram(inProgram) ? inProgram : std::string();
+        return inProgram.front() == '/' && IsExecutable(PathFromNative(inProgram)) ? inProgram
+                                                                                   : std::string();
     }
     for (auto const& directory : Directories(Variable("PATH", "/usr/local/bin:/usr/bin:/bin"))) {
         auto path = directory + '/' + inProgram;
-        if (IsProgram(path)) {
+        if (IsExecutable(PathFromNative(path))) {
             return path;
         }
     }
     return {};
 }
 
-/// The files that an entry may stand in: dashes of its name may be directories, from the left.
+/// The files that may contain an entry: dashes of its name may stand for directories, from the
+/// left.
 Texts FileNamesOf(std::string const& inEntry) {
     constexpr std::size_t kMostNames = 5;
     Texts names{inEntry};
@@ -113,7 +106,7 @@ Texts FileNamesOf(std::string const& inEntry) {
     return names;
 }
 
-/// The path of the program that an entry starts; empty if it is not there.
+/// The path of the program that an entry starts; empty if it does not exist.
 std::string InstalledProgram(std::string const& inBytes) {
     auto const application = ParseDesktopApplication(inBytes);
     if (!application) {
@@ -124,7 +117,7 @@ std::string InstalledProgram(std::string const& inBytes) {
     return isThere ? PathOfProgram(application.value.program) : std::string();
 }
 
-/// What the desktop knows of applications: its files, read once.
+/// The files in which the desktop keeps its applications and associations, read once.
 class Desktop {
 public:
     Desktop()
@@ -158,7 +151,7 @@ public:
                 entries.push_back(std::move(name));
             }
         }
-        // A list takes away what lists of lower precedence, and the caches, associate.
+        // A list can remove associations of the lists of lower precedence and of the caches.
         Texts removed;
         auto const addAssociations = [&](std::string const& inList, std::string_view inGroup) {
             for (auto& name : EntriesFor(inList, inGroup, inType)) {
@@ -186,7 +179,7 @@ public:
                 auto const bytes =
                     Content(directory + "/applications/" + name, kMostBytesOfAnEntry);
                 if (!bytes.empty()) {
-                    // The first one found hides those of lower precedence, whatever it says.
+                    // The first one found hides those of lower precedence, whatever it contains.
                     return InstalledProgram(bytes);
                 }
             }
@@ -195,10 +188,10 @@ public:
     }
 
 private:
-    /// A desktop's own list stands before the one for all of them.
+    /// The list of a particular desktop comes before the one for all desktops.
     void AddLists(std::string const& inDirectory, Texts const& inDesktops) {
         for (auto desktop : inDesktops) {
-            std::transform(desktop.begin(), desktop.end(), desktop.begin(), LowerAscii);
+            std::transform(desktop.begin(), desktop.end(), desktop.begin(), LowerAscii<char>);
             mLists.push_back(
                 Content(inDirectory + '/' + desktop + "-mimeapps.list", kMostBytesOfATable));
         }

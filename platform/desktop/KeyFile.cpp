@@ -39,7 +39,7 @@ bool KeyFileReader::Next(KeyFileEntry& outEntry) {
             continue;
         }
         if (line.front() == '[') {
-            // What is no whole heading still ends the group before it.
+            // An incomplete heading still ends the group before it.
             mGroup = line.back() == ']' ? line.substr(1, line.size() - 2) : std::string_view();
             continue;
         }

@@ -5,22 +5,22 @@
 
 namespace brindle::platform {
 
-/// A "key=value" line of a file of the desktop's, without the blanks round either. The texts lie in
-/// the bytes that are read.
+/// A "key=value" line of a key file, without the blanks around key and value. The views refer to
+/// the bytes that the reader was given.
 struct KeyFileEntry {
     std::string_view group; ///< without its brackets; empty before the first group
     std::string_view key;
-    std::string_view value; ///< as it stands there: see `UnescapedValue`
+    std::string_view value; ///< as written in the file: see `UnescapedValue`
 };
 
-/// Goes through the entries of a key file: groups in brackets, and lines "key=value" below them.
-/// Takes any bytes, and passes over lines that are neither.
+/// Reads the entries of a key file: group headings in brackets, and lines "key=value" below them.
+/// Accepts any bytes, and skips lines that are neither.
 class KeyFileReader {
 public:
     /// `inBytes` outlives the reader and the entries.
     explicit KeyFileReader(std::string_view inBytes);
 
-    /// Goes on to the next entry; false at the end.
+    /// Reads the next entry; false at the end.
     bool Next(KeyFileEntry& outEntry);
 
 private:

@@ -1,10 +1,10 @@
 #include "platform/ShellLink.h"
 
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "platform/TextEncoding.h"
 #include "platform/desktop/DesktopEntry.h"
-#include "platform/linux/PathAt.h"
 
 #include <string>
 #include <utility>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kMostBytes = 64 * 1024;
 
-/// What stands in the file's name before ".lnk", the name under which a desktop shows the link.
+/// The file's name without ".lnk", under which a desktop shows the link.
 UTF16String TitleOf(UTF16String const& inLinkPath) {
     auto const separator = inLinkPath.find_last_of(u"\\/"_utf16);
     auto title = separator == UTF16String::npos ? inLinkPath : inLinkPath.substr(separator + 1);
@@ -52,10 +52,7 @@ ErrorCode WriteShellLink(UTF16String const& inTarget, UTF16String const& inLinkP
     if (inTarget.empty()) {
         return kError_PathNotFound;
     }
-    auto native = NativePath(inTarget);
-    if (native) {
-        native.error = MakeAbsolute(native.value);
-    }
+    auto native = AbsoluteNativePath(inTarget);
     if (!native) {
         return native.error;
     }

@@ -4,5 +4,5 @@ list(APPEND brindle_platform_sources
   platform/desktop/KeyFile.cpp
   platform/desktop/DesktopEntry.cpp
   platform/desktop/ShellLink.cpp
-  platform/desktop/AssociationFiles.cpp
+  platform/desktop/MimeTables.cpp
   platform/desktop/FileAssociations.cpp)

@@ -1,17 +1,17 @@
 #include "platform/DebugOutput.h"
 
 #include "platform/linux/FileDescriptor.h"
+#include "utility/src/base/Mutex.h"
 
 #include <csignal>
 #include <cstring>
 #include <ctime>
-#include <mutex>
 
 namespace brindle::platform {
 
 namespace {
 
-std::mutex S_outputMutex;
+utility::Mutex S_outputMutex;
 
 /// Keeps a write into a pipe that nobody reads from ending the process.
 class BrokenPipeGuard {
@@ -42,7 +42,7 @@ private:
 } // namespace
 
 void WriteDebugOutput(char const* inText) noexcept {
-    std::lock_guard<std::mutex> const lock(S_outputMutex);
+    utility::MutexLock const lock(S_outputMutex);
     BrokenPipeGuard const guard;
     auto left = std::strlen(inText);
     while (left > 0) {

@@ -3,7 +3,7 @@
 #include "platform/Paths.h"
 #include "platform/linux/ErrnoTable.h"
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/PathAt.h"
+#include "platform/linux/SystemPath.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -15,10 +15,10 @@ namespace brindle::platform {
 
 namespace {
 
-/// The number of a failure of a call that wants a directory.
-ErrorCode DirectoryErrorOf(PathAt const& inPath, int inErrno) {
+/// The error of a call that needs a directory.
+ErrorCode DirectoryErrorOf(SystemPath const& inPath, int inErrno) {
     struct stat status {};
-    // It is either the last name that is no directory, or one on the way.
+    // Either the last name or one on the way is not a directory.
     if (inErrno == ENOTDIR &&
         ::fstatat(inPath.Directory(), inPath.Tail(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
         return kError_NotADirectory;
@@ -39,17 +39,42 @@ void TakeKind(DirectoryEntry& ioEntry, mode_t inMode) noexcept {
 } // namespace
 
 DirectoryScan::DirectoryScan(UTF16String const& inPath) {
-    PathAt const path(inPath);
+    Open(inPath, nullptr);
+}
+
+DirectoryScan::DirectoryScan(UTF16String const& inPath, FileIdentity const& inParent) {
+    Open(inPath, &inParent);
+}
+
+void DirectoryScan::Open(UTF16String const& inPath, FileIdentity const* inParent) {
+    SystemPath path(inPath);
     mError = path.Error();
     if (mError != kError_None) {
         return;
     }
-    FileDescriptor directory(Uninterrupted([&] {
-        return ::openat(path.Directory(), path.Tail(),
-                        O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC);
-    }));
+    int flags = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
+    if (inParent != nullptr) {
+        path.DropTrailingSeparators();
+        flags |= O_NOFOLLOW;
+    }
+    FileDescriptor directory(
+        Uninterrupted([&] { return ::openat(path.Directory(), path.Tail(), flags); }));
     if (!directory.IsOpen()) {
         mError = DirectoryErrorOf(path, errno);
+        return;
+    }
+    struct stat status {};
+    struct stat parent {};
+    if (::fstat(directory.Get(), &status) != 0) {
+        mError = ErrorFromErrno(errno);
+        return;
+    }
+    mIdentity = {status.st_dev, status.st_ino};
+    // The path may have been led elsewhere; the way up from an open directory cannot be.
+    if (inParent != nullptr &&
+        (::fstatat(directory.Get(), "..", &parent, AT_SYMLINK_NOFOLLOW) != 0 ||
+         !(*inParent == FileIdentity{parent.st_dev, parent.st_ino}))) {
+        mError = kError_PathNotFound;
         return;
     }
     mStream = ::fdopendir(directory.Get());
@@ -100,7 +125,7 @@ bool DirectoryScan::Next(DirectoryEntry& outEntry) {
 
 ErrorCode CreateDirectory(UTF16String const& inPath) {
     constexpr mode_t kAnybody = 0777;
-    PathAt const path(inPath);
+    SystemPath const path(inPath);
     if (path.Error() != kError_None) {
         return path.Error();
     }
@@ -111,7 +136,7 @@ ErrorCode CreateDirectory(UTF16String const& inPath) {
 }
 
 ErrorCode RemoveDirectory(UTF16String const& inPath) {
-    PathAt path(inPath);
+    SystemPath path(inPath);
     if (path.Error() != kError_None) {
         return path.Error();
     }

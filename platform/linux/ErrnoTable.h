@@ -4,7 +4,7 @@
 
 namespace brindle::platform {
 
-/// The number of an `errno`. `ENOENT` is 2 here: whoever has the path asks `PathAt::ErrorOf`, which
+/// The error of an `errno`. `ENOENT` is always 2 here; `SystemPath::ErrorOf`, which knows the path,
 /// tells a missing name from a missing directory.
 ErrorCode ErrorFromErrno(int inErrno) noexcept;
 

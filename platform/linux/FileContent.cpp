@@ -1,19 +1,60 @@
+#include "platform/FileContent.h"
+
+#include "platform/FileReplacement.h"
 #include "platform/Files.h"
 #include "platform/linux/ErrnoTable.h"
 #include "platform/linux/FilePlace.h"
 #include "platform/linux/LockedFile.h"
-#include "platform/linux/NewFile.h"
 
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
 namespace brindle::platform {
 
+namespace {
+
+struct FileToAppendTo {
+    FileDescriptor descriptor;
+    bool isNew = false;
+};
+
+Result<FileToAppendTo> OpenToAppend(FilePlace const& inPlace) {
+    constexpr int kFlags = O_WRONLY | O_APPEND | O_NOFOLLOW;
+    for (;;) {
+        auto file = OpenLocked(inPlace.Path(), kFlags, FileLock::kTurn);
+        bool const isNew = file.error == kError_FileNotFound;
+        if (isNew) {
+            file = OpenLocked(inPlace.Path(), kFlags | O_CREAT | O_EXCL, FileLock::kTurn);
+        }
+        bool const isTakenMeanwhile = isNew && file.error == kError_AlreadyExists;
+        if (!isTakenMeanwhile) {
+            return {{std::move(file.value), isNew}, file.error};
+        }
+    }
+}
+
+/// Cuts off what was appended to a file that had this size, and removes one that was created for
+/// it.
+void TakeBack(FilePlace const& inPlace, FileToAppendTo const& inFile, off_t inSize) {
+    struct stat opened {};
+    struct stat named {};
+    bool const isEmpty =
+        Uninterrupted([&] { return ::ftruncate(inFile.descriptor.Get(), inSize); }) == 0 &&
+        inSize == 0;
+    if (isEmpty && inFile.isNew && ::fstat(inFile.descriptor.Get(), &opened) == 0 &&
+        ::fstatat(inPlace.directory.Get(), inPlace.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) ==
+            0 &&
+        IsSameFile(opened, named)) {
+        ::unlinkat(inPlace.directory.Get(), inPlace.name.c_str(), 0);
+    }
+}
+
+} // namespace
+
 Result<std::string> ReadContent(UTF16String const& inPath, std::size_t inMost) {
-    auto file = OpenForReading(inPath);
+    auto file = OpenForReading(inPath, Sharing::kEverybody);
     if (!file) {
         return {{}, file.error};
     }
@@ -23,7 +64,8 @@ Result<std::string> ReadContent(UTF16String const& inPath, std::size_t inMost) {
     }
     std::string bytes;
     std::size_t length = 0;
-    // Room for one byte more shows that there is none; a file may also have grown meanwhile.
+    // There is room for one byte more, which stays empty at the end of the file; a file may also
+    // grow meanwhile.
     auto room = static_cast<std::size_t>(std::min<std::uint64_t>(size.value, inMost)) + 1;
     while (room <= inMost + 1) {
         bytes.resize(room);
@@ -42,56 +84,16 @@ Result<std::string> ReadContent(UTF16String const& inPath, std::size_t inMost) {
 }
 
 ErrorCode ReplaceContent(UTF16String const& inPath, void const* inBytes, std::size_t inCount) {
-    auto const place = FollowLinks(inPath);
-    if (!place) {
-        return place.error;
-    }
-    auto const path = place.value.Path();
-    // Opening the old file for writing asks whether we may, and its lock stays until it is
-    // replaced.
-    auto const old = OpenLocked(path, O_WRONLY | O_NOFOLLOW, Lock::kExclusive);
-    if (!old && old.error != kError_FileNotFound) {
-        return old.error;
-    }
-
-    NewFile file(place.value);
-    auto error = file.Create(old ? kMode_OwnerOnly : kMode_Anybody);
-    if (error == kError_None && old) {
-        struct stat oldStatus {};
-        error = ::fstat(old.value.Get(), &oldStatus) == 0
-                    ? TakePermissions(file.Descriptor(), oldStatus)
-                    : ErrorFromErrno(errno);
+    auto newVersion = FileReplacement::Begin(inPath);
+    auto error = newVersion.error;
+    if (error == kError_None) {
+        error = newVersion.value.CheckTarget();
     }
     if (error == kError_None) {
-        std::size_t written = 0;
-        error = WriteFully(file.Descriptor(), inBytes, inCount, 0, written);
+        error = newVersion.value.Write(inBytes, inCount);
     }
     if (error == kError_None) {
-        error = SyncFile(file.Descriptor());
-    }
-    if (error == kError_None) {
-        error = file.TakePlace();
-    }
-    return error;
-}
-
-ErrorCode WriteNewFile(UTF16String const& inPath, Readers inReaders, void const* inBytes,
-                       std::size_t inCount) {
-    PathAt const path(inPath);
-    if (path.Error() != kError_None) {
-        return path.Error();
-    }
-    FileDescriptor const file(Uninterrupted([&] {
-        return ::openat(path.Directory(), path.Tail(),
-                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ModeFor(inReaders));
-    }));
-    if (!file.IsOpen()) {
-        return path.ErrorOf(errno);
-    }
-    std::size_t written = 0;
-    auto const error = WriteFully(file.Get(), inBytes, inCount, 0, written);
-    if (error != kError_None) {
-        ::unlinkat(path.Directory(), path.Tail(), 0);
+        error = newVersion.value.Commit();
     }
     return error;
 }
@@ -101,28 +103,19 @@ ErrorCode AppendContent(UTF16String const& inPath, void const* inBytes, std::siz
     if (!place) {
         return place.error;
     }
-    auto const path = place.value.Path();
-    struct stat status {};
-    bool const isNew = ::fstatat(path.Directory(), path.Tail(), &status, AT_SYMLINK_NOFOLLOW) != 0;
-    auto const file =
-        OpenLocked(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW, Lock::kExclusive);
+    auto const file = OpenToAppend(place.value);
     if (!file) {
         return file.error;
     }
-    if (::fstat(file.value.Get(), &status) != 0) {
-        return ErrorFromErrno(errno);
+    auto const size = SizeOf(file.value.descriptor.Get());
+    if (!size) {
+        return size.error;
     }
-
     std::size_t written = 0;
-    auto const error = WriteFully(file.value.Get(), inBytes, inCount,
-                                  static_cast<std::uint64_t>(status.st_size), written);
+    auto const error =
+        WriteFully(file.value.descriptor.Get(), inBytes, inCount, size.value, written);
     if (error != kError_None) {
-        bool const isTakenBack =
-            written == 0 ||
-            Uninterrupted([&] { return ::ftruncate(file.value.Get(), status.st_size); }) == 0;
-        if (isTakenBack && isNew && status.st_size == 0) {
-            ::unlinkat(path.Directory(), path.Tail(), 0);
-        }
+        TakeBack(place.value, file.value, static_cast<off_t>(size.value));
     }
     return error;
 }

@@ -31,7 +31,7 @@ private:
     int mDescriptor = -1;
 };
 
-/// Calls `inCall` again for as long as a signal interrupts it.
+/// Repeats `inCall` as long as a signal interrupts it.
 template <typename Call>
 auto Uninterrupted(Call inCall) noexcept {
     auto result = inCall();

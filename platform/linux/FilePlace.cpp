@@ -12,8 +12,9 @@ namespace brindle::platform {
 
 namespace {
 
-/// In a directory for everybody's temporary files, anybody may plant a link where another's file is
-/// expected. There only a link of our own leads on, or one of the directory's owner.
+/// In a directory for everybody's temporary files, anybody may plant a link where somebody else's
+/// file is expected. There a link is followed only if this process or the owner of the directory
+/// made it.
 bool IsPlanted(FilePlace const& inLink) {
     struct stat directory {};
     struct stat link {};
@@ -26,13 +27,47 @@ bool IsPlanted(FilePlace const& inLink) {
            link.st_uid != directory.st_uid;
 }
 
+/// Opens the directory part of a path; the name need not exist.
+ErrorCode FindPlace(SystemPath const& inPath, FilePlace& outPlace) {
+    if (inPath.Error() != kError_None) {
+        return inPath.Error();
+    }
+    outPlace.name = inPath.TailName();
+    if (outPlace.name.empty() || outPlace.name == "." || outPlace.name == "..") {
+        return kError_AccessDenied;
+    }
+    auto const directoryPath = inPath.TailDirectory();
+    FileDescriptor directory;
+    // A directory may be writable without being readable.
+    for (int const access : {O_RDONLY, O_PATH}) {
+        directory = FileDescriptor(Uninterrupted([&] {
+            return ::openat(inPath.Directory(), directoryPath.c_str(),
+                            access | O_DIRECTORY | O_CLOEXEC);
+        }));
+        if (directory.IsOpen() || errno != EACCES) {
+            break;
+        }
+    }
+    if (!directory.IsOpen()) {
+        return errno == ENOENT ? kError_PathNotFound : ErrorFromErrno(errno);
+    }
+    outPlace.directory = std::move(directory); // not earlier: the path may begin at the old one
+    return kError_None;
+}
+
 } // namespace
 
+Result<FilePlace> PlaceOf(UTF16String const& inPath) {
+    FilePlace place;
+    auto const error = FindPlace(SystemPath(inPath), place);
+    return {std::move(place), error};
+}
+
 Result<FilePlace> FollowLinks(UTF16String const& inPath) {
-    // As many as the kernel follows.
+    // The kernel's own limit.
     constexpr int kMostLinks = 40;
 
-    PathAt const first(inPath);
+    SystemPath const first(inPath);
     if (first.Error() != kError_None) {
         return {{}, first.Error()};
     }
@@ -44,31 +79,10 @@ Result<FilePlace> FollowLinks(UTF16String const& inPath) {
 
     FilePlace place;
     for (int links = 0; links <= kMostLinks; ++links) {
-        PathAt const path(base, std::move(native));
-        if (path.Error() != kError_None) {
-            return {{}, path.Error()};
+        auto const error = FindPlace(SystemPath(base, std::move(native)), place);
+        if (error != kError_None) {
+            return {{}, error};
         }
-        place.name = path.TailName();
-        if (place.name.empty() || place.name == "." || place.name == "..") {
-            return {{}, kError_AccessDenied};
-        }
-        auto const directoryPath = path.TailDirectory();
-        // Not every directory that may be written may also be listed, so opened for reading.
-        FileDescriptor directory;
-        for (int const access : {O_RDONLY, O_PATH}) {
-            directory = FileDescriptor(Uninterrupted([&] {
-                return ::openat(path.Directory(), directoryPath.c_str(),
-                                access | O_DIRECTORY | O_CLOEXEC);
-            }));
-            if (directory.IsOpen() || errno != EACCES) {
-                break;
-            }
-        }
-        if (!directory.IsOpen()) {
-            return {{}, errno == ENOENT ? kError_PathNotFound : ErrorFromErrno(errno)};
-        }
-        place.directory = std::move(directory); // not earlier: the path may start at the old one
-
         std::array<char, PATH_MAX> link{};
         auto const length =
             ::readlinkat(place.directory.Get(), place.name.c_str(), link.data(), link.size());

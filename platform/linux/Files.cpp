@@ -2,7 +2,7 @@
 
 #include "platform/linux/ErrnoTable.h"
 #include "platform/linux/LockedFile.h"
-#include "platform/linux/PathAt.h"
+#include "platform/linux/SystemPath.h"
 
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -15,8 +15,6 @@
 namespace brindle::platform {
 
 namespace {
-
-constexpr std::uint64_t kMostPosition = std::numeric_limits<std::int64_t>::max();
 
 FileKind KindOf(mode_t inMode) noexcept {
     switch (inMode & S_IFMT) {
@@ -55,7 +53,7 @@ std::uint64_t TicksOf(struct statx_timestamp const& inTime) noexcept {
 } // namespace
 
 Result<FileInfo> Inspect(UTF16String const& inPath) {
-    PathAt const path(inPath);
+    SystemPath const path(inPath);
     if (path.Error() != kError_None) {
         return {{}, path.Error()};
     }
@@ -77,19 +75,27 @@ Result<FileInfo> Inspect(UTF16String const& inPath) {
 }
 
 bool IsNameTaken(UTF16String const& inPath) {
-    PathAt const path(inPath);
+    SystemPath const path(inPath);
     struct stat status {};
     return path.Error() == kError_None &&
            ::fstatat(path.Directory(), path.Tail(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 bool IsSymbolicLink(UTF16String const& inPath) {
-    PathAt path(inPath);
+    SystemPath path(inPath);
     path.DropTrailingSeparators();
     struct stat status {};
     return path.Error() == kError_None &&
            ::fstatat(path.Directory(), path.Tail(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
            S_ISLNK(status.st_mode);
+}
+
+bool IsExecutable(UTF16String const& inPath) {
+    SystemPath const path(inPath);
+    struct stat status {};
+    return path.Error() == kError_None &&
+           ::fstatat(path.Directory(), path.Tail(), &status, 0) == 0 && S_ISREG(status.st_mode) &&
+           ::faccessat(path.Directory(), path.Tail(), X_OK, AT_EACCESS) == 0;
 }
 
 OpenFile::OpenFile(OpenFile&& inOther) noexcept
@@ -146,32 +152,29 @@ ErrorCode OpenFile::SetPosition(std::uint64_t inPosition) {
 }
 
 Result<std::uint64_t> OpenFile::Size() const {
-    struct stat status {};
-    if (::fstat(static_cast<int>(mHandle), &status) != 0) {
-        return {0, ErrorFromErrno(errno)};
-    }
-    return {static_cast<std::uint64_t>(status.st_size), kError_None};
+    return SizeOf(static_cast<int>(mHandle));
 }
 
-Result<OpenFile> OpenForReading(UTF16String const& inPath) {
-    auto file = OpenLocked(PathAt(inPath), O_RDONLY, Lock::kShared);
+Result<OpenFile> OpenForReading(UTF16String const& inPath, Sharing inSharing) {
+    auto const lock = inSharing == Sharing::kReaders ? FileLock::kReader : FileLock::kNone;
+    auto file = OpenLocked(SystemPath(inPath), O_RDONLY, lock);
     return {OpenFile(file.value.Release()), file.error};
 }
 
 Result<OpenFile> OpenForWriting(UTF16String const& inPath) {
-    auto file = OpenLocked(PathAt(inPath), O_WRONLY, Lock::kExclusive);
+    auto file = OpenLocked(SystemPath(inPath), O_WRONLY, FileLock::kWriter);
     return {OpenFile(file.value.Release()), file.error};
 }
 
 Result<OpenFile> CreateNewFile(UTF16String const& inPath, Readers inReaders) {
-    auto file = OpenLocked(PathAt(inPath), O_WRONLY | O_CREAT | O_EXCL, Lock::kExclusive,
-                           ModeFor(inReaders));
+    auto file = OpenLocked(SystemPath(inPath), O_WRONLY | O_CREAT | O_EXCL, FileLock::kWriter,
+                           inReaders == Readers::kOwner ? kMode_OwnerOnly : kMode_Anybody);
     return {OpenFile(file.value.Release()), file.error};
 }
 
 ErrorCode CreateEmptyFile(UTF16String const& inPath) {
-    // The file is cut only under the lock: nobody's open file loses its content.
-    auto const file = OpenLocked(PathAt(inPath), O_WRONLY | O_CREAT, Lock::kExclusive);
+    // The file is emptied under the lock, so that nobody who has it open loses its content.
+    auto const file = OpenLocked(SystemPath(inPath), O_WRONLY | O_CREAT, FileLock::kWriter);
     if (!file) {
         return file.error;
     }
@@ -182,7 +185,7 @@ ErrorCode CreateEmptyFile(UTF16String const& inPath) {
 }
 
 ErrorCode DeleteFile(UTF16String const& inPath) {
-    PathAt const path(inPath);
+    SystemPath const path(inPath);
     if (path.Error() != kError_None) {
         return path.Error();
     }
@@ -190,8 +193,8 @@ ErrorCode DeleteFile(UTF16String const& inPath) {
 }
 
 ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo) {
-    PathAt const from(inFrom);
-    PathAt const to(inTo);
+    SystemPath const from(inFrom);
+    SystemPath const to(inTo);
     if (from.Error() != kError_None) {
         return from.Error();
     }
@@ -200,18 +203,24 @@ ErrorCode Move(UTF16String const& inFrom, UTF16String const& inTo) {
     }
 
     struct stat status {};
-    auto const exists = [&status](PathAt const& inWhich) {
+    auto const exists = [&status](SystemPath const& inWhich) {
         return ::fstatat(inWhich.Directory(), inWhich.Tail(), &status, AT_SYMLINK_NOFOLLOW) == 0;
     };
     auto result =
         ::renameat2(from.Directory(), from.Tail(), to.Directory(), to.Tail(), RENAME_NOREPLACE);
     if (result != 0 && (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
-        // The file system cannot refuse to replace, so a look must do; what comes to be between the
-        // two calls is lost.
-        if (exists(to)) {
-            return kError_AlreadyExists;
+        // The file system has no renaming that never replaces; making a link never does either.
+        result = ::linkat(from.Directory(), from.Tail(), to.Directory(), to.Tail(), 0);
+        if (result == 0) {
+            ::unlinkat(from.Directory(), from.Tail(), 0);
+        } else if (errno == EPERM || errno == EOPNOTSUPP) {
+            // A directory, or a file system without links: a look must do, and whatever takes the
+            // name between the two calls is replaced.
+            if (exists(to)) {
+                return kError_AlreadyExists;
+            }
+            result = ::renameat(from.Directory(), from.Tail(), to.Directory(), to.Tail());
         }
-        result = ::renameat(from.Directory(), from.Tail(), to.Directory(), to.Tail());
     }
     if (result == 0) {
         return kError_None;

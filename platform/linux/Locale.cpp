@@ -1,6 +1,5 @@
 #include "platform/Locale.h"
 
-#include <clocale>
 #include <cstring>
 #include <cwchar>
 #include <langinfo.h>
@@ -11,13 +10,14 @@ namespace brindle::platform {
 
 namespace {
 
-/// The user's locale in some categories; the "C" locale if the system does not have it.
-locale_t UserLocale(int inCategories) {
-    auto const user = ::newlocale(inCategories, "", nullptr);
-    return user != nullptr ? user : ::newlocale(inCategories, "C", nullptr);
+/// The user's locale for one category, or the "C" locale if the system does not have it. One
+/// category at a time, for the call fails if any of several is missing.
+locale_t UserLocale(int inCategory) {
+    auto const user = ::newlocale(inCategory, "", nullptr);
+    return user != nullptr ? user : ::newlocale(inCategory, "C", nullptr);
 }
 
-/// One wide character for a code point; a lone surrogate stands for itself.
+/// One wide character for each code point; a surrogate without its partner stays as it is.
 std::wstring Widen(UTF16String const& inText) {
     std::wstring wide;
     wide.reserve(inText.size());
@@ -31,16 +31,14 @@ std::wstring Widen(UTF16String const& inText) {
     return wide;
 }
 
-/// The first unit of what a locale says about `inItem`.
+/// The first unit of a separator, which the C library keeps as a wide character, so that nothing
+/// has to be decoded by the encoding of some other category.
 std::uint16_t FirstUnit(locale_t inLocale, nl_item inItem, std::uint16_t inDefault) {
-    char const* const text = ::nl_langinfo_l(inItem, inLocale);
-    // The text is in the code page of its locale, and only the thread's locale decodes.
-    auto const previous = ::uselocale(inLocale);
-    wchar_t character = 0;
-    std::mbstate_t state{};
-    auto const length = std::mbrtowc(&character, text, std::strlen(text), &state);
-    ::uselocale(previous);
-    bool const isUnit = length > 0 && length <= std::strlen(text) && character <= 0xFFFF;
+    // The character is in the place of the pointer to a text.
+    char const* const item = ::nl_langinfo_l(inItem, inLocale);
+    wchar_t character;
+    std::memcpy(&character, &item, sizeof character);
+    bool const isUnit = character > 0 && character <= 0xFFFF;
     return isUnit ? static_cast<std::uint16_t>(character) : inDefault;
 }
 
@@ -49,8 +47,8 @@ std::uint16_t FirstUnit(locale_t inLocale, nl_item inItem, std::uint16_t inDefau
 int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
     auto const lhs = Widen(inLHS);
     auto const rhs = Widen(inRHS);
-    static locale_t const locale = UserLocale(LC_COLLATE_MASK | LC_CTYPE_MASK);
-    // The system compares up to a NUL, so text that holds some is compared piece by piece.
+    static locale_t const locale = UserLocale(LC_COLLATE_MASK);
+    // The system compares up to a NUL, so texts with NULs in them are compared piece by piece.
     std::size_t left = 0;
     std::size_t right = 0;
     for (;;) {
@@ -70,15 +68,12 @@ int CompareText(UTF16String const& inLHS, UTF16String const& inRHS) {
 }
 
 NumberSeparators UserNumberSeparators() {
-    static NumberSeparators const user = [] {
-        auto const locale = UserLocale(LC_NUMERIC_MASK | LC_CTYPE_MASK);
-        NumberSeparators separators;
-        separators.decimal = FirstUnit(locale, RADIXCHAR, separators.decimal);
-        separators.thousands = FirstUnit(locale, THOUSEP, separators.thousands);
-        ::freelocale(locale);
-        return separators;
-    }();
-    return user;
+    auto const locale = UserLocale(LC_NUMERIC_MASK);
+    NumberSeparators separators;
+    separators.decimal = FirstUnit(locale, _NL_NUMERIC_DECIMAL_POINT_WC, separators.decimal);
+    separators.thousands = FirstUnit(locale, _NL_NUMERIC_THOUSANDS_SEP_WC, separators.thousands);
+    ::freelocale(locale);
+    return separators;
 }
 
 } // namespace brindle::platform

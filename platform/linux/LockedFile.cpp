@@ -2,32 +2,18 @@
 
 #include "platform/linux/ErrnoTable.h"
 
-#include <sys/file.h>
-
 #include <algorithm>
-#include <limits>
 
 namespace brindle::platform {
-
-namespace {
 
 bool IsSameFile(struct stat const& inLHS, struct stat const& inRHS) noexcept {
     return inLHS.st_dev == inRHS.st_dev && inLHS.st_ino == inRHS.st_ino;
 }
 
-/// Locks an open file without waiting. A file system without locks grants every one.
-ErrorCode TakeLock(int inDescriptor, Lock inLock) noexcept {
-    int const operation = (inLock == Lock::kShared ? LOCK_SH : LOCK_EX) | LOCK_NB;
-    if (Uninterrupted([&] { return ::flock(inDescriptor, operation); }) == 0) {
-        return kError_None;
-    }
-    return errno == EWOULDBLOCK ? kError_SharingViolation : kError_None;
-}
-
-} // namespace
-
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock, mode_t inMode) {
-    // A file system that never numbers a file twice alike cannot tell whether it was replaced.
+Result<FileDescriptor> OpenLocked(SystemPath const& inPath, int inFlags, FileLock inLock,
+                                  mode_t inMode) {
+    // Some file systems never report the same number for a file twice, so that every file seems
+    // replaced.
     constexpr int kMostAttempts = 64;
     if (inPath.Error() != kError_None) {
         return {{}, inPath.Error()};
@@ -42,7 +28,7 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
             return {{}, inPath.ErrorOf(errno)};
         }
 
-        // Without blocking: a FIFO that takes the file's place this moment must not hold us up.
+        // Without blocking, in case a FIFO takes the file's place at this moment.
         FileDescriptor file(Uninterrupted([&] {
             return ::openat(inPath.Directory(), inPath.Tail(),
                             inFlags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, inMode);
@@ -73,10 +59,9 @@ Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock
 
 ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
                      std::uint64_t inOffset, std::size_t& outWritten) {
-    constexpr std::uint64_t kMostOffset = std::numeric_limits<std::int64_t>::max();
     auto const* bytes = static_cast<char const*>(inBytes);
     outWritten = 0;
-    if (inCount > kMostOffset - std::min(inOffset, kMostOffset)) {
+    if (inCount > kMostPosition - std::min(inOffset, kMostPosition)) {
         return kError_FileTooLarge;
     }
     while (outWritten < inCount) {
@@ -93,6 +78,22 @@ ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
         outWritten += static_cast<std::size_t>(count);
     }
     return kError_None;
+}
+
+Result<FileDescriptor> GuardOld(FilePlace const& inPlace) {
+    auto old = OpenLocked(inPlace.Path(), O_WRONLY | O_NOFOLLOW, FileLock::kTurn);
+    if (old.error == kError_FileNotFound) {
+        return {};
+    }
+    return old;
+}
+
+Result<std::uint64_t> SizeOf(int inDescriptor) {
+    struct stat status {};
+    if (::fstat(inDescriptor, &status) != 0) {
+        return {0, ErrorFromErrno(errno)};
+    }
+    return {static_cast<std::uint64_t>(status.st_size), kError_None};
 }
 
 } // namespace brindle::platform

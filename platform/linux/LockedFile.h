@@ -3,33 +3,42 @@
 #include "platform/Errors.h"
 #include "platform/Files.h"
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/PathAt.h"
+#include "platform/linux/FileLock.h"
+#include "platform/linux/FilePlace.h"
+#include "platform/linux/SystemPath.h"
 
 #include <sys/stat.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 namespace brindle::platform {
 
-constexpr mode_t kMode_Anybody = 0666; ///< as far as the process's mask lets them
+constexpr mode_t kMode_Anybody = 0666; ///< further restricted by the process's mask
 constexpr mode_t kMode_OwnerOnly = 0600;
 
-constexpr mode_t ModeFor(Readers inReaders) {
-    return inReaders == Readers::kOwner ? kMode_OwnerOnly : kMode_Anybody;
-}
+/// The furthest position of an open file.
+constexpr std::uint64_t kMostPosition = std::numeric_limits<std::int64_t>::max();
 
-enum class Lock { kShared, kExclusive };
+bool IsSameFile(struct stat const& inLHS, struct stat const& inRHS) noexcept;
 
-/// Opens a regular file and locks it without waiting; the lock goes with the descriptor. Error 32
-/// somebody else's lock is in the way. What is no regular file is refused (5) without being opened.
-/// `inFlags` are those of `open`; with `O_CREAT` a missing file is made. Opened for writing, the
-/// descriptor is the file that the path names, not one that was replaced meanwhile.
-Result<FileDescriptor> OpenLocked(PathAt const& inPath, int inFlags, Lock inLock,
+/// Opens a regular file and locks it; the lock ends with the descriptor. Anything but a regular
+/// file is refused (5) without being opened. `inFlags` are those of `open`; with `O_CREAT` a
+/// missing file is created. A descriptor for writing refers to the file that the path names once it
+/// is locked, not to one that was replaced meanwhile.
+Result<FileDescriptor> OpenLocked(SystemPath const& inPath, int inFlags, FileLock inLock,
                                   mode_t inMode = kMode_Anybody);
 
-/// Writes all the bytes at the offset; `outWritten` tells how many arrived, also on failure.
+/// Makes sure that what stands in the place may be replaced: a regular file that may be written and
+/// that nobody writes in place, or nothing. Until the descriptor is closed nobody else appends to
+/// the file, replaces it or begins to write it; there is no descriptor if nothing stands there.
+Result<FileDescriptor> GuardOld(FilePlace const& inPlace);
+
+/// Writes all the bytes at the offset; `outWritten` is how many were written, also on failure.
 ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
                      std::uint64_t inOffset, std::size_t& outWritten);
+
+Result<std::uint64_t> SizeOf(int inDescriptor);
 
 } // namespace brindle::platform

@@ -11,6 +11,8 @@
 
 namespace brindle::platform {
 
+enum class Lock { kShared, kExclusive };
+
 /// What is known of a name: which segment it stands for, and enough to tell whether that still is
 /// the same one.
 struct MemoryName {

@@ -5,48 +5,119 @@
 #include <sys/random.h>
 
 #include <array>
+#include <atomic>
+#include <cinttypes>
 #include <cstdio>
+#include <ctime>
+#include <utility>
 
 namespace brindle::platform {
 
 namespace {
 
-std::string RandomName() {
-    unsigned long long number = 0;
-    // The exclusive creation is what makes the name unique; the number only makes it so at once.
-    if (::getrandom(&number, sizeof number, 0) < 0) {
-        number = static_cast<unsigned long long>(::getpid());
+/// Names are tried until one is free, so that they need not be unpredictable but only differ from
+/// call to call.
+std::string HiddenName() {
+    static std::atomic<std::uint64_t> S_calls{0};
+    std::uint64_t number = 0;
+    if (::getrandom(&number, sizeof number, GRND_NONBLOCK) != sizeof number) {
+        timespec now{};
+        ::clock_gettime(CLOCK_REALTIME, &now);
+        number = static_cast<std::uint64_t>(now.tv_sec) << 32 ^
+                 static_cast<std::uint64_t>(now.tv_nsec) << 20 ^
+                 static_cast<std::uint64_t>(::getpid());
     }
+    number += S_calls.fetch_add(1, std::memory_order_relaxed);
     std::array<char, 32> name{};
-    std::snprintf(name.data(), name.size(), ".brindle-%016llx", number);
+    std::snprintf(name.data(), name.size(), ".brindle-%016" PRIx64, number);
     return name.data();
+}
+
+/// Calls `inTry` with hidden names until it succeeds or fails for another reason than a name that
+/// is taken. Gives the name, or an empty one.
+template <typename Try>
+std::string WithFreeName(Try inTry) {
+    constexpr int kMostAttempts = 1000;
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        auto name = HiddenName();
+        if (inTry(name.c_str())) {
+            return name;
+        }
+        if (errno != EEXIST) {
+            break;
+        }
+    }
+    return {};
+}
+
+/// A name of the system's own for an open file, through which a file without a name can be linked.
+std::array<char, 32> DescriptorPath(int inDescriptor) {
+    std::array<char, 32> path{};
+    std::snprintf(path.data(), path.size(), "/proc/self/fd/%d", inDescriptor);
+    return path;
 }
 
 } // namespace
 
 NewFile::~NewFile() {
-    if (mFile.IsOpen() && !mHasTakenPlace) {
+    if (!mName.empty()) {
         ::unlinkat(mPlace.directory.Get(), mName.c_str(), 0);
     }
 }
 
 ErrorCode NewFile::Create(mode_t inMode) {
-    do {
-        mName = RandomName();
+    if (CreateNameless(inMode)) {
+        return kError_None;
+    }
+    mName = WithFreeName([&](char const* inName) {
         mFile = FileDescriptor(Uninterrupted([&] {
-            return ::openat(mPlace.directory.Get(), mName.c_str(),
+            return ::openat(mPlace.directory.Get(), inName,
                             O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, inMode);
         }));
-    } while (!mFile.IsOpen() && errno == EEXIST);
+        return mFile.IsOpen();
+    });
     return mFile.IsOpen() ? kError_None : ErrorFromErrno(errno);
 }
 
+bool NewFile::CreateNameless(mode_t inMode) {
+    FileDescriptor file(Uninterrupted([&] {
+        return ::openat(mPlace.directory.Get(), ".", O_WRONLY | O_TMPFILE | O_CLOEXEC, inMode);
+    }));
+    // Without /proc such a file could not be given a name in the end.
+    struct stat status {};
+    if (!file.IsOpen() || ::stat(DescriptorPath(file.Get()).data(), &status) != 0) {
+        return false;
+    }
+    mFile = std::move(file);
+    return true;
+}
+
+ErrorCode NewFile::GiveName() {
+    auto const source = DescriptorPath(mFile.Get());
+    mName = WithFreeName([&](char const* inName) {
+        return ::linkat(AT_FDCWD, source.data(), mPlace.directory.Get(), inName,
+                        AT_SYMLINK_FOLLOW) == 0;
+    });
+    return mName.empty() ? ErrorFromErrno(errno) : kError_None;
+}
+
 ErrorCode NewFile::TakePlace() {
+    if (mName.empty()) {
+        // A link replaces nothing, so over an old version it takes a name first.
+        if (::linkat(AT_FDCWD, DescriptorPath(mFile.Get()).data(), mPlace.directory.Get(),
+                     mPlace.name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+            return SyncDirectory(mPlace);
+        }
+        auto const error = errno == EEXIST ? GiveName() : ErrorFromErrno(errno);
+        if (error != kError_None) {
+            return error;
+        }
+    }
     auto const error = RenameInto(mPlace, mPlace.directory.Get(), mName.c_str());
     if (error != kError_None) {
         return error;
     }
-    mHasTakenPlace = true;
+    mName.clear();
     return SyncDirectory(mPlace);
 }
 

@@ -9,8 +9,9 @@
 
 namespace brindle::platform {
 
-/// A new, hidden file in the directory of a place, which outlives this. It is removed again unless
-/// it takes the place.
+/// A new file in the directory of a place, which outlives this object. It has no name until it
+/// takes the place, so that nothing is left behind by a kill; where the file system cannot make
+/// such files, it has a hidden name of its own and is removed by the destructor.
 class NewFile {
 public:
     explicit NewFile(FilePlace const& inPlace) : mPlace(inPlace) {}
@@ -21,17 +22,20 @@ public:
     ErrorCode Create(mode_t inMode);
     /// Open for writing once it is created.
     int Descriptor() const noexcept { return mFile.Get(); }
-    /// Puts the file over whatever stands in the place; the directory is synced behind it.
+    /// Puts the file over whatever stands in the place, in one step, and syncs the directory.
     ErrorCode TakePlace();
 
 private:
+    bool CreateNameless(mode_t inMode);
+    ErrorCode GiveName();
+
     FilePlace const& mPlace;
-    std::string mName;
+    std::string mName; // empty while the file has no name that has to be removed
     FileDescriptor mFile;
-    bool mHasTakenPlace = false;
 };
 
-/// Gives an open file the permissions of an old one and, where the process may, its owner.
+/// Gives an open file the permissions of another one and, where the process may, its owner and
+/// group. Bits that would let somebody run a program with the rights of the wrong user are dropped.
 ErrorCode TakePermissions(int inFile, struct stat const& inOld);
 
 /// Returns when the file's content is on the disk.

@@ -77,7 +77,8 @@ Result<std::size_t> FindPlace(MemoryNames const& inNames, std::string const& inN
     for (std::size_t i = 0; i < records.value.size(); ++i) {
         MemoryName& record = records.value[i];
         if (record.segment == MemoryName::kNoSegment && record.key != 0) {
-            if (ErrorCode const error = RemoveUnfinished(inNames, i, record)) {
+            if (ErrorCode const error = RemoveUnfinished(inNames, i, record);
+                error != kError_None) {
                 return {{}, error};
             }
         }
@@ -102,7 +103,7 @@ Result<int> MakeSegment(MemoryNames const& inNames, std::size_t inIndex, MemoryN
         if (ioRecord.key == IPC_PRIVATE) {
             continue;
         }
-        if (ErrorCode const error = inNames.Write(inIndex, ioRecord)) {
+        if (ErrorCode const error = inNames.Write(inIndex, ioRecord); error != kError_None) {
             return {{}, error};
         }
         int const segment =
@@ -134,7 +135,7 @@ Result<std::shared_ptr<SharedMemory>> Make(MemoryNames const& inNames, std::size
     auto memory = std::make_shared<SharedMemory>(segment.value, std::move(hold.value));
     ioRecord.segment = segment.value;
     ioRecord.changed = status.shm_ctime;
-    if (ErrorCode const error = inNames.Write(inIndex, ioRecord)) {
+    if (ErrorCode const error = inNames.Write(inIndex, ioRecord); error != kError_None) {
         return {{}, error};
     }
     return {std::move(memory), kError_None};
@@ -156,7 +157,7 @@ Result<std::shared_ptr<void>> SharedMemory::Map(bool inWritable) const {
 
 Result<std::shared_ptr<SharedMemory>> CreateSharedMemory(std::string const& inName,
                                                          std::uint32_t inByteCount) {
-    if (ErrorCode const error = CheckName(inName)) {
+    if (ErrorCode const error = CheckName(inName); error != kError_None) {
         return {{}, error};
     }
     if (inByteCount == 0) {
@@ -178,7 +179,7 @@ Result<std::shared_ptr<SharedMemory>> CreateSharedMemory(std::string const& inNa
 }
 
 Result<std::shared_ptr<SharedMemory>> OpenSharedMemory(std::string const& inName) {
-    if (ErrorCode const error = CheckName(inName)) {
+    if (ErrorCode const error = CheckName(inName); error != kError_None) {
         return {{}, error};
     }
     auto const names = MemoryNames::Open(Lock::kShared);

@@ -2,6 +2,7 @@
 
 #include "platform/Process.h"
 
+#include <pthread.h>
 #include <sched.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -14,6 +15,13 @@ namespace {
 
 constexpr int kNicenessStep = 5;
 
+/// A niceness belongs to a thread on this system. The main thread has the one with which the
+/// process was started, unless it has asked for another before the first call.
+int NormalNiceness() noexcept {
+    static int const normal = getpriority(PRIO_PROCESS, ProcessId());
+    return normal;
+}
+
 } // namespace
 
 std::uint32_t ProcessorCount() noexcept {
@@ -25,15 +33,35 @@ std::uint32_t ProcessorCount() noexcept {
 }
 
 void SetThreadPriority(std::int32_t inPriority) noexcept {
-    bool const isIdle = inPriority <= -15;
-    if (isIdle || sched_getscheduler(0) == SCHED_IDLE) {
+    // Threads inherit also the policy of the one that started them, be it idle or real-time.
+    int const policy = inPriority <= -15 ? SCHED_IDLE : SCHED_OTHER;
+    if (sched_getscheduler(0) != policy) {
         sched_param const parameters{};
-        sched_setscheduler(0, isIdle ? SCHED_IDLE : SCHED_OTHER, &parameters);
+        sched_setscheduler(0, policy, &parameters);
     }
-    // A niceness belongs to a thread here, and the main thread's is what the process was started
-    // with, until the main thread asks for another.
-    static int const normal = getpriority(PRIO_PROCESS, ProcessId());
-    setpriority(PRIO_PROCESS, ThreadId(), std::min(19, normal - kNicenessStep * inPriority));
+    setpriority(PRIO_PROCESS, ThreadId(),
+                std::min(19, NormalNiceness() - kNicenessStep * inPriority));
+}
+
+bool IsThreadBelowNormal() noexcept {
+    return sched_getscheduler(0) == SCHED_IDLE ||
+           getpriority(PRIO_PROCESS, ThreadId()) > NormalNiceness();
+}
+
+bool ThreadEnd::Call(void* inArgument) noexcept {
+    std::int64_t key = mKey.load(std::memory_order_acquire);
+    if (key == kNoKey) {
+        pthread_key_t made{};
+        if (pthread_key_create(&made, mFunction) != 0) {
+            return false;
+        }
+        if (mKey.compare_exchange_strong(key, made, std::memory_order_acq_rel)) {
+            key = made;
+        } else {
+            pthread_key_delete(made); // another thread was faster
+        }
+    }
+    return pthread_setspecific(static_cast<pthread_key_t>(key), inArgument) == 0;
 }
 
 } // namespace brindle::platform

@@ -1,17 +1,20 @@
 # The implementation of platform/*.h for Linux. A source may rely on the static objects of those above it.
 list(APPEND brindle_platform_sources
   # errors and paths
-  platform/linux/Errors.cpp
-  platform/linux/Paths.cpp
-  platform/linux/PathAt.cpp
+  platform/linux/ErrnoTable.cpp
+  platform/linux/SystemPath.cpp
+  platform/linux/Volumes.cpp
   # files and directories
+  platform/linux/FileLock.cpp
   platform/linux/LockedFile.cpp
   platform/linux/Files.cpp
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
   platform/linux/FileContent.cpp
-  platform/linux/ReplaceFile.cpp
+  platform/linux/FileReplacement.cpp
+  platform/linux/TemporaryFile.cpp
   platform/linux/Directories.cpp
+  platform/linux/RemoveTree.cpp
   # the user's settings, the process, identifiers
   platform/linux/Locale.cpp
   platform/linux/Process.cpp
@@ -27,8 +30,8 @@ list(APPEND brindle_platform_sources
   platform/linux/Fork.cpp
   platform/linux/Barrier.cpp
   platform/linux/ThreadEnd.cpp
-  platform/linux/CompletionPort.cpp
-  platform/linux/MessageLoop.cpp)
+  platform/linux/SleepOnWord.cpp
+  platform/linux/WakeUpEvent.cpp)
 
 # Shortcuts and file associations are those of the free desktops.
 include(${CMAKE_CURRENT_LIST_DIR}/../desktop/sources.cmake)

@@ -5,9 +5,11 @@
 
 namespace brindle::platform {
 
-constexpr char LowerAscii(char inCharacter) noexcept {
-    return 'A' <= inCharacter && inCharacter <= 'Z' ? static_cast<char>(inCharacter + ('a' - 'A'))
-                                                    : inCharacter;
+// Characters of ASCII, in a text of any unit type and whatever the locale.
+
+template <typename Unit>
+constexpr Unit LowerAscii(Unit inUnit) noexcept {
+    return 'A' <= inUnit && inUnit <= 'Z' ? static_cast<Unit>(inUnit + ('a' - 'A')) : inUnit;
 }
 
 /// Only the letters A to Z have a case here.

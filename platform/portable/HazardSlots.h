@@ -1,40 +1,45 @@
 #pragma once
 
-#include <pthread.h>
-#include <sched.h>
-
 #include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <new>
+#include <thread>
 
 namespace brindle::platform {
 
-/// Where threads announce which shared object they are about to touch, so that whoever unlinks one
-/// can tell whether it may be freed yet. Any thread may call any operation; none may be under way
-/// when the slots go.
+/// Safe memory reclamation by hazard pointers. Threads announce in these slots which shared object
+/// they are about to access, so that a thread that has unlinked an object can tell whether it may
+/// free it yet. Any thread may call any operation; none may be in progress when the slots are
+/// destroyed.
 ///
-/// `Steps::Pause()` stands between the atomic steps; it does nothing but in tests.
-template <typename Steps>
+/// There are `kSlots` slots to begin with, and as many more whenever all are taken. `Steps` is
+/// called between the atomic steps.
+template <typename Steps, std::size_t kSlots>
 class HazardSlots {
     struct Slot {
         std::atomic<void const*> object{nullptr};
-        std::array<char, 56> apart; // each slot has its own cache line
+        std::array<char, 56> padding; // each slot has its own cache line
     };
 
 public:
-    enum class NoSlot { kGiveUp, kYield };
+    /// What a hazard does if every slot is taken and there is no memory for more.
+    enum class NoSlot {
+        kGiveUp, ///< claims none
+        kYield   ///< lets other threads run until a slot is free
+    };
 
-    /// Keeps what `inSource` points to from being freed. If every slot is taken and there is no
-    /// memory for more, it either claims none or lets the threads in the slots go first.
+    /// Keeps the object that `inSource` points to from being freed, until the hazard is destroyed
+    /// or renewed.
     template <typename Object>
     class Hazard {
     public:
         Hazard(HazardSlots& ioSlots, std::atomic<Object*> const& inSource, NoSlot inNoSlot) noexcept
             : mSource(inSource), mObject(inSource.load()), mSlot(ioSlots.Claim(mObject)) {
             while (mSlot == nullptr && inNoSlot == NoSlot::kYield) {
-                sched_yield();
+                std::this_thread::yield();
                 mObject = mSource.load();
                 mSlot = ioSlots.Claim(mObject);
             }
@@ -50,10 +55,11 @@ public:
             }
         }
 
+        /// False only with `NoSlot::kGiveUp`; then the object is not protected.
         bool IsClaimed() const noexcept { return mSlot != nullptr; }
         Object* Get() const noexcept { return mObject; }
 
-        /// Lets go of the object and turns to what the source points to now.
+        /// Releases the object, and protects the one that the source points to now.
         void Renew() noexcept {
             mObject = mSource.load();
             mSlot->object.store(mObject);
@@ -61,6 +67,7 @@ public:
         }
 
     private:
+        /// The announcement counts only if the source still points to the object after it was made.
         void Confirm() noexcept {
             for (;;) {
                 Steps::Pause();
@@ -89,7 +96,7 @@ public:
         }
     }
 
-    /// Whether somebody may still touch the object, which no source points to any more.
+    /// Whether a thread may still access the object, which no source points to any more.
     bool IsProtected(void const* inObject) const noexcept {
         for (Block const* block = &mFirst; block != nullptr; block = block->next) {
             for (Slot const& slot : block->slots) {
@@ -102,18 +109,24 @@ public:
     }
 
 private:
-    static constexpr std::size_t kSlots = 32;
-
     struct Block {
         std::array<Slot, kSlots> slots;
         std::atomic<Block*> next{nullptr};
     };
 
+    /// Where a thread begins to look for a free slot: threads are spread, and each comes back to
+    /// its own.
+    static std::size_t FirstSlot() noexcept {
+        std::thread::id const thread = std::this_thread::get_id();
+        std::uint64_t bytes = 0;
+        static_assert(sizeof(thread) <= sizeof(bytes));
+        std::memcpy(&bytes, &thread, sizeof(thread));
+        return static_cast<std::size_t>(bytes * 0x9E3779B97F4A7C15U >> 32) % kSlots;
+    }
+
     /// Null if all slots are taken and there is no memory for more.
     Slot* Claim(void const* inObject) noexcept {
-        // Threads start at different slots, and find their own one free again.
-        std::size_t const start = static_cast<std::size_t>(pthread_self()) * 0x9E3779B97F4A7C15 >>
-                                  (sizeof(std::size_t) * 8 - 5);
+        std::size_t const start = FirstSlot();
         for (Block* block = &mFirst;;) {
             for (std::size_t i = 0; i < kSlots; ++i) {
                 Slot& slot = block->slots[(start + i) % kSlots];

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CompletionPort.h"
+#include "platform/Deadline.h"
 #include "platform/portable/PacketQueue.h"
 #include "platform/portable/Sleepers.h"
 
@@ -11,36 +11,32 @@
 
 namespace brindle::platform {
 
-/// What a completion port is made of: a queue, and those who sleep as long as it is empty.
-/// `Steps::Pause()` stands between the atomic steps; it does nothing but in tests.
+/// The completion port: a queue, and the threads that sleep while it is empty. `Steps` is called
+/// between the atomic steps.
 template <typename Steps, std::size_t kSlots>
 class PacketPort {
 public:
-    bool Post(void* inPacket) noexcept {
+    [[nodiscard]] bool Post(void* inPacket) noexcept {
         if (!mPackets.Append(inPacket)) {
             if (inPacket != nullptr) {
                 return false;
             }
-            mBareWakeUps.fetch_add(1);
+            mUnqueuedNulls.fetch_add(1);
         }
         Steps::Pause();
         mSleepers.WakeOne();
         return true;
     }
 
-    bool Wait(void*& outPacket, std::uint32_t inMilliseconds) noexcept {
+    bool Take(void*& outPacket) noexcept {
         outPacket = nullptr;
+        return mPackets.Take(outPacket) || TakeUnqueuedNull();
+    }
+
+    bool Wait(void*& outPacket, Deadline const& inDeadline) noexcept {
         if (Take(outPacket)) {
             return true;
         }
-        return inMilliseconds != 0 &&
-               SleepAndTake(outPacket, inMilliseconds == CompletionPort::kForever
-                                           ? Deadline::Never()
-                                           : Deadline::In(inMilliseconds));
-    }
-
-private:
-    bool SleepAndTake(void*& outPacket, Deadline const& inDeadline) noexcept {
         for (;;) {
             Steps::Pause();
             mSleepers.Enroll();
@@ -52,7 +48,7 @@ private:
             bool const isWoken = mSleepers.Sleep(inDeadline);
             Steps::Pause();
             if (Take(outPacket)) {
-                // Whoever posted more meanwhile relied on this thread to look.
+                // Posts that came while this thread's wake-up was unclaimed have woken nobody.
                 if (isWoken && !IsEmpty()) {
                     mSleepers.WakeOne();
                 }
@@ -64,24 +60,23 @@ private:
         }
     }
 
-    bool Take(void*& outPacket) noexcept { return mPackets.Take(outPacket) || TakeBareWakeUp(); }
-
-    bool TakeBareWakeUp() noexcept {
-        std::uint32_t count = mBareWakeUps.load();
+private:
+    bool TakeUnqueuedNull() noexcept {
+        std::uint32_t count = mUnqueuedNulls.load();
         while (count > 0) {
-            if (mBareWakeUps.compare_exchange_weak(count, count - 1)) {
+            if (mUnqueuedNulls.compare_exchange_weak(count, count - 1)) {
                 return true;
             }
         }
         return false;
     }
 
-    bool IsEmpty() noexcept { return mPackets.IsEmpty() && mBareWakeUps.load() == 0; }
+    bool IsEmpty() noexcept { return mPackets.IsEmpty() && mUnqueuedNulls.load() == 0; }
 
     PacketQueue<Steps, kSlots> mPackets;
     Sleepers<Steps> mSleepers;
-    std::array<char, 48> mApart;
-    std::atomic<std::uint32_t> mBareWakeUps{0}; // null packets that there was no memory for
+    std::array<char, 48> mPadding;
+    std::atomic<std::uint32_t> mUnqueuedNulls{0}; // null packets that the queue had no memory for
 };
 
 } // namespace brindle::platform

@@ -13,13 +13,13 @@
 namespace brindle::platform {
 
 /// An unbounded lock-free queue of pointers, first in first out across all threads. Any thread may
-/// call any operation; none may be under way when the queue goes.
+/// call any operation; none may be in progress when the queue is destroyed.
 ///
-/// A list of segments. Posters and takers draw the indices of slots from two counters in each
-/// segment; a poster fills its slot, and a taker who finds its slot unfilled closes it, so that the
-/// poster draws another. docs/concurrency/completion-port.md tells why this is right.
-/// `Steps::Pause()` stands between the atomic steps; it does nothing but in tests.
-template <typename Steps, std::size_t kSlots>
+/// It is a list of segments. Posters and takers draw the indices of slots from two counters of each
+/// segment. A poster fills the slot that it drew. A taker that finds its slot still unfilled closes
+/// it, and the poster draws another. The proof is in docs/concurrency/completion-port.md; `Steps`
+/// is called between the atomic steps.
+template <typename Steps, std::size_t kSlots, std::size_t kHazardSlots = 32>
 class PacketQueue {
 public:
     /// Throws `std::bad_alloc`.
@@ -35,8 +35,8 @@ public:
         }
     }
 
-    /// False, and nothing is appended, if there is no memory.
-    bool Append(void* inPacket) noexcept {
+    /// False, with nothing appended, if there is no memory.
+    [[nodiscard]] bool Append(void* inPacket) noexcept {
         void* const packet = inPacket == nullptr ? &S_null : inPacket;
         Hazard tail(mHazards, mTail, NoSlot::kGiveUp);
         if (!tail.IsClaimed()) {
@@ -82,7 +82,8 @@ public:
                 continue;
             }
             std::atomic<void*>& slot = segment->slots[index];
-            // Its poster is about to fill it; closing the slot costs both another draw.
+            // If its poster is about to fill it, a short wait is cheaper than another draw for
+            // both.
             for (int i = 0; i < kPatience && slot.load(std::memory_order_relaxed) == nullptr; ++i) {
             }
             void* const packet = slot.exchange(&S_closed, std::memory_order_acquire);
@@ -109,24 +110,25 @@ private:
         }
 
         std::atomic<std::uint64_t> posts{0};
-        std::array<char, 56> postsApart;
+        std::array<char, 56> postsPadding;
         std::atomic<std::uint64_t> takes{0};
-        std::array<char, 56> takesApart;
+        std::array<char, 56> takesPadding;
         std::atomic<Segment*> next{nullptr};
         Segment* nextRetired = nullptr;
         std::array<std::atomic<void*>, kSlots> slots{};
     };
 
-    using Hazards = HazardSlots<Steps>;
+    using Hazards = HazardSlots<Steps, kHazardSlots>;
     using Hazard = typename Hazards::template Hazard<Segment>;
     using NoSlot = typename Hazards::NoSlot;
 
-    /// The first segment in which a slot has been drawn by a poster and by no taker; null if there
-    /// is none. Leaves finished segments behind.
+    /// The first segment in which a poster has drawn a slot that no taker has drawn; null if there
+    /// is none. Unlinks the segments before it.
     Segment* FindPackets(Hazard& ioHead) noexcept {
         for (;;) {
             Segment& segment = *ioHead.Get();
-            // In this order: what was drawn by the time of the second look was taken at the first.
+            // In this order: if both counters are equal, every slot that posters had drawn by the
+            // second read had been drawn by takers at the first.
             std::uint64_t const takes = segment.takes.load();
             Steps::Pause();
             if (takes < kSlots) {
@@ -136,7 +138,7 @@ private:
             if (next == nullptr) {
                 return nullptr;
             }
-            Advance(mTail, segment, *next); // nobody comes upon a retired segment through the tail
+            Advance(mTail, segment, *next); // no thread gets to a retired segment through the tail
             Steps::Pause();
             bool const isMine = Advance(mHead, segment, *next);
             ioHead.Renew();
@@ -151,7 +153,8 @@ private:
         return ioEnd.compare_exchange_strong(from, &inTo);
     }
 
-    /// Frees the segment and those retired before it, except what others still touch.
+    /// Frees this segment and those retired before it, except those that other threads may still
+    /// access.
     void Retire(Segment& ioSegment) noexcept {
         PushRetired(ioSegment);
         Segment* segment = mRetired.exchange(nullptr, std::memory_order_acquire);
@@ -175,14 +178,14 @@ private:
                                                  std::memory_order_relaxed));
     }
 
-    // Stand in a slot for a null packet and for a slot that a taker did not wait for.
+    // Their addresses stand in a slot for a null packet, and for a slot that a taker has closed.
     inline static char S_null = 0;
     inline static char S_closed = 0;
 
     std::atomic<Segment*> mHead;
-    std::array<char, 56> mHeadApart;
+    std::array<char, 56> mHeadPadding;
     std::atomic<Segment*> mTail;
-    std::array<char, 56> mTailApart;
+    std::array<char, 56> mTailPadding;
     std::atomic<Segment*> mRetired{nullptr};
     Hazards mHazards;
 };

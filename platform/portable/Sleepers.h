@@ -1,69 +1,60 @@
 #pragma once
 
-#include <linux/futex.h>
-#include <sys/syscall.h>
-#include <time.h>
-#include <unistd.h>
+#include "platform/SleepOnWord.h"
 
 #include <atomic>
-#include <cerrno>
+#include <chrono>
 #include <cstdint>
 
 namespace brindle::platform {
 
-/// A moment on the clock that no one sets, or never.
-class Deadline {
-public:
-    static Deadline Never() noexcept { return Deadline(); }
-    static Deadline In(std::uint32_t inMilliseconds) noexcept {
-        Deadline deadline;
-        clock_gettime(CLOCK_MONOTONIC, &deadline.mTime);
-        deadline.mTime.tv_sec += inMilliseconds / 1000;
-        deadline.mTime.tv_nsec += static_cast<long>(inMilliseconds % 1000) * 1'000'000;
-        if (deadline.mTime.tv_nsec >= 1'000'000'000) {
-            deadline.mTime.tv_nsec -= 1'000'000'000;
-            ++deadline.mTime.tv_sec;
-        }
-        deadline.mIsNever = false;
-        return deadline;
-    }
-
-    timespec const* Get() const noexcept { return mIsNever ? nullptr : &mTime; }
-
-private:
-    timespec mTime{};
-    bool mIsNever = true;
-};
-
-/// Those who wait for something to be there. They enroll, look once more, and only then sleep; who
-/// put something there wakes one. Any thread may call any operation.
+/// The threads that sleep because a queue is empty. A thread that found the queue empty enrolls,
+/// looks once more, and only then sleeps; a thread that has put something into the queue calls
+/// `WakeOne`. Any thread may call any operation.
 ///
-/// Of those who sleep it is one in the lowest bed that wakes: threads that come and go in turn find
-/// the same bed free, so work that comes now and then is done by one thread, whose caches are warm.
-/// Who sleeps until a certain time takes no bed, and is left to it as long as somebody else sleeps.
+/// A wake-up is promised, and then claimed by the thread that wakes. As long as a promise is
+/// unclaimed, further calls wake nobody else; so a thread that was woken, took something and sees
+/// more in the queue calls `WakeOne` itself. A thread that has been woken may get no processor for
+/// a long time. Therefore a second sleeper is woken with it and keeps watch: it sleeps for a short
+/// time only, and then looks into the queue itself.
 ///
-/// As long as one who was promised to be woken has not come to look, nobody else is woken: so who
-/// was woken, found something and sees more there wakes the next one itself.
-/// `Steps::Pause()` stands between the atomic steps; it does nothing but in tests.
+/// Which sleeper wakes is chosen: each has a bit of the kernel's wake-up mask, the lowest that was
+/// free, and the one with the lowest bit wakes. So work that comes now and then finds the same
+/// thread again, with warm caches. Threads that sleep with a deadline have no bit of their own and
+/// are woken last.
+///
+/// docs/concurrency/completion-port.md proves that no wake-up is lost; `Steps` is called between
+/// the atomic steps.
 template <typename Steps>
 class Sleepers {
 public:
-    /// Called after something was put there.
+    /// Called after something was put into the queue.
     void WakeOne() noexcept {
         std::uint64_t state = mState.load();
-        while (state >= kOneEnrolled && Promises(state) == 0) {
+        bool isMine = false;
+        while (state >= kOneEnrolled && Promises(state) == 0 && !isMine) {
             Steps::Pause();
-            if (mState.compare_exchange_weak(state, state - kOneEnrolled + kOnePromise)) {
-                Steps::Pause();
-                WakeTheWarmest();
-                return;
-            }
+            isMine = mState.compare_exchange_weak(state, state - kOneEnrolled + kOnePromise);
+        }
+        if (isMine) {
+            state += kOnePromise - kOneEnrolled;
+            Steps::Pause();
+        }
+        // An earlier promise is relied on only if a thread watches over it.
+        bool const isWatchNeeded = state >= kOneEnrolled && !mIsWatched.load();
+        if (isMine || isWatchNeeded) {
+            WakeLowest();
+        }
+        if (isWatchNeeded) {
+            WakeOnWord(PromiseWord(), kAnySleeper);
         }
     }
 
+    /// Followed by one more look into the queue, and then by `Withdraw` or `Sleep`.
     void Enroll() noexcept { mState.fetch_add(kOneEnrolled); }
 
-    /// Leaves, having found something. A promise is left to those who still look for something.
+    /// For a thread that enrolled and then found something. If there is a choice, it leaves
+    /// promises to the threads that have found nothing.
     void Withdraw() noexcept {
         std::uint64_t state = mState.load();
         Steps::Pause();
@@ -72,75 +63,79 @@ public:
         }
     }
 
-    /// Leaves as soon as somebody is to be woken, true, or when the time has come, false.
+    /// Blocks until the deadline, false, or until the thread is to look into the queue, true.
+    /// Either way it is no longer enrolled.
     bool Sleep(Deadline const& inDeadline) noexcept {
-        std::uint32_t const bed = inDeadline.Get() == nullptr ? TakeBed() : kNoBed;
-        bool const isWoken = SleepIn(bed, inDeadline);
+        std::uint32_t const bit = inDeadline.IsNever() ? TakeBit() : kSharedBit;
+        bool const isWoken = SleepWith(bit, inDeadline);
         Steps::Pause();
-        LeaveBed(bed);
+        ReleaseBit(bit);
         return isWoken;
     }
 
 private:
-    // Low half: promises to wake that nobody has claimed yet. High half: the enrolled who have
-    // none. Who enrolled leaves by one of either.
+    // Low half: promised wake-ups that no thread has claimed yet. High half: enrolled threads
+    // without a promise. Each thread that enrolled leaves by taking one off either half.
     static constexpr std::uint64_t kOnePromise = 1;
     static constexpr std::uint64_t kOneEnrolled = std::uint64_t{1} << 32;
 
-    // The kernel wakes by a mask, in which each sleeper has a bit: its bed, or one for all who
-    // have none. Which beds are taken is a hint. It orders nothing, and where it is wrong anyone is
-    // woken.
-    static constexpr std::uint32_t kNoBed = std::uint32_t{1} << 31;
+    // The bit of threads that have none of their own. Which bits are taken is only a hint: where it
+    // is wrong, any sleeper is woken.
+    static constexpr std::uint32_t kSharedBit = std::uint32_t{1} << 31;
 
-    std::uint32_t TakeBed() noexcept {
-        std::uint32_t taken = mBeds.load(std::memory_order_relaxed);
+    // Long compared to a wake-up, which takes some microseconds, and so short that nobody minds to
+    // wait for it.
+    static constexpr std::chrono::milliseconds kWatchTime{2};
+
+    std::uint32_t TakeBit() noexcept {
+        std::uint32_t taken = mTakenBits.load(std::memory_order_relaxed);
         for (;;) {
-            std::uint32_t const bed = ~taken & (taken + 1);
-            if (bed == kNoBed) {
-                return kNoBed;
+            std::uint32_t const bit = ~taken & (taken + 1);
+            if (bit == kSharedBit) {
+                return kSharedBit;
             }
-            if (mBeds.compare_exchange_weak(taken, taken | bed, std::memory_order_relaxed)) {
-                return bed;
+            if (mTakenBits.compare_exchange_weak(taken, taken | bit, std::memory_order_relaxed)) {
+                return bit;
             }
         }
     }
 
-    void LeaveBed(std::uint32_t inBed) noexcept {
-        if (inBed != kNoBed) {
-            mBeds.fetch_and(~inBed, std::memory_order_relaxed);
+    void ReleaseBit(std::uint32_t inBit) noexcept {
+        if (inBit != kSharedBit) {
+            mTakenBits.fetch_and(~inBit, std::memory_order_relaxed);
         }
     }
 
-    void WakeTheWarmest() noexcept {
-        std::uint32_t const taken = mBeds.load(std::memory_order_relaxed);
-        if (taken == 0 || !Wake(taken & ~(taken - 1))) {
-            Wake(FUTEX_BITSET_MATCH_ANY);
+    void WakeLowest() noexcept {
+        std::uint32_t const taken = mTakenBits.load(std::memory_order_relaxed);
+        std::uint32_t const lowest = taken & ~(taken - 1);
+        if (lowest == 0 || !WakeOnWord(PromiseWord(), lowest)) {
+            WakeOnWord(PromiseWord(), kAnySleeper);
         }
     }
 
-    bool Wake(std::uint32_t inMask) noexcept {
-        return syscall(SYS_futex, PromiseWord(), FUTEX_WAKE_BITSET_PRIVATE, 1, nullptr, nullptr,
-                       inMask) > 0;
-    }
-
-    bool SleepIn(std::uint32_t inBed, Deadline const& inDeadline) noexcept {
+    bool SleepWith(std::uint32_t inBit, Deadline const& inDeadline) noexcept {
+        bool isWatching = false;
         for (bool isTime = false;;) {
             std::uint64_t state = mState.load();
             Steps::Pause();
-            while (Promises(state) > 0) {
-                if (mState.compare_exchange_weak(state, state - kOnePromise)) {
-                    return true;
+            while (Promises(state) > 0 || isTime) {
+                std::uint64_t const one = Promises(state) > 0 ? kOnePromise : kOneEnrolled;
+                if (mState.compare_exchange_weak(state, state - one)) {
+                    if (isWatching) {
+                        mIsWatched.store(false);
+                    }
+                    return one == kOnePromise || !inDeadline.HasPassed();
                 }
             }
-            if (isTime) {
-                if (mState.compare_exchange_strong(state, state - kOneEnrolled)) {
-                    return false;
-                }
-                continue;
+            Steps::BeforeSleep();
+            isTime = !SleepOnWord(PromiseWord(), 0, inBit,
+                                  isWatching ? inDeadline.OrIn(kWatchTime) : inDeadline);
+            // A thread that was woken and finds no promise is the second one that was woken.
+            if (!isTime && !isWatching && Promises(mState.load()) == 0) {
+                Steps::Pause();
+                isWatching = !mIsWatched.exchange(true);
             }
-            isTime = syscall(SYS_futex, PromiseWord(), FUTEX_WAIT_BITSET_PRIVATE, 0,
-                             inDeadline.Get(), nullptr, inBed) != 0 &&
-                     errno == ETIMEDOUT;
         }
     }
 
@@ -148,14 +143,16 @@ private:
         return static_cast<std::uint32_t>(inState);
     }
 
-    /// The half that the kernel compares with 0 before it puts a thread to sleep.
+    /// The half with the promises, which the kernel compares with 0 before it puts a thread to
+    /// sleep.
     std::uint32_t* PromiseWord() noexcept {
         auto* const halves = reinterpret_cast<std::uint32_t*>(&mState);
         return __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? halves : halves + 1;
     }
 
     std::atomic<std::uint64_t> mState{0};
-    std::atomic<std::uint32_t> mBeds{0};
+    std::atomic<std::uint32_t> mTakenBits{0};
+    std::atomic<bool> mIsWatched{false}; // a sleeper looks into the queue within the watch time
 };
 
 } // namespace brindle::platform

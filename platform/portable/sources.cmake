@@ -1,4 +1,7 @@
-# What any system can use. These sources call neither the system nor another folder below platform/.
+# What any system can use: these sources make no calls of the system but those of platform/*.h.
 list(APPEND brindle_platform_sources
   platform/portable/ByteEscapes.cpp
-  platform/portable/TextEncoding.cpp)
+  platform/portable/TextEncoding.cpp
+  platform/portable/Paths.cpp
+  platform/portable/CompletionPort.cpp
+  platform/portable/MessageLoop.cpp)

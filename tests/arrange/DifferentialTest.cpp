@@ -7,14 +7,14 @@
 namespace brindle::arrange::tests {
 namespace {
 
-/// A random tree twice: the model's, and the library's on the same answers.
+/// A random tree, in the model and in the library, with the same answers.
 struct World {
     explicit World(unsigned inSeed) : random(inSeed), seed(inSeed) {
         grain = std::array{10.0F, 1.0F, 0.25F, 1.0F / 3, 37.3F}[random() % 5];
         steps = grain > 5 ? 3 : 100;
-        scene.hear = [this](Call const& inCall) {
+        scene.onCall = [this](Call const& inCall) {
             if (inCall.name.back() != '?') {
-                heard.push_back(inCall);
+                calls.push_back(inCall);
             }
         };
     }
@@ -31,7 +31,7 @@ struct World {
         return scene.Add(looks);
     }
 
-    /// Result: how many alternatives the group may have, which bounds the exhaustive search.
+    /// Returns how many alternatives the group may have, which bounds the exhaustive search.
     std::size_t Grow(int inGroup, std::size_t inChildren, int inDepth) {
         std::size_t combinations = 1;
         for (std::size_t i = 0; i < inChildren; ++i) {
@@ -57,15 +57,15 @@ struct World {
         tree.log.push_back({"taken", 0, 0, {{}, tree.Arrange(inRect)}});
         Point const taken =
             scene.Node(IsInTree(inId) ? inId : 0)->Arrange({at[0], at[1], size[0], size[1]});
-        heard.push_back({"taken", 0, 0, {{}, {taken.x, taken.y}}});
+        calls.push_back({"taken", 0, 0, {{}, {taken.x, taken.y}}});
     }
 
     /// Tiny, fitting, ample, narrow and low rectangles, one of them twice, and one without a width.
     void ArrangeInManyRectangles() {
         Pair const best = tree.BestSize();
         tree.log.push_back({"best", 0, 0, {{}, best}});
-        Point const told = scene.Node(0)->BestSize();
-        heard.push_back({"best", 0, 0, {{}, {told.x, told.y}}});
+        Point const bestSize = scene.Node(0)->BestSize();
+        calls.push_back({"best", 0, 0, {{}, {bestSize.x, bestSize.y}}});
         Pair const ample{best[0] * 1.5F, best[1] * 1.25F};
         for (Pair const& size : std::initializer_list<Pair>{
                  {grain, 2}, best, ample, {900, 30}, {30, 900}, {400, 300}, {400, 300}, {0, 50}}) {
@@ -73,7 +73,7 @@ struct World {
         }
     }
 
-    /// Every change of the tree is one rearrangement, unless it is switched off.
+    /// Every change of the tree causes one rearrangement, unless arranging is switched off.
     void ExpectRearrangement(int inId) {
         if (isEnabled && IsInTree(inId)) {
             tree.Arrange(rect);
@@ -98,7 +98,7 @@ struct World {
         if (what == 0) {
             AnswerAnew(looks, *this, steps);
             Invalidate(id);
-        } else if (what == 1) { // asked for at every use, so without a word to the library
+        } else if (what == 1) { // asked for at every use, so the library need not be notified
             looks.alignment = {Pick(4), Pick(4)};
             looks.spacing = {Length(7), Length(7)};
         } else if (what == 2 && looks.isDynamic) {
@@ -128,25 +128,27 @@ struct World {
         }
     }
 
-    /// Shows the first difference.
+    /// Fails with the first call in which the library differs from the model.
     void Compare() {
         tree.log.push_back({"end", 0, 0, {}});
-        heard.push_back({"End", 0, 0, {}});
-        auto const [told, is] = std::mismatch(tree.log.begin(), tree.log.end(), heard.begin());
-        ASSERT_TRUE(told + 1 == tree.log.end() && is + 1 == heard.end())
-            << "seed " << seed << ": " << *is << "\n  and not " << *told;
+        calls.push_back({"End", 0, 0, {}});
+        auto const [expected, actual] =
+            std::mismatch(tree.log.begin(), tree.log.end(), calls.begin());
+        bool const areAllEqual = expected + 1 == tree.log.end() && actual + 1 == calls.end();
+        ASSERT_TRUE(areAllEqual) << "seed " << seed << ": " << *actual << "\n  and not "
+                                 << *expected;
     }
 
     std::mt19937 random;
     unsigned seed;
-    float grain; ///< what every size is a multiple of
+    float grain; ///< every size is a multiple of it
     std::size_t steps;
     bool isEnabled = true;
     Rect rect;
     Scene scene;
     model::Tree tree{scene.looks};
-    std::vector<Call> heard;
-    std::vector<std::pair<int, int>> removed; ///< a group, and which child it has lost
+    std::vector<Call> calls;
+    std::vector<std::pair<int, int>> removed; ///< a group, and the child that was removed from it
 };
 
 TEST(Layout, ArrangesAnyTreeAsTheExhaustiveModelDoes) {

@@ -6,8 +6,8 @@
 #include <optional>
 #include <utility>
 
-/// The layout engine as plainly as it can be told: every combination of alternatives and every
-/// break into lines is tried. The tests hold the library to it, call by call.
+/// The layout engine in its plainest form: it tries every combination of alternatives and every
+/// break into lines. The tests compare the library with it, call by call.
 namespace brindle::arrange::model {
 
 using namespace tests;
@@ -17,10 +17,10 @@ using ArrangementP = std::shared_ptr<Arrangement>;
 using Alternatives = std::vector<ArrangementP>;
 using Separators = std::vector<int>; ///< by number, 0 for none
 
-/// How often space is shared out again when that leaves only what rounding leaves.
+/// How many sweeps more than there are children the distribution of space may take.
 inline constexpr std::size_t kMostRoundingSweeps = 16;
 
-/// What the engine keeps for a node.
+/// What the engine stores for a node.
 struct Node {
     int id;
     Looks const& looks;
@@ -55,7 +55,7 @@ struct Arrangement {
     }
 
     bool IsLeaf() const { return looks.kind == kLeaf; }
-    Pair Along(float inMain, float inCross) const {
+    Pair OnAxes(float inMain, float inCross) const {
         return main == 0 ? Pair{inMain, inCross} : Pair{inCross, inMain};
     }
     float Gaps() const {
@@ -115,7 +115,7 @@ struct Arrangement {
         float usedMain = 0, inner = 0;
         for (std::size_t i = 0; i < children.size(); ++i) {
             float const g = i > 0 ? looks.spacing[main] : 0, e = extents[i][main];
-            inner += children[i]->Unused(Along(e, ac)) + g * ac;
+            inner += children[i]->Unused(OnAxes(e, ac)) + g * ac;
             usedMain += g + e;
         }
         return (am - usedMain) * ac + inner + Margins(0) * inSize[1] + Margins(1) * inSize[0];
@@ -132,7 +132,7 @@ struct Arrangement {
         std::vector<bool> takesPart;
         for (std::size_t i = 0; i < children.size(); ++i) {
             extents[i] =
-                Along(children[i]->best[main], children[i]->Expanded(cross, inAvailable[cross]));
+                OnAxes(children[i]->best[main], children[i]->Expanded(cross, inAvailable[cross]));
             used[cross] = std::max(used[cross], extents[i][cross]);
             takesPart.push_back(children[i]->isExpandable[main]);
             expandTotal += takesPart[i] ? extents[i][main] : 0;
@@ -160,40 +160,40 @@ struct Arrangement {
         Pair const origin{inRect.origin[0] + Lead(0), inRect.origin[1] + Lead(1)};
         Pair const space = Inside(inRect.extent);
         if (IsLeaf()) {
-            Tell("ArrangeContent", 0, {origin, space});
+            Report("ArrangeContent", 0, {origin, space});
             return {space[0] + looks.surplus[0], space[1] + looks.surplus[1]};
         }
         Distribute(space);
         float cursor = Aligned(main, origin[main], space[main] - used[main]);
         if (isOuter) {
             float const groupCross = Aligned(cross, origin[cross], space[cross] - used[cross]);
-            Tell("Position", 0, {Along(cursor, groupCross), {}});
+            Report("Position", 0, {OnAxes(cursor, groupCross), {}});
         }
         float previousCross = 0, previousPosition = 0, largestCross = 0;
         for (std::size_t i = 0; i < children.size(); ++i) {
             float const spacing = looks.spacing[main];
             cursor += i > 0 ? spacing : 0;
             float const position = Aligned(cross, origin[cross], space[cross] - extents[i][cross]);
-            Pair const result = children[i]->Arrange({Along(cursor, position), extents[i]});
+            Pair const result = children[i]->Arrange({OnAxes(cursor, position), extents[i]});
             if (i > 0 && separators[i - 1] != 0) {
                 bool const isTaller = result[cross] > previousCross;
-                Tell("Place", main == 0 ? separators[i - 1] : -separators[i - 1],
-                     {Along(cursor - spacing, isTaller ? previousPosition : position),
-                      Along(spacing, isTaller ? previousCross : result[cross])});
+                Report("Place", main == 0 ? separators[i - 1] : -separators[i - 1],
+                       {OnAxes(cursor - spacing, isTaller ? previousPosition : position),
+                        OnAxes(spacing, isTaller ? previousCross : result[cross])});
             }
             cursor += result[main];
             previousCross = result[cross];
             previousPosition = position;
             largestCross = std::max(largestCross, result[cross]);
         }
-        Pair const size = Along(std::max(space[main], cursor - origin[main]),
-                                std::max(space[cross], largestCross));
+        Pair const size = OnAxes(std::max(space[main], cursor - origin[main]),
+                                 std::max(space[cross], largestCross));
         if (isOuter) {
-            Tell("SetDimensions", 0, {{}, size});
+            Report("SetDimensions", 0, {{}, size});
         }
         return size;
     }
-    void Tell(std::string_view inName, int inDetail, Rect const& inRect) const {
+    void Report(std::string_view inName, int inDetail, Rect const& inRect) const {
         node.log.push_back({inName, node.id, inDetail, inRect});
     }
 
@@ -279,7 +279,7 @@ inline void Build(Node& ioGroup, Alternatives const& inChosen) {
     }
 }
 
-/// The nodes whose looks are given; the first one is the root.
+/// The nodes with these looks; the first one is the root.
 struct Tree {
     explicit Tree(std::deque<Looks> const& inLooks) : looks(inLooks) {}
 
@@ -324,7 +324,7 @@ struct Tree {
         return node.set;
     }
 
-    /// Selects an alternative of the whole tree and lays it out. Result: the size taken.
+    /// Selects an alternative of the whole tree, lays it out, and returns the size that it took.
     Pair Arrange(Rect inRect) {
         if (!(inRect.extent[0] > 0 && inRect.extent[1] > 0)) {
             return {};
@@ -348,7 +348,8 @@ struct Tree {
         }
     }
 
-    /// A new kind is a new node in the old one's place: the children have lost their parent.
+    /// A change of kind puts a new node in the place of the old one: the children have no parent
+    /// then.
     void Renew(int inId) {
         Invalidate(inId);
         Node& node = At(inId);

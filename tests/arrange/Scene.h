@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <deque>
 #include <functional>
@@ -13,11 +14,11 @@
 #include <ostream>
 #include <string_view>
 
-/// A client of the library: objects that answer as their looks say.
+/// A client of the library, whose objects answer what a table of looks says.
 namespace brindle::arrange::tests {
 
 using Point = geom::PointT<float>;
-using Pair = std::array<float, 2>; ///< index 0 goes across (x, width), index 1 down (y, height)
+using Pair = std::array<float, 2>; ///< index 0 is x or width, index 1 is y or height
 
 struct Rect {
     Pair origin{};
@@ -26,7 +27,7 @@ struct Rect {
 
 /// A call on a client's object, or a result that the client gets.
 struct Call {
-    std::string_view name; ///< ends in '?' if the order of such calls is nobody's business
+    std::string_view name; ///< ends in '?' if the order of these calls does not matter
     int node;
     int detail; ///< of a separator: its number, negative if it lies between children of a column
     Rect rect;  ///< a point fills `origin`, a size `extent`
@@ -46,16 +47,16 @@ inline std::ostream& operator<<(std::ostream& ioStream, Call const& inCall) {
 inline constexpr int kLeaf = -1; ///< beside the values of the group kinds, 0 to 5
 inline constexpr float kUnlimited = std::numeric_limits<float>::infinity();
 
-/// What the client answers for a node. Nodes are told by number.
+/// What the client answers for a node. Nodes are identified by number.
 struct Looks {
     int kind = kLeaf;
     bool isDynamic = false; ///< a group whose kind may change
     std::vector<int> children;
     Pair min{}, best{}, limit{kUnlimited, kUnlimited}, lead{}, trail{}, spacing{};
-    Pair surplus{}; ///< what a leaf reports beyond what it got
+    Pair surplus{}; ///< what a leaf returns beyond the size that it was given
     std::array<bool, 2> isExpandable{};
     std::array<int, 2> alignment{};
-    int separatorEvery = 0; ///< each separator with a number that this divides is there
+    int separatorEvery = 0; ///< only separators with a number that this divides are not null
 
     float Taken(std::size_t inAxis, float inAvailable) const {
         return isExpandable[inAxis] ? std::min(inAvailable, limit[inAxis]) : best[inAxis];
@@ -78,7 +79,7 @@ struct Scene {
         Renew(static_cast<int>(looks.size()) - 1);
         return static_cast<int>(looks.size()) - 1;
     }
-    /// Puts another object in the node's place, and returns the old one.
+    /// Replaces the node's object by a new one, and returns the old one.
     std::unique_ptr<Client> Renew(int inId);
     Looks& Of(int inId) { return looks[static_cast<std::size_t>(inId)]; }
     std::unique_ptr<Client>& At(int inId) { return clients[static_cast<std::size_t>(inId)]; }
@@ -91,8 +92,8 @@ struct Scene {
     }
     std::deque<Looks> looks;
     std::deque<std::unique_ptr<Client>> clients;
-    /// Comes before whatever a client's object does.
-    std::function<void(Call const&)> hear = [](Call const&) {};
+    /// Called first in every operation of a client's object.
+    std::function<void(Call const&)> onCall = [](Call const&) {};
 };
 
 template <typename Base>
@@ -100,10 +101,14 @@ struct Answering : Client, Base {
     template <typename... Arguments>
     Answering(Scene& ioScene, int inId, Arguments... inArguments)
         : Base(inArguments...), scene(ioScene), id(inId), looks(ioScene.Of(inId)) {}
-    void Tell(std::string_view inName, int inDetail = 0, Point inAt = {}, Point inSize = {}) const {
-        scene.hear({inName, id, inDetail, {{inAt.x, inAt.y}, {inSize.x, inSize.y}}});
+    void Report(std::string_view inName, int inDetail = 0, Point inAt = {},
+                Point inSize = {}) const {
+        scene.onCall({inName, id, inDetail, {{inAt.x, inAt.y}, {inSize.x, inSize.y}}});
     }
-    float LeftMargin() const override { return looks.lead[0]; }
+    float LeftMargin() const override {
+        Report("LeftMargin?");
+        return looks.lead[0];
+    }
     float RightMargin() const override { return looks.trail[0]; }
     float TopMargin() const override { return looks.lead[1]; }
     float BottomMargin() const override { return looks.trail[1]; }
@@ -112,7 +117,7 @@ struct Answering : Client, Base {
     Looks const& looks;
 };
 
-/// Where its looks are what every leaf's are by itself, it leaves the answer to the library.
+/// Leaves the answer to the library where its looks agree with the library's default.
 struct Leaf final : Answering<Single> {
     using Answering::Answering;
     float MinWidth() const override { return looks.min[0]; }
@@ -120,15 +125,16 @@ struct Leaf final : Answering<Single> {
         return looks.min[1] == looks.best[1] ? Single::MinHeight() : looks.min[1];
     }
     float BestWidth() const override {
-        Tell("BestWidth?");
+        Report("BestWidth?");
         return looks.best[0];
     }
     float BestHeight() const override { return looks.best[1]; }
     float ExpandedWidth(float inAvailable) const override {
-        Tell("ExpandedWidth?");
+        Report(std::isnan(inAvailable) ? "NaN" : "ExpandedWidth?");
         return looks.Taken(0, inAvailable);
     }
     float ExpandedHeight(float inAvailable) const override {
+        Report(std::isnan(inAvailable) ? "NaN" : "ExpandedHeight?");
         return looks.limit[1] == kUnlimited ? Single::ExpandedHeight(inAvailable)
                                             : looks.Taken(1, inAvailable);
     }
@@ -136,7 +142,7 @@ struct Leaf final : Answering<Single> {
     bool VerticallyExpandable() const override { return looks.isExpandable[1]; }
     Point ArrangeContent(geom::RectT<float> const& inRect) override {
         Point const size{inRect.width, inRect.height};
-        Tell("ArrangeContent", 0, {inRect.x, inRect.y}, size);
+        Report("ArrangeContent", 0, {inRect.x, inRect.y}, size);
         return {size.x + looks.surplus[0], size.y + looks.surplus[1]};
     }
 };
@@ -146,8 +152,8 @@ struct Group final : Answering<Base> {
     struct Separator final : ISeparator {
         Separator(int inNumber, Group const& inGroup) : number(inNumber), group(inGroup) {}
         void Place(SeparatorOrientation inOrientation, geom::RectT<float> const& inRect) override {
-            group.Tell("Place", inOrientation == 0 ? number : -number, {inRect.x, inRect.y},
-                       {inRect.width, inRect.height});
+            group.Report("Place", inOrientation == 0 ? number : -number, {inRect.x, inRect.y},
+                         {inRect.width, inRect.height});
         }
         int number;
         Group const& group;
@@ -155,10 +161,10 @@ struct Group final : Answering<Base> {
 
     using Answering<Base>::Answering;
     using Answering<Base>::looks;
-    using Answering<Base>::Tell;
+    using Answering<Base>::Report;
     template <typename Function>
     bool Visit(Function const& inFunction) const {
-        std::vector<int> const shown = looks.children; // what is called may change it
+        std::vector<int> const shown = looks.children; // the function may change it
         return std::all_of(shown.begin(), shown.end(), [&](int inChild) {
             IArrangeable* const node = this->scene.Node(inChild);
             return node == nullptr || inFunction(*node);
@@ -171,24 +177,25 @@ struct Group final : Answering<Base> {
         return Visit(inFunction);
     }
     float HorizontalSpacing() const override {
-        Tell("HorizontalSpacing?");
+        Report("HorizontalSpacing?");
         return looks.spacing[0];
     }
     float VerticalSpacing() const override { return looks.spacing[1]; }
     AlignmentHorizontal HorizontalAlignment() const override {
+        Report("HorizontalAlignment?");
         return static_cast<AlignmentHorizontal>(looks.alignment[0]);
     }
     AlignmentVertical VerticalAlignment() const override {
         return static_cast<AlignmentVertical>(looks.alignment[1]);
     }
     ISeparator* BuildSeparator() override {
-        Tell("BuildSeparator?");
+        Report("BuildSeparator?");
         separators.push_back(std::make_unique<Separator>(++separatorsBuilt, *this));
         return looks.Separator(separatorsBuilt) == 0 ? nullptr : separators.back().get();
     }
     void ClearSeparators() override { separators.clear(); }
-    void Position(Point const& inAt) override { Tell("Position", 0, inAt); }
-    void SetDimensions(Point const& inSize) override { Tell("SetDimensions", 0, {}, inSize); }
+    void Position(Point const& inAt) override { Report("Position", 0, inAt); }
+    void SetDimensions(Point const& inSize) override { Report("SetDimensions", 0, {}, inSize); }
     int separatorsBuilt = 0;
     std::vector<std::unique_ptr<Separator>> separators;
 };
@@ -212,7 +219,7 @@ inline std::unique_ptr<Client> Scene::Renew(int inId) {
                                                       : kMakers[type + 1](*this, inId));
 }
 
-/// Any answers that the source tells: `Pick(n)` is below n, `Length(n)` one of some n lengths.
+/// Random answers from a source: `Pick(n)` is below n, `Length(n)` one of n lengths.
 template <typename Source>
 void AnswerAnew(Looks& outLooks, Source& ioSource, std::size_t inSteps) {
     auto const oneIn = [&](std::size_t inCount) { return ioSource.Pick(inCount) == 0; };

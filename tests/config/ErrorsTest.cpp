@@ -28,8 +28,8 @@ TEST(ErrorManager, MustBeInstalledForErrorsAndReporters) {
             use();
             FAIL() << "nothing thrown";
         } catch (std::logic_error const& error) {
-            EXPECT_STREQ("brn::config::ErrorManager not initialized. Check brn/config/Errors.",
-                         error.what());
+            EXPECT_STREQ(error.what(),
+                         "brn::config::ErrorManager not initialized. Check brn/config/Errors.");
         }
     }
 }
@@ -37,30 +37,41 @@ TEST(ErrorManager, MustBeInstalledForErrorsAndReporters) {
 TEST(ErrorManager, ReceivesTheTestErrorsWithTypedValues) {
     RecordingErrorManager manager;
     TestThrowError(true);
-    EXPECT_EQ(kErrorLevel_Fatal, manager.level);
-    EXPECT_EQ("$$$/brn/config/Error/test/fataltest=This is a fatal exception.", manager.key);
-    EXPECT_EQ(100u, manager.module);
-    EXPECT_EQ(Flags(true, false), manager.flags);
+    EXPECT_EQ(manager.level, kErrorLevel_Fatal);
+    EXPECT_EQ(manager.key, "$$$/brn/config/Error/test/fataltest=This is a fatal exception.");
+    EXPECT_EQ(manager.module, 100u);
+    EXPECT_EQ(manager.flags, Flags(true, false));
 
     TestThrowError(false);
-    EXPECT_EQ(kErrorLevel_NonFatal, manager.level);
-    EXPECT_EQ("$$$/brn/config/Error/test/nonfataltest=This is a non-fatal exception. "
-              "int:^1, uint:^2, double:^3",
-              manager.key);
-    EXPECT_EQ(Codes({21, 20}), manager.codes);
+    EXPECT_EQ(manager.level, kErrorLevel_NonFatal);
+    EXPECT_EQ(manager.key, "$$$/brn/config/Error/test/nonfataltest=This is a non-fatal exception. "
+                           "int:^1, uint:^2, double:^3");
+    EXPECT_EQ(manager.codes, Codes({21, 20}));
     for (int kind = 0; kind < 4; ++kind) {
-        EXPECT_EQ((kind + 1) % 4, manager.values[static_cast<std::size_t>(kind)].GetKind());
+        EXPECT_EQ(manager.values[static_cast<std::size_t>(kind)].GetKind(), (kind + 1) % 4);
     }
-    EXPECT_EQ(std::numeric_limits<std::int32_t>::min(), manager.values[0].GetSigned());
-    EXPECT_EQ(4294967295u, manager.values[1].GetUnsigned());
-    EXPECT_EQ(29.2334, manager.values[2].GetDouble());
+    EXPECT_EQ(manager.values[0].GetSigned(), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(manager.values[1].GetUnsigned(), 4294967295u);
+    EXPECT_EQ(manager.values[2].GetDouble(), 29.2334);
+}
+
+// A forgotten `_utf16` does not compile, and neither does a value that would be a text of null.
+static_assert(!std::is_constructible_v<ReplacementValue, std::nullptr_t>);
+static_assert(!std::is_constructible_v<ReplacementValue, char16_t>);
+static_assert(!std::is_constructible_v<ReplacementValue, char16_t const*>);
+
+TEST(ErrorManager, TakesValuesOfEveryIntegerType) {
+    EXPECT_EQ(ReplacementValue(-5LL).GetSigned(), -5);
+    EXPECT_EQ(ReplacementValue(5ULL).GetUnsigned(), 5u);
+    EXPECT_EQ(ReplacementValue(sizeof(int)).GetUnsigned(), 4u);
+    EXPECT_EQ(ReplacementValue(std::int16_t{-5}).GetSigned(), -5);
 }
 
 TEST(ErrorManager, TurnsWhateverIsThrownIntoAReturnCode) {
     RecordingErrorManager manager;
-    EXPECT_EQ(7, manager.ExecuteFunctionWithTopLevelExceptionHandler([] { return 7; }));
-    EXPECT_EQ(1, manager.ExecuteFunctionWithTopLevelExceptionHandler([]() -> int { throw 3; }));
-    EXPECT_EQ(1, manager.ExecuteFunctionWithTopLevelExceptionHandler({}));
+    EXPECT_EQ(manager.ExecuteFunctionWithTopLevelExceptionHandler([] { return 7; }), 7);
+    EXPECT_EQ(manager.ExecuteFunctionWithTopLevelExceptionHandler([]() -> int { throw 3; }), 1);
+    EXPECT_EQ(manager.ExecuteFunctionWithTopLevelExceptionHandler({}), 1);
 }
 
 TEST(DeferredErrorReporter, ReplaysTheLastErrorOnce) {
@@ -68,14 +79,14 @@ TEST(DeferredErrorReporter, ReplaysTheLastErrorOnce) {
     Reporter const reporter = manager.NewDeferredErrorReporter(true);
     Raise(1);
     manager.onError = [] { throw 42; };
-    EXPECT_THROW(Raise(2), int) << "what the manager throws reaches whoever raised";
+    EXPECT_THROW(Raise(2), int) << "what the manager throws reaches the code that raised the error";
     Raise(3, false);
-    EXPECT_EQ(Codes({1, 3}), manager.codes);
-    EXPECT_EQ(Flags(false, true), manager.flags);
+    EXPECT_EQ(manager.codes, Codes({1, 3}));
+    EXPECT_EQ(manager.flags, Flags(false, true));
     reporter->Finish();
     reporter->Finish();
-    EXPECT_EQ(Codes({1, 3, 2}), manager.codes);
-    EXPECT_EQ(Flags(true, true), manager.flags);
+    EXPECT_EQ(manager.codes, Codes({1, 3, 2}));
+    EXPECT_EQ(manager.flags, Flags(true, true));
 }
 
 TEST(DeferredErrorReporter, MayBeUsedAndDroppedWhileItReplays) {
@@ -88,8 +99,8 @@ TEST(DeferredErrorReporter, MayBeUsedAndDroppedWhileItReplays) {
         reporter->Finish();
     };
     reporter->Finish();
-    EXPECT_EQ(Codes({1, 2, 2, 1}), manager.codes);
-    EXPECT_EQ("$$$/a key that needs storage of its own=y", manager.key);
+    EXPECT_EQ(manager.codes, Codes({1, 2, 2, 1}));
+    EXPECT_EQ(manager.key, "$$$/a key that needs storage of its own=y");
 }
 
 TEST(DeferredErrorReporter, RecordsInTheNewestAloneAndOnlyWhileItLives) {
@@ -100,28 +111,43 @@ TEST(DeferredErrorReporter, RecordsInTheNewestAloneAndOnlyWhileItLives) {
         Raise(1);
         outer->Finish(); // nothing went to the outer one
         inner->Finish(); // its flag is clear
-        EXPECT_EQ(Codes({1}), manager.codes);
+        EXPECT_EQ(manager.codes, Codes({1}));
         inner->SetReportErrorWhenFinished(true);
         inner->Finish();
-        EXPECT_EQ(Codes({1, 1}), manager.codes) << "the error was kept";
+        EXPECT_EQ(manager.codes, Codes({1, 1})) << "the error was kept";
     }
     Raise(3);
     outer->Finish();
-    EXPECT_EQ(Codes({1, 1, 3, 3}), manager.codes);
+    EXPECT_EQ(manager.codes, Codes({1, 1, 3, 3}));
 }
 
 TEST(DeferredErrorReporter, CopiesAreInNoList) {
     RecordingErrorManager manager;
-    Reporter original = new DeferredErrorReporter;
+    Reporter const original = new DeferredErrorReporter;
     Raise(1);
     Reporter const copy = new DeferredErrorReporter(*original);
     Raise(2);
     copy->Finish();
     manager.RemoveDeferredErrorReporter(copy.get());
     original->Finish();
-    EXPECT_EQ(Codes({1, 2, 1, 2}), manager.codes);
-    ErrorManager::Set(nullptr);
-    original.reset(); // a manager that was uninstalled too early is no crash
+    EXPECT_EQ(manager.codes, Codes({1, 2, 1, 2}));
+}
+
+TEST(DeferredErrorReporter, LeavesEveryListThatItEnteredWhicheverManagerIsInstalled) {
+    RecordingErrorManager first;
+    Reporter reporter = new DeferredErrorReporter;
+    {
+        RecordingErrorManager second;
+        second.AddDeferredErrorReporter(reporter.get());
+        second.AddDeferredErrorReporter(reporter.get());
+        second.RemoveDeferredErrorReporter(reporter.get());
+        EXPECT_TRUE(second.IsErrorReportingDeferred());
+    } // its list goes first, and the reporter stays in the other one
+    EXPECT_TRUE(first.IsErrorReportingDeferred());
+    reporter.reset(); // while no manager is installed
+    EXPECT_FALSE(first.IsErrorReportingDeferred());
+    ErrorManager::Set(&first);
+    Raise(1);
 }
 
 } // namespace

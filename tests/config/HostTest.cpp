@@ -14,7 +14,7 @@ namespace {
 TEST(ClientIdentity, KeepsItsDefaultsUntilSet) {
     struct Value {
         void (*set)(UTF16String const&);
-        UTF16String const& (*get)() noexcept;
+        UTF16String const& (*get)();
         UTF16String fallback;
     };
     Value const values[] = {
@@ -25,17 +25,17 @@ TEST(ClientIdentity, KeepsItsDefaultsUntilSet) {
         {SetCompanyName, GetCompanyName, u"No Company Name"_utf16},
     };
     for (Value const& value : values) {
-        EXPECT_EQ(value.fallback, value.get());
+        EXPECT_EQ(value.get(), value.fallback);
     }
     for (Value const& value : values) {
         UTF16String const& reference = value.get();
         value.set(u"set"_utf16);
-        EXPECT_EQ(u"set"_utf16, reference);
+        EXPECT_EQ(reference, u"set"_utf16);
         value.set(u""_utf16);
-        EXPECT_EQ(u""_utf16, reference) << "the default does not come back";
+        EXPECT_EQ(reference, u""_utf16) << "the default does not come back";
         value.set(value.fallback);
     }
-    EXPECT_EQ(u"2.0.0.161039"_utf16, GetVersionString());
+    EXPECT_EQ(GetVersionString(), u"2.0.0.161039"_utf16);
 }
 
 TEST(Localizer, IsAskedForOnlyWhileInstalled) {
@@ -44,21 +44,20 @@ TEST(Localizer, IsAskedForOnlyWhileInstalled) {
     } echo;
     Localizer::Set(&echo);
     EXPECT_TRUE(Localizer::Initialized());
-    EXPECT_EQ(&echo, Localizer::Get());
+    EXPECT_EQ(Localizer::Get(), &echo);
     Localizer::Set(nullptr);
     EXPECT_FALSE(Localizer::Initialized());
     try {
         Localizer::Get();
         FAIL() << "nothing thrown";
     } catch (std::logic_error const& error) {
-        EXPECT_STREQ("brindle::config::Localizer not initialized. "
-                     "Check brindle/config/Localizer.",
-                     error.what());
+        EXPECT_STREQ(error.what(), "brindle::config::Localizer not initialized. "
+                                   "Check brindle/config/Localizer.");
     }
 }
 
 TEST(Module, HasAHandleOnceLoaded) {
-    EXPECT_NE(nullptr, ModuleHandle());
+    EXPECT_NE(ModuleHandle(), nullptr);
 }
 
 } // namespace

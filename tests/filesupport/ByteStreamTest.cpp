@@ -36,7 +36,7 @@ void ExpectWire(Value const& inValue, std::string const& inBytes) {
     EXPECT_EQ(Unwire<Value>(inBytes), inValue);
 }
 
-TEST(WireForm, IsTheSameForEverAndInEveryLocale) {
+TEST(WireForm, IsFixedAndIndependentOfTheLocale) {
     struct Commas : std::numpunct<char> {
         char do_decimal_point() const override { return ','; }
     };
@@ -63,7 +63,7 @@ TEST(WireForm, IsTheSameForEverAndInEveryLocale) {
     std::locale::global(before);
 }
 
-TEST(WireForm, FloatsComeBackExactlyAndOtherTextAsFromAStandardStream) {
+TEST(WireForm, FloatsAreExactAndOtherTextActsAsInAStandardStream) {
     using Limits = std::numeric_limits<double>;
     for (double const value : {Limits::max(), Limits::min(), Limits::denorm_min(), 1.0 / 3, 1e22}) {
         EXPECT_EQ(Unwire<double>(Wire(value)), value);
@@ -79,7 +79,7 @@ TEST(WireForm, FloatsComeBackExactlyAndOtherTextAsFromAStandardStream) {
     }
 }
 
-TEST(WireForm, StringsGoWholeOrNotAtAllAlsoToTheirOwnEnd) {
+TEST(WireForm, StringsAreWrittenWholeAlsoToThemselves) {
     std::string const longest(65535, 'x');
     auto text = longest;
     OStringByteStream stream(text);
@@ -90,7 +90,7 @@ TEST(WireForm, StringsGoWholeOrNotAtAllAlsoToTheirOwnEnd) {
     EXPECT_EQ(Unwire<std::string>(text.substr(65535)), longest);
 }
 
-TEST(WireForm, EndInsideAValueKeepsTheNumberAndTheCharactersSoFar) {
+TEST(WireForm, EndInsideAValueKeepsTheNumberAndTheReadCharacters) {
     std::string bytes = "\0\4a"s;
     IStringByteStream stream(bytes);
     std::string text = "before";
@@ -102,7 +102,7 @@ TEST(WireForm, EndInsideAValueKeepsTheNumberAndTheCharactersSoFar) {
     EXPECT_EQ(number, 5);
 }
 
-TEST(CopyingInserter, TakesTheLengthOrElseAllThereIs) {
+TEST(CopyingInserter, CopiesTheLengthOrElseEverything) {
     struct UnknownLength : IStringByteStream {
         using IStringByteStream::IStringByteStream;
         std::uint64_t Length() const override { return 0; }
@@ -119,10 +119,10 @@ TEST(CopyingInserter, TakesTheLengthOrElseAllThereIs) {
     EXPECT_EQ(copy, "abcdedebcde");
     unknown.CurPos(0);
     OBufferByteStream full(nullptr, 0);
-    EXPECT_THROW(full << unknown, eof_error); // which is the sink's
+    EXPECT_THROW(full << unknown, eof_error); // of the sink
 }
 
-TEST(StreamSlots, GrowWithZeroesAndKeepWhatTheyHold) {
+TEST(StreamSlots, GrowWithZeroesAndKeepTheirValues) {
     OCountingByteStream stream;
     auto const index = ByteStream_base::xalloc();
     EXPECT_EQ(ByteStream_base::xalloc(), index + 1);
@@ -144,7 +144,7 @@ void RecordAndThrow(ByteStream_base::event inEvent, ByteStream_base& inStream, i
     throw std::runtime_error("dropped");
 }
 
-TEST(StreamCallbacks, RunInOrderAtDestructionWhateverTheyThrow) {
+TEST(StreamCallbacks, RunInOrderAtDestructionAlsoIfTheyThrow) {
     {
         OCountingByteStream stream;
         for (char const data : {'a', 'c', 'b', 'a'}) {

@@ -24,10 +24,10 @@ void ExpectThrown(Operation inOperation, std::string const& inKey) {
         inOperation();
         ADD_FAILURE() << "nothing thrown instead of " << inKey;
     } catch (std::exception const& exception) {
-        EXPECT_EQ(typeid(Exception), typeid(exception));
+        EXPECT_EQ(typeid(exception), typeid(Exception));
         std::string const what = exception.what();
-        EXPECT_EQ("$$$/brindle/filesupport/" + inKey, what.substr(0, what.find('=')));
-        EXPECT_NE(std::string::npos, what.find("'@0'"));
+        EXPECT_EQ(what.substr(0, what.find('=')), "$$$/brindle/filesupport/" + inKey);
+        EXPECT_NE(what.find("'@0'"), std::string::npos);
     }
 }
 
@@ -38,16 +38,16 @@ TEST_F(FileTest, CreatesEmptiesMeasuresAndDeletes) {
     Fill("a.txt", "0123456789");
     for (std::int32_t selector = -1; selector < 8; ++selector) {
         bool const reports = selector == 0 || selector == 2 || selector == 3 || selector == 5;
-        EXPECT_EQ(reports ? 10u : 0u, file.Size(static_cast<FileSizeSelector>(selector)));
+        EXPECT_EQ(file.Size(static_cast<FileSizeSelector>(selector)), reports ? 10u : 0u);
     }
     EXPECT_GE(file.Modified(), file.Created());
     EXPECT_GE(mDir.Modified(), mDir.Created());
     file.Create();
-    EXPECT_EQ(0u, file.Size(kFileSize_Data));
+    EXPECT_EQ(file.Size(kFileSize_Data), 0u);
     file.Delete();
     EXPECT_FALSE(file.Exists());
-    EXPECT_EQ(0u, file.Size(kFileSize_Data));
-    EXPECT_EQ(0u, File(mTemporary.Path()).Size(kFileSize_Data)) << "a directory has no size";
+    EXPECT_EQ(file.Size(kFileSize_Data), 0u);
+    EXPECT_EQ(File(mTemporary.Path()).Size(kFileSize_Data), 0u) << "a directory has no size";
 }
 
 TEST_F(FileTest, FailuresArriveAsTheClassOfTheirCause) {
@@ -76,8 +76,8 @@ TEST_F(FileTest, FailuresArriveAsTheClassOfTheirCause) {
     try {
         DirAt("full").Rename(other);
     } catch (rename_dir const& exception) {
-        EXPECT_EQ(other, exception.GetNewName());
-        EXPECT_EQ(DirAt("full"), exception.GetDir());
+        EXPECT_EQ(exception.GetNewName(), other);
+        EXPECT_EQ(exception.GetDir(), DirAt("full"));
     }
 }
 
@@ -85,13 +85,13 @@ TEST_F(FileTest, RenamingTakesTheObjectAlong) {
     Fill("a", "123");
     File file = FileAt("a");
     file.Rename(u"b.c"_utf16);
-    EXPECT_EQ(FileAt("b.c"), file);
-    EXPECT_EQ(3u, file.Size(kFileSize_Data));
+    EXPECT_EQ(file, FileAt("b.c"));
+    EXPECT_EQ(file.Size(kFileSize_Data), 3u);
     Dir dir = DirAt("d");
     dir.Create();
     dir.Create(); // what exists is no failure
     dir.Rename(u"e"_utf16);
-    EXPECT_EQ(DirAt("e"), dir);
+    EXPECT_EQ(dir, DirAt("e"));
     EXPECT_TRUE(dir.Exists());
     EXPECT_TRUE(FileAt("e").Exists()) << "a directory counts for a file";
     EXPECT_FALSE(DirAt("b.c").Exists()) << "a file does not count for a directory";
@@ -105,9 +105,9 @@ TEST_F(FileTest, DrivesNameDirectories) {
     for (auto volume = Dir::BeginVolumes(); volume != Dir::EndVolumes(); ++volume) {
         volumes.push_back(*volume);
     }
-    EXPECT_EQ((std::vector<Dir>{Dir(u"C:"_utf16), Dir(u"Q:"_utf16)}), volumes);
+    EXPECT_EQ(volumes, (std::vector<Dir>{Dir(u"C:"_utf16), Dir(u"Q:"_utf16)}));
     MapVolume('Q', Dir());
-    EXPECT_EQ("", NativePath(File(u"Q:\\file"_utf16)));
+    EXPECT_EQ(NativePath(File(u"Q:\\file"_utf16)), "");
     EXPECT_THROW(MapVolume('C', mDir), dir_exception);
     EXPECT_THROW(MapVolume('q', DirAt("missing")), dir_exception);
 }
@@ -121,11 +121,11 @@ TEST_F(FileTest, ShortcutsLeadToFilesAndDirectories) {
     CreateShortCut(toFile, target);
     CreateShortCut(toDir, targetDir);
 
-    EXPECT_EQ(target, File(mDir, toFile.GetName(), true)) << "the extension counts in any case";
-    EXPECT_EQ(toDir, File(mDir, toDir.GetName(), true)) << "a directory is no file";
-    EXPECT_EQ(targetDir, Dir(mDir, toDir.GetName(), true));
-    EXPECT_EQ(DirAt("to file.LNK"), Dir(mDir, toFile.GetName(), true));
-    EXPECT_EQ(DirAt("to dir.lnk"), Dir(mDir, toDir.GetName(), false));
+    EXPECT_EQ(File(mDir, toFile.GetName(), true), target) << "the extension counts in any case";
+    EXPECT_EQ(File(mDir, toDir.GetName(), true), toDir) << "a directory is no file";
+    EXPECT_EQ(Dir(mDir, toDir.GetName(), true), targetDir);
+    EXPECT_EQ(Dir(mDir, toFile.GetName(), true), DirAt("to file.LNK"));
+    EXPECT_EQ(Dir(mDir, toDir.GetName(), false), DirAt("to dir.lnk"));
 
     File file;
     Dir dir;
@@ -136,7 +136,7 @@ TEST_F(FileTest, ShortcutsLeadToFilesAndDirectories) {
     EXPECT_FALSE(ResolveIfAlias(toFile, file, dir, isDir)) << "a broken shortcut leads nowhere";
     EXPECT_FALSE(ResolveIfAlias(FileAt("none.lnk"), file, dir, isDir));
     EXPECT_TRUE(isDir);
-    EXPECT_EQ(targetDir, dir);
+    EXPECT_EQ(dir, targetDir);
 }
 
 } // namespace

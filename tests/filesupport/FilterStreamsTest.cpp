@@ -48,7 +48,7 @@ TEST(OCRCByteStream, SumsEveryLengthAtEveryAlignmentInPieces) {
     }
 }
 
-TEST(OCRCByteStream, HandsEveryCallOn) {
+TEST(OCRCByteStream, ForwardsEveryCall) {
     RecordingStream sink;
     OCRCByteStream stream(sink);
     stream.WriteBlock(Bytes("12345678"), 8);
@@ -59,13 +59,13 @@ TEST(OCRCByteStream, HandsEveryCallOn) {
     EXPECT_EQ(sink.data, "12345698");
 }
 
-/// Encoded block by block, where a block of one byte goes through `Put`.
+/// Encodes block by block; a block of one byte is written by `Put`.
 std::string Encoded(std::string const& inData, std::size_t inBlock = 1) {
     std::string packed;
     OStringByteStream sink(packed);
     ORLEByteStream stream(sink);
     for (std::size_t i = 0; i < inData.size(); i += inBlock) {
-        auto const block = inData.substr(i, inBlock); // whose surroundings do not matter
+        auto const block = inData.substr(i, inBlock);
         if (block.size() == 1) {
             stream.Put(*Bytes(block));
         } else {
@@ -86,8 +86,8 @@ std::string Decoded(std::string const& inPacked) {
     return data;
 }
 
-/// The packets of a whole text: a run from two on at the start of a packet, from three on in
-/// literals, neither longer than 128.
+/// A model of the encoder: at the start of a packet two equal bytes begin a run, within literals
+/// three do, and no packet covers more than 128 bytes.
 std::string EncodedByRuns(std::string const& inData) {
     std::string packed;
     for (std::size_t i = 0, end = 0; i < inData.size(); i = end) {
@@ -110,12 +110,13 @@ std::string EncodedByRuns(std::string const& inData) {
 bool EndsBetweenPackets(std::string const& inPacked) {
     std::size_t i = 0;
     while (i < inPacked.size()) {
-        i += inPacked[i] < 0 ? 2u : static_cast<std::size_t>(inPacked[i]) + 2u;
+        auto const control = static_cast<std::uint8_t>(inPacked[i]);
+        i += control > 0x80 ? 2u : control == 0x80 ? 1u : control + 2u;
     }
     return i == inPacked.size();
 }
 
-TEST(RunLength, PacksAsTold) {
+TEST(RunLength, WritesTheDocumentedPackets) {
     std::pair<std::string, std::string> const cases[] = {
         {"aab", "\377a\0b"s},
         {"abccc", "\1ab\376c"s},
@@ -129,10 +130,11 @@ TEST(RunLength, PacksAsTold) {
     EXPECT_EQ(Decoded("\x80\x80\0x\x80"s), "x");
 }
 
-TEST(RunLength, DecodesWhatItEncodedInAnyBlocksAndEndsInEofWhereverItIsCut) {
+TEST(RunLength, DecodesWhatItEncodedAndTruncatedDataEndsInEof) {
     std::mt19937 random(7);
     for (int i = 0; i < 2000; ++i) {
-        // Runs and stretches of few or many letters, of the lengths at which the coding decides.
+        // Runs and irregular stretches, with lengths around those that the encoder treats
+        // differently.
         std::string data;
         for (auto pieces = random() % 12; pieces != 0; --pieces) {
             auto const letters = std::uint32_t{1} << (random() % 3 * 3);
@@ -157,7 +159,7 @@ TEST(RunLength, DecodesWhatItEncodedInAnyBlocksAndEndsInEofWhereverItIsCut) {
             ASSERT_EQ(cutStream.ReadUpTo(block, sizeof block), cut.size());
             ASSERT_TRUE(std::equal(block, block + cut.size(), Bytes(data)));
         } else {
-            ASSERT_THROW(cutStream.ReadUpTo(block, sizeof block), eof_error);
+            ASSERT_THROW(static_cast<void>(cutStream.ReadUpTo(block, sizeof block)), eof_error);
         }
 
         IBufferByteStream source(Bytes(packed), packed.size());
@@ -171,7 +173,7 @@ TEST(RunLength, DecodesWhatItEncodedInAnyBlocksAndEndsInEofWhereverItIsCut) {
     }
 }
 
-TEST(RunLength, ARefusedByteIsNotTakenAndWhatWaitsKeepsWaiting) {
+TEST(RunLength, AByteThatThrowsIsNotTakenAndPendingBytesStay) {
     auto const data = "abccccde" + std::string(300, 'x') + SomeBytes().substr(0, 300);
     RecordingStream sink;
     ORLEByteStream stream(sink);

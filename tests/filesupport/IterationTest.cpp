@@ -1,9 +1,13 @@
 #include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/SystemCallFaults.h"
 
 #include <brindle/filesupport/Aliases.h>
+#include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/RecursiveFileIterator.h>
 
+#include <cstdio>
+#include <fcntl.h>
 #include <set>
 
 namespace brindle::filesupport {
@@ -50,10 +54,10 @@ TEST_F(Iteration, ListsFilesAndDirectoriesApart) {
     MakeFile(".hidden");
     fs::create_directory_symlink("sub", Native("link"));
     fs::create_symlink("nowhere", Native("dangling"));
-    EXPECT_EQ((Names{".hidden", "dangling"}), Listed(mDir.BeginFiles(false), mDir.EndFiles()));
-    EXPECT_EQ((Names{"sub", "link"}), Listed(mDir.BeginSubdirs(false), mDir.EndSubdirs()));
-    EXPECT_EQ(mDir.EndFiles(), DirAt("missing").BeginFiles(false));
-    EXPECT_EQ(mDir.EndSubdirs(), DirAt("missing").BeginSubdirs(true));
+    EXPECT_EQ(Listed(mDir.BeginFiles(false), mDir.EndFiles()), (Names{".hidden", "dangling"}));
+    EXPECT_EQ(Listed(mDir.BeginSubdirs(false), mDir.EndSubdirs()), (Names{"sub", "link"}));
+    EXPECT_EQ(DirAt("missing").BeginFiles(false), mDir.EndFiles());
+    EXPECT_EQ(DirAt("missing").BeginSubdirs(true), mDir.EndSubdirs());
 }
 
 TEST_F(Iteration, ASnapshotKeepsItsPlacesWhateverHappens) {
@@ -69,13 +73,13 @@ TEST_F(Iteration, ASnapshotKeepsItsPlacesWhateverHappens) {
     for (auto each = mDir.BeginFiles(false); each != mDir.EndFiles(); ++each) {
         (*each).Delete();
     }
-    EXPECT_EQ(first, *before);
+    EXPECT_EQ(*before, first);
     for (int steps = 0; steps < 3; ++steps) { // one beyond the end
         EXPECT_EQ(steps >= 2, file == mDir.EndFiles());
         ++file;
     }
-    EXPECT_EQ(mDir.EndFiles(), file);
-    EXPECT_EQ(File(), *file) << "the end holds nothing";
+    EXPECT_EQ(file, mDir.EndFiles());
+    EXPECT_EQ(*file, File()) << "the end holds nothing";
     EXPECT_NE(Dir::FileIterator(), file) << "an iterator without a listing is of another kind";
 }
 
@@ -86,28 +90,28 @@ TEST_F(Iteration, ShortcutsStandForTheirTargets) {
     CreateShortCut(File(At("dir.lnk")), DirAt("sub"));
     CreateShortCut(File(At("upper.LNK")), File(At("target")));
     CreateShortCut(File(At("broken.lnk")), File(At("gone")));
-    EXPECT_EQ((Names{"target", "target", "upper.LNK"}),
-              Listed(mDir.BeginFiles(true), mDir.EndFiles()));
-    EXPECT_EQ((Names{"sub", "sub"}), Listed(mDir.BeginSubdirs(true), mDir.EndSubdirs()));
-    EXPECT_EQ((Names{"target", "upper.LNK", "file.lnk", "dir.lnk", "broken.lnk"}),
-              Listed(mDir.BeginFiles(false), mDir.EndFiles()));
+    EXPECT_EQ(Listed(mDir.BeginFiles(true), mDir.EndFiles()),
+              (Names{"target", "target", "upper.LNK"}));
+    EXPECT_EQ(Listed(mDir.BeginSubdirs(true), mDir.EndSubdirs()), (Names{"sub", "sub"}));
+    EXPECT_EQ(Listed(mDir.BeginFiles(false), mDir.EndFiles()),
+              (Names{"target", "upper.LNK", "file.lnk", "dir.lnk", "broken.lnk"}));
 }
 
 TEST_F(Iteration, AWalkGoesThroughFilesFirstAndThenDown) {
-    EXPECT_EQ(RecursiveFileIterator(), RecursiveFileIterator(mDir, false)) << "an empty tree";
+    EXPECT_EQ(RecursiveFileIterator(mDir, false), RecursiveFileIterator()) << "an empty tree";
     fs::create_directories(mTemporary.Native("empty/empty"));
     MakeFile("sub/deep/d");
     MakeFile("sub/c");
     EXPECT_EQ(RecursiveFileIterator(mDir, false), RecursiveFileIterator(mDir, false));
     EXPECT_NE(RecursiveFileIterator(mDir, true), RecursiveFileIterator(mDir, false));
     RecursiveFileIterator walk(mDir, false);
-    EXPECT_EQ("sub/c", Relative(*walk));
-    EXPECT_EQ("sub", Relative(walk.CurrentDir()));
-    EXPECT_EQ("sub/c", Relative(*walk++));
-    EXPECT_EQ("sub/deep/d", Relative(*walk++));
-    EXPECT_EQ(RecursiveFileIterator(), walk);
-    EXPECT_EQ(File(), *walk);
-    EXPECT_EQ(Dir(), walk.CurrentDir());
+    EXPECT_EQ(Relative(*walk), "sub/c");
+    EXPECT_EQ(Relative(walk.CurrentDir()), "sub");
+    EXPECT_EQ(Relative(*walk++), "sub/c");
+    EXPECT_EQ(Relative(*walk++), "sub/deep/d");
+    EXPECT_EQ(walk, RecursiveFileIterator());
+    EXPECT_EQ(*walk, File());
+    EXPECT_EQ(walk.CurrentDir(), Dir());
 }
 
 TEST_F(Iteration, AWalkStaysInTheTreeAndEnds) {
@@ -118,12 +122,12 @@ TEST_F(Iteration, AWalkStaysInTheTreeAndEnds) {
     fs::create_directory_symlink("../b", Native("a/across"));
     fs::create_directory_symlink(mOutside.Native(), Native("out"));
     fs::create_symlink("loop", Native("loop"));
-    EXPECT_EQ((Names{"a/x", "b/y", "loop"}), Walked(false));
+    EXPECT_EQ(Walked(false), (Names{"a/x", "b/y", "loop"}));
 
     CreateShortCut(File(At("b/circle.lnk")), mDir);
     CreateShortCut(File(At("b/self.lnk")), DirAt("b"));
     CreateShortCut(File(At("b/a.lnk")), DirAt("a"));
-    EXPECT_EQ((Names{"a/x", "a/x", "b/y", "loop"}), Walked(true));
+    EXPECT_EQ(Walked(true), (Names{"a/x", "a/x", "b/y", "loop"}));
 }
 
 TEST_F(Iteration, AWalkTellsWhichDirectoriesCannotBeRead) {
@@ -136,7 +140,7 @@ TEST_F(Iteration, AWalkTellsWhichDirectoriesCannotBeRead) {
         auto const note = [&](Dir const& inDir) { unreadable.push_back(inDir); };
         RecursiveFileIterator(mDir, resolveAliases, note);
         RecursiveFileIterator(DirAt("missing"), resolveAliases, note);
-        EXPECT_EQ((std::vector<Dir>{DirAt("a"), DirAt("missing")}), unreadable);
+        EXPECT_EQ(unreadable, (std::vector<Dir>{DirAt("a"), DirAt("missing")}));
     }
     std::error_code ignored;
     fs::permissions(Native("a"), fs::perms::all, ignored);
@@ -150,10 +154,91 @@ TEST_F(Iteration, DeletingATreeRemovesLinksAndSparesTheirTargets) {
     fs::create_symlink("nowhere", Native("tree/dangling"));
     fs::create_directory_symlink("tree", Native("link"));
     DirAt("link").Delete();
-    EXPECT_EQ((Names{"tree/a/x", "tree/dangling"}), Walked(false));
+    EXPECT_EQ(Walked(false), (Names{"tree/a/x", "tree/dangling"}));
     DirAt("tree").Delete();
     EXPECT_TRUE(fs::is_empty(Native("")));
     EXPECT_TRUE(fs::exists(mOutside.Native("foreign")));
+}
+
+TEST_F(Iteration, DeletingStaysInTheTreeWhateverIsExchangedInIt) {
+    // Before each system call somebody exchanges a directory of the tree for a link that leads out
+    // of it.
+    tests::TemporaryDirectory const outside;
+    fs::create_directories(outside.Native("b/c"));
+    std::ofstream(outside.Native("b/c/precious")) << "x";
+    std::ofstream(outside.Native("precious")) << "x";
+    auto const exchange = [&](std::string const& inName) {
+        fs::create_directory_symlink(outside.Native(), Native("link"));
+        renameat2(AT_FDCWD, Native("link").c_str(), AT_FDCWD, Native(inName).c_str(),
+                  RENAME_EXCHANGE);
+    };
+    for (std::string const name : {"tree/a", "tree/a/b", "tree"}) {
+        for (tests::SystemCallFault fault{tests::SystemCallFault::kActBefore};; ++fault.call) {
+            SCOPED_TRACE(name + " before call " + std::to_string(fault.call));
+            MakeFile("tree/a/b/c/precious");
+            MakeFile("tree/a/precious");
+            fault.act = [&] { exchange(name); };
+            auto const run = tests::RunWithFault(
+                [&] {
+                    try {
+                        DirAt("tree").Delete();
+                        return 0;
+                    } catch (std::exception const&) {
+                        return 1;
+                    }
+                },
+                fault);
+            ASSERT_TRUE(fs::exists(outside.Native("b/c/precious")));
+            ASSERT_TRUE(fs::exists(outside.Native("precious")));
+            if (!run.hasHappened) {
+                EXPECT_EQ(run.status, 0);
+                EXPECT_FALSE(fs::exists(Native("tree")));
+                break;
+            }
+            fs::remove_all(Native("tree"));
+            fs::remove_all(Native("link"));
+        }
+    }
+}
+
+TEST_F(Iteration, AWalkStaysInTheTreeWhateverIsExchangedInIt) {
+    std::ofstream(mOutside.Native("foreign")) << "x";
+    fs::create_directory(mOutside.Native("b"));
+    std::ofstream(mOutside.Native("b/foreign")) << "x";
+    for (std::string const name : {"a/b", "a"}) {
+        MakeFile("a/x");
+        MakeFile("a/b/y");
+        RecursiveFileIterator walk(mDir, false); // has listed "a", and not "a/b"
+        fs::rename(Native(name), Native("moved"));
+        fs::create_directory_symlink(mOutside.Native(), Native(name));
+        EXPECT_EQ(Relative(*walk), "a/x");
+        EXPECT_EQ(++walk, RecursiveFileIterator());
+        fs::remove(Native(name));
+        fs::remove_all(Native("moved"));
+    }
+}
+
+TEST_F(Iteration, WhatCannotBeDeletedIsNamed) {
+    fs::permissions(mTemporary.Native(), fs::perms::all);
+    tests::OrdinaryUser const user;
+    MakeFile("tree/a/file");
+    fs::permissions(Native("tree/a"), fs::perms(0500));
+    try {
+        DirAt("tree").Delete();
+        ADD_FAILURE() << "deleted";
+    } catch (file_delete_exception const& exception) {
+        EXPECT_EQ(exception.GetFile(), File(At("tree\\a\\file")));
+    }
+    fs::permissions(Native("tree/a"), fs::perms(0));
+    try {
+        DirAt("tree").Delete();
+        ADD_FAILURE() << "deleted";
+    } catch (dir_exception const& exception) {
+        EXPECT_EQ(exception.GetDir(), Dir(At("tree\\a")));
+    }
+    fs::permissions(Native("tree/a"), fs::perms(0700));
+    DirAt("tree").Delete();
+    EXPECT_FALSE(fs::exists(Native("tree")));
 }
 
 TEST_F(Iteration, NoTreeIsTooDeep) {
@@ -164,7 +249,7 @@ TEST_F(Iteration, NoTreeIsTooDeep) {
     }
     File const file(dir.Parent(), u"bottom"_utf16);
     file.Create();
-    EXPECT_EQ(file, *RecursiveFileIterator(mDir, false));
+    EXPECT_EQ(*RecursiveFileIterator(mDir, false), file);
     DirAt("deep").Delete();
     EXPECT_TRUE(fs::is_empty(Native("")));
 }

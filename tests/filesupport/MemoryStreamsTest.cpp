@@ -33,7 +33,7 @@ TEST(InputStreams, DeliverBytesBlocksAndPositions) {
         EXPECT_EQ(in->CurPos(), 3u);
         in->CurPos(2);
         EXPECT_EQ(in->Get(), 'c');
-        // A block that the end cuts short delivers what there is.
+        // A block past the end delivers the bytes before the end.
         EXPECT_THROW(in->ReadBlock(block + 1, 3), eof_error);
         EXPECT_EQ(std::string(block, block + 4), "bdex");
         EXPECT_THROW(in->Get(), eof_error);
@@ -41,7 +41,7 @@ TEST(InputStreams, DeliverBytesBlocksAndPositions) {
     }
 }
 
-TEST(BufferStreams, CheckPositionsAtTheNextByteAndCountHowFarTheBufferIsUsed) {
+TEST(BufferStreams, CheckPositionsAtTheNextByteAndCountTheUsedBytes) {
     std::uint8_t store[4] = {};
     OBufferByteStream out(store, sizeof store);
     EXPECT_EQ(out.Length(), 4u);
@@ -93,14 +93,14 @@ TEST(ContainerStreams, AppendAndFollowTheSize) {
     AppendAndFollowTheSize<IStringByteStream, OStringByteStream>(std::string(2, 'x'));
 }
 
-/// Bytes that come once, as from a pipe: the base refuses to seek.
+/// Like a pipe: the base class refuses to seek.
 struct Pipe : std::streambuf {
     explicit Pipe(std::string& inText) {
         setg(inText.data(), inText.data(), inText.data() + inText.size());
     }
 };
 
-TEST(StandardStreams, CopyEndsQuietlyWhereTheLengthIsUnknown) {
+TEST(StandardStreams, CopyEndsQuietlyIfTheLengthIsUnknown) {
     std::string text = "ab\xFF", copy;
     Pipe pipe(text);
     std::istream standard(&pipe);
@@ -111,7 +111,7 @@ TEST(StandardStreams, CopyEndsQuietlyWhereTheLengthIsUnknown) {
     EXPECT_EQ(copy, text);
 }
 
-TEST(StandardStreams, WriteAtThePositionSet) {
+TEST(StandardStreams, WriteAtTheirPosition) {
     std::ostringstream standard;
     OStdByteStream stream(standard);
     stream.WriteBlock(kData, 5);

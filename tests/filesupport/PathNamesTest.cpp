@@ -1,6 +1,7 @@
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/PathNames.h>
-#include <brindle/utility/Unicode.h>
+
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -10,14 +11,8 @@ namespace brindle::filesupport {
 
 namespace {
 
-UTF16String Wide(char const* inText) {
-    return utility::AsciiToUTF16(inText);
-}
-
-std::string Narrow(UTF16String const& inText) {
-    UTF8String const bytes = utility::UTF16to8(inText);
-    return {bytes.begin(), bytes.end()};
-}
+using tests::Narrow;
+using tests::Wide;
 
 TEST(PathNames, NormalFormHasBackslashesNoPrefixAndNoDoubles) {
     struct {

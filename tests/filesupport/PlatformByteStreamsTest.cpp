@@ -24,26 +24,26 @@ TEST(PlatformByteStreams, WriteOverWhatIsThereAndReadToTheEnd) {
         EXPECT_THROW(OPlatformByteStream{file}, io_error);
         EXPECT_THROW(IPlatformByteStream{file}, io_error);
         out.Put('a');
-        EXPECT_EQ(10u, out.Length());
+        EXPECT_EQ(out.Length(), 10u);
         out.CurPos(8);
         out.WriteBlock(reinterpret_cast<std::uint8_t const*>("bcd"), 3);
-        EXPECT_EQ(11u, out.CurPos());
+        EXPECT_EQ(out.CurPos(), 11u);
         out.CurPos(~std::uint64_t{0} / 2);
         EXPECT_THROW(out.Put('x'), io_error);
     }
     IPlatformByteStream in(file), other(file);
     EXPECT_THROW(OPlatformByteStream{file}, io_error);
-    EXPECT_EQ('a', in.Get());
+    EXPECT_EQ(in.Get(), 'a');
     std::uint8_t block[10];
     in.ReadBlock(block, 7);
-    EXPECT_EQ(8u, in.CurPos());
+    EXPECT_EQ(in.CurPos(), 8u);
     EXPECT_THROW(in.ReadBlock(block + 7, 4), eof_error);
-    EXPECT_EQ("1234567bcd", std::string(block, block + 10));
+    EXPECT_EQ(std::string(block, block + 10), "1234567bcd");
     EXPECT_THROW(in.Get(), eof_error);
     in.CurPos(1u << 20);
     EXPECT_THROW(in.Get(), eof_error);
     EXPECT_THROW(in.CurPos(~std::uint64_t{0}), io_error);
-    EXPECT_EQ(11u, in.Length());
+    EXPECT_EQ(in.Length(), 11u);
 }
 
 TEST(PlatformByteStreams, ANewFileTakesNobodysPlace) {
@@ -54,10 +54,10 @@ TEST(PlatformByteStreams, ANewFileTakesNobodysPlace) {
     EXPECT_FALSE(file.Exists());
     OPlatformByteStream(file, kMakeNewFile).Put('a');
     EXPECT_THROW((OPlatformByteStream{file, kMakeNewFile}), create_exception);
-    EXPECT_EQ('a', IPlatformByteStream(file).Get());
+    EXPECT_EQ(IPlatformByteStream(file).Get(), 'a');
     OPlatformByteStream(File(temporary.Path(u"private"_utf16)), kMakeNewPrivateFile);
-    EXPECT_EQ(std::filesystem::perms(0600),
-              std::filesystem::status(temporary.Native("private")).permissions());
+    EXPECT_EQ(std::filesystem::status(temporary.Native("private")).permissions(),
+              std::filesystem::perms(0600));
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <brindle/filesupport/ByteStream.h>
 
+#include "tests/support/Text.h"
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -12,7 +14,7 @@ namespace brindle::filesupport {
 /// The position and size of one transfer of a block.
 using Transfer = std::pair<std::uint64_t, std::uint64_t>;
 
-/// Data in memory. Takes down every transfer, and fails every n-th call if told to.
+/// A stream on memory that records every transfer and fails every n-th call if `failsEvery` is n.
 struct RecordingStream : IByteStream, OByteStream {
     void CurPos(std::uint64_t inPosition) override {
         FailInTurn();
@@ -50,11 +52,9 @@ struct RecordingStream : IByteStream, OByteStream {
     int calls = 0;
 };
 
-inline std::uint8_t const* Bytes(std::string const& inText) {
-    return reinterpret_cast<std::uint8_t const*>(inText.data());
-}
+using tests::Bytes;
 
-/// 1000 bytes without order.
+/// 1000 irregular bytes.
 inline std::string SomeBytes() {
     std::string bytes;
     for (std::uint32_t i = 0; i < 1000; ++i) {

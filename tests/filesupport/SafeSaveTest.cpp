@@ -6,10 +6,13 @@
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/filesupport/SafeSave.h>
+#include <brindle/utility/FileUtils.h>
 
+#include <functional>
 #include <optional>
+#include <sched.h>
+#include <sys/wait.h>
 #include <thread>
-#include <tuple>
 #include <vector>
 
 namespace brindle::filesupport {
@@ -20,29 +23,57 @@ namespace fs = std::filesystem;
 
 class SafeSaveTest : public tests::InTemporaryDirectory {};
 
+/// ".", process, ".", thread, as a temp file's name has it.
+std::string Ids() {
+    return "." + std::to_string(getpid()) + "." + std::to_string(platform::ThreadId());
+}
+
+struct CommitCase {
+    std::string name;
+    bool isSaved;
+    /// Gets the paths of what is replaced and of the temp file.
+    std::function<void(std::string const&, std::string const&)> prepare;
+};
+
+void ExpectCommit(SafeSave& ioSave, File const& inTarget, bool inIsSaved) {
+    File const temp = ioSave.GetTempFile();
+    try {
+        ioSave.Commit();
+        EXPECT_TRUE(inIsSaved);
+        EXPECT_EQ(ioSave.GetTempFile(), inTarget);
+    } catch (rename_file const& exception) {
+        EXPECT_FALSE(inIsSaved);
+        EXPECT_EQ(exception.GetFile(), temp);
+        EXPECT_EQ(exception.GetNewName(), inTarget.GetName());
+    }
+    EXPECT_THROW(ioSave.Commit(), rename_file) << "again";
+}
+
 TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
     fs::permissions(mTemporary.Native(), fs::perms::all);
     tests::OrdinaryUser const user;
-    tests::TemporaryDirectory const elsewhere("/dev/shm"); // usually another file system
+    auto const elsewhere = tests::TemporaryDirectory::OnAnotherFileSystem();
     std::optional<IPlatformByteStream> reader;
     std::optional<OPlatformByteStream> writer;
-    using Prepare = std::function<void(std::string const& inPlace, std::string const& inTemp)>;
-    std::tuple<std::string, bool, Prepare> const cases[] = {
+    CommitCase const cases[] = {
         {"replaced", true, [](auto&, auto&) {}},
         {"made", true, [](auto& inPlace, auto&) { fs::remove(inPlace); }},
         {"no temp file", false, [](auto&, auto& inTemp) { fs::remove(inTemp); }},
-        {"a link", false, [&](auto&, auto& inTemp) { fs::rename(Native("near"), inTemp); }},
-        {"writer", false, [&](auto&, auto& inTemp) { writer.emplace(FileFromNative(inTemp)); }},
-        {"reader", true, [&](auto& inPlace, auto&) { reader.emplace(FileFromNative(inPlace)); }},
-        {"target's", false, [&](auto& inPlace, auto&) { writer.emplace(FileFromNative(inPlace)); }},
+        {"temp file a link", false,
+         [&](auto&, auto& inTemp) { fs::rename(Native("near"), inTemp); }},
+        {"temp file open", false,
+         [&](auto&, auto& inTemp) { writer.emplace(FileFromNative(inTemp)); }},
+        {"target read", true,
+         [&](auto& inPlace, auto&) { reader.emplace(FileFromNative(inPlace)); }},
+        {"target written", false,
+         [&](auto& inPlace, auto&) { writer.emplace(FileFromNative(inPlace)); }},
         {"read-only", false,
          [](auto& inPlace, auto&) { fs::permissions(inPlace, fs::perms(0440)); }},
     };
-    auto const ids = "." + std::to_string(getpid()) + "." + std::to_string(platform::ThreadId());
     std::string const content(50'000, 'n');
     for (auto const& place : {Native("file"), elsewhere.Native("file")}) {
-        for (auto const& [what, isSaved, prepare] : cases) {
-            SCOPED_TRACE(place + ": " + what);
+        for (auto const& one : cases) {
+            SCOPED_TRACE(place + ": " + one.name);
             std::ofstream(place) << "old";
             fs::permissions(place, fs::perms(0640));
             fs::create_symlink(place, Native("near"));
@@ -51,23 +82,16 @@ TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
             File target(At("far.XML"));
             {
                 SafeSave save(target);
-                File const temp = save.GetTempFile();
-                EXPECT_EQ(NativePath(temp), Native("far" + ids + "1.xml"));
-                std::ofstream(NativePath(temp)) << content;
-                prepare(place, NativePath(temp));
-                try {
-                    save.Commit();
-                    EXPECT_TRUE(isSaved && save.GetTempFile() == target);
-                } catch (rename_file const& exception) {
-                    EXPECT_TRUE(!isSaved && exception.GetFile() == temp);
-                    EXPECT_EQ(exception.GetNewName(), target.GetName());
-                }
-                EXPECT_THROW(save.Commit(), rename_file) << "again";
+                auto const temp = NativePath(save.GetTempFile());
+                EXPECT_EQ(temp, Native("far" + Ids() + "1.xml"));
+                std::ofstream(temp) << content;
+                one.prepare(place, temp);
+                ExpectCommit(save, target, one.isSaved);
             }
-            EXPECT_EQ(ContentOf(place), isSaved ? content : "old");
+            EXPECT_EQ(ContentOf(place), one.isSaved ? content : "old");
             EXPECT_EQ(fs::status(place).permissions() == fs::perms(0640),
-                      what != "made" && what != "read-only");
-            EXPECT_EQ(fs::remove(Native("near")), what != "a link");
+                      one.name != "made" && one.name != "read-only");
+            EXPECT_EQ(fs::remove(Native("near")), one.name != "temp file a link");
             EXPECT_TRUE(fs::remove(Native("far.XML")));
             EXPECT_EQ(EntryCount(), before - 2) << "the temp file has gone";
             reader.reset();
@@ -75,8 +99,138 @@ TEST_F(SafeSaveTest, TheNewVersionTakesThePlaceOrTheOldOneStays) {
             fs::remove(place);
         }
     }
-    File alone(u"alone"_utf16);
-    EXPECT_EQ(NativePath(SafeSave(alone).GetTempFile()), "./alone" + ids + "1");
+}
+
+TEST_F(SafeSaveTest, TheTempFileStandsBesideTheTarget) {
+    std::pair<UTF16String, std::string> const cases[] = {
+        {u"alone"_utf16, "./alone" + Ids() + "1"},
+        {u"/brindle-test.Xml"_utf16, "/brindle-test" + Ids() + "1.xml"},
+        {At("file.B"), Native("file" + Ids() + "1.b")},
+    };
+    for (auto const& [path, temp] : cases) {
+        File target(path);
+        SafeSave save(target);
+        EXPECT_EQ(EntryCount(), 0) << "nothing is made before somebody asks for it";
+        EXPECT_EQ(NativePath(save.GetTempFile()), temp);
+    }
+    EXPECT_EQ(EntryCount(), 0);
+}
+
+TEST_F(SafeSaveTest, EachSaveHasATempFileOfItsOwn) {
+    File lower(At("q.xml")), upper(At("q.XML"));
+    {
+        SafeSave first(lower), second(upper), third(lower), abandoned(lower), unwritten(lower);
+        auto const write = [](SafeSave& ioSave, char const* inText) {
+            std::ofstream(NativePath(ioSave.GetTempFile())) << inText;
+        };
+        for (auto* const save : {&first, &second, &third, &abandoned, &unwritten}) {
+            save->GetTempFile(); // before any of them is written
+        }
+        write(first, "first");
+        write(second, "second");
+        write(third, "third");
+        write(abandoned, "abandoned");
+        first.Commit();
+        second.Commit();
+        EXPECT_EQ(ContentOf("q.xml"), "first");
+        EXPECT_EQ(ContentOf("q.XML"), "second");
+        third.Commit();
+        EXPECT_EQ(ContentOf("q.xml"), "third");
+        EXPECT_THROW(unwritten.Commit(), rename_file) << "nobody has written it";
+        EXPECT_EQ(ContentOf("q.xml"), "third");
+    }
+    EXPECT_EQ(EntryCount(), 2);
+}
+
+TEST_F(SafeSaveTest, WhoeverWritesTheTempFileMayReplaceIt) {
+    Fill("file", "old");
+    fs::permissions(Native("file"), fs::perms(0600));
+    File target(At("file"));
+    {
+        SafeSave save(target);
+        auto const temp = NativePath(save.GetTempFile());
+        utility::FileUtils::SimpleWriteStringToFile(save.GetTempFile().FullPath(), "new"_utf8);
+        EXPECT_EQ(fs::status(temp).permissions(), fs::perms(0600)) << "as private as the old one";
+        save.Commit();
+        EXPECT_EQ(ContentOf("file"), "new");
+
+        SafeSave abandoned(target), linked(target), empty(target);
+        utility::FileUtils::SimpleWriteStringToFile(abandoned.GetTempFile().FullPath(), "x"_utf8);
+        fs::remove(NativePath(linked.GetTempFile()));
+        fs::create_hard_link(Native("file"), NativePath(linked.GetTempFile()));
+        linked.Commit();
+        EXPECT_EQ(ContentOf("file"), "new");
+        empty.GetTempFile().Create();
+        empty.Commit();
+        EXPECT_EQ(ContentOf("file"), "");
+    }
+    EXPECT_EQ(EntryCount(), 1);
+}
+
+TEST_F(SafeSaveTest, ATempFileOfAnotherSaveIsNeitherRemovedNorCommitted) {
+    File target(At("file"));
+    std::optional<SafeSave> robbed(std::in_place, target);
+    File const temp = robbed->GetTempFile();
+    temp.Delete();
+    SafeSave other(target); // takes the name that is free again
+    ASSERT_EQ(other.GetTempFile(), temp);
+    std::ofstream(NativePath(temp)) << "other";
+    EXPECT_THROW(robbed->Commit(), rename_file);
+    robbed.reset();
+    other.Commit();
+    EXPECT_EQ(ContentOf("file"), "other");
+}
+
+/// Runs the work in a child process that has the number 1 in a namespace of its own; false where
+/// the system refuses.
+bool InProcessNamespace(std::function<void()> const& inWork, std::vector<pid_t>& ioChildren) {
+    pid_t const child = fork();
+    if (child != 0) {
+        ioChildren.push_back(child);
+        return true;
+    }
+    if (unshare(CLONE_NEWPID) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWPID) != 0) {
+        _exit(2);
+    }
+    pid_t const first = fork();
+    if (first == 0) {
+        inWork();
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    waitpid(first, &status, 0);
+    _exit(WIFEXITED(status) ? WEXITSTATUS(status) : 3);
+}
+
+TEST_F(SafeSaveTest, SaversWithEqualIdsDoNotShareATempFile) {
+    constexpr std::size_t kSize = 20'000;
+    auto const save = [this](char inLetter) {
+        for (int round = 0; round < 60; ++round) {
+            File target(At("file"));
+            SafeSave saving(target);
+            auto const temp = NativePath(saving.GetTempFile());
+            std::ofstream(temp) << std::string(kSize, inLetter);
+            if (round % 3 != 0) { // some fail
+                EXPECT_NO_THROW(saving.Commit());
+            }
+        }
+    };
+    std::vector<pid_t> children;
+    for (char const letter : {'a', 'b', 'c'}) {
+        ASSERT_TRUE(InProcessNamespace([&] { save(letter); }, children));
+    }
+    for (pid_t const child : children) {
+        int status = 0;
+        while (waitpid(child, &status, WNOHANG) == 0) {
+            auto const content = ContentOf("file");
+            EXPECT_TRUE(content.empty() || content == std::string(kSize, content[0]));
+        }
+        if (WIFEXITED(status) && WEXITSTATUS(status) == 2) {
+            GTEST_SKIP() << "no namespaces for this user";
+        }
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(EntryCount(), 1);
 }
 
 TEST_F(SafeSaveTest, ANameMayBeAsLongAsTheSystemTakesIt) {

@@ -31,7 +31,8 @@ struct {
     {1, 0, 0, 1e-9, {false, false}},
     {1, 2, 2, 4, {false, false}},
     {1, kNan, 1, 1, {false, false}},
-    // The product of the diagonal rounds to 1 in float, and nothing is left; fused it would be.
+    // In float the product of the diagonal rounds to 1, so that the determinant is 0; a fused
+    // multiply-add would give another one.
     {1 + kSmall, 1, 1, 1 - kSmall, {false, true}},
 };
 
@@ -48,15 +49,15 @@ TYPED_TEST(Matrices, InvertUndoesTheTransformOrReportsAndLeavesZero) {
                            [](double d) { return static_cast<T>(d); });
             MatrixT<T> inverse(m);
             bool const isRegular = block.isRegular[std::is_same_v<T, double>];
-            ASSERT_EQ(isRegular, inverse.Invert(throws)) << block.a << ' ' << block.b;
-            EXPECT_EQ(isRegular || !throws ? "" : report, errors.TakeLines());
+            ASSERT_EQ(inverse.Invert(throws), isRegular) << block.a << ' ' << block.b;
+            EXPECT_EQ(errors.TakeLines(), isRegular || !throws ? "" : report);
             T const x = 2 * m[0][0] - m[1][0] + m[2][0]; // where the point (2, -1) goes
             T const y = 2 * m[0][1] - m[1][1] + m[2][1];
             for (int i = 0; i < 3; ++i) {
                 T const back = isRegular ? x * inverse[0][i] + y * inverse[1][i] + inverse[2][i]
                                          : inverse[0][i] + inverse[1][i] + inverse[2][i];
                 double const expected[] = {2, -1, x * 7 + y * 8 + 9};
-                EXPECT_NEAR(isRegular ? expected[i] : 0, back, 0.01);
+                EXPECT_NEAR(back, isRegular ? expected[i] : 0, 0.01);
             }
         }
     }

@@ -12,9 +12,7 @@ TEST_F(Calc, PrintsTheShortestFormOfTheValueAlone) {
                                                         {"-- --5", "-5\n"},
                                                         {"0.1+0.2", "0.30000000000000004\n"}};
     for (auto const& [expression, output] : rows) {
-        Outcome const outcome = Run(std::string("calc ") + expression);
-        EXPECT_EQ(output, outcome.output) << expression;
-        EXPECT_EQ(0, outcome.status) << expression;
+        Expect(std::string("calc ") + expression, output);
     }
     for (char const* const words : {"calc", "calc 1 2", "calc -x", "calc --5"}) {
         ExpectWrongUsage(words);

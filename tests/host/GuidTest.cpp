@@ -10,9 +10,9 @@ namespace {
 using GuidCommand = tests::Command;
 
 TEST_F(GuidCommand, WritesAsManyNewIdentifiersAsAreAskedFor) {
-    EXPECT_EQ(37u, Run("guid").output.size());
+    EXPECT_EQ(Run("guid").output.size(), 37u);
     std::istringstream words(Run("guid 1000").output);
-    EXPECT_EQ(1000u, std::set<std::string>(std::istream_iterator<std::string>(words), {}).size());
+    EXPECT_EQ(std::set<std::string>(std::istream_iterator<std::string>(words), {}).size(), 1000u);
     for (char const* const wrong : {"guid 0", "guid 1000001", "guid x", "guid 1 2", "guid --x"}) {
         ExpectWrongUsage(wrong);
     }

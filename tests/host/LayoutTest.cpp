@@ -1,94 +1,99 @@
 #include "tests/host/Command.h"
+#include "tests/host/ListDocument.h"
 
 #include <array>
-#include <map>
+#include <filesystem>
 #include <regex>
+#include <set>
 #include <sstream>
+#include <vector>
 
 namespace brindle::host {
 
 namespace {
 
+namespace fs = std::filesystem;
+using tests::List;
+using tests::Pair;
+
 class Layout : public tests::Command {
 protected:
-    static std::string Pair(std::string const& inKey, std::string const& inValue) {
-        return "<prop.pair><key>" + inKey + "</key>" + inValue + "</prop.pair>";
-    }
     static std::string Text(std::string const& inText) { return "<string>" + inText + "</string>"; }
     static std::string Number(std::string const& inNumber) {
         return "<double>" + inNumber + "</double>";
-    }
-    static std::string List(std::string const& inPairs) {
-        return "<prop.list>" + inPairs + "</prop.list>";
     }
     static std::string Row(std::string const& inChildren) {
         return Pair("kind", Text("Row")) + Pair("children", List(inChildren));
     }
 
-    /// Arranges the tree whose root has these pairs.
+    /// Arranges a tree whose root has these pairs.
     Outcome RunTree(std::string const& inPairs, std::string const& inWords = "100x50") const {
-        Fill("tree.xml", "<prop.map version='4'>" + List(inPairs) + "</prop.map>");
+        Fill("tree.xml", tests::ListDocument(inPairs));
         return Run("layout tree.xml " + inWords);
     }
 
     std::string const mLeaf = Pair("width", Number("10")) + Pair("height", Number("20"));
 };
 
-TEST_F(Layout, ArrangesTheExamplesAsTheGalleryShowsThem) {
-    std::ifstream gallery(BRINDLE_SOURCES "/docs/layout/gallery.svg");
-    std::regex const view(R"re(<view id="([^"]*)".*)re");
-    std::regex const rect(
-        R"re(<rect class="(\w+)" x="(\S+)" y="(\S+)" width="(\S+)" height="(\S+)".*)re");
-    std::string name;
-    std::map<std::string, int> pictures;
-    std::istringstream places;
+/// A rectangle of a picture, without its outline.
+struct DrawnRect {
+    std::string kind;
+    std::array<double, 4> place; // x, y, width, height, from the corner of the frame
+};
+
+std::vector<DrawnRect> RectsOf(std::string const& inPicture) {
+    std::regex const form(
+        R"re(<rect class="(\w+)" x="(\S+)" y="(\S+)" width="(\S+)" height="(\S+)")re");
+    std::vector<DrawnRect> rects;
     std::array<double, 2> corner{};
-    std::string rest;
-    for (std::string line; std::getline(gallery, line);) {
-        std::smatch match;
-        if (std::regex_match(line, match, view)) {
-            name = match[1];
-            continue;
-        }
-        if (name.empty() || !std::regex_match(line, match, rect) || match[1] == "card" ||
-            match[1] == "margin") {
-            continue;
-        }
+    for (std::sregex_iterator match(inPicture.begin(), inPicture.end(), form), end; match != end;
+         ++match) {
         std::array<double, 4> place{};
         for (std::size_t i = 0; i < place.size(); ++i) {
-            place[i] = std::stod(match[i + 2]);
+            place[i] = std::stod((*match)[i + 2]);
         }
-        if (match[1] == "frame") {
-            // Other pictures of these two show the tree after a change.
-            bool const isOfFile = (name != "alignment" && name != "dynamic") || pictures[name] == 0;
-            pictures[name] += 1;
+        std::string const kind = (*match)[1];
+        if (kind == "frame") {
             corner = {place[0], place[1]};
-            std::string const size = match[4].str() + "x" + match[5].str();
-            places.clear();
-            places.str(isOfFile ? Run("layout " BRINDLE_SOURCES "/examples/layouts/" + name +
-                                      ".xml " + size)
-                                      .output
-                                : "");
-            EXPECT_EQ(!isOfFile, !std::getline(places, rest)) << "the root, which is not drawn";
-        } else if (match[1] == "edge" || match[1] == "cut") {
-            EXPECT_FALSE(std::getline(places, rest)) << name;
-        } else if (places) {
-            double const inset = match[1] == "group" ? 0 : 0.5; // of the outline
-            std::array<double, 4> const expected{place[0] - corner[0] - inset,
-                                                 place[1] - corner[1] - inset, place[2] + 2 * inset,
-                                                 place[3] + 2 * inset};
-            for (double const number : expected) {
-                double arranged = -1;
-                places >> arranged;
-                EXPECT_NEAR(number, arranged, 0.011) << name << ' ' << pictures[name];
-            }
-            std::getline(places, rest);
         }
+        double const inset = kind == "frame" || kind == "group" ? 0 : 0.5;
+        rects.push_back({kind,
+                         {place[0] - corner[0] - inset, place[1] - corner[1] - inset,
+                          place[2] + 2 * inset, place[3] + 2 * inset}});
     }
-    EXPECT_EQ(14u, pictures.size());
+    return rects;
 }
 
-TEST_F(Layout, TakesAnyNumberAndTellsPathLabelAndExactPlace) {
+TEST_F(Layout, ThePictureShowsThePlacesThatAreListed) {
+    std::set<std::string> const undrawn{"frame", "edge", "cut", "margin"};
+    int trees = 0;
+    for (auto const& file : fs::directory_iterator(BRINDLE_SOURCES "/examples/layouts")) {
+        ++trees;
+        for (std::string const size : {"280x110", "120x106", "54x54"}) {
+            std::string const words = "layout " + file.path().string() + ' ' + size;
+            SCOPED_TRACE(words);
+            std::istringstream lines(Run(words).output);
+            std::string rest;
+            EXPECT_TRUE(std::getline(lines, rest)) << "the root, which is not drawn";
+            Expect(words + " --svg=out.svg");
+            for (DrawnRect const& rect : RectsOf(ContentOf("out.svg"))) {
+                if (undrawn.count(rect.kind) != 0) {
+                    continue;
+                }
+                for (double const drawn : rect.place) {
+                    double listed = -1;
+                    lines >> listed;
+                    EXPECT_NEAR(drawn, listed, 0.011) << rect.kind; // a picture has two decimals
+                }
+                std::getline(lines, rest);
+            }
+            EXPECT_FALSE(std::getline(lines, rest)) << rest;
+        }
+    }
+    EXPECT_EQ(trees, 14);
+}
+
+TEST_F(Layout, ReadsNumbersOfAnyTypeAndListsExactPlaces) {
     std::string const lists =
         Pair("label", "<ustring>a\\b\n&lt;</ustring>") +
         Pair("margins", List(Pair("left", "<int type='unsigned' size='16'>1</int>"))) +
@@ -99,26 +104,25 @@ TEST_F(Layout, TakesAnyNumberAndTellsPathLabelAndExactPlace) {
                                  Pair("4000000000", List(Row(Pair("1", List(mLeaf)))))) +
                              Pair("spacing", List(Pair("horizontal", "<float>2.3</float>"))) +
                              Pair("alignment", List(Pair("vertical", Text("bottom"))));
-    EXPECT_EQ("0 30 55.6 20  .\n"
-              "1 43 30 7  9  a\\\\b\\n<\n"
-              "33.3 30 10 20  10\n"
-              "45.6 30 10 20  4000000000\n"
-              "45.6 30 10 20  4000000000/1\n",
-              RunTree(tree).output);
-    EXPECT_EQ("60 60 0 0  .\n", RunTree(mLeaf + Pair("margins", Number("60"))).output);
+    EXPECT_EQ(RunTree(tree).output, "0 30 55.6 20  .\n"
+                                    "1 43 30 7  9  a\\\\b\\n<\n"
+                                    "33.3 30 10 20  10\n"
+                                    "45.6 30 10 20  4000000000\n"
+                                    "45.6 30 10 20  4000000000/1\n");
+    EXPECT_EQ(RunTree(mLeaf + Pair("margins", Number("60"))).output, "60 60 0 0  .\n");
     std::string const margins =
         Pair("margins", List(Pair("top", Number("1")) + Pair("bottom", Number("2"))));
     EXPECT_EQ(
-        "0 0 10 43  .\n0 1 10 20  1\n0 23 10 20  2\n",
         RunTree(Pair("kind", Text("Column")) +
                 Pair("children", List(Pair("1", List(mLeaf + margins)) + Pair("2", List(mLeaf)))))
-            .output);
+            .output,
+        "0 0 10 43  .\n0 1 10 20  1\n0 23 10 20  2\n");
     Outcome const drawn = RunTree(tree, "100x50 --svg=out.svg");
-    EXPECT_EQ("", drawn.output + drawn.errors);
-    EXPECT_NE(std::string::npos, ContentOf("out.svg").find(">a\\b\n&lt;</text>"));
+    EXPECT_EQ(drawn.output + drawn.errors, "");
+    EXPECT_NE(ContentOf("out.svg").find(">a\\b\n&lt;</text>"), std::string::npos);
 }
 
-TEST_F(Layout, NamesTheKeyThatIsWrong) {
+TEST_F(Layout, NamesTheWrongKeyWithItsPath) {
     std::string const flag = "<true/>";
     std::string const row = Pair("kind", Text("Row"));
     auto const inSecond = [&](std::string const& inPairs) {
@@ -159,10 +163,8 @@ TEST_F(Layout, NamesTheKeyThatIsWrong) {
         {Pair("width", List(Pair("best", Number("1")) + Pair("maximum", Number("2")))),
          "width/maximum: only what is expandable has one"}};
     for (auto const& [pairs, message] : rows) {
-        Outcome const outcome = RunTree(pairs);
-        EXPECT_EQ("brindle: tree.xml: " + message + "\n", outcome.errors);
-        EXPECT_EQ("", outcome.output) << message;
-        EXPECT_EQ(1, outcome.status) << message;
+        Fill("tree.xml", tests::ListDocument(pairs));
+        ExpectFailure("layout tree.xml 100x50", "tree.xml: " + message);
     }
 }
 
@@ -172,7 +174,7 @@ TEST_F(Layout, TakesTreesOfAnySizeAndRefusesThoseThatAreTooDeep) {
         many += Pair(std::to_string(i), List(mLeaf));
     }
     std::string const lines = RunTree(Row(many)).output;
-    EXPECT_EQ(100'001, std::count(lines.begin(), lines.end(), '\n'));
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 100'001);
     for (int const levels : {2000, 2001, 100'000}) {
         std::string tree;
         std::string ends;
@@ -182,23 +184,23 @@ TEST_F(Layout, TakesTreesOfAnySizeAndRefusesThoseThatAreTooDeep) {
             ends += "</prop.list></prop.pair></prop.list></prop.pair>";
         }
         Outcome const outcome = RunTree(tree + mLeaf + ends);
-        EXPECT_EQ(levels == 2000 ? 2000 : 0,
-                  std::count(outcome.output.begin(), outcome.output.end(), '\n'));
-        EXPECT_EQ(levels == 2000 ? "" : "brindle: tree.xml: the tree has more than 2000 levels\n",
-                  outcome.errors);
+        EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'),
+                  levels == 2000 ? 2000 : 0);
+        EXPECT_EQ(outcome.errors,
+                  levels == 2000 ? "" : "brindle: tree.xml: the tree has more than 2000 levels\n");
     }
 }
 
 TEST_F(Layout, ExitStatusTellsWrongUsageAndUnusableFiles) {
     Fill("damaged.xml", "<prop.map version='4'><prop.list>");
-    Fill("later.xml", "<prop.map version='5'>" + List(mLeaf) + "</prop.map>");
+    Fill("later.xml", tests::ListDocument(mLeaf, "5"));
     RunTree(mLeaf);
     for (std::string const words : {"missing.xml 1x1", "damaged.xml 1x1", "later.xml 1x1", ". 1x1",
                                     "tree.xml 1x1 --svg=.", "tree.xml 1x1 --svg=no/out"}) {
         Outcome const outcome = Run("layout " + words);
-        EXPECT_EQ(1, outcome.status) << words;
-        EXPECT_EQ("", outcome.output) << words;
-        EXPECT_EQ(0u, outcome.errors.find("brindle: ")) << words;
+        EXPECT_EQ(outcome.status, 1) << words;
+        EXPECT_EQ(outcome.output, "") << words;
+        EXPECT_EQ(outcome.errors.find("brindle: "), 0u) << words;
     }
     for (std::string const words :
          {"", "tree.xml", "tree.xml 1", "tree.xml 1x", "tree.xml x1", "tree.xml 1x1x1",

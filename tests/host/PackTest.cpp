@@ -11,26 +11,17 @@ using namespace std::string_literals;
 
 class Pack : public tests::Command {
 protected:
-    void ExpectDone(std::string const& inWords) const {
-        Outcome const outcome = Run(inWords);
-        EXPECT_EQ(0, outcome.status) << inWords;
-        EXPECT_EQ("", outcome.output + outcome.errors) << inWords;
-    }
-
-    /// The command says why it fails, and leaves the directory as it is, the old "out" included.
-    void ExpectFailure(std::string const& inWords, std::string const& inReason,
-                       std::string const& inBefore = "") const {
+    /// The command says why it fails, and leaves the directory as it was, with the old "out" in it.
+    void ExpectNoChange(std::string const& inWords, std::string const& inDiagnostic,
+                        std::string const& inBefore = "") const {
+        SCOPED_TRACE("brindle " + inWords);
         Fill("out", "old");
-        auto const before = CountFiles();
+        auto const before = EntryCount();
         Outcome const outcome = Run(inWords, inBefore);
-        EXPECT_EQ(1, outcome.status) << inWords;
-        EXPECT_EQ("brindle: " + inReason + '\n', outcome.errors);
-        EXPECT_EQ("old", ContentOf("out")) << inWords;
-        EXPECT_EQ(before, CountFiles()) << inWords;
-    }
-
-    std::ptrdiff_t CountFiles() const {
-        return std::distance(fs::directory_iterator(mTemporary.Native()), {});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.errors, "brindle: " + inDiagnostic + '\n');
+        EXPECT_EQ(ContentOf("out"), "old");
+        EXPECT_EQ(EntryCount(), before);
     }
 };
 
@@ -44,37 +35,37 @@ TEST_F(Pack, GivesBackEveryByteAcrossTheBlocks) {
          {""s, "x"s, std::string(kBlock, 'x'), mixed.substr(0, kBlock - 1),
           mixed.substr(0, 2 * kBlock), mixed}) {
         Fill("in", content);
-        ExpectDone("pack in packed");
-        ExpectDone("unpack packed out");
+        Expect("pack in packed");
+        Expect("unpack packed out");
         EXPECT_TRUE(ContentOf("out") == content) << content.size();
     }
     Fill("in", "\x80\0x\377a"s);
     fs::create_symlink("in", Native("link"));
-    ExpectDone("unpack in link");
-    EXPECT_EQ("xaa", ContentOf("in"));
+    Expect("unpack in link");
+    EXPECT_EQ(ContentOf("in"), "xaa");
     EXPECT_TRUE(fs::is_symlink(Native("link")));
-    ExpectDone("pack in in");
-    EXPECT_EQ("\2xaa", ContentOf("in"));
+    Expect("pack in in");
+    EXPECT_EQ(ContentOf("in"), "\2xaa");
 }
 
 TEST_F(Pack, AFailureLeavesTheOldFile) {
     Fill("in", "\2abc\377x\200"s);
     for (std::size_t const whole : {1u, 2u, 3u, 5u}) {
         Fill("cut", ContentOf("in").substr(0, whole));
-        ExpectFailure("unpack cut out", "cut: is not packed, or damaged: it ends inside a packet");
+        ExpectNoChange("unpack cut out", "cut: is not packed, or damaged: it ends inside a packet");
     }
-    // The system tells no size of this file, which begins with 'L', so with 77 literals.
-    ExpectFailure("unpack /proc/sys/kernel/ostype out",
-                  "/proc/sys/kernel/ostype: is not packed, or damaged: it ends inside a packet");
+    // This file has no size, and begins with 'L': a packet of 77 literals.
+    ExpectNoChange("unpack /proc/sys/kernel/ostype out",
+                   "/proc/sys/kernel/ostype: is not packed, or damaged: it ends inside a packet");
     fs::create_directory(Native("dir"));
-    ASSERT_EQ(0, mkfifo(Native("fifo").c_str(), 0600));
+    ASSERT_EQ(mkfifo(Native("fifo").c_str(), 0600), 0);
     for (std::string const verb : {"pack ", "unpack "}) {
-        ExpectFailure(verb + "missing out", "missing: no such file or directory");
-        ExpectFailure(verb + "dir out", "dir: is a directory");
-        ExpectFailure(verb + "fifo out", "fifo: is no regular file");
-        ExpectFailure(verb + "in dir", "dir: is a directory");
-        ExpectFailure(verb + "in fifo", "fifo: is no regular file");
-        ExpectFailure(verb + "in no/out", "no/out: no such directory");
+        ExpectNoChange(verb + "missing out", "missing: no such file or directory");
+        ExpectNoChange(verb + "dir out", "dir: is a directory");
+        ExpectNoChange(verb + "fifo out", "fifo: is no regular file");
+        ExpectNoChange(verb + "in dir", "dir: is a directory");
+        ExpectNoChange(verb + "in fifo", "fifo: is no regular file");
+        ExpectNoChange(verb + "in no/out", "no/out: no such directory");
         ExpectWrongUsage(verb);
         ExpectWrongUsage(verb + "in out more");
     }
@@ -84,15 +75,15 @@ TEST_F(Pack, AFailureLeavesTheOldFile) {
     }
     Fill("large", large);
     for (std::string const blocks :
-         {"600", "1900"}) { // of 512 bytes, the second for all but the end
-        ExpectFailure("pack large out", "out: cannot be written, the disk may be full",
-                      "trap '' XFSZ; ulimit -f " + blocks + "; ");
+         {"600", "1900"}) { // of 512 bytes; the second is enough for all but the end
+        ExpectNoChange("pack large out", "out: cannot be written, the disk may be full",
+                       "trap '' XFSZ; ulimit -f " + blocks + "; ");
     }
-    // Killed in the middle, it leaves what is beside the old file.
+    // Even if it is killed in the middle, the old file stays.
     Run("--version", "sh -c 'ulimit -c 0; ulimit -f 600; cd " + mTemporary.Native() +
                          " && exec " BRINDLE_COMMAND " pack large out' 2>/dev/null; ");
-    EXPECT_EQ("old", ContentOf("out"));
-    ExpectDone("pack large out");
+    EXPECT_EQ(ContentOf("out"), "old");
+    Expect("pack large out");
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "tests/host/Command.h"
+#include "tests/host/ListDocument.h"
 
 namespace brindle::host {
 
@@ -6,42 +7,35 @@ namespace {
 
 class Plist : public tests::Command {
 protected:
-    /// Makes a document of pairs, each a key and what follows it.
-    void FillList(std::string const& inPairs) const {
-        Fill("list", "<prop.map version='4'><prop.list>" + inPairs + "</prop.list></prop.map>");
-    }
+    /// Writes the document of a list with these pairs.
+    void FillList(std::string const& inPairs) const { Fill("list", tests::ListDocument(inPairs)); }
 };
 
-std::string Pair(std::string const& inKey, std::string const& inValue) {
-    return "<prop.pair><key>" + inKey + "</key>" + inValue + "</prop.pair>";
-}
+using tests::List;
+using tests::Pair;
 
-TEST_F(Plist, TellsEveryValueInALine) {
-    FillList(Pair("a", "<ustring>L\xC3\xA4nge\n\ttab\\ \xC2\x9B</ustring>") +
-             Pair("b/[0]\\", "<string> x</string>") + Pair("c", "<false/>") +
-             Pair("d", "<int type='unsigned' size='16'>65535</int>") +
-             Pair("e", "<int type='unsigned' size='32'>4294967295</int>") +
-             Pair("f", "<int type='signed' size='32'>-2147483648</int>") +
-             Pair("g", "<int type='signed' size='64'>-9223372036854775808</int>") +
-             Pair("h", "<int type='unsigned' size='64'>18446744073709551615</int>") +
-             Pair("i", "<float>0.1</float>") + Pair("j", "<double>-1e+300</double>") +
-             Pair("k", "<array><array.type><int type='signed' size='32'/></array.type></array>") +
-             Pair("l", "<array><string>x\ny</string><string></string></array>") +
-             Pair("m", "<array><true/><false/></array>") + Pair("n", "<prop.list></prop.list>") +
-             Pair("o", "<prop.list>" + Pair("", "<true/>") +
-                           Pair("p", "<prop.list>" + Pair("q", "<double>0.1</double>") +
-                                         "</prop.list>") +
-                           "</prop.list>") +
-             Pair("r", "<array><float>0.1</float></array>"));
-    Outcome const whole = Run("plist list");
-    EXPECT_EQ("a\tustring\tL\xC3\xA4nge\\n\\ttab\\\\ \\u009b\nb\\/\\[0]\\\\\tstring\t x\n"
-              "c\tbool\tfalse\nd\tuint16\t65535\ne\tuint32\t4294967295\nf\tint32\t-2147483648\n"
-              "g\tint64\t-9223372036854775808\nh\tuint64\t18446744073709551615\n"
-              "i\tfloat\t0.1\nj\tdouble\t-1e+300\nk\tint32[]\t\nl[0]\tstring\tx\\ny\n"
-              "l[1]\tstring\t\nm[0]\tbool\ttrue\nm[1]\tbool\tfalse\nn\tlist\t\n"
-              "o/\tbool\ttrue\no/p/q\tdouble\t0.1\nr[0]\tfloat\t0.1\n",
-              whole.output);
-    EXPECT_EQ(0, whole.status);
+TEST_F(Plist, WritesEveryValueOnALine) {
+    FillList(
+        Pair("a", "<ustring>L\xC3\xA4nge\n\ttab\\ \xC2\x9B</ustring>") +
+        Pair("b/[0]\\", "<string> x</string>") + Pair("c", "<false/>") +
+        Pair("d", "<int type='unsigned' size='16'>65535</int>") +
+        Pair("e", "<int type='unsigned' size='32'>4294967295</int>") +
+        Pair("f", "<int type='signed' size='32'>-2147483648</int>") +
+        Pair("g", "<int type='signed' size='64'>-9223372036854775808</int>") +
+        Pair("h", "<int type='unsigned' size='64'>18446744073709551615</int>") +
+        Pair("i", "<float>0.1</float>") + Pair("j", "<double>-1e+300</double>") +
+        Pair("k", "<array><array.type><int type='signed' size='32'/></array.type></array>") +
+        Pair("l", "<array><string>x\ny</string><string></string></array>") +
+        Pair("m", "<array><true/><false/></array>") + Pair("n", List("")) +
+        Pair("o", List(Pair("", "<true/>") + Pair("p", List(Pair("q", "<double>0.1</double>"))))) +
+        Pair("r", "<array><float>0.1</float></array>"));
+    Expect("plist list",
+           "a\tustring\tL\xC3\xA4nge\\n\\ttab\\\\ \\u009b\nb\\/\\[0]\\\\\tstring\t x\n"
+           "c\tbool\tfalse\nd\tuint16\t65535\ne\tuint32\t4294967295\nf\tint32\t-2147483648\n"
+           "g\tint64\t-9223372036854775808\nh\tuint64\t18446744073709551615\n"
+           "i\tfloat\t0.1\nj\tdouble\t-1e+300\nk\tint32[]\t\nl[0]\tstring\tx\\ny\n"
+           "l[1]\tstring\t\nm[0]\tbool\ttrue\nm[1]\tbool\tfalse\nn\tlist\t\n"
+           "o/\tbool\ttrue\no/p/q\tdouble\t0.1\nr[0]\tfloat\t0.1\n");
     std::pair<char const*, char const*> const rows[] = {{"a", "L\xC3\xA4nge\n\ttab\\ \xC2\x9B\n"},
                                                         {"'b/[0]\\'", " x\n"},
                                                         {"o", "\tbool\ttrue\np/q\tdouble\t0.1\n"},
@@ -51,16 +45,16 @@ TEST_F(Plist, TellsEveryValueInALine) {
                                                         {"o ''", "true\n"},
                                                         {"o p q", "0.1\n"}};
     for (auto const& [keys, output] : rows) {
-        EXPECT_EQ(output, Run(std::string("plist list ") + keys).output) << keys;
+        Expect(std::string("plist list ") + keys, output);
     }
-    EXPECT_EQ(1, Run("plist list >/dev/full").status);
+    EXPECT_EQ(Run("plist list >/dev/full").status, 1);
 }
 
-TEST_F(Plist, SaysWhatIsWrongAndLeavesTheFile) {
-    FillList(Pair("a/", "<prop.list>" + Pair("b", "<true/>") + "</prop.list>"));
+TEST_F(Plist, ReportsWhatIsWrongAndLeavesTheFileAlone) {
+    FillList(Pair("a/", List(Pair("b", "<true/>"))));
     std::string const cut = ContentOf("list").substr(0, 99);
     Fill("cut", cut);
-    Fill("newer", "<prop.map version='5'><prop.list></prop.list></prop.map>");
+    Fill("newer", tests::ListDocument("", "5"));
     Fill("page", "<html><key>a</key></html>");
     std::pair<char const*, char const*> const rows[] = {
         {"list c", "list: there is no 'c'"},
@@ -74,19 +68,16 @@ TEST_F(Plist, SaysWhatIsWrongAndLeavesTheFile) {
         {"/dev/null", "/dev/null: is no regular file"},
     };
     for (auto const& [words, reason] : rows) {
-        Outcome const outcome = Run(std::string("plist ") + words);
-        EXPECT_EQ("brindle: " + std::string(reason) + '\n', outcome.errors);
-        EXPECT_EQ("", outcome.output) << words;
-        EXPECT_EQ(1, outcome.status) << words;
+        ExpectFailure(std::string("plist ") + words, reason);
     }
-    EXPECT_EQ(cut, ContentOf("cut"));
+    EXPECT_EQ(ContentOf("cut"), cut);
     ExpectWrongUsage("plist");
 
     FillList("");
-    EXPECT_EQ(0, Run("plist list").status) << "an empty list is a list";
+    EXPECT_EQ(Run("plist list").status, 0) << "an empty list is a list";
 }
 
-TEST_F(Plist, DepthNeedsNoStack) {
+TEST_F(Plist, DeepNestingNeedsNoStack) {
     std::string begin, path, end;
     for (int i = 0; i < 100'000; ++i) {
         begin += "<prop.list><prop.pair><key>k</key>";
@@ -94,7 +85,7 @@ TEST_F(Plist, DepthNeedsNoStack) {
         end += "</prop.pair></prop.list>";
     }
     FillList(Pair("k", begin + "<true/>" + end));
-    EXPECT_EQ(path + "k\tbool\ttrue\n", Run("plist list", "ulimit -s 256; ").output);
+    EXPECT_EQ(Run("plist list", "ulimit -s 256; ").output, path + "k\tbool\ttrue\n");
 }
 
 } // namespace

@@ -9,10 +9,10 @@ namespace {
 
 class Time : public tests::Command {
 protected:
-    /// What is printed, by label.
+    /// The printed values by their labels.
     std::map<std::string, std::string> Lines(std::string const& inWords) {
         Outcome const outcome = Run("time " + inWords);
-        EXPECT_EQ(0, outcome.status) << inWords << '\n' << outcome.errors;
+        EXPECT_EQ(outcome.status, 0) << inWords << '\n' << outcome.errors;
         std::map<std::string, std::string> lines;
         std::istringstream text(outcome.output);
         for (std::string label, value; text >> label >> value;) {
@@ -22,27 +22,27 @@ protected:
     }
 };
 
-TEST_F(Time, TellsExactTicksSecondsFramesAndTimecode) {
+TEST_F(Time, ConvertsToExactTicksSecondsFramesAndTimecode) {
     auto const hour = Lines("'01:00:00;00' --rate=29.97");
-    EXPECT_EQ("914456685542400", hour.at("ticks")) << "107892 frames of 1001/30000 s";
-    EXPECT_EQ("01:00:00;00", hour.at("drop-frame@59.94"));
+    EXPECT_EQ(hour.at("ticks"), "914456685542400") << "107892 frames of 1001/30000 s";
+    EXPECT_EQ(hour.at("drop-frame@59.94"), "01:00:00;00");
     auto const part = Lines("-1.5 --rate=12.5");
-    EXPECT_EQ("-18.75", part.at("frames@12.5"));
-    EXPECT_EQ("-00:00:01:12", part.at("timecode@25"));
+    EXPECT_EQ(part.at("frames@12.5"), "-18.75");
+    EXPECT_EQ(part.at("timecode@25"), "-00:00:01:12");
 }
 
 TEST_F(Time, NumbersReadBackAsTheSameTime) {
     for (std::string const ticks :
          {"0", "-1", "254016000001", "9223372036854775807", "-9223372036854775808"}) {
         auto const lines = Lines(ticks + "t --rate=30000/1001");
-        EXPECT_EQ(ticks, lines.at("ticks"));
-        EXPECT_EQ(ticks, Lines(lines.at("seconds") + "s").at("ticks"));
+        EXPECT_EQ(lines.at("ticks"), ticks);
+        EXPECT_EQ(Lines(lines.at("seconds") + "s").at("ticks"), ticks);
         for (std::string const rate : {"23.976", "29.97", "44100"}) {
             std::string const frames = lines.at("frames@" + rate) + "f --rate=" + rate;
-            EXPECT_EQ(ticks, Lines(frames).at("ticks")) << frames;
+            EXPECT_EQ(Lines(frames).at("ticks"), ticks) << frames;
         }
     }
-    EXPECT_EQ("1", Lines(".000000000002").at("ticks")) << "to the nearest tick";
+    EXPECT_EQ(Lines(".000000000002").at("ticks"), "1") << "to the nearest tick";
 }
 
 TEST_F(Time, RatesAreExactFractionsOrNtscRates) {
@@ -50,7 +50,7 @@ TEST_F(Time, RatesAreExactFractionsOrNtscRates) {
                             "30000/1001 8475667200 119.88 2118916800 "
                             "23.98 10594584000 59.94 4237833600 254016000000 1");
     for (std::string rate, ticks; rows >> rate >> ticks;) {
-        EXPECT_EQ(ticks, Lines("1f --rate=" + rate).at("ticks")) << rate;
+        EXPECT_EQ(Lines("1f --rate=" + rate).at("ticks"), ticks) << rate;
     }
 }
 

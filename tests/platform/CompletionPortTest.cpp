@@ -2,6 +2,7 @@
 
 #include "platform/portable/PacketPort.h"
 #include "tests/support/AllocationFailure.h"
+#include "utility/src/base/NoPause.h"
 
 #include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 #include <chrono>
 #include <csignal>
 #include <sched.h>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -18,7 +20,7 @@ namespace brindle::platform {
 
 namespace {
 
-/// Lets another thread run between any two atomic steps, often.
+/// Often lets another thread run between two atomic steps.
 struct RandomPause {
     static void Pause() noexcept {
         static std::atomic<std::uint32_t> seeds{1};
@@ -28,23 +30,47 @@ struct RandomPause {
             sched_yield();
         }
     }
+    static void BeforeSleep() noexcept { Pause(); }
 };
-struct NoPause {
-    static void Pause() noexcept {}
+
+/// Halts one thread at one of its pauses, as a scheduler does that gives the processor to others.
+struct Halting {
+    static void Pause() noexcept {
+        if (t_mayHalt && --S_pausesLeft == 0) {
+            while (!S_isResumed) {
+                sched_yield();
+            }
+        }
+    }
+    static void BeforeSleep() noexcept { ++S_sleeps; }
+    static void HaltAt(int inPause) {
+        S_isResumed = false;
+        S_pausesLeft = inPause;
+    }
+
+    inline static thread_local bool t_mayHalt = false;
+    inline static std::atomic<int> S_pausesLeft{0}, S_sleeps{0};
+    inline static std::atomic<bool> S_isResumed{false};
 };
+
+using std::chrono::milliseconds;
+
+Deadline InSystemTime(int inMilliseconds) {
+    return Deadline::At(std::chrono::system_clock::now() + milliseconds(inMilliseconds));
+}
 
 void* Packet(std::uintptr_t inValue) {
     return reinterpret_cast<void*>(inValue);
 }
 
-/// By time stamps that order everything.
+/// From one time stamp to another, of a counter that orders all events.
 struct Interval {
     std::uint64_t begun;
     std::uint64_t ended;
 };
 
-/// What posters and takers did at a port must be what they could do at a queue in some order that
-/// keeps the order in time.
+/// Checks that a port is linearizable: that a queue used by one thread at a time could have given
+/// the same results, in some order of the operations that respects their times.
 template <typename Port>
 void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
     constexpr std::size_t kPosters = 3;
@@ -57,10 +83,11 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
     for (std::vector<Interval>& mine : nothing) {
         threads.emplace_back([&] {
             for (std::uint32_t i = 0;; ++i) {
-                std::uint32_t const times[] = {CompletionPort::kForever, 0, 1};
+                Deadline const deadlines[] = {Deadline::Never(), Deadline::In(milliseconds(0)),
+                                              Deadline::In(milliseconds(1)), InSystemTime(1)};
                 void* packet = nullptr;
                 std::uint64_t const begun = clock++;
-                bool const isTaken = port.Wait(packet, times[i % 3]);
+                bool const isTaken = port.Wait(packet, deadlines[i % 4]);
                 Interval const interval{begun, clock++};
                 if (!isTaken) {
                     mine.push_back(interval);
@@ -83,7 +110,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
             }
             if (--posting == 0) {
                 for (std::size_t i = 0; i < inTakers; ++i) {
-                    port.Post(nullptr);
+                    EXPECT_TRUE(port.Post(nullptr));
                 }
             }
         });
@@ -92,7 +119,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
         thread.join();
     }
 
-    // For each end of a post: when the last beginning of a take was, up to that post.
+    // For each end of a post, the latest beginning of a take of this packet or one posted before.
     std::vector<Interval> lastTake;
     for (std::size_t i = 0; i < posts.size(); ++i) {
         lastTake.push_back({posts[i].ended, takes[i].begun});
@@ -122,7 +149,7 @@ void ExpectQueue(std::size_t inTakers, std::size_t inEach) {
 TEST(CompletionPort, IsFirstInFirstOutAcrossThreads) {
     for (std::size_t const takers : {1u, 3u}) {
         ExpectQueue<PacketPort<RandomPause, 4>>(takers, 4000);
-        ExpectQueue<PacketPort<NoPause, 4>>(takers, 10000);
+        ExpectQueue<PacketPort<utility::NoPause, 4>>(takers, 10000);
         ExpectQueue<CompletionPort>(takers, 20000);
     }
 }
@@ -136,7 +163,7 @@ void ExpectAllWake(unsigned int inSleepers, int inRounds) {
     for (unsigned int i = 0; i < inSleepers; ++i) {
         sleepers.emplace_back([&] {
             void* packet = nullptr;
-            for (int j = 0; j < inRounds && port.Wait(packet, CompletionPort::kForever); ++j) {
+            for (int j = 0; j < inRounds && port.Wait(packet, Deadline::Never()); ++j) {
                 round.wait();
             }
         });
@@ -159,15 +186,65 @@ TEST(CompletionPort, AsManyPostsWakeAsManySleepers) {
     ExpectAllWake<PacketPort<RandomPause, 2>>(80, 20);
 }
 
+/// Posts to two sleeping workers, one of which, or a poster, halts at the given pause. Returns how
+/// many of two packets the others have received.
+int ReceivedBesideAHaltedThread(bool inHaltsPoster, int inPause) {
+    PacketPort<Halting, 2> port;
+    std::atomic<int> received{0};
+    Halting::S_sleeps = 0;
+    auto const post = [&](bool inMayHalt) {
+        Halting::t_mayHalt = inMayHalt;
+        EXPECT_TRUE(port.Post(Packet(1)));
+    };
+    auto const work = [&] {
+        Halting::t_mayHalt = !inHaltsPoster;
+        void* packet = nullptr;
+        while (port.Wait(packet, Deadline::Never()) && packet != nullptr) {
+            ++received;
+        }
+    };
+    std::thread workers[] = {std::thread(work), std::thread(work)};
+    while (Halting::S_sleeps < 2) {
+        sched_yield();
+    }
+    Halting::HaltAt(inPause);
+    std::thread first(post, true), second(post, false);
+    second.join();
+    auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (received == 0 && std::chrono::steady_clock::now() < limit) {
+        sched_yield();
+    }
+    int const result = received;
+    Halting::S_isResumed = true;
+    first.join();
+    EXPECT_TRUE(port.Post(nullptr));
+    EXPECT_TRUE(port.Post(nullptr));
+    for (std::thread& worker : workers) {
+        worker.join();
+    }
+    EXPECT_EQ(received, 2);
+    return result;
+}
+
+TEST(CompletionPort, NoPacketWaitsForAThreadThatGetsNoProcessor) {
+    for (bool const haltsPoster : {false, true}) {
+        for (int pause = 1; pause <= 12; ++pause) {
+            SCOPED_TRACE((haltsPoster ? "a poster halts at pause " : "a worker halts at pause ") +
+                         std::to_string(pause));
+            EXPECT_GT(ReceivedBesideAHaltedThread(haltsPoster, pause), 0);
+        }
+    }
+}
+
 TEST(CompletionPort, WaitsAsLongAsItIsTold) {
     CompletionPort port;
     void* packet = Packet(1);
-    EXPECT_FALSE(port.Wait(packet, 0));
+    EXPECT_FALSE(port.Take(packet));
     EXPECT_EQ(packet, nullptr);
 
     // A signal interrupts the sleep, and does not end it.
     std::signal(SIGUSR1, [](int) {});
-    auto const begun = std::chrono::steady_clock::now();
+    auto const begun = std::chrono::system_clock::now();
     std::atomic<bool> isOver{false};
     std::thread signals([&isOver, waiter = pthread_self()] {
         while (!isOver) {
@@ -175,20 +252,20 @@ TEST(CompletionPort, WaitsAsLongAsItIsTold) {
             sched_yield();
         }
     });
-    EXPECT_FALSE(port.Wait(packet, 30));
-    EXPECT_GE(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(30));
+    EXPECT_FALSE(port.Wait(packet, InSystemTime(30)));
+    EXPECT_GE(std::chrono::system_clock::now() - begun, std::chrono::milliseconds(30));
     isOver = true;
     signals.join();
 
-    std::thread poster([&] { port.Post(Packet(7)); });
-    EXPECT_TRUE(port.Wait(packet, CompletionPort::kForever - 1));
+    std::thread poster([&] { EXPECT_TRUE(port.Post(Packet(7))); });
+    EXPECT_TRUE(port.Wait(packet, InSystemTime(3'600'000)));
     EXPECT_EQ(packet, Packet(7));
     poster.join();
 }
 
 TEST(CompletionPort, RefusesOnlyWhatItHasNoMemoryFor) {
     for (int successes = 0; successes < 5; ++successes) {
-        PacketPort<NoPause, 2> port;
+        PacketPort<utility::NoPause, 2> port;
         std::uintptr_t accepted = 0;
         {
             tests::AllocationFailure const failure(successes);
@@ -204,12 +281,12 @@ TEST(CompletionPort, RefusesOnlyWhatItHasNoMemoryFor) {
         EXPECT_TRUE(port.Post(Packet(++accepted)));
         void* packet = nullptr;
         for (std::uintptr_t value = 1; value <= accepted; ++value) {
-            EXPECT_TRUE(port.Wait(packet, 0));
+            EXPECT_TRUE(port.Take(packet));
             EXPECT_EQ(packet, Packet(value));
         }
-        EXPECT_TRUE(port.Wait(packet, CompletionPort::kForever));
+        EXPECT_TRUE(port.Wait(packet, Deadline::Never()));
         EXPECT_EQ(packet, nullptr);
-        EXPECT_FALSE(port.Wait(packet, 0));
+        EXPECT_FALSE(port.Take(packet));
     }
 }
 

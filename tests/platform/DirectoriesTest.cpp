@@ -1,4 +1,5 @@
 #include "platform/Directories.h"
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 
 #include "tests/support/InTemporaryDirectory.h"

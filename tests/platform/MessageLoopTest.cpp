@@ -1,6 +1,7 @@
-#include "platform/linux/MessageInbox.h"
+#include "platform/portable/MessageInbox.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 
 #include <functional>
 #include <thread>
@@ -9,7 +10,7 @@ using namespace brindle::platform;
 
 namespace {
 
-/// Calls what the thread has asked for between the steps of an inbox.
+/// Calls a function of the thread's choice between the steps of an inbox.
 struct Scripted {
     inline static thread_local std::function<void()> onPause = [] {};
     static void Pause() noexcept { onPause(); }
@@ -42,7 +43,7 @@ struct Inbox : MessageInbox<Scripted> {
 
 TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAThreadHalts) {
     Inbox inbox;
-    auto const push = [&] { inbox.Push(new Numbered(0)); };
+    auto const push = [&] { static_cast<void>(inbox.Push(new Numbered(0))); };
     auto const settle = [&] { push(), inbox.HasNext(), inbox.Pop(), inbox.Settle(); };
     auto const othersGoOn = [&] { push(), inbox.PopAll(), push(), inbox.PopAll(); };
     std::function<void()> const cases[][2] = {{push, othersGoOn}, {settle, push}};
@@ -69,7 +70,7 @@ TEST(MessageInbox, KeepsTheOrderOfEachPosterAndReleasesWhatIsLeft) {
             ++step % 7 == 0 ? std::this_thread::yield() : void();
         };
         for (int i = inFirst; i < inFirst + kEach; ++i) {
-            inbox.Push(new Numbered(i));
+            static_cast<void>(inbox.Push(new Numbered(i))); // refused once it is closed
         }
     };
     int next[] = {0, kEach};

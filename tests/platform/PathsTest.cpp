@@ -1,4 +1,6 @@
 #include "platform/Paths.h"
+#include "platform/TextEncoding.h"
+#include "platform/Volumes.h"
 
 #include "tests/support/InTemporaryDirectory.h"
 
@@ -54,7 +56,7 @@ TEST_F(Paths, MappedDrivesNameTheirDirectories) {
 
     std::thread mapping([this] {
         for (int i = 0; i < 2000; ++i) {
-            MapVolume('Q', i % 2 == 0 ? UTF16String() : mTemporary.Path());
+            EXPECT_EQ(MapVolume('Q', i % 2 == 0 ? UTF16String() : mTemporary.Path()), kError_None);
         }
     });
     for (int i = 0; i < 2000; ++i) {

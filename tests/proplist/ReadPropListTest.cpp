@@ -3,6 +3,7 @@
 #include "tests/support/InTemporaryDirectory.h"
 #include "tests/support/RecordingErrorManager.h"
 
+#include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ExpatParser.h>
@@ -10,6 +11,7 @@
 
 #include <boost/property_tree/xml_parser.hpp>
 
+#include <functional>
 #include <random>
 #include <regex>
 
@@ -17,18 +19,55 @@ namespace brindle::proplist {
 
 namespace {
 
+/// A client's factory, which does not take the handler. Its parsers never say why they failed.
+struct ClientFactory : xml::DocParserFactory {
+    ClientFactory() {
+        S_hasParser = true;
+        S_meanwhile = [] {};
+    }
+
+    struct Parser : xml::AbstractDocParser {
+        explicit Parser(std::unique_ptr<xml::AbstractParseHandler>&& inNone,
+                        xml::AbstractParseHandler& ioHandler)
+            : AbstractDocParser(inNone), handler(ioHandler) {}
+        xml::XMLParseStatus ParseDocument(UTF16String const& inPath) override {
+            std::unique_ptr<xml::AbstractParseHandler> none;
+            auto const status = xml::ExpatParser(none).ParseDocument(inPath);
+            S_meanwhile();
+            handler.EndElement(u"prop.list"_utf16);
+            return status;
+        }
+        xml::XMLParseStatus ParseBuffer(UTF8String const&) override {
+            return xml::XMLParseStatus(7);
+        }
+
+        xml::AbstractParseHandler& handler;
+    };
+    std::unique_ptr<xml::AbstractDocParser>
+    GetParser(std::unique_ptr<xml::AbstractParseHandler>& ioHandler) override {
+        return S_hasParser ? std::make_unique<Parser>(nullptr, *ioHandler) : nullptr;
+    }
+
+    inline static bool S_hasParser = true;
+    inline static std::function<void()> S_meanwhile; ///< after a file was read
+};
+
 class ReadDocuments : public tests::InTemporaryDirectory {
 protected:
-    ReadDocuments() {
-        std::unique_ptr<xml::DocParserFactory> factory(new xml::ExpatParserFactory);
+    ReadDocuments() { Install<xml::ExpatParserFactory>(); }
+    ~ReadDocuments() override { xml::ResetParserFactory(); }
+
+    template <typename Factory>
+    static void Install() {
+        std::unique_ptr<xml::DocParserFactory> factory = std::make_unique<Factory>();
         xml::SetParserFactory(factory);
     }
 
-    /// Reads into a new list, and gives the document of what was read.
+    /// Reads into a new list, and returns the document of that list.
     static std::string Reread(std::string const& inDocument) {
         PropList list;
         utils::ReadPropList(UTF8String(inDocument.begin(), inDocument.end()), list);
-        UTF8String text;
+        UTF8String text = "replaced"_utf8;
         utils::WritePropList(text, list);
         return std::string(text.begin(), text.end());
     }
@@ -40,7 +79,9 @@ protected:
 };
 
 TEST_F(ReadDocuments, AsTheyWereWrittenAndByWayOfAnotherReader) {
-    std::vector<std::string> values{"", "<true/>\n", "<false/>\n"}; // the first is a list
+    std::vector<std::string> values{"", // a nested list
+                                    "<true/>\n", "<false/>\n",
+                                    "<array>\n<array.type><bool/></array.type>\n</array>\n"};
     for (std::string const scalar :
          {"<int type='unsigned' size='16'>65535", "<int type='unsigned' size='32'>4294967295",
           "<int type='signed' size='32'>-2147483648", "<int type='signed' size='64'>-5000000000",
@@ -66,11 +107,11 @@ TEST_F(ReadDocuments, AsTheyWereWrittenAndByWayOfAnotherReader) {
         boost::property_tree::ptree tree;
         read_xml(stream, tree);
         write_xml(stream = std::stringstream(), tree);
-        EXPECT_EQ(document, Reread(document));
-        EXPECT_EQ(document, Reread(stream.str()));
+        EXPECT_EQ(Reread(document), document);
+        EXPECT_EQ(Reread(stream.str()), document);
     }
-    EXPECT_EQ(document, Reread(document.substr(0, document.size() - 2))) << "what was read stays";
-    EXPECT_EQ(mParsing + "Read=Error parsing properties list from memory.\n", mErrors.TakeLines());
+    EXPECT_EQ(Reread(document.substr(0, document.size() - 2)), document) << "what was read stays";
+    EXPECT_EQ(mErrors.TakeLines(), mParsing + "Read=Error parsing properties list from memory.\n");
 }
 
 TEST_F(ReadDocuments, NumbersAsAStreamOfTheClassicLocaleDoes) {
@@ -89,15 +130,15 @@ TEST_F(ReadDocuments, NumbersAsAStreamOfTheClassicLocaleDoes) {
             stream.imbue(std::locale::classic());
             auto const read = impl::ExtractNumber<decltype(inNumber)>({text.begin(), text.end()});
             stream >> inNumber;
-            EXPECT_EQ(inNumber, read) << text;
+            EXPECT_EQ(read, inNumber) << text;
         };
         [&](auto... inZeros) { (expect(inZeros), ...); }(std::uint16_t(), std::uint32_t(),
                                                          std::int32_t(), std::int64_t(),
                                                          std::uint64_t(), 0.0F, 0.0);
     }
     std::locale::global(before);
-    auto const extract = [] { EXPECT_EQ(5, impl::ExtractNumber<double>(u"5\u0135"_utf16)); };
-    EXPECT_LT(0, tests::RefuseEachAllocation(extract, [] {}));
+    auto const extract = [] { EXPECT_EQ(impl::ExtractNumber<double>(u"5\u0135"_utf16), 5); };
+    EXPECT_GT(tests::RefuseEachAllocation(extract, [] {}), 0);
 }
 
 TEST_F(ReadDocuments, ThatNoWriterMakes) {
@@ -117,11 +158,11 @@ TEST_F(ReadDocuments, ThatNoWriterMakes) {
     std::regex const left("\n|</?prop.(pair|list)>|</prop.map>|<.xml version='1.0'.>");
     for (auto const& [document, expected] : cases) {
         auto const read = Reread("<prop.map version='" + document + "</prop.list></prop.map>");
-        EXPECT_EQ("<prop.map version='" + expected, std::regex_replace(read, left, ""));
+        EXPECT_EQ(std::regex_replace(read, left, ""), "<prop.map version='" + expected);
     }
     std::string const error = "1 104 20 $$$/brn/proplist/Error/PropListXMLHandler/VersionGreater"
                               "Than=Cannot read PropList data; version greater than expected.\n";
-    EXPECT_EQ(error + error, mErrors.TakeLines());
+    EXPECT_EQ(mErrors.TakeLines(), error + error);
 }
 
 TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
@@ -130,35 +171,122 @@ TEST_F(ReadDocuments, FromFilesAndSetsCorruptOnesAside) {
         PropList list;
         list.SetValue("a"_utf8, true);
         utils::LoadPropList(At("x"), list, inRenameCorrupt);
-        EXPECT_EQ(std::string("<a/>") != inContent, list.IsEmpty());
+        EXPECT_EQ(list.IsEmpty(), std::string("<a/>") != inContent);
         return mErrors.TakeLines() + (std::filesystem::exists(Native("x")) ? "here" : "gone");
     };
     std::string const reason = "=Error parsing properties list from file \"^1\".";
     std::string const failed = mParsing + "Load" + reason + "\nhere";
-    EXPECT_EQ("here", load("<a/>"));
-    EXPECT_EQ(failed, load("<cut>", false));
-    {
-        filesupport::OPlatformByteStream const saving{filesupport::File(At("x"))};
-        EXPECT_EQ(failed, load("<cut>")) << "somebody is just writing it";
-    }
-    EXPECT_EQ(mParsing + "CorruptRename" + reason +
-                  " It has been renamed to \"^2\". Proceeding.\ngone",
-              load("<cut>"));
-    EXPECT_EQ(At("x.old"), mErrors.values[1].GetText());
+    EXPECT_EQ(load("<a/>"), "here");
+    EXPECT_EQ(load("<cut>", false), failed);
+    EXPECT_EQ(load("<cut>"), mParsing + "CorruptRename" + reason +
+                                 " It has been renamed to \"^2\". Proceeding.\ngone");
+    EXPECT_EQ(mErrors.values[1].GetText(), At("x.old"));
     mErrors.onError = [] { throw 7; };
-    EXPECT_EQ("gone", load("<later>")) << "what the host throws is dropped";
-    EXPECT_EQ("<later>", ContentOf("x.old"));
+    EXPECT_EQ(load("<later>"), "gone") << "what the report throws is dropped";
+    EXPECT_EQ(ContentOf("x.old"), "<later>");
     std::filesystem::remove(Native("x.old"));
     std::filesystem::create_directories(Native("x.old/in the way"));
-    EXPECT_EQ(failed, load("<cut>"));
-    EXPECT_EQ(At("x"), mErrors.values[0].GetText());
+    EXPECT_EQ(load("<cut>"), failed);
+    EXPECT_EQ(mErrors.values[0].GetText(), At("x"));
 
     xml::ResetParserFactory();
     Reread("");
     std::string const missing = "1 104 21 " + mUtils + "MissingParserFactory";
-    EXPECT_EQ(missing + "Read=Missing XML Parser Factory in ReadPropList.\n" + missing +
-                  "Load=Missing XML Parser Factory in LoadPropList.\nhere",
-              load("<a/>"));
+    EXPECT_EQ(load("<a/>"), missing + "Read=Missing XML Parser Factory in ReadPropList.\n" +
+                                missing + "Load=Missing XML Parser Factory in LoadPropList.\nhere");
+}
+
+TEST_F(ReadDocuments, AndTellWhatIsDamagedFromWhatCouldNotBeRead) {
+    using utility::SystemError;
+    std::filesystem::create_directory(Native("directory"));
+    Fill("whole", "<prop.list/>");
+    Fill("cut", "<prop.list>\n <key>");
+    Fill("busy", "<prop.list/>");
+    filesupport::OPlatformByteStream const writer{filesupport::File(At("busy"))};
+    struct {
+        char const* name;
+        PropListLoadStatus status;
+        SystemError error;
+    } const files[] = {{"whole", kPropListLoad_Done, SystemError::kNone},
+                       {"missing", kPropListLoad_Missing, SystemError::kFileNotFound},
+                       {"missing/file", kPropListLoad_Missing, SystemError::kPathNotFound},
+                       {"directory", kPropListLoad_Unreadable, SystemError::kAccessDenied},
+                       {"busy", kPropListLoad_Unreadable, SystemError::kSharingViolation},
+                       {"cut", kPropListLoad_Damaged, SystemError::kNone}};
+    for (bool const isSilent : {false, true}) {
+        isSilent ? Install<ClientFactory>() : Install<xml::ExpatParserFactory>();
+        for (auto const& file : files) {
+            SCOPED_TRACE(file.name);
+            PropList list;
+            auto const result = utils::TryLoadPropList(At(file.name), list, isSilent);
+            EXPECT_EQ(result.status, file.status);
+            EXPECT_EQ(result.fault.error, file.error);
+            bool const isDamaged = file.status == kPropListLoad_Damaged;
+            EXPECT_EQ(result.fault.line, isDamaged && !isSilent ? 2 : 0);
+            EXPECT_EQ(result.renamedTo, isDamaged && isSilent ? At("cut.old") : UTF16String());
+        }
+    }
+    PropList list;
+    ClientFactory::S_hasParser = false;
+    EXPECT_EQ(utils::TryReadPropList({}, list).status, kPropListLoad_NoParser);
+    EXPECT_EQ(mErrors.TakeLines(), "");
+}
+
+TEST_F(ReadDocuments, AndNeverReplaceAFileThatCouldNotBeRead) {
+    auto const saves = [&](PropList const& inList) {
+        try {
+            utils::SavePropList(At("x"), inList);
+            return true;
+        } catch (filesupport::file_exception const&) {
+            return false;
+        }
+    };
+    std::string const content = "<prop.map version='5'><prop.list/></prop.map>";
+    Fill("x", content);
+    PropList list;
+    {
+        filesupport::OPlatformByteStream const writer{filesupport::File(At("x"))};
+        utils::LoadPropList(At("x"), list, true);
+    }
+    EXPECT_FALSE(saves(list)) << "it was being written when it was to be read";
+    mErrors.onError = [] { throw 7; };
+    EXPECT_THROW(utils::LoadPropList(At("x"), list, true), int);
+    EXPECT_FALSE(saves(list)) << "it is of a later version";
+    xml::ResetParserFactory();
+    utils::LoadPropList(At("x"), list, true);
+    EXPECT_FALSE(saves(list)) << "no parser was installed";
+    EXPECT_EQ(ContentOf("x"), content);
+    utils::SavePropList(At("other"), list);
+
+    Install<xml::ExpatParserFactory>();
+    utils::LoadPropList(At("x"), list, true);
+    EXPECT_TRUE(saves(list)) << "it has been read";
+    Fill("x", "<cut>");
+    utils::LoadPropList(At("x"), list, false);
+    EXPECT_TRUE(saves(list)) << "it was damaged";
+
+    Install<ClientFactory>();
+    Fill("x", "<cut>");
+    ClientFactory::S_meanwhile = [this] { utils::SavePropList(At("x"), PropList()); };
+    EXPECT_EQ(utils::TryLoadPropList(At("x"), list, true).renamedTo, UTF16String());
+    EXPECT_FALSE(saves(list)) << "it was replaced while it was read";
+}
+
+TEST_F(ReadDocuments, LeaveTheFileAloneWhereverMemoryRunsOut) {
+    std::string const content = "<!DOCTYPE a [<!ENTITY e 'x'>]><prop.list><key>long enough for the "
+                                "heap</key><array><float>&e;</float></array></prop.list>";
+    Fill("x", content);
+    PropList list;
+    auto const load = [&] {
+        if (utils::TryLoadPropList(At("x"), list, true).status != kPropListLoad_Done) {
+            throw std::bad_alloc(); // what the parser allocates counts with what the reader does
+        }
+    };
+    auto const save = [&] { utils::SavePropList(At("x"), list); };
+    auto const isIntact = [&] { ASSERT_EQ(ContentOf("x"), content); };
+    EXPECT_GT(tests::RefuseEachAllocation(load, isIntact), 30);
+    EXPECT_GT(tests::RefuseEachAllocation(save, isIntact), 10);
+    EXPECT_EQ(EntryCount(), 1) << "a failed save leaves nothing behind";
 }
 
 } // namespace

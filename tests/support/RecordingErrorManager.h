@@ -36,6 +36,7 @@ public:
     }
     /// Level, module, code and key of the errors since the last call, a line each.
     std::string TakeLines() { return std::exchange(mLines, {}); }
+    using ErrorManager::AddDeferredErrorReporter;
     using ErrorManager::RemoveDeferredErrorReporter;
 
     using Codes = std::vector<std::int32_t>;

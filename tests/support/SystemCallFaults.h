@@ -1,35 +1,38 @@
 #pragma once
 
+#include "tests/support/TracedChild.h"
+
 #include <algorithm>
 #include <csignal>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
-#include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/user.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace brindle::tests {
 
 /// What is to happen to one system call of a process.
 struct SystemCallFault {
-    enum Kind { kKillBefore, kKillAfter, kRefuse } kind;
+    enum Kind { kKillBefore, kKillAfter, kRefuse, kActBefore } kind;
     int error = 0; ///< the `errno` of a refusal
-    int call = 1;  ///< which one, from 1; refusals count only calls that a disk can make fail
+    int call = 1;  ///< which call, from 1; refusals count only calls that a disk can make fail
+    std::function<void()> act = {}; ///< what somebody else does before the call
 };
 
 struct FaultedRun {
     bool hasHappened = false;
-    long call = -1;    ///< the number of the call that it happened to, as in `SYS_fsync`
-    std::string syncs; ///< the calls that order what comes to the disk, a letter each: w write,
-                       ///< s sync, r rename, S sync of a directory
+    long call = -1;    ///< the number of the call that it happened to, such as `SYS_fsync`
+    std::string syncs; ///< the calls that decide what reaches the disk in which order, a letter
+                       ///< each: w write, s sync, l link,
+                       ///< r rename, S sync of a directory
     int status = 0;    ///< what the work returned, or minus the signal that ended it
 };
 
+/// False for calls that no full or damaged disk makes fail.
 inline bool MayFail(long inCall) {
     auto const never = {SYS_mmap,  SYS_munmap, SYS_mprotect, SYS_mremap,       SYS_exit_group,
                         SYS_brk,   SYS_getpid, SYS_gettid,   SYS_rt_sigaction, SYS_rt_sigprocmask,
@@ -37,7 +40,8 @@ inline bool MayFail(long inCall) {
     return std::find(never.begin(), never.end(), inCall) == never.end();
 }
 
-/// Takes back a call that begins, and at its end says what it returns; false where that is unknown.
+/// At the entry of a call, replaces it by one that does nothing; at its exit, sets the error that
+/// it returns. False on processors for which this is not written.
 inline bool Refuse(pid_t inProcess, bool inIsEntry, int inError) {
 #if defined(__x86_64__)
     auto const place = inIsEntry ? offsetof(user, regs.orig_rax) : offsetof(user, regs.rax);
@@ -47,59 +51,64 @@ inline bool Refuse(pid_t inProcess, bool inIsEntry, int inError) {
 #endif
 }
 
-/// Runs the work in a child process, also if it executes another program, and lets the fault
-/// happen, if the main thread makes as many calls. The work returns 0 to 255.
+/// The letter of a call in `FaultedRun::syncs`; empty for other calls.
+inline std::string SyncLetter(pid_t inProcess, __ptrace_syscall_info const& inCall) {
+    switch (static_cast<long>(inCall.entry.nr)) {
+    case SYS_pwrite64:
+        return "w";
+    case SYS_linkat:
+        return "l";
+#ifdef SYS_renameat // where it is missing, SYS_renameat2 does the same
+    case SYS_renameat:
+#endif
+    case SYS_renameat2:
+        return "r";
+    case SYS_fsync: {
+        auto const descriptors = "/proc/" + std::to_string(inProcess) + "/fd/";
+        bool const isDirectory =
+            std::filesystem::is_directory(descriptors + std::to_string(inCall.entry.args[0]));
+        return isDirectory ? "S" : "s";
+    }
+    default:
+        return "";
+    }
+}
+
+/// Runs the work, which returns 0 to 255, in a child process, also if it executes another program,
+/// and makes the fault happen if the main thread makes as many calls.
 inline FaultedRun RunWithFault(std::function<int()> const& inWork, SystemCallFault const& inFault) {
-    pid_t const child = fork();
-    if (child == 0) {
-        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-        kill(getpid(), SIGSTOP);
-        _exit(inWork());
-    }
-    int status = 0;
-    auto const options = PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL;
-    if (waitpid(child, &status, WUNTRACED) != child ||
-        ptrace(PTRACE_SETOPTIONS, child, nullptr, options) != 0) {
-        throw std::runtime_error("the system calls of a child cannot be watched here");
-    }
     FaultedRun run;
-    int calls = 0, signal = 0;
-    for (bool isStruck = false;;) {
-        ptrace(PTRACE_SYSCALL, child, nullptr, signal);
-        waitpid(child, &status, 0);
-        if (!WIFSTOPPED(status)) {
-            run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-            return run;
-        }
-        bool const isCall = WSTOPSIG(status) == (SIGTRAP | 0x80);
-        signal = isCall || WSTOPSIG(status) == SIGTRAP ? 0 : WSTOPSIG(status);
-        if (!isCall) {
-            continue;
-        }
-        __ptrace_syscall_info info{};
-        ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof info, &info);
-        bool const isEntry = info.op == PTRACE_SYSCALL_INFO_ENTRY;
+    int calls = 0;
+    bool isStruck = false; // the call in progress is the one of the fault
+    auto const onCall = [&](pid_t inProcess, __ptrace_syscall_info const& inCall) {
+        bool const isEntry = inCall.op == PTRACE_SYSCALL_INFO_ENTRY;
         bool const isRefusal = inFault.kind == SystemCallFault::kRefuse;
-        auto const number = static_cast<long>(info.entry.nr);
-        if (isEntry && (number == SYS_pwrite64 || number == SYS_renameat)) {
-            run.syncs += number == SYS_renameat ? 'r' : 'w';
-        } else if (isEntry && number == SYS_fsync) {
-            auto const descriptors = "/proc/" + std::to_string(child) + "/fd/";
-            bool const isDirectory =
-                std::filesystem::is_directory(descriptors + std::to_string(info.entry.args[0]));
-            run.syncs += isDirectory ? 'S' : 's';
-        }
-        if (isEntry && (!isRefusal || MayFail(number)) && ++calls == inFault.call) {
-            run.call = number;
-            isStruck = true;
+        if (isEntry) {
+            auto const number = static_cast<long>(inCall.entry.nr);
+            run.syncs += SyncLetter(inProcess, inCall);
+            if ((!isRefusal || MayFail(number)) && ++calls == inFault.call) {
+                run.call = number;
+                isStruck = true;
+            }
         }
         if (isStruck && isRefusal) {
-            run.hasHappened = Refuse(child, isEntry, inFault.error);
+            run.hasHappened = Refuse(inProcess, isEntry, inFault.error);
+        } else if (isStruck && inFault.kind == SystemCallFault::kActBefore) {
+            if (isEntry) {
+                inFault.act();
+                run.hasHappened = true;
+            }
         } else if (isStruck && isEntry == (inFault.kind == SystemCallFault::kKillBefore)) {
-            run.hasHappened = kill(child, SIGKILL) == 0;
+            run.hasHappened = kill(inProcess, SIGKILL) == 0;
         }
         isStruck = isStruck && isEntry;
+    };
+    TracedEnd const end = RunTraced(inWork, onCall);
+    if (!end.wasTraced) {
+        throw std::runtime_error("the system calls of a child cannot be traced here");
     }
+    run.status = end.status;
+    return run;
 }
 
 } // namespace brindle::tests

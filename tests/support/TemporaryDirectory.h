@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace brindle::tests {
 
@@ -21,6 +23,26 @@ public:
             throw std::runtime_error("no temporary directory");
         }
         mPath = platform::PathFromNative(mNative);
+    }
+    /// On another file system than `TemporaryDirectory()` if there is one that this user may write
+    /// to.
+    static TemporaryDirectory OnAnotherFileSystem() {
+        namespace fs = std::filesystem;
+        struct stat usual {};
+        ::stat(fs::temp_directory_path().c_str(), &usual);
+        auto const userDirectory = "/run/user/" + std::to_string(::geteuid());
+        for (std::string const& place : {std::string("/dev/shm"), userDirectory,
+                                         std::string("/var/tmp"), fs::current_path().string()}) {
+            struct stat other {};
+            if (::stat(place.c_str(), &other) == 0 && other.st_dev != usual.st_dev) {
+                try {
+                    return TemporaryDirectory(place);
+                } catch (std::runtime_error const&) {
+                    // The next one may be writable.
+                }
+            }
+        }
+        return TemporaryDirectory();
     }
     TemporaryDirectory(TemporaryDirectory const&) = delete;
     TemporaryDirectory& operator=(TemporaryDirectory const&) = delete;

@@ -6,6 +6,7 @@
 #include "tests/support/RecordingErrorManager.h"
 #include "threads/src/executors/SharedTimer.h"
 #include "threads/src/locks/Gate.h"
+#include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <boost/thread/exceptions.hpp>
@@ -13,15 +14,21 @@
 #include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <poll.h>
+#include <sched.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <functional>
+#include <future>
 #include <memory>
 #include <thread>
+#include <utility>
 
 using namespace brindle::threads;
 using Adaptor = boost::shared_ptr<AsyncEventLoopAdaptor>;
@@ -30,7 +37,7 @@ namespace {
 
 constexpr std::uint32_t kHour = 60 * 60 * 1000;
 
-/// Runs GLib's loop.
+/// Runs GLib's loop until the condition holds.
 template <typename Condition>
 void TurnUntil(Condition inCondition) {
     auto const dispatch = [](gint, GIOCondition, gpointer) -> gboolean {
@@ -44,12 +51,11 @@ void TurnUntil(Condition inCondition) {
     g_source_remove(source);
 }
 
-void On(std::function<void()> const& inFunction) {
+void InAnotherThread(std::function<void()> const& inFunction) {
     std::thread(inFunction).join();
 }
 
-/// Keeps the shared timer, after this many milliseconds, from sending anything while the result
-/// lives.
+/// From this many milliseconds on, the shared timer sends nothing as long as the result exists.
 std::shared_ptr<void> HoldTimer(std::uint32_t inDelay) {
     auto const holds = std::make_shared<Gate>(false), go = std::make_shared<Gate>(false);
     SharedTimer()->Post([holds, go] { holds->Open(), go->Wait(); }, inDelay);
@@ -57,15 +63,20 @@ std::shared_ptr<void> HoldTimer(std::uint32_t inDelay) {
     return {nullptr, [go](void*) { go->Open(); }};
 }
 
-/// Counts its calls, and shuts the executor down as it goes if memory has been refused.
+/// Counts its calls. If memory has been refused, its destructor shuts the executor down, as a
+/// client's may.
 struct Counting {
-    ~Counting() { brindle::tests::AllocationFailure::HasHappened() ? executor.Shutdown() : void(); }
+    ~Counting() {
+        if (brindle::tests::AllocationFailure::HasHappened()) {
+            executor.Shutdown();
+        }
+    }
     void operator()() const { ++*count; }
     std::shared_ptr<int> count;
     AsyncEventLoopExecutor& executor;
 };
 
-/// The calling thread, and those that it starts, get no descriptors of events any more.
+/// Has the system refuse event descriptors to the calling thread and those that it starts.
 void RefuseEventDescriptors() {
     sock_filter steps[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
                            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_eventfd2, 0, 1),
@@ -87,19 +98,20 @@ TEST(EventLoop, RunsItemsInOrderOnALaterTurnOrInADrain) {
     auto const postOthers = [&](char inName) {
         post('x', kHour), post(inName, 0);
         adaptor->Post([] { throw 1; }, 0);
-        EXPECT_TRUE(adaptor->Post({}, 0) && post(static_cast<char>(inName + 1), 0));
+        EXPECT_TRUE(adaptor->Post({}, 0));
+        EXPECT_TRUE(post(static_cast<char>(inName + 1), 0));
     };
     auto const turn = [&] {
         post('4', 0);
         TurnUntil([&] { return ran == "1234"; });
         post('5', 1);
     };
-    On([&] { postOthers('1'); });
+    InAnotherThread([&] { postOthers('1'); });
     adaptor->Post(turn, 0), post('3', 0);
     EXPECT_EQ(ran, "");
     TurnUntil([&] { return ran == "12345"; });
     postOthers('6');
-    On([&] {
+    InAnotherThread([&] {
         EXPECT_THROW(adaptor->Drain(), int);
         EXPECT_EQ(ran, "123456");
         adaptor->Drain();
@@ -109,25 +121,26 @@ TEST(EventLoop, RunsItemsInOrderOnALaterTurnOrInADrain) {
     TurnUntil([&] { return ran == "12345678"; });
 }
 
-TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsAndTheLastOneTheTimer) {
+TEST(EventLoop, ADestroyedAdaptorReleasesItsItemsAndTheLastOneTheTimer) {
     Adaptor adaptor;
     boost::weak_ptr<AsyncThreadedExecutor> timer;
     auto const reset = [&] { adaptor.reset(); };
-    std::function<void()> const ways[] = {reset, [&] { On(reset); }, [&] { adaptor->Drain(); },
-                                          [] { DispatchMessages(); }, [] { /* with the thread */ }};
+    std::function<void()> const ways[] = {reset, [&] { InAnotherThread(reset); },
+                                          [&] { adaptor->Drain(); }, [] { DispatchMessages(); },
+                                          [] { /* with the thread */ }};
     for (int i = 0; i < 10; ++i) {
         Adaptor const other = i < 5 ? AdaptCurrentEventLoopAsExecutor() : Adaptor();
         auto const token = std::make_shared<int>(0);
         auto const use = [token] { ++*token; };
-        On([&] {
+        InAnotherThread([&] {
             adaptor = AdaptCurrentEventLoopAsExecutor();
             timer = SharedTimer();
-            On([&] { adaptor->Post(reset, 0); });
+            InAnotherThread([&] { adaptor->Post(reset, 0); });
             adaptor->Post(use, 1);
             auto const held =
                 HoldTimer(2); // its message waits, and the next pump is with the timer
             adaptor->Post(use, 0);
-            On([&] { adaptor->Post(use, 0); });
+            InAnotherThread([&] { adaptor->Post(use, 0); });
             adaptor->Post(use, kHour);
             EXPECT_EQ(token.use_count(), 6);
             ways[i % 5]();
@@ -135,9 +148,90 @@ TEST(EventLoop, AnAdaptorThatGoesReleasesItsItemsAndTheLastOneTheTimer) {
         });
         EXPECT_TRUE(adaptor == nullptr || !adaptor->Post(use, 0));
         adaptor.reset();
-        EXPECT_TRUE(*token == 0 && token.use_count() == 2);
+        EXPECT_EQ(*token, 0);
+        EXPECT_EQ(token.use_count(), 2);
         EXPECT_EQ(timer.lock(), other != nullptr ? SharedTimer() : nullptr);
     }
+}
+
+TEST(EventLoop, RunsWhatItPostsToItselfWithoutTheTimer) {
+    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
+    auto const held = HoldTimer(0);
+    int turns = 0;
+    adaptor->Post([&] { ++turns, adaptor->Post([&] { ++turns; }, 0); }, 0);
+    for (int turn = 1; turn <= 2; ++turn) {
+        EXPECT_TRUE(DispatchMessages());
+        EXPECT_EQ(turns, turn);
+    }
+}
+
+TEST(EventLoop, TheTimerReleasesNoItemOfAThreadThatHasEnded) {
+    auto const token = std::make_shared<int>(0);
+    auto const use = [token] { ++*token; };
+    Adaptor adaptor;
+    InAnotherThread([&] {
+        adaptor = AdaptCurrentEventLoopAsExecutor();
+        EXPECT_TRUE(adaptor->Post(use, 1));
+    });
+    HoldTimer(2); // by now it has tried to send the message
+    EXPECT_EQ(token.use_count(), 3) << "the item waits for its adaptor";
+    EXPECT_FALSE(adaptor->Post(use, 1));
+    adaptor.reset();
+    EXPECT_EQ(token.use_count(), 2);
+    EXPECT_EQ(*token, 0);
+}
+
+TEST(EventLoopExecutor, ANestedLoopLearnsOfTheShutdownAndNeverSpins) {
+    auto const executor = CreateAsyncEventLoopExecutor("loop");
+    std::atomic<int> ended{0};
+    Gate nested(false);
+    auto const runNestedLoop = [&] {
+        pollfd watched{EventLoopDescriptor(), POLLIN, 0};
+        nested.Open();
+        do {
+            EXPECT_EQ(poll(&watched, 1, -1), 1);
+        } while (DispatchMessages());
+        EXPECT_EQ(poll(&watched, 1, 0), 0) << "readable though nothing more is handled";
+        ++ended;
+    };
+    executor->Post(runNestedLoop, 0); // runs the next one nested in it
+    executor->Post(runNestedLoop, 0);
+    executor->Post([&] { nested.Wait(), executor->Shutdown(); }, 0);
+    executor->Join();
+    EXPECT_EQ(ended, 2);
+    // A loop that is nested in the final drain learns of it, too.
+    auto const drained = CreateAsyncEventLoopExecutor("loop");
+    drained->Post([&] { drained->Post(runNestedLoop, 0), drained->Shutdown(); }, 0);
+    drained->Join();
+    EXPECT_EQ(ended, 3);
+}
+
+/// The niceness and the policy of the thread that runs the items of the executor.
+template <typename Executor>
+std::pair<int, int> PriorityOn(Executor& ioExecutor) {
+    std::promise<std::pair<int, int>> result;
+    ioExecutor.Post(
+        [&] {
+            result.set_value({getpriority(PRIO_PROCESS, 0), sched_getscheduler(0)});
+        },
+        0);
+    return result.get_future().get();
+}
+
+TEST(EventLoop, ThreadsOfLoweredPriorityDoNotLowerTheTimerOfOthers) {
+    std::pair<int, int> const normal{getpriority(PRIO_PROCESS, 0), SCHED_OTHER};
+    Adaptor low;
+    InAnotherThread([&] {
+        SetCurrentThreadPriority(kThreadPriorityIdle);
+        low = AdaptCurrentEventLoopAsExecutor();
+        if (geteuid() == 0) { // others have no right to raise a thread again
+            auto const executor = CreateAsyncEventLoopExecutor("loop");
+            EXPECT_EQ(PriorityOn(*executor), normal);
+            EXPECT_EQ(PriorityOn(*SharedTimer()), normal);
+        }
+    });
+    Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
+    EXPECT_EQ(PriorityOn(*SharedTimer()), normal);
 }
 
 TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
@@ -147,17 +241,20 @@ TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
     executor->Post(use, kHour);
     auto const shutDown = [&] {
         auto const held = HoldTimer(0); // so these are left to the final drain
-        EXPECT_TRUE(!executor->IsShutdown() && executor->IsCurrentThreadExecutorThread());
+        EXPECT_FALSE(executor->IsShutdown());
+        EXPECT_TRUE(executor->IsCurrentThreadExecutorThread());
         executor->Post([] { throw 1; }, 0);
         executor->Post(use, 0);
         executor->Join(), executor->Shutdown();
     };
     executor->Post(shutDown, 0);
     executor->Join();
-    EXPECT_TRUE(*token == 1 && token.use_count() == 2);
+    EXPECT_EQ(*token, 1);
+    EXPECT_EQ(token.use_count(), 2);
     executor->Shutdown();
     EXPECT_TRUE(executor->IsShutdown());
-    EXPECT_FALSE(executor->IsCurrentThreadExecutorThread() || executor->Post(use, 0));
+    EXPECT_FALSE(executor->IsCurrentThreadExecutorThread());
+    EXPECT_FALSE(executor->Post(use, 0));
 }
 
 TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
@@ -176,21 +273,22 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
         }
         executor->Shutdown();
         one.join(), two.join(), executor->Join();
-        EXPECT_TRUE(ran == accepted && token.use_count() == 1);
+        EXPECT_EQ(ran, accepted);
+        EXPECT_EQ(token.use_count(), 1);
     }
 }
 
 TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
     brindle::tests::RecordingErrorManager errors;
-    On([] {
+    InAnotherThread([] {
         RefuseEventDescriptors();
-        EXPECT_THROW(EventLoopDescriptor(), boost::thread_resource_error);
+        EXPECT_THROW(static_cast<void>(EventLoopDescriptor()), boost::thread_resource_error);
         EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
     });
     EXPECT_EQ(errors.codes, (decltype(errors.codes){20, 20}));
 }
 
-TEST(EventLoopExecutor, RefusedMemoryLeavesLoopsAndItemsWhole) {
+TEST(EventLoopExecutor, RefusedMemoryLosesNoItemAndNoLoop) {
     auto const token = std::make_shared<int>(0);
     auto executor = CreateAsyncEventLoopExecutor("loop");
     auto const useLoops = [&] {
@@ -206,7 +304,8 @@ TEST(EventLoopExecutor, RefusedMemoryLeavesLoopsAndItemsWhole) {
         executor->Shutdown(), executor->Join();
         EXPECT_EQ(token.use_count(), 1);
     };
-    On([&] { EXPECT_GT(brindle::tests::RefuseEachAllocation(useLoops, endLoop), 20); });
+    InAnotherThread(
+        [&] { EXPECT_GT(brindle::tests::RefuseEachAllocation(useLoops, endLoop), 20); });
     endLoop();
     EXPECT_EQ(*token, 1);
 }

@@ -6,8 +6,8 @@
 #include "tests/support/InThreads.h"
 #include "tests/support/RecordingErrorManager.h"
 #include "threads/src/locks/Gate.h"
-#include "threads/src/locks/Guarded.h"
 #include "threads/src/locks/ReadWriteLock.h"
+#include "threads/src/locks/ThreadErrors.h"
 
 #include <boost/thread/thread.hpp>
 #include <gtest/gtest.h>
@@ -21,9 +21,9 @@ namespace brindle::threads {
 
 namespace {
 
-/// Gives way to other threads, or spins, between the steps of a lock.
+/// Yields or spins between the steps of a lock, at random.
 struct RandomDelays {
-    static void Step() noexcept {
+    static void Pause() noexcept {
         static std::atomic<unsigned> seed{1};
         thread_local std::minstd_rand random(seed++);
         if (auto const choice = random() % 16; choice < 2) {
@@ -33,51 +33,52 @@ struct RandomDelays {
             }
         }
     }
-    static void BeforeSleep() noexcept { Step(); }
+    static void BeforeSleep() noexcept { Pause(); }
 };
 
-/// The next thread that is about to sleep in a lock says so.
-struct TellsBeforeSleep {
-    inline static std::atomic<SyncPoint*> S_teller{nullptr};
-    static void Step() noexcept {}
+/// Lets the test wait until a thread is about to sleep in a lock.
+struct SignalsBeforeSleep {
+    inline static std::atomic<SyncPoint*> S_signal{nullptr};
+    static void Pause() noexcept {}
     static void BeforeSleep() noexcept {
         boost::this_thread::disable_interruption const uninterrupted;
-        if (SyncPoint* const teller = S_teller.exchange(nullptr)) {
-            teller->Wait();
+        if (SyncPoint* const signal = S_signal.exchange(nullptr)) {
+            signal->Wait();
         }
     }
 };
 
 using tests::InThreads;
 
-/// Runs the function in a thread that is interrupted, and waits until it is about to sleep in a
-/// lock. The interruption must not end that sleep.
+/// Runs the function in a thread, and returns when that is about to sleep in a lock. The thread is
+/// interrupted, which must not end its sleep.
 template <typename Function>
 boost::thread Sleeper(Function inFunction) {
-    SyncPoint teller(2);
-    TellsBeforeSleep::S_teller = &teller;
+    SyncPoint isAboutToSleep(2);
+    SignalsBeforeSleep::S_signal = &isAboutToSleep;
     boost::thread thread([inFunction] { EXPECT_NO_THROW(inFunction()); });
     thread.interrupt();
-    teller.Wait();
+    isAboutToSleep.Wait();
     return thread;
 }
 
-TEST(Guarded, ReportsBoostsTwoFailuresAndPassesThemOn) {
+TEST(ThreadErrors, AreReportedAndRethrown) {
     tests::RecordingErrorManager errors;
-    EXPECT_THROW(Guarded([] { throw boost::thread_resource_error(); }),
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::thread_resource_error(); }),
                  boost::thread_resource_error);
     EXPECT_EQ(errors.TakeLines(), "1 106 20 $$$/brn/threads/Error/NotEnoughThreadResources="
                                   "Not enough thread resources.\n");
-    EXPECT_THROW(Guarded([] { throw boost::lock_error(); }), boost::lock_error);
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::lock_error(); }), boost::lock_error);
     EXPECT_EQ(errors.TakeLines(), "1 106 21 $$$/brn/threads/Error/FailedToAcquireThreadLock="
                                   "Failure to acquire thread lock.\n");
     errors.onError = [] { throw 7; };
-    EXPECT_THROW(Guarded([] { throw boost::lock_error(); }), int);
-    EXPECT_THROW(Guarded([] { throw boost::condition_error(); }), boost::condition_error);
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::lock_error(); }), int);
+    EXPECT_THROW(ReportingThreadErrors([] { throw boost::condition_error(); }),
+                 boost::condition_error);
     EXPECT_EQ(errors.TakeLines(), "");
 }
 
-TEST(Barrier, GivesTrueToOneCallerOfEachCycle) {
+TEST(Barrier, IsTrueForOneCallerOfEachCycle) {
     EXPECT_THROW(SyncPoint("nobody", 0), std::invalid_argument);
     Barrier barrier(3);
     Barrier moved(barrier);
@@ -94,7 +95,7 @@ TEST(Barrier, GivesTrueToOneCallerOfEachCycle) {
     });
 }
 
-TEST(SyncPoint, StaysForWhoWaitsWhenEveryHandleGoes) {
+TEST(SyncPoint, ExistsWhileAThreadWaitsThoughEveryHandleIsDestroyed) {
     for (int i = 0; i < 100; ++i) {
         std::optional<SyncPoint> first(2);
         std::optional<SyncPoint> second(first);
@@ -107,7 +108,7 @@ TEST(SyncPoint, StaysForWhoWaitsWhenEveryHandleGoes) {
 }
 
 TEST(RecursiveMutex, ExcludesOtherThreadsAndNotItsOwner) {
-    RecursiveMutex source("the name leaves no trace");
+    RecursiveMutex source("the name is not kept");
     RecursiveMutex mutex(source);
     int count = 0; // not atomic: the mutex guards it
     InThreads(3, [&](unsigned) {
@@ -122,7 +123,7 @@ TEST(RecursiveMutex, ExcludesOtherThreadsAndNotItsOwner) {
 
 TEST(CallOnce, RunsUntilItSucceedsAndNeverAgain) {
     static std::int32_t flag, innerFlag;
-    static int runs; // not atomic: every caller must see what the routine did
+    static int runs; // not atomic: every caller must see what the routine wrote
     auto const routine = [] {
         CallOnce([] { runs = 0; }, innerFlag);
         std::this_thread::yield(); // the others come to wait
@@ -143,14 +144,16 @@ TEST(CallOnce, RunsUntilItSucceedsAndNeverAgain) {
             }
             successes += runs == 2;
         });
-        EXPECT_TRUE(failures == 1 && successes == 3 && flag == 1);
+        EXPECT_EQ(failures, 1);
+        EXPECT_EQ(successes, 3);
+        EXPECT_EQ(flag, 1);
     }
 }
 
-using TellingGate = BasicGate<TellsBeforeSleep>;
+using SignallingGate = BasicGate<SignalsBeforeSleep>;
 
-TEST(Gate, LetsThroughWhoSleepsThoughItClosesAtOnce) {
-    std::optional<TellingGate> gate(false);
+TEST(Gate, ReleasesSleepersEvenIfItClosesAtOnce) {
+    std::optional<SignallingGate> gate(false);
     for (int i = 0; i < 3; ++i) {
         boost::thread sleeper = Sleeper([&] { gate->Wait(); });
         gate->Open();
@@ -182,13 +185,14 @@ TEST(Gate, LosesNoWakeUp) {
     });
 }
 
-using TellingLock = BasicReadWriteLock<TellsBeforeSleep>;
+using SignallingLock = BasicReadWriteLock<SignalsBeforeSleep>;
 
 TEST(ReadWriteLock, KeepsNewReadersOutWhileAWriterWaits) {
-    TellingLock lock;
-    EXPECT_TRUE(lock.LockShared(false) && lock.LockShared(true));
+    SignallingLock lock;
+    EXPECT_TRUE(lock.LockShared(false));
+    EXPECT_TRUE(lock.LockShared(true));
     EXPECT_FALSE(lock.LockExclusive(true));
-    EXPECT_TRUE(lock.LockShared(true)) << "the attempt left no trace";
+    EXPECT_TRUE(lock.LockShared(true)) << "the failed attempt left the lock as it was";
     int value = 0;
     boost::thread writer = Sleeper([&] {
         lock.LockExclusive(false);
@@ -209,13 +213,14 @@ TEST(ReadWriteLock, KeepsNewReadersOutWhileAWriterWaits) {
     writer.join();
     reader.join();
     EXPECT_TRUE(lock.LockExclusive(true));
-    EXPECT_FALSE(lock.LockExclusive(true) || lock.LockShared(true));
+    EXPECT_FALSE(lock.LockExclusive(true));
+    EXPECT_FALSE(lock.LockShared(true));
     lock.UnlockExclusive();
 }
 
-TEST(ReadWriteLock, ExcludesInEveryMixture) {
+TEST(ReadWriteLock, ExcludesInEveryMixtureOfOperations) {
     BasicReadWriteLock<RandomDelays> lock;
-    int first = 0; // written together by one holder, so all that share see them equal
+    int first = 0; // both are written under the exclusive lock, so readers see them equal
     int second = 0;
     std::atomic<int> writes{0};
     InThreads(4, [&](unsigned inThread) {
@@ -229,7 +234,7 @@ TEST(ReadWriteLock, ExcludesInEveryMixture) {
                 }
             } else if (lock.LockExclusive(isTry)) {
                 ++first;
-                RandomDelays::Step();
+                RandomDelays::Pause();
                 second = first;
                 ++writes;
                 lock.UnlockExclusive();
@@ -237,22 +242,26 @@ TEST(ReadWriteLock, ExcludesInEveryMixture) {
         }
     });
     EXPECT_EQ(first, writes);
-    EXPECT_TRUE(lock.LockExclusive(true)) << "nobody is left inside";
+    EXPECT_TRUE(lock.LockExclusive(true)) << "no thread is left inside";
     lock.UnlockExclusive();
 }
 
-TEST(ReadWriteLock, GuardsReleaseOnceAndTellMisuse) {
+// The analysis rejects this misuse at compile time.
+void ExpectMisuseThrows(ReadWriteLock& ioLock) BRN_NO_THREAD_SAFETY_ANALYSIS {
+    SharedGuard shared(ioLock);
+    ExclusiveGuard exclusive(ioLock, true);
+    EXPECT_FALSE(exclusive.IsLocked());
+    EXPECT_THROW(exclusive.Unlock(), boost::lock_error);
+    EXPECT_THROW(shared.Lock(), boost::lock_error);
+    shared.Unlock();
+    EXPECT_THROW(shared.Unlock(), boost::lock_error);
+    exclusive.Lock();
+    EXPECT_THROW(exclusive.Lock(), boost::lock_error);
+}
+
+TEST(ReadWriteLock, GuardsReleaseOnceAndThrowOnMisuse) {
     ReadWriteLock lock;
-    {
-        SharedGuard shared(lock);
-        ExclusiveGuard exclusive(lock, true);
-        EXPECT_THROW(exclusive.Unlock(), boost::lock_error);
-        EXPECT_THROW(shared.Lock(), boost::lock_error);
-        shared.Unlock();
-        EXPECT_THROW(shared.Unlock(), boost::lock_error);
-        exclusive.Lock();
-        EXPECT_THROW(exclusive.Lock(), boost::lock_error);
-    }
+    ExpectMisuseThrows(lock);
     EXPECT_TRUE(ExclusiveGuard(lock, true).IsLocked());
 }
 

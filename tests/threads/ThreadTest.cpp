@@ -21,7 +21,7 @@ namespace brindle::threads {
 
 namespace {
 
-/// Adopts a thread, and gives its own away.
+/// Makes the protected members public.
 class OpenThread : public Thread {
 public:
     using Thread::GetThread;
@@ -29,7 +29,7 @@ public:
     OpenThread(std::string const& inName, boost::thread* inThread) : Thread(inName, inThread) {}
 };
 
-TEST(Thread, ComparesByTheThreadThatItDenotes) {
+TEST(Thread, ComparesByThreadAndNotByName) {
     Thread const here("here");
     EXPECT_TRUE(here == Thread("the same"));
     std::unique_ptr<Thread> there;
@@ -40,21 +40,24 @@ TEST(Thread, ComparesByTheThreadThatItDenotes) {
     };
     Thread started("started", body);
     started.Join();
-    EXPECT_TRUE(started == *there && started != here);
+    EXPECT_TRUE(started == *there);
+    EXPECT_TRUE(started != here);
     EXPECT_NE(id, GetCurrentThreadID());
-    // The system gives the id of a thread that has ended to one of the next.
+    // The system gives the id of a thread that has ended to a later one.
     for (int i = 0; i < 20; ++i) {
         Thread next("next", body);
         EXPECT_TRUE(next != started);
         next.Join();
-        EXPECT_TRUE(next == *there && started != *there);
+        EXPECT_TRUE(next == *there);
+        EXPECT_TRUE(started != *there);
     }
     OpenThread adopted("adopted", new boost::thread(body));
     adopted.Join();
-    EXPECT_TRUE(adopted == *there && adopted != here);
+    EXPECT_TRUE(adopted == *there);
+    EXPECT_TRUE(adopted != here);
 }
 
-TEST(Thread, TransfersTheThreadAndJoinsItOnce) {
+TEST(Thread, IsTransferredAndJoinedOnce) {
     int value = 0;
     Thread source("source", [&] { value = 1; });
     Thread thread(source);
@@ -77,7 +80,7 @@ TEST(Thread, TransfersTheThreadAndJoinsItOnce) {
     EXPECT_EQ(errors.codes, tests::RecordingErrorManager::Codes{20});
 }
 
-TEST(Thread, SleepsUntilATimeHoweverFarOrPast) {
+TEST(Thread, SleepsUntilAnyTimeFarOrPast) {
     boost::xtime time{};
     Thread::Sleep(time);
     boost::xtime_get(&time, boost::TIME_UTC_);
@@ -104,7 +107,7 @@ TEST(ThreadGroup, CountsAndJoinsItsThreads) {
     group->AddThread(first.get());
     EXPECT_EQ(group->Size(), 2);
     group->AddThread(&other);
-    second.reset(); // the group keeps the thread
+    second.reset(); // the group still owns the thread
     group = std::make_unique<ThreadGroup>(*group);
     group->JoinAll();
     EXPECT_EQ(runs, 2);
@@ -112,7 +115,7 @@ TEST(ThreadGroup, CountsAndJoinsItsThreads) {
     group->RemoveThread(first.get());
     EXPECT_EQ(group->Size(), 2);
     group.reset();
-    other.Join(); // as it was joined: at once
+    other.Join(); // joined before, so it returns at once
 }
 
 TEST(ThreadGroup, GrowsFromManyThreadsWhileOthersJoin) {
@@ -124,7 +127,8 @@ TEST(ThreadGroup, GrowsFromManyThreadsWhileOthersJoin) {
             group.JoinAll();
         }
     });
-    EXPECT_TRUE(runs == 75 && group.Size() == 75);
+    EXPECT_EQ(runs, 75);
+    EXPECT_EQ(group.Size(), 75);
 }
 
 TEST(ThreadGroup, StartsNothingWithoutMemory) {
@@ -139,12 +143,13 @@ TEST(ThreadGroup, StartsNothingWithoutMemory) {
         tests::RefuseEachAllocation([&] { thread.reset(group.CreateThread(body)); }, isAsBefore),
         3);
     group.JoinAll();
-    EXPECT_TRUE(runs == 1 && group.Size() == 1);
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(group.Size(), 1);
 }
 
 /// Ends the process with 0 if it reported that it could not start threads, and could afterwards.
 [[noreturn]] void StartThreadsBeyondTheLimit() {
-    // The limit binds no root.
+    // The limit does not apply to root.
     if (geteuid() == 0 && setuid(65534) != 0) {
         _exit(2);
     }
@@ -156,7 +161,7 @@ TEST(ThreadGroup, StartsNothingWithoutMemory) {
     ThreadGroup group("group");
     boost::function0<void> const body = [] {};
     EXPECT_THROW(Thread("refused", body), boost::thread_resource_error);
-    EXPECT_THROW(group.CreateThread(body), boost::thread_resource_error);
+    EXPECT_THROW(static_cast<void>(group.CreateThread(body)), boost::thread_resource_error);
     EXPECT_EQ(errors.codes, (tests::RecordingErrorManager::Codes{20, 20}));
     EXPECT_EQ(group.Size(), 0);
     limit.rlim_cur = former;
@@ -166,11 +171,11 @@ TEST(ThreadGroup, StartsNothingWithoutMemory) {
     _exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
-TEST(Thread, ReportsThatTheSystemHasNoMore) {
+TEST(Thread, ReportsThatTheSystemHasNoMoreThreads) {
     EXPECT_EXIT(StartThreadsBeyondTheLimit(), testing::ExitedWithCode(0), "");
 }
 
-TEST(ThreadPriority, IsTheCallersAloneAndNormalIfItIsNone) {
+TEST(ThreadPriority, IsSetForTheCallingThreadAndUnknownValuesAreNormal) {
     std::int32_t const expected[] = {0, -15, -2, -1, 0, 1, 2, 0};
     for (std::int32_t priority = -1; priority <= 6; ++priority) {
         EXPECT_EQ(PlatformPriority(static_cast<ThreadPriority>(priority)), expected[priority + 1]);

@@ -1,4 +1,5 @@
 #include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/Thread.h>
 
 #include "tests/support/AllocationFailure.h"
 
@@ -6,14 +7,34 @@
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <gtest/gtest.h>
 
+#include <sys/syscall.h>
+
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <ctime>
+#include <fstream>
 #include <future>
 #include <mutex>
 #include <random>
 #include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
+
+namespace {
+
+std::atomic<int> S_timeZoneCalls{0};
+
+} // namespace
+
+/// In place of the C library's function, which takes a lock that all functions of the time zone
+/// share.
+extern "C" std::tm* gmtime_r(std::time_t const* inTime, std::tm* outTime) {
+    ++S_timeZoneCalls;
+    *outTime = *std::gmtime(inTime);
+    return outTime;
+}
 
 namespace brindle::threads {
 
@@ -26,7 +47,7 @@ Pool MakePool(int inThreadCount) {
     return CreateAsyncThreadedExecutor("test", inThreadCount, kThreadPriorityNormal);
 }
 
-TEST(WorkQueue, OneWorkerRunsInTheOrderOfPostingWhateverItemsDo) {
+TEST(WorkQueue, OneWorkerRunsItemsInTheOrderOfPosting) {
     Pool const pool = MakePool(1);
     std::vector<int> ran;
     pool->Post([&] { ran.push_back(1); }, 0);
@@ -49,7 +70,7 @@ TEST(WorkQueue, OneWorkerRunsInTheOrderOfPostingWhateverItemsDo) {
     EXPECT_FALSE(pool->IsCurrentThreadExecutorThread());
 }
 
-TEST(WorkQueue, HasAsManyWorkersAsAsked) {
+TEST(WorkQueue, HasTheNumberOfWorkersAskedFor) {
     EXPECT_EQ(MakePool(-1)->GetThreadCount(),
               static_cast<std::int32_t>(std::thread::hardware_concurrency()));
     EXPECT_EQ(MakePool(3)->GetThreadCount(), 3);
@@ -102,7 +123,48 @@ TEST(WorkQueue, DelayedItemsRunWhenTheyAreDueAndInThatOrder) {
     }
 }
 
-TEST(WorkQueue, ABusyWorkerHandsTheTimerOn) {
+TEST(WorkQueue, EqualDelaysRunInTheOrderOfPosting) {
+    constexpr int kCount = 20'000;
+    Pool const pool = MakePool(1);
+    int const timeZoneCalls = S_timeZoneCalls;
+    std::vector<int> ran;
+    std::promise<void> done;
+    for (int i = 0; i < kCount; ++i) {
+        pool->Post([&, i] { ran.push_back(i), i + 1 == kCount ? done.set_value() : void(); }, 20);
+    }
+    done.get_future().wait();
+    EXPECT_TRUE(std::is_sorted(ran.begin(), ran.end()));
+    EXPECT_EQ(S_timeZoneCalls, timeZoneCalls) << "posting takes the lock of the time zone";
+}
+
+// The clock cannot be set for a test, so this looks at the system call in which the worker waits.
+TEST(WorkQueue, AWorkerWaitsByTheClockThatItemsAreDueBy) {
+    constexpr std::uint32_t kHour = 3'600'000;
+    Pool const pool = MakePool(1);
+    std::promise<std::uint32_t> id;
+    pool->Post([&] { id.set_value(GetCurrentThreadID()); }, 0);
+    std::string const path =
+        "/proc/self/task/" + std::to_string(id.get_future().get()) + "/syscall";
+    if (!std::ifstream(path)) {
+        GTEST_SKIP() << path << " cannot be read";
+    }
+    std::time_t const earliest = std::time(nullptr) + kHour / 1000;
+    pool->Post([] {}, kHour);
+    std::time_t const latest = std::time(nullptr) + kHour / 1000;
+    // The worker may still be on its way to sleep until the item is due.
+    long call = 0;
+    unsigned long word = 0, operation = 0, value = 0, deadline = 0;
+    while (call != SYS_futex || deadline == 0) {
+        std::ifstream(path) >> call >> std::hex >> word >> operation >> value >> deadline;
+    }
+    constexpr unsigned long kClockRealtime = 256;
+    EXPECT_NE(operation & kClockRealtime, 0U);
+    std::time_t const seconds = reinterpret_cast<timespec const*>(deadline)->tv_sec;
+    EXPECT_GE(seconds, earliest);
+    EXPECT_LE(seconds, latest + 1);
+}
+
+TEST(WorkQueue, ABusyWorkerPassesTheTimerRoleOn) {
     Pool const pool = MakePool(2);
     for (int i = 0; i < 50; ++i) {
         std::promise<void> delayedRan;
@@ -113,7 +175,7 @@ TEST(WorkQueue, ABusyWorkerHandsTheTimerOn) {
     }
 }
 
-TEST(WorkQueue, ShutdownRunsWhatIsQueuedAndDropsWhatIsNotDue) {
+TEST(WorkQueue, ShutdownRunsQueuedItemsAndDropsThoseNotDue) {
     Pool const pool = MakePool(1);
     auto token = boost::make_shared<int>();
     boost::weak_ptr<int> const held = token;
@@ -123,7 +185,7 @@ TEST(WorkQueue, ShutdownRunsWhatIsQueuedAndDropsWhatIsNotDue) {
     for (int i = 0; i < 5; ++i) {
         pool->Post([&] { ++ran; }, 0);
     }
-    // What goes with a dropped item may call the pool.
+    // The destructor of a dropped item may call the pool.
     boost::shared_ptr<void> const calling(nullptr, [&](void*) { pool->Post([] {}, 1); });
     pool->Post([token = std::move(token), calling] { ADD_FAILURE(); }, 3'600'000);
     EXPECT_EQ(ran, 0);
@@ -133,7 +195,7 @@ TEST(WorkQueue, ShutdownRunsWhatIsQueuedAndDropsWhatIsNotDue) {
     EXPECT_TRUE(pool->IsShutdown());
     EXPECT_FALSE(pool->Post([] { ADD_FAILURE(); }, 0));
     EXPECT_FALSE(pool->Post([] { ADD_FAILURE(); }, 1));
-    pool->Suspend(); // nothing, from here
+    pool->Suspend(); // has no effect after a shutdown
     pool->Synchronize();
     pool->Synchronize();
     EXPECT_EQ(ran, 5);
@@ -154,7 +216,7 @@ TEST(WorkQueue, NothingStartsWhileSuspended) {
     }
 }
 
-TEST(WorkQueue, TheLastReferenceMayGoOnAWorker) {
+TEST(WorkQueue, TheLastReferenceMayBeReleasedOnAWorker) {
     struct AtEndOfThread {
         ~AtEndOfThread() { ended->set_value(); }
         std::promise<void>* ended;
@@ -178,7 +240,7 @@ TEST(WorkQueue, TheLastReferenceMayGoOnAWorker) {
     EXPECT_EQ(ran, 1);
 }
 
-TEST(WorkQueue, EveryItemIsReleasedOnceWhenThePoolGoesAtAnyMoment) {
+TEST(WorkQueue, EveryItemIsReleasedOnceWheneverThePoolIsDestroyed) {
     auto const token = boost::make_shared<std::atomic<int>>(0);
     for (int round = 0; round < 150; ++round) {
         Pool pool = MakePool(round % 3 + 1);

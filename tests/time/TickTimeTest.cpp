@@ -65,9 +65,11 @@ constexpr std::int64_t Aligned(std::int64_t inTicks, FrameRate const& inRate) {
 static_assert(EveryRateIsExact());
 
 static_assert(FrameRate(29.97).GetTicksPerFrame() == 8475675675);
-static_assert(kFrameRate_Zero < kFrameRate_Video10 && !(kFrameRate_Video10 <= kFrameRate_Zero));
+static_assert(kFrameRate_Zero < kFrameRate_Video10);
+static_assert(!(kFrameRate_Video10 <= kFrameRate_Zero));
 
-static_assert(TickTime(-400000.0) == kTickTime_Invalid && kTickTime_Invalid < kTickTime_Min);
+static_assert(TickTime(-400000.0) == kTickTime_Invalid);
+static_assert(kTickTime_Invalid < kTickTime_Min);
 static_assert(TickTime(4294967301, kFrameRate_Audio8000).ToFrame32(kFrameRate_Audio8000) == 5);
 static_assert(Ticks(kLargest).ToFrame64(kFrameRate_Zero) == 0);
 static_assert(Ticks(kLeast).ToFrame64(FrameRate::Create(-1)) == kLeast);
@@ -75,35 +77,40 @@ static_assert(Aligned(-10584000001, kFrameRate_Film24) == -10584000000);
 static_assert(RateOf(Ticks(kLeast), ~std::uint64_t{0}).GetTicksPerFrame() == kLeast);
 
 // A factor and a divisor keep their sign and their width.
-static_assert(Ticks(10) * 4294967295u == Ticks(42949672950) && Ticks(10) * -1 == Ticks(-10));
-static_assert(Ticks(42949672950) / 4294967295u == Ticks(10) && Ticks(-7) / 2u == Ticks(-3));
-static_assert(Ticks(-7) * 0.5 == Ticks(-3) && Ticks(7) / -2.0 == Ticks(-3));
+static_assert(Ticks(10) * 4294967295u == Ticks(42949672950));
+static_assert(Ticks(10) * -1 == Ticks(-10));
+static_assert(Ticks(42949672950) / 4294967295u == Ticks(10));
+static_assert(Ticks(-7) / 2u == Ticks(-3));
+static_assert(Ticks(-7) * 0.5 == Ticks(-3));
+static_assert(Ticks(7) / -2.0 == Ticks(-3));
 
-static_assert(Ticks(kLargest) + Ticks(1) == Ticks(kLeast) && -Ticks(kLeast) == Ticks(kLeast));
-static_assert(Ticks(kLeast) / -1 == Ticks(kLeast) && TickTime(-1.5).Abs() == TickTime(1.5));
+static_assert(Ticks(kLargest) + Ticks(1) == Ticks(kLeast));
+static_assert(-Ticks(kLeast) == Ticks(kLeast));
+static_assert(Ticks(kLeast) / -1 == Ticks(kLeast));
+static_assert(TickTime(-1.5).Abs() == TickTime(1.5));
 
 TEST(TickTime, DoublesOutOfRangeBecomeTheLeastInteger) {
-    double volatile zero = 0.0; // keeps the arithmetic out of the compiler's hands
+    double volatile zero = 0.0; // so that the compiler cannot fold what follows
     for (double const seconds : {1 / zero, -1 / zero, zero / zero, 36310201.1, 1e300, -1e300}) {
-        EXPECT_EQ(kLeast, TickTime(seconds).GetTicks()) << seconds;
-        EXPECT_EQ(kLeast, (Ticks(kTicksPerSecond) * seconds).GetTicks()) << seconds;
+        EXPECT_EQ(TickTime(seconds).GetTicks(), kLeast) << seconds;
+        EXPECT_EQ((Ticks(kTicksPerSecond) * seconds).GetTicks(), kLeast) << seconds;
     }
-    EXPECT_EQ(kLeast, TickTime(std::nan("")).GetTicks()) << "also where the compiler folds it";
+    EXPECT_EQ(TickTime(std::nan("")).GetTicks(), kLeast) << "also where the compiler folds it";
 }
 
 TEST(TickTime, IsWrittenAsTheStreamWritesItsSeconds) {
     std::ostringstream text;
     text << TickTime(1.5) << ' ' << std::fixed << TickTime(-100.25);
-    EXPECT_EQ("1.5 -100.250000", text.str());
+    EXPECT_EQ(text.str(), "1.5 -100.250000");
 }
 
 TEST(TickTime, ViolatedContractsReportAndGoOnWithoutATrap) {
     tests::RecordingErrorManager manager;
     debug::SetContractMessageHook(
-        [](char const* inText) { EXPECT_EQ(0u, std::string(inText).find("[time/src/TickTime-")); });
+        [](char const* inText) { EXPECT_EQ(std::string(inText).find("[time/src/TickTime-"), 0u); });
     auto const expect = [&](std::size_t inReports, std::int64_t inTicks, TickTime const& inResult) {
-        EXPECT_EQ(inTicks, inResult.GetTicks());
-        EXPECT_EQ(std::vector<std::int32_t>(inReports, 25), std::exchange(manager.codes, {}));
+        EXPECT_EQ(inResult.GetTicks(), inTicks);
+        EXPECT_EQ(std::exchange(manager.codes, {}), std::vector<std::int32_t>(inReports, 25));
     };
     TickTime time = Ticks(3);
     expect(2, 3, time / 0);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr FrameCounting kBoth[] = {FrameCounting::kNonDrop, FrameCounting::kDropFrame};
 
-/// A clock of frame numbers that steps by carrying.
+/// Counts timecode as a mileage counter does: a wheel that goes back to 0 moves the next one.
 struct Odometer {
     void Step() {
         for (std::size_t i = 4; i-- > 0;) {
@@ -42,12 +42,12 @@ TEST(Timecode, EveryFrameOfADayGoesThereAndBack) {
                 clock.Step();
             }
             TickTime const time(frame, rate);
-            ASSERT_EQ(clock.text, format.ToText(time)) << frame;
-            ASSERT_EQ(time, format.ToTime(clock.text).time) << clock.text;
-            ASSERT_EQ((frame != 0 ? "-" : "") + clock.text, format.ToText(-time));
+            ASSERT_EQ(format.ToText(time), clock.text) << frame;
+            ASSERT_EQ(format.ToTime(clock.text).time, time) << clock.text;
+            ASSERT_EQ(format.ToText(-time), (frame != 0 ? "-" : "") + clock.text);
         }
-        EXPECT_EQ("24:00:00", clock.text.substr(0, 8));
-        EXPECT_EQ(0, clock.fields[3]);
+        EXPECT_EQ(clock.text.substr(0, 8), "24:00:00");
+        EXPECT_EQ(clock.fields[3], 0);
     }
 }
 
@@ -58,13 +58,13 @@ TEST(Timecode, FrameDigitsAreAsWideAsTheRateNeeds) {
                                                       {FrameRate(1.0), "00"}};
     for (auto const& [rate, lastFrame] : rows) {
         auto const format = TimecodeFormat::Create(rate, FrameCounting::kNonDrop).value();
-        EXPECT_EQ("00:00:00:" + lastFrame, format.ToText(TickTime(std::stoll(lastFrame), rate)));
-        EXPECT_EQ("00:00:01:" + std::string(lastFrame.size(), '0'),
-                  format.ToText(TickTime(std::stoll(lastFrame) + 1, rate)));
+        EXPECT_EQ(format.ToText(TickTime(std::stoll(lastFrame), rate)), "00:00:00:" + lastFrame);
+        EXPECT_EQ(format.ToText(TickTime(std::stoll(lastFrame) + 1, rate)),
+                  "00:00:01:" + std::string(lastFrame.size(), '0'));
     }
 }
 
-TEST(Timecode, RatesWithoutItAreRefused) {
+TEST(Timecode, IsRefusedForRatesThatHaveNone) {
     for (FrameRate const& rate : {kFrameRate_Zero, kFrameRate_Video12_5, FrameRate::Create(0),
                                   FrameRate::Create(-10584000000), FrameRate(29.97)}) {
         EXPECT_FALSE(TimecodeFormat::Create(rate, FrameCounting::kNonDrop));
@@ -72,13 +72,13 @@ TEST(Timecode, RatesWithoutItAreRefused) {
     EXPECT_FALSE(TimecodeFormat::Create(kFrameRate_23976, FrameCounting::kDropFrame));
 }
 
-TEST(Timecode, TextThatIsNoneSaysWhy) {
+TEST(Timecode, TellsWhyATextIsNotOne) {
     auto const ntsc = TimecodeFormat::Create(kFrameRate_VideoNTSC, kBoth[1]).value();
     for (std::string_view const text :
          {"", "-", "00:00:00", "0:00:00:00", "00:0:00:00", "00:00:00:0", "00:00:00:000",
           "00:000:00:00", "00:00:00.00", "00;00:00;00", "00:00:00:00 ", "--00:00:00:00",
           "00:60:00:0x"}) {
-        EXPECT_EQ(TimecodeFault::kForm, ntsc.ToTime(text).fault) << text;
+        EXPECT_EQ(ntsc.ToTime(text).fault, TimecodeFault::kForm) << text;
     }
     using F = TimecodeFault;
     std::pair<char const*, F> const rows[] = {{"00:60:00:00", F::kMinutes},
@@ -92,13 +92,13 @@ TEST(Timecode, TextThatIsNoneSaysWhy) {
                                               {"18446744073709551616:00:00:00", F::kTooLarge},
                                               {"0000000000000000000000001:00:00:00", F::kNone}};
     for (auto const& [text, fault] : rows) {
-        EXPECT_EQ(fault, ntsc.ToTime(text).fault) << text;
-        EXPECT_EQ(fault == F::kNone, ntsc.ToTime(text).time != TickTime()) << text;
+        EXPECT_EQ(ntsc.ToTime(text).fault, fault) << text;
+        EXPECT_EQ(ntsc.ToTime(text).time != TickTime(), fault == F::kNone) << text;
     }
     auto const film = TimecodeFormat::Create(kFrameRate_Film24, kBoth[0]).value();
     auto const ticks = TimecodeFormat::Create(FrameRate::Create(1), kBoth[0]).value();
-    EXPECT_EQ(F::kTooLarge, ticks.ToTime("20174:00:00:000000000000").fault) << "over 64 bits";
-    EXPECT_EQ(F::kNoDropFrame, film.ToTime("00:00:00;00").fault);
+    EXPECT_EQ(ticks.ToTime("20174:00:00:000000000000").fault, F::kTooLarge) << "over 64 bits";
+    EXPECT_EQ(film.ToTime("00:00:00;00").fault, F::kNoDropFrame);
 }
 
 } // namespace

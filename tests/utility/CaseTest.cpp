@@ -16,8 +16,8 @@ UTF16String One(std::size_t inUnit) {
 struct {
     UTF16String (*convert)(UTF16String const&);
     void (*convertInPlace)(UTF16String&);
-    /// FNV-1a of what each of the 65536 units becomes by itself, each with a NUL behind it; taken
-    /// from the Unicode database and the frozen set of units, without the library.
+    /// FNV-1a of the mappings of all 65536 units, each followed by a NUL. It was computed from the
+    /// Unicode database and the frozen set of units, independently of the library.
     std::uint32_t sum;
 } const kMappings[] = {{LowerCase, ToLowerCase, 0x52FC7D32},
                        {UpperCase, ToUpperCase, 0x8B88E47C},
@@ -25,7 +25,7 @@ struct {
 
 } // namespace
 
-TEST(Case, EveryUnitIsMappedAsTheUnicodeDatabaseTells) {
+TEST(Case, EveryUnitIsMappedByTheUnicodeDatabase) {
     for (auto const& mapping : kMappings) {
         std::uint32_t sum = 2166136261;
         for (std::size_t unit = 0; unit < 0x10000; ++unit) {
@@ -39,13 +39,13 @@ TEST(Case, EveryUnitIsMappedAsTheUnicodeDatabaseTells) {
     EXPECT_EQ(FoldCase(u"\uFB03\u0130\u0131\u03A3"_utf16), u"ffiii\u03C2"_utf16);
 }
 
-TEST(Case, LongTextsAreTheSumOfTheirUnits) {
+TEST(Case, LongTextsAreMappedUnitByUnit) {
     UTF16String const kinds = u"qZ\u00E9\u00DF\u0416\u6F22\xD801\u24B6\u24D0\uFB03\uFF21"_utf16;
     std::mt19937 random(1);
     for (std::size_t round = 0; round < 400; ++round) {
         UTF16String text;
         while (text.size() < round) {
-            // Runs of one kind, so that every path meets whole chunks and their borders.
+            // Runs of one kind, so that every code path sees whole chunks and their borders.
             text.append(random() % 70, kinds[random() % kinds.size()]);
         }
         for (auto const& mapping : kMappings) {

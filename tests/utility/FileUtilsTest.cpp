@@ -66,8 +66,10 @@ TEST_F(FileUtilsTest, WholeFilesAreWrittenAppendedAndRemoved) {
     FileUtils::CreateNewFile(path);
     FileUtils::SimpleAppendStringToFile(path, "one\n"_utf8);
     EXPECT_EQ(ContentOf("file"), "one\n");
-    EXPECT_TRUE(FileUtils::FileExists(path) && FileUtils::RemoveFile(path));
-    EXPECT_FALSE(FileUtils::FileExists(path) || FileUtils::RemoveFile(path));
+    EXPECT_TRUE(FileUtils::FileExists(path));
+    EXPECT_TRUE(FileUtils::RemoveFile(path));
+    EXPECT_FALSE(FileUtils::FileExists(path));
+    EXPECT_FALSE(FileUtils::RemoveFile(path));
 }
 
 TEST_F(FileUtilsTest, ListingsAndFreshNamesSeeWhatIsThere) {
@@ -96,7 +98,8 @@ TEST_F(FileUtilsTest, ShortcutsResolveOrTellWhyNot) {
     EXPECT_EQ(FileUtils::ResolveIT(path, isDirectory), static_cast<std::int32_t>(0x80070002U));
     EXPECT_EQ(FileUtils::CreateLink(mTemporary.Path(), link, {}), 0);
     EXPECT_EQ(FileUtils::ResolveIT(path, isDirectory), 0);
-    EXPECT_TRUE(isDirectory && path == mTemporary.Path());
+    EXPECT_TRUE(isDirectory);
+    EXPECT_EQ(path, mTemporary.Path());
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <brindle/utility/StringStreams.h>
 
 #include "tests/support/RecordingErrorManager.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@
 
 static bool S_systemHasRandomBytes = true;
 
-/// Stands before the system's own, so that it can fail.
+/// Replaces the system's function, so that it can fail.
 extern "C" ssize_t getrandom(void* outBytes, std::size_t inCount, unsigned inFlags) {
     return S_systemHasRandomBytes ? ::syscall(SYS_getrandom, outBytes, inCount, inFlags) : -1;
 }
@@ -27,41 +28,40 @@ std::string const kMalformed =
 std::string const kText = "fedcba98-7654-3210-0f1e-2d3c4b5a6978";
 constexpr Guid kGuid(0xFEDCBA98, 0x7654, 0x3210, 0x0F, 0x1E, 0x2D, 0x3C, 0x4B, 0x5A, 0x69, 0x78);
 
-UTF16String Wide(std::string const& inText) {
-    return {inText.begin(), inText.end()};
-}
+using tests::Wide;
 
-TEST(Guid, TextGoesBothWaysAndWhateverElseIsReported) {
+TEST(Guid, TextIsParsedAndWrittenAndOtherTextIsReported) {
     tests::RecordingErrorManager errors;
     for (auto const& text : {kText, std::string("FEDCBA98-7654-3210-0F1E-2D3C4B5A6978")}) {
-        EXPECT_TRUE(kGuid == Guid(text.c_str()) && kGuid == Guid(text) &&
-                    kGuid == Guid(Wide(text)));
+        EXPECT_EQ(Guid(text.c_str()), kGuid);
+        EXPECT_EQ(Guid(text), kGuid);
+        EXPECT_EQ(Guid(Wide(text)), kGuid);
     }
-    EXPECT_EQ(Wide(kText), kGuid.AsString());
-    EXPECT_TRUE(kGuid == Guid(Wide(kText) + u"\0more"_utf16)) << "conversion ends at a NUL";
-    EXPECT_EQ("", errors.TakeLines());
+    EXPECT_EQ(kGuid.AsString(), Wide(kText));
+    EXPECT_EQ(Guid(Wide(kText) + u"\0more"_utf16), kGuid) << "the text ends at a NUL";
+    EXPECT_EQ(errors.TakeLines(), "");
 
-    EXPECT_TRUE(Guid() == Guid(static_cast<char const*>(nullptr)));
-    EXPECT_EQ(kMalformed, errors.TakeLines());
+    EXPECT_EQ(Guid(static_cast<char const*>(nullptr)), Guid());
+    EXPECT_EQ(errors.TakeLines(), kMalformed);
     for (std::size_t i = 0; i < kText.size(); ++i) {
         UTF16String wide = Wide(kText);
         wide[i] = static_cast<std::uint16_t>(wide[i] + 0x100);
-        EXPECT_TRUE(Guid() == Guid(wide));
-        EXPECT_EQ(kMalformed, errors.TakeLines()) << "a unit that only ends like a digit, at " << i;
+        EXPECT_EQ(Guid(wide), Guid());
+        EXPECT_EQ(errors.TakeLines(), kMalformed) << "a digit's low byte in another unit, at " << i;
         for (auto const& wrong : {"", "g", "G", "/", ":", "@", "`", "\xB0", "00", "--"}) {
-            EXPECT_TRUE(Guid() == Guid(std::string(kText).replace(i, 1, wrong)));
-            EXPECT_EQ(kMalformed, errors.TakeLines()) << wrong << " at " << i;
+            EXPECT_EQ(Guid(std::string(kText).replace(i, 1, wrong)), Guid());
+            EXPECT_EQ(errors.TakeLines(), kMalformed) << wrong << " at " << i;
         }
     }
 }
 
-TEST(Guid, FieldsComeBackAndOrderByGroupsThenBySignedHalves) {
+TEST(Guid, FieldsAreKeptAndOrderedByGroupsAndSignedHalves) {
     std::uint32_t f1 = 0;
     std::uint16_t f2 = 0, f3 = 0;
     std::uint8_t b[8];
     Guid::GuidToComponents(kGuid, f1, f2, f3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
-    EXPECT_TRUE(kGuid == Guid(f1, f2, f3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]));
-    EXPECT_EQ(0x0F, kGuid.GetGUID().Data4[0]);
+    EXPECT_EQ(Guid(f1, f2, f3, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]), kGuid);
+    EXPECT_EQ(kGuid.GetGUID().Data4[0], 0x0F);
 
     char const* const ascending[] = {
         "00000000-0000-0000-0000-008000000000", "00000000-0000-0000-0000-00ff00000000",
@@ -76,9 +76,11 @@ TEST(Guid, FieldsComeBackAndOrderByGroupsThenBySignedHalves) {
     for (auto const& lhs : ascending) {
         for (auto const& rhs : ascending) {
             Guid const left(lhs), right(rhs);
-            EXPECT_TRUE((left < right) == (&lhs < &rhs) && (left > right) == (&lhs > &rhs) &&
-                        (left == right) == (&lhs == &rhs) && (left != right) == (&lhs != &rhs))
-                << lhs << ' ' << rhs;
+            SCOPED_TRACE(std::string(lhs) + ' ' + rhs);
+            EXPECT_EQ(left < right, &lhs < &rhs);
+            EXPECT_EQ(left > right, &lhs > &rhs);
+            EXPECT_EQ(left == right, &lhs == &rhs);
+            EXPECT_EQ(left != right, &lhs != &rhs);
         }
     }
 }
@@ -87,28 +89,36 @@ TEST(Guid, StreamsCarryIt) {
     tests::RecordingErrorManager errors;
     auto const expectWords = [&errors](auto&& ioStream) {
         Guid guid;
-        EXPECT_TRUE(ioStream >> guid && guid == kGuid);
-        EXPECT_TRUE(ioStream >> guid && guid == Guid());
-        EXPECT_EQ(kMalformed, errors.TakeLines());
+        EXPECT_TRUE(ioStream >> guid);
+        EXPECT_EQ(guid, kGuid);
+        EXPECT_TRUE(ioStream >> guid);
+        EXPECT_EQ(guid, Guid());
+        EXPECT_EQ(errors.TakeLines(), kMalformed);
         guid = kGuid;
-        EXPECT_TRUE(!(ioStream >> guid) && guid == kGuid) << "no word is left";
-        EXPECT_EQ("", errors.TakeLines());
+        EXPECT_FALSE(ioStream >> guid) << "no word is left";
+        EXPECT_EQ(guid, kGuid);
+        EXPECT_EQ(errors.TakeLines(), "");
     };
     std::ostringstream out;
     oUTF16StringStream wideOut;
-    out << kGuid;
-    wideOut << kGuid;
-    expectWords(std::istringstream(out.str() + " wrong "));
-    expectWords(iUTF16StringStream(wideOut.str() + Wide("\twrong")));
+    oUTF8StringStream byteOut;
+    out << 1 << ' ' << kGuid << " wrong ";
+    wideOut << 1 << ' ' << kGuid << "\twrong";
+    byteOut << 1 << ' ' << kGuid << " wrong";
+    int number = 0;
+    expectWords(std::istringstream(out.str()) >> number);
+    expectWords(iUTF16StringStream(wideOut.str()) >> number);
+    expectWords(iUTF8StringStream(byteOut.str()) >> number);
+    EXPECT_EQ((oUTF16StringStream() << kGuid).str(), Wide(kText));
 }
 
 TEST(Guid, ASystemWithoutRandomBytesIsReported) {
     tests::RecordingErrorManager errors;
     S_systemHasRandomBytes = false;
-    EXPECT_TRUE(Guid::CreateUnique() == Guid());
+    EXPECT_EQ(Guid::CreateUnique(), Guid());
     S_systemHasRandomBytes = true;
-    EXPECT_EQ("1 105 27 $$$/brn/utility/Error/CouldntCreateGUID=Couldn't create Guid.\n",
-              errors.TakeLines());
+    EXPECT_EQ(errors.TakeLines(),
+              "1 105 27 $$$/brn/utility/Error/CouldntCreateGUID=Couldn't create Guid.\n");
 }
 
 } // namespace

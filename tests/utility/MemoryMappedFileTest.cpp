@@ -19,8 +19,7 @@ constexpr std::uint32_t kOpen = MemoryMappedFile::kMappedFileWritable;
 constexpr std::uint32_t kCreate =
     kOpen | MemoryMappedFile::kMappedFileCreate | MemoryMappedFile::kMappedFileMapNow;
 
-/// Runs a body in a process of its own, which then stays until it is killed, at the latest when the
-/// result goes.
+/// Runs a body in a child process, which stops after it and is killed when the result is destroyed.
 template <typename Body>
 std::shared_ptr<void> Fork(Body inBody) {
     pid_t const process = ::fork();
@@ -37,6 +36,11 @@ std::shared_ptr<void> Fork(Body inBody) {
 }
 
 struct SharedByName : tests::InTemporaryDirectory {
+    void SetUp() override {
+        if (::access("/dev/shm", W_OK | X_OK) != 0) {
+            GTEST_SKIP() << "shared memory is named in /dev/shm, which cannot be written to here";
+        }
+    }
     static char* Text(MemoryMappedFile& ioFile) { return static_cast<char*>(ioFile.GetAddress()); }
     bool Can(MemoryMappedFile& ioFile, std::uint32_t inFlags, std::string const& inName) try {
         ioFile.Init(inName, mSize, inFlags);
@@ -61,21 +65,21 @@ TEST_F(SharedByName, ViewsAreWhatTheFlagsAskFor) {
     EXPECT_TRUE(mFile.MappedMemoryIsWritable());
     Text(mFile)[4999] = 'x';
     mOther.Init(mName, 1, MemoryMappedFile::kMappedFileCreate);
-    EXPECT_EQ('x', Text(mOther)[4999]) << "the size is that of the creation";
+    EXPECT_EQ(Text(mOther)[4999], 'x') << "the size is that of the creation";
     EXPECT_DEATH(Text(mOther)[0] = 1, "") << "read-only";
     mFile.UnmapMemory();
     EXPECT_FALSE(mFile.MappedMemoryIsWritable());
     Text(mFile)[4999] = 'y';
     mFile.Reset();
-    EXPECT_EQ('y', Text(mFile)[4999]) << "opened again by its name";
+    EXPECT_EQ(Text(mFile)[4999], 'y') << "opened again by its name";
     EXPECT_FALSE(mFile.MappedMemoryIsWritable());
 }
 
-TEST_F(SharedByName, NamesAreExactAndWhatCannotBeIsRefused) {
+TEST_F(SharedByName, NamesAreExactAndInvalidOnesAreRefused) {
     MemoryMappedFile files[5], *file = files;
     for (std::string const name : {"a/b", "a", "line\n\x01\\ ", "\xE9", "\xEA"}) {
         ASSERT_TRUE(Can(*file, kCreate, mName + name)) << name;
-        EXPECT_EQ(0, Text(*file++)[0]++) << "is another's: " << name;
+        EXPECT_EQ(Text(*file++)[0]++, 0) << "the same memory as another name: " << name;
     }
     EXPECT_THROW(mFile.GetAddress(), std::int32_t);
     EXPECT_THROW(mFile.Init(mName, 0x1'0000'0000, kCreate), std::int32_t) << "no size";
@@ -87,27 +91,29 @@ TEST_F(SharedByName, NamesAreExactAndWhatCannotBeIsRefused) {
     EXPECT_FALSE(::geteuid() != ::getuid() && Can(mOther, kOpen, mName));
 }
 
-TEST_F(SharedByName, GoesWithItsLastHolderAlsoIfThatIsKilled) {
+TEST_F(SharedByName, VanishesWithItsLastHolderEvenIfThatIsKilled) {
     auto holder = Fork([this] { Can(kCreate), ++Text(mFile)[0]; });
     ASSERT_TRUE(Can(kOpen));
     holder.reset();
-    EXPECT_EQ(1, Text(mFile)[0]++);
+    EXPECT_EQ(Text(mFile)[0]++, 1);
     mOther = mFile;
     MemoryMappedFile third(mOther);
     mFile.Reset();
-    EXPECT_EQ(2, Text(third)[0]) << "copies let go in any order";
+    EXPECT_EQ(Text(third)[0], 2) << "copies are released in any order";
     mOther.Reset();
     holder = Fork([] {}); // a child holds what its parent does
     third.Reset();
-    EXPECT_TRUE(Can(kOpen) && IsThereMemory());
+    EXPECT_TRUE(Can(kOpen));
+    EXPECT_TRUE(IsThereMemory());
     mFile.Reset();
     holder.reset();
-    EXPECT_FALSE(Can(kOpen) || IsThereMemory());
+    EXPECT_FALSE(Can(kOpen));
+    EXPECT_FALSE(IsThereMemory());
     ASSERT_TRUE(Can(kCreate));
-    EXPECT_EQ(0, Text(mFile)[0]) << "the old content reappears";
+    EXPECT_EQ(Text(mFile)[0], 0) << "the old content reappears";
 }
 
-TEST_F(SharedByName, ACreationThatIsCutShortLeavesNothing) {
+TEST_F(SharedByName, AKilledCreationLeavesNothing) {
     for (int const step : {__NR_shmget, __NR_shmat, __NR_shmctl, __NR_pwrite64, __NR_flock}) {
         auto const creator = Fork([this, step] {
             sock_filter steps[] = {{BPF_LD | BPF_W | BPF_ABS, 0, 0, 0},
@@ -127,7 +133,7 @@ TEST_F(SharedByName, ACreationThatIsCutShortLeavesNothing) {
                                 [this] { EXPECT_FALSE(IsThereMemory()); });
 }
 
-TEST_F(SharedByName, WhoCreateTogetherMeetInOneMemory) {
+TEST_F(SharedByName, ConcurrentCreatorsShareOneMemory) {
     std::vector<MemoryMappedFile> files(100), others(100);
     auto const create = [this](std::vector<MemoryMappedFile>& ioFiles, int inSign) {
         for (MemoryMappedFile& file : ioFiles) {
@@ -139,11 +145,12 @@ TEST_F(SharedByName, WhoCreateTogetherMeetInOneMemory) {
     create(files, 2);
     other.join();
     for (MemoryMappedFile& file : files) {
-        EXPECT_TRUE(Text(file)[1] == 1 && Text(file)[2] == 1);
+        EXPECT_EQ(Text(file)[1], 1);
+        EXPECT_EQ(Text(file)[2], 1);
     }
 }
 
-TEST_F(SharedByName, WhatOthersPutInThePlaceOfTheNamesIsRefused) {
+TEST_F(SharedByName, AFileOfNamesThatIsNotTheUsersIsRefused) {
     for (std::string const words : {"ln -s own", "ln own", "install -m 666 /dev/null"}) {
         std::string const setup = "cd /dev/shm && rm -f brindle-memory-65534 own && "
                                   "install -o 65534 /dev/null own && ";
@@ -154,7 +161,7 @@ TEST_F(SharedByName, WhatOthersPutInThePlaceOfTheNamesIsRefused) {
         tests::OrdinaryUser const user;
         EXPECT_FALSE(Can(kCreate)) << words;
     }
-    EXPECT_EQ(0, std::system("cd /dev/shm && rm brindle-memory-65534 own"));
+    EXPECT_EQ(std::system("cd /dev/shm && rm brindle-memory-65534 own"), 0);
 }
 
 } // namespace

@@ -11,8 +11,8 @@
 #include <cstring>
 #include <string>
 
-/// Numbers by the C library and the streams, and the calculator that cuts a text in two again and
-/// again: what the tests and the fuzz targets hold the library to.
+/// What the tests and the fuzz targets compare the library with: numbers written by the C library
+/// and read by the streams, and a calculator that cuts a text in two again and again.
 namespace brindle::utility::model {
 
 inline UTF16String NumberToString(double inValue, int inMinIntegerDigits, int inDecimals,
@@ -62,7 +62,7 @@ inline double StringToNumber(UTF16String inText, unsigned inFlags) {
     return stream >> value ? value : 0.0;
 }
 
-/// `inText` holds nothing but units of expressions.
+/// `inText` holds only units that expressions are made of.
 inline double Calculate(std::string inText) {
     if (inText.size() <= 1) {
         return model::StringToNumber(UTF16String(inText.begin(), inText.end()), 0x01);

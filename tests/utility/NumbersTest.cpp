@@ -2,13 +2,16 @@
 #include <brindle/utility/Locale.h>
 
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Text.h"
 #include "tests/utility/NumbersModel.h"
 #include "utility/src/numbers/Separators.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <limits>
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -16,10 +19,12 @@ namespace brindle::utility {
 
 namespace {
 
-std::string Narrow(UTF16String const& inText) {
-    UTF8String const bytes = UTF16to8(inText);
-    return {bytes.begin(), bytes.end()};
-}
+using tests::Narrow;
+
+template <typename T, typename = void>
+struct Writes : std::false_type {};
+template <typename T>
+struct Writes<T, std::void_t<decltype(NumberToString(T()))>> : std::true_type {};
 
 class Numbers : public testing::Test {
 protected:
@@ -29,7 +34,7 @@ protected:
 
     char16_t AnyOf(std::u16string const& inUnits) { return inUnits[mRandom() % inUnits.size()]; }
 
-    /// Any bits, a number of everyday, or what lies beside a number at which something changes.
+    /// Any bits, an everyday number, or a neighbour of a number at which the format changes.
     double AnyDouble() {
         double const edges[] = {0.0, 0.5, 2147483647.5, 1e18, 1e21, 1e22, INFINITY, NAN};
         auto const bits = std::uint64_t{mRandom()} << 32 | mRandom();
@@ -41,7 +46,8 @@ protected:
         return choices[Below(4)] * (Below(2) == 0 ? 1 : -1);
     }
 
-    /// Random cases, each in one of two locales; BRINDLE_CASES in the environment asks for more.
+    /// Tries random cases with two pairs of separators in turn. BRINDLE_CASES in the environment
+    /// sets their number.
     template <typename Case>
     void TryMany(std::uint16_t inThousands, Case inCase) {
         char const* const cases = std::getenv("BRINDLE_CASES");
@@ -56,13 +62,19 @@ protected:
 };
 
 TEST_F(Numbers, OfAllTypesAreWritten) {
-    EXPECT_EQ("   ,  5", Narrow(NumberToString(5.0, 6, 0, 0x0A)));
-    EXPECT_EQ("1.000000e+00", Narrow(NumberToString(1.0, 1, 1 << 30, 0)));
-    EXPECT_EQ("3.14", Narrow(NumberToString(3.14159)));
-    EXPECT_EQ("-2147483648", Narrow(NumberToString(std::numeric_limits<std::int32_t>::min())));
-    EXPECT_EQ("-9223372036854775808",
-              Narrow(NumberToString(std::numeric_limits<std::int64_t>::min())));
-    EXPECT_EQ("FFFFFFFF1A0", Narrow(NumberToHexString(-1) + NumberToHexString(0x1A0)));
+    EXPECT_EQ(Narrow(NumberToString(5.0, 6, 0, 0x0A)), "   ,  5");
+    EXPECT_EQ(Narrow(NumberToString(1.0, 1, 1 << 30, 0)), "1.000000e+00");
+    EXPECT_EQ(Narrow(NumberToString(3.14159)), "3.14");
+    EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<std::int32_t>::min())), "-2147483648");
+    EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<std::int64_t>::min())),
+              "-9223372036854775808");
+    EXPECT_EQ(Narrow(NumberToString(std::numeric_limits<unsigned long long>::max())),
+              "18446744073709551615");
+    EXPECT_EQ(Narrow(NumberToString(-5LL) + NumberToString(5u) + NumberToString(sizeof(int))),
+              "-554");
+    EXPECT_EQ(Narrow(NumberToString(std::uint16_t{65535})), "65535");
+    static_assert(!Writes<char16_t>::value);
+    EXPECT_EQ(Narrow(NumberToHexString(-1) + NumberToHexString(0x1A0)), "FFFFFFFF1A0");
 }
 
 TEST_F(Numbers, HaveTheDigitsOfTheCLibrary) {
@@ -71,8 +83,8 @@ TEST_F(Numbers, HaveTheDigitsOfTheCLibrary) {
         int const integerDigits = Below(25);
         int const decimals = Below(2) == 0 ? Below(61) : Below(8) - 1;
         auto const flags = static_cast<std::uint16_t>(Below(128));
-        ASSERT_EQ(Narrow(model::NumberToString(value, integerDigits, decimals, flags)),
-                  Narrow(NumberToString(value, integerDigits, decimals, flags)))
+        ASSERT_EQ(Narrow(NumberToString(value, integerDigits, decimals, flags)),
+                  Narrow(model::NumberToString(value, integerDigits, decimals, flags)))
             << value << ' ' << integerDigits << ' ' << decimals << ' ' << flags;
     });
 }
@@ -81,17 +93,17 @@ TEST_F(Numbers, AreTranslatedUnitByUnit) {
     SetUserSeparators({u',', u'.'});
     UTF16String text = u"1,234.5 a.b 1."_utf16;
     InternationalizeNum(text);
-    EXPECT_EQ(u"1.234,5 a.b 1."_utf16, text);
+    EXPECT_EQ(text, u"1.234,5 a.b 1."_utf16);
     text = u"\uFF11\u30012\u3002\uFF1F\uFF20\u3003.,"_utf16;
     DeInternationalizeNum(text);
-    EXPECT_EQ(u"1.2,?\uFF20\u3003,."_utf16, text);
+    EXPECT_EQ(text, u"1.2,?\uFF20\u3003,."_utf16);
 }
 
 TEST_F(Numbers, AreReadAsAStreamReadsThem) {
-    EXPECT_EQ(12.5, StringToNumber(u"\uFF11\uFF12\u3002\uFF15"_utf16, 0));
-    EXPECT_EQ(0.0, StringToNumber(u"\uFF11"_utf16, kNumberParse_NoDeInternationalize));
-    EXPECT_EQ(0.0, StringToNumber(u"-1e999"_utf16, 0)) << "the extraction fails";
-    EXPECT_EQ(2.0, StringToNumber(UTF16String(1 << 20, u'0') + u"2"_utf16, 0));
+    EXPECT_EQ(StringToNumber(u"\uFF11\uFF12\u3002\uFF15"_utf16, 0), 12.5);
+    EXPECT_EQ(StringToNumber(u"\uFF11"_utf16, kNumberParse_NoDeInternationalize), 0.0);
+    EXPECT_EQ(StringToNumber(u"-1e999"_utf16, 0), 0.0) << "the extraction fails";
+    EXPECT_EQ(StringToNumber(UTF16String(1 << 20, u'0') + u"2"_utf16, 0), 2.0);
     TryMany(u'\u00A0', [this] {
         UTF16String text(mRandom() % 3, u' ');
         for (int left = Below(30); left > 0; --left) {
@@ -99,33 +111,105 @@ TEST_F(Numbers, AreReadAsAStreamReadsThem) {
                                         : u"00119..,,eE+-  \t\u00A0\u3001\u3002\uFF11\uFF0Exinf");
         }
         auto const flags = static_cast<std::uint16_t>(Below(4));
-        ASSERT_EQ(model::StringToNumber(text, flags), StringToNumber(text, flags)) << Narrow(text);
+        ASSERT_EQ(StringToNumber(text, flags), model::StringToNumber(text, flags)) << Narrow(text);
     });
 }
 
-/// Makes the French locale the user's, and writes what comes of it to standard error.
-void WriteAndReadAsTheFrench() {
-    tests::TemporaryDirectory const locales;
-    auto const name = locales.Native("fr_FR.UTF-8");
-    EXPECT_NE(-1, std::system(("localedef -i fr_FR -f UTF-8 " + name).c_str()));
-    ::setenv("LOCPATH", locales.Native().c_str(), 1);
-    ::setenv("LC_ALL", "fr_FR.UTF-8", 1);
+constexpr char kLocaleSources[] = "/usr/share/i18n/locales/";
+
+/// Makes a locale of the C library's sources the user's. The process ends by `_Exit`, without the
+/// search for leaks, for the C library leaks LOCPATH.
+void BecomeUserOf(std::string const& inLocale, tests::TemporaryDirectory const& inDirectory) {
+    auto const compile = "localedef -i " + inLocale + " -f UTF-8 " + inDirectory.Native("x.UTF-8");
+    EXPECT_NE(std::system(compile.c_str()), -1);
+    ::setenv("LOCPATH", inDirectory.Native().c_str(), 1);
+    ::setenv("LC_ALL", "x.UTF-8", 1);
     SetUserSeparators({0, 0}); // as at load
+}
+
+/// Writes what a user of the locale sees and types to standard error.
+void WriteAndReadAsUserOf(std::string const& inLocale) {
+    tests::TemporaryDirectory const directory;
+    BecomeUserOf(inLocale, directory);
     std::cerr << Narrow(NumberToString(-1234.5, 1, 2, kNumberFormat_Group));
-    for (char const* const text : {"1,5", "1\u202F234,5", "2.5", "-1,5", "x", "", "1e999"}) {
-        std::cerr << ' ' << Locale::GetValueFromDisplayString(AsciiToUTF16(text));
+    for (char const* const text : {"1,5", "1\u202F234,5", "2.5", "-1,2345", "x", "", "1e999"}) {
+        std::cerr << ' '
+                  << Locale::GetValueFromDisplayString(UTF8to16({text, text + std::strlen(text)}));
     }
+    std::_Exit(0);
 }
 
 TEST_F(Numbers, FollowTheUsersLocale) {
-    if (!std::filesystem::exists("/usr/share/i18n/locales/fr_FR")) {
+    if (!std::filesystem::exists(kLocaleSources)) {
         GTEST_SKIP() << "no locale can be made here";
     }
-    // In a process of its own, where no test has asked for the locale yet. It ends without a look
-    // for leaks, for the C library leaks LOCPATH.
+    // In processes of their own, where no test has asked for the locale yet.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT((WriteAndReadAsTheFrench(), std::_Exit(0)), testing::ExitedWithCode(0),
-                "^-1\u202F234,50 1\\.5 1234\\.5 2\\.5 -1\\.5 0 0 0$");
+    EXPECT_EXIT(WriteAndReadAsUserOf("fr_FR"), testing::ExitedWithCode(0),
+                "^-1\u202F234,50 1\\.5 1234\\.5 2\\.5 -1\\.2345 0 0 0$");
+    EXPECT_EXIT(WriteAndReadAsUserOf("en_US"), testing::ExitedWithCode(0),
+                "^-1,234\\.50 15 1 2\\.5 -12345 0 0 0$")
+        << "digits in wrong groups keep the value that they have left";
+}
+
+/// What a locale's source says of the separators, with "copy" followed.
+std::string SeparatorLines(std::string const& inLocale) {
+    std::ifstream source(kLocaleSources + inLocale);
+    std::string line, lines;
+    while (std::getline(source, line) && line != "LC_NUMERIC") {
+    }
+    while (std::getline(source, line) && line != "END LC_NUMERIC") {
+        std::istringstream words(line);
+        std::string keyword, value;
+        words >> keyword >> value;
+        if (keyword == "copy") {
+            return SeparatorLines(value.substr(1, value.size() - 2));
+        }
+        if (keyword == "decimal_point" || keyword == "thousands_sep") {
+            lines += value + ' ';
+        }
+    }
+    return lines;
+}
+
+/// Writes to standard error what cannot be read as it was written, and how many pairs were tried.
+void WriteAndReadByAllSeparators() {
+    std::map<std::string, std::string> locales; // one for each pair
+    for (auto const& entry : std::filesystem::directory_iterator(kLocaleSources)) {
+        locales.emplace(SeparatorLines(entry.path().filename()), entry.path().filename());
+    }
+    locales.erase("");
+    ::setenv("LC_CTYPE", "not_there", 1);
+    for (auto const& [separators, locale] : locales) {
+        tests::TemporaryDirectory const directory;
+        auto const copy = directory.Native("copy");
+        std::ofstream(copy) << "LC_NUMERIC\ncopy \"" << locale << "\"\nEND LC_NUMERIC\n";
+        auto const name = "locale" + locale; // the C library remembers what it has loaded
+        auto const compile =
+            "localedef -c -i " + copy + " -f UTF-8 " + directory.Native(name) + " 2>/dev/null";
+        EXPECT_NE(std::system(compile.c_str()), -1);
+        ::setenv("LOCPATH", directory.Native().c_str(), 1);
+        ::setenv("LC_NUMERIC", name.c_str(), 1);
+        SetUserSeparators({0, 0});
+        bool const hasComma = separators[1] == ',';
+        for (double const value : {1234567.5, 0.25, -999999.75, 100.0}) {
+            auto const text = NumberToString(value, 1, 2, kNumberFormat_Group);
+            if (StringToNumber(text, 0) != value ||
+                (text.find(u',') == text.size() - 3) != hasComma) {
+                std::cerr << locale << " writes " << Narrow(text) << '\n';
+            }
+        }
+    }
+    std::cerr << (locales.size() > 6 ? "tried many" : "tried few");
+    std::_Exit(0);
+}
+
+TEST_F(Numbers, HaveOneMeaningInEveryLocaleThatTheCLibraryHas) {
+    if (!std::filesystem::exists(kLocaleSources)) {
+        GTEST_SKIP() << "no locale can be made here";
+    }
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(WriteAndReadByAllSeparators(), testing::ExitedWithCode(0), "^tried many$");
 }
 
 TEST_F(Numbers, AreCalculatedFromWhatUsersType) {
@@ -137,13 +221,13 @@ TEST_F(Numbers, AreCalculatedFromWhatUsersType) {
         "2(3)=2;3*7/10=2.0999999999999996;((1)=0;1)+(2=1;((1)+(2))=0;*(1)=0;\uFF13\uFF0B4=7");
     for (std::string expression, value;
          std::getline(std::getline(rows, expression, '='), value, ';');) {
-        EXPECT_EQ(std::stod(value), Calculate(AsciiToUTF16(expression.c_str()))) << expression;
+        EXPECT_EQ(Calculate(AsciiToUTF16(expression.c_str())), std::stod(value)) << expression;
     }
     SetUserSeparators({u',', u'.'});
-    EXPECT_EQ(1501.5, Calculate(u"1,5+1.500"_utf16));
+    EXPECT_EQ(Calculate(u"1,5+1.500"_utf16), 1501.5);
 }
 
-TEST_F(Numbers, AreCalculatedAsByCuttingAgainAndAgain) {
+TEST_F(Numbers, AreCalculatedAsByRepeatedCutting) {
     TryMany(u'.', [this] {
         std::string text;
         for (int left = Below(24); left > 0; --left) {
@@ -156,7 +240,7 @@ TEST_F(Numbers, AreCalculatedAsByCuttingAgainAndAgain) {
     });
 }
 
-TEST_F(Numbers, AreCalculatedHoweverLongAndDeep) {
+TEST_F(Numbers, AreCalculatedFromTextOfAnyLengthAndDepth) {
     constexpr std::size_t kUnits = 65'536;
     std::string soup;
     while (soup.size() < kUnits) {
@@ -169,10 +253,10 @@ TEST_F(Numbers, AreCalculatedHoweverLongAndDeep) {
         }
         return Calculate(text);
     };
-    EXPECT_EQ(0.0, repeated("("));
-    EXPECT_EQ(0.0, repeated("-"));
-    EXPECT_EQ(32'768.0, repeated("1+"));
-    // These are to end, without running out of stack.
+    EXPECT_EQ(repeated("("), 0.0);
+    EXPECT_EQ(repeated("-"), 0.0);
+    EXPECT_EQ(repeated("1+"), 32'768.0);
+    // These need only end, and without running out of stack.
     repeated("((1)+");
     repeated(")(");
     repeated(soup);

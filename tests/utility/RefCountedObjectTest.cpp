@@ -22,7 +22,7 @@ struct Counted : RefCountedObject {
 
 } // namespace
 
-TEST(RefCountedObject, DiesOnceWithItsLastPointer) {
+TEST(RefCountedObject, IsDeletedOnceByItsLastPointer) {
     int deaths = 0;
     boost::intrusive_ptr<Counted> first(new Counted(deaths));
     boost::intrusive_ptr<Counted>(new Counted(*first)).reset();

@@ -29,7 +29,7 @@ TEST(RemoteFrees, EachBlockIsTakenOnceAndTheChunkIsQueuedOnceAtATime) {
     } chunk;
     BasicInbox<Chunk, Yield> inbox;
     constexpr std::uint32_t kThreads = 4;
-    constexpr std::uint32_t kRounds = 3000;
+    constexpr std::uint32_t kRounds = 600;
     // Which thread may push a block next; 0: with the owner.
     std::array<std::atomic<std::uint32_t>, 8> holders{};
     std::atomic<std::uint32_t> used{0};

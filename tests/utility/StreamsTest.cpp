@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <iomanip>
 #include <iostream>
+#include <stdexcept>
+#include <vector>
 
 using namespace brindle;
 using namespace brindle::utility;
@@ -24,7 +26,7 @@ TEST(Streams, StandardOutputGetsALineForEachChunk) {
                   "\nabc\ncaf\xC3\xA9\nleft to the destructor\n");
 }
 
-TEST(Streams, DebugTextIsFlushedWhenTheLibraryGoes) {
+TEST(Streams, DebugTextIsFlushedAtExit) {
     EXPECT_EXIT(
         {
             streams::Debug << "left behind";
@@ -33,7 +35,57 @@ TEST(Streams, DebugTextIsFlushedWhenTheLibraryGoes) {
         testing::ExitedWithCode(0), "left behind");
 }
 
-TEST(Streams, SetStreamBufferMakesTheStreamNew) {
+/// Writes to its own stream whenever it receives text.
+struct EchoingBuffer : debug::UTF16StreamBufferImpl<std::uint16_t> {
+    ~EchoingBuffer() override {
+        fails = true; // the stream is gone
+        FlushAtEnd();
+    }
+    void Emit(std::uint16_t const* inText) override {
+        if (fails) {
+            throw std::runtime_error("not now");
+        }
+        chunks.emplace_back(inText);
+        *stream << echo << std::flush;
+    }
+
+    UTF16OutputStream* stream = nullptr;
+    UTF16String echo;
+    std::vector<UTF16String> chunks;
+    bool fails = false;
+};
+
+TEST(Streams, AFlushHookMayWriteIntoItsOwnStream) {
+    EchoingBuffer buffer;
+    UTF16OutputStream stream(&buffer);
+    buffer.stream = &stream;
+    buffer.echo = u"echo"_utf16;
+    stream << "short" << std::flush << UTF16String(255, 'x') << std::flush;
+    EXPECT_EQ(buffer.chunks,
+              (std::vector<UTF16String>{u"short"_utf16, u"echo"_utf16 + UTF16String(251, 'x'),
+                                        u"echoxxxx"_utf16}));
+    EXPECT_TRUE(stream.good());
+
+    buffer.echo.assign(256, 'y');
+    stream << std::flush;
+    EXPECT_EQ(buffer.chunks.back(), u"echo"_utf16);
+    EXPECT_TRUE(stream.bad());
+}
+
+TEST(Streams, AChunkThatCouldNotBeEmittedIsTriedAgain) {
+    EchoingBuffer buffer;
+    UTF16OutputStream stream(&buffer);
+    buffer.stream = &stream;
+    buffer.fails = true;
+    stream << "kept" << std::flush;
+    EXPECT_TRUE(stream.bad());
+    stream.clear();
+    buffer.fails = false;
+    stream << ", then more" << std::flush;
+    EXPECT_EQ(buffer.chunks, std::vector<UTF16String>{u"kept, then more"_utf16});
+}
+
+TEST(Streams, SetStreamBufferResetsTheStream) {
     std::basic_stringbuf<std::uint16_t> first, second;
     UTF16OutputStream stream;
     EXPECT_TRUE(stream.bad());
@@ -53,18 +105,21 @@ TEST(Streams, SetStreamBufferMakesTheStreamNew) {
     out.setstate(std::ios_base::failbit);
     EXPECT_THROW(out.exceptions(~std::ios_base::goodbit), std::ios_base::failure);
     EXPECT_EQ(SetStreamBuffer(out, nullptr), &narrow);
-    EXPECT_TRUE(out.bad() && out.tie() == nullptr);
+    EXPECT_TRUE(out.bad());
+    EXPECT_EQ(out.tie(), nullptr);
     EXPECT_EQ(SetStreamBuffer(out, &narrow), nullptr);
     EXPECT_TRUE(out.good());
 }
 
-TEST(Streams, TheFourStandardStreams) {
-    EXPECT_TRUE(&streams::In == &std::cin && &streams::Out == &std::cout);
-    EXPECT_TRUE(&streams::Log == &std::clog && &streams::Err == &std::cerr);
+TEST(Streams, StandardStreamsHaveReferences) {
+    EXPECT_EQ(&streams::In, &std::cin);
+    EXPECT_EQ(&streams::Out, &std::cout);
+    EXPECT_EQ(&streams::Log, &std::clog);
+    EXPECT_EQ(&streams::Err, &std::cerr);
 }
 
 TEST(Locale, AnUnknownUserLocaleIsTheClassicOne) {
-    // In a process of its own, where no test has made the locale yet.
+    // In a process of its own, in which no test has asked for the locale yet.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/InThreads.h"
+
 #include <cstring>
+#include <ctime>
 #include <iomanip>
 #include <random>
 #include <tuple>
@@ -35,7 +38,7 @@ std::locale GroupingLocale() {
                        new Grouping<wchar_t>);
 }
 
-/// Our streams beside the standard ones that they must be equal to.
+/// Compares the library's streams with the standard streams.
 class StringStreams : public testing::Test {
 protected:
     void PickLocaleAndFlags() {
@@ -82,14 +85,14 @@ TEST_F(StringStreams, InsertWhatTheStandardStreamsInsert) {
         std::uint64_t bits = std::uint64_t{mRandom()} << 32 | mRandom();
         double real;
         std::memcpy(&real, &bits, sizeof real);
-        // Half of the numbers short.
+        // Half of the numbers are short.
         if (bits % 2 != 0) {
             bits %= 100000;
             real = static_cast<double>(bits) / 64 - 500;
         }
         auto const insert = [&](auto&& ioStream) {
             Prepare(ioStream);
-            // A stream that was given no fill finds its own.
+            // Without a fill of its own the stream has to find one.
             if (bits % 3 != 0) {
                 ioStream.fill(static_cast<decltype(ioStream.fill())>(" *0\x7F"[bits % 4]));
             }
@@ -134,13 +137,156 @@ TEST_F(StringStreams, FacetsComeFromTheLocaleAndStayOutOfIt) {
     std::locale const global = std::locale::global(earlier);
     EXPECT_FALSE(std::has_facet<std::ctype<std::uint16_t>>(global));
 
-    // What a stream had can be given to it again, and another locale on top of it counts.
+    // A stream's own locale can be imbued again, and so can a locale that was derived from it.
     std::locale const ours = out.getloc();
     out.imbue(ours);
     EXPECT_TRUE(out.getloc() == ours);
     out.imbue(std::locale(ours, std::locale::classic(), std::locale::numeric));
     out << 1234567;
     EXPECT_EQ(As<char>(out.str()), "12.34.567 0,51234567");
+}
+
+/// Money with a currency, which the classic locale does not have.
+struct Currency : std::moneypunct<wchar_t> {
+    std::wstring do_curr_symbol() const override { return L"\u20AC"; }
+    int do_frac_digits() const override { return 2; }
+    wchar_t do_thousands_sep() const override { return L'.'; }
+    wchar_t do_decimal_point() const override { return L','; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST_F(StringStreams, TimesMoneyAndQuotedTextAreThoseOfTheStandardStreams) {
+    std::locale const locale(GroupingLocale(), new Currency);
+    std::tm time{};
+    time.tm_year = 126;
+    time.tm_mon = 10;
+    time.tm_mday = 23;
+    auto const run = [&](auto&& outStream, auto inConverted, auto& outText) {
+        outStream.imbue(locale);
+        outStream << std::showbase << std::put_time(&time, inConverted("%A %d %b %Y").c_str())
+                  << std::put_money(inConverted("123456")) << ' ' << std::put_money(-789.0L) << ' '
+                  << std::quoted(inConverted("a \"b\\")) << std::setw(5)
+                  << std::quoted(inConverted("").c_str()) << std::quoted(outText);
+        outText = outStream.str();
+    };
+    auto const readBack = [&](auto&& inStream, auto inConverted) {
+        inStream.imbue(locale);
+        std::tm date{};
+        long double amount = 0;
+        decltype(inStream.str()) digits, text, empty, bare;
+        inStream >> std::get_time(&date, inConverted("%A %d %b %Y").c_str()) >>
+            std::get_money(digits) >> std::get_money(amount) >> std::quoted(text) >>
+            std::quoted(empty);
+        auto const state = inStream.rdstate();
+        inStream >> std::quoted(bare);
+        return std::make_tuple(date.tm_year, date.tm_mon, date.tm_mday, As<char>(digits), amount,
+                               As<char>(text), empty.size(), As<char>(bare), state,
+                               inStream.rdstate());
+    };
+    auto const units = [](std::string const& inText) { return As<std::uint16_t>(inText); };
+    auto const wide = [](std::string const& inText) { return As<wchar_t>(inText); };
+    UTF16String ours;
+    std::wstring standard;
+    run(oUTF16StringStream(), units, ours);
+    run(std::wostringstream(), wide, standard);
+    EXPECT_EQ(As<wchar_t>(ours), standard);
+    EXPECT_EQ(readBack(iUTF16StringStream(ours), units),
+              readBack(std::wistringstream(standard), wide));
+    EXPECT_EQ(std::get<5>(readBack(iUTF16StringStream(ours), units)), "a \"b\\");
+}
+
+/// Writes a word for each number, and counts its instances.
+struct Words : std::num_put<wchar_t> {
+    explicit Words(int& ioInstances) : instances(ioInstances) { ++instances; }
+    ~Words() override { --instances; }
+    iter_type do_put(iter_type inTarget, std::ios_base&, wchar_t, long) const override {
+        for (wchar_t const unit : std::wstring(L"many")) {
+            *inTarget++ = unit;
+        }
+        return inTarget;
+    }
+    int& instances;
+};
+
+TEST_F(StringStreams, FacetsAreMadeOnceForALocaleAndLiveNoLonger) {
+    int instances = 0;
+    std::vector<void const*> facets(4);
+    {
+        std::locale const locale(GroupingLocale(), new Words(instances));
+        tests::InThreads(4, [&](unsigned int inThread) {
+            oUTF16StringStream out;
+            out.imbue(locale);
+            out << 12 << 0.5;
+            EXPECT_EQ(As<char>(out.str()), "many0,5") << "a client's facet for numbers is called";
+            facets[inThread] = &std::use_facet<std::ctype<std::uint16_t>>(out.getloc());
+        });
+        EXPECT_EQ(std::count(facets.begin(), facets.end(), facets[0]), 4);
+        EXPECT_EQ(instances, 1);
+    }
+    EXPECT_EQ(instances, 0);
+}
+
+template <typename Stream>
+Stream Written(int inNumber) {
+    Stream stream;
+    stream << std::setfill(static_cast<typename Stream::char_type>('*')) << std::setw(4)
+           << inNumber;
+    return stream;
+}
+
+template <typename Stream>
+Stream Opened(Stream inStream) {
+    return inStream;
+}
+
+TEST_F(StringStreams, CanBeReturnedAndMoved) {
+    auto out = Written<oUTF16StringStream>(12);
+    out << std::setw(4) << 3;
+    EXPECT_EQ(out.str(), u"**12***3"_utf16);
+    out = Written<oUTF16StringStream>(7);
+    out << 8;
+    EXPECT_EQ(out.str(), u"***78"_utf16);
+    auto bytes = Written<oUTF8StringStream>(12);
+    bytes << 3;
+    EXPECT_EQ(bytes.str(), "**123"_utf8);
+
+    int first = 0;
+    UTF16String second;
+    auto in = Opened(iUTF16StringStream(u"12 ab"_utf16));
+    in >> first >> second;
+    EXPECT_EQ(first, 12);
+    EXPECT_EQ(second, u"ab"_utf16);
+    auto inBytes = Opened(iUTF8StringStream("34"_utf8));
+    inBytes >> first;
+    EXPECT_EQ(first, 34);
+    EXPECT_FALSE(std::is_move_assignable_v<UTF16OutputStream>)
+        << "it would leave its buffer behind";
+}
+
+template <typename Stream, typename Value, typename = void>
+constexpr bool kTakes = false;
+template <typename Stream, typename Value>
+constexpr bool
+    kTakes<Stream, Value, std::void_t<decltype(std::declval<Stream&>() << std::declval<Value>())>> =
+        true;
+
+template <typename Stream, typename... Values>
+constexpr bool TakesNone() {
+    return !(... || kTakes<Stream, Values>)&&!(
+        ... || kTakes<std::basic_ostream<typename Stream::char_type>, Values>);
+}
+
+TEST(UnitInserters, LiteralsAreTextOrDoNotCompile) {
+    oUTF16StringStream out;
+    out << u"abc" << u'x' << 1 << u'y' << u"\u20AC" << std::setw(3) << u'z' << u"abc" + 1;
+    EXPECT_EQ(out.str(), u"abcx1y\u20AC  zbc"_utf16);
+    out << static_cast<char16_t const*>(nullptr);
+    EXPECT_TRUE(out.bad());
+    static_assert(TakesNone<oUTF16StringStream, wchar_t, wchar_t const*, char32_t, char32_t const*,
+                            std::uint8_t const*>());
+    static_assert(TakesNone<oUTF8StringStream, wchar_t, wchar_t const*, char16_t, char16_t const*,
+                            char32_t, char32_t const*, std::uint16_t const*>());
+    static_assert(kTakes<oUTF8StringStream, char const*> && kTakes<oUTF16StringStream, void*>);
 }
 
 TEST(UTF8StringStreams, ClassifyByTheCtypeOfTheLocale) {

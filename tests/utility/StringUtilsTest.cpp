@@ -35,7 +35,7 @@ TEST(StringUtils, ReplaceAllAgreesWithAModelAndStaysLinear) {
         EXPECT_EQ(Replaced(text, find, by), model);
     }
 
-    // Hours where each step would look at the rest of the text again.
+    // These would take hours if each step searched the rest of the text again.
     UTF16String units(2'000'000, 'a');
     EXPECT_EQ(Replaced(units, u"a"_utf16, u"bc"_utf16).size(), 4'000'000u);
     EXPECT_EQ(Replaced(units, UTF16String(500'000, 'a') + u"b"_utf16, u""_utf16), units);

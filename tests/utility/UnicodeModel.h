@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The text conversions once more, one code point at a time and with no regard to speed: what the
-/// tests and the fuzz targets hold the library to.
+/// A simple and slow implementation of the text conversions, one code point at a time, which tests
+/// and fuzz targets compare with the library.
 namespace brindle::utility::model {
 
 inline constexpr std::uint32_t kLeads[] = {0x00, 0xC0, 0xE0, 0xF0};
@@ -20,7 +20,7 @@ inline UTF8String Encode(std::uint32_t inValue) {
     return bytes;
 }
 
-/// Every unit counts, NUL like any other.
+/// Encodes every unit, NUL like any other.
 inline UTF8String EncodeAll(UTF16String const& inText) {
     UTF8String bytes;
     for (std::size_t i = 0; i < inText.size(); ++i) {
@@ -40,7 +40,7 @@ inline UTF8String UTF16to8(UTF16String const& inText) {
     return EncodeAll(text) + UTF8String(zeros, 0);
 }
 
-/// `outConsumed` is the count of bytes before the place where the conversion stops.
+/// `outConsumed` is the number of bytes before the place where the conversion stops.
 inline UTF16String UTF8to16(UTF8String const& inText, std::size_t& outConsumed) {
     UTF16String units;
     for (outConsumed = 0; outConsumed < inText.size();) {

@@ -11,43 +11,51 @@ namespace brindle::xml {
 
 namespace {
 
-using tests::AllocationFailure;
 using Handler = std::unique_ptr<AbstractParseHandler>;
 
-/// Writes down what it hears and its end; at one event, it throws.
+/// Writes the events into a log, and a tilde when it is destroyed. Throws an `int` at the event of
+/// the given number, if there is one.
 struct Recorder : AbstractParseHandler {
     explicit Recorder(UTF16String& ioLog, int inThrowAt = -1) : mLog(ioLog), mLeft(inThrowAt) {}
     ~Recorder() override { mLog += '~'; }
-    void StartDocument() override { Hear(u"{"_utf16); }
+    void StartDocument() override { Record(u"{"_utf16); }
     void StartElement(UTF16String const& inName,
                       std::map<UTF16String, UTF16String> const& inAttributes) override {
         UTF16String event = u"<"_utf16 + inName;
         for (auto const& [name, value] : inAttributes) {
             event += u" "_utf16 + name + u"="_utf16 + value;
         }
-        Hear(event + u">"_utf16);
+        Record(event + u">"_utf16);
     }
-    void EndElement(UTF16String const& inName) override { Hear(u"</"_utf16 + inName + u">"_utf16); }
-    void Characters(UTF16String const& inText) override { Hear(inText); }
-    void EndDocument() override { Hear(u"}"_utf16); }
-    void Hear(UTF16String const& inEvent) { mLog += mLeft-- == 0 ? throw mLeft : inEvent; }
+    void EndElement(UTF16String const& inName) override {
+        Record(u"</"_utf16 + inName + u">"_utf16);
+    }
+    void Characters(UTF16String const& inText) override { Record(inText); }
+    void EndDocument() override { Record(u"}"_utf16); }
+    void Record(UTF16String const& inEvent) {
+        if (mLeft-- == 0) {
+            throw mLeft;
+        }
+        mLog += inEvent;
+    }
 
     UTF16String& mLog;
-    int mLeft;
+    int mLeft; ///< the events before the one that throws; -1 after it
 };
 
 class Parser : public tests::InTemporaryDirectory {
 protected:
-    /// What a recorder hears of the document, in memory as in a file, and the status.
-    std::string Heard(std::string const& inDocument) const {
+    /// The events and the status of a document, which have to be the same from a file and from
+    /// memory.
+    std::string Events(std::string const& inDocument) const {
         Fill("document", inDocument);
         UTF16String ofFile, ofBuffer;
         Handler handler = std::make_unique<Recorder>(ofFile);
-        ExpatParseHandler file(handler);
-        ExpatParseHandler buffer(handler = std::make_unique<Recorder>(ofBuffer));
+        ExpatParser file(handler);
+        ExpatParser buffer(handler = std::make_unique<Recorder>(ofBuffer));
         int const status = file.ParseDocument(At("document"));
-        EXPECT_TRUE(buffer.ParseBuffer({inDocument.begin(), inDocument.end()}) == status &&
-                    ofFile == ofBuffer);
+        EXPECT_EQ(buffer.ParseBuffer({inDocument.begin(), inDocument.end()}), status);
+        EXPECT_TRUE(ofFile == ofBuffer) << "the events differ";
         return platform::ToCodePage(ofFile) + std::to_string(status);
     }
 };
@@ -70,10 +78,10 @@ TEST_F(Parser, SendsTheEventsOfADocumentAndReadsNothingElse) {
          "{<r></r>}0"},
         {"<r><p:r/></r>", "{<r>10"}};
     for (auto const& [document, events] : documents) {
-        EXPECT_EQ(Heard(document), events) << document;
+        EXPECT_EQ(Events(document), events) << document;
     }
     for (std::size_t length = 0; length < kDocument.size(); ++length) {
-        std::string const cut = Heard(kDocument.substr(0, length));
+        std::string const cut = Events(kDocument.substr(0, length));
         EXPECT_EQ(cut, whole.substr(0, cut.size() - 2) + "10");
     }
 }
@@ -83,17 +91,17 @@ TEST_F(Parser, EndsCleanlyWhereverAHandlerThrowsOrMemoryRunsOut) {
     for (int event = 0; event < 11; ++event) {
         UTF16String log;
         Recorder recorder(log, event);
-        EXPECT_THROW(impl::ExpatParse(recorder).Document(document), int);
-        EXPECT_EQ(recorder.mLeft, -1) << "an event behind the last";
+        EXPECT_THROW((void)impl::ExpatParse(recorder).Document(document), int);
+        EXPECT_EQ(recorder.mLeft, -1) << "an event was sent after the one that threw";
     }
-    XML_Memory_Handling_Suite const memory = {
-        [](std::size_t n) { return AllocationFailure::IsNow() ? nullptr : std::malloc(n); },
-        [](void* p, std::size_t n) { return AllocationFailure::IsNow() ? nullptr : realloc(p, n); },
-        std::free};
     AbstractParseHandler handler;
     auto const parse = [&] {
-        bool const isWhole = impl::ExpatParse(handler, &memory).Document(document) == 0;
-        isWhole ? void() : throw std::bad_alloc(); // Expat's refusals count with ours
+        impl::ExpatParse expatParse(handler);
+        if (expatParse.Document(document) != kXMLParseStatus_Success) {
+            EXPECT_EQ(expatParse.Fault().kind, kXMLParseFault_Unreadable);
+            EXPECT_EQ(expatParse.Fault().error, platform::kError_NotEnoughMemory);
+            throw std::bad_alloc(); // what Expat allocates counts with what the library does
+        }
     };
     EXPECT_GT(tests::RefuseEachAllocation(parse, [] {}), 30);
 }
@@ -101,60 +109,109 @@ TEST_F(Parser, EndsCleanlyWhereverAHandlerThrowsOrMemoryRunsOut) {
 TEST_F(Parser, TakesWhatIsHugeOrDeepAndRefusesWhatExplodes) {
     std::string deep, ends, text, bomb = "<!DOCTYPE r [<!ENTITY e0 'x'>";
     for (int i = 1; i < 1'000'000; ++i) {
-        std::string const name = "<!ENTITY e" + std::to_string(i) + " '";
-        std::string const last = "&e" + std::to_string(i - 1) + ";";
         deep += "<r>";
         ends += "</r>";
         text += "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
-        bomb += i < 40 ? name + last + last + "'>" : "";
+        if (i < 40) {
+            std::string const inner = "&e" + std::to_string(i - 1) + ";";
+            bomb += "<!ENTITY e" + std::to_string(i) + " '" + inner + inner + "'>";
+        }
     }
-    EXPECT_TRUE(Heard(deep + ends) == "{" + deep + ends + "}0");
-    EXPECT_EQ(Heard(bomb + "]><r a='&e39;'/>"), "{10");
-    EXPECT_TRUE(Heard("<r a='" + text + "'>" + text + "</r>") ==
+    EXPECT_TRUE(Events(deep + ends) == "{" + deep + ends + "}0");
+    EXPECT_EQ(Events(bomb + "]><r a='&e39;'/>"), "{10");
+    EXPECT_TRUE(Events("<r a='" + text + "'>" + text + "</r>") ==
                 "{<r a=" + text + ">" + text + "</r>}0");
 }
 
+TEST_F(Parser, RefusesWhatWouldCostFarMoreThanItsSize) {
+    constexpr int kMany = 20'000;
+    std::string attributes, declarations, elements, prefixed;
+    for (int i = 0; i < kMany; ++i) {
+        auto const name = "a" + std::to_string(i);
+        attributes += " p:" + name + "=''";
+        declarations += i < 9'000 ? " " + name + " CDATA 'default'" : "";
+        elements += "<a/>";
+    }
+    std::string const space(1024, 'u'), list = "<!DOCTYPE r [<!ATTLIST a", body = "]><r>";
+    struct {
+        std::string document;
+        char const* reason;
+    } const cases[] = {{"<r xmlns:p='" + space + "'" + attributes + "/>", ""},
+                       {"<r xmlns:p='" + space + "u'/>", "the name of a namespace is too long"},
+                       {"<r xmlns:p='" + std::string(100'000, 'u') + "'" + attributes + "/>",
+                        "needs too much memory"},
+                       {list + declarations + ">" + body + "<a/></r>", ""},
+                       {list + declarations + ">" + body + elements + "</r>",
+                        "declared attributes amount to too much"},
+                       {list + declarations + "><!ATTLIST b" + declarations + ">" + body + "</r>",
+                        "too many attributes are declared"}};
+    Handler none;
+    ExpatParser parser(none);
+    for (auto const& [document, reason] : cases) {
+        EXPECT_EQ(parser.ParseBuffer({document.begin(), document.end()}), *reason != 0 ? 10 : 0);
+        EXPECT_STREQ(parser.LastFault().reason, reason);
+    }
+}
+
+TEST_F(Parser, SaysWhyAndWhereItFailed) {
+    Handler none;
+    ExpatParser parser(none);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_Unknown);
+    EXPECT_EQ(parser.ParseBuffer("<a>\n\n <\u00E9></e></a>"_utf8), 10);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_Malformed);
+    EXPECT_STREQ(parser.LastFault().reason, "mismatched tag");
+    EXPECT_EQ(parser.LastFault().line, 3);
+    EXPECT_EQ(parser.LastFault().column, 7);
+    EXPECT_EQ(parser.ParseBuffer("<a/>"_utf8), 0);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_None);
+    EXPECT_EQ(parser.ParseDocument(At("missing")), 10);
+    EXPECT_EQ(parser.LastFault().kind, kXMLParseFault_Unreadable);
+    EXPECT_EQ(parser.LastFault().error, platform::kError_FileNotFound);
+}
+
+std::string Entity(std::string const& inName, std::string const& inText) {
+    return "<!ENTITY " + inName + " '" + inText + "'>";
+}
+
+/// Declares the entities e1 to e`inCount`, each of which names the one before; e1 first or last.
+std::string EntityChain(int inCount, bool inIsReversed = false) {
+    std::string declarations = Entity("e1", "x");
+    for (int i = 2; i <= inCount; ++i) {
+        auto const one = Entity("e" + std::to_string(i), "&e" + std::to_string(i - 1) + ";");
+        declarations.insert(inIsReversed ? 0 : declarations.size(), one);
+    }
+    return declarations;
+}
+
 TEST_F(Parser, BoundsHowDeepEntitiesNestOnASmallStack) {
-    auto const declare = [](std::string const& inName, std::string const& inText) {
-        return "<!ENTITY " + inName + " '" + inText + "'>";
-    };
-    /// Declarations of e1 to e`inCount`, of which each names the one before, first to last or last
-    /// to first.
-    auto const chain = [&](int inCount, bool inIsReversed = false) {
-        std::string declarations;
-        for (int i = 2; i <= inCount; ++i) {
-            auto const one = declare("e" + std::to_string(i), "&e" + std::to_string(i - 1) + ";");
-            inIsReversed ? declarations.insert(0, one) : declarations.append(one);
-        }
-        return inIsReversed ? declarations + declare("e1", "x") : declare("e1", "x") + declarations;
-    };
-    std::string many, parameters = declare("% p0", "");
+    std::string many, parameters = Entity("% p0", "");
     for (int i = 1; i < 24'000; ++i) {
         auto const number = std::to_string(i);
-        many += declare("m" + number, "&e63;&#38;#60;&#38;");
-        parameters += declare("% p" + number, "&#37;p" + std::to_string(i - 1) + ";");
+        many += Entity("m" + number, "&e63;&#38;#60;&#38;");
+        parameters += Entity("% p" + number, "&#37;p" + std::to_string(i - 1) + ";");
     }
     std::string const body = "]><r a='&e64;'>&e64;</r>", whole = "{<r a=x>x</r>}0";
+    std::string const longBody = "]><r>&e24000;</r>", failure = "{10";
     struct {
         char const* name;
         std::string declarations, body, expected;
     } const documents[] = {
-        {"64 levels", chain(64), body, whole},
-        {"64 levels, the inner ones declared later", chain(64, true), body, whole},
-        {"many at one depth", chain(64) + many, body, whole},
-        {"parameter entities", parameters + chain(64) + "%p23999;", body, whole},
-        {"65 levels, unused", chain(65), body, "{10"},
-        {"65 levels, the inner ones declared later", chain(65, true), body, "{10"},
-        {"24,000 levels in content", chain(24'000), "]><r>&e24000;</r>", "{10"},
-        {"24,000 levels in a default", chain(24'000) + "<!ATTLIST r b CDATA '&e24000;'>", body,
-         "{10"},
-        {"a ring of 24,000", declare("e1", "&e24000;") + chain(24'000), "]><r>&e24000;</r>", "{10"},
-        {"itself", declare("e64", "&e64;"), body, "{10"}};
+        {"64 levels", EntityChain(64), body, whole},
+        {"64 levels, e1 last", EntityChain(64, true), body, whole},
+        {"many at one depth", EntityChain(64) + many, body, whole},
+        {"parameter entities", parameters + EntityChain(64) + "%p23999;", body, whole},
+        {"65 levels", EntityChain(65), body, failure},
+        {"65 levels, e1 last", EntityChain(65, true), body, failure},
+        {"24,000 levels in content", EntityChain(24'000), longBody, failure},
+        {"24,000 levels in a default", EntityChain(24'000) + "<!ATTLIST r b CDATA '&e24000;'>",
+         body, failure},
+        {"a ring of 24,000", Entity("e1", "&e24000;") + EntityChain(24'000), longBody, failure},
+        {"itself", Entity("e64", "&e64;"), body, failure}};
     boost::thread::attributes small;
     small.set_stack_size(std::size_t{256} << 10);
     boost::thread(small, [&] {
         for (auto const& document : documents) {
-            EXPECT_EQ(Heard("<!DOCTYPE r [" + document.declarations + document.body),
+            EXPECT_EQ(Events("<!DOCTYPE r [" + document.declarations + document.body),
                       document.expected)
                 << document.name;
         }
@@ -162,35 +219,43 @@ TEST_F(Parser, BoundsHowDeepEntitiesNestOnASmallStack) {
 }
 
 struct WatchedFactory : ExpatParserFactory {
-    ~WatchedFactory() override { ++S_deleted; }
-    inline static int S_deleted = 0;
+    ~WatchedFactory() override { ++S_destroyed; }
+    inline static int S_destroyed = 0;
 };
 
 TEST_F(Parser, ComesFromTheInstalledFactoryAndTakesItsHandler) {
     UTF16String first, second;
     Handler handler = std::make_unique<Recorder>(first);
-    EXPECT_TRUE(!Initialized() && GetParser(handler) == nullptr && handler != nullptr);
+    EXPECT_FALSE(Initialized());
+    EXPECT_EQ(GetParser(handler), nullptr);
+    EXPECT_NE(handler, nullptr);
     std::unique_ptr<DocParserFactory> factory = std::make_unique<WatchedFactory>();
     auto* const installed = factory.get();
     SetParserFactory(factory);
     SetParserFactory(factory = std::unique_ptr<DocParserFactory>(installed));
-    EXPECT_TRUE(Initialized() && factory == nullptr && WatchedFactory::S_deleted == 0);
+    EXPECT_TRUE(Initialized());
+    EXPECT_EQ(factory, nullptr);
+    EXPECT_EQ(WatchedFactory::S_destroyed, 0);
     auto const parser = GetParser(handler);
+    EXPECT_EQ(handler, nullptr);
     SetParserFactory(factory = std::make_unique<WatchedFactory>());
-    EXPECT_TRUE(Initialized() && handler == nullptr && WatchedFactory::S_deleted == 1);
+    EXPECT_TRUE(Initialized());
+    EXPECT_EQ(WatchedFactory::S_destroyed, 1);
     ResetParserFactory();
-    EXPECT_TRUE(!Initialized() && WatchedFactory::S_deleted == 2);
+    EXPECT_FALSE(Initialized());
+    EXPECT_EQ(WatchedFactory::S_destroyed, 2);
 
-    ExpatParseHandler copy(static_cast<ExpatParseHandler&>(*parser));
+    ExpatParser copy(static_cast<ExpatParser&>(*parser));
     for (auto const& path : {At("none"), At(""), u"C:\\proc\\self\\mem"_utf16}) {
-        EXPECT_EQ(copy.ParseDocument(path), 10) << "no file, a directory, or one without reading";
+        EXPECT_EQ(copy.ParseDocument(path), 10) << "missing, a directory, or an unreadable file";
     }
-    ExpatParseHandler assigned(handler = std::make_unique<Recorder>(second));
+    ExpatParser assigned(handler = std::make_unique<Recorder>(second));
     assigned = copy;
-    assigned = static_cast<ExpatParseHandler&>(assigned);
+    assigned = static_cast<ExpatParser&>(assigned);
     EXPECT_EQ(parser->ParseBuffer("<a/>"_utf8), 0);
     EXPECT_EQ(assigned.ParseBuffer("<b>"_utf8), 10);
-    EXPECT_TRUE(second == u"~"_utf16 && first == u"{{<b>"_utf16);
+    EXPECT_EQ(first, u"{{<b>"_utf16);
+    EXPECT_EQ(second, u"~"_utf16);
 }
 
 } // namespace

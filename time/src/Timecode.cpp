@@ -1,5 +1,7 @@
 #include <brindle/time/Timecode.h>
 
+#include <brindle/utility/Digits.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <limits>
@@ -13,11 +15,12 @@ constexpr std::uint64_t kLargestTicks = std::numeric_limits<std::int64_t>::max()
 /// No timecode that fits into a `TickTime` has more hours.
 constexpr std::uint64_t kMostHours = kLargestTicks / kTicksPerSecond / 3600;
 
-/// Sign, hours, two pairs, frames at the fastest rate, four separators.
+/// A sign, hours, minutes and seconds with ":" around them, the separator, frames at the fastest
+/// rate.
 constexpr std::size_t kMostDigits = 20;
 constexpr std::size_t kLongestText = 1 + kMostDigits + 3 + 3 + 1 + kMostDigits;
 
-/// Writes a number before `inEnd` with at least `inLeastDigits`, and gives back where it begins.
+/// Writes a number with at least `inLeastDigits` so that it ends at `inEnd`, and returns its begin.
 char* WriteNumberBefore(char* inEnd, std::uint64_t inNumber, std::uint32_t inLeastDigits) noexcept {
     char* const shortest = inEnd - inLeastDigits;
     char* begin = inEnd;
@@ -28,7 +31,7 @@ char* WriteNumberBefore(char* inEnd, std::uint64_t inNumber, std::uint32_t inLea
     return begin;
 }
 
-/// Reads a text from its front. After the first character that does not fit nothing does.
+/// Reads a text from its front, and remembers whether all of it has been as expected.
 class Reader {
 public:
     explicit Reader(std::string_view inText) noexcept : mText(inText) {}
@@ -36,8 +39,8 @@ public:
     bool IsGood() const noexcept { return mIsGood; }
     bool IsAtEnd() const noexcept { return mText.empty(); }
 
-    /// Takes the character if it stands next.
-    bool Skips(char inCharacter) noexcept {
+    /// Skips the character if it is the next one, and returns whether it was.
+    bool Skip(char inCharacter) noexcept {
         bool const isNext = !mText.empty() && mText.front() == inCharacter;
         if (isNext) {
             mText.remove_prefix(1);
@@ -45,15 +48,15 @@ public:
         return isNext;
     }
 
-    void Expect(char inCharacter) noexcept { mIsGood = Skips(inCharacter) && mIsGood; }
+    void Expect(char inCharacter) noexcept { mIsGood = Skip(inCharacter) && mIsGood; }
 
-    /// A number of as many digits as are there and in the given range; it stops growing when it is
-    /// over `inLargest`.
+    /// Reads all digits that follow as a number; their count must be in the given range. A number
+    /// over `inLargest` is only known to be over it.
     std::uint64_t Number(std::size_t inLeastDigits, std::size_t inMostDigits,
                          std::uint64_t inLargest) noexcept {
         std::uint64_t number = 0;
         std::size_t count = 0;
-        while (count < mText.size() && mText[count] >= '0' && mText[count] <= '9') {
+        while (count < mText.size() && utility::IsDigit(mText[count])) {
             if (number <= inLargest) {
                 number = number * 10 + static_cast<std::uint64_t>(mText[count] - '0');
             }
@@ -69,7 +72,7 @@ private:
     bool mIsGood = true;
 };
 
-/// Counted frames of a second, 0 if the rate has no timecode.
+/// The frames of a second as they are counted, or 0 if the rate has no timecode.
 std::uint64_t CountedFramesPerSecond(std::int64_t inTicksPerFrame) noexcept {
     if (inTicksPerFrame <= 0) {
         return 0;
@@ -107,13 +110,13 @@ std::optional<TimecodeFormat> TimecodeFormat::Create(FrameRate const& inFrameRat
     return format;
 }
 
-/// A label is the number that a frame would have if none were left out.
+/// A label is the number that the text of a frame stands for when no numbers are left out.
 std::uint64_t TimecodeFormat::LabelOf(std::uint64_t inFrame) const noexcept {
     std::uint64_t const perMinute = 60 * mFramesPerSecond - mDropped;
     std::uint64_t const perTenMinutes = 10 * perMinute + mDropped;
     std::uint64_t const tens = inFrame / perTenMinutes;
     std::uint64_t const rest = inFrame % perTenMinutes;
-    // The first of ten minutes is longer than the others by the numbers that it keeps.
+    // The first of ten minutes keeps all its numbers and is longer than the others by these.
     std::uint64_t const minutes = rest < mDropped ? 0 : (rest - mDropped) / perMinute;
     return inFrame + mDropped * (9 * tens + minutes);
 }
@@ -149,13 +152,13 @@ std::string TimecodeFormat::ToText(TickTime const& inTime) const {
 
 TimecodeReading TimecodeFormat::ToTime(std::string_view inText) const noexcept {
     Reader reader(inText);
-    bool const isNegative = reader.Skips('-');
+    bool const isNegative = reader.Skip('-');
     std::uint64_t const hours = reader.Number(2, inText.size(), kMostHours);
     reader.Expect(':');
     std::uint64_t const minutes = reader.Number(2, 2, 59);
     reader.Expect(':');
     std::uint64_t const seconds = reader.Number(2, 2, 59);
-    bool const isDropFrame = reader.Skips(';');
+    bool const isDropFrame = reader.Skip(';');
     if (!isDropFrame) {
         reader.Expect(':');
     }

@@ -18,8 +18,14 @@ AbstractDocParser& AbstractDocParser::operator=(AbstractDocParser& ioOther) noex
 AbstractDocParser::~AbstractDocParser() = default;
 
 AbstractParseHandler& AbstractDocParser::Handler() const noexcept {
-    static AbstractParseHandler S_nobody;
-    return mHandler != nullptr ? *mHandler : S_nobody;
+    // The union never destroys its member, so a client's static objects may parse at exit.
+    union Ignoring {
+        Ignoring() : handler() {}
+        ~Ignoring() {}
+        AbstractParseHandler handler;
+    };
+    static Ignoring S_ignoring;
+    return mHandler != nullptr ? *mHandler : S_ignoring.handler;
 }
 
 } // namespace brindle::xml

@@ -7,13 +7,14 @@
 
 namespace brindle::xml::impl {
 
-/// The attributes of one element after another, in nodes and texts that are used again.
+/// The attributes of an element. The map's nodes and strings are reused from element to element, so
+/// that most elements need no allocation.
 class AttributeMap {
 public:
     using Map = std::map<UTF16String, UTF16String>;
 
-    /// Takes names and values by turns, up to a null, in UTF-8. A name that has come before takes
-    /// the later value.
+    /// Replaces the attributes by those of an array of alternating names and values, in UTF-8, that
+    /// ends with a null. If a name is repeated, its last value is kept.
     void Assign(char const* const* inNamesAndValues);
 
     Map const& Get() const noexcept { return mMap; }

@@ -6,11 +6,11 @@
 
 namespace brindle::xml::impl {
 
-/// Expat's form of a name in a namespace: the namespace, this, the local name. It can stand in no
-/// document, so no namespace holds it.
+/// Expat reports a name in a namespace as the namespace, this separator and the local name. The
+/// character is not allowed in XML, so no namespace contains it.
 constexpr char kNamespaceSeparator[] = "\x01";
 
-/// Puts the local name of Expat's form in the place of `outName`'s text.
+/// Replaces `outName` by the local part of a name as Expat reports it.
 inline void AssignLocalName(char const* inName, UTF16String& outName) {
     std::size_t const length = std::strlen(inName);
     std::size_t start = length;

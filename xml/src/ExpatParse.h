@@ -2,11 +2,13 @@
 
 #include <brindle/utility/TextTypes.h>
 #include <brindle/xml/AbstractParseHandler.h>
+#include <brindle/xml/XMLParseFault.h>
 #include <brindle/xml/XMLParseStatus.h>
 
 #include "platform/Files.h"
 #include "xml/src/AttributeMap.h"
 #include "xml/src/EntityNesting.h"
+#include "xml/src/ExpatMemory.h"
 
 #include <boost/core/noncopyable.hpp>
 #include <expat.h>
@@ -17,16 +19,17 @@
 
 namespace brindle::xml::impl {
 
-/// One document on its way through Expat to a handler. For a single parse.
+/// Feeds one document to Expat, and Expat's events to a handler. For a single parse.
 class ExpatParse : private boost::noncopyable {
 public:
-    /// The handler outlives the parse. Expat takes its memory from `inMemory`, or from the heap.
-    explicit ExpatParse(AbstractParseHandler& ioHandler,
-                        XML_Memory_Handling_Suite const* inMemory = nullptr);
+    /// The handler has to outlive the parse.
+    explicit ExpatParse(AbstractParseHandler& ioHandler);
 
     XMLParseStatus Document(UTF8String const& inBuffer);
-    /// From the position of the file to its end.
+    /// Parses the file from its current position to its end.
     XMLParseStatus Document(platform::OpenFile& ioFile);
+
+    XMLParseFault const& Fault() const noexcept { return mFault; }
 
 private:
     struct Free {
@@ -36,6 +39,10 @@ private:
     static void XMLCALL StartElement(void* ioParse, char const* inName, char const** inAttributes);
     static void XMLCALL EndElement(void* ioParse, char const* inName);
     static void XMLCALL Characters(void* ioParse, char const* inText, int inLength);
+    static void XMLCALL StartNamespace(void* ioParse, char const* inPrefix, char const* inName);
+    static void XMLCALL DeclareAttribute(void* ioParse, char const* inElement,
+                                         char const* inAttribute, char const* inType,
+                                         char const* inDefault, int inIsRequired);
     static void XMLCALL DeclareEntity(void* ioParse, char const* inName, int inIsParameter,
                                       char const* inText, int inLength, char const* inBase,
                                       char const* inSystemId, char const* inPublicId,
@@ -43,21 +50,29 @@ private:
 
     template <typename Event>
     void Send(Event inEvent) noexcept;
+    void Refuse(char const* inReason) noexcept;
     template <typename Feed>
     XMLParseStatus Run(Feed inFeed);
 
     bool FeedAll(UTF8String const& inBuffer);
     bool FeedAll(platform::OpenFile& ioFile);
+    XMLParseStatus Fail() noexcept;
     bool EndsInsideToken(std::size_t inFed, std::size_t inLength) const noexcept;
 
+    void CountDefaults(char const* const* inAttributes) noexcept;
+
     AbstractParseHandler& mHandler;
+    ExpatMemory mMemory; // outlives the parser
     std::unique_ptr<XML_ParserStruct, Free> mParser;
     std::exception_ptr mException; ///< what the handler threw
-    // Kept from event to event, for their storage.
+    XMLParseFault mFault;
+    // Members only so that their storage is reused from event to event.
     UTF16String mName;
     UTF16String mText;
     AttributeMap mAttributes;
     EntityNesting mEntities;
+    int mDeclaredAttributes = 0;
+    std::size_t mDefaultBytes = 0; ///< of attributes that elements have only by declaration
 };
 
 } // namespace brindle::xml::impl

@@ -5,28 +5,41 @@
 
 namespace brindle::xml {
 
-ExpatParseHandler::ExpatParseHandler(std::unique_ptr<AbstractParseHandler>& ioHandler) noexcept
+ExpatParser::ExpatParser(std::unique_ptr<AbstractParseHandler>& ioHandler) noexcept
     : AbstractDocParser(ioHandler) {}
 
-ExpatParseHandler::~ExpatParseHandler() = default;
+ExpatParser::~ExpatParser() = default;
 
-XMLParseStatus ExpatParseHandler::ParseDocument(UTF16String const& inPath) {
+XMLParseStatus ExpatParser::ParseDocument(UTF16String const& inPath) {
     auto file = platform::OpenForReading(inPath);
     if (!file) {
+        XMLParseFault fault;
+        fault.kind = kXMLParseFault_Unreadable;
+        fault.error = file.error;
+        SetFault(fault);
         return kXMLParseStatus_Failure;
     }
-    return impl::ExpatParse(Handler()).Document(file.value);
+    return Parse(file.value);
 }
 
-XMLParseStatus ExpatParseHandler::ParseBuffer(UTF8String const& inBuffer) {
-    return impl::ExpatParse(Handler()).Document(inBuffer);
+XMLParseStatus ExpatParser::ParseBuffer(UTF8String const& inBuffer) {
+    return Parse(inBuffer);
+}
+
+template <typename Document>
+XMLParseStatus ExpatParser::Parse(Document& ioDocument) {
+    SetFault({});
+    impl::ExpatParse parse(Handler());
+    auto const status = parse.Document(ioDocument);
+    SetFault(parse.Fault());
+    return status;
 }
 
 ExpatParserFactory::~ExpatParserFactory() = default;
 
 std::unique_ptr<AbstractDocParser>
 ExpatParserFactory::GetParser(std::unique_ptr<AbstractParseHandler>& ioHandler) {
-    return std::make_unique<ExpatParseHandler>(ioHandler);
+    return std::make_unique<ExpatParser>(ioHandler);
 }
 
 } // namespace brindle::xml

@@ -6,7 +6,7 @@ namespace brindle::xml {
 
 namespace {
 
-/// Owned, but not deleted at exit: the code of a client's factory may be gone by then.
+/// Owned, but not destroyed at exit, when the code of a client's factory may have been unloaded.
 std::atomic<DocParserFactory*> S_factoryP{nullptr};
 
 } // namespace

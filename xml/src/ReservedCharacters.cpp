@@ -16,7 +16,7 @@ struct Reserved {
     std::string_view reference;
 };
 
-/// In the order of decoding: the ampersand is last, so that no reference is decoded twice.
+/// In the order of decoding. The ampersand is last, so that no reference is decoded twice.
 constexpr Reserved kReserved[] = {
     {'<', "&lt;"}, {'>', "&gt;"}, {'\'', "&apos;"}, {'"', "&quot;"}, {'&', "&amp;"}};
 
@@ -30,7 +30,7 @@ constexpr auto kReferences = [] {
 
 constexpr std::size_t kBlock = 16;
 
-/// Written without a branch, so that a compiler makes it a few instructions on a whole block.
+/// Has no branch, so that the compiler makes a few vector instructions of it.
 bool HasReserved(std::uint8_t const* inBlock) noexcept {
     unsigned seen = 0;
     for (std::size_t i = 0; i < kBlock; ++i) {

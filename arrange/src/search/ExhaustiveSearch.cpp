@@ -8,17 +8,9 @@ namespace brindle::arrange::impl {
 
 namespace {
 
-struct Extents {
-    float main = 0;
-    float cross = 0;
-};
-
-Extents Along(LayoutForm inForm, geom::PointT<float> inSize) noexcept {
-    return HasRows(inForm) ? Extents{inSize.x, inSize.y} : Extents{inSize.y, inSize.x};
-}
-
-/// A layout by its place in the order of trying. A break in the gap behind the first child is the
-/// highest bit of `breaks`, so that of equally many lines the shorter first one comes later.
+/// A layout, identified by its position in the order of trying. The highest bit of `breaks` stands
+/// for a break in the gap behind the first child, so that among layouts with equally many lines
+/// those with shorter first lines come later.
 struct Candidate {
     geom::PointT<float> size;
     std::uint32_t combination = 0;
@@ -32,7 +24,7 @@ bool IsEarlier(Candidate const& inLHS, Candidate const& inRHS) noexcept {
            std::tie(inRHS.combination, inRHS.form, inRHS.lines, inRHS.breaks);
 }
 
-/// Keeps what no other candidate beats; of equal sizes the one that is tried last.
+/// Keeps the candidates that no other one beats; of equal sizes the one that is tried last.
 class CandidateSet {
 public:
     void Add(Candidate const& inCandidate) {
@@ -95,7 +87,7 @@ public:
     }
 
 private:
-    /// What the lines closed so far add up to, and where the open one starts.
+    /// The sum of the lines closed so far, and the child with which the open one starts.
     struct Stack {
         std::uint32_t start = 0;
         std::uint32_t lines = 0;
@@ -130,16 +122,17 @@ private:
     void MeasureLines(LayoutForm inForm) {
         mLines.resize(std::size_t{mCount} * mCount);
         for (std::uint32_t first = 0; first < mCount; ++first) {
-            Extents* const line = &Line(first, first + 1);
+            LineSize* const line = &Line(first, first + 1);
             MeasureLinesFrom(first, inForm, line);
-            *line = Along(inForm, mProblem.children[first][mChosen[first]]); // no line of its own
+            *line = Along(inForm,
+                          mProblem.children[first][mChosen[first]]); // no line object of its own
         }
     }
 
-    void MeasureLinesFrom(std::uint32_t inFirst, LayoutForm inForm, Extents* outLines) const {
-        Extents line;
+    void MeasureLinesFrom(std::uint32_t inFirst, LayoutForm inForm, LineSize* outLines) const {
+        LineSize line;
         for (std::uint32_t child = inFirst; child < mCount; ++child) {
-            Extents const extents = Along(inForm, mProblem.children[child][mChosen[child]]);
+            LineSize const extents = Along(inForm, mProblem.children[child][mChosen[child]]);
             line.main += extents.main;
             line.cross = std::max(line.cross, extents.cross);
             float const gaps = static_cast<float>(child - inFirst) * mSpacing.main;
@@ -147,25 +140,25 @@ private:
         }
     }
 
-    Extents& Line(std::uint32_t inFirst, std::uint32_t inEnd) noexcept {
+    LineSize& Line(std::uint32_t inFirst, std::uint32_t inEnd) noexcept {
         return mLines[std::size_t{inFirst} * mCount + inEnd - 1];
     }
 
-    Extents Outer(Extents inLine) const noexcept {
+    LineSize Outer(LineSize inLine) const noexcept {
         return {inLine.main + mMargins.main, inLine.cross + mMargins.cross};
     }
 
     Stack Closed(Stack inStack, std::uint32_t inEnd) noexcept {
-        Extents line = Line(inStack.start, inEnd);
+        LineSize line = Line(inStack.start, inEnd);
         if (inStack.start == 0 && inEnd == mCount && mCount > 1) {
-            line = Outer(line); // the one line of all has the margins, and so has its stack
+            line = Outer(line); // the only line includes the margins, and so does its stack
         }
         return {inEnd, inStack.lines + 1, inStack.sum + line.cross,
                 std::max(inStack.widest, line.main)};
     }
 
     void TryBreaks(Candidate inCandidate) {
-        mStacks.assign(mCount, {}); // by gap: the decisions in front of it made
+        mStacks.assign(mCount, {}); // by gap: the state after the decisions in front of it
         std::uint32_t const gaps = mCount - 1;
         std::uint32_t changed = 0;
         std::uint32_t& breaks = inCandidate.breaks;
@@ -187,10 +180,10 @@ private:
         } while (breaks >> gaps == 0);
     }
 
-    void Offer(Candidate inCandidate, Extents inExtents) {
+    void Offer(Candidate inCandidate, LineSize inLineSize) {
         bool const isAcross = !HasRows(mProblem.forms[inCandidate.form]);
-        inCandidate.size = isAcross ? geom::PointT<float>{inExtents.cross, inExtents.main}
-                                    : geom::PointT<float>{inExtents.main, inExtents.cross};
+        inCandidate.size = isAcross ? geom::PointT<float>{inLineSize.cross, inLineSize.main}
+                                    : geom::PointT<float>{inLineSize.main, inLineSize.cross};
         mSet.Add(inCandidate);
     }
 
@@ -219,9 +212,9 @@ private:
     LayoutProblem const& mProblem;
     std::uint32_t mCount;
     std::vector<std::uint32_t> mChosen;
-    Extents mSpacing;
-    Extents mMargins;
-    std::vector<Extents> mLines; // by first child and last, of the combination and form at hand
+    LineSize mSpacing;
+    LineSize mMargins;
+    std::vector<LineSize> mLines; // by first and last child, for the current combination and form
     std::vector<Stack> mStacks;
     CandidateSet mSet;
 };

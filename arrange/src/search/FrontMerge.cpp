@@ -9,7 +9,7 @@ namespace brindle::arrange::impl {
 
 namespace {
 
-/// Of the whole group, whatever the form.
+/// The size of the whole group, in the same directions for every form.
 struct WholeSize {
     std::int64_t width;
     std::int64_t height;
@@ -19,7 +19,7 @@ bool IsBefore(WholeSize const& inLHS, WholeSize const& inRHS) noexcept {
     return std::tie(inLHS.width, inLHS.height) < std::tie(inRHS.width, inRHS.height);
 }
 
-/// The layouts of one form that one search finds.
+/// The layouts of one form that one search covers.
 struct Family {
     LayoutForm form;
     std::unique_ptr<IFrontSearch> search;
@@ -31,7 +31,7 @@ WholeSize SizeIn(Family const& inFamily, LineExtent inExtent) noexcept {
                                   : WholeSize{inExtent.cross, inExtent.main};
 }
 
-/// The sizes that none beats, by rising width and falling height.
+/// The sizes that no other one beats, by rising width and falling height.
 std::vector<WholeSize> Unbeaten(std::vector<Family> const& inFamilies) {
     std::vector<WholeSize> sizes;
     for (Family const& family : inFamilies) {
@@ -47,8 +47,8 @@ std::vector<WholeSize> Unbeaten(std::vector<Family> const& inFamilies) {
     return sizes;
 }
 
-/// Puts the layouts by which a family has any of `inSizes` in their places, unless there is one of
-/// a greater combination.
+/// For each of `inSizes` that the family has, stores its layout at the same index of `ioLayouts`,
+/// unless the layout there has a greater combination of alternatives.
 void Place(Family const& inFamily, std::vector<WholeSize> const& inSizes,
            std::vector<FoundLayout>& ioLayouts) {
     std::vector<LineExtent> kept;
@@ -75,7 +75,7 @@ void Place(Family const& inFamily, std::vector<WholeSize> const& inSizes,
     }
 }
 
-/// In the order of trying.
+/// Sorts the layouts into the order of trying.
 void Sort(std::vector<FoundLayout>& ioLayouts, std::vector<LayoutForm> const& inForms) {
     auto const place = [&inForms](LayoutForm form) {
         return std::find(inForms.begin(), inForms.end(), form) - inForms.begin();
@@ -96,7 +96,7 @@ void Sort(std::vector<FoundLayout>& ioLayouts, std::vector<LayoutForm> const& in
 } // namespace
 
 std::vector<FoundLayout> MergeFronts(LayoutProblem const& inProblem, SizeGrid const& inGrid) {
-    std::vector<LineProblem> problems; // the families refer to these and to their fronts
+    std::vector<LineProblem> problems; // the families hold references to these and to `fronts`
     std::vector<LineFronts> fronts;
     problems.reserve(inProblem.forms.size());
     fronts.reserve(inProblem.forms.size());

@@ -5,7 +5,8 @@
 
 namespace brindle::arrange::impl {
 
-/// `FindLayouts` by the fronts of the forms, exact in whole units. For a bounded problem.
+/// `FindLayouts` for a bounded problem, exact in whole units: finds the unbeaten sizes of each
+/// form, merges them, and finds the layout for each size that is left.
 std::vector<FoundLayout> MergeFronts(LayoutProblem const& inProblem, SizeGrid const& inGrid);
 
 } // namespace brindle::arrange::impl

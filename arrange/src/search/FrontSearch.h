@@ -8,14 +8,14 @@
 
 namespace brindle::arrange::impl {
 
-/// A layout of a group, the alternatives and line lengths by child.
+/// A layout of one form: which alternative of each child, and how many children on each line.
 struct LinePick {
     std::vector<std::uint32_t> alternatives;
     std::vector<std::uint32_t> lines;
 };
 
-/// All layouts of one family, without building them: first the sizes that no other layout of the
-/// family beats, then for some of these the layouts that have them.
+/// Searches all layouts of one family without building them: first for the sizes that no other
+/// layout of the family beats, then for the layouts that have some of these sizes.
 class IFrontSearch {
 public:
     IFrontSearch() = default;
@@ -23,25 +23,25 @@ public:
     IFrontSearch& operator=(IFrontSearch const&) = delete;
     virtual ~IFrontSearch() = default;
 
-    /// At least the unbeaten sizes of the whole group, margins and all; main is along the lines,
-    /// and falls from each size to the next.
+    /// The unbeaten sizes of the whole group, with margins, and perhaps some that are beaten. The
+    /// extent along the lines falls from each size to the next.
     virtual std::vector<LineExtent> Front() const = 0;
 
-    /// For each of `inSizes`, a selection from the unbeaten ones of `Front` in its order: of the
-    /// layouts that have it the one with the greatest combination of alternatives, the first child
-    /// counting most, then with the most lines, then with the shorter earlier lines.
+    /// For each of `inSizes`, which are unbeaten sizes of `Front` in its order, the layout that is
+    /// tried last among those of this size: the one with the greatest combination of alternatives,
+    /// the first child counting most, then with the most lines, then with shorter earlier lines.
     virtual std::vector<LinePick> Picks(std::vector<LineExtent> const& inSizes) const = 0;
 };
 
-/// How often the group's margins count around a single line.
+/// How many times a single line includes the group's margins.
 enum class LineMargins { kOnce, kInLineAndStack };
 
-/// All children on one line. The search keeps references to both.
+/// Covers the layouts with all children on one line. Keeps references to the first two arguments.
 std::unique_ptr<IFrontSearch> SearchOneLine(LineProblem const& inProblem,
                                             LineFronts const& inFronts, LineMargins inMargins);
 
-/// The children on two lines or more; a single child on a line of its own. The search keeps
-/// references to both.
+/// Covers the layouts with two or more lines, or with a single child. Keeps references to both
+/// arguments.
 std::unique_ptr<IFrontSearch> SearchBreaks(LineProblem const& inProblem,
                                            LineFronts const& inFronts);
 

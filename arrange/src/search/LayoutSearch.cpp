@@ -11,7 +11,7 @@ namespace brindle::arrange::impl {
 namespace {
 
 constexpr double kMostTried = 1 << 18;
-constexpr double kMostTriedUnbounded = 1 << 10; // sizes that do not compare are all kept
+constexpr double kMostTriedUnbounded = 1 << 10; // because sizes that do not compare are all kept
 constexpr double kMostLines = 1 << 21;          // those of two thousand children
 constexpr double kMostLineSteps = 1e9;          // some seconds' walk
 
@@ -28,7 +28,7 @@ double CandidateCount(LayoutProblem const& inProblem) noexcept {
     return combinations * layouts;
 }
 
-/// Whether the lines that wrapping may build are too many to look at each.
+/// Whether there are too many runs of children to look at each as a line.
 bool HasTooManyLines(LayoutProblem const& inProblem) noexcept {
     auto const count = static_cast<double>(inProblem.children.size());
     double alternatives = 0;
@@ -36,12 +36,13 @@ bool HasTooManyLines(LayoutProblem const& inProblem) noexcept {
         alternatives += static_cast<double>(child.size());
     }
     double const lines = count * (count + 1) / 2;
-    double const steps = lines * (alternatives - count); // each line passes all in the worst case
+    double const steps =
+        lines * (alternatives - count); // in the worst case each line passes all of them
     return std::any_of(inProblem.forms.begin(), inProblem.forms.end(), IsWrapping) &&
            (lines > kMostLines || steps > kMostLineSteps);
 }
 
-/// Lines of all children, then of 2^k, ... 4, 2, 1.
+/// Layouts with lines of all children, then of 2^k, … 4, 2 and 1 children.
 std::vector<FoundLayout> EvenLayouts(LayoutProblem const& inProblem) {
     auto const count = static_cast<std::uint32_t>(inProblem.children.size());
     std::vector<std::uint32_t> lengths{1};
@@ -68,7 +69,7 @@ std::vector<FoundLayout> EvenLayouts(LayoutProblem const& inProblem) {
 
 } // namespace
 
-std::vector<FoundLayout> FindLayouts(LayoutProblem const& inProblem) {
+FoundLayouts FindLayouts(LayoutProblem const& inProblem) {
     if (inProblem.children.empty() ||
         std::any_of(inProblem.children.begin(), inProblem.children.end(),
                     [](auto const& alternatives) { return alternatives.empty(); })) {
@@ -77,12 +78,12 @@ std::vector<FoundLayout> FindLayouts(LayoutProblem const& inProblem) {
     SizeGrid const grid(inProblem);
     double const mostTried = grid.IsBounded() ? kMostTried : kMostTriedUnbounded;
     if (!grid.IsExact() && CandidateCount(inProblem) <= mostTried) {
-        return TryAllLayouts(inProblem);
+        return {TryAllLayouts(inProblem), true};
     }
     if (!grid.IsBounded() || HasTooManyLines(inProblem)) {
-        return EvenLayouts(inProblem);
+        return {EvenLayouts(inProblem), false};
     }
-    return MergeFronts(inProblem, grid);
+    return {MergeFronts(inProblem, grid), true};
 }
 
 } // namespace brindle::arrange::impl

@@ -17,8 +17,18 @@ constexpr bool HasRows(LayoutForm inForm) noexcept {
     return inForm == LayoutForm::kRow || inForm == LayoutForm::kRowsInColumn;
 }
 
-/// What decides which layouts of a group are worth keeping. Sizes may be negative, infinite or not
-/// numbers.
+/// A size as the lines of a form see it.
+struct LineSize {
+    float main = 0;  ///< along the lines
+    float cross = 0; ///< across them
+};
+
+constexpr LineSize Along(LayoutForm inForm, geom::PointT<float> const& inSize) noexcept {
+    return HasRows(inForm) ? LineSize{inSize.x, inSize.y} : LineSize{inSize.y, inSize.x};
+}
+
+/// Everything that decides which layouts of a group are worth keeping. Sizes may be negative,
+/// infinite or NaN.
 struct LayoutProblem {
     /// The minimum sizes of each child's alternatives, in the order of its set.
     std::vector<std::vector<geom::PointT<float>>> children;
@@ -28,26 +38,33 @@ struct LayoutProblem {
 };
 
 struct FoundLayout {
-    std::vector<std::uint32_t> alternatives; ///< which one of each child
+    std::vector<std::uint32_t> alternatives; ///< the index of each child's alternative
     LayoutForm form{};
-    std::vector<std::uint32_t> lines; ///< how many children on each line; none unless wrapping
+    std::vector<std::uint32_t> lines; ///< how many children on each line; empty unless wrapping
 };
 
-/// The layouts that an `ArrangementSet` keeps when every layout of every combination of the
-/// children's alternatives is added to it: by combination, the first child slowest; then by form;
-/// then by rising number of lines; then by falling length of the earlier lines. In that order, too,
-/// they are returned. A problem without children, or with a child without alternatives, has none.
+/// What a search found.
+struct FoundLayouts {
+    std::vector<FoundLayout> layouts;
+    bool areComplete = true; ///< whether all layouts were compared
+};
+
+/// The layouts that an `ArrangementSet` would keep if every layout of every combination of the
+/// children's alternatives were added to it, ordered by combination, the first child varying
+/// slowest, then by form, then by rising number of lines, then by falling length of the earlier
+/// lines. They are returned in the same order. A problem without children, or with a child without
+/// alternatives, has no layouts.
 ///
-/// - Where no sum of the sizes rounds in single precision, as with whole numbers or quarters that
-///   come to less than 2^24 of them, the result is just that, at a cost that grows with the lines
-///   that children can form and with the sizes kept, not with the layouts that there are.
-/// - Where sums round, everything is tried up to 2^18 candidates, so the result is just that, too.
-///   Beyond, sizes compare as exact arithmetic gives them.
-/// - Where sums may overflow, or sizes are not finite, everything is tried up to 2^10 candidates.
-///   Beyond, as with more than two thousand children to wrap, the result is a few layouts of the
-///   children's first alternatives, wrapped into lines of equal count.
+/// - Where no sum of the sizes is rounded in single precision, as with whole numbers or quarters
+///   whose sum is below 2^24 of them, this holds for any number of layouts. The cost grows with the
+///   number of runs of children and of sizes kept, not with the number of layouts.
+/// - Where sums are rounded, up to 2^18 candidates are all tried, so the same holds. Beyond that
+///   number, sizes are compared in exact arithmetic.
+/// - Where sums may overflow, or sizes are not finite, up to 2^10 candidates are all tried. Beyond
+///   that number, and with more than two thousand children to wrap, the result is not complete: a
+///   few layouts of the children's first alternatives, wrapped into lines of equal count.
 ///
-/// Any thread may call; only the allocator can throw.
-std::vector<FoundLayout> FindLayouts(LayoutProblem const& inProblem);
+/// Any thread may call. Throws nothing but `std::bad_alloc`.
+FoundLayouts FindLayouts(LayoutProblem const& inProblem);
 
 } // namespace brindle::arrange::impl

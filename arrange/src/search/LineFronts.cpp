@@ -43,8 +43,8 @@ std::vector<Line> LineFronts::LowestFrom(std::uint32_t inFirst) const {
     return lines;
 }
 
-/// The sum of the lowest alternatives is not yet a line: one that another child needs high anyway
-/// may have shorter ones at that height.
+/// The sum of the children's lowest alternatives is not yet a line: the highest of them decides the
+/// line's height, and other children may have shorter alternatives at that height.
 Line LineFronts::Settled(LineExtent inSum, std::uint32_t inFirst,
                          std::uint32_t inEnd) const noexcept {
     Line line{inSum.main, inSum.cross, 0};

@@ -38,7 +38,8 @@ public:
     }
 
 private:
-    /// The greatest combination that makes the line no longer and no higher than `inLimits`.
+    /// The greatest combination of alternatives whose line is no longer and no higher than
+    /// `inLimits`.
     std::vector<std::uint32_t> Choose(LineExtent inLimits) const {
         std::uint32_t const count = mFronts.Count();
         std::int64_t room = inLimits.main - (count - 1) * mProblem.spacing.main;

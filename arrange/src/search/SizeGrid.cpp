@@ -14,7 +14,7 @@ constexpr double kLargestFloat = std::numeric_limits<float>::max();
 constexpr int kFloatBits = std::numeric_limits<float>::digits;
 constexpr int kWholeBits = 60;
 
-/// No sum of extents along this axis is larger, in any layout. Not a number if one of them is not.
+/// An upper bound of all sums of extents on this axis, in any layout. NaN if one of them is NaN.
 double LargestSum(LayoutProblem const& inProblem, float Size::*inAxis) noexcept {
     auto const magnitude = [inAxis](Size const& s) {
         return std::abs(static_cast<double>(s.*inAxis));
@@ -59,24 +59,23 @@ bool SizeGrid::IsExact(LayoutProblem const& inProblem) const noexcept {
                });
 }
 
-LineExtent SizeGrid::Along(LayoutForm inForm, Size inSize) const noexcept {
+LineExtent SizeGrid::Whole(LineSize inSize) const noexcept {
     auto const whole = [this](float extent) -> std::int64_t {
         return std::llround(std::ldexp(static_cast<double>(extent), kWholeBits - mTop));
     };
-    return HasRows(inForm) ? LineExtent{whole(inSize.x), whole(inSize.y)}
-                           : LineExtent{whole(inSize.y), whole(inSize.x)};
+    return {whole(inSize.main), whole(inSize.cross)};
 }
 
 LineProblem SizeGrid::Lines(LayoutProblem const& inProblem, LayoutForm inForm) const {
     LineProblem lines;
-    lines.spacing = Along(inForm, inProblem.spacing);
-    lines.margins = Along(inForm, inProblem.margins);
+    lines.spacing = Whole(Along(inForm, inProblem.spacing));
+    lines.margins = Whole(Along(inForm, inProblem.margins));
     lines.children.reserve(inProblem.children.size());
     for (auto const& alternatives : inProblem.children) {
         std::vector<LineExtent>& extents = lines.children.emplace_back();
         extents.reserve(alternatives.size());
         for (Size const& size : alternatives) {
-            extents.push_back(Along(inForm, size));
+            extents.push_back(Whole(Along(inForm, size)));
         }
     }
     return lines;

@@ -5,24 +5,24 @@
 
 namespace brindle::arrange::impl {
 
-/// The sizes of a problem in whole units: multiples of a power of two, so fine that no bit is lost
+/// The sizes of a problem in whole units of a power of two. The unit is so fine that no bit is lost
 /// unless extents differ by more than ten orders of magnitude, and so coarse that no sum overflows.
 class SizeGrid {
 public:
     explicit SizeGrid(LayoutProblem const& inProblem);
 
-    /// Whether single precision holds every sum of the sizes, be it rounded. False also if any is
-    /// not finite. What follows may be used only of a bounded problem.
+    /// Whether all sizes are finite and no sum of them overflows single precision. The functions
+    /// below may be called only if it is true.
     bool IsBounded() const noexcept { return mIsBounded; }
 
-    /// Whether single precision holds every sum, in whatever order, without rounding.
+    /// Whether single precision represents every sum, in any order, without rounding.
     bool IsExact() const noexcept { return mIsExact; }
 
-    /// The problem as the lines of a form see it, in whole units.
+    /// The problem in the directions of the lines of a form, in whole units.
     LineProblem Lines(LayoutProblem const& inProblem, LayoutForm inForm) const;
 
 private:
-    LineExtent Along(LayoutForm inForm, geom::PointT<float> inSize) const noexcept;
+    LineExtent Whole(LineSize inSize) const noexcept;
     bool IsExact(LayoutProblem const& inProblem) const noexcept;
 
     bool mIsBounded = false;

@@ -8,13 +8,13 @@ namespace {
 
 constexpr std::int64_t kNever = std::int64_t{1} << 62; // no sum comes near
 
-/// The best stack of lines from a child to the last.
+/// The best stack of lines of the children from one to the last.
 struct Suffix {
-    std::int64_t total = kNever; ///< heights, with a gap behind each line
-    std::int64_t widest = 0;     ///< least among the stacks of this total
+    std::int64_t total = kNever; ///< the sum of the heights, with a gap behind each line
+    std::int64_t widest = 0;     ///< the longest line; the least among the stacks of this total
 };
 
-/// Every run of the children as a line, for bounds on its length that fall from call to call.
+/// Every run of the children as a line, for bounds on the length that fall from call to call.
 class LineTable {
 public:
     LineTable(LineFronts const& inFronts, std::int64_t inGap) : mFronts(inFronts), mGap(inGap) {
@@ -25,13 +25,13 @@ public:
             mReach.push_back(count);
         }
         if (count > 1) {
-            --mReach[0]; // all on one line is another search's
+            --mReach[0]; // all children on one line are covered by another search
         }
         mSuffixes.resize(std::size_t{count} + 1);
         mSuffixes[count].total = 0;
     }
 
-    /// Finds the best stacks with lines no longer than `inBound`, and fits the lines to it.
+    /// Fits the lines to the bound, and finds the best stacks of lines no longer than it.
     void Narrow(std::int64_t inBound) {
         for (std::uint32_t first = mFronts.Count(); first-- > 0;) {
             std::vector<Line>& row = mRows[first];
@@ -58,10 +58,11 @@ public:
 
     Suffix const& From(std::uint32_t inFirst) const noexcept { return mSuffixes[inFirst]; }
 
-    /// No line from `inFirst` ends behind this, of those that fit.
+    /// No line that starts with `inFirst` and fits ends behind this.
     std::uint32_t Reach(std::uint32_t inFirst) const noexcept { return mReach[inFirst]; }
 
-    /// The lowest line that fits; longer than the bound if none does. `inEnd` is within reach.
+    /// The lowest form of the line that fits; longer than the bound if none does. `inEnd` is at
+    /// most `Reach(inFirst)`.
     Line const& At(std::uint32_t inFirst, std::uint32_t inEnd) const noexcept {
         return mRows[inFirst][inEnd - inFirst - 1];
     }
@@ -74,7 +75,7 @@ private:
     std::vector<Suffix> mSuffixes;
 };
 
-/// From the best stacks of a bound to the layout that is tried last among them.
+/// Finds the layout that is tried last among the best stacks for a bound.
 class Tracing {
 public:
     Tracing(LineProblem const& inProblem, LineFronts const& inFronts)
@@ -82,8 +83,8 @@ public:
           mHasChoice(std::any_of(inProblem.children.begin(), inProblem.children.end(),
                                  [](auto const& child) { return child.size() > 1; })) {}
 
-    /// The last layout with lines no longer than `inBound` and the least total of heights. The
-    /// bounds fall from call to call.
+    /// Of the layouts whose lines are no longer than `inBound` and whose total height is the least,
+    /// the one that is tried last. The bounds fall from call to call.
     LinePick Trace(std::int64_t inBound) {
         mBound = inBound;
         mTable.Narrow(inBound);
@@ -97,23 +98,23 @@ public:
     }
 
 private:
-    /// A line that may hold the child at hand, on the way to the least total.
+    /// A line, started but not ended, of a stack that may still have the least total height.
     struct Run {
         std::uint32_t end;
         std::int64_t before; // the total of the lines in front of it
-        std::int64_t limit;  // to its height
-        std::int64_t cross;  // the height of its chosen children
-        std::int64_t slack;  // to the bound, were the others as short as the limit admits
+        std::int64_t limit;  // the greatest height that it may have
+        std::int64_t cross;  // the height of the children chosen so far
+        std::int64_t slack;  // what is left of the bound if the others are as short as can be
     };
 
-    /// The best stack of the chosen alternatives from a child to the last.
+    /// The best stack of lines of the chosen alternatives from one child to the last.
     struct Cut {
         std::int64_t total = kNever;
         std::uint32_t lines = 0;
         std::uint32_t end = 0; // of its first line
     };
 
-    /// The greatest combination of alternatives that comes to the least total.
+    /// The greatest combination of alternatives that has the least total height.
     void ChooseAlternatives(std::vector<std::uint32_t>& outChosen) {
         mRuns.clear();
         std::int64_t before = 0;
@@ -132,13 +133,13 @@ private:
         }
     }
 
-    /// Whether the line takes the child in this form and still fits.
+    /// Whether the line still fits with the child in this form.
     bool HasRoom(Run const& inRun, std::uint32_t inChild, LineExtent inExtent) const noexcept {
         return inExtent.cross <= inRun.limit &&
                inExtent.main <= inRun.slack + mFronts.LeastMain(inChild, inRun.limit);
     }
 
-    /// The lines that start with the child, behind others of the total `inBefore`.
+    /// Starts the lines that begin with the child, behind lines of the total height `inBefore`.
     void OpenRuns(std::uint32_t inFirst, std::int64_t inBefore) {
         std::int64_t const total = mTable.From(0).total - mProblem.spacing.cross;
         for (std::uint32_t end = inFirst + 1; end <= mTable.Reach(inFirst); ++end) {
@@ -155,11 +156,11 @@ private:
         }
     }
 
-    /// Goes on with the runs that have room for what is chosen. Returns the least total of lines
-    /// that end with the child.
+    /// Keeps the runs that have room for what was chosen. Returns the least total height of the
+    /// stacks with a line that ends with the child.
     std::int64_t Append(std::uint32_t inChild, LineExtent inExtent) {
         std::int64_t least = kNever;
-        auto goesOn = mRuns.begin();
+        auto kept = mRuns.begin();
         for (Run& run : mRuns) {
             if (!HasRoom(run, inChild, inExtent)) {
                 continue;
@@ -169,14 +170,15 @@ private:
             if (run.end == inChild + 1) {
                 least = std::min(least, run.before + run.cross + mProblem.spacing.cross);
             } else {
-                *goesOn++ = run;
+                *kept++ = run;
             }
         }
-        mRuns.erase(goesOn, mRuns.end());
+        mRuns.erase(kept, mRuns.end());
         return least;
     }
 
-    /// The line lengths of the least total, of these the most lines, of these the shorter first.
+    /// The line lengths with the least total height; among equals the most lines, then the shorter
+    /// earlier lines.
     std::vector<std::uint32_t> Break(std::vector<std::uint32_t> const& inChosen) {
         std::uint32_t const count = mFronts.Count();
         mCuts.resize(std::size_t{count} + 1);

@@ -11,20 +11,20 @@ namespace brindle::arrange::impl {
 
 namespace {
 
-// How often children may go in the middle of being measured before the group counts as empty.
+// How often children may be destroyed while they are measured before the group counts as empty.
 constexpr int kMostCollections = 5;
 
-/// The address of a child that a client passes on without looking at it, null perhaps.
+/// The address of a child, which is null if a client dereferenced a null pointer to pass it on.
 IArrangeable* AddressOf(IArrangeable& inChild) {
-    // Read back from memory, where the compiler may not conclude that a reference is never null.
+    // Reads it back from memory, so that the compiler cannot conclude that it is never null.
     IArrangeable* volatile child = &inChild;
     return child;
 }
 
 } // namespace
 
-// The virtual base is made by the client's class, which need not repeat the parent: each kind of
-// group sets it.
+// The client's most derived class constructs the virtual base and need not pass the parent on, so
+// each kind of group sets it.
 AbstractArrangeableGroup::AbstractArrangeableGroup(IArrangeable* inParent)
     : IArrangeable(inParent) {}
 
@@ -44,11 +44,11 @@ void AbstractArrangeableGroup::Position(geom::PointT<float> const&) {}
 void AbstractArrangeableGroup::SetDimensions(geom::PointT<float> const&) {}
 
 void AbstractArrangeableGroup::BuildSeparators() {
-    // A client may have this group replaced, or its separators built once more, in the middle.
+    // The client may replace this group, or rebuild its separators, from within the calls below.
     NodePointer<AbstractArrangeableGroup> const self(this);
     std::uint32_t const build = ++mSeparatorBuilds;
     auto const isOvertaken = [&] { return self.IsGone() || mSeparatorBuilds != build; };
-    // Until there are new ones there are none, whatever is arranged or thrown meanwhile.
+    // There are none until all new ones exist, whatever the client arranges or throws meanwhile.
     mSeparators.clear();
     ClearSeparators();
     if (isOvertaken() || mChildren.empty()) {
@@ -74,7 +74,7 @@ void AbstractArrangeableGroup::RebuildSelf() {
         if (mSeparators.size() != children.size() - 1) {
             BuildSeparators();
         }
-        // What is not prepared yet is not to be arranged by a client that asks for it from within.
+        // The client may arrange this group from within: it must not find unprepared alternatives.
         ArrangementSet set;
         if (Combine(children, set)) {
             set.Prepare();
@@ -103,7 +103,8 @@ AbstractArrangeableGroup::Children AbstractArrangeableGroup::CollectChildren() {
 
 /// Builds the layouts of all combinations of the children's alternatives, the first child varying
 /// slowest. A child without alternatives is left out; with a null child there are no layouts.
-/// False if a child went while another one was measured, so that they are to be collected anew.
+/// Returns false if this group was replaced meanwhile, or if a child was destroyed while another
+/// one was measured, so that the children have to be collected again.
 bool AbstractArrangeableGroup::Combine(Children const& inChildren, ArrangementSet& ioSet) {
     Alternatives alternatives;
     for (auto const& pointer : inChildren) {
@@ -112,13 +113,18 @@ bool AbstractArrangeableGroup::Combine(Children const& inChildren, ArrangementSe
             return !pointer.IsGone();
         }
         ArrangementSet const& set = child->Arrangements();
-        if (pointer.IsGone()) {
+        if (pointer.IsGone() || !*Lifeline()) {
             return false;
         }
         std::vector<boost::intrusive_ptr<IArrangement>> ofChild;
+        NoteLimits(child->LimitsReached());
         for (std::size_t index = 0; index < set.Size(); ++index) {
-            if (auto alternative = set[index]; alternative->Depth() < kDeepestArrangement &&
-                                               alternative->Count() <= kLargestArrangement) {
+            auto alternative = set[index];
+            if (alternative->Depth() >= kDeepestArrangement) {
+                NoteLimits(kLayoutLimit_Depth);
+            } else if (alternative->Count() > kLargestArrangement) {
+                NoteLimits(kLayoutLimit_Count);
+            } else {
                 ofChild.push_back(std::move(alternative));
             }
         }

@@ -22,7 +22,7 @@ bool IsNearerGoldenRatio(IArrangement const& inLHS, IArrangement const& inRHS) {
     return DistanceFromGoldenRatio(inLHS) < DistanceFromGoldenRatio(inRHS);
 }
 
-/// An alternative beside a size, for the choice among them.
+/// An alternative, to be compared with others for a given size.
 class Candidate {
 public:
     Candidate(boost::intrusive_ptr<IArrangement> inArrangement, geom::PointT<float> const& inSize)
@@ -54,7 +54,7 @@ public:
     }
 
 private:
-    // Shares out the space of the whole alternative, so it is worked out only once.
+    // Distributes space throughout the alternative, so it is computed only once.
     float UnusedArea() {
         if (!mUnusedArea) {
             mUnusedArea = mArrangement->UnusedArea(mSize);
@@ -64,7 +64,7 @@ private:
 
     float MinimumArea() const { return mArrangement->MinWidth() * mArrangement->MinHeight(); }
 
-    // Held, as a client that invalidates in the middle may have its set rebuilt.
+    // A counted pointer, because a client that invalidates from within has the set rebuilt.
     boost::intrusive_ptr<IArrangement> mArrangement;
     geom::PointT<float> mSize;
     bool mFits;

@@ -1,6 +1,6 @@
 #include "arrange/src/tree/BuildLayouts.h"
 
-#include <brindle/arrange/GroupArrangement.h>
+#include <brindle/arrange/AxisArrangement.h>
 
 #include "arrange/src/search/LayoutSearch.h"
 
@@ -15,9 +15,8 @@ namespace {
 using Chosen = std::vector<boost::intrusive_ptr<IArrangement>>;
 using Separators = std::vector<ISeparator*>;
 
-/// Makes the layouts that were found, in their order. Stacks of one combination of alternatives
-/// that begin with the same lines, and have the same number of them, share the objects of those
-/// lines.
+/// Makes the layouts that were found, in their order. Consecutive stacks of the same combination of
+/// alternatives and the same number of lines share the objects of the lines that they begin with.
 class LayoutMaker {
 public:
     LayoutMaker(AbstractArrangeableGroup& inGroup, Alternatives const& inAlternatives,
@@ -44,7 +43,7 @@ public:
     }
 
 private:
-    /// A stack of lines of consecutive children. A line of one child is that child's own
+    /// A stack of lines of consecutive children. The line of a single child is that child's own
     /// alternative.
     template <typename Line, typename Stack>
     boost::intrusive_ptr<IArrangement> MakeStack(FoundLayout const& inFound,
@@ -69,8 +68,8 @@ private:
         return new Stack(mGroup, mLines, IfCurrent(separators), true);
     }
 
-    /// How many lines the layout shares with the one before it, which by the order of trying is the
-    /// one that it shares most with.
+    /// How many lines the layout shares with the one made before it. In the order of trying, that
+    /// is the layout with which it shares most.
     std::size_t SharedLines(FoundLayout const& inFound) const {
         if (inFound.form != mLast.form || inFound.lines.size() != mLast.lines.size() ||
             inFound.alternatives != mLast.alternatives) {
@@ -89,7 +88,7 @@ private:
         return taken;
     }
 
-    /// None if the client has had the group's separators built anew while it was asked for sizes.
+    /// None if the client has rebuilt the group's separators while it was asked for sizes.
     Separators const& IfCurrent(Separators const& inSeparators) const {
         return mGroup.SeparatorBuilds() == mSeparatorBuilds ? inSeparators : mNoSeparators;
     }
@@ -120,8 +119,12 @@ void BuildLayouts(ArrangementSet& ioSet, AbstractArrangeableGroup& inGroup,
         }
     }
     LayoutMaker maker(inGroup, inAlternatives, inSeparators);
-    for (FoundLayout const& found : FindLayouts(problem)) {
-        ioSet.AddArrangement(maker.Make(found));
+    FoundLayouts const found = FindLayouts(problem);
+    for (FoundLayout const& layout : found.layouts) {
+        ioSet.AddArrangement(maker.Make(layout));
+    }
+    if (!found.areComplete) {
+        inGroup.NoteLimits(kLayoutLimit_Breaks);
     }
 }
 

@@ -6,11 +6,11 @@
 
 namespace brindle::arrange::impl {
 
-/// What each child offers, in the order of the children; none offers nothing.
+/// The alternatives of each child, in the order of the children; each child has at least one.
 using Alternatives = std::vector<std::vector<boost::intrusive_ptr<IArrangement>>>;
 
-/// Adds to the set what is left of all layouts of these families over all combinations of the
-/// alternatives, in the order in which trying each of them would leave it.
+/// Adds to the set what would be left in it after adding every layout of these forms for every
+/// combination of the alternatives, in the same order.
 void BuildLayouts(ArrangementSet& ioSet, AbstractArrangeableGroup& inGroup,
                   std::vector<LayoutForm> const& inForms, Alternatives const& inAlternatives,
                   std::vector<ISeparator*> const& inSeparators);

@@ -1,10 +1,11 @@
 #include <brindle/arrange/DynamicGroup.h>
 
 #include "arrange/src/tree/HostedGroup.h"
+#include "arrange/src/tree/Pass.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <algorithm>
+#include <utility>
 
 namespace brindle::arrange {
 
@@ -61,27 +62,29 @@ void DynamicGroup::SetArrangementType(GroupArrangementType inType, IArrangeable*
     if (isOtherType && mGroup != nullptr) {
         mGroup->Invalidate();
     }
-    // It still holds what was built of the replaced group, which is gone.
+    // Its alternatives still refer to the group that was replaced.
     if (IArrangeable* const node = holder.Get()) {
         node->Invalidate();
     }
 }
 
 void DynamicGroup::Replace(GroupPointer inGroup) {
-    mReplacedAtWork.erase(
-        std::remove_if(mReplacedAtWork.begin(), mReplacedAtWork.end(),
-                       [](GroupPointer const& inReplaced) { return !inReplaced->IsAtWork(); }),
-        mReplacedAtWork.end());
-    mGroup.swap(inGroup);
-    if (inGroup != nullptr && inGroup->IsAtWork()) {
-        inGroup->Retire();
-        mReplacedAtWork.push_back(std::move(inGroup));
+    // The engine may still be using the old group, which must no longer ask its host anything.
+    if (mGroup != nullptr && impl::Pass::Keep(mGroup)) {
+        mGroup->Retire();
     }
+    mGroup = std::move(inGroup);
 }
 
 void DynamicGroup::Invalidate() {
     if (mGroup != nullptr) {
         mGroup->Invalidate();
+    }
+}
+
+void DynamicGroup::MarkInvalid() noexcept {
+    if (mGroup != nullptr) {
+        mGroup->MarkInvalid();
     }
 }
 

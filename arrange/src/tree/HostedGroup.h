@@ -6,11 +6,12 @@
 
 namespace brindle::arrange {
 
-/// A group whose look and whose children are decided by its host, which owns it.
+/// A group that forwards every question about its look and its children to its host, which owns it.
 template <typename Group, typename Host>
 class HostedGroup final : public Group {
 public:
-    /// The group starts as a root: a parent group sets its parent when it finds it.
+    /// Starts without a parent; a group that shows it as a child sets its parent when it is
+    /// measured.
     HostedGroup(Host* inHost, IArrangeable*) : mHost(inHost) {}
 
     bool VisitChildren(boost::function<bool(IArrangeable const&)> inFunction) const override {

@@ -1,6 +1,7 @@
 #include <brindle/arrange/IArrangeable.h>
 
 #include "arrange/src/tree/Limits.h"
+#include "arrange/src/tree/Pass.h"
 
 #include <utility>
 
@@ -13,17 +14,6 @@ constexpr int kMostPasses = 5;
 thread_local std::uint32_t S_rebuildDepth = 0;
 
 } // namespace
-
-class IArrangeable::Work {
-public:
-    explicit Work(IArrangeable& ioNode) : mNode(ioNode) { ++mNode.mWorkDepth; }
-    Work(Work const&) = delete;
-    Work& operator=(Work const&) = delete;
-    ~Work() { --mNode.mWorkDepth; }
-
-private:
-    IArrangeable& mNode;
-};
 
 IArrangeable::IArrangeable(IArrangeable* inParent) : mParent(inParent) {}
 
@@ -57,17 +47,19 @@ geom::PointT<float> IArrangeable::Arrange(geom::RectT<float> const& inRect) {
     if (!(inRect.width > 0) || !(inRect.height > 0) || !mIsEnabled) {
         return {};
     }
-    Work const work(*this);
+    impl::Pass const pass;
     geom::RectT<float> const rect = inRect;
     mRectangle = rect;
+    mLimits &= ~std::uint32_t{kLayoutLimit_Passes};
     geom::PointT<float> size;
-    for (int pass = 0; pass < kMostPasses; ++pass) {
+    for (int count = 0; count < kMostPasses; ++count) {
         RebuildIfInvalid();
         size = ArrangementsSelf().Arrange(rect);
         if (mIsValid || !*mIsAlive) {
-            break;
+            return size;
         }
     }
+    NoteLimits(kLayoutLimit_Passes);
     return size;
 }
 
@@ -77,6 +69,7 @@ void IArrangeable::Rearrange() {
 }
 
 geom::PointT<float> IArrangeable::BestSize() {
+    impl::Pass const pass;
     return Arrangements().BestSize();
 }
 
@@ -102,7 +95,7 @@ void IArrangeable::InvalidateAll() {
     if (!ArrangementEnabled()) {
         return;
     }
-    Work const work(*this);
+    impl::Pass const pass;
     arrange::VisitChildren(*this, [](IArrangeable& inChild) {
         inChild.Invalidate();
         return true;
@@ -111,13 +104,20 @@ void IArrangeable::InvalidateAll() {
 }
 
 impl::ArrangementSet& IArrangeable::Arrangements() {
+    impl::Pass const pass;
     RebuildIfInvalid();
-    return ArrangementsSelf();
+    if (*mIsAlive) {
+        return ArrangementsSelf();
+    }
+    // The client replaced this node while it was measured; it is destroyed when the pass ends.
+    static thread_local impl::ArrangementSet S_none;
+    S_none.Clear();
+    return S_none;
 }
 
 void IArrangeable::RebuildSelf() {}
 
-/// Parents that go in a ring have no top: each of them is its own root then.
+/// If the parents form a ring there is no topmost one, and each node of the ring is its own root.
 IArrangeable const& IArrangeable::Root() const noexcept {
     IArrangeable const* root = this;
     IArrangeable const* slow = this;
@@ -138,8 +138,8 @@ IArrangeable& IArrangeable::Root() noexcept {
     return const_cast<IArrangeable&>(std::as_const(*this).Root());
 }
 
-/// Upward as far as what is built of this node is valid; so it also ends where parents go in a
-/// ring.
+/// Marks this node and its ancestors up to the first that is invalid already; so it also ends where
+/// parents form a ring.
 void IArrangeable::MarkInvalid() noexcept {
     for (IArrangeable* node = this; node != nullptr && std::exchange(node->mIsValid, false);) {
         node = node->Parent();
@@ -147,9 +147,13 @@ void IArrangeable::MarkInvalid() noexcept {
 }
 
 void IArrangeable::RebuildIfInvalid() {
-    // A node that is found among its own descendants is left out there, and so is what stands
-    // deeper than the stack can carry. A retired one has lost its children to its successor.
-    if (mIsValid || mIsRebuilding || !*mIsAlive || S_rebuildDepth == impl::kDeepestTree) {
+    // A node that is found among its own descendants is left out there, and so are nodes that stand
+    // deeper than the stack allows. The children of a retired node belong to its successor.
+    if (mIsValid || mIsRebuilding || !*mIsAlive) {
+        return;
+    }
+    if (S_rebuildDepth == impl::kDeepestTree) {
+        NoteLimits(kLayoutLimit_Depth);
         return;
     }
     struct Rebuilding {
@@ -165,7 +169,7 @@ void IArrangeable::RebuildIfInvalid() {
         }
         IArrangeable& mNode;
     } const rebuilding(*this);
-    Work const work(*this);
+    mLimits = 0;
     RebuildSelf();
     mIsValid = true;
 }

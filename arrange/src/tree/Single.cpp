@@ -1,11 +1,16 @@
 #include <brindle/arrange/Single.h>
 
+#include <cmath>
+
 namespace brindle::arrange {
 
 namespace {
 
-/// The one alternative of a leaf. It outlives the leaf where a group still holds it, and then stays
-/// an empty place of the same size.
+/// The one alternative of a leaf. Where a group still holds it after the leaf has been destroyed,
+/// it is an empty place of the same size.
+///
+/// NaN, which arises where space is distributed in proportion to a best size of 0, is not offered
+/// to the leaf: it counts as answering what a leaf answers by default.
 class SingleArrangement final : public impl::IArrangement {
 public:
     explicit SingleArrangement(Single& ioLeaf)
@@ -37,16 +42,26 @@ public:
 
     float ExpandedWidth(float inAvailable) const override {
         Single const* const leaf = mLeaf.Get();
-        return leaf == nullptr
-                   ? mBestWidth
-                   : leaf->ExpandedWidth(inAvailable - mHorizontalMargins) + mHorizontalMargins;
+        if (leaf == nullptr) {
+            return mBestWidth;
+        }
+        float const offered = inAvailable - mHorizontalMargins;
+        if (std::isnan(offered)) {
+            return mHorizontallyExpandable ? offered : mBestWidth;
+        }
+        return leaf->ExpandedWidth(offered) + mHorizontalMargins;
     }
 
     float ExpandedHeight(float inAvailable) const override {
         Single const* const leaf = mLeaf.Get();
-        return leaf == nullptr
-                   ? mBestHeight
-                   : leaf->ExpandedHeight(inAvailable - mVerticalMargins) + mVerticalMargins;
+        if (leaf == nullptr) {
+            return mBestHeight;
+        }
+        float const offered = inAvailable - mVerticalMargins;
+        if (std::isnan(offered)) {
+            return mVerticallyExpandable ? offered : mBestHeight;
+        }
+        return leaf->ExpandedHeight(offered) + mVerticalMargins;
     }
 
     void Prepare() override {}
@@ -68,7 +83,7 @@ private:
 
 } // namespace
 
-// The virtual base is made by the client's class, which need not repeat the parent.
+// The client's most derived class constructs the virtual base and need not pass the parent on.
 Single::Single(IArrangeable* inParent) : IArrangeable(inParent) {
     if (inParent != nullptr) {
         SetParent(inParent);

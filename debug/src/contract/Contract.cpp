@@ -5,7 +5,7 @@
 #include "platform/DebugOutput.h"
 #include "platform/Process.h"
 
-#include <brindle/config/Errors.h>
+#include <brindle/config/ErrorCodes.h>
 
 #include <atomic>
 #include <functional>
@@ -14,10 +14,6 @@
 namespace brindle::debug {
 
 namespace {
-
-constexpr char kContractKey[] = "$$$/brn/utility/Error/Contract/InputContractViolation="
-                                "An input contract violation has occurred!";
-constexpr std::int32_t kCode_ContractViolation = 25;
 
 std::atomic<bool> S_dialogEnabled{true};
 std::atomic<ContractMessageHook> S_messageHookP{nullptr};
@@ -32,8 +28,7 @@ void ViolateContract(char const* inExpression, char const* inFile, std::int32_t 
     if (BreakAfterContractDialog(inExpression, inFile, inLine)) {
         BRN_DebugBreak();
     }
-    config::ThrowError(config::kErrorLevel_Fatal, kContractKey, config::kErrorModule_Utility,
-                       kCode_ContractViolation, true, {}, {}, {}, {});
+    config::ThrowError(config::kError_ContractViolation);
 }
 
 bool BreakAfterContractDialog(char const*, char const* inFile, std::int32_t inLine) {
@@ -69,7 +64,7 @@ bool IsValidAddressRange(void const* inBegin, void const* inEnd, bool inNullAllo
     if (inNullAllowed && inBegin == nullptr) {
         return true;
     }
-    // The two need not point into one array, which only std::less orders.
+    // Pointers that do not point into one array are ordered by std::less alone.
     CheckContract(std::less<void const*>()(inBegin, inEnd), "inBegin < inEnd", "debug/src/Debug",
                   76);
     return inBegin != nullptr;

@@ -2,11 +2,12 @@
 
 namespace brindle::debug {
 
-/// Shows NUL-terminated text about a violated contract to the developer and returns when that is
-/// done. Called on the violating thread, on several at once.
+/// Shows NUL-terminated text about a violated contract to the developer, and returns when that is
+/// done. It runs on the thread that violated the contract, and several threads may do so at once.
 using ContractMessageHook = void (*)(char const* inText);
 
-/// Installs what shows the message, for a room above this one; null goes back to the debug channel.
+/// Installs what shows the message, for a higher room that has dialogs. Null stands for the debug
+/// channel, which is the default.
 void SetContractMessageHook(ContractMessageHook inHook) noexcept;
 
 } // namespace brindle::debug

@@ -1,24 +1,35 @@
 #include <brindle/filesupport/Aliases.h>
+
+#include "platform/ShellLink.h"
+
 #include <brindle/utility/FileUtils.h>
 
 namespace brindle::filesupport {
+
+namespace {
+
+void MakeShortcut(File const& inShortcut, UTF16String const& inTargetPath) {
+    // A failure is silent: the callers have no result.
+    static_cast<void>(platform::WriteShellLink(inTargetPath, inShortcut.Helper().Path(), {}));
+}
+
+} // namespace
 
 bool ResolveIfAlias(File const& inFile, File& outResolvedFile, Dir& outResolvedDir,
                     bool& outIsDir) {
     if (inFile.GetExtension(true) != u".lnk"_utf16 || !inFile.Exists()) {
         return false;
     }
-    UTF16String path = inFile.FullPath();
-    bool isDirectory = false;
-    if (utility::FileUtils::ResolveIT(path, isDirectory) != 0) {
+    auto const target = platform::ReadShellLink(inFile.Helper().Path());
+    if (!target) {
         return false;
     }
-    if (isDirectory) {
-        outResolvedDir = Dir(path);
+    outIsDir = target.value.isDirectory;
+    if (outIsDir) {
+        outResolvedDir = Dir(target.value.path);
     } else {
-        outResolvedFile = File(path);
+        outResolvedFile = File(target.value.path);
     }
-    outIsDir = isDirectory;
     return true;
 }
 
@@ -32,11 +43,11 @@ void ResolveIfAliasFileOnly(File& ioFile) {
 }
 
 void CreateShortCut(File const& inShortcut, Dir const& inTarget) {
-    utility::FileUtils::CreateLink(inTarget.FullPath(), inShortcut.FullPath(), {});
+    MakeShortcut(inShortcut, inTarget.Helper().Path());
 }
 
 void CreateShortCut(File const& inShortcut, File const& inTarget) {
-    utility::FileUtils::CreateLink(inTarget.FullPath(), inShortcut.FullPath(), {});
+    MakeShortcut(inShortcut, inTarget.Helper().Path());
 }
 
 std::int32_t FileUtils::ResolveIT(UTF16String& ioPath, bool& outIsDirectory) {

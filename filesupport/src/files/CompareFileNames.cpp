@@ -32,7 +32,7 @@ std::uint16_t WithoutKanaType(std::uint16_t inUnit) noexcept {
     return isHiragana ? static_cast<std::uint16_t>(inUnit + 0x60) : inUnit;
 }
 
-/// The part of a name that counts, with the differences that do not count taken out.
+/// The name as far as it counts, without the differences that are ignored.
 UTF16String ComparisonForm(UTF16String const& inName) {
     UTF16String name = inName.substr(0, inName.find(u'\0'));
     for (std::uint16_t& unit : name) {

@@ -2,10 +2,12 @@
 
 #include <brindle/filesupport/FileExceptions.h>
 
+#include <cstdint>
+
 namespace brindle::filesupport {
 
 void ThrowCreateFailure(File const& inFile, platform::ErrorCode inError) {
-    switch (inError) {
+    switch (static_cast<std::uint32_t>(inError)) {
     case 2:
     case 6:
     case 18:

@@ -6,7 +6,8 @@
 
 namespace brindle::filesupport {
 
-/// Throws the class of `create_exception` that tells why the file cannot be made.
+/// Throws the class derived from `create_exception` that stands for the reason why the file cannot
+/// be created.
 [[noreturn]] void ThrowCreateFailure(File const& inFile, platform::ErrorCode inError);
 
 } // namespace brindle::filesupport

@@ -7,19 +7,17 @@
 #include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/Aliases.h>
-#include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 
 #include <utility>
-#include <vector>
 
 namespace brindle::filesupport {
 
 namespace {
 
 platform::FileInfo InspectOrThrow(Dir const& inDir) {
-    auto const info = platform::Inspect(inDir.Helper().FullNativePath());
+    auto const info = platform::Inspect(inDir.Helper().Path());
     if (info.error == platform::kError_FileNotFound) {
         throw dir_not_found_exception(inDir);
     }
@@ -27,18 +25,6 @@ platform::FileInfo InspectOrThrow(Dir const& inDir) {
         throw dir_exception(inDir);
     }
     return info.value;
-}
-
-/// The subdirectories of `inDir` to remove before it. A link has none: it goes without what it
-/// points to.
-Dir::DirIterator SubdirsToRemove(Dir const& inDir) {
-    if (platform::IsSymbolicLink(inDir.Helper().FullNativePath())) {
-        return inDir.EndSubdirs();
-    }
-    for (auto file = inDir.BeginFiles(false); file != inDir.EndFiles(); ++file) {
-        (*file).Delete();
-    }
-    return inDir.BeginSubdirs(false);
 }
 
 } // namespace
@@ -83,7 +69,7 @@ bool Dir::IsTopLevelDir() const {
 }
 
 bool Dir::Exists() const {
-    auto const info = platform::Inspect(mHelper.FullNativePath());
+    auto const info = platform::Inspect(mHelper.Path());
     return info && info.value.kind == platform::FileKind::kDirectory;
 }
 
@@ -96,38 +82,26 @@ std::uint64_t Dir::Created() const {
 }
 
 void Dir::Create() const {
-    auto const error = platform::CreateDirectory(mHelper.FullNativePath());
+    auto const error = platform::CreateDirectory(mHelper.Path());
     if (error != platform::kError_None && error != platform::kError_AlreadyExists) {
         throw dir_exception(*this);
     }
 }
 
 void Dir::Delete() const {
-    struct Level {
-        Dir dir;
-        DirIterator next;
-    };
-    // A stack of its own, so that no depth of nesting is too deep.
-    std::vector<Level> branch;
-    branch.push_back({*this, SubdirsToRemove(*this)});
-    while (!branch.empty()) {
-        Level& level = branch.back();
-        if (level.next != level.dir.EndSubdirs()) {
-            Dir const subdir = *level.next;
-            ++level.next;
-            branch.push_back({subdir, SubdirsToRemove(subdir)});
-        } else if (platform::RemoveDirectory(level.dir.mHelper.FullNativePath()) !=
-                   platform::kError_None) {
-            throw dir_exception(level.dir);
-        } else {
-            branch.pop_back();
-        }
+    auto const removal = platform::RemoveTree(mHelper.Path());
+    if (removal.error == platform::kError_None) {
+        return;
     }
+    if (removal.isDirectory) {
+        throw dir_exception(Dir(removal.path));
+    }
+    throw file_delete_exception(File(removal.path));
 }
 
 void Dir::Rename(UTF16String const& inNewName) {
     DirHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
-    auto const error = platform::Move(mHelper.FullNativePath(), renamed.FullNativePath());
+    auto const error = platform::Move(mHelper.Path(), renamed.Path());
     if (error == platform::kError_AlreadyExists) {
         throw rename_dir_already_exists(*this, inNewName);
     }

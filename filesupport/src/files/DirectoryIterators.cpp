@@ -2,7 +2,7 @@
 
 #include "filesupport/src/files/DirectoryListing.h"
 
-#include "platform/Paths.h"
+#include "platform/Volumes.h"
 
 #include <utility>
 
@@ -16,9 +16,10 @@ std::vector<UTF16String> ListedPaths(bool inWantDirs, UTF16String const& inPath,
     if (!inWantDirs) {
         return std::move(listing.files);
     }
-    std::vector<UTF16String> dirs = std::move(listing.subdirs);
-    for (UTF16String& linked : listing.linkedSubdirs) {
-        dirs.push_back(std::move(linked));
+    std::vector<UTF16String> dirs;
+    dirs.reserve(listing.subdirs.size());
+    for (ListedDir& subdir : listing.subdirs) {
+        dirs.push_back(std::move(subdir.path));
     }
     return dirs;
 }

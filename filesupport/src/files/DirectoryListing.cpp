@@ -2,8 +2,7 @@
 #include "filesupport/src/files/PathText.h"
 
 #include "platform/Directories.h"
-
-#include <brindle/utility/FileUtils.h>
+#include "platform/ShellLink.h"
 
 #include <utility>
 
@@ -16,28 +15,44 @@ bool NamesShortcut(UTF16String const& inPath) {
     return inPath.size() >= 4 && inPath.compare(inPath.size() - 4, 4, kExtension, 4) == 0;
 }
 
-} // namespace
-
-DirectoryListing ListDirectory(UTF16String const& inPath, bool inResolveAliases) {
-    DirectoryListing listing;
-    platform::DirectoryScan scan(PrefixedPath(inPath));
+void TakeEntries(platform::DirectoryScan& ioScan, UTF16String const& inPath, bool inResolveAliases,
+                 DirectoryListing& ioListing) {
     platform::DirectoryEntry entry;
-    while (scan.Next(entry)) {
+    while (ioScan.Next(entry)) {
         UTF16String path = JoinedPath(inPath, entry.name);
         bool isDirectory = entry.isDirectory;
-        bool isLink = entry.isLink;
+        auto kind = entry.isLink ? Subdir::kLinked : Subdir::kOwn;
         if (inResolveAliases && !isDirectory && NamesShortcut(path)) {
-            if (utility::FileUtils::ResolveIT(path, isDirectory) < 0) {
+            auto target = platform::ReadShellLink(path);
+            if (!target) {
                 continue;
             }
-            isLink = false;
+            path = std::move(target.value.path);
+            isDirectory = target.value.isDirectory;
+            kind = Subdir::kTarget;
         }
-        auto& list = !isDirectory ? listing.files
-                     : isLink     ? listing.linkedSubdirs
-                                  : listing.subdirs;
-        list.push_back(std::move(path));
+        if (isDirectory) {
+            ioListing.subdirs.push_back({std::move(path), kind});
+        } else {
+            ioListing.files.push_back(std::move(path));
+        }
     }
-    listing.isReadable = scan.Error() == platform::kError_None;
+    ioListing.identity = ioScan.Identity();
+    ioListing.error = ioScan.Error();
+}
+
+} // namespace
+
+DirectoryListing ListDirectory(UTF16String const& inPath, bool inResolveAliases,
+                               platform::FileIdentity const* inParent) {
+    DirectoryListing listing;
+    if (inParent == nullptr) {
+        platform::DirectoryScan scan(inPath);
+        TakeEntries(scan, inPath, inResolveAliases, listing);
+    } else {
+        platform::DirectoryScan scan(inPath, *inParent);
+        TakeEntries(scan, inPath, inResolveAliases, listing);
+    }
     return listing;
 }
 

@@ -26,7 +26,7 @@ std::size_t ExtensionStart(UTF16String const& inPath) {
 }
 
 platform::FileInfo InspectOrThrow(File const& inFile) {
-    auto const info = platform::Inspect(inFile.Helper().FullNativePath());
+    auto const info = platform::Inspect(inFile.Helper().Path());
     if (info.error == platform::kError_FileNotFound) {
         throw file_not_found_exception(inFile);
     }
@@ -88,7 +88,7 @@ Dir File::Parent() const {
 }
 
 bool File::Exists() const {
-    return static_cast<bool>(platform::Inspect(mHelper.FullNativePath()));
+    return static_cast<bool>(platform::Inspect(mHelper.Path()));
 }
 
 std::uint64_t File::Modified() const {
@@ -105,7 +105,7 @@ std::uint64_t File::Size(FileSizeSelector inSelector) const {
     case kFileSize_Total:
     case kFileSize_DataOnDisk:
     case kFileSize_TotalOnDisk: {
-        auto const info = platform::Inspect(mHelper.FullNativePath());
+        auto const info = platform::Inspect(mHelper.Path());
         return info && info.value.kind == platform::FileKind::kFile ? info.value.size : 0;
     }
     case kFileSize_Resource:
@@ -116,21 +116,21 @@ std::uint64_t File::Size(FileSizeSelector inSelector) const {
 }
 
 void File::Create() const {
-    if (auto const error = platform::CreateEmptyFile(mHelper.FullNativePath())) {
+    auto const error = platform::CreateEmptyFile(mHelper.Path());
+    if (error != platform::kError_None) {
         ThrowCreateFailure(*this, error);
     }
 }
 
 void File::Delete() const {
-    if (platform::DeleteFile(mHelper.FullNativePath()) != platform::kError_None) {
+    if (platform::DeleteFile(mHelper.Path()) != platform::kError_None) {
         throw file_delete_exception(*this);
     }
 }
 
 void File::Rename(UTF16String const& inNewName) {
     FileHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
-    if (platform::Move(mHelper.FullNativePath(), renamed.FullNativePath()) !=
-        platform::kError_None) {
+    if (platform::Move(mHelper.Path(), renamed.Path()) != platform::kError_None) {
         throw rename_file(*this, inNewName);
     }
     mHelper = std::move(renamed);

@@ -5,7 +5,7 @@
 namespace brindle::filesupport {
 
 FileKind KindOf(File const& inFile) {
-    auto const info = platform::Inspect(inFile.Helper().FullNativePath());
+    auto const info = platform::Inspect(inFile.Helper().Path());
     if (!info) {
         return FileKind::kMissing;
     }

@@ -1,6 +1,7 @@
 #include <brindle/filesupport/NativePath.h>
 
 #include "platform/Paths.h"
+#include "platform/Volumes.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 

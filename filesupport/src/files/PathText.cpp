@@ -17,7 +17,7 @@ bool IsNetworkPath(UTF16String const& inPath) noexcept {
            inPath.find(kSeparator, 2) != UTF16String::npos;
 }
 
-/// Behind the prefix of long paths a relative "UNC\x" would read as a server.
+/// Behind the prefix for long paths, a relative path "UNC\x" would be read as a server.
 bool ReadsAsServer(UTF16String const& inPath) noexcept {
     return inPath.size() >= 4 && (inPath[0] | 0x20) == 'u' && (inPath[1] | 0x20) == 'n' &&
            (inPath[2] | 0x20) == 'c' && inPath[3] == kSeparator;

@@ -6,7 +6,7 @@
 
 namespace brindle::filesupport {
 
-/// Turns a path into normal form.
+/// Converts a path to normal form.
 void NormalizePath(UTF16String& ioPath);
 
 /// Drops one trailing backslash.
@@ -15,14 +15,14 @@ void DropTrailingSeparator(UTF16String& ioPath);
 /// The index of the last separator, `UTF16String::npos` if there is none.
 std::size_t LastSeparator(UTF16String const& inPath) noexcept;
 
-/// What stands behind the last separator; the whole path if there is none.
+/// The part behind the last separator; the whole path if there is none.
 UTF16String LastComponent(UTF16String const& inPath);
 
-/// What stands before the last separator; empty if there is none.
+/// The part before the last separator; empty if there is none.
 UTF16String BeforeLastComponent(UTF16String const& inPath);
 
-/// A name below a directory. A parent that ends in a separator gets none, so that what is below the
-/// root is not mistaken for a network path.
+/// Joins a directory and a name. No separator is added behind one, so that a path below the root is
+/// not mistaken for a network path.
 UTF16String JoinedPath(UTF16String const& inParent, UTF16String const& inName);
 
 /// The path with its last component replaced.

@@ -42,8 +42,14 @@ T ValueOrThrow(platform::Result<T> const& inResult) {
 } // namespace
 
 IPlatformByteStream::IPlatformByteStream(File const& inFile)
-    : mFile(std::make_unique<platform::OpenFile>(
-          OpenedOrThrow(platform::OpenForReading(inFile.Helper().FullNativePath()), inFile))) {}
+    : IPlatformByteStream(inFile, kShareWithReaders) {}
+
+IPlatformByteStream::IPlatformByteStream(File const& inFile, FileSharing inSharing)
+    : mFile(std::make_unique<platform::OpenFile>(OpenedOrThrow(
+          platform::OpenForReading(inFile.Helper().Path(), inSharing == kShareWithEverybody
+                                                               ? platform::Sharing::kEverybody
+                                                               : platform::Sharing::kReaders),
+          inFile))) {}
 
 IPlatformByteStream::~IPlatformByteStream() = default;
 
@@ -73,12 +79,12 @@ std::uint64_t IPlatformByteStream::Length() const {
 
 OPlatformByteStream::OPlatformByteStream(File const& inFile)
     : mFile(std::make_unique<platform::OpenFile>(
-          OpenedOrThrow(platform::OpenForWriting(inFile.Helper().FullNativePath()), inFile))) {}
+          OpenedOrThrow(platform::OpenForWriting(inFile.Helper().Path()), inFile))) {}
 
 OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile inKind) {
     auto const readers =
         inKind == kMakeNewPrivateFile ? platform::Readers::kOwner : platform::Readers::kAnybody;
-    auto file = platform::CreateNewFile(inFile.Helper().FullNativePath(), readers);
+    auto file = platform::CreateNewFile(inFile.Helper().Path(), readers);
     if (!file) {
         ThrowCreateFailure(inFile, file.error);
     }

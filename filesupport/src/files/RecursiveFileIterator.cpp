@@ -2,8 +2,6 @@
 
 #include "filesupport/src/files/DirectoryListing.h"
 
-#include "platform/Files.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -13,7 +11,7 @@ RecursiveFileIterator::RecursiveFileIterator(Dir const& inStart, bool inResolveA
                                              boost::function<void(Dir const&)> inUnreadable)
     : mResolveAliases(inResolveAliases), mUnreadable(std::move(inUnreadable)) {
     try {
-        Enter(inStart);
+        Enter(inStart, false);
         SkipToFile();
     } catch (...) {
         *this = RecursiveFileIterator();
@@ -41,31 +39,27 @@ bool operator==(RecursiveFileIterator const& inLHS, RecursiveFileIterator const&
 }
 
 bool RecursiveFileIterator::Level::operator==(Level const& inRHS) const {
-    return next == inRHS.next && (subdirs == inRHS.subdirs || *subdirs == *inRHS.subdirs);
+    return next == inRHS.next &&
+           (listing == inRHS.listing || listing->subdirs == inRHS.listing->subdirs);
 }
 
-void RecursiveFileIterator::Enter(Dir inDir) {
-    Level level{0, 0, nullptr, 0};
-    // Links are not entered, so only a shortcut can lead back to a directory of the branch.
-    if (mResolveAliases) {
-        auto const info = platform::Inspect(inDir.Helper().FullNativePath());
-        level.device = info.value.identity.device;
-        level.number = info.value.identity.number;
-        auto const isSame = [&level](Level const& inOuter) {
-            return inOuter.device == level.device && inOuter.number == level.number;
-        };
-        if (info && std::any_of(mBranch.begin(), mBranch.end(), isSame)) {
-            return;
-        }
-    }
-    DirectoryListing listing = ListDirectory(inDir.Helper().Path(), mResolveAliases);
-    if (!listing.isReadable && mUnreadable) {
+void RecursiveFileIterator::Enter(Dir inDir, bool inIsOwn) {
+    auto const* const parent = inIsOwn ? &mBranch.back().listing->identity : nullptr;
+    auto listing = std::make_shared<DirectoryListing>(
+        ListDirectory(inDir.Helper().Path(), mResolveAliases, parent));
+    if (listing->error != platform::kError_None && mUnreadable) {
         mUnreadable(inDir);
     }
-    level.subdirs = std::make_shared<std::vector<UTF16String> const>(std::move(listing.subdirs));
-    Dir::FileIterator files(IteratorHelper(false, mResolveAliases, std::move(listing.files)));
-    // Behind what may fail for lack of memory, the walk is in the new directory as a whole.
-    mBranch.push_back(std::move(level));
+    // Links are not entered, so only a shortcut can lead back to a directory of the branch.
+    auto const isSame = [&listing](Level const& inOuter) {
+        return inOuter.listing->identity == listing->identity;
+    };
+    if (!inIsOwn && std::any_of(mBranch.begin(), mBranch.end(), isSame)) {
+        return;
+    }
+    Dir::FileIterator files(IteratorHelper(false, mResolveAliases, std::move(listing->files)));
+    // What may throw is done: from here on the walk is in the new directory as a whole.
+    mBranch.push_back({std::move(listing), 0});
     mFile = std::move(files);
     mCurrentDir = std::move(inDir);
 }
@@ -73,10 +67,14 @@ void RecursiveFileIterator::Enter(Dir inDir) {
 void RecursiveFileIterator::SkipToFile() {
     while (mFile.AtEnd() && !mBranch.empty()) {
         Level& innermost = mBranch.back();
-        if (innermost.next == innermost.subdirs->size()) {
+        auto const& subdirs = innermost.listing->subdirs;
+        if (innermost.next == subdirs.size()) {
             mBranch.pop_back();
-        } else {
-            Enter(Dir((*innermost.subdirs)[innermost.next++]));
+            continue;
+        }
+        auto const& subdir = subdirs[innermost.next++];
+        if (subdir.kind != Subdir::kLinked) {
+            Enter(Dir(subdir.path), subdir.kind == Subdir::kOwn);
         }
     }
     if (AtEnd()) {

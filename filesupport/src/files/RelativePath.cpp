@@ -16,7 +16,8 @@ UTF16String MakeNormalizedRelativePath(File const& inTarget, File const& inBase)
     UTF16String relative;
     std::vector<UTF16String> namesDown; // the last one first
     while (target != base) {
-        // Of two different directories the longer path is no ancestor of the other.
+        // Of two different directories, the one with the longer path cannot be an ancestor of the
+        // other.
         bool const isUp = base.Helper().Path().size() >= target.Helper().Path().size();
         Dir& longer = isUp ? base : target;
         Dir parent = longer.Parent();

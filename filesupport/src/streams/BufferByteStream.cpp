@@ -7,7 +7,7 @@ namespace brindle::filesupport {
 
 namespace {
 
-/// How many of `inCount` bytes lie between the position and the end.
+/// The number of bytes, at most `inCount`, between the position and the end.
 std::size_t Available(std::uint64_t inPosition, std::uint64_t inLength, std::uint32_t inCount) {
     auto const left = inPosition < inLength ? inLength - inPosition : 0;
     return static_cast<std::size_t>(std::min<std::uint64_t>(left, inCount));

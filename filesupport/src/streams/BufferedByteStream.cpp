@@ -39,7 +39,7 @@ void IBufferedByteStream::Refill() {
     }
     FillBuffer(position, 1);
     if (!Holds(position, 1)) {
-        // Only a derived class that fills the buffer otherwise gets here.
+        // Possible only if a derived class overrides `FillBuffer`.
         throw eof_error();
     }
 }
@@ -92,20 +92,22 @@ void IBufferedByteStream::FillBuffer(std::uint64_t inPosition, std::uint32_t inC
     }
     auto const position = CurPos();
     auto start = inPosition - inPosition % mBlockSize;
-    // Begin a block early where that costs nothing, for a reader that steps back a little.
+    // Start one block earlier if the requested bytes still fit, for readers that step back a
+    // little.
     if (start > mBlockSize && start - mBlockSize + mBufferSize - inPosition > inCount) {
         start -= mBlockSize;
     }
     auto const fill = std::min<std::uint64_t>(mLength - start, mBufferSize);
 
-    // From here until the source has delivered, the buffer counts as empty: bytes have moved in it.
+    // The buffer counts as empty until the source has delivered, because bytes are moved in it.
     auto const oldStart = mBufferedStart;
     auto const oldEnd = mBufferedStart + mBufferedLength;
     mBufferedLength = 0;
     MoveTo(position);
 
-    // The buffer is full, or ends where the data ends. So a range that begins in the old one does
-    // not end before it, and one that begins before it and reaches it needs nothing behind it.
+    // The old range fills the buffer or ends at the end of the data. So a new range that starts in
+    // the old one does not end before the old one does, and a new range that starts before the old
+    // one and reaches it lacks only the bytes in front of it.
     if (start >= oldStart && start < oldEnd) {
         auto const keep = oldEnd - start;
         std::memmove(mBuffer.get(), mBuffer.get() + (start - oldStart), keep);
@@ -139,7 +141,7 @@ OBufferedByteStream::~OBufferedByteStream() {
     try {
         OBufferedByteStream::Flush();
     } catch (...) {
-        // A destructor has no one to tell; the caller could have flushed before.
+        // A destructor must not throw. The caller could have flushed before.
     }
 }
 
@@ -147,7 +149,7 @@ std::uint64_t OBufferedByteStream::BufferedLength() const noexcept {
     return std::max(mFurthest, Offset());
 }
 
-/// Makes the buffer an empty one for the bytes from `inPosition` on.
+/// Empties the buffer and makes it start at `inPosition`.
 void OBufferedByteStream::StartAt(std::uint64_t inPosition) noexcept {
     mBufferedStart = inPosition;
     mNext = mBuffer.get();
@@ -163,7 +165,7 @@ void OBufferedByteStream::Flush() {
     }
 }
 
-/// Flushes through the virtual operation, and makes sure that the buffer is empty then.
+/// Calls the virtual `Flush`, and checks that an override has emptied the buffer.
 void OBufferedByteStream::FlushWhole() {
     Flush();
     if (BufferedLength() != 0) {

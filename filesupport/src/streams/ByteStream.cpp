@@ -28,14 +28,14 @@ eof_error::~eof_error() = default;
 io_error::~io_error() = default;
 
 ByteStream_base::~ByteStream_base() {
-    // A callback may register another: that must not disturb the walk, nor keep it going for ever.
+    // A callback may register another one, which must neither invalidate the loop nor prolong it.
     std::vector<Callback> callbacks;
     callbacks.swap(mCallbacks);
     for (Callback const& callback : callbacks) {
         try {
             callback.function(erase_event, *this, callback.data);
         } catch (...) {
-            // The other callbacks are still owed their call, and a destructor has no one to tell.
+            // A destructor must not throw, and the other callbacks still have to be called.
         }
     }
 }

@@ -38,7 +38,7 @@ OByteStream& PutString(OByteStream& outStream, String const& inText) {
     }
     auto const length = static_cast<std::uint16_t>(inText.size());
     PutInteger(outStream, length);
-    // By index, for a text that is written to its own end grows and moves meanwhile.
+    // By index, because a text that is appended to itself is reallocated meanwhile.
     for (std::size_t i = 0; i < length; ++i) {
         PutInteger(outStream, inText[i]);
     }
@@ -60,7 +60,7 @@ IByteStream& GetString(IByteStream& inStream, String& outText) {
 
 template <typename Float>
 OByteStream& PutFloat(OByteStream& outStream, Float inValue) {
-    // 36 digits, sign, point, "000" behind a leading "0." or an exponent of at most 5 digits.
+    // Room for 36 digits, the sign, the point, and either "0.000" or an exponent of up to 5 digits.
     char text[64];
     constexpr int kPrecision = 36;
     auto const result =

@@ -10,8 +10,8 @@ namespace brindle::filesupport {
 
 namespace {
 
-/// The polynomial without its leading term. Bits are reflected throughout: the highest power of x
-/// stands in the lowest bit.
+/// The polynomial without its leading term. All values are bit-reflected: the lowest bit is the
+/// coefficient of the highest power of x.
 constexpr std::uint32_t Polynomial() {
     std::uint32_t polynomial = 0;
     for (int const exponent : {0, 1, 2, 4, 5, 7, 8, 10, 11, 12, 16, 22, 23, 26}) {
@@ -30,7 +30,7 @@ constexpr std::uint32_t TimesPowerOfX(std::uint32_t inValue, unsigned inPower) {
     return inValue;
 }
 
-/// `kTables[k][b]` is what byte b does to the register when k zero bytes follow it.
+/// `kTables[k][b]` is the change to the register by a byte b that is followed by k zero bytes.
 using Tables = std::array<std::array<std::uint32_t, 256>, 8>;
 
 constexpr Tables MakeTables() {
@@ -56,13 +56,13 @@ constexpr std::uint32_t LoadLittleEndian(std::uint8_t const* inData) {
 
 constexpr std::size_t kFoldedAtOnce = 64;
 
-/// The multiplier that moves 64 bits forward by `inPower` bits. Reflected products come out one bit
-/// low, which the shift makes up for.
+/// The multiplier that advances 64 bits by `inPower` bits. The product of reflected values is one
+/// bit too low, which the shift corrects.
 constexpr long long FoldMultiplier(unsigned inPower) {
     return static_cast<long long>(std::uint64_t{TimesPowerOfX(0x80000000, inPower)} << 1);
 }
 
-/// `inData` with `inLane`, moved forward over as many bits as the multipliers are made for, added.
+/// The sum of `inData` and of `inLane`, advanced by the distance of the multipliers.
 __attribute__((target("pclmul,sse4.1"), always_inline)) inline __m128i
 Fold(__m128i inLane, __m128i inData, __m128i inMultipliers) {
     auto const low = _mm_clmulepi64_si128(inLane, inMultipliers, 0x00);
@@ -75,8 +75,8 @@ Load(std::uint8_t const* inData) {
     return _mm_loadu_si128(reinterpret_cast<__m128i const*>(inData));
 }
 
-/// Folds four lanes of 128 bits over the data, then one over the lanes; what is left is a message
-/// of 16 bytes with the same remainder. `inSize` is at least `kFoldedAtOnce`.
+/// Folds the data into four lanes of 128 bits, and these into one, which is a message of 16 bytes
+/// with the same remainder as the data. `inSize` is at least `kFoldedAtOnce`.
 __attribute__((target("pclmul,sse4.1"))) std::uint32_t
 UpdateByFolding(std::uint32_t inRegister, std::uint8_t const* inData, std::size_t inSize) noexcept {
     auto const overFourLanes = _mm_set_epi64x(FoldMultiplier(512 - 32), FoldMultiplier(512 + 32));
@@ -106,7 +106,12 @@ UpdateByFolding(std::uint32_t inRegister, std::uint8_t const* inData, std::size_
 }
 
 bool CanFold() noexcept {
-    static bool const s_can = __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("sse4.1");
+    static bool const s_can = [] {
+        // A static constructor of a client may get here before the one that initialises the
+        // compiler's processor data.
+        __builtin_cpu_init();
+        return __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("sse4.1");
+    }();
     return s_can;
 }
 

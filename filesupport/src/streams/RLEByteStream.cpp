@@ -19,21 +19,21 @@ Word Load(std::uint8_t const* inSource) {
     return word;
 }
 
-/// The top bit of every byte that is zero.
+/// Sets the top bit of each byte that is zero, and clears all other bits.
 Word ZeroBytes(Word inWord) {
     constexpr Word kLowBits = kOnes * 0x7F;
     return ~(((inWord & kLowBits) + kLowBits) | inWord | kLowBits);
 }
 
-/// Of a word that is not 0: how many bytes are 0 before the first in memory that is not. Unlike a
-/// loop over bytes, whose end nobody foresees, this makes the processor guess nothing.
+/// The index, in memory order, of the first byte that is not zero. `inWord` is not 0. Unlike a loop
+/// over bytes this has no branch that the processor could mispredict.
 std::uint32_t FirstByteSet(Word inWord) {
     int const bits = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? __builtin_ctzll(inWord)
                                                                : __builtin_clzll(inWord);
     return static_cast<std::uint32_t>(bits) / 8;
 }
 
-/// How many bytes from the start on equal `inValue`.
+/// The number of bytes at the start that equal `inValue`.
 std::uint32_t CountEqual(std::uint8_t const* inSource, std::uint32_t inCount,
                          std::uint8_t inValue) {
     std::uint32_t i = 0;
@@ -48,8 +48,8 @@ std::uint32_t CountEqual(std::uint8_t const* inSource, std::uint32_t inCount,
     return i;
 }
 
-/// How many bytes from the start on do not equal both bytes before them, two of which must be
-/// there.
+/// The number of bytes up to the first that equals both bytes before it. There are at least two
+/// bytes before `inSource`.
 std::uint32_t CountLiterals(std::uint8_t const* inSource, std::uint32_t inCount) {
     auto const before1 = inSource - 1;
     auto const before2 = inSource - 2;
@@ -71,7 +71,8 @@ std::uint32_t CountLiterals(std::uint8_t const* inSource, std::uint32_t inCount)
 
 IRLEByteStream::~IRLEByteStream() = default;
 
-/// Reads the head of the next packet, if the last one is used up; false where the data ends.
+/// Reads the head of the next packet if the last one is used up. Returns false at the end of the
+/// data.
 bool IRLEByteStream::HasPacket() {
     if (mLiteralsLeft != 0 || mRepeatsLeft != 0) {
         return true;
@@ -140,8 +141,8 @@ std::uint64_t IRLEByteStream::CurPos() const {
 
 ORLEByteStream::~ORLEByteStream() = default;
 
-/// Sends the first `inCount` bytes through the virtual operation. Nothing waits then, whatever an
-/// override did; if it throws, all waits that waited before.
+/// Writes the first `inCount` pending bytes by the virtual `WritePacket`. Afterwards nothing is
+/// pending, whatever an override did. If it throws, everything stays pending.
 void ORLEByteStream::SendPacket(std::uint32_t inCount) {
     auto const before = std::exchange(mCount, inCount);
     try {
@@ -153,7 +154,7 @@ void ORLEByteStream::SendPacket(std::uint32_t inCount) {
     mCount = 0;
 }
 
-/// Counts in the next `inCount` bytes of the packet, and sends it if it is full.
+/// Adds the next `inCount` bytes of the packet buffer to the packet, and writes it if it is full.
 void ORLEByteStream::Take(std::uint32_t inCount) {
     if (mCount + inCount == kPacketSize) {
         SendPacket(kPacketSize);

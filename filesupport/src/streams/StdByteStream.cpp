@@ -21,7 +21,7 @@ std::uint8_t IStdByteStream::Get() {
 }
 
 void IStdByteStream::ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) {
-    // Asking for nothing must not look at a stream that stands at its end: that would fail it.
+    // Reading nothing from a stream at its end would set its fail bit.
     if (inCount != 0 && !mStream.read(reinterpret_cast<char*>(outDestination), inCount)) {
         throw eof_error();
     }
@@ -38,7 +38,7 @@ std::uint64_t IStdByteStream::CurPos() const {
 std::uint64_t IStdByteStream::Length() const {
     auto const position = mStream.tellg();
     if (position == std::streampos(-1)) {
-        // A pipe or a terminal: trying to seek would fail the stream for reading too.
+        // A pipe or a terminal. An attempt to seek would make reading fail too.
         return 0;
     }
     mStream.seekg(0, std::ios_base::end);

@@ -1,9 +1,11 @@
 #include "proplist/src/document/NumberText.h"
 
+#include <brindle/proplist/PropertyTypes.h>
 #include <brindle/utility/StringStreams.h>
 
+#include <brindle/utility/Digits.h>
+
 #include <charconv>
-#include <cstdint>
 #include <locale>
 #include <optional>
 #include <system_error>
@@ -12,11 +14,8 @@ namespace brindle::proplist::impl {
 
 namespace {
 
-constexpr bool IsDigit(std::uint16_t inUnit) noexcept {
-    return inUnit >= '0' && inUnit <= '9';
-}
-
-/// Reads the texts that writers make, and not those of which it is not sure what a stream does.
+/// Reads the texts that the writer makes. Returns nothing for any other text, which is left to a
+/// stream.
 template <typename T>
 std::optional<T> ReadPlain(UTF16String const& inText) noexcept {
     char text[32];
@@ -30,9 +29,9 @@ std::optional<T> ReadPlain(UTF16String const& inText) noexcept {
         }
         text[i] = static_cast<char>(inText[i]);
     }
-    // The names of what is not finite are numbers here, but to a stream they are none.
+    // `from_chars` accepts "inf" and "nan", a stream does not.
     std::size_t const first = length != 0 && inText[0] == '-' ? 1 : 0;
-    if (first == length || !IsDigit(inText[first])) {
+    if (first == length || !utility::IsDigit(inText[first])) {
         return std::nullopt;
     }
     T number;
@@ -53,17 +52,13 @@ T ExtractNumber(UTF16String const& inText) {
     T number = 0;
     iUTF16StringStream stream(inText);
     stream.imbue(std::locale::classic());
-    stream.exceptions(std::ios_base::badbit); // or memory that runs out would read as 0
+    stream.exceptions(std::ios_base::badbit); // otherwise a failed allocation would read as 0
     stream >> number;
     return number;
 }
 
-template std::uint16_t ExtractNumber(UTF16String const&);
-template std::uint32_t ExtractNumber(UTF16String const&);
-template std::int32_t ExtractNumber(UTF16String const&);
-template std::int64_t ExtractNumber(UTF16String const&);
-template std::uint64_t ExtractNumber(UTF16String const&);
-template float ExtractNumber(UTF16String const&);
-template double ExtractNumber(UTF16String const&);
+#define BRN_INSTANTIATE(Name, T, ...) template T ExtractNumber(UTF16String const&);
+BRN_PROPERTY_NUMBER_TYPES(BRN_INSTANTIATE)
+#undef BRN_INSTANTIATE
 
 } // namespace brindle::proplist::impl

@@ -1,75 +1,69 @@
 #include <brindle/proplist/PropListXMLHandler.h>
 
 #include "proplist/src/document/NumberText.h"
-#include "proplist/src/document/ReadErrors.h"
+#include "proplist/src/model/PropListAccess.h"
 
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/utility/Unicode.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <list>
 #include <string_view>
 #include <type_traits>
 
 namespace brindle::proplist {
 
-/// What an element's text is to become.
-enum class impl::ValueKind : std::uint8_t {
-    kNone,
-    kUTF16String,
-    kUTF8String,
-    kTrue,
-    kFalse,
-    kUInt16,
-    kUInt32,
-    kInt32,
-    kInt64,
-    kUInt64,
-    kFloat,
-    kDouble
-};
-
 namespace {
 
-using impl::ValueKind;
 using Attributes = std::map<UTF16String, UTF16String>;
 
 enum class Tag : std::uint8_t { kMap, kList, kKey, kArray, kArrayType, kInt, kValue, kUnknown };
 
 struct Element {
-    std::u16string_view name;
-    Tag tag;
-    ValueKind kind = ValueKind::kNone; ///< of a value that its name alone tells
+    std::string_view name;
+    Tag tag = Tag::kUnknown;
+    PropListPropertyType type = kPropertyType_None; ///< of a value whose name alone decides it
+    bool flag = true;                               ///< the value of a `bool`
 };
 
-constexpr Element kElements[] = {{u"key", Tag::kKey},
-                                 {u"int", Tag::kInt},
-                                 {u"string", Tag::kValue, ValueKind::kUTF8String},
-                                 {u"ustring", Tag::kValue, ValueKind::kUTF16String},
-                                 {u"true", Tag::kValue, ValueKind::kTrue},
-                                 {u"false", Tag::kValue, ValueKind::kFalse},
-                                 {u"bool", Tag::kValue, ValueKind::kTrue},
-                                 {u"float", Tag::kValue, ValueKind::kFloat},
-                                 {u"double", Tag::kValue, ValueKind::kDouble},
-                                 {u"prop.list", Tag::kList},
-                                 {u"array", Tag::kArray},
-                                 {u"array.type", Tag::kArrayType},
-                                 {u"prop.map", Tag::kMap}};
-constexpr Element kUnknownElement{{}, Tag::kUnknown};
+constexpr std::size_t kTypeCount = std::size(kPropertyTypes);
 
-bool Equals(UTF16String const& inText, std::u16string_view inOther) noexcept {
+constexpr auto kElements = [] {
+    std::array<Element, kTypeCount + 8> elements{};
+    std::size_t count = 0;
+    elements[count++] = {"key", Tag::kKey};
+    for (PropertyTypeRow const& type : kPropertyTypes) {
+        elements[count++] = type.attributes.empty()
+                                ? Element{type.element, Tag::kValue, type.scalar}
+                                : Element{type.element, Tag::kInt};
+    }
+    for (Element const& element :
+         {Element{"true", Tag::kValue, kPropertyType_Bool},
+          Element{"false", Tag::kValue, kPropertyType_Bool, false},
+          Element{"prop.list", Tag::kList}, Element{"array", Tag::kArray},
+          Element{"array.type", Tag::kArrayType}, Element{"prop.map", Tag::kMap}}) {
+        elements[count++] = element;
+    }
+    return elements;
+}();
+constexpr Element kUnknownElement{};
+
+bool Equals(UTF16String const& inText, std::string_view inOther) noexcept {
     return inText.size() == inOther.size() &&
            std::equal(inText.begin(), inText.end(), inOther.begin());
 }
 
 Element const& Find(UTF16String const& inName) noexcept {
     auto const* const found =
-        std::find_if(std::begin(kElements), std::end(kElements),
+        std::find_if(kElements.begin(), kElements.end(),
                      [&](Element const& inElement) { return Equals(inName, inElement.name); });
-    return found == std::end(kElements) ? kUnknownElement : *found;
+    return found == kElements.end() ? kUnknownElement : *found;
 }
 
 /// Null if there is no such attribute.
-UTF16String const* Find(Attributes const& inAttributes, std::u16string_view inName) noexcept {
+UTF16String const* Find(Attributes const& inAttributes, std::string_view inName) noexcept {
     for (auto const& [name, value] : inAttributes) {
         if (Equals(name, inName)) {
             return &value;
@@ -78,58 +72,52 @@ UTF16String const* Find(Attributes const& inAttributes, std::u16string_view inNa
     return nullptr;
 }
 
-ValueKind IntegerKind(Attributes const& inAttributes) noexcept {
-    UTF16String const* const type = Find(inAttributes, u"type");
-    UTF16String const* const size = Find(inAttributes, u"size");
-    if (type == nullptr || type->empty() || size == nullptr) {
-        return ValueKind::kNone;
-    }
-    constexpr std::u16string_view kSigned = u"signed";
-    bool const isUnsigned =
-        std::lexicographical_compare(kSigned.begin(), kSigned.end(), type->begin(), type->end());
-    return Equals(*size, u"16")   ? ValueKind::kUInt16
-           : Equals(*size, u"32") ? (isUnsigned ? ValueKind::kUInt32 : ValueKind::kInt32)
-           : Equals(*size, u"64") ? (isUnsigned ? ValueKind::kUInt64 : ValueKind::kInt64)
-                                  : ValueKind::kNone;
-}
-
-template <typename T>
-struct TypeIs {
-    using Type = T;
+struct Integer {
+    std::string_view size;
+    bool isUnsigned = false;
+    PropListPropertyType type = kPropertyType_None;
 };
 
-/// Calls the function with the type of the kind's values, as a `TypeIs`; not for no kind.
-template <typename Function>
-void WithTypeOf(ValueKind inKind, Function inFunction) {
-    switch (inKind) {
-    case ValueKind::kNone:
-        return;
-    case ValueKind::kUTF16String:
-        return inFunction(TypeIs<UTF16String>());
-    case ValueKind::kUTF8String:
-        return inFunction(TypeIs<UTF8String>());
-    case ValueKind::kTrue:
-    case ValueKind::kFalse:
-        return inFunction(TypeIs<bool>());
-    case ValueKind::kUInt16:
-        return inFunction(TypeIs<std::uint16_t>());
-    case ValueKind::kUInt32:
-        return inFunction(TypeIs<std::uint32_t>());
-    case ValueKind::kInt32:
-        return inFunction(TypeIs<std::int32_t>());
-    case ValueKind::kInt64:
-        return inFunction(TypeIs<std::int64_t>());
-    case ValueKind::kUInt64:
-        return inFunction(TypeIs<std::uint64_t>());
-    case ValueKind::kFloat:
-        return inFunction(TypeIs<float>());
-    case ValueKind::kDouble:
-        return inFunction(TypeIs<double>());
-    }
+/// The value of an attribute in a row of the table of types.
+constexpr std::string_view ValueIn(std::string_view inAttributes, std::string_view inStart) {
+    std::string_view const value = inAttributes.substr(inAttributes.find(inStart) + inStart.size());
+    return value.substr(0, value.find('\''));
 }
 
-constexpr std::u16string_view kTrueText = u"true";
-constexpr std::u16string_view kFalseText = u"false";
+constexpr auto kIntegers = [] {
+    std::array<Integer, kTypeCount> integers{};
+    std::size_t count = 0;
+    for (PropertyTypeRow const& type : kPropertyTypes) {
+        if (!type.attributes.empty()) {
+            integers[count++] = {ValueIn(type.attributes, "size='"),
+                                 ValueIn(type.attributes, "type='") == "unsigned", type.scalar};
+        }
+    }
+    return integers;
+}();
+
+/// The type of an <int>. The sign matters only if there are two types of its size.
+PropListPropertyType IntegerType(Attributes const& inAttributes) noexcept {
+    UTF16String const* const type = Find(inAttributes, "type");
+    UTF16String const* const size = Find(inAttributes, "size");
+    if (type == nullptr || type->empty() || size == nullptr || size->empty()) {
+        return kPropertyType_None;
+    }
+    constexpr std::string_view kSigned = "signed";
+    bool const isUnsigned =
+        std::lexicographical_compare(kSigned.begin(), kSigned.end(), type->begin(), type->end());
+    PropListPropertyType found = kPropertyType_None;
+    for (Integer const& integer : kIntegers) {
+        if (Equals(*size, integer.size) &&
+            (found == kPropertyType_None || integer.isUnsigned == isUnsigned)) {
+            found = integer.type;
+        }
+    }
+    return found;
+}
+
+constexpr std::string_view kTrueText = "true";
+constexpr std::string_view kFalseText = "false";
 
 template <typename T>
 T ValueOf(UTF16String const& inText) {
@@ -140,7 +128,7 @@ T ValueOf(UTF16String const& inText) {
     } else if constexpr (std::is_same_v<T, bool>) {
         return Equals(inText, kTrueText);
     } else if constexpr (std::is_same_v<T, std::uint16_t>) {
-        // A number out of the range keeps its low bits.
+        // A number out of range keeps its low bits.
         return static_cast<std::uint16_t>(impl::ExtractNumber<std::uint32_t>(inText));
     } else {
         return impl::ExtractNumber<T>(inText);
@@ -170,9 +158,9 @@ void PropListXMLHandler::StartElement(UTF16String const& inName, Attributes cons
         mIsInArrayType = true;
         return;
     case Tag::kInt:
-        return StartValue(IntegerKind(inAttributes));
+        return StartValue(IntegerType(inAttributes), false);
     case Tag::kValue:
-        return StartValue(element.kind);
+        return StartValue(element.type, element.flag);
     case Tag::kUnknown:
         return;
     }
@@ -188,7 +176,7 @@ void PropListXMLHandler::EndElement(UTF16String const& inName) {
     case Tag::kArray:
         StoreArray();
         mIsInArray = false;
-        mArrayTypeKind = ValueKind::kNone;
+        mArrayType = kPropertyType_None;
         mTarget = Target::kNone;
         return;
     case Tag::kArrayType:
@@ -216,17 +204,15 @@ void PropListXMLHandler::Characters(UTF16String const& inText) {
 }
 
 void PropListXMLHandler::ReadVersion(Attributes const& inAttributes) {
-    UTF16String const* const text = Find(inAttributes, u"version");
+    UTF16String const* const text = Find(inAttributes, "version");
     if (text == nullptr) {
         return;
     }
     auto const version = impl::ExtractNumber<std::uint16_t>(*text);
     if (version > PropList::GetCurrentVersion()) {
-        impl::ThrowReadError(impl::kReadError_VersionGreaterThan,
-                             "$$$/brn/proplist/Error/PropListXMLHandler/VersionGreaterThan="
-                             "Cannot read PropList data; version greater than expected.");
+        config::ThrowError(config::kError_PropListVersion);
     }
-    mRoot.mVersion = version;
+    impl::PropListAccess::SetVersion(mRoot, version);
 }
 
 void PropListXMLHandler::StartList() {
@@ -240,20 +226,21 @@ void PropListXMLHandler::StartList() {
 }
 
 void PropListXMLHandler::EndList() noexcept {
-    if (!mOpenLists.empty()) { // events need not come from a parser
+    if (!mOpenLists.empty()) { // events need not come from a well-formed document
         mOpenLists.pop_back();
     }
 }
 
-void PropListXMLHandler::StartValue(ValueKind inKind) noexcept {
-    if (inKind == ValueKind::kNone) {
+void PropListXMLHandler::StartValue(PropListPropertyType inType, bool inFlag) noexcept {
+    if (inType == kPropertyType_None) {
         return;
     }
     if (mIsInArrayType) {
-        mArrayTypeKind = inKind;
+        mArrayType = inType;
         return;
     }
-    mValueKind = inKind;
+    mValueType = inType;
+    mFlag = inFlag;
     mTarget = Target::kValue;
 }
 
@@ -270,10 +257,9 @@ void PropListXMLHandler::EndValue() {
 }
 
 void PropListXMLHandler::CollectElement() {
-    if (mValueKind == ValueKind::kTrue) {
-        mElements.emplace_back(kTrueText.begin(), kTrueText.end());
-    } else if (mValueKind == ValueKind::kFalse) {
-        mElements.emplace_back(kFalseText.begin(), kFalseText.end());
+    if (mValueType == kPropertyType_Bool) {
+        std::string_view const text = mFlag ? kTrueText : kFalseText;
+        mElements.emplace_back(text.begin(), text.end());
     } else {
         mElements.push_back(mValueText);
         mValueText.clear();
@@ -284,10 +270,10 @@ void PropListXMLHandler::StoreScalar() {
     if (!mOpenLists.empty()) {
         PropList& list = *mOpenLists.back();
         UTF8String const key = utility::UTF16to8(mKeyText);
-        WithTypeOf(mValueKind, [&](auto inType) {
+        VisitPropertyType(mValueType, [&](auto inType) {
             using T = typename decltype(inType)::Type;
             if constexpr (std::is_same_v<T, bool>) {
-                list.SetValue(key, mValueKind == ValueKind::kTrue);
+                list.SetValue(key, mFlag);
             } else if constexpr (std::is_same_v<T, UTF16String>) {
                 list.SetValue(key, mValueText);
             } else {
@@ -303,8 +289,8 @@ void PropListXMLHandler::StoreArray() {
     if (mOpenLists.empty()) {
         return;
     }
-    // An array without elements has the type that is told beside them, any other that of its last.
-    WithTypeOf(mElements.empty() ? mArrayTypeKind : mValueKind, [this](auto inType) {
+    // The last element decides the type; <array.type> matters only for an array without elements.
+    VisitPropertyType(mElements.empty() ? mArrayType : mValueType, [this](auto inType) {
         using T = typename decltype(inType)::Type;
         std::list<T> values;
         for (auto const& text : mElements) {

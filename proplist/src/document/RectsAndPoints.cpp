@@ -8,7 +8,7 @@ namespace brindle::proplist::utils {
 
 namespace {
 
-/// The first elements of the array; zeros if there are not as many.
+/// The first `kCount` elements of the array; zeros if it has fewer, or there is none.
 template <std::size_t kCount, typename T>
 std::array<T, kCount> ReadFirst(UTF8String const& inKey, PropList const* inList) {
     std::array<T, kCount> first{};

@@ -1,17 +1,18 @@
 #include <brindle/proplist/PropListUtils.h>
 
 #include "platform/Files.h"
-#include "proplist/src/document/Readable.h"
+#include "proplist/src/document/DocumentCheck.h"
+#include "proplist/src/model/PropListAccess.h"
 
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 
 namespace brindle::proplist {
 
 namespace {
 
-/// A reader makes line feeds of carriage returns, but not of references to them.
-void ReferToReturns(UTF8String& ioDocument) {
+/// Replaces carriage returns by references, since a reader turns plain ones into line feeds.
+void EscapeCarriageReturns(UTF8String& ioDocument) {
     auto at = ioDocument.find('\r');
     if (at == UTF8String::npos) {
         return;
@@ -31,21 +32,21 @@ void ReferToReturns(UTF8String& ioDocument) {
 void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     UTF8String document;
     WritePropList(document, inList);
-    ReferToReturns(document);
-    if (!impl::IsReadable(document) || impl::HoldsCutText(inList)) {
-        throw filesupport::file_exception(ioFile);
+    EscapeCarriageReturns(document);
+    if (!impl::HasOnlyXMLCharacters(document) || impl::HasTextWithNul(inList)) {
+        throw filesupport::file_exception(
+            ioFile, "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text "
+                    "has a character that the file cannot hold.");
+    }
+    UTF16String const* const unread = impl::PropListAccess::UnreadFile(inList);
+    if (unread != nullptr && *unread == ioFile.FullPath() &&
+        platform::IsNameTaken(ioFile.Helper().Path())) {
+        throw filesupport::file_exception(
+            ioFile, "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not "
+                    "be read, and what it holds would be lost.");
     }
 
-    filesupport::SafeSave save(ioFile);
-    // While it is written, others may read only what is sure to have no old version.
-    bool const isFirst =
-        platform::Inspect(ioFile.Helper().FullNativePath()).error == platform::kError_FileNotFound;
-    auto const readers = isFirst ? platform::Readers::kAnybody : platform::Readers::kOwner;
-    if (platform::WriteNewFile(save.GetTempFile().Helper().FullNativePath(), readers,
-                               document.data(), document.size()) != platform::kError_None) {
-        throw filesupport::file_exception(ioFile);
-    }
-    save.Commit();
+    filesupport::SafeSaveText(ioFile, document);
 }
 
 void utils::SavePropList(UTF16String const& inPath, PropList const& inList) {

@@ -20,7 +20,7 @@ void PropList::OutputAsXMLFragment(UTF8String& ioText) const {
     open(*this);
     std::size_t const likelySize = ioText.size() + 96 * impl::CountNodes(mNodes);
     if (ioText.capacity() < likelySize) {
-        // Not to copy a long text again and again as it grows.
+        // Prevents copying a long text again and again as it grows.
         ioText.reserve(std::max(likelySize, 2 * ioText.capacity()));
     }
     while (true) {

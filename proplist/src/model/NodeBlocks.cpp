@@ -18,7 +18,7 @@ constexpr std::size_t kMostSlots = 256;
 
 constexpr std::size_t kWordSize = sizeof(std::uint64_t);
 
-/// Bytes as a number that compares like them.
+/// Eight bytes as a number that compares like them.
 std::uint64_t WordAt(std::uint8_t const* inBytes) noexcept {
     std::uint64_t word = 0;
     for (std::size_t i = 0; i < kWordSize; ++i) {
@@ -37,7 +37,7 @@ bool operator==(KeyStart const& inLHS, KeyStart const& inRHS) noexcept {
     return inLHS.high == inRHS.high && inLHS.low == inRHS.low;
 }
 
-/// Without a branch, so that a search has none: half of those would be mispredicted.
+/// Has no branch, so that a search has none: half of its branches would be mispredicted.
 bool operator<(KeyStart const& inLHS, KeyStart const& inRHS) noexcept {
     auto const less = static_cast<unsigned>(inLHS.high < inRHS.high);
     auto const same = static_cast<unsigned>(inLHS.high == inRHS.high);
@@ -60,7 +60,7 @@ auto At(Vector& ioVector, std::size_t inIndex) noexcept {
     return ioVector.begin() + static_cast<std::ptrdiff_t>(inIndex);
 }
 
-/// The index of the block that the key is in, if it is anywhere.
+/// The index of the only block that can have the key.
 std::size_t BlockOf(PropNodeBlocks const& inBlocks, KeyStart const& inStart,
                     UTF8String const& inKey) noexcept {
     auto const second = std::next(inBlocks.begin());
@@ -70,7 +70,7 @@ std::size_t BlockOf(PropNodeBlocks const& inBlocks, KeyStart const& inStart,
     return static_cast<std::size_t>(beyond - second);
 }
 
-/// The first slot whose key does not begin with less.
+/// The index of the first slot whose key does not start with less.
 std::size_t LowerBound(Block const& inBlock, KeyStart const& inStart) noexcept {
     PropNodeSlot const* first = inBlock.data();
     std::size_t count = inBlock.size();
@@ -82,7 +82,7 @@ std::size_t LowerBound(Block const& inBlock, KeyStart const& inStart) noexcept {
     return static_cast<std::size_t>(first - inBlock.data()) + (first->keyStart < inStart ? 1 : 0);
 }
 
-/// Moves the upper half of a full block into a new one behind it.
+/// Moves the upper half of a full block into a new block behind it.
 void Split(PropNodeBlocks& ioBlocks, std::size_t inBlock) {
     Block upper;
     upper.reserve(kMostSlots);
@@ -93,8 +93,8 @@ void Split(PropNodeBlocks& ioBlocks, std::size_t inBlock) {
     lower.erase(half, lower.end());
 }
 
-/// Brings the block and its successor together, if they need not even half a block and the first
-/// has the room.
+/// Merges the block with its successor, if both together fill at most half a block and the first
+/// has the capacity.
 void Join(PropNodeBlocks& ioBlocks, std::size_t inBlock) noexcept {
     if (inBlock + 1 < ioBlocks.size()) {
         Block& lower = ioBlocks[inBlock];
@@ -142,7 +142,7 @@ void InsertNode(PropNodeBlocks& ioBlocks, NodePlace inPlace, std::unique_ptr<Pro
     bool const isLast = inPlace.block + 1 >= ioBlocks.size() &&
                         (ioBlocks.empty() || inPlace.slot == ioBlocks.back().size());
     if (ioBlocks.empty() || (isFull && isLast)) {
-        // What comes in order leaves full blocks behind it.
+        // Appending starts a new block, so that keys set in ascending order fill their blocks.
         Block block;
         block.reserve(ioBlocks.empty() ? 1 : kMostSlots);
         block.push_back(std::move(slot));

@@ -7,14 +7,14 @@
 #include <memory>
 #include <vector>
 
-// A sorted map of nodes, as blocks of slots. A search goes by the first bytes of the keys, which
-// stand in the slots, and looks into nodes only where those are equal; a walk in order finds the
-// next nodes without visiting any. No block is empty.
+// A sorted map of nodes, as blocks of slots. Each slot has the first bytes of its node's key: a
+// search compares those, and reads a node's whole key only where they are equal. A walk in order
+// takes the next nodes from the slots, without following a link in a node. No block is empty.
 namespace brindle::proplist::impl {
 
 class PropNodeBase;
 
-/// The first sixteen bytes of a key, padded with zeros, as numbers that compare like them.
+/// The first sixteen bytes of a key, padded with zeros, as two numbers that compare like the bytes.
 struct KeyStart {
     std::uint64_t high;
     std::uint64_t low;
@@ -28,7 +28,7 @@ struct PropNodeSlot {
 struct NodePlace {
     std::size_t block;
     std::size_t slot;
-    bool isThere; ///< or the place is where the key would go
+    bool isThere; ///< false: this is where a node of the key has to be inserted
 };
 
 NodePlace PlaceOf(PropNodeBlocks const& inBlocks, UTF8String const& inKey) noexcept;
@@ -36,25 +36,26 @@ NodePlace PlaceOf(PropNodeBlocks const& inBlocks, UTF8String const& inKey) noexc
 /// The node under the key, or null.
 PropNodeBase* FindNode(PropNodeBlocks const& inBlocks, UTF8String const& inKey) noexcept;
 
-/// Puts the node where its key goes. If this throws, nothing has changed.
+/// Inserts the node at the place that `PlaceOf` gave for its key. If this throws, nothing has
+/// changed.
 void InsertNode(PropNodeBlocks& ioBlocks, NodePlace inPlace, std::unique_ptr<PropNodeBase> inNode);
 
 void EraseNode(PropNodeBlocks& ioBlocks, NodePlace const& inPlace) noexcept;
 
 std::size_t CountNodes(PropNodeBlocks const& inBlocks) noexcept;
 
-/// Goes through nodes in order. They must not be inserted or erased meanwhile.
+/// Visits nodes in order. No node may be inserted or erased meanwhile.
 class NodeWalk {
 public:
     explicit NodeWalk(PropNodeBlocks const& inBlocks) noexcept
         : mBlock(inBlocks.data()), mEnd(inBlocks.data() + inBlocks.size()) {}
 
-    /// Null at the end.
+    /// The next node; null at the end.
     PropNodeBase const* Next() noexcept {
         if (mBlock == mEnd) {
             return nullptr;
         }
-        // Nodes lie anywhere in memory, so several are fetched at a time.
+        // Nodes are scattered in memory, so those ahead are fetched early.
         constexpr std::size_t kAhead = 8;
         if (mSlot + kAhead < mBlock->size()) {
             __builtin_prefetch((*mBlock)[mSlot + kAhead].node.get());

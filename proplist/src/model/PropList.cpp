@@ -10,14 +10,11 @@ namespace brindle::proplist {
 
 namespace {
 
-using impl::BoolPropNode;
 using impl::PropListArrayNode;
 using impl::PropListNode;
 using impl::PropNodeBase;
 using impl::PropNodeBlocks;
 using impl::SimpleTypeArrayNode;
-using impl::StringPropNode;
-using impl::UnicodeStringPropNode;
 
 template <typename Node>
 Node* NodeCast(PropNodeBase* inNode) noexcept {
@@ -40,7 +37,7 @@ bool Read(PropNodeBlocks const& inNodes, UTF8String const& inKey, Value& ioValue
     return true;
 }
 
-/// Has the node, if there is one of its class under the key, updated, and else stores a new one.
+/// Updates the node under the key if it is of this class; otherwise stores a new one in its place.
 template <typename Node, typename Update, typename... Arguments>
 Node* Store(PropNodeBlocks& ioNodes, UTF8String const& inKey, Update inUpdate,
             Arguments const&... inArguments) {
@@ -76,32 +73,23 @@ PropList::~PropList() {
     DeleteNodes();
 }
 
-#define DEFINE_VALUE_ACCESS(T, Node)                                                               \
+#define BRN_VALUE_ACCESS(Name, T, ...)                                                             \
     bool PropList::GetValue(UTF8String const& inKey, std::list<T>& ioValues) const {               \
         return Read<PropListArrayNode<T>>(mNodes, inKey, ioValues);                                \
     }                                                                                              \
     bool PropList::GetValue(UTF8String const& inKey, T& outValue) const {                          \
-        return Read<Node>(mNodes, inKey, outValue);                                                \
+        return Read<SimpleTypeArrayNode<T>>(mNodes, inKey, outValue);                              \
     }                                                                                              \
     void PropList::SetValue(UTF8String const& inKey, std::list<T> const& inValues) {               \
         Write<PropListArrayNode<T>>(mNodes, inKey, inValues);                                      \
     }                                                                                              \
     void PropList::SetValue(UTF8String const& inKey, T const& inValue) {                           \
-        Write<Node>(mNodes, inKey, inValue);                                                       \
+        Write<SimpleTypeArrayNode<T>>(mNodes, inKey, inValue);                                     \
     }
 
-DEFINE_VALUE_ACCESS(double, SimpleTypeArrayNode<double>)
-DEFINE_VALUE_ACCESS(float, SimpleTypeArrayNode<float>)
-DEFINE_VALUE_ACCESS(std::uint64_t, SimpleTypeArrayNode<std::uint64_t>)
-DEFINE_VALUE_ACCESS(std::int64_t, SimpleTypeArrayNode<std::int64_t>)
-DEFINE_VALUE_ACCESS(std::int32_t, SimpleTypeArrayNode<std::int32_t>)
-DEFINE_VALUE_ACCESS(std::uint32_t, SimpleTypeArrayNode<std::uint32_t>)
-DEFINE_VALUE_ACCESS(std::uint16_t, SimpleTypeArrayNode<std::uint16_t>)
-DEFINE_VALUE_ACCESS(bool, BoolPropNode)
-DEFINE_VALUE_ACCESS(UTF8String, StringPropNode)
-DEFINE_VALUE_ACCESS(UTF16String, UnicodeStringPropNode)
+BRN_PROPERTY_TYPES(BRN_VALUE_ACCESS)
 
-#undef DEFINE_VALUE_ACCESS
+#undef BRN_VALUE_ACCESS
 
 PropList* PropList::GetSubList(UTF8String const& inKey) const {
     auto* const node = Find<PropListNode>(mNodes, inKey);

@@ -11,34 +11,8 @@
 
 namespace brindle::proplist::impl {
 
-/// The type number of a scalar; an array of it has the number `kTypesToArray` higher.
-template <typename T>
-constexpr PropListPropertyType kScalarType = kPropertyType_None;
-template <>
-inline constexpr PropListPropertyType kScalarType<UTF16String> = kPropertyType_UTF16String;
-template <>
-inline constexpr PropListPropertyType kScalarType<UTF8String> = kPropertyType_UTF8String;
-template <>
-inline constexpr PropListPropertyType kScalarType<bool> = kPropertyType_Bool;
-template <>
-inline constexpr PropListPropertyType kScalarType<std::uint16_t> = kPropertyType_UInt16;
-template <>
-inline constexpr PropListPropertyType kScalarType<std::uint32_t> = kPropertyType_UInt32;
-template <>
-inline constexpr PropListPropertyType kScalarType<std::int32_t> = kPropertyType_Int32;
-template <>
-inline constexpr PropListPropertyType kScalarType<std::int64_t> = kPropertyType_Int64;
-template <>
-inline constexpr PropListPropertyType kScalarType<std::uint64_t> = kPropertyType_UInt64;
-template <>
-inline constexpr PropListPropertyType kScalarType<float> = kPropertyType_Float;
-template <>
-inline constexpr PropListPropertyType kScalarType<double> = kPropertyType_Double;
-
-constexpr int kTypesToArray = kPropertyType_UTF16StringArray - kPropertyType_UTF16String;
-
-/// A key and what stands under it: one value of one type. Each concrete class has a type number of
-/// its own, `kType`, so that the number tells what a node may be cast to.
+/// A key and its value. Each concrete class has a type number of its own, `kType`, so the number
+/// decides which class a node may be cast to.
 class PropNodeBase {
 public:
     PropNodeBase(PropListPropertyType inType, UTF8String const& inKey)
@@ -47,7 +21,7 @@ public:
     PropNodeBase& operator=(PropNodeBase const&) = delete;
     virtual ~PropNodeBase() = default;
 
-    /// Appends the value as its XML element, without recursion into nested lists.
+    /// Appends the value as its XML element.
     virtual void AppendXML(UTF8String& ioText) const = 0;
 
     PropListPropertyType GetType() const noexcept { return mType; }
@@ -58,11 +32,11 @@ private:
     UTF8String const mKey;
 };
 
-/// A node that holds one scalar, in spite of its name: arrays are `PropListArrayNode`.
+/// A node with one scalar, in spite of its name: arrays are in `PropListArrayNode`.
 template <typename T>
 class SimpleTypeArrayNode final : public PropNodeBase {
 public:
-    static constexpr PropListPropertyType kType = kScalarType<T>;
+    static constexpr PropListPropertyType kType = PropertyTypeOf<T>::kScalar;
 
     SimpleTypeArrayNode(UTF8String const& inKey, T const& inValue)
         : PropNodeBase(kType, inKey), mValue(inValue) {}
@@ -80,18 +54,18 @@ using StringPropNode = SimpleTypeArrayNode<UTF8String>;
 using UnicodeStringPropNode = SimpleTypeArrayNode<UTF16String>;
 using BoolPropNode = SimpleTypeArrayNode<bool>;
 
-/// A node that holds an array of scalars.
+/// A node with an array of scalars.
 template <typename T>
 class PropListArrayNode final : public PropNodeBase {
 public:
-    static constexpr auto kType = PropListPropertyType(kScalarType<T> + kTypesToArray);
+    static constexpr PropListPropertyType kType = PropertyTypeOf<T>::kArray;
 
     PropListArrayNode(UTF8String const& inKey, std::list<T> const& inValues)
         : PropNodeBase(kType, inKey), mValues(inValues.begin(), inValues.end()) {}
 
     void AppendXML(UTF8String& ioText) const override {
         AppendText(ioText, "<array>\n<array.type>");
-        AppendEmptyElement<T>(ioText);
+        AppendText(ioText, ElementTags<T>::kEmpty);
         AppendText(ioText, "</array.type>\n");
         for (auto const& value : mValues) {
             AppendElement(ioText, value);
@@ -113,7 +87,7 @@ private:
     std::vector<T> mValues;
 };
 
-/// A node that holds a list.
+/// A node with a nested list.
 class PropListNode final : public PropNodeBase {
 public:
     static constexpr PropListPropertyType kType = kPropertyType_PropList;
@@ -124,7 +98,7 @@ public:
 
     PropList mList;
 
-    /// Links the nodes that are about to be deleted, so that deletion needs neither stack nor heap.
+    /// Links the nodes that are being deleted, so that deletion needs neither recursion nor memory.
     std::unique_ptr<PropListNode> mNextToDelete;
 };
 

@@ -20,28 +20,24 @@ void AppendNumber(UTF8String& ioText, T inNumber) {
     AppendText(ioText, {text, static_cast<std::size_t>(result.ptr - text)});
 }
 
-template void AppendNumber(UTF8String&, std::uint16_t);
-template void AppendNumber(UTF8String&, std::uint32_t);
-template void AppendNumber(UTF8String&, std::int32_t);
-template void AppendNumber(UTF8String&, std::int64_t);
-template void AppendNumber(UTF8String&, std::uint64_t);
-template void AppendNumber(UTF8String&, float);
-template void AppendNumber(UTF8String&, double);
+#define BRN_INSTANTIATE(Name, T, ...) template void AppendNumber(UTF8String&, T);
+BRN_PROPERTY_NUMBER_TYPES(BRN_INSTANTIATE)
+#undef BRN_INSTANTIATE
 
 void AppendElement(UTF8String& ioText, bool inFlag) {
     AppendText(ioText, inFlag ? "<true/>\n" : "<false/>\n");
 }
 
 void AppendElement(UTF8String& ioText, UTF8String const& inText) {
-    AppendText(ioText, kTags<UTF8String>.start);
+    AppendText(ioText, ElementTags<UTF8String>::kStart);
     xml::utils::EncodeReservedCharacters(inText, ioText);
-    AppendText(ioText, kTags<UTF8String>.end);
+    AppendText(ioText, ElementTags<UTF8String>::kEnd);
 }
 
 void AppendElement(UTF8String& ioText, UTF16String const& inText) {
-    AppendText(ioText, kTags<UTF16String>.start);
+    AppendText(ioText, ElementTags<UTF16String>::kStart);
     xml::utils::EncodeReservedCharacters(utility::UTF16to8(inText), ioText);
-    AppendText(ioText, kTags<UTF16String>.end);
+    AppendText(ioText, ElementTags<UTF16String>::kEnd);
 }
 
 } // namespace brindle::proplist::impl

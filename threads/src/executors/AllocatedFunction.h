@@ -21,7 +21,7 @@ public:
     using Pointer = std::unique_ptr<AllocatedFunction, Release>;
 
     /// Holds a copy of the function. Throws `std::bad_alloc`, and what copying throws.
-    static Pointer Make(boost::function0<void> const& inFunction) {
+    [[nodiscard]] static Pointer Make(boost::function0<void> const& inFunction) {
         Block block(utility::SmallBlockAllocator::Allocate(kBlockSize));
         if (block == nullptr) {
             throw std::bad_alloc();

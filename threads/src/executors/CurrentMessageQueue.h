@@ -4,8 +4,8 @@
 
 namespace brindle::threads {
 
-/// The queue of the calling thread, which gets one if it has none. That the system has no more
-/// descriptors is reported, and is a `boost::thread_resource_error` if the report returns.
-boost::intrusive_ptr<platform::MessageQueue> CurrentMessageQueue();
+/// The queue of the calling thread, made by its first call. A lack of descriptors is reported, and
+/// throws `boost::thread_resource_error` if the report returns.
+[[nodiscard]] boost::intrusive_ptr<platform::MessageQueue> CurrentMessageQueue();
 
 } // namespace brindle::threads

@@ -4,14 +4,15 @@
 
 namespace brindle::threads {
 
-void DelayedItems::Add(Key inKey, AllocatedFunction::Pointer& ioItem) {
-    boost::mutex::scoped_lock const lock(mMutex);
-    mItems[inKey] = std::move(ioItem);
+DelayedItems::Number DelayedItems::Add(AllocatedFunction::Pointer& ioItem) {
+    utility::MutexLock const lock(mMutex);
+    mItems[mNextNumber] = std::move(ioItem);
+    return mNextNumber++;
 }
 
-AllocatedFunction::Pointer DelayedItems::Take(Key inKey) noexcept {
-    boost::mutex::scoped_lock const lock(mMutex);
-    auto const found = mItems.find(inKey);
+AllocatedFunction::Pointer DelayedItems::Take(Number inNumber) noexcept {
+    utility::MutexLock const lock(mMutex);
+    auto const found = mItems.find(inNumber);
     if (found == mItems.end()) {
         return nullptr;
     }
@@ -21,9 +22,9 @@ AllocatedFunction::Pointer DelayedItems::Take(Key inKey) noexcept {
 }
 
 void DelayedItems::Clear() noexcept {
-    decltype(mItems) items;
+    Items items;
     {
-        boost::mutex::scoped_lock const lock(mMutex);
+        utility::MutexLock const lock(mMutex);
         items.swap(mItems);
     }
 }

@@ -1,30 +1,35 @@
 #pragma once
 
 #include "threads/src/executors/AllocatedFunction.h"
+#include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
-#include <boost/thread/mutex.hpp>
 
+#include <cstdint>
 #include <unordered_map>
 
 namespace brindle::threads {
 
-/// The items that are to be run later, each under the address of what will come for it: so they can
-/// be released at any time, wherever that is on its way. Any thread may call; no item is released
-/// or run under the lock.
+/// Owns the items that are to run later. The messages that fetch them know only their numbers, so
+/// the items can be released while the messages are still on their way, and a message that is
+/// released does not release its item. Any thread may call; no item is released or run while the
+/// mutex is held.
 class DelayedItems : boost::noncopyable {
 public:
-    using Key = void const*;
+    using Number = std::uint64_t;
 
     /// Takes the item, unless it throws `std::bad_alloc`.
-    void Add(Key inKey, AllocatedFunction::Pointer& ioItem);
-    /// Null if the item has been taken or released.
-    AllocatedFunction::Pointer Take(Key inKey) noexcept;
+    [[nodiscard]] Number Add(AllocatedFunction::Pointer& ioItem);
+    /// Null if the item was taken or released before.
+    [[nodiscard]] AllocatedFunction::Pointer Take(Number inNumber) noexcept;
     void Clear() noexcept;
 
 private:
-    boost::mutex mMutex;
-    std::unordered_map<Key, AllocatedFunction::Pointer> mItems;
+    using Items = std::unordered_map<Number, AllocatedFunction::Pointer>;
+
+    utility::Mutex mMutex;
+    Items mItems BRN_GUARDED_BY(mMutex);
+    Number mNextNumber BRN_GUARDED_BY(mMutex) = 0;
 };
 
 } // namespace brindle::threads

@@ -1,12 +1,12 @@
 #include <brindle/threads/EventLoop.h>
 
 #include "threads/src/executors/CurrentMessageQueue.h"
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
 
 namespace brindle::threads {
 
 boost::intrusive_ptr<platform::MessageQueue> CurrentMessageQueue() {
-    return Guarded([] {
+    return ReportingThreadErrors([] {
         auto queue = platform::MessageQueue::OfCurrentThread();
         if (queue == nullptr) {
             throw boost::thread_resource_error();
@@ -19,8 +19,8 @@ int EventLoopDescriptor() {
     return CurrentMessageQueue()->Descriptor();
 }
 
-void DispatchMessages() {
-    CurrentMessageQueue()->DispatchMessages();
+bool DispatchMessages() {
+    return CurrentMessageQueue()->DispatchMessages();
 }
 
 } // namespace brindle::threads

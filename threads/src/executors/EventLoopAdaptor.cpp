@@ -12,14 +12,21 @@ boost::shared_ptr<AsyncEventLoopAdaptor> AdaptCurrentEventLoopAsExecutor() {
     return boost::make_shared<EventLoopAdaptor>();
 }
 
-EventLoopAdaptor::EventLoopAdaptor() : mWindow(new EventLoopWindow(CurrentMessageQueue())) {}
+EventLoopAdaptor::EventLoopAdaptor() : mTarget(new EventLoopTarget(CurrentMessageQueue())) {}
 
 EventLoopAdaptor::~EventLoopAdaptor() {
-    mWindow->Close();
+    if (IsInherited()) {
+        mTarget.detach();
+    } else {
+        mTarget->Close();
+    }
 }
 
 bool EventLoopAdaptor::Post(boost::function0<void> const& inFunction,
                             std::uint32_t inDelayMilliseconds) {
+    if (IsInherited()) {
+        return false;
+    }
     AllocatedFunction::Pointer item = AllocatedFunction::Make(inFunction);
     return PostItem(item, inDelayMilliseconds);
 }
@@ -31,37 +38,35 @@ bool EventLoopAdaptor::PostItem(AllocatedFunction::Pointer& ioItem,
 }
 
 bool EventLoopAdaptor::PostImmediate(AllocatedFunction::Pointer& ioItem) {
-    auto const pump = mWindow->MakePump();
-    if (mWindow->IsOfCurrentThread()) {
-        // The pump is not handled before this returns: it may go first, and if it cannot, nothing
-        // has happened.
-        return mPoster.Post(pump, 0) && mWindow->immediate.Post(ioItem);
-    }
-    return mWindow->immediate.Post(ioItem) && mPoster.Post(pump, 0);
+    auto const pump = mTarget->MakePump(); // first, because it may throw
+    return mTarget->immediate.Post(ioItem) && mPoster.Post(pump, 0);
 }
 
 bool EventLoopAdaptor::PostDelayed(AllocatedFunction::Pointer& ioItem,
                                    std::uint32_t inDelayMilliseconds) {
-    auto const message = mWindow->MakeDelayed(ioItem);
+    auto const number = mTarget->delayed.Add(ioItem);
     try {
-        if (mPoster.Post(message, inDelayMilliseconds)) {
+        if (mPoster.Post(mTarget->MakeDelayed(number), inDelayMilliseconds)) {
             return true;
         }
     } catch (...) {
-        ioItem = mWindow->delayed.Take(message.get());
+        ioItem = mTarget->delayed.Take(number);
         throw;
     }
-    ioItem = mWindow->delayed.Take(message.get());
+    ioItem = mTarget->delayed.Take(number);
     return false;
 }
 
 bool EventLoopAdaptor::IsCurrentThreadExecutorThread() {
-    return mWindow->IsOfCurrentThread();
+    return !IsInherited() && mTarget->IsOfCurrentThread();
 }
 
 void EventLoopAdaptor::Drain() {
-    auto const window = mWindow; // an item may let go of the adaptor
-    while (window->DispatchOne()) {
+    if (IsInherited()) {
+        return;
+    }
+    auto const target = mTarget; // an item may destroy the adaptor
+    while (target->DispatchOne()) {
     }
 }
 

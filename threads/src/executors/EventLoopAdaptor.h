@@ -2,7 +2,8 @@
 
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 
-#include "threads/src/executors/EventLoopWindow.h"
+#include "platform/Fork.h"
+#include "threads/src/executors/EventLoopTarget.h"
 #include "threads/src/executors/MessagePoster.h"
 
 #include <boost/noncopyable.hpp>
@@ -10,26 +11,33 @@
 namespace brindle::threads {
 
 /// Makes an executor of the loop of the thread that constructs it. Each immediate item goes into
-/// the window's queue and is followed by a pump; a pump runs the oldest item, so items run in the
-/// order of posting, whatever way the pumps come.
+/// the target's queue, and a message, its pump, to the loop. A pump runs the oldest item, so items
+/// run in the order of posting, in whatever order the pumps arrive.
 class EventLoopAdaptor : public AsyncEventLoopAdaptor, boost::noncopyable {
 public:
     EventLoopAdaptor();
     ~EventLoopAdaptor() override;
 
     bool Post(boost::function0<void> const& inFunction, std::uint32_t inDelayMilliseconds) override;
-    /// As `Post`; takes the item if it returns true.
-    bool PostItem(AllocatedFunction::Pointer& ioItem, std::uint32_t inDelayMilliseconds);
+    /// As `Post`, without a copy: takes the item if it returns true.
+    [[nodiscard]] bool PostItem(AllocatedFunction::Pointer& ioItem,
+                                std::uint32_t inDelayMilliseconds);
     bool IsCurrentThreadExecutorThread() override;
     std::int32_t GetThreadCount() override { return 1; }
     void Drain() override;
+    /// Runs the oldest immediate item, as `Drain` does. False if there is none.
+    bool DrainOne() { return mTarget->DispatchOne(); }
 
 private:
+    bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }
     bool PostImmediate(AllocatedFunction::Pointer& ioItem);
     bool PostDelayed(AllocatedFunction::Pointer& ioItem, std::uint32_t inDelayMilliseconds);
 
+    // In a forked child, other threads may have been changing the target, so it is neither used nor
+    // released there.
+    std::uint32_t const mForkCount = platform::ForkCount();
     MessagePoster mPoster;
-    boost::intrusive_ptr<EventLoopWindow> const mWindow;
+    boost::intrusive_ptr<EventLoopTarget> mTarget; // not changed before the destructor
 };
 
 } // namespace brindle::threads

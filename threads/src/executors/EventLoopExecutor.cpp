@@ -1,19 +1,20 @@
 #include "threads/src/executors/EventLoopExecutor.h"
 
+#include "threads/src/threads/CurrentThreadPriority.h"
+
 #include <boost/bind/bind.hpp>
-#include <boost/smart_ptr/make_shared.hpp>
 
 namespace brindle::threads {
 
 namespace {
 
-/// Runs what is left for an adaptor; an exception of an item does not keep back the others.
-void DrainToTheEnd(EventLoopAdaptor& ioAdaptor) {
-    for (bool isDrained = false; !isDrained;) {
+/// Runs the items that are left, also those behind one that throws.
+void DrainToTheEnd(EventLoopAdaptor& ioAdaptor, MessageLoop& ioLoop) noexcept {
+    for (bool isLeft = true; isLeft;) {
+        ioLoop.RemindOfQuit();
         try {
-            ioAdaptor.Drain();
-            isDrained = true;
-        } catch (...) {
+            isLeft = ioAdaptor.DrainOne();
+        } catch (...) { // documented: an exception from an item is dropped
         }
     }
 }
@@ -24,22 +25,29 @@ boost::shared_ptr<AsyncEventLoopExecutor> CreateAsyncEventLoopExecutor(std::stri
     return boost::make_shared<EventLoopExecutor>(inName);
 }
 
+EventLoopExecutor::State::State(std::string const& inName)
+    : thread(inName, boost::bind(&EventLoopExecutor::RunThread, shared)) {}
+
 EventLoopExecutor::EventLoopExecutor(std::string const& inName)
-    : mShared(boost::make_shared<Shared>()),
-      mThread(inName, boost::bind(&EventLoopExecutor::RunThread, mShared)) {}
+    : mState(std::make_unique<State>(inName)) {}
 
 EventLoopExecutor::~EventLoopExecutor() {
+    if (IsInherited()) {
+        static_cast<void>(mState.release());
+        return;
+    }
     Shutdown();
 }
 
 void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared) {
     boost::shared_ptr<EventLoopAdaptor> adaptor;
     boost::shared_ptr<MessageLoop> loop;
+    SetCurrentThreadPriority(kThreadPriorityNormal); // not that of the thread that started this one
     try {
         loop = boost::make_shared<MessageLoop>();
         adaptor = boost::make_shared<EventLoopAdaptor>();
     } catch (...) {
-        // Nobody is there to hear of it beyond the report; without an adaptor, it is a shutdown.
+        // It has been reported. Without an adaptor the executor is as after a shutdown.
         inShared->ready.Open();
         return;
     }
@@ -50,56 +58,59 @@ void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared) {
     }
     inShared->ready.Open();
     loop->Run();
-    DrainToTheEnd(*adaptor);
+    DrainToTheEnd(*adaptor, *loop);
 }
 
-boost::shared_ptr<EventLoopAdaptor> EventLoopExecutor::Adaptor(SharedGuard& ioHeld) {
-    if (mShared->adaptor == nullptr) {
-        ioHeld.Unlock();
-        mShared->ready.Wait();
-        ioHeld.Lock();
+boost::shared_ptr<EventLoopAdaptor> EventLoopExecutor::Adaptor() {
+    if (IsInherited()) {
+        return nullptr;
     }
-    return mShared->adaptor;
+    mState->shared->ready.Wait();
+    SharedGuard const share(mState->shared->lock);
+    return mState->shared->adaptor;
 }
 
 bool EventLoopExecutor::Post(boost::function0<void> const& inFunction,
                              std::uint32_t inDelayMilliseconds) {
-    // A client's function is copied, and released if need be, outside the lock.
+    if (IsInherited()) {
+        return false;
+    }
+    // The client's function is copied, and released if need be, outside the lock.
     AllocatedFunction::Pointer item = AllocatedFunction::Make(inFunction);
-    // Held to the end, so that what is accepted comes before the quit.
-    SharedGuard held(mShared->lock);
-    auto const adaptor = Adaptor(held);
-    return adaptor != nullptr && adaptor->PostItem(item, inDelayMilliseconds);
+    mState->shared->ready.Wait();
+    // Held while posting, so that an item that is accepted comes before the quit message.
+    SharedGuard const share(mState->shared->lock);
+    return mState->shared->adaptor != nullptr &&
+           mState->shared->adaptor->PostItem(item, inDelayMilliseconds);
 }
 
 bool EventLoopExecutor::IsCurrentThreadExecutorThread() {
-    SharedGuard held(mShared->lock);
-    auto const adaptor = Adaptor(held);
+    auto const adaptor = Adaptor();
     return adaptor != nullptr && adaptor->IsCurrentThreadExecutorThread();
 }
 
 void EventLoopExecutor::Drain() {
-    SharedGuard held(mShared->lock);
-    auto const adaptor = Adaptor(held);
-    held.Unlock(); // an item may call `Shutdown`
-    if (adaptor != nullptr) {
+    // Runs without the lock, because an item may call `Shutdown`.
+    if (auto const adaptor = Adaptor()) {
         adaptor->Drain();
     }
 }
 
 bool EventLoopExecutor::IsShutdown() {
-    SharedGuard held(mShared->lock);
-    return Adaptor(held) == nullptr;
+    return Adaptor() == nullptr;
 }
 
 void EventLoopExecutor::Shutdown() {
-    mShared->ready.Wait();
+    if (IsInherited()) {
+        return;
+    }
+    mState->shared->ready.Wait();
     boost::shared_ptr<EventLoopAdaptor> adaptor;
     boost::shared_ptr<MessageLoop> loop;
     {
-        ExclusiveGuard const guard(mShared->lock);
-        adaptor.swap(mShared->adaptor);
-        loop.swap(mShared->loop);
+        ExclusiveGuard const guard(mState->shared->lock);
+        adaptor.swap(mState->shared->adaptor);
+        loop.swap(mState->shared->loop);
     }
     if (loop != nullptr) {
         loop->Quit();
@@ -107,11 +118,11 @@ void EventLoopExecutor::Shutdown() {
 }
 
 void EventLoopExecutor::Join() {
-    if (mThread == Thread("")) {
+    if (IsInherited() || mState->thread == Thread("")) {
         return;
     }
-    boost::mutex::scoped_lock const lock(mJoining);
-    mThread.Join();
+    utility::MutexLock const lock(mState->joining);
+    mState->thread.Join();
 }
 
 } // namespace brindle::threads

@@ -3,15 +3,17 @@
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/Thread.h>
 
+#include "platform/Fork.h"
 #include "threads/src/executors/EventLoopAdaptor.h"
 #include "threads/src/executors/MessageLoop.h"
 #include "threads/src/locks/Gate.h"
 #include "threads/src/locks/ReadWriteLock.h"
+#include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
-#include <boost/smart_ptr/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
 
+#include <memory>
 #include <string>
 
 namespace brindle::threads {
@@ -31,22 +33,31 @@ public:
     void Join() override;
 
 private:
-    /// What the thread has in common with its executor, which it may outlive.
+    /// What the executor shares with its thread, which may outlive it.
     struct Shared {
-        Gate ready{false};
-        ReadWriteLock lock; // guards what follows
-        boost::shared_ptr<EventLoopAdaptor> adaptor;
-        boost::shared_ptr<MessageLoop> loop;
+        Gate ready{false}; // opens when the thread has made its adaptor and loop, or has failed to
+        ReadWriteLock lock;
+        boost::shared_ptr<EventLoopAdaptor> adaptor BRN_GUARDED_BY(lock);
+        boost::shared_ptr<MessageLoop> loop BRN_GUARDED_BY(lock);
     };
 
+    bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }
     static void RunThread(boost::shared_ptr<Shared> const& inShared);
-    /// The adaptor, or null after a shutdown. Waits until the thread is ready; the lock is held
-    /// again when it returns.
-    boost::shared_ptr<EventLoopAdaptor> Adaptor(SharedGuard& ioHeld);
+    /// The adaptor; null after a shutdown, and in a forked child. Waits until the thread is ready.
+    boost::shared_ptr<EventLoopAdaptor> Adaptor();
 
-    boost::shared_ptr<Shared> const mShared;
-    boost::mutex mJoining;
-    Thread mThread;
+    struct State {
+        boost::shared_ptr<Shared> const shared = boost::make_shared<Shared>();
+        utility::Mutex joining; // held by the thread that joins
+        Thread thread;
+
+        explicit State(std::string const& inName);
+    };
+
+    // In a forked child the thread does not exist, and neither may threads that held the locks. So
+    // the state is neither used nor destroyed there.
+    std::uint32_t const mForkCount = platform::ForkCount();
+    std::unique_ptr<State> mState;
 };
 
 } // namespace brindle::threads

@@ -12,13 +12,17 @@ public:
     /// Throws as `CurrentMessageQueue`.
     MessageLoop() : mQueue(CurrentMessageQueue()) {}
 
-    /// Handles messages until the quit; on the loop's own thread.
+    /// Handles messages until `Quit`. Only the thread of the loop may call it.
     void Run() {
         while (mQueue->HandleMessage()) {
         }
     }
 
-    /// Ends `Run` after the messages that wait already. Any thread.
+    /// Called in the thread of the loop after `Run`, before a function that may run a nested loop:
+    /// lets that find out.
+    void RemindOfQuit() { mQueue->RemindOfQuit(); }
+
+    /// Ends `Run` after the messages that wait already. Any thread may call it.
     void Quit() { mQueue->PostQuit(); }
 
 private:

@@ -8,12 +8,15 @@ MessagePoster::MessagePoster() : mTimer(SharedTimer()) {}
 
 bool MessagePoster::Post(boost::intrusive_ptr<platform::Message> const& inMessage,
                          std::uint32_t inDelayMilliseconds) {
-    // A window's own thread handles what it sends inside the call: the timer sends it instead.
-    if (inDelayMilliseconds == 0 && !inMessage->Window()->IsOfCurrentThread()) {
-        return inMessage->Window()->SendNotify(inMessage);
+    if (inDelayMilliseconds == 0) {
+        return inMessage->Target()->Send(inMessage);
     }
-    return mTimer->Post([message = inMessage] { message->Window()->SendNotify(message); },
-                        inDelayMilliseconds);
+    // A message that cannot be sent is released on the timer's thread, which does not release its
+    // item.
+    return inMessage->Target()->IsAccepting() &&
+           mTimer->Post(
+               [message = inMessage] { static_cast<void>(message->Target()->Send(message)); },
+               inDelayMilliseconds);
 }
 
 } // namespace brindle::threads

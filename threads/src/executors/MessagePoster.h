@@ -10,16 +10,16 @@
 
 namespace brindle::threads {
 
-/// Sends messages to a loop, now or later, and never handles one inside the call.
+/// Sends messages to a loop, now or after a delay.
 class MessagePoster : boost::noncopyable {
 public:
     /// Throws as `SharedTimer`.
     MessagePoster();
 
-    /// Any thread. False if the loop's thread has ended or the timer has no memory; throws
+    /// Any thread may call. False if the loop's thread has ended or the timer has no memory; throws
     /// `std::bad_alloc`.
-    bool Post(boost::intrusive_ptr<platform::Message> const& inMessage,
-              std::uint32_t inDelayMilliseconds);
+    [[nodiscard]] bool Post(boost::intrusive_ptr<platform::Message> const& inMessage,
+                            std::uint32_t inDelayMilliseconds);
 
 private:
     boost::shared_ptr<AsyncThreadedExecutor> const mTimer;

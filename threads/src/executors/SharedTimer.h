@@ -4,9 +4,10 @@
 
 namespace brindle::threads {
 
-/// The one executor of the process, of one thread, that sends messages to event loops when they are
-/// due. It is there as long as somebody holds it; nothing else is to run on it. Any thread may
-/// call. Throws as `CreateAsyncThreadedExecutor`.
-boost::shared_ptr<AsyncThreadedExecutor> SharedTimer();
+/// The executor that sends messages to event loops when they are due: one for the process, with one
+/// thread. It exists as long as it is referred to, and runs nothing else. A timer made by a thread
+/// below normal priority, which may hold it back, is replaced for the adaptors that threads of
+/// normal priority make. Any thread may call. Throws as `CreateAsyncThreadedExecutor`.
+[[nodiscard]] boost::shared_ptr<AsyncThreadedExecutor> SharedTimer();
 
 } // namespace brindle::threads

@@ -1,49 +1,18 @@
 #include "threads/src/executors/ThreadSafeDelayQueue.h"
 
 #include <algorithm>
+#include <chrono>
+#include <tuple>
 #include <utility>
 
 namespace brindle::threads {
 
 namespace {
 
-using platform::CompletionPort;
+using platform::Deadline;
 
-constexpr std::int32_t kNanosecondsPerMillisecond = 1'000'000;
-constexpr std::int32_t kNanosecondsPerSecond = 1'000'000'000;
-
-boost::xtime Now() {
-    boost::xtime now;
-    boost::xtime_get(&now, boost::TIME_UTC_);
-    return now;
-}
-
-boost::xtime After(boost::xtime inTime, std::uint32_t inMilliseconds) {
-    inTime.sec += inMilliseconds / 1000;
-    inTime.nsec += static_cast<std::int32_t>(inMilliseconds % 1000) * kNanosecondsPerMillisecond;
-    if (inTime.nsec >= kNanosecondsPerSecond) {
-        inTime.nsec -= kNanosecondsPerSecond;
-        ++inTime.sec;
-    }
-    return inTime;
-}
-
-bool IsBefore(boost::xtime const& inLHS, boost::xtime const& inRHS) {
-    return inLHS.sec != inRHS.sec ? inLHS.sec < inRHS.sec : inLHS.nsec < inRHS.nsec;
-}
-
-/// How long to wait from one time to a later one, no longer than the port can. Rounded up: rounded
-/// down, the last millisecond would be spent looking again and again.
-std::uint32_t WaitBetween(boost::xtime const& inNow, boost::xtime const& inDue) {
-    constexpr std::uint32_t kLongest = CompletionPort::kForever - 1;
-    if (inDue.sec - inNow.sec > kLongest / 1000) {
-        return kLongest;
-    }
-    std::int64_t const nanoseconds =
-        (inDue.sec - inNow.sec) * kNanosecondsPerSecond + (inDue.nsec - inNow.nsec);
-    std::int64_t const milliseconds =
-        (nanoseconds + kNanosecondsPerMillisecond - 1) / kNanosecondsPerMillisecond;
-    return static_cast<std::uint32_t>(std::min<std::int64_t>(milliseconds, kLongest));
+Deadline::SystemTime Now() {
+    return std::chrono::system_clock::now();
 }
 
 } // namespace
@@ -63,13 +32,14 @@ bool ThreadSafeDelayQueue::Enqueue(AllocatedFunction::Pointer& ioItem,
         static_cast<void>(ioItem.release());
         return true;
     }
-    boost::xtime const now = Now();
-    boost::xtime const due = After(now, inDelayMilliseconds);
-    boost::mutex::scoped_lock const lock(mMutex);
-    bool const isWakeUpNeeded = mDelayed.empty() || IsBefore(due, mDelayed.front().due) ||
-                                !IsBefore(now, mDelayed.front().due);
-    mDelayed.emplace_back(); // if there is no memory the item is still the caller's
-    mDelayed.back() = {due, std::move(ioItem)};
+    utility::MutexLock const lock(mMutex);
+    // Read under the mutex, so that items of equal delays are due in the order of their numbers.
+    Deadline::SystemTime const now = Now();
+    Deadline::SystemTime const due = now + std::chrono::milliseconds(inDelayMilliseconds);
+    bool const isWakeUpNeeded =
+        mDelayed.empty() || due < mDelayed.front().due || now >= mDelayed.front().due;
+    mDelayed.emplace_back(); // without memory this throws, and the item is still the caller's
+    mDelayed.back() = {due, mNextNumber++, std::move(ioItem)};
     std::push_heap(mDelayed.begin(), mDelayed.end(), IsLater);
     if (isWakeUpNeeded) {
         RequestScan();
@@ -82,77 +52,81 @@ AllocatedFunction::Pointer ThreadSafeDelayQueue::Dequeue() {
         if (mIsClosed.load(std::memory_order_acquire)) {
             AllocatedFunction::Pointer item = TakeLeftOver();
             if (item == nullptr) {
-                // This one may have taken the word that was meant for another.
-                mPort.Post(nullptr);
+                // The null packet that this worker took may have been meant to wake another one.
+                PostWakeUp();
             }
             return item;
         }
-        std::uint32_t wait = 0;
+        Deadline next = Deadline::Never();
         AllocatedFunction::Pointer item;
-        isTiming = ScanDelayed(isTiming, wait, item);
+        isTiming = ScanDelayed(isTiming, next, item);
         if (item == nullptr) {
             void* packet = nullptr;
-            mPort.Wait(packet, wait);
+            mPort.Wait(packet, next);
             item.reset(static_cast<AllocatedFunction*>(packet));
         }
-        // Woken up, or out of time: looks again, and keeps the role if it has it.
         if (item != nullptr) {
             if (isTiming) {
                 RequestScan();
             }
             return item;
         }
+        // The worker was woken without an item, or an item is due: it scans again, and keeps the
+        // timer role.
     }
 }
 
 void ThreadSafeDelayQueue::Clear() noexcept {
-    // What an item holds may call the queue as it goes, so nothing goes under the mutex.
+    // Released after the mutex, because the destructor of a client's function may call the queue.
     std::vector<DelayedEntry> dropped;
-    boost::mutex::scoped_lock const lock(mMutex);
+    utility::MutexLock const lock(mMutex);
     dropped.swap(mDelayed);
 }
 
 void ThreadSafeDelayQueue::Close() noexcept {
     mIsClosed.store(true, std::memory_order_release);
-    mPort.Post(nullptr);
+    PostWakeUp();
 }
 
 bool ThreadSafeDelayQueue::IsLater(DelayedEntry const& inLHS, DelayedEntry const& inRHS) {
-    return IsBefore(inRHS.due, inLHS.due);
+    return std::tie(inRHS.due, inRHS.number) < std::tie(inLHS.due, inLHS.number);
 }
 
 AllocatedFunction::Pointer ThreadSafeDelayQueue::TakeLeftOver() {
     void* packet = nullptr;
-    while (packet == nullptr && mPort.Wait(packet, 0)) {
+    while (packet == nullptr && mPort.Take(packet)) {
     }
     return AllocatedFunction::Pointer(static_cast<AllocatedFunction*>(packet));
 }
 
-/// Has a worker scan, unless that is on its way already.
+void ThreadSafeDelayQueue::PostWakeUp() noexcept {
+    static_cast<void>(mPort.Post(nullptr)); // a null packet is never refused
+}
+
+/// Has a worker scan, unless one is about to.
 void ThreadSafeDelayQueue::RequestScan() noexcept {
     Timer settled = Timer::kSettled;
     if (mTimer.compare_exchange_strong(settled, Timer::kMustScan)) {
-        mPort.Post(nullptr);
+        PostWakeUp();
     }
 }
 
-/// Moves what is due to the port, if it is this worker's turn or it has the role. True if it has
-/// the role from here, with the time that it may sleep. An item that the port has no memory for is
-/// handed to this worker at once.
-bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, std::uint32_t& outWait,
+/// Moves the items that are due to the port, if a scan was requested or this worker has the timer
+/// role. True if it has the role from now on; `outNext` is when the next item is due. An item that
+/// the port has no memory for is returned in `outDue` for this worker to run.
+bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, Deadline& outNext,
                                        AllocatedFunction::Pointer& outDue) {
-    outWait = CompletionPort::kForever;
     if (!inIsTiming) {
         Timer mustScan = Timer::kMustScan;
-        // Most often there is nothing to do, and to look is cheaper than to try.
+        // Usually there is nothing to do, and a load is cheaper than an exchange.
         if (mTimer.load(std::memory_order_relaxed) != mustScan ||
             !mTimer.compare_exchange_strong(mustScan, Timer::kScanning)) {
             return false;
         }
     }
-    boost::mutex::scoped_lock const lock(mMutex);
-    boost::xtime const now = Now();
-    while (outDue == nullptr && !mDelayed.empty() && !IsBefore(now, mDelayed.front().due)) {
+    utility::MutexLock const lock(mMutex);
+    Deadline::SystemTime const now = Now();
+    while (outDue == nullptr && !mDelayed.empty() && now >= mDelayed.front().due) {
         std::pop_heap(mDelayed.begin(), mDelayed.end(), IsLater);
         AllocatedFunction::Pointer item = std::move(mDelayed.back().item);
         mDelayed.pop_back();
@@ -166,7 +140,7 @@ bool ThreadSafeDelayQueue::ScanDelayed(bool inIsTiming, std::uint32_t& outWait,
     if (mDelayed.empty()) {
         return false;
     }
-    outWait = WaitBetween(now, mDelayed.front().due);
+    outNext = Deadline::At(mDelayed.front().due);
     return true;
 }
 

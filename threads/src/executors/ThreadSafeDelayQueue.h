@@ -2,10 +2,9 @@
 
 #include "platform/CompletionPort.h"
 #include "threads/src/executors/AllocatedFunction.h"
+#include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/xtime.hpp>
 
 #include <atomic>
 #include <cstdint>
@@ -13,56 +12,62 @@
 
 namespace brindle::threads {
 
-/// The work items of a pool: immediate ones in the order of coming, and delayed ones, which join
-/// those when they are due by the system's clock. Any thread may call any operation.
+/// The work items of a pool: immediate items, first in first out, and delayed items, which join
+/// them when they are due by the system's clock. Any thread may call any operation.
 ///
-/// There is no timer thread. Some worker that has nothing to do sleeps no longer than until the
-/// next item is due, and hands this role on when it leaves with an item.
-/// docs/concurrency/delay-queue.md tells why no item is forgotten.
+/// There is no timer thread. One idle worker has the timer role: it sleeps no longer than until the
+/// next item is due, and passes the role on when it leaves with an item.
+/// docs/concurrency/delay-queue.md proves that no item is forgotten.
 class ThreadSafeDelayQueue : boost::noncopyable {
 public:
     ThreadSafeDelayQueue() = default; ///< throws `std::bad_alloc`
     /// Releases the items that are left.
     ~ThreadSafeDelayQueue();
 
-    /// True, and the pointer is emptied, if the item is accepted; false if there is no memory for
-    /// an immediate one. Throws `std::bad_alloc` for a delayed one.
-    bool Enqueue(AllocatedFunction::Pointer& ioItem, std::uint32_t inDelayMilliseconds);
+    /// Takes the item and returns true. Without memory it returns false for an immediate item, and
+    /// throws `std::bad_alloc` for a delayed one; the item then stays with the caller.
+    [[nodiscard]] bool Enqueue(AllocatedFunction::Pointer& ioItem,
+                               std::uint32_t inDelayMilliseconds);
 
-    /// Takes the oldest item that is due; blocks until there is one. Null once the queue is closed
-    /// and nothing is left.
-    AllocatedFunction::Pointer Dequeue();
+    /// Removes the oldest item that is due; blocks until there is one. Null once the queue is
+    /// closed and no item is left.
+    [[nodiscard]] AllocatedFunction::Pointer Dequeue();
 
-    /// Releases the delayed items that no worker has found due.
+    /// Releases the delayed items that no worker has found to be due.
     void Clear() noexcept;
 
-    /// From here `Dequeue` does not block. Nothing may be enqueued any more.
+    /// From now on `Dequeue` does not block. Nothing may be enqueued after this.
     void Close() noexcept;
 
 private:
     struct DelayedEntry {
-        boost::xtime due;
+        platform::Deadline::SystemTime due;
+        std::uint64_t number =
+            0; // in the order of posting, for items that are due at the same time
         AllocatedFunction::Pointer item;
     };
 
-    /// What has become of the time at which somebody looks at the delayed items next.
+    /// Whether a worker knows when the first delayed item is due.
     enum class Timer : std::int32_t {
-        kMustScan, ///< somebody who comes to the port must find it out
-        kSettled, ///< it is known: somebody sleeps no longer than until then, or nothing is delayed
-        kScanning ///< somebody is about to find it out
+        kMustScan, ///< the next worker that comes to the port must scan the delayed items
+        kSettled,  ///< a worker sleeps no longer than until then, or nothing is delayed
+        kScanning  ///< a worker is about to scan
     };
 
     static bool IsLater(DelayedEntry const& inLHS, DelayedEntry const& inRHS);
 
     AllocatedFunction::Pointer TakeLeftOver();
+    void PostWakeUp() noexcept;
     void RequestScan() noexcept;
-    bool ScanDelayed(bool inIsTiming, std::uint32_t& outWait, AllocatedFunction::Pointer& outDue);
+    bool ScanDelayed(bool inIsTiming, platform::Deadline& outNext,
+                     AllocatedFunction::Pointer& outDue);
 
     platform::CompletionPort mPort;
     std::atomic<Timer> mTimer{Timer::kSettled};
     std::atomic<bool> mIsClosed{false};
-    boost::mutex mMutex;
-    std::vector<DelayedEntry> mDelayed; // a heap, the earliest on top
+    utility::Mutex mMutex;
+    std::vector<DelayedEntry> mDelayed BRN_GUARDED_BY(mMutex); // a heap with the earliest on top
+    std::uint64_t mNextNumber BRN_GUARDED_BY(mMutex) = 0;
 };
 
 } // namespace brindle::threads

@@ -1,13 +1,14 @@
 #pragma once
 
-#include "platform/CompletionPort.h"
+#include "platform/portable/PacketQueue.h"
+#include "utility/src/base/NoPause.h"
 
 #include <boost/noncopyable.hpp>
 
 namespace brindle::threads {
 
-/// Owned items, first in first out across all threads. Any thread may call any operation, and none
-/// of them blocks.
+/// A queue that owns its items, first in first out across all threads. Any thread may call any
+/// operation; none blocks.
 template <typename Item>
 class ThreadSafeQueue : boost::noncopyable {
 public:
@@ -15,9 +16,9 @@ public:
 
     ~ThreadSafeQueue() { Clear(); }
 
-    /// Takes the item; false if there is no memory, and the item stays.
-    bool Post(Pointer& ioItem) noexcept {
-        if (!mPort.Post(ioItem.get())) {
+    /// Takes the item. False if there is no memory; the item then stays with the caller.
+    [[nodiscard]] bool Post(Pointer& ioItem) noexcept {
+        if (!mPackets.Append(ioItem.get())) {
             return false;
         }
         static_cast<void>(ioItem.release());
@@ -25,9 +26,9 @@ public:
     }
 
     /// The oldest item, or null.
-    Pointer Take() noexcept {
+    [[nodiscard]] Pointer Take() noexcept {
         void* packet = nullptr;
-        mPort.Wait(packet, 0);
+        mPackets.Take(packet);
         return Pointer(static_cast<Item*>(packet));
     }
 
@@ -38,7 +39,9 @@ public:
     }
 
 private:
-    platform::CompletionPort mPort;
+    // Small, because each adaptor has such a queue. No thread sleeps at it, so it is not a whole
+    // completion port.
+    platform::PacketQueue<utility::NoPause, 64, 4> mPackets;
 };
 
 } // namespace brindle::threads

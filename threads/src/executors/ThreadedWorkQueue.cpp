@@ -3,8 +3,6 @@
 #include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <boost/thread/condition.hpp>
-#include <boost/thread/thread.hpp>
 
 #include <algorithm>
 #include <new>
@@ -24,75 +22,91 @@ void RunWorker(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue, ThreadPri
         inGate->Wait();
         try {
             item->Run();
-        } catch (...) { // whatever a client throws is the client's
+        } catch (...) { // documented: an exception from an item is dropped
         }
     }
 }
 
 } // namespace
 
-/// Where a number of threads wait for each other, once, unless it is called off: a `SyncPoint`
-/// would keep those who came when others cannot be called.
+/// A single meeting of a number of threads, each of which blocks until all have come or the meeting
+/// is called off. A `SyncPoint` cannot be called off, and would block the threads that came forever
+/// if the others cannot be called.
 class ThreadedWorkQueue::Meeting : boost::noncopyable {
 public:
     explicit Meeting(std::size_t inCount) : mMissing(inCount) {}
 
     void Attend() {
-        // A client's interruption of this thread is for its own waits.
-        boost::this_thread::disable_interruption const uninterrupted;
-        boost::mutex::scoped_lock lock(mMutex);
+        utility::MutexLock lock(mMutex);
         if (mMissing > 0 && --mMissing == 0) {
-            mIsOver.notify_all();
+            mIsOver.NotifyAll();
         }
         while (mMissing > 0) {
-            mIsOver.wait(lock);
+            mIsOver.Wait(lock);
         }
     }
 
     void CallOff() {
-        boost::mutex::scoped_lock const lock(mMutex);
+        utility::MutexLock const lock(mMutex);
         mMissing = 0;
-        mIsOver.notify_all();
+        mIsOver.NotifyAll();
     }
 
 private:
-    boost::mutex mMutex;
-    boost::condition mIsOver;
-    std::size_t mMissing;
+    utility::Mutex mMutex;
+    utility::Condition mIsOver;
+    std::size_t mMissing BRN_GUARDED_BY(mMutex);
 };
 
 ThreadedWorkQueue::ThreadedWorkQueue(std::string const& inName, int inThreadCount,
-                                     ThreadPriority inPriority)
-    : mQueue(boost::make_shared<ThreadSafeDelayQueue>()), mGate(boost::make_shared<Gate>(false)) {
+                                     ThreadPriority inPriority) {
+    auto const queue = boost::make_shared<ThreadSafeDelayQueue>();
+    mState->gate = boost::make_shared<Gate>(false);
+    {
+        ExclusiveGuard const guard(mState->queueLock);
+        mState->queue = queue;
+    }
     try {
-        StartWorkers(inName, inThreadCount, inPriority);
+        StartWorkers(queue, inName, inThreadCount, inPriority);
     } catch (...) {
         Close();
         JoinWorkers();
         throw;
     }
     // No item runs before the pool is complete.
-    mGate->Open();
+    mState->gate->Open();
 }
 
 ThreadedWorkQueue::~ThreadedWorkQueue() {
-    // The last reference may have gone on a worker, which ends like the others after its item.
+    if (IsInherited()) {
+        static_cast<void>(mState.release());
+        return;
+    }
+    // This may run on a worker of the pool, if an item held the last reference. That worker ends
+    // like the others.
     Close();
 }
 
 bool ThreadedWorkQueue::Post(boost::function0<void> const& inFunction,
                              std::uint32_t inDelayMilliseconds) {
-    // Copying and releasing a function runs a client's code, which may shut the pool down: both
+    if (IsInherited()) {
+        return false;
+    }
+    // Copying and releasing a function runs a client's code, which may shut the pool down; so both
     // happen outside the lock.
     AllocatedFunction::Pointer item = AllocatedFunction::Make(inFunction);
-    SharedGuard const lock(mQueueLock, true);
-    return lock.IsLocked() && mQueue != nullptr && mQueue->Enqueue(item, inDelayMilliseconds);
+    SharedGuard const lock(mState->queueLock, true);
+    return lock.IsLocked() && mState->queue != nullptr &&
+           mState->queue->Enqueue(item, inDelayMilliseconds);
 }
 
 bool ThreadedWorkQueue::IsCurrentThreadExecutorThread() {
+    if (IsInherited()) {
+        return false;
+    }
     Thread const current("brindle/threads/ThreadedWorkQueue/IsCurrentThreadExecutorThread/"
                          "currentThread");
-    for (auto const& thread : mThreads) {
+    for (auto const& thread : mState->threads) {
         if (*thread == current) {
             return true;
         }
@@ -101,26 +115,29 @@ bool ThreadedWorkQueue::IsCurrentThreadExecutorThread() {
 }
 
 std::int32_t ThreadedWorkQueue::GetThreadCount() {
-    return static_cast<std::int32_t>(mThreads.size());
+    return static_cast<std::int32_t>(mState->threads.size());
 }
 
 void ThreadedWorkQueue::Shutdown() {
-    if (!IsCurrentThreadExecutorThread()) {
+    if (!IsInherited() && !IsCurrentThreadExecutorThread()) {
         Close();
     }
 }
 
 bool ThreadedWorkQueue::IsShutdown() {
-    SharedGuard const lock(mQueueLock, true);
-    return !lock.IsLocked() || mQueue == nullptr;
+    if (IsInherited()) {
+        return true;
+    }
+    SharedGuard const lock(mState->queueLock, true);
+    return !lock.IsLocked() || mState->queue == nullptr;
 }
 
 void ThreadedWorkQueue::Synchronize() {
-    if (IsCurrentThreadExecutorThread()) {
+    if (IsInherited() || IsCurrentThreadExecutorThread()) {
         return;
     }
-    boost::mutex::scoped_lock const lock(mSynchronizeMutex);
-    if (mIsJoined) {
+    utility::MutexLock const lock(mState->synchronizeMutex);
+    if (mState->isJoined) {
         return;
     }
     if (boost::shared_ptr<Meeting> const meeting = CallMeeting()) {
@@ -128,75 +145,83 @@ void ThreadedWorkQueue::Synchronize() {
         return;
     }
     JoinWorkers();
-    mIsJoined = true;
+    mState->isJoined = true;
 }
 
 void ThreadedWorkQueue::Suspend() {
-    SharedGuard const lock(mQueueLock, true);
-    if (lock.IsLocked() && mQueue != nullptr) {
-        mGate->Close();
+    if (IsInherited()) {
+        return;
+    }
+    SharedGuard const lock(mState->queueLock, true);
+    if (lock.IsLocked() && mState->queue != nullptr) {
+        mState->gate->Close();
     }
 }
 
 void ThreadedWorkQueue::Resume() {
-    SharedGuard const lock(mQueueLock, true);
-    if (lock.IsLocked() && mQueue != nullptr) {
-        mGate->Open();
+    if (IsInherited()) {
+        return;
+    }
+    SharedGuard const lock(mState->queueLock, true);
+    if (lock.IsLocked() && mState->queue != nullptr) {
+        mState->gate->Open();
     }
 }
 
 void ThreadedWorkQueue::WaitUntilResumed() {
-    // Sleeps without the lock, which `Shutdown` needs before it opens the gate; nobody closes it
-    // after that.
+    // Blocks without the lock, which `Shutdown` needs before it opens the gate. After that nobody
+    // closes the gate.
     if (!IsShutdown()) {
-        mGate->Wait();
+        mState->gate->Wait();
     }
 }
 
-void ThreadedWorkQueue::StartWorkers(std::string const& inName, int inThreadCount,
+void ThreadedWorkQueue::StartWorkers(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue,
+                                     std::string const& inName, int inThreadCount,
                                      ThreadPriority inPriority) {
-    mThreads.reserve(static_cast<std::size_t>(std::max(inThreadCount, 0)));
+    mState->threads.reserve(static_cast<std::size_t>(std::max(inThreadCount, 0)));
     for (int i = 0; i < inThreadCount; ++i) {
-        mThreads.push_back(
-            std::make_unique<Thread>(inName, [queue = mQueue, inPriority, gate = mGate] {
+        mState->threads.push_back(
+            std::make_unique<Thread>(inName, [queue = inQueue, inPriority, gate = mState->gate] {
                 RunWorker(queue, inPriority, gate);
             }));
     }
 }
 
 void ThreadedWorkQueue::JoinWorkers() {
-    for (auto const& thread : mThreads) {
+    for (auto const& thread : mState->threads) {
         thread->Join();
     }
 }
 
-/// Has the workers end when they have run what is in the queue. Only the first call does anything.
+/// Has the workers end after the immediate items that are in the queue. Only the first call has an
+/// effect.
 void ThreadedWorkQueue::Close() noexcept {
     boost::shared_ptr<ThreadSafeDelayQueue> queue;
     {
-        ExclusiveGuard const lock(mQueueLock);
-        queue.swap(mQueue);
+        ExclusiveGuard const lock(mState->queueLock);
+        queue.swap(mState->queue);
     }
     if (queue != nullptr) {
         queue->Clear();
         queue->Close();
-        mGate->Open();
+        mState->gate->Open();
     }
 }
 
-/// Posts an item to each worker that keeps it until all have come, and the caller too: then they
-/// have finished what was posted before. Null if the pool is shut down.
+/// Posts an item to each worker in which it attends the meeting. When all workers and the caller
+/// have come, every item that was posted before has finished. Null if the pool is shut down.
 boost::shared_ptr<ThreadedWorkQueue::Meeting> ThreadedWorkQueue::CallMeeting() {
-    SharedGuard const lock(mQueueLock, true);
-    if (!lock.IsLocked() || mQueue == nullptr) {
+    SharedGuard const lock(mState->queueLock, true);
+    if (!lock.IsLocked() || mState->queue == nullptr) {
         return {};
     }
-    auto const meeting = boost::make_shared<Meeting>(mThreads.size() + 1);
+    auto const meeting = boost::make_shared<Meeting>(mState->threads.size() + 1);
     try {
-        for (std::size_t i = 0; i < mThreads.size(); ++i) {
+        for (std::size_t i = 0; i < mState->threads.size(); ++i) {
             AllocatedFunction::Pointer item =
                 AllocatedFunction::Make([meeting] { meeting->Attend(); });
-            if (!mQueue->Enqueue(item, 0)) {
+            if (!mState->queue->Enqueue(item, 0)) {
                 throw std::bad_alloc();
             }
         }

@@ -3,13 +3,14 @@
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/Thread.h>
 
+#include "platform/Fork.h"
 #include "threads/src/executors/ThreadSafeDelayQueue.h"
 #include "threads/src/locks/Gate.h"
 #include "threads/src/locks/ReadWriteLock.h"
+#include "utility/src/base/Mutex.h"
 
 #include <boost/noncopyable.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 
 #include <memory>
 #include <string>
@@ -17,8 +18,8 @@
 
 namespace brindle::threads {
 
-/// A pool of workers that take their items from one queue. The workers keep the queue and the gate,
-/// so the pool may go while they finish.
+/// A pool of workers that take their items from one queue. The workers share the queue and the
+/// gate, so the pool may be destroyed while they finish.
 class ThreadedWorkQueue final : public AsyncThreadedExecutor, boost::noncopyable {
 public:
     ThreadedWorkQueue(std::string const& inName, int inThreadCount, ThreadPriority inPriority);
@@ -38,17 +39,27 @@ public:
 private:
     class Meeting;
 
-    void StartWorkers(std::string const& inName, int inThreadCount, ThreadPriority inPriority);
+    struct State {
+        ReadWriteLock queueLock;
+        boost::shared_ptr<ThreadSafeDelayQueue>
+            queue BRN_GUARDED_BY(queueLock); // null after a shutdown
+        utility::Mutex synchronizeMutex;
+        bool isJoined BRN_GUARDED_BY(synchronizeMutex) = false;
+        std::vector<std::unique_ptr<Thread>> threads; // not changed after the constructor
+        boost::shared_ptr<Gate> gate;
+    };
+
+    bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }
+    void StartWorkers(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue,
+                      std::string const& inName, int inThreadCount, ThreadPriority inPriority);
     void JoinWorkers();
     void Close() noexcept;
-    boost::shared_ptr<Meeting> CallMeeting();
+    [[nodiscard]] boost::shared_ptr<Meeting> CallMeeting();
 
-    boost::shared_ptr<ThreadSafeDelayQueue> mQueue; // empty after shutdown
-    ReadWriteLock mQueueLock;
-    boost::mutex mSynchronizeMutex;
-    bool mIsJoined = false;
-    std::vector<std::unique_ptr<Thread>> mThreads;
-    boost::shared_ptr<Gate> mGate;
+    // In a forked child the workers do not exist, and other threads may have held the locks or
+    // changed what they guard. So the state is neither used nor destroyed there.
+    std::uint32_t const mForkCount = platform::ForkCount();
+    std::unique_ptr<State> mState = std::make_unique<State>();
 };
 
 } // namespace brindle::threads

@@ -1,6 +1,6 @@
 #include <brindle/threads/Barrier.h>
 
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
 
 #include <stdexcept>
 #include <utility>
@@ -13,7 +13,7 @@ Barrier::Barrier(std::string const& inName, unsigned int inCount) : mName(inName
     if (inCount == 0) {
         throw std::invalid_argument("count cannot be zero.");
     }
-    mBarrier = Guarded([&] { return std::make_unique<boost::barrier>(inCount); });
+    mBarrier = ReportingThreadErrors([&] { return std::make_unique<boost::barrier>(inCount); });
 }
 
 Barrier::Barrier(Barrier& ioSource)
@@ -28,7 +28,7 @@ Barrier& Barrier::operator=(Barrier& ioSource) {
 Barrier::~Barrier() = default;
 
 bool Barrier::Wait() {
-    return Guarded([&] { return mBarrier->wait(); });
+    return ReportingThreadErrors([&] { return mBarrier->wait(); });
 }
 
 } // namespace brindle::threads

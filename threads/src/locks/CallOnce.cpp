@@ -1,25 +1,25 @@
 #include <brindle/threads/CallOnce.h>
 
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
+#include "utility/src/base/Mutex.h"
 
 #include <algorithm>
-#include <condition_variable>
-#include <mutex>
 #include <vector>
 
 namespace brindle::threads {
 
 namespace {
 
-/// The flags whose routine runs at the moment. Routines of different flags do not hold each other
-/// up.
+/// The flags whose routines are running. Callers of different flags do not wait for each other.
 class FlagsInProgress {
 public:
-    /// Waits until no routine of the flag runs. True if it is the caller's turn to run it, which it
-    /// then has to `Leave`.
+    /// Waits until no routine of this flag is running. True if the caller is to run it, and then to
+    /// call `Leave`; false if it has been run.
     bool Enter(std::int32_t& ioFlag) {
-        std::unique_lock<std::mutex> lock(mMutex);
-        mLeft.wait(lock, [&] { return Find(ioFlag) == mFlags.end(); });
+        utility::MutexLock lock(mMutex);
+        while (Find(ioFlag) != mFlags.end()) {
+            mLeft.Wait(lock);
+        }
         if (__atomic_load_n(&ioFlag, __ATOMIC_ACQUIRE) != 0) {
             return false;
         }
@@ -28,23 +28,24 @@ public:
     }
 
     void Leave(std::int32_t& ioFlag) {
-        std::lock_guard<std::mutex> const lock(mMutex);
+        utility::MutexLock const lock(mMutex);
         mFlags.erase(Find(ioFlag));
-        mLeft.notify_all();
+        mLeft.NotifyAll();
     }
 
 private:
-    std::vector<std::int32_t*>::iterator Find(std::int32_t& ioFlag) {
+    std::vector<std::int32_t*>::iterator Find(std::int32_t& ioFlag) BRN_REQUIRES(mMutex) {
         return std::find(mFlags.begin(), mFlags.end(), &ioFlag);
     }
 
-    std::mutex mMutex;
-    std::condition_variable mLeft;
-    std::vector<std::int32_t*> mFlags;
+    utility::Mutex mMutex;
+    utility::Condition mLeft;
+    std::vector<std::int32_t*> mFlags BRN_GUARDED_BY(mMutex);
 };
 
 FlagsInProgress& InProgress() {
-    static auto* const flags = new FlagsInProgress; // never destroyed: a static may need it at exit
+    static auto* const flags =
+        new FlagsInProgress; // never destroyed: static objects of clients may call until the end
     return *flags;
 }
 
@@ -65,7 +66,7 @@ void CallOnce(void (*inRoutine)(), std::int32_t& ioFlag) {
     if (__atomic_load_n(&ioFlag, __ATOMIC_ACQUIRE) != 0) {
         return;
     }
-    Guarded([&] {
+    ReportingThreadErrors([&] {
         if (InProgress().Enter(ioFlag)) {
             Turn const turn(ioFlag);
             inRoutine();

@@ -5,25 +5,28 @@
 namespace brindle::threads {
 
 void FreezableMutex::Freeze() {
-    FreezableMutexLock const lock(*this);
+    utility::MutexLock lock(mMutex);
+    AwaitThaw(lock);
     mFrozenBy = std::this_thread::get_id();
 }
 
 void FreezableMutex::Thaw() {
-    FreezableMutexLock const lock(*this);
+    utility::MutexLock const lock(mMutex);
     mFrozenBy = std::thread::id();
-    mThawed.notify_all();
+    mThawed.NotifyAll();
 }
 
 void FreezableMutex::ThawInChild() {
-    // A thread that is not here may have it, or sleep.
+    // Threads that do not exist in the child may have been about to lock the mutex, or have slept.
     new (this) FreezableMutex;
 }
 
-void FreezableMutexLock::AwaitThaw(FreezableMutex& ioMutex) {
+/// Blocks while another thread has frozen the mutex.
+void FreezableMutex::AwaitThaw(utility::MutexLock& ioLock) {
     std::thread::id const self = std::this_thread::get_id();
-    ioMutex.mThawed.wait(
-        mLock, [&] { return ioMutex.mFrozenBy == std::thread::id() || ioMutex.mFrozenBy == self; });
+    while (mFrozenBy != std::thread::id() && mFrozenBy != self) {
+        mThawed.Wait(ioLock);
+    }
 }
 
 } // namespace brindle::threads

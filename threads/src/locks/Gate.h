@@ -1,33 +1,33 @@
 #pragma once
 
-#include "threads/src/locks/Undelayed.h"
+#include "utility/src/base/Mutex.h"
+#include "utility/src/base/NoPause.h"
 
 #include <boost/noncopyable.hpp>
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
 
 namespace brindle::threads {
 
 /// A latch that opens and closes any number of times. Any thread may call any operation.
 ///
 /// What a thread did before `Open` is visible to every thread that `Wait` lets through because of
-/// it.
-template <typename Delays>
+/// it. The proof is in docs/concurrency/gate.md; `Steps` is called between the atomic steps.
+template <typename Steps>
 class BasicGate : boost::noncopyable {
 public:
     explicit BasicGate(bool inOpen) : mIsOpen(inOpen ? 1 : 0) {}
-    /// Opens the gate and waits until all who sleep at it have left. No `Open` may be under way:
-    /// whoever is let through must not destroy the gate before the `Open` that did it has returned.
+    /// Opens the gate, and blocks until the threads that sleep at it have left. No `Open` may be in
+    /// progress: a thread that was let through may destroy the gate only after the `Open` that let
+    /// it through has returned.
     ~BasicGate();
 
     void Open();
-    /// Does not disturb who is past `Wait`.
+    /// Does not affect threads that are past `Wait`.
     void Close() { mIsOpen.store(0, std::memory_order_relaxed); }
-    /// Blocks as long as the gate is closed; one atomic read if it is open. Whoever sleeps here
-    /// when the gate opens passes, even if it closes again at once.
+    /// Blocks as long as the gate is closed; costs one atomic read if it is open. A thread that
+    /// sleeps here when the gate opens is let through, even if the gate closes again at once.
     void Wait() {
         if (mIsOpen.load(std::memory_order_acquire) == 0) {
             Sleep();
@@ -38,54 +38,58 @@ private:
     void Sleep();
 
     std::atomic<std::int32_t> mIsOpen;
-    std::mutex mMutex;
-    std::condition_variable mChanged;
-    std::uint32_t mGeneration = 0; // counts the times that sleepers were let go
-    int mWaiters = 0;
+    utility::Mutex mMutex;
+    utility::Condition mChanged;
+    // How many times sleepers have been released.
+    std::uint32_t mGeneration BRN_GUARDED_BY(mMutex) = 0;
+    int mWaiters BRN_GUARDED_BY(mMutex) = 0;
 };
 
-template <typename Delays>
-BasicGate<Delays>::~BasicGate() {
+template <typename Steps>
+BasicGate<Steps>::~BasicGate() {
     Open();
-    std::unique_lock<std::mutex> lock(mMutex);
+    utility::MutexLock lock(mMutex);
     while (mWaiters > 0) {
-        Delays::BeforeSleep();
-        mChanged.wait(lock);
+        Steps::BeforeSleep();
+        mChanged.Wait(lock);
     }
 }
 
-template <typename Delays>
-void BasicGate<Delays>::Open() {
+template <typename Steps>
+void BasicGate<Steps>::Open() {
     std::int32_t closed = 0;
     if (!mIsOpen.compare_exchange_strong(closed, 1, std::memory_order_release,
                                          std::memory_order_relaxed)) {
         return;
     }
-    Delays::Step();
-    std::lock_guard<std::mutex> const lock(mMutex);
+    Steps::Pause();
+    utility::MutexLock const lock(mMutex);
     if (mWaiters > 0) {
         ++mGeneration;
-        mChanged.notify_all();
+        mChanged.NotifyAll();
     }
 }
 
-template <typename Delays>
-void BasicGate<Delays>::Sleep() {
-    Delays::Step();
-    std::unique_lock<std::mutex> lock(mMutex);
-    // `Open` takes the mutex after it has changed the state: it finds this waiter, or is seen here.
+template <typename Steps>
+void BasicGate<Steps>::Sleep() {
+    Steps::Pause();
+    utility::MutexLock lock(mMutex);
+    // `Open` takes the mutex after it has changed the state: either it finds this waiter, or the
+    // change is seen here.
     if (mIsOpen.load(std::memory_order_acquire) != 0) {
         return;
     }
     ++mWaiters;
     std::uint32_t const generation = mGeneration;
-    Delays::BeforeSleep();
-    mChanged.wait(lock, [&] { return mGeneration != generation; });
+    Steps::BeforeSleep();
+    while (mGeneration == generation) {
+        mChanged.Wait(lock);
+    }
     if (--mWaiters == 0) {
-        mChanged.notify_all(); // the destructor may sleep, too
+        mChanged.NotifyAll(); // the destructor may be waiting for this
     }
 }
 
-using Gate = BasicGate<Undelayed>;
+using Gate = BasicGate<utility::NoPause>;
 
 } // namespace brindle::threads

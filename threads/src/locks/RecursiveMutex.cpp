@@ -2,7 +2,7 @@
 
 #include <brindle/threads/ScopedLock.h>
 
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
 
 #include <boost/thread/lock_types.hpp>
 
@@ -11,7 +11,7 @@
 namespace brindle::threads {
 
 RecursiveMutex::RecursiveMutex()
-    : mMutex(Guarded([] { return std::make_unique<boost::recursive_mutex>(); })) {}
+    : mMutex(ReportingThreadErrors([] { return std::make_unique<boost::recursive_mutex>(); })) {}
 
 RecursiveMutex::RecursiveMutex(std::string const&) : RecursiveMutex() {}
 
@@ -26,7 +26,7 @@ RecursiveMutex::~RecursiveMutex() = default;
 
 template <typename Mutex, typename BoostMutex>
 ScopedLock<Mutex, BoostMutex>::ScopedLock(Mutex& ioMutex, bool inLockNow)
-    : mLock(Guarded([&] {
+    : mLock(ReportingThreadErrors([&] {
           using Lock = typename BoostMutex::scoped_lock;
           return inLockNow ? std::make_unique<Lock>(*ioMutex.GetMutex())
                            : std::make_unique<Lock>(*ioMutex.GetMutex(), boost::defer_lock);

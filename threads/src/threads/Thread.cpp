@@ -1,7 +1,7 @@
 #include <brindle/threads/Thread.h>
 
 #include "platform/Process.h"
-#include "threads/src/locks/Guarded.h"
+#include "threads/src/locks/ThreadErrors.h"
 
 #include <atomic>
 #include <utility>
@@ -10,18 +10,14 @@ namespace brindle::threads {
 
 namespace {
 
-// A thread sleeps in stretches no longer than this, so that any time may be slept until.
+// A longer sleep is divided, because Boost cannot take every time.
 constexpr std::int64_t kLongestSleepSeconds = 24 * 60 * 60;
-
-bool IsBefore(boost::xtime const& inLHS, boost::xtime const& inRHS) {
-    return inLHS.sec != inRHS.sec ? inLHS.sec < inRHS.sec : inLHS.nsec < inRHS.nsec;
-}
 
 thread_local std::uint64_t S_number = 0;
 
 std::uint64_t NewNumber() {
     static std::atomic<std::uint64_t> last{0};
-    return last.fetch_add(1, std::memory_order_relaxed) + 1; // nothing else hangs on it
+    return last.fetch_add(1, std::memory_order_relaxed) + 1; // it only has to be unique
 }
 
 std::uint64_t CurrentNumber() {
@@ -31,7 +27,7 @@ std::uint64_t CurrentNumber() {
     return S_number;
 }
 
-/// What a thread runs. What its function holds goes with the thread, on it.
+/// What a thread runs. The function is destroyed on that thread, before it ends.
 class Body {
 public:
     Body(std::uint64_t inNumber, boost::function0<void> const& inFunction)
@@ -63,7 +59,7 @@ Thread::Thread(std::string const& inName)
 
 Thread::Thread(std::string const& inName, boost::function0<void> const& inFunction)
     : mName(inName), mThread(std::make_shared<boost::thread>()) {
-    Guarded([&] { Start(inFunction); });
+    ReportingThreadErrors([&] { Start(inFunction); });
 }
 
 Thread::Thread(std::string const& inName, boost::thread* inThread)
@@ -92,26 +88,26 @@ void Thread::Start(boost::function0<void> const& inFunction) {
 }
 
 void Thread::Join() {
-    Guarded([&] { mThread->join(); });
+    ReportingThreadErrors([&] { mThread->join(); });
 }
 
 void Thread::Sleep(boost::xtime const& inTime) {
-    Guarded([&] {
+    ReportingThreadErrors([&] {
         for (;;) {
             boost::xtime now;
             boost::xtime_get(&now, boost::TIME_UTC_);
-            if (!IsBefore(now, inTime)) {
+            if (boost::xtime_cmp(now, inTime) >= 0) {
                 return;
             }
             boost::xtime stretch = now;
             stretch.sec += kLongestSleepSeconds;
-            boost::thread::sleep(IsBefore(stretch, inTime) ? stretch : inTime);
+            boost::thread::sleep(boost::xtime_cmp(stretch, inTime) < 0 ? stretch : inTime);
         }
     });
 }
 
 void Thread::YieldTime() {
-    Guarded([] { boost::thread::yield(); });
+    ReportingThreadErrors([] { boost::thread::yield(); });
 }
 
 bool Thread::operator==(Thread const& inOther) const {

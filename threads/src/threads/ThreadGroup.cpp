@@ -1,8 +1,7 @@
 #include <brindle/threads/ThreadGroup.h>
 
-#include "threads/src/locks/Guarded.h"
-
-#include <boost/thread/mutex.hpp>
+#include "threads/src/locks/ThreadErrors.h"
+#include "utility/src/base/Mutex.h"
 
 #include <algorithm>
 #include <list>
@@ -10,15 +9,16 @@
 
 namespace brindle::threads {
 
-/// A share in each thread of the group: its `Thread` has the other, so either may go first.
+/// The group owns each of its threads together with the `Thread` object, so that either may be
+/// destroyed first.
 struct ThreadGroup::Threads {
-    boost::mutex mutex; // guards the rest
-    std::list<std::shared_ptr<boost::thread>> shares;
-    std::int32_t createdCount = 0;
+    utility::Mutex mutex;
+    std::list<std::shared_ptr<boost::thread>> shares BRN_GUARDED_BY(mutex);
+    std::int32_t createdCount BRN_GUARDED_BY(mutex) = 0;
 };
 
 ThreadGroup::ThreadGroup(std::string const& inName)
-    : mName(inName), mThreads(Guarded([] { return std::make_unique<Threads>(); })) {}
+    : mName(inName), mThreads(ReportingThreadErrors([] { return std::make_unique<Threads>(); })) {}
 
 ThreadGroup::ThreadGroup(ThreadGroup& ioSource)
     : mName(ioSource.mName), mThreads(std::move(ioSource.mThreads)) {}
@@ -32,12 +32,12 @@ ThreadGroup& ThreadGroup::operator=(ThreadGroup& ioSource) {
 ThreadGroup::~ThreadGroup() = default;
 
 Thread* ThreadGroup::CreateThread(boost::function0<void> const& inFunction) {
-    return Guarded([&] {
-        boost::mutex::scoped_lock const lock(mThreads->mutex);
+    return ReportingThreadErrors([&] {
+        utility::MutexLock const lock(mThreads->mutex);
         auto const number = std::to_string(mThreads->createdCount + 1);
         auto thread = std::make_unique<Thread>(mName + " created thread #" + number);
         std::list<std::shared_ptr<boost::thread>> share(1, thread->mThread);
-        // The thread starts last: whatever fails leaves nothing behind.
+        // The thread starts last, so that a failure leaves nothing behind.
         thread->Start(inFunction);
         mThreads->shares.splice(mThreads->shares.end(), share);
         ++mThreads->createdCount;
@@ -46,8 +46,8 @@ Thread* ThreadGroup::CreateThread(boost::function0<void> const& inFunction) {
 }
 
 void ThreadGroup::AddThread(Thread* inThread) {
-    Guarded([&] {
-        boost::mutex::scoped_lock const lock(mThreads->mutex);
+    ReportingThreadErrors([&] {
+        utility::MutexLock const lock(mThreads->mutex);
         auto& shares = mThreads->shares;
         if (std::find(shares.begin(), shares.end(), inThread->mThread) == shares.end()) {
             shares.push_back(inThread->mThread);
@@ -56,15 +56,15 @@ void ThreadGroup::AddThread(Thread* inThread) {
 }
 
 void ThreadGroup::RemoveThread(Thread* inThread) {
-    Guarded([&] {
-        boost::mutex::scoped_lock const lock(mThreads->mutex);
+    ReportingThreadErrors([&] {
+        utility::MutexLock const lock(mThreads->mutex);
         mThreads->shares.remove(inThread->mThread);
     });
 }
 
 void ThreadGroup::JoinAll() {
-    Guarded([&] {
-        boost::mutex::scoped_lock const lock(mThreads->mutex);
+    ReportingThreadErrors([&] {
+        utility::MutexLock const lock(mThreads->mutex);
         for (auto const& thread : mThreads->shares) {
             thread->join();
         }
@@ -72,8 +72,8 @@ void ThreadGroup::JoinAll() {
 }
 
 std::int32_t ThreadGroup::Size() {
-    return Guarded([&] {
-        boost::mutex::scoped_lock const lock(mThreads->mutex);
+    return ReportingThreadErrors([&] {
+        utility::MutexLock const lock(mThreads->mutex);
         return static_cast<std::int32_t>(mThreads->shares.size());
     });
 }

@@ -3,6 +3,7 @@
 #include <brindle/utility/StringUtils.h>
 
 #include "platform/Directories.h"
+#include "platform/FileContent.h"
 #include "platform/Files.h"
 #include "platform/ShellLink.h"
 
@@ -39,7 +40,8 @@ std::int32_t ResultOf(platform::ErrorCode inError) {
     constexpr std::uint32_t kFailureOfTheSystem = 0x80070000U;
     return inError == platform::kError_None
                ? 0
-               : static_cast<std::int32_t>(kFailureOfTheSystem | inError);
+               : static_cast<std::int32_t>(kFailureOfTheSystem |
+                                           static_cast<std::uint32_t>(inError));
 }
 
 } // namespace
@@ -97,7 +99,7 @@ void BuildPathSpec(UTF16String const& inDirectory, UTF16String const& inName,
 }
 
 void CreateNewFile(UTF16String const& inPath) {
-    platform::CreateEmptyFile(inPath);
+    static_cast<void>(platform::CreateEmptyFile(inPath));
 }
 
 bool RemoveFile(UTF16String const& inPath) {
@@ -109,11 +111,11 @@ bool FileExists(UTF16String const& inPath) {
 }
 
 void SimpleWriteStringToFile(UTF16String const& inPath, UTF8String const& inText) {
-    platform::ReplaceContent(inPath, inText.data(), inText.size());
+    static_cast<void>(platform::ReplaceContent(inPath, inText.data(), inText.size()));
 }
 
 void SimpleAppendStringToFile(UTF16String const& inPath, UTF8String const& inText) {
-    platform::AppendContent(inPath, inText.data(), inText.size());
+    static_cast<void>(platform::AppendContent(inPath, inText.data(), inText.size()));
 }
 
 void ContainedFiles(UTF16String const& inDirectory, std::vector<UTF16String>& ioPaths) {

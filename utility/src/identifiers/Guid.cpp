@@ -1,57 +1,29 @@
 #include <brindle/utility/Guid.h>
 
-#include <brindle/config/Errors.h>
+#include <brindle/config/ErrorCodes.h>
 #include <brindle/utility/StringStreams.h>
 
 #include "platform/Uuid.h"
+#include <brindle/utility/Digits.h>
 
 #include <array>
 #include <cstddef>
 #include <cstring>
 #include <istream>
 #include <ostream>
+#include <string_view>
 
 namespace brindle::utility {
 
 namespace {
 
-constexpr char kCreationKey[] = "$$$/brn/utility/Error/CouldntCreateGUID=Couldn't create Guid.";
-constexpr char kMalformedKey[] = "$$$/brn/utility/Error/MalformedGUID=Malformed Guid string.";
-constexpr std::int32_t kCode_Creation = 27;
-constexpr std::int32_t kCode_Malformed = 28;
-
 constexpr std::size_t kTextLength = 36;
 using Bytes = std::array<std::uint8_t, 16>;
 
-/// Where the two digits of each byte stand in the text.
+/// The position of the two digits of each byte in the text.
 constexpr std::array<std::uint8_t, 16> kDigitPositions = {0,  2,  4,  6,  9,  11, 14, 16,
                                                           19, 21, 24, 26, 28, 30, 32, 34};
 constexpr std::array<std::uint8_t, 4> kHyphenPositions = {8, 13, 18, 23};
-
-constexpr std::uint8_t kNoDigit = 0xFF;
-
-constexpr std::array<std::uint8_t, 256> MakeDigitValues() {
-    std::array<std::uint8_t, 256> values{};
-    for (auto& value : values) {
-        value = kNoDigit;
-    }
-    for (std::uint8_t digit = 0; digit < 16; ++digit) {
-        values[static_cast<std::uint8_t>("0123456789abcdef"[digit])] = digit;
-        values[static_cast<std::uint8_t>("0123456789ABCDEF"[digit])] = digit;
-    }
-    return values;
-}
-
-constexpr std::array<std::uint8_t, 256> kDigitValues = MakeDigitValues();
-
-/// The value of a digit in the lower bits; a higher bit is set for whatever else a unit may be.
-constexpr std::uint32_t DigitValue(char inCharacter) {
-    return kDigitValues[static_cast<std::uint8_t>(inCharacter)];
-}
-
-constexpr std::uint32_t DigitValue(std::uint16_t inUnit) {
-    return kDigitValues[inUnit & 0xFF] | (inUnit & 0xFF00U);
-}
 
 constexpr Guid FromBytes(Bytes const& b) {
     return Guid(static_cast<std::uint32_t>(b[0] << 24U | b[1] << 16U | b[2] << 8U | b[3]),
@@ -76,7 +48,7 @@ constexpr Bytes ToBytes(Guid const& inGuid) {
     return bytes;
 }
 
-/// All zero, and reported, unless the text has the length and the form.
+/// Parses the text, or reports it and returns the Guid that is all zero.
 template <typename Unit>
 Guid Parsed(Unit const* inText, std::size_t inLength) {
     bool isAccepted = inLength == kTextLength;
@@ -84,8 +56,8 @@ Guid Parsed(Unit const* inText, std::size_t inLength) {
     if (isAccepted) {
         std::uint32_t seen = 0;
         for (std::size_t i = 0; i < bytes.size(); ++i) {
-            auto const high = DigitValue(inText[kDigitPositions[i]]);
-            auto const low = DigitValue(inText[kDigitPositions[i] + 1]);
+            auto const high = HexDigitValue(inText[kDigitPositions[i]]);
+            auto const low = HexDigitValue(inText[kDigitPositions[i] + 1]);
             seen |= high | low;
             bytes[i] = static_cast<std::uint8_t>(high << 4 | low);
         }
@@ -95,11 +67,18 @@ Guid Parsed(Unit const* inText, std::size_t inLength) {
         }
     }
     if (!isAccepted) {
-        config::ThrowError(config::kErrorLevel_NonFatal, kMalformedKey,
-                           config::kErrorModule_Utility, kCode_Malformed, true, {}, {}, {}, {});
+        config::ThrowError(config::kError_GuidMalformed);
         return Guid();
     }
     return FromBytes(bytes);
+}
+
+/// The length that counts: 16-bit text ends before a NUL, as in the conversion to UTF-8.
+template <typename Unit>
+std::size_t LengthOf(std::basic_string<Unit> const& inText) {
+    bool const endsAtNul =
+        sizeof(Unit) == 2 && inText.size() > kTextLength && inText[kTextLength] == 0;
+    return endsAtNul ? kTextLength : inText.size();
 }
 
 /// The two digits of every byte.
@@ -127,6 +106,22 @@ void Format(Guid const& inGuid, Unit* outText) {
     }
 }
 
+template <typename Unit>
+std::basic_ostream<Unit>& Insert(std::basic_ostream<Unit>& ioStream, Guid const& inGuid) {
+    Unit text[kTextLength];
+    Format(inGuid, text);
+    return ioStream << std::basic_string_view<Unit>(text, kTextLength);
+}
+
+template <typename Unit>
+std::basic_istream<Unit>& Extract(std::basic_istream<Unit>& ioStream, Guid& outGuid) {
+    std::basic_string<Unit> word;
+    if (ioStream >> word) {
+        outGuid = Parsed(word.data(), LengthOf(word));
+    }
+    return ioStream;
+}
+
 } // namespace
 
 Guid::Guid(char const* inText)
@@ -134,16 +129,12 @@ Guid::Guid(char const* inText)
 
 Guid::Guid(std::basic_string<char> const& inText) : Guid(Parsed(inText.data(), inText.size())) {}
 
-Guid::Guid(UTF16String const& inText)
-    : Guid(Parsed(inText.data(), inText.size() > kTextLength && inText[kTextLength] == 0
-                                     ? kTextLength
-                                     : inText.size())) {}
+Guid::Guid(UTF16String const& inText) : Guid(Parsed(inText.data(), LengthOf(inText))) {}
 
 Guid Guid::CreateUnique() {
     auto const bytes = platform::CreateUuid();
     if (!bytes) {
-        config::ThrowError(config::kErrorLevel_NonFatal, kCreationKey, config::kErrorModule_Utility,
-                           kCode_Creation, true, {}, {}, {}, {});
+        config::ThrowError(config::kError_GuidCreation);
         return Guid();
     }
     return FromBytes(bytes.value);
@@ -155,30 +146,41 @@ UTF16String Guid::AsString() const {
     return text;
 }
 
-oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid) {
-    static_cast<std::basic_ostream<std::uint16_t>&>(ioStream) << inGuid.AsString();
-    return ioStream;
-}
-
 std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream, Guid const& inGuid) {
-    char text[kTextLength + 1] = {};
-    Format(inGuid, text);
-    return ioStream << text;
+    return Insert(ioStream, inGuid);
 }
 
-iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid) {
-    UTF16String word;
-    if (static_cast<std::basic_istream<std::uint16_t>&>(ioStream) >> word) {
-        outGuid = Guid(word);
-    }
+std::basic_ostream<std::uint16_t>& operator<<(std::basic_ostream<std::uint16_t>& ioStream,
+                                              Guid const& inGuid) {
+    return Insert(ioStream, inGuid);
+}
+
+std::basic_ostream<std::uint8_t>& operator<<(std::basic_ostream<std::uint8_t>& ioStream,
+                                             Guid const& inGuid) {
+    return Insert(ioStream, inGuid);
+}
+
+oUTF16StringStream& operator<<(oUTF16StringStream& ioStream, Guid const& inGuid) {
+    Insert<std::uint16_t>(ioStream, inGuid);
     return ioStream;
 }
 
 std::basic_istream<char>& operator>>(std::basic_istream<char>& ioStream, Guid& outGuid) {
-    std::string word;
-    if (ioStream >> word) {
-        outGuid = Guid(word);
-    }
+    return Extract(ioStream, outGuid);
+}
+
+std::basic_istream<std::uint16_t>& operator>>(std::basic_istream<std::uint16_t>& ioStream,
+                                              Guid& outGuid) {
+    return Extract(ioStream, outGuid);
+}
+
+std::basic_istream<std::uint8_t>& operator>>(std::basic_istream<std::uint8_t>& ioStream,
+                                             Guid& outGuid) {
+    return Extract(ioStream, outGuid);
+}
+
+iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGuid) {
+    Extract<std::uint16_t>(ioStream, outGuid);
     return ioStream;
 }
 

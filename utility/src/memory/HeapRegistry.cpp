@@ -4,10 +4,11 @@
 #include "platform/Barrier.h"
 #include "platform/Fork.h"
 #include "platform/ThreadEnd.h"
+#include "utility/src/base/Mutex.h"
+#include "utility/src/base/ThreadAnnotations.h"
 #include "utility/src/memory/RegionStore.h"
 
 #include <exception>
-#include <mutex>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -18,7 +19,7 @@ std::atomic<State> S_state{State::kNotStarted};
 
 namespace {
 
-using MutexLock = threads::FreezableMutexLock;
+using RegistryLock = threads::FreezableMutexLock;
 
 struct Registry {
     threads::FreezableMutex mutex;
@@ -28,7 +29,7 @@ struct Registry {
 };
 
 // Held while the registry is made, and by who forks: a copy of the process finds all or nothing.
-std::mutex S_making;
+Mutex S_making;
 std::aligned_storage_t<sizeof(Registry), 64> S_storage;
 
 Registry& The() noexcept {
@@ -43,7 +44,7 @@ bool HasBegun() noexcept {
 ThreadHeap* Acquire() noexcept {
     ThreadHeap* abandoned = nullptr;
     {
-        MutexLock const lock(The().mutex);
+        RegistryLock const lock(The().mutex);
         abandoned = The().abandoned;
         if (abandoned != nullptr) {
             The().abandoned = std::exchange(abandoned->nextAbandoned, nullptr);
@@ -58,14 +59,14 @@ ThreadHeap* Acquire() noexcept {
         return nullptr;
     }
     auto* const heap = new (memory) ThreadHeap(The().store);
-    MutexLock const lock(The().mutex);
+    RegistryLock const lock(The().mutex);
     heap->nextOfAll = std::exchange(The().all, heap);
     return heap;
 }
 
 void Abandon(ThreadHeap& ioHeap) noexcept {
     ioHeap.Abandon();
-    MutexLock const lock(The().mutex);
+    RegistryLock const lock(The().mutex);
     ioHeap.nextAbandoned = std::exchange(The().abandoned, &ioHeap);
 }
 
@@ -75,8 +76,8 @@ void EndThread(void* inHeap) {
     Abandon(*static_cast<ThreadHeap*>(inHeap));
 }
 
-void CloseForFork() {
-    S_making.lock();
+void CloseForFork() BRN_NO_THREAD_SAFETY_ANALYSIS {
+    S_making.Lock();
     if (HasBegun()) {
         The().mutex.Freeze();
         for (ThreadHeap* heap = The().all; heap != nullptr; heap = heap->nextOfAll) {
@@ -86,7 +87,7 @@ void CloseForFork() {
     }
 }
 
-void OpenInParent() {
+void OpenInParent() BRN_NO_THREAD_SAFETY_ANALYSIS {
     if (HasBegun()) {
         The().store.OpenInParent();
         for (ThreadHeap* heap = The().all; heap != nullptr; heap = heap->nextOfAll) {
@@ -94,10 +95,10 @@ void OpenInParent() {
         }
         The().mutex.Thaw();
     }
-    S_making.unlock();
+    S_making.Unlock();
 }
 
-void OpenInChild() {
+void OpenInChild() BRN_NO_THREAD_SAFETY_ANALYSIS {
     if (HasBegun()) {
         The().store.OpenInChild();
         The().mutex.ThawInChild();
@@ -110,7 +111,7 @@ void OpenInChild() {
             }
         }
     }
-    S_making.unlock();
+    S_making.Unlock();
 }
 
 } // namespace
@@ -122,7 +123,7 @@ bool Initialize() noexcept {
         return state == State::kReady;
     }
     try {
-        std::lock_guard<std::mutex> const lock(S_making);
+        utility::MutexLock const lock(S_making);
         new (&S_storage) Registry;
         platform::PrepareBarriers();
         if (!platform::SetThreadEndCall(EndThread) ||
@@ -172,7 +173,7 @@ void* AllocateWithoutHeap(std::size_t inClass) {
 
 Total Count() {
     ThreadHeap* const mine = MineOrNull();
-    MutexLock const lock(The().mutex);
+    RegistryLock const lock(The().mutex);
     Total total;
     for (ThreadHeap* heap = The().all; heap != nullptr; heap = heap->nextOfAll) {
         heap == mine ? heap->CountMine(total.classes) : heap->CountOthers(total.classes);

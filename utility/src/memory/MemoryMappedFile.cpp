@@ -6,7 +6,7 @@ namespace brindle {
 
 namespace {
 
-/// Stands beside the caller's flags: the view may be written to.
+/// Set by the object beside the caller's flags: the view is to be writable.
 constexpr std::uint32_t kViewIsWritable = 0x80000000;
 
 } // namespace
@@ -26,7 +26,7 @@ void MemoryMappedFile::Init(std::string const& inName, std::uint64_t inSize,
         try {
             Init();
         } catch (std::int32_t) {
-            // The last holder may have gone between our finding the name taken and our opening it.
+            // The last holder may have released the memory after the creation found it to exist.
             Reset();
             Init();
         }

@@ -2,10 +2,10 @@
 
 #include "platform/Barrier.h"
 #include "threads/src/locks/FreezableMutex.h"
-#include "utility/src/memory/RemoteFrees.h"
+#include "utility/src/base/Mutex.h"
+#include "utility/src/base/ThreadAnnotations.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <mutex>
 #include <new>
 #include <optional>
@@ -68,7 +68,8 @@ public:
         }
         Visit(Visit const&) = delete;
         Visit& operator=(Visit const&) = delete;
-        __attribute__((noinline)) ~Visit() { // inlined, it looks to compilers as if it used too much
+        __attribute__((
+            noinline)) ~Visit() { // inlined, it looks to compilers as if it used too much
             if (IsIn()) {
                 End();
             }
@@ -89,12 +90,12 @@ public:
 
     /// Keeps everybody but the calling thread out, before the process is copied; and lets them in
     /// again, in the process and in its copy.
-    void CloseForFork() {
+    void CloseForFork() BRN_NO_THREAD_SAFETY_ANALYSIS {
         mVisitors.fetch_add(1, std::memory_order_relaxed);
         mMutex.Freeze();
         AwaitOwner();
     }
-    void OpenInParent() {
+    void OpenInParent() BRN_NO_THREAD_SAFETY_ANALYSIS {
         mMutex.Thaw();
         mVisitors.fetch_sub(1, std::memory_order_release);
     }
@@ -107,22 +108,24 @@ private:
         mByMutex.emplace(mMutex);
     }
     void TellVisitors() {
-        std::lock_guard<std::mutex> const lock(mLeaving);
-        mHasLeft.notify_all();
+        MutexLock const lock(mLeaving);
+        mHasLeft.NotifyAll();
     }
     void AwaitOwner() {
         platform::HeavyBarrier();
         Steps::Pause();
-        std::unique_lock<std::mutex> lock(mLeaving);
-        mHasLeft.wait(lock, [this] { return !mIsOwnerIn.load(std::memory_order_acquire); });
+        MutexLock lock(mLeaving);
+        while (mIsOwnerIn.load(std::memory_order_acquire)) {
+            mHasLeft.Wait(lock);
+        }
     }
 
     std::atomic<bool> mIsOwnerIn{false};                 // and not by way of the mutex
     std::atomic<int> mVisitors{0};                       // those inside and those about to enter
     std::optional<threads::FreezableMutexLock> mByMutex; // the owner's
     threads::FreezableMutex mMutex;
-    std::mutex mLeaving;
-    std::condition_variable mHasLeft;
+    Mutex mLeaving;
+    Condition mHasLeft;
 };
 
 } // namespace brindle::utility

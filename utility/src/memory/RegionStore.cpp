@@ -6,14 +6,18 @@
 
 namespace brindle::utility {
 
-using MutexLock = threads::FreezableMutexLock;
+namespace {
+
+using StoreLock = threads::FreezableMutexLock;
+
+} // namespace
 
 std::atomic<RegionStore::Mark*> RegionStore::S_leaves[];
 std::atomic<Region*> RegionStore::S_known[];
 
 Region* RegionStore::Allocate() noexcept {
     {
-        MutexLock const lock(mMutex);
+        StoreLock const lock(mMutex);
         if (Region* const kept = mKept) {
             mKept = kept->nextInStore;
             --mKeptCount;
@@ -27,7 +31,7 @@ Region* RegionStore::Allocate() noexcept {
     }
     Mark* const marks = MarksFor(address);
     if (marks == nullptr) {
-        platform::FreePages(pages, Region::kSize);
+        static_cast<void>(platform::FreePages(pages, Region::kSize));
         return nullptr;
     }
     marks[address >> 20 & (kMarks - 1)].store(true, std::memory_order_relaxed);
@@ -38,7 +42,7 @@ Region* RegionStore::Allocate() noexcept {
 
 void RegionStore::Free(Region& inRegion) noexcept {
     {
-        MutexLock const lock(mMutex);
+        StoreLock const lock(mMutex);
         if (mKeptCount < kKeptAtMost) {
             inRegion.nextInStore = std::exchange(mKept, &inRegion);
             ++mKeptCount;
@@ -51,7 +55,7 @@ void RegionStore::Free(Region& inRegion) noexcept {
 void RegionStore::ReleaseAll() noexcept {
     Region* kept = nullptr;
     {
-        MutexLock const lock(mMutex);
+        StoreLock const lock(mMutex);
         kept = std::exchange(mKept, nullptr);
         mKeptCount = 0;
     }
@@ -61,7 +65,7 @@ void RegionStore::ReleaseAll() noexcept {
 }
 
 std::size_t RegionStore::Kept() {
-    MutexLock const lock(mMutex);
+    StoreLock const lock(mMutex);
     return mKeptCount * Region::kSize;
 }
 
@@ -74,7 +78,7 @@ void RegionStore::Unmap(Region& inRegion) noexcept {
     mark.store(false, std::memory_order_relaxed);
     Region* known = &inRegion;
     KnownAt(begin).compare_exchange_strong(known, nullptr, std::memory_order_relaxed);
-    platform::FreePages(begin, Region::kSize);
+    static_cast<void>(platform::FreePages(begin, Region::kSize));
 }
 
 /// The marks for an address, made if they are not there; null without memory.
@@ -98,7 +102,7 @@ RegionStore::Mark* RegionStore::MarksFor(std::uintptr_t inAddress) noexcept {
                                      std::memory_order_acquire)) {
         return made;
     }
-    platform::FreePages(pages, kBytes);
+    static_cast<void>(platform::FreePages(pages, kBytes));
     return marks;
 }
 

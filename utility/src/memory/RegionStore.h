@@ -1,6 +1,7 @@
 #pragma once
 
 #include "threads/src/locks/FreezableMutex.h"
+#include "utility/src/base/ThreadAnnotations.h"
 #include "utility/src/memory/Region.h"
 
 #include <atomic>
@@ -25,9 +26,9 @@ public:
     /// How many bytes it keeps.
     std::size_t Kept();
 
-    void CloseForFork() { mMutex.Freeze(); }
-    void OpenInParent() { mMutex.Thaw(); }
-    void OpenInChild() { mMutex.ThawInChild(); }
+    void CloseForFork() BRN_ACQUIRE(mMutex) { mMutex.Freeze(); }
+    void OpenInParent() BRN_RELEASE(mMutex) { mMutex.Thaw(); }
+    void OpenInChild() BRN_RELEASE(mMutex) { mMutex.ThawInChild(); }
 
     /// Whether a block lies in a region. Any thread may ask about a block that it owns, or about
     /// null, while others allocate and free.
@@ -73,8 +74,8 @@ private:
     static std::atomic<Region*> S_known[kKnown];
 
     threads::FreezableMutex mMutex;
-    Region* mKept = nullptr;
-    std::size_t mKeptCount = 0;
+    Region* mKept BRN_GUARDED_BY(mMutex) = nullptr;
+    std::size_t mKeptCount BRN_GUARDED_BY(mMutex) = 0;
 };
 
 } // namespace brindle::utility

@@ -1,16 +1,12 @@
 #pragma once
 
+#include "utility/src/base/NoPause.h"
+
 #include <atomic>
 #include <cstdint>
 #include <new>
 
 namespace brindle::utility {
-
-/// What the structures of the allocator do between their atomic steps: nothing. Tests put pauses
-/// there.
-struct NoPause {
-    static void Pause() noexcept {}
-};
 
 /// The link of a free block: where the next one lies, counted from the origin of its chunk, which
 /// is 4 bytes before the first block; 0 at the end of a list.

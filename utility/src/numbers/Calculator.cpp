@@ -2,6 +2,7 @@
 
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +14,7 @@ namespace brindle::utility {
 
 namespace {
 
-/// How tightly an operator binds, from 1; 0 for what is none.
+/// How tightly an operator binds, from 1; 0 for a unit that is no operator.
 constexpr int Tightness(std::uint16_t inUnit) {
     switch (inUnit) {
     case u'e':
@@ -33,7 +34,7 @@ constexpr int Tightness(std::uint16_t inUnit) {
     }
 }
 
-/// "+" and "-" may stand without a left side.
+/// "+" and "-" do not: they may stand in front of their operand.
 constexpr bool NeedsLeftSide(std::uint16_t inUnit) {
     return Tightness(inUnit) != 0 && inUnit != u'+' && inUnit != u'-';
 }
@@ -43,8 +44,8 @@ constexpr bool IsParenthesis(std::uint16_t inUnit) {
 }
 
 constexpr bool IsOfExpression(std::uint16_t inUnit) {
-    return (inUnit >= u'0' && inUnit <= u'9') || inUnit == u'.' || inUnit == u',' ||
-           IsParenthesis(inUnit) || Tightness(inUnit) != 0;
+    return IsDigit(inUnit) || inUnit == u'.' || inUnit == u',' || IsParenthesis(inUnit) ||
+           Tightness(inUnit) != 0;
 }
 
 double Combine(double inLeft, std::uint16_t inOperator, double inRight) {
@@ -64,13 +65,12 @@ double Combine(double inLeft, std::uint16_t inOperator, double inRight) {
     }
 }
 
-/// Evaluates an expression scope by scope. A scope is a range of the text whose enclosing
-/// parentheses are gone; the operators at its own depth cut it into operands, and each operand is a
-/// scope again. What is deeper is skipped until then, so that each unit counts in few scopes and
-/// the time is linear.
+/// Evaluates an expression scope by scope. A scope is a range of the text without enclosing
+/// parentheses. The operators at its own depth cut it into operands, each of which is a scope in
+/// turn; text in parentheses is jumped over until then, so that the time is linear.
 class Calculation {
 public:
-    /// `inText` holds nothing but units of expressions, and outlives the object.
+    /// `inText` holds only units that expressions are made of, and outlives the object.
     explicit Calculation(UTF16String const& inText)
         : mText(inText), mUser(UserSeparators()), mReturns(inText.size()) {
         FindReturns();
@@ -80,7 +80,8 @@ public:
         Open({0, mText.size()});
         while (!mScopes.empty()) {
             Scope& scope = mScopes.back();
-            // All scopes but the innermost wait for an operand, so this tells if it does, too.
+            // Every scope around the innermost waits for one operand. If the counts are equal, the
+            // innermost waits for one, too.
             if (mValues.size() == mOperators.size()) {
                 ReadOperand(scope);
             } else if (scope.at != scope.end) {
@@ -102,14 +103,14 @@ private:
 
     struct Scope {
         std::size_t at, end;
-        std::size_t base; ///< how many operators of the scopes around it wait
+        std::size_t base; ///< how many operators the scopes around it have on the stack
     };
 
-    /// Finds for each parenthesis the next one that leads back to the depth before it.
+    /// Finds for each parenthesis the next one that returns to the depth before it.
     void FindReturns() {
         std::size_t const none = mText.size();
         std::vector<std::size_t> leftAt(2 * mText.size() + 1, none);
-        std::size_t depth = mText.size(); // in the middle, as it may go either way
+        std::size_t depth = mText.size(); // begins in the middle, for it may go below as well
         for (std::size_t i = 0; i < mText.size(); ++i) {
             if (IsParenthesis(mText[i])) {
                 leftAt[depth] = i;
@@ -122,7 +123,8 @@ private:
         }
     }
 
-    /// All enclosing parentheses are removed, or none if what is left closes more than it opens.
+    /// The range without all its enclosing parentheses, or the range itself if what remains would
+    /// close more parentheses than it opens.
     Range WithoutParentheses(Range inRange) const {
         Range inner = inRange;
         while (inner.end - inner.begin >= 2 && mText[inner.begin] == u'(' &&
@@ -161,7 +163,7 @@ private:
         }
     }
 
-    /// Combines the values of the operators above `inBase` that bind at least so tightly.
+    /// Applies the operators above `inBase` that bind at least as tightly as `inTightness`.
     void CombineDownTo(std::size_t inBase, int inTightness) {
         while (mOperators.size() > inBase && Tightness(mOperators.back()) >= inTightness) {
             double const right = mValues.back();

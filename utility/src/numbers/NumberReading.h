@@ -5,19 +5,19 @@
 #include <cstdint>
 #include <optional>
 
-// The pieces of number parsing that work on ranges of units, for all who read numbers.
+// Number parsing on ranges of units, which `StringToNumber` and the calculator share.
 
 namespace brindle::utility {
 
-/// A full-width form of "!" to "?", or an ideographic comma or full stop, as ASCII; any other unit
-/// as it is.
+/// The ASCII form of a full-width "!" to "?" or of an ideographic comma or full stop; any other
+/// unit itself.
 std::uint16_t ToNarrowForm(std::uint16_t inUnit) noexcept;
 
-/// A unit of the user's form as one of the neutral form.
+/// The neutral form of a unit in the user's form.
 std::uint16_t ToNeutralForm(std::uint16_t inUnit, platform::NumberSeparators inUser) noexcept;
 
-/// `StringToNumber` of a range: in the user's form with the separators `inUser`, in the neutral
-/// form without.
+/// `StringToNumber` of a range, which is in the user's form if there are separators `inUser`, and
+/// otherwise in the neutral form.
 double ReadNumber(std::uint16_t const* inBegin, std::uint16_t const* inEnd,
                   std::optional<platform::NumberSeparators> inUser);
 

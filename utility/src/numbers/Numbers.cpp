@@ -4,6 +4,7 @@
 
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
+#include <brindle/utility/Digits.h>
 
 #include <algorithm>
 #include <charconv>
@@ -16,24 +17,19 @@ namespace brindle::utility {
 
 namespace {
 
-/// A longer fixed form gives way to the one with an exponent.
+/// A longer fixed form is replaced by one with an exponent.
 constexpr std::size_t kLongestFixedForm = 22;
 constexpr int kMostFixedDecimals = static_cast<int>(kLongestFixedForm) - 2;
 constexpr double kLeastWithoutFixedForm = 1e22;
 constexpr double kLeastWithoutInteger = 2147483648.0;
 constexpr int kDefaultDecimals = 6;
 
-template <typename Character>
-constexpr bool IsDigit(Character inCharacter) {
-    return inCharacter >= '0' && inCharacter <= '9';
-}
-
 /// White space of the classic locale.
 constexpr bool IsSpace(std::uint16_t inUnit) {
     return inUnit == ' ' || (inUnit >= '\t' && inUnit <= '\r');
 }
 
-/// The text of a number before it is padded and grouped.
+/// The digits of a number, before they are padded and grouped.
 class Digits {
 public:
     /// `inMagnitude` is not below 0.
@@ -82,8 +78,7 @@ UTF16String IntegerToString(Integer inValue, int inBase) {
     return UTF16String(text, end);
 }
 
-/// The units of a text, brought into the neutral form if it is in the user's, one after the other
-/// and without its commas.
+/// Gives the units of a text one after the other, in the neutral form and without commas.
 class NeutralUnits {
 public:
     NeutralUnits(std::uint16_t const* inBegin, std::uint16_t const* inEnd,
@@ -112,7 +107,7 @@ public:
         Advance();
     }
 
-    /// The same for a run of digits; false if there are none.
+    /// The same for a run of digits. Returns false if there are none.
     bool MoveDigitsTo(std::string& ioText) {
         auto const size = ioText.size();
         while (IsDigit(mCurrent)) {
@@ -172,7 +167,7 @@ double ReadNumber(std::uint16_t const* inBegin, std::uint16_t const* inEnd,
     }
     double value = 0.0;
     if (hasDigits) {
-        // Out of range in either direction it leaves the value alone.
+        // Leaves `value` alone if the number is out of range in either direction.
         std::from_chars(text.data(), text.data() + text.size(), value);
     }
     return value;
@@ -183,6 +178,10 @@ UTF16String NumberToString(std::int32_t inValue) {
 }
 
 UTF16String NumberToString(std::int64_t inValue) {
+    return IntegerToString(inValue, 10);
+}
+
+UTF16String NumberToString(std::uint64_t inValue) {
     return IntegerToString(inValue, 10);
 }
 

@@ -7,17 +7,23 @@ namespace brindle::utility {
 
 namespace {
 
-/// The decimal separator in the upper half, so that both are read and written at once; 0 until they
-/// have been read.
+/// Both in one number, the decimal separator in the upper half, so that no thread sees one without
+/// the other; 0 until they have been read.
 std::atomic<std::uint32_t> S_separators{0};
+
+constexpr std::uint16_t kNoBreakSpace = u'\u00A0';
 
 } // namespace
 
 platform::NumberSeparators UserSeparators() {
     auto const both = S_separators.load(std::memory_order_relaxed);
     if (both == 0) {
-        // Whoever else comes here at the same time stores the same.
-        auto const separators = platform::UserNumberSeparators();
+        // Other threads may do this at the same time, and store the same.
+        auto separators = platform::UserNumberSeparators();
+        // A decimal comma and the default for groups would be the same.
+        if (separators.thousands == separators.decimal) {
+            separators.thousands = kNoBreakSpace;
+        }
         SetUserSeparators(separators);
         return separators;
     }

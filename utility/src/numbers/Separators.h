@@ -4,11 +4,13 @@
 
 namespace brindle::utility {
 
-/// The user's separators, from the platform at the first call. Any thread may call.
+/// The user's separators, which the platform is asked for at the first call. They differ: where the
+/// locale has a decimal comma and no separator of groups, that is a no-break space. Any thread may
+/// call.
 platform::NumberSeparators UserSeparators();
 
-/// Puts others in their place: for tests, which have no say in the user's locale. Two zeros make
-/// the next call read the user's again.
+/// Replaces them, for tests, which cannot choose the user's locale. Two zeros make the next call
+/// ask the platform again.
 void SetUserSeparators(platform::NumberSeparators inSeparators) noexcept;
 
 } // namespace brindle::utility

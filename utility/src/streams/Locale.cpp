@@ -2,6 +2,8 @@
 
 #include <brindle/utility/StringStreams.h>
 
+#include "utility/src/base/NeverDestroyed.h"
+
 #include <algorithm>
 #include <exception>
 
@@ -17,21 +19,15 @@ std::locale UserLocale() {
     }
 }
 
-double Extract(std::basic_istream<std::uint16_t>& ioStream) {
-    double value = 0.0;
-    return ioStream >> value ? value : 0.0;
-}
-
 } // namespace
 
 std::locale const& Native() {
-    static std::locale const native = UserLocale();
-    return native;
+    static utility::NeverDestroyed<std::locale> native(UserLocale());
+    return native.Get();
 }
 
 std::locale const& Default() {
-    static std::locale const classic = std::locale::classic();
-    return classic;
+    return std::locale::classic();
 }
 
 double GetValueFromDisplayString(UTF16String const& inText) {
@@ -40,9 +36,15 @@ double GetValueFromDisplayString(UTF16String const& inText) {
     }
     iUTF16StringStream native(inText);
     native.imbue(Native());
-    double const first = Extract(native);
+    // The first reading counts as far as it went: digits in groups of the wrong size, for one, fail
+    // but leave their value.
+    double first = 0.0;
+    native >> first;
     iUTF16StringStream plain(inText);
-    double const second = Extract(plain);
+    double second = 0.0;
+    if (!(plain >> second)) {
+        second = 0.0;
+    }
     if (first > 0.0 && second > 0.0) {
         return std::max(first, second);
     }

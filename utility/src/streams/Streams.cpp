@@ -3,28 +3,75 @@
 #include <brindle/debug/StreamBuffers.h>
 
 #include <iostream>
+#include <new>
 
 namespace brindle::utility {
 
 namespace {
 
-/// `inFresh` is a stream of the same kind without a buffer.
+/// `inFresh` is a new stream without a buffer.
 template <typename Unit>
 std::basic_streambuf<Unit>* Reset(std::basic_ios<Unit>& ioStream, std::basic_ios<Unit>& inFresh,
                                   std::basic_streambuf<Unit>* inBuffer) {
     std::basic_streambuf<Unit>* const earlier = ioStream.rdbuf();
-    // The exception mask goes too, so that the new state is not thrown.
+    // This copies the exception mask too, so that setting the buffer cannot throw.
     ioStream.copyfmt(inFresh);
     ioStream.rdbuf(inBuffer);
     return earlier;
 }
 
-// In this order, so that at unload each stream goes before its buffer, and a buffer that goes
-// flushes what is left in it.
-debug::DebugStreamBuffer<std::uint16_t> S_debugBuffer;
-UTF16OutputStream S_debugStream(&S_debugBuffer);
-debug::UTF16StdOutStreamBuffer<std::uint16_t> S_stdOutBuffer;
-UTF16OutputStream S_stdOutStream(&S_stdOutBuffer);
+/// Storage for a static object that is constructed in place and never destroyed.
+template <typename Object>
+union Storage {
+    constexpr Storage() noexcept : nothing() {}
+    ~Storage() {}
+
+    char nothing;
+    Object object;
+};
+
+Storage<debug::DebugStreamBuffer<std::uint16_t>> S_debugBuffer;
+Storage<UTF16OutputStream> S_debugStream;
+Storage<debug::UTF16StdOutStreamBuffer<std::uint16_t>> S_stdOutBuffer;
+Storage<UTF16OutputStream> S_stdOutStream;
+
+/// Constructs the global streams before all static objects of clients, also if these are linked
+/// with an archive of the library, and flushes them after the destructors of those objects. Text
+/// that is written even later is flushed at once.
+class GlobalStreams {
+public:
+    GlobalStreams() {
+        ::new (&S_debugBuffer.object) debug::DebugStreamBuffer<std::uint16_t>;
+        ::new (&S_debugStream.object) UTF16OutputStream(&S_debugBuffer.object);
+        ::new (&S_stdOutBuffer.object) debug::UTF16StdOutStreamBuffer<std::uint16_t>;
+        ::new (&S_stdOutStream.object) UTF16OutputStream(&S_stdOutBuffer.object);
+    }
+    GlobalStreams(GlobalStreams const&) = delete;
+    GlobalStreams& operator=(GlobalStreams const&) = delete;
+    ~GlobalStreams() {
+        FlushFromNowOn(S_stdOutStream.object, S_stdOutBuffer.object);
+        FlushFromNowOn(S_debugStream.object, S_debugBuffer.object);
+    }
+
+private:
+    static void FlushFromNowOn(UTF16OutputStream& ioStream,
+                               std::basic_streambuf<std::uint16_t>& ioBuffer) noexcept {
+        try {
+            ioBuffer.pubsync();
+        } catch (...) {
+            // The text cannot be written any more.
+        }
+        // A client's buffer may have been destroyed by now, so it is left alone.
+        if (ioStream.rdbuf() == &ioBuffer) {
+            ioStream.setf(std::ios_base::unitbuf);
+        }
+    }
+
+    std::ios_base::Init mStandardStreams; // which the references below denote
+};
+
+// The least number that the compiler lets libraries use: it precedes objects without one.
+__attribute__((init_priority(101))) GlobalStreams S_globalStreams;
 
 } // namespace
 
@@ -42,8 +89,9 @@ SetStreamBuffer(UTF16OutputStream& ioStream, std::basic_streambuf<std::uint16_t>
 
 namespace streams {
 
-UTF16OutputStream& UTF16Out = S_stdOutStream;
-UTF16OutputStream& Debug = S_debugStream;
+// Constant-initialised, so these are valid references at any time.
+UTF16OutputStream& UTF16Out = S_stdOutStream.object;
+UTF16OutputStream& Debug = S_debugStream.object;
 std::basic_istream<char>& In = std::cin;
 std::basic_ostream<char>& Out = std::cout;
 std::basic_ostream<char>& Log = std::clog;

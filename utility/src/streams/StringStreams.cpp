@@ -1,10 +1,12 @@
 #include <brindle/utility/StringStreams.h>
 
+#include <utility>
+
 namespace brindle {
 
 namespace {
 
-/// Past the classes' own `imbue`: that of the stream and of its string buffer, if it has one.
+/// Calls the `imbue` of the base class, which also imbues the string buffer.
 template <typename Unit>
 std::locale Imbue(std::basic_ios<Unit>& ioStream, std::locale const& inLocale) {
     return ioStream.imbue(utility::WithTextFacets(inLocale));
@@ -13,10 +15,10 @@ std::locale Imbue(std::basic_ios<Unit>& ioStream, std::locale const& inLocale) {
 } // namespace
 
 UTF16OutputStream::UTF16OutputStream() : std::basic_ostream<std::uint16_t>(nullptr) {
-    Imbue(*this, std::locale());
+    Imbue(*this, getloc());
 }
 
-// The buffer comes last, for it is the client's and keeps its own locale.
+// The buffer is set last, because it belongs to the client and must keep its own locale.
 UTF16OutputStream::UTF16OutputStream(std::basic_streambuf<std::uint16_t>* inBuffer)
     : UTF16OutputStream() {
     rdbuf(inBuffer);
@@ -24,26 +26,26 @@ UTF16OutputStream::UTF16OutputStream(std::basic_streambuf<std::uint16_t>* inBuff
 
 iUTF16StringStream::iUTF16StringStream(UTF16String const& inText)
     : std::basic_istringstream<std::uint16_t>(inText) {
-    Imbue(*this, std::locale());
+    Imbue(*this, getloc());
 }
 
 iUTF16StringStream::iUTF16StringStream(std::uint16_t const* inText)
     : iUTF16StringStream(UTF16String(inText)) {}
 
 oUTF16StringStream::oUTF16StringStream() {
-    Imbue(*this, std::locale());
+    Imbue(*this, getloc());
 }
 
 iUTF8StringStream::iUTF8StringStream(UTF8String const& inText)
     : std::basic_istringstream<std::uint8_t>(inText) {
-    Imbue(*this, std::locale());
+    Imbue(*this, getloc());
 }
 
 iUTF8StringStream::iUTF8StringStream(std::uint8_t const* inText)
     : iUTF8StringStream(UTF8String(inText)) {}
 
 oUTF8StringStream::oUTF8StringStream() {
-    Imbue(*this, std::locale());
+    Imbue(*this, getloc());
 }
 
 std::locale UTF16OutputStream::imbue(std::locale const& inLocale) {
@@ -66,10 +68,23 @@ std::locale oUTF8StringStream::imbue(std::locale const& inLocale) {
     return Imbue(*this, inLocale);
 }
 
-} // namespace brindle
+// The move constructors are written out, because generated ones would try to move the virtual base.
 
-template <>
-std::basic_ostream<std::uint16_t>& std::operator<<(std::basic_ostream<std::uint16_t>& ioStream,
-                                                   char inCharacter) {
-    return ioStream << brindle::UTF16String(1, ioStream.widen(inCharacter));
-}
+iUTF16StringStream::iUTF16StringStream(iUTF16StringStream&& inOther)
+    : std::basic_istringstream<std::uint16_t>(std::move(inOther)) {}
+
+oUTF16StringStream::oUTF16StringStream(oUTF16StringStream&& inOther)
+    : std::basic_ostringstream<std::uint16_t>(std::move(inOther)) {}
+
+iUTF8StringStream::iUTF8StringStream(iUTF8StringStream&& inOther)
+    : std::basic_istringstream<std::uint8_t>(std::move(inOther)) {}
+
+oUTF8StringStream::oUTF8StringStream(oUTF8StringStream&& inOther)
+    : std::basic_ostringstream<std::uint8_t>(std::move(inOther)) {}
+
+iUTF16StringStream& iUTF16StringStream::operator=(iUTF16StringStream&& inOther) = default;
+oUTF16StringStream& oUTF16StringStream::operator=(oUTF16StringStream&& inOther) = default;
+iUTF8StringStream& iUTF8StringStream::operator=(iUTF8StringStream&& inOther) = default;
+oUTF8StringStream& oUTF8StringStream::operator=(oUTF8StringStream&& inOther) = default;
+
+} // namespace brindle

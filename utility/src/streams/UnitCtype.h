@@ -1,13 +1,15 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <locale>
 
 namespace std {
 
-// The standard library declares the virtual members of its general ctype and leaves them undefined.
-// A class derived from it overrides them all, yet its construction refers to the base's table of
-// virtual functions, and so to these. Nothing calls them.
+// The standard library declares the virtual members of the primary template of `std::ctype`, but
+// does not define them. A derived class overrides them all, but its constructor refers to the
+// virtual table of the base, which refers to them. Nothing calls these definitions.
 
 template <typename Unit>
 ctype<Unit>::~ctype() {}
@@ -76,7 +78,7 @@ Unit const* ctype<Unit>::do_narrow(Unit const*, Unit const* inEnd, char, char*) 
 
 namespace brindle::utility {
 
-/// The standard character type whose facets do the work for a unit type of ours.
+/// The standard character type whose facets do the work for a unit type.
 template <typename Unit>
 struct StandardCharacter;
 template <>
@@ -90,17 +92,21 @@ struct StandardCharacter<std::uint8_t> {
 template <typename Unit>
 using StandardCharacterT = typename StandardCharacter<Unit>::type;
 
-/// Classifies units as the ctype facet of their standard character does.
+/// Classifies units like the `ctype` facet of their standard character type.
 template <typename Unit>
 class UnitCtype final : public std::ctype<Unit> {
 public:
     using Character = StandardCharacterT<Unit>;
     using typename std::ctype<Unit>::mask;
 
-    /// Shares the facet of `inBase`, and keeps it alive.
+    /// Uses the facet of `inBase`, and keeps it alive.
     explicit UnitCtype(std::locale const& inBase)
         : mOwner(std::locale::classic().combine<std::ctype<Character>>(inBase)),
-          mFacet(std::use_facet<std::ctype<Character>>(mOwner)) {}
+          mFacet(std::use_facet<std::ctype<Character>>(mOwner)) {
+        for (std::size_t i = 0; i < mWidened.size(); ++i) {
+            mWidened[i] = static_cast<Unit>(mFacet.widen(static_cast<char>(i)));
+        }
+    }
 
     bool IsOf(std::locale const& inLocale) const {
         return &mFacet == &std::use_facet<std::ctype<Character>>(inLocale);
@@ -148,7 +154,7 @@ private:
         return inEnd;
     }
     Unit do_widen(char inCharacter) const override {
-        return static_cast<Unit>(mFacet.widen(inCharacter));
+        return mWidened[static_cast<unsigned char>(inCharacter)];
     }
     char const* do_widen(char const* inBegin, char const* inEnd, Unit* outUnits) const override {
         for (; inBegin != inEnd; ++inBegin) {
@@ -169,6 +175,7 @@ private:
 
     std::locale mOwner;
     std::ctype<Character> const& mFacet;
+    std::array<Unit, 256> mWidened; ///< by the character as an unsigned number
 };
 
 } // namespace brindle::utility

@@ -1,64 +1,12 @@
 #pragma once
 
-#include "utility/src/streams/UnitCtype.h"
+#include "utility/src/streams/UnitBuffers.h"
 
 #include <locale>
-#include <streambuf>
 
 namespace brindle::utility {
 
-/// Takes the standard characters that a facet writes, and hands them on as units.
-template <typename Unit>
-class UnitSink final : public std::basic_streambuf<StandardCharacterT<Unit>> {
-public:
-    using Character = StandardCharacterT<Unit>;
-    using Traits = std::char_traits<Character>;
-
-    explicit UnitSink(std::ostreambuf_iterator<Unit> inTarget) : mTarget(inTarget) {}
-
-    std::ostreambuf_iterator<Unit> Target() const { return mTarget; }
-
-private:
-    typename Traits::int_type overflow(typename Traits::int_type inCharacter) override {
-        if (!Traits::eq_int_type(inCharacter, Traits::eof())) {
-            *mTarget++ = static_cast<Unit>(Traits::to_char_type(inCharacter));
-        }
-        return mTarget.failed() ? Traits::eof() : Traits::not_eof(inCharacter);
-    }
-
-    std::ostreambuf_iterator<Unit> mTarget;
-};
-
-/// Gives units as standard characters, and takes not one more than the facet consumes: what stops
-/// a number stays in the stream.
-template <typename Unit>
-class UnitSource final : public std::basic_streambuf<StandardCharacterT<Unit>> {
-public:
-    using Character = StandardCharacterT<Unit>;
-    using Traits = std::char_traits<Character>;
-    using Iterator = std::istreambuf_iterator<Unit>;
-
-    UnitSource(Iterator inBegin, Iterator inEnd) : mAt(inBegin), mEnd(inEnd) {}
-
-    Iterator Position() const { return mAt; }
-
-private:
-    typename Traits::int_type underflow() override {
-        return mAt == mEnd ? Traits::eof() : Traits::to_int_type(static_cast<Character>(*mAt));
-    }
-    typename Traits::int_type uflow() override {
-        auto const character = underflow();
-        if (!Traits::eq_int_type(character, Traits::eof())) {
-            ++mAt;
-        }
-        return character;
-    }
-
-    Iterator mAt;
-    Iterator mEnd;
-};
-
-/// Writes numbers by the facet that the stream's locale holds for the standard character.
+/// Writes numbers by the facet that the stream's locale has for the standard character type.
 template <typename Unit>
 class UnitNumPut final : public std::num_put<Unit> {
     using Character = StandardCharacterT<Unit>;
@@ -108,7 +56,7 @@ class UnitNumPut final : public std::num_put<Unit> {
     }
 };
 
-/// Reads numbers by the facet that the stream's locale holds for the standard character.
+/// Reads numbers by the facet that the stream's locale has for the standard character type.
 template <typename Unit>
 class UnitNumGet final : public std::num_get<Unit> {
     using Character = StandardCharacterT<Unit>;

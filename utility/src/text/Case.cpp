@@ -7,7 +7,7 @@ namespace brindle::utility {
 
 namespace {
 
-/// What a unit becomes that becomes more than one.
+/// The mapping of a unit that becomes more than one unit.
 struct Expansion {
     std::uint8_t length;
     std::uint16_t units[3];
@@ -15,14 +15,15 @@ struct Expansion {
 
 #include "utility/src/text/CaseTable.inc"
 
-/// One of the three mappings, a two-stage table. A unit's block and its place in it give the
-/// difference to what it maps to, modulo 2^16, or `kFirstExpansion` and the index of its expansion.
-/// The blocks of the first `kDirectCount` units stand in order: a unit is its own place there.
+/// One of the three mappings, as a two-stage table. `blocks` gives the block of a unit, and the
+/// block gives for each of its units the difference to the mapped unit, modulo 2^16, or
+/// `kFirstExpansion` plus the index of an expansion. The blocks of the first `kDirectCount` units
+/// come first and in order, so that such a unit is itself the index of its difference.
 struct CaseMapping {
     std::uint8_t const* blocks;
     std::uint16_t const* differences;
     Expansion const* expansions;
-    std::uint16_t firstAsciiLetter; ///< of the 26 that the mapping changes
+    std::uint16_t firstAsciiLetter; ///< the first of the 26 ASCII letters that change
 
     std::uint16_t DifferenceOf(std::uint16_t inUnit) const noexcept {
         return differences[blocks[inUnit / kBlockSize] * kBlockSize + inUnit % kBlockSize];
@@ -33,14 +34,15 @@ constexpr CaseMapping kLower{kLowerBlocks, kLowerDifferences, nullptr, 'A'};
 constexpr CaseMapping kUpper{kUpperBlocks, kUpperDifferences, kUpperExpansions, 'a'};
 constexpr CaseMapping kFold{kFoldBlocks, kFoldDifferences, kFoldExpansions, 'A'};
 
-/// From here to the end of the range no unit has case: ideographs, Hangul, surrogates.
+/// A range of units without case: ideographs, Hangul, surrogates.
 constexpr std::uint16_t kFirstCaseless = 0x2500;
 constexpr std::uint16_t kCaselessCount = 0xFB00 - kFirstCaseless;
 
-/// Long enough for the vector units to pay, short enough for a mixed text to find plain chunks.
+/// Long enough for vector instructions to pay off, and short enough for mixed text to have chunks
+/// of one kind.
 constexpr std::size_t kChunk = 32;
 
-/// Short enough for a punctuation mark of U+2000 not to slow down the alphabet around it.
+/// Short enough that a punctuation mark from U+2000 on slows down only a few letters around it.
 constexpr std::size_t kGroup = 8;
 static_assert(kChunk % kGroup == 0 && (kDirectCount & (kDirectCount - 1)) == 0);
 
@@ -94,9 +96,9 @@ void FindDifferences(CaseMapping const& inMapping, std::uint16_t const* inUnits,
     }
 }
 
-/// Maps a chunk whose units all stay single, or else leaves it alone and returns false.
+/// Maps a chunk in place and returns true, or returns false and changes nothing if a unit expands.
 bool MapChunk(CaseMapping const& inMapping, std::uint16_t* ioUnits) noexcept {
-    // The look-ups apart, so that the compiler makes vector code of the rest.
+    // The look-ups are separate so that the compiler can vectorise the other loops.
     std::uint16_t differences[kChunk];
     for (std::size_t i = 0; i < kChunk; i += kGroup) {
         FindDifferences(inMapping, ioUnits + i, differences + i);
@@ -114,7 +116,7 @@ bool MapChunk(CaseMapping const& inMapping, std::uint16_t* ioUnits) noexcept {
     return true;
 }
 
-/// Maps in place up to the first unit that expands, and returns its place, or the text's length.
+/// Maps in place up to the first unit that expands. Returns the index of that unit, or the length.
 std::size_t MapSingles(CaseMapping const& inMapping, UTF16String& ioText) noexcept {
     std::uint16_t* const units = ioText.data();
     std::size_t const count = ioText.size();
@@ -136,7 +138,7 @@ std::size_t MapSingles(CaseMapping const& inMapping, UTF16String& ioText) noexce
     return at;
 }
 
-/// Maps what stands from `inFrom` on into a text of exactly the length that it needs.
+/// Maps the units from `inFrom` on into a new string of exactly the length that is needed.
 void MapExpanding(CaseMapping const& inMapping, UTF16String& ioText, std::size_t inFrom) {
     std::size_t length = ioText.size();
     for (std::size_t at = inFrom; at < ioText.size(); ++at) {

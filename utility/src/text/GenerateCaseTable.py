@@ -39,7 +39,7 @@ EXCEPTIONS = {
 ROWS = 1446
 EXPANDING_ROWS = 102
 BLOCK = 64
-DIRECT = 0x800  # the units below it, those of most alphabets, are found without the first stage
+DIRECT = 0x800  # units below it, those of most alphabets, are looked up without the first stage
 EXPANSION = 0x8000  # a difference in [EXPANSION, EXPANSION + EXPANDING_ROWS) is an index
 MAX_UNITS = 3
 

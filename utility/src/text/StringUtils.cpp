@@ -1,5 +1,7 @@
 #include <brindle/utility/StringUtils.h>
 
+#include <brindle/utility/Digits.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <vector>
@@ -11,10 +13,10 @@ namespace {
 constexpr std::uint16_t kCR = 0x000D;
 constexpr std::uint16_t kLF = 0x000A;
 
-/// Finds one text in others, in time linear in both whatever they hold.
+/// Searches for one text in linear time, by the algorithm of Knuth, Morris and Pratt.
 class Finder {
 public:
-    /// `inFind` is not empty, and outlives the finder.
+    /// `inFind` is not empty and outlives the finder.
     explicit Finder(UTF16String const& inFind) : mFind(inFind), mBorders(inFind.size()) {
         for (std::size_t at = 1, border = 0; at < mFind.size(); ++at) {
             border = Extend(border, mFind[at]);
@@ -22,7 +24,7 @@ public:
         }
     }
 
-    /// The place of the first occurrence at or behind `inFrom`, or npos.
+    /// The index of the first occurrence that starts at `inFrom` or later, or npos.
     std::size_t Find(UTF16String const& inText, std::size_t inFrom) const noexcept {
         std::size_t matched = 0;
         for (std::size_t at = inFrom; at < inText.size(); ++at) {
@@ -41,7 +43,8 @@ public:
     }
 
 private:
-    /// How many first units of the find text end with `inUnit`, if `inMatched` ended before it.
+    /// The length of the match that ends with `inUnit`, if one of length `inMatched` ended before
+    /// it.
     std::size_t Extend(std::size_t inMatched, std::uint16_t inUnit) const noexcept {
         while (inMatched > 0 && mFind[inMatched] != inUnit) {
             inMatched = mBorders[inMatched - 1];
@@ -50,13 +53,9 @@ private:
     }
 
     UTF16String const& mFind;
-    /// For each first part of the find text, the length of the longest shorter one that ends it.
+    /// For each prefix of the find text, the length of its longest proper suffix that is a prefix.
     std::vector<std::size_t> mBorders;
 };
-
-constexpr bool IsDigit(std::uint16_t inUnit) noexcept {
-    return inUnit >= '0' && inUnit <= '9';
-}
 
 constexpr bool IsUpperHexDigit(std::uint16_t inUnit) noexcept {
     return IsDigit(inUnit) || (inUnit >= 'A' && inUnit <= 'F');

@@ -11,11 +11,12 @@ namespace {
 
 using impl::UnicodeKernels;
 
-// Long text goes through a buffer on the stack, chunk by chunk: a string can only be sized by
-// filling it, and the buffer stays in the nearest cache.
+// Long text is converted chunk by chunk through a buffer on the stack, which stays in the
+// first-level cache. Converting into the string itself would need a string that is filled with
+// zeros first.
 constexpr std::size_t kChunk = 2048;
 
-// Of these, a text of one to three units keeps its length even with a NUL inside.
+// A text of one to three units keeps its length even if it contains a NUL.
 constexpr std::size_t kFixedLengthUnits = 3;
 
 UnicodeKernels const& Kernels() noexcept {
@@ -33,7 +34,7 @@ UTF8String EncodeChunks(std::uint16_t const* inText, impl::UTF16Extent inExtent)
     for (std::size_t done = 0; done < inExtent.units;) {
         std::size_t count = std::min(inExtent.units - done, kChunk);
         std::uint16_t const* const chunk = inText + done;
-        // A pair across the border goes to the next chunk.
+        // A surrogate pair across the border belongs to the next chunk.
         if (count < inExtent.units - done &&
             UnicodeSurrogate(chunk[count - 1]) == kSurrogate_High) {
             --count;
@@ -59,13 +60,13 @@ UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
     return UTF8String(buffer, bytes);
 }
 
-/// Appends to an empty text.
+/// `ioText` is empty, but may have storage.
 void DecodeChunks(std::uint8_t const* inText, std::size_t inCount, UTF16String& ioText) {
     ioText.reserve(Kernels().CountUTF16(inText, inCount));
     std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
     for (std::size_t done = 0; done < inCount;) {
-        // A chunk's border may cut a sequence, which the next chunk then starts with. No progress
-        // means that the sequence is bad or that the text ends inside it.
+        // The end of a chunk may cut a sequence, which is then the start of the next chunk. If
+        // nothing was consumed, the sequence is malformed or incomplete.
         impl::UnicodeProgress const progress =
             Kernels().DecodeUTF8(inText + done, std::min(inCount - done, kChunk), buffer);
         if (progress.consumed == 0) {

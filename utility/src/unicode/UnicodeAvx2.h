@@ -9,12 +9,12 @@
 #if defined(__x86_64__)
 #include <immintrin.h>
 
-/// Compiles one function for AVX2, whatever the processor that the rest of the library is for.
+/// Compiles one function for AVX2, although the rest of the library is compiled for any processor.
 #define BRN_AVX2 __attribute__((target("avx2,popcnt")))
 
 namespace brindle::utility::impl::avx2 {
 
-/// The operand of a byte shuffle that closes the gaps between the bytes that are kept.
+/// The second operand of a byte shuffle: for each byte of the result, the index of its source.
 struct alignas(16) ByteShuffle {
     std::uint8_t bytes[16];
 };
@@ -35,7 +35,7 @@ BRN_AVX2 inline void Store(void* outTo, __m256i inValue) noexcept {
     _mm256_storeu_si256(static_cast<__m256i_u*>(outTo), inValue);
 }
 
-/// One bit a byte: the byte's top bit.
+/// The top bit of each byte, the first byte's in the lowest bit.
 BRN_AVX2 inline std::uint32_t TopBits(__m256i inBytes) noexcept {
     return static_cast<std::uint32_t>(_mm256_movemask_epi8(inBytes));
 }
@@ -44,7 +44,7 @@ BRN_AVX2 inline std::size_t CountBits(std::uint32_t inBits) noexcept {
     return static_cast<std::size_t>(_mm_popcnt_u32(inBits));
 }
 
-/// Stores the 16 bytes of `inValue` as `inShuffle` picks them.
+/// Stores the bytes of `inValue` in the order that `inShuffle` gives.
 BRN_AVX2 inline void StoreShuffled(void* outTo, __m128i inValue,
                                    ByteShuffle const& inShuffle) noexcept {
     __m128i const order = _mm_load_si128(reinterpret_cast<__m128i const*>(inShuffle.bytes));

@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::size_t kBlock = 32;
 
-/// Index: the bits of the lanes of two bytes that are kept.
+/// For each set of 16-bit lanes, given as a bit mask, the shuffle that moves these lanes to the
+/// front and so drops the others.
 constexpr ByteShuffles MakeUnitShuffles() {
     ByteShuffles shuffles{};
     for (unsigned kept = 0; kept < 256; ++kept) {
@@ -33,9 +34,9 @@ BRN_AVX2 inline __m256i Splat(int inByte) noexcept {
 
 constexpr std::uint32_t kLaneNumbers[kBlock / 4] = {0, 1, 2, 3, 4, 5, 6, 7};
 
-/// The `inCount` bytes at `inText`, 1 to 31, and NUL behind them.
+/// Loads the `inCount` bytes at `inText`, 1 to 31, followed by NULs. A masked load reads whole
+/// groups of four bytes, so the last one to three bytes are loaded separately.
 BRN_AVX2 inline __m256i LoadPart(std::uint8_t const* inText, std::size_t inCount) noexcept {
-    // The last one to three bytes, which do not fill four.
     std::size_t const wholes = inCount / 4 * 4;
     std::uint32_t rest = 0;
     if (inCount >= 4) {
@@ -56,12 +57,12 @@ BRN_AVX2 inline __m256i LoadPart(std::uint8_t const* inText, std::size_t inCount
                               _mm256_cmpeq_epi32(count, lanes));
 }
 
-/// All bits of a byte if its top bit is set.
+/// 0xFF for each byte whose top bit is set, 0 for the others.
 BRN_AVX2 inline __m256i FillFromTopBit(__m256i inBytes) noexcept {
     return _mm256_cmpgt_epi8(_mm256_setzero_si256(), inBytes);
 }
 
-/// A block of bytes, beside the bytes one, two and three places before each.
+/// A block of bytes, and in the same lanes the bytes one, two and three places before each.
 struct Window {
     __m256i bytes;
     __m256i before1;
@@ -75,15 +76,16 @@ BRN_AVX2 inline Window MakeWindow(__m256i inPrevious, __m256i inBytes) noexcept 
             _mm256_alignr_epi8(inBytes, middle, 14), _mm256_alignr_epi8(inBytes, middle, 13)};
 }
 
-// What can be wrong with two neighbouring bytes. Three tables tell what the halves of the first
-// byte and the upper half of the second leave possible; what is in all three is the case.
-constexpr std::uint8_t kTooShort = 0x01;    // a lead with no trailing byte behind it
-constexpr std::uint8_t kTooLong = 0x02;     // a trailing byte behind ASCII
+// The faults that two adjacent bytes can have, one bit each. Three tables give, for the upper and
+// the lower half of the first byte and for the upper half of the second byte, the faults that this
+// half allows. A fault that all three allow is present.
+constexpr std::uint8_t kTooShort = 0x01;    // a lead that is not followed by a trailing byte
+constexpr std::uint8_t kTooLong = 0x02;     // ASCII that is followed by a trailing byte
 constexpr std::uint8_t kOverlong3 = 0x04;   // E0 80..9F
 constexpr std::uint8_t kTooLarge = 0x08;    // F4..FF 90..BF
 constexpr std::uint8_t kOverlong2 = 0x20;   // C0..C1 80..BF
 constexpr std::uint8_t kNotFour = 0x40;     // F0 and F5..FF 80..8F
-constexpr std::uint8_t kTwoTrailing = 0x80; // wrong unless a longer lead stands before them
+constexpr std::uint8_t kTwoTrailing = 0x80; // a fault unless a lead of three or four is before them
 constexpr std::uint8_t kLow = kTooShort | kTooLong | kTwoTrailing;
 constexpr std::uint8_t kLowLarge = kLow | kTooLarge | kNotFour;
 constexpr std::uint8_t kTrailing = kTooLong | kOverlong2 | kTwoTrailing;
@@ -110,13 +112,14 @@ BRN_AVX2 inline __m256i UpperHalves(__m256i inBytes) noexcept {
     return _mm256_and_si256(_mm256_srli_epi16(inBytes, 4), Splat(0x0F));
 }
 
-/// The top bit of a byte is set if a lead of at least `inLead` stands where `inBefore` is taken
-/// from.
+/// Sets the top bit of each byte of `inBefore` that is at least `inLead`, and clears the others'.
 BRN_AVX2 inline __m256i IsLeadFrom(__m256i inBefore, int inLead) noexcept {
     return _mm256_subs_epu8(inBefore, Splat(inLead - 0x80));
 }
 
-/// `inLongLeads` has the top bit in the third and fourth bytes of sequences.
+/// True if the block has no fault but for a sequence that goes on behind its end. In `inLongLeads`
+/// the top bit is set in the bytes that must be the third or fourth of a sequence, where two
+/// trailing bytes in a row are no fault but required.
 BRN_AVX2 inline bool IsWellFormed(Window const& inWindow, __m256i inLongLeads) noexcept {
     __m256i const found = _mm256_and_si256(
         _mm256_and_si256(LookUp(kFirstUpperHalf, UpperHalves(inWindow.before1)),
@@ -127,12 +130,13 @@ BRN_AVX2 inline bool IsWellFormed(Window const& inWindow, __m256i inLongLeads) n
     return _mm256_testz_si256(wrong, wrong) != 0;
 }
 
-/// True if a sequence that starts in the three bytes before `inText` goes on there.
+/// True if a sequence that starts in the three bytes before `inText` continues at `inText`.
 inline bool IsInsideSequence(std::uint8_t const* inText) noexcept {
     return inText[-1] >= 0xC0 || inText[-2] >= 0xE0 || inText[-3] >= 0xF0;
 }
 
-/// The values that the sequences have up to each byte, their lower 16 bits, in lanes of two bytes.
+/// For each byte the value of its sequence up to and including that byte, of which the lower 16
+/// bits are kept, in 16-bit lanes.
 struct Values {
     __m256i even; ///< bytes 0..7 and 16..23
     __m256i odd;  ///< bytes 8..15 and 24..31
@@ -144,7 +148,7 @@ BRN_AVX2 inline Values CombineBytes(Window const& inWindow, __m256i inLongLeads)
     __m256i const middle = _mm256_and_si256(_mm256_and_si256(inWindow.before1, Splat(0x3F)),
                                             FillFromTopBit(inWindow.bytes));
     __m256i const first = _mm256_and_si256(inWindow.before2, FillFromTopBit(inLongLeads));
-    // last + 64 * middle, and the lower four bits of `first` shifted to the top.
+    // last + 64 * middle, and the lower four bits of `first` as the topmost four.
     __m256i const weights = _mm256_set1_epi16(0x4001);
     return {_mm256_or_si256(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(last, middle), weights),
                             _mm256_slli_epi16(_mm256_unpacklo_epi8(zero, first), 4)),
@@ -152,8 +156,8 @@ BRN_AVX2 inline Values CombineBytes(Window const& inWindow, __m256i inLongLeads)
                             _mm256_slli_epi16(_mm256_unpackhi_epi8(zero, first), 4))};
 }
 
-/// Turns the values at the third bytes of sequences of four into the pairs' first units, and those
-/// at the fourth bytes into the second units.
+/// For sequences of four bytes, replaces the value at the third byte by the first unit of the
+/// surrogate pair, and the value at the fourth byte by the second unit.
 BRN_AVX2 inline __m256i MakePairs(__m256i inValues, __m256i inIsThird,
                                   __m256i inIsFourth) noexcept {
     __m256i const first =
@@ -163,7 +167,8 @@ BRN_AVX2 inline __m256i MakePairs(__m256i inValues, __m256i inIsThird,
     return _mm256_blendv_epi8(_mm256_blendv_epi8(inValues, first, inIsThird), second, inIsFourth);
 }
 
-/// Stores the lanes whose bits are set in `inKept`.
+/// Stores the values of the bytes whose bits are set in `inKept`, and returns the end of the
+/// output.
 BRN_AVX2 inline std::uint16_t* StoreKept(Values const& inValues, std::uint32_t inKept,
                                          std::uint16_t* outUnits) noexcept {
     StoreShuffled(outUnits, LowHalf(inValues.even), kUnitShuffles[inKept & 0xFF]);
@@ -183,7 +188,7 @@ std::size_t CountUTF16(std::uint8_t const* inText, std::size_t inCount) noexcept
     std::size_t done = 0;
     for (; inCount - done >= kBlock; done += kBlock) {
         __m256i const bytes = Load(inText + done);
-        // Trailing bytes are the least as signed numbers.
+        // As signed numbers, trailing bytes are less than all other bytes.
         units += CountBits(TopBits(_mm256_cmpgt_epi8(bytes, Splat(-0x41)))) +
                  CountBits(TopBits(IsLeadFrom(bytes, 0xF0)));
     }
@@ -195,7 +200,7 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
     std::uint16_t* units = outUnits;
     std::size_t done = 0;
     __m256i previous = _mm256_setzero_si256();
-    // A lead of three or four was the last byte of the block before.
+    // 1 if the last byte of the previous block was a lead of a sequence of three or four.
     std::uint32_t longLeadBefore = 0;
     while (done != inCount) {
         std::size_t const count = std::min(inCount - done, kBlock);
@@ -226,8 +231,9 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
                 values.odd = MakePairs(values.odd, _mm256_unpackhi_epi8(isThird, isThird),
                                        _mm256_unpackhi_epi8(isFourth, isFourth));
             }
-            // Every byte gives a unit but the leads and the bytes behind leads of three and four;
-            // so the third byte of four gives the first unit of a pair, and the fourth the second.
+            // A unit is kept for every byte except leads and the bytes directly behind leads of
+            // three and four. So ASCII and the last byte of a sequence of two or three give the
+            // unit, and the third and fourth bytes of four give the two units of a pair.
             std::uint32_t const leads = notASCII & TopBits(_mm256_slli_epi16(bytes, 1));
             std::uint32_t const longs = leads & TopBits(_mm256_slli_epi16(bytes, 2));
             units = StoreKept(values, ~(leads | longs << 1 | longLeadBefore), units);
@@ -235,12 +241,12 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
         }
         previous = bytes;
         done += count;
-        // The NULs that fill up the block have given a unit each.
+        // Each NUL that fills up a partial block has produced a unit.
         units -= kBlock - count;
     }
-    // A part of a block ends with a whole sequence, for NUL breaks off any other.
+    // A partial block cannot end inside a sequence, because the NUL behind it would be a fault.
     if (done >= kBlock) {
-        // The rest starts with a whole sequence: what a block left incomplete is decoded again.
+        // A whole block may end inside a sequence, which is then left to the portable kernel.
         if (inText[done - 1] >= 0xC0) {
             done -= 1;
         } else if (inText[done - 2] >= 0xE0) {

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::size_t kBlock = 16;
 
-/// Index: the bits of the lanes that are ASCII. A lane of two bytes keeps its first, and its second
-/// unless it is ASCII.
+/// For each set of 16-bit lanes that hold ASCII, given as a bit mask, the shuffle that keeps the
+/// first byte of these lanes and both bytes of the others.
 constexpr ByteShuffles MakeTwoByteShuffles() {
     ByteShuffles shuffles{};
     for (unsigned ascii = 0; ascii < 256; ++ascii) {
@@ -25,8 +25,10 @@ constexpr ByteShuffles MakeTwoByteShuffles() {
     return shuffles;
 }
 
-/// Index: two bits a lane, the lower set from two bytes on, the upper from three on. A lane of four
-/// bytes holds the second byte from the end, the last one, and the third from the end.
+/// For four 32-bit lanes, the shuffle that puts the bytes of their sequences in order. The index
+/// has two bits for each lane: the lower is set if the sequence has at least two bytes, the upper
+/// if it has three. The bytes of a lane are the second last, the last, and the third last of the
+/// sequence.
 constexpr ByteShuffles MakeThreeByteShuffles() {
     ByteShuffles shuffles{};
     for (unsigned sizes = 0; sizes < 256; ++sizes) {
@@ -55,7 +57,8 @@ constexpr std::uint16_t kLaneNumbers[kBlock] = {0, 1, 2,  3,  4,  5,  6,  7,
                                                 8, 9, 10, 11, 12, 13, 14, 15};
 constexpr std::uint32_t kLanePairNumbers[kBlock / 2] = {0, 1, 2, 3, 4, 5, 6, 7};
 
-/// The `inCount` units at `inText`, 1 to 16, and NUL behind them.
+/// Loads the `inCount` units at `inText`, 1 to 16, followed by NULs. A masked load reads pairs of
+/// units, so an odd last unit is inserted separately.
 BRN_AVX2 inline __m256i LoadUpToBlock(std::uint16_t const* inText, std::size_t inCount) noexcept {
     if (inCount == kBlock) {
         return Load(inText);
@@ -69,7 +72,7 @@ BRN_AVX2 inline __m256i LoadUpToBlock(std::uint16_t const* inText, std::size_t i
     return _mm256_blendv_epi8(pairs, Splat(inText[inCount - 1]), isLast);
 }
 
-/// All bits of a lane if the unit is below two to the power of `kBits`.
+/// 0xFFFF for each unit below two to the power of `kBits`, 0 for the others.
 template <int kBits>
 BRN_AVX2 inline __m256i IsBelowPowerOf2(__m256i inUnits) noexcept {
     return _mm256_cmpeq_epi16(_mm256_srli_epi16(inUnits, kBits), _mm256_setzero_si256());
@@ -83,7 +86,7 @@ BRN_AVX2 inline __m256i IsSurrogateOf(__m256i inUnits, int inFirst) noexcept {
     return _mm256_cmpeq_epi16(_mm256_and_si256(inUnits, Splat(0xFC00)), Splat(inFirst));
 }
 
-/// The two last bytes of each unit's sequence, in order, told for sequences of two bytes.
+/// Each unit as a sequence of two bytes.
 BRN_AVX2 inline __m256i TwoBytes(__m256i inUnits) noexcept {
     __m256i const first = _mm256_and_si256(_mm256_srli_epi16(inUnits, 6), Splat(0x003F));
     __m256i const second = _mm256_and_si256(_mm256_slli_epi16(inUnits, 8), Splat(0x3F00));
@@ -103,14 +106,16 @@ BRN_AVX2 inline std::uint8_t* EncodeUpToTwoBytes(__m256i inUnits, std::uint8_t* 
     return outBytes + 16 - CountBits(high);
 }
 
-/// A block of units, each as the bytes of its sequence.
+/// The sequences of a block of units, but for the first bytes of those of three. In the masks a
+/// lane is 0xFFFF or 0.
 struct Sequences {
-    __m256i lastTwo;  ///< the two last bytes; for ASCII the upper one alone
-    __m256i isASCII;  ///< lanes of one byte
-    __m256i isBelow3; ///< lanes of one byte or two
+    __m256i lastTwo;  ///< the last two bytes; for ASCII the upper byte is the sequence
+    __m256i isASCII;  ///< the sequence has one byte
+    __m256i isBelow3; ///< the sequence has one byte or two
 };
 
-/// Makes the halves of each pair sequences of two bytes: together they are the four of the pair.
+/// Replaces the two units of each surrogate pair by sequences of two bytes, which together are the
+/// four bytes of the pair.
 BRN_AVX2 inline void EncodePairs(__m256i inUnits, std::uint16_t inUnitBefore,
                                  std::uint16_t inUnitBehind, Sequences& ioSequences) noexcept {
     __m256i const lowHalfUp = _mm256_permute2x128_si256(inUnits, inUnits, 0x08);
@@ -124,7 +129,9 @@ BRN_AVX2 inline void EncodePairs(__m256i inUnits, std::uint16_t inUnitBefore,
     __m256i const isSecond =
         _mm256_and_si256(IsSurrogateOf(inUnits, 0xDC00), IsSurrogateOf(previousUnits, 0xD800));
 
-    // The value's bits from the tenth up are all in the first unit; its sequence starts with them.
+    // The first unit holds the upper bits of the code point, less 0x10000, which adding 0x40
+    // restores. They become the first two bytes, but for the lowest two, which go to the third
+    // byte.
     __m256i const upper = _mm256_add_epi16(_mm256_and_si256(inUnits, Splat(0x03FF)), Splat(0x0040));
     __m256i const first =
         _mm256_or_si256(_mm256_or_si256(_mm256_srli_epi16(upper, 8), Splat(0x80F0)),
@@ -141,15 +148,15 @@ BRN_AVX2 inline void EncodePairs(__m256i inUnits, std::uint16_t inUnitBefore,
         _mm256_or_si256(ioSequences.isBelow3, _mm256_or_si256(isFirst, isSecond));
 }
 
-/// Encodes 16 units of any kind. A pair that reaches out of the block gives the half of its bytes
-/// that stands for the unit in the block.
+/// Encodes 16 units of any kind. Of a surrogate pair across the border of the block, only the two
+/// bytes for the unit in the block are written.
 BRN_AVX2 inline std::uint8_t* EncodeAny(__m256i inUnits, std::uint16_t inUnitBefore,
                                         std::uint16_t inUnitBehind,
                                         std::uint8_t* outBytes) noexcept {
     Sequences sequences;
     sequences.isASCII = IsBelowPowerOf2<7>(inUnits);
     sequences.isBelow3 = IsBelowPowerOf2<11>(inUnits);
-    // With three bytes the second from the end is a trailing one.
+    // In sequences of three bytes the second last byte is a trailing byte and not a lead.
     __m256i const notLead = _mm256_andnot_si256(sequences.isBelow3, Splat(0x0040));
     sequences.lastTwo = _mm256_blendv_epi8(_mm256_andnot_si256(notLead, TwoBytes(inUnits)),
                                            _mm256_slli_epi16(inUnits, 8), sequences.isASCII);
@@ -185,7 +192,8 @@ BRN_AVX2 inline std::uint8_t* EncodeASCII(__m256i inUnits, std::uint8_t* outByte
     return outBytes + kBlock;
 }
 
-/// Four blocks, so that text of one script is converted without a guess at each block's kind.
+/// Four blocks whose kind is tested once, so that there is one branch for four blocks in text of
+/// one script.
 struct Group {
     static constexpr std::size_t kUnits = 4 * kBlock;
 
@@ -208,7 +216,7 @@ struct Group {
     __m256i blocks[4];
 };
 
-/// Counts the bytes of a text, block by block.
+/// Sums up the encoded size of a text, block by block.
 class Meter {
 public:
     BRN_AVX2 void AddASCII(std::size_t inUnits) noexcept {
@@ -227,14 +235,14 @@ public:
 
     /// Adds the first `inUnits` of a block of any kind.
     BRN_AVX2 void AddAny(__m256i inBlock, std::size_t inUnits) noexcept {
-        // All masks have two bits a unit.
+        // All masks have two bits for each unit.
         std::uint32_t const counted =
             static_cast<std::uint32_t>((std::uint64_t{1} << 2 * inUnits) - 1);
         std::uint32_t const sizes = ~TopBits(_mm256_blendv_epi8(
             IsBelowPowerOf2<7>(inBlock), IsBelowPowerOf2<11>(inBlock), Splat(0xFF00)));
         std::uint32_t const high = TopBits(IsSurrogateOf(inBlock, 0xD800));
         std::uint32_t const low = TopBits(IsSurrogateOf(inBlock, 0xDC00));
-        // A pair takes two bytes less than its units would alone.
+        // A pair takes two bytes less than its two units would take by themselves.
         std::uint32_t const seconds = (high << 2 | mHighBefore) & low;
         mBytes += inUnits + CountBits(sizes & counted) - CountBits(seconds & counted);
         mHighBefore = high >> 30;
@@ -244,7 +252,7 @@ public:
 
 private:
     std::size_t mBytes = 0;
-    std::uint32_t mHighBefore = 0; // two bits: the last unit was the first of a pair, or alone
+    std::uint32_t mHighBefore = 0; // both lower bits are set if the last unit was a high surrogate
 };
 
 } // namespace
@@ -286,7 +294,7 @@ std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,
     std::uint8_t* bytes = outBytes;
     std::size_t done = 0;
     std::uint16_t unitBefore = 0;
-    // One unit more than the group, so that a pair across its end is seen.
+    // There is one unit more than the group, so that a pair across the group's end is recognised.
     for (; inCount - done > Group::kUnits; done += Group::kUnits) {
         Group const group(inText + done);
         if (group.IsBelow(0x80)) {
@@ -315,7 +323,7 @@ std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,
         bytes = AreBelow(units, 0x80)    ? EncodeASCII(units, bytes)
                 : AreBelow(units, 0x800) ? EncodeUpToTwoBytes(units, bytes)
                                          : EncodeAny(units, unitBefore, unitBehind, bytes);
-        // The NULs that fill up the block have given a byte each.
+        // Each NUL that fills up a partial block has produced a byte.
         bytes -= kBlock - count;
         unitBefore = inText[done + count - 1];
         done += count;

@@ -1,5 +1,7 @@
 #include "utility/src/unicode/UnicodeKernels.h"
 
+#include <brindle/utility/UTF8Sequence.h>
+
 #include <brindle/utility/Unicode.h>
 
 #include <cstring>
@@ -31,7 +33,7 @@ void CopyASCIIBlock(From const* inText, To* outText) noexcept {
 }
 
 bool IsPair(std::uint16_t inFirst, std::uint16_t inSecond) noexcept {
-    // A sum, for && would be a branch.
+    // A sum instead of &&, which would be a branch.
     return ((inFirst & 0xFC00) ^ 0xD800) + ((inSecond & 0xFC00) ^ 0xDC00) == 0;
 }
 
@@ -39,9 +41,10 @@ int ExtraBytes(std::uint16_t inUnit) noexcept {
     return (inUnit >= 0x80) + (inUnit >= 0x800);
 }
 
-/// True if the block has no NUL; then `ioBytes` grows by its bytes. One unit before it can be read.
+/// Adds the encoded size of a block to `ioBytes` and returns true, or returns false if the block
+/// contains a NUL. There is at least one unit before the block.
 bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
-    // One below NUL has the bits that ASCII has not, too.
+    // Subtracting 1 makes NUL 0xFFFF, which has bits that ASCII does not have.
     unsigned seen = 0;
     for (std::size_t i = 0; i < kMeasuredBlock; ++i) {
         seen |= inBlock[i] | static_cast<std::uint16_t>(inBlock[i] - 1);
@@ -51,7 +54,7 @@ bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
         return true;
     }
     std::uint16_t const* const before = inBlock - 1;
-    // Sums no wider than the units take the most units at a time.
+    // Sums of the width of a unit, so that a vector register holds as many of them as of units.
     std::uint16_t extra = 0;
     std::uint16_t nuls = 0;
     std::uint16_t pairs = 0;
@@ -63,7 +66,7 @@ bool MeasureBlock(std::uint16_t const* inBlock, std::size_t& ioBytes) noexcept {
     if (nuls != 0) {
         return false;
     }
-    // Two lone surrogates take six bytes, a pair takes four.
+    // Two surrogates by themselves take six bytes, and a pair takes four.
     ioBytes += kMeasuredBlock + extra - 2 * std::size_t{pairs};
     return true;
 }
@@ -84,33 +87,18 @@ UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexc
     return {units, bytes};
 }
 
-std::uint8_t TrailingByte(std::uint32_t inValue) noexcept {
-    return static_cast<std::uint8_t>(0x80 | (inValue & 0x3F));
-}
-
-/// Encodes the unit or the pair at `ioText` and moves both pointers behind it.
+/// Encodes the unit or the surrogate pair at `ioText` and advances both pointers.
 void EncodeOne(std::uint16_t const*& ioText, std::uint16_t const* inEnd,
                std::uint8_t*& ioBytes) noexcept {
-    std::uint32_t value = *ioText++;
-    if (value < 0x80) {
-        *ioBytes++ = static_cast<std::uint8_t>(value);
-        return;
-    }
-    if (value < 0x800) {
-        *ioBytes++ = static_cast<std::uint8_t>(0xC0 | value >> 6);
-        *ioBytes++ = TrailingByte(value);
-        return;
-    }
-    if (UnicodeSurrogate(ioText[-1]) == kSurrogate_High && ioText != inEnd &&
-        UnicodeSurrogate(*ioText) == kSurrogate_Low) {
-        value = 0x10000 + ((value - 0xD800) << 10) + (*ioText++ - 0xDC00u);
-        *ioBytes++ = static_cast<std::uint8_t>(0xF0 | value >> 18);
-        *ioBytes++ = TrailingByte(value >> 12);
+    std::uint16_t const unit = *ioText++;
+    if (unit < 0x80) {
+        *ioBytes++ = static_cast<std::uint8_t>(unit);
+    } else if (UnicodeSurrogate(unit) == kSurrogate_High && ioText != inEnd &&
+               UnicodeSurrogate(*ioText) == kSurrogate_Low) {
+        ioBytes = EncodeUTF8Sequence(JoinSurrogates(unit, *ioText++), ioBytes);
     } else {
-        *ioBytes++ = static_cast<std::uint8_t>(0xE0 | value >> 12);
+        ioBytes = EncodeUTF8Sequence(unit, ioBytes);
     }
-    *ioBytes++ = TrailingByte(value >> 6);
-    *ioBytes++ = TrailingByte(value);
 }
 
 std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,
@@ -144,59 +132,21 @@ std::size_t CountUTF16(std::uint8_t const* inText, std::size_t inCount) noexcept
     return units;
 }
 
-bool IsTrailing(std::uint8_t inByte) noexcept {
-    return (inByte & 0xC0) == 0x80;
-}
-
-/// Decodes the sequence at `ioText` and moves both pointers behind it. False, and nothing moved, if
-/// it is malformed or reaches behind `inEnd`. A surrogate in its three-byte form is well-formed.
+/// Decodes the sequence at `ioText` and advances both pointers. Returns false and advances neither
+/// if the sequence is malformed or incomplete.
 bool DecodeOne(std::uint8_t const*& ioText, std::uint8_t const* inEnd,
                std::uint16_t*& ioUnits) noexcept {
-    std::uint8_t const* const text = ioText;
-    std::ptrdiff_t const count = inEnd - text;
-    std::uint32_t const lead = text[0];
-    if (lead < 0x80) {
-        *ioUnits++ = static_cast<std::uint16_t>(lead);
-        ioText = text + 1;
-        return true;
+    UTF8Sequence const sequence =
+        DecodeUTF8Sequence(ioText, static_cast<std::size_t>(inEnd - ioText));
+    if (sequence.value < 0x10000) {
+        *ioUnits = static_cast<std::uint16_t>(sequence.value);
+        ioUnits += sequence.length != 0;
+    } else {
+        *ioUnits++ = HighSurrogate(sequence.value);
+        *ioUnits++ = LowSurrogate(sequence.value);
     }
-    if (lead < 0xC2) {
-        return false;
-    }
-    if (lead < 0xE0) {
-        if (count < 2 || !IsTrailing(text[1])) {
-            return false;
-        }
-        *ioUnits++ = static_cast<std::uint16_t>((lead & 0x1F) << 6 | (text[1] & 0x3F));
-        ioText = text + 2;
-        return true;
-    }
-    if (lead < 0xF0) {
-        if (count < 3 || !IsTrailing(text[1]) || !IsTrailing(text[2])) {
-            return false;
-        }
-        std::uint32_t const value =
-            (lead & 0x0F) << 12 | (text[1] & 0x3Fu) << 6 | (text[2] & 0x3Fu);
-        if (value < 0x800) {
-            return false;
-        }
-        *ioUnits++ = static_cast<std::uint16_t>(value);
-        ioText = text + 3;
-        return true;
-    }
-    if (lead > 0xF4 || count < 4 || !IsTrailing(text[1]) || !IsTrailing(text[2]) ||
-        !IsTrailing(text[3])) {
-        return false;
-    }
-    std::uint32_t const value =
-        (lead & 0x07) << 18 | (text[1] & 0x3Fu) << 12 | (text[2] & 0x3Fu) << 6 | (text[3] & 0x3Fu);
-    if (value < 0x10000 || value > 0x10FFFF) {
-        return false;
-    }
-    *ioUnits++ = static_cast<std::uint16_t>(0xD7C0 + (value >> 10));
-    *ioUnits++ = static_cast<std::uint16_t>(0xDC00 | (value & 0x3FF));
-    ioText = text + 4;
-    return true;
+    ioText += sequence.length;
+    return sequence.length != 0;
 }
 
 UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,

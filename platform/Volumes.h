@@ -1,0 +1,31 @@
+#pragma once
+
+#include <brindle/utility/TextTypes.h>
+
+#include "platform/Errors.h"
+
+#include <string>
+#include <vector>
+
+namespace brindle::platform {
+
+enum class VolumeKind { kFixed, kRemote };
+
+struct Volume {
+    char letter = 0; ///< `A` to `Z`
+    VolumeKind kind = VolumeKind::kFixed;
+};
+
+/// Maps a drive letter, any but `C`, to a directory; an empty path removes the mapping. Any thread
+/// may call. Errors: 87 not a letter, or `C`; those of inspecting the directory; 267 not a
+/// directory.
+ErrorCode MapVolume(char inLetter, UTF16String const& inDirectory);
+
+/// `C` and the mapped letters, in alphabetical order. Any thread may call.
+std::vector<Volume> Volumes();
+
+/// What kind of file system holds a directory, given in the system's form; `kFixed` where the
+/// system cannot tell.
+VolumeKind KindOfVolume(std::string const& inNativeDirectory);
+
+} // namespace brindle::platform

@@ -1,0 +1,270 @@
+// A client with nothing but the public headers and the library. It uses every public class, so that
+// one that the library does not export is missed at link time, and looks at what only works if both
+// share it: facets, exceptions and threads.
+
+#include <brindle/Impl.h>
+#include <brindle/MemoryMappedFile.h>
+#include <brindle/Version.h>
+#include <brindle/arrange/DynamicGroup.h>
+#include <brindle/arrange/Groups.h>
+#include <brindle/arrange/Single.h>
+#include <brindle/config/ClientIdentity.h>
+#include <brindle/config/DeferredErrorReporter.h>
+#include <brindle/config/ErrorManager.h>
+#include <brindle/config/Localizer.h>
+#include <brindle/debug/StreamBuffers.h>
+#include <brindle/filesupport/Aliases.h>
+#include <brindle/filesupport/BufferByteStream.h>
+#include <brindle/filesupport/BufferedByteStream.h>
+#include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/DequeByteStream.h>
+#include <brindle/filesupport/DirectoryIterators.h>
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/PlatformByteStreams.h>
+#include <brindle/filesupport/RLEByteStream.h>
+#include <brindle/filesupport/RecursiveFileIterator.h>
+#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/StdByteStream.h>
+#include <brindle/filesupport/StringByteStream.h>
+#include <brindle/geom/Matrix.h>
+#include <brindle/proplist/PropListUtils.h>
+#include <brindle/proplist/PropListXMLHandler.h>
+#include <brindle/threads/AsyncEventLoopAdaptor.h>
+#include <brindle/threads/AsyncEventLoopExecutor.h>
+#include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/ScopedLock.h>
+#include <brindle/threads/SyncPoint.h>
+#include <brindle/threads/ThreadGroup.h>
+#include <brindle/time/Timecode.h>
+#include <brindle/utility/Guid.h>
+#include <brindle/utility/Locale.h>
+#include <brindle/utility/SmallBlockAllocator.h>
+#include <brindle/utility/Streams.h>
+#include <brindle/utility/StringStreams.h>
+#include <brindle/utility/StringUtils.h>
+#include <brindle/utility/Unicode.h>
+#include <brindle/xml/ExpatParser.h>
+#include <brindle/xml/Parser.h>
+
+#include <atomic>
+#include <cstdio>
+#include <iomanip>
+#include <typeinfo>
+#include <unistd.h>
+
+namespace {
+
+using namespace brindle;
+
+int S_status = 0;
+
+void Check(bool inHolds, char const* inWhat) {
+    if (!inHolds) {
+        std::fprintf(stderr, "%s\n", inWhat);
+        S_status = 1;
+    }
+}
+
+class CollectingBuffer : public debug::UTF16StreamBufferImpl<std::uint16_t> {
+public:
+    ~CollectingBuffer() override { FlushAtEnd(); }
+    UTF16String text;
+
+private:
+    void Emit(std::uint16_t const* inText) override { text += inText; }
+};
+
+/// Facets must be found whatever visibility and optimisation the client is compiled with.
+void UseTextStreams() {
+    oUTF16StringStream out;
+    out << std::hex << std::showbase << std::setw(6) << 255 << 'x' << " y";
+    Check(out.str() == u"  0xffx y"_utf16, "16-bit insertion");
+    iUTF8StringStream in("12.5 word"_utf8);
+    double number = 0;
+    UTF8String word;
+    in >> number >> word;
+    Check(number == 12.5, "extraction of a number from bytes");
+    Check(word == "word"_utf8, "extraction of a word from bytes");
+
+    std::locale const locale = utility::WithTextFacets(Locale::Default());
+    Check(std::has_facet<std::ctype<std::uint16_t>>(locale), "ctype of 16-bit units");
+    Check(!std::has_facet<std::num_put<std::uint8_t>>(std::locale()), "the global locale is clean");
+    std::basic_ostringstream<std::uint8_t> plain;
+    plain.imbue(locale);
+    plain << 1.5 << 'c';
+    Check(plain.str() == "1.5c"_utf8, "a standard stream class");
+
+    CollectingBuffer buffer;
+    auto* const before = utility::SetStreamBuffer(utility::streams::UTF16Out, &buffer);
+    utility::streams::UTF16Out << utility::UpperCase(u"stra\u00DFe"_utf16) << 7 << std::flush;
+    Check(buffer.text == u"STRASSE7"_utf16, "a client's buffer under a global stream");
+    utility::SetStreamBuffer(utility::streams::UTF16Out, before);
+    UTF16OutputStream(&buffer) << 1;
+    oUTF8StringStream() << 1;
+    iUTF16StringStream{u"1"_utf16} >> number;
+}
+
+void UseFiles() {
+    using namespace filesupport;
+    char name[] = "/tmp/brindle-client-XXXXXX";
+    Check(::mkdtemp(name) != nullptr, "a directory");
+    Dir const dir = DirFromNative(name);
+    File file(dir, u"list.xml"_utf16);
+    proplist::PropList list;
+    list.SetValue("zoom"_utf8, 1.5);
+    proplist::utils::SavePropList(file, list);
+    std::unique_ptr<xml::DocParserFactory> factory(new xml::ExpatParserFactory);
+    xml::SetParserFactory(factory);
+    proplist::utils::LoadPropList(file.FullPath(), list, false);
+    xml::ResetParserFactory();
+    SafeSave(file).GetTempFile();
+
+    auto files = dir.BeginFiles(false);
+    Check(*files == file, "a listing");
+    Check(++files == dir.EndFiles(), "the end of a listing");
+    Check(++dir.BeginSubdirs(false) == dir.EndSubdirs(), "a listing of directories");
+    Check(*RecursiveFileIterator(dir, false) == file, "a walk");
+    Check(DirHelper(dir.FullPath()).Path() == dir.FullPath(), "a directory's path");
+    Check(FileHelper(file.FullPath()).Path() == file.FullPath(), "a file's path");
+    UTF16String path = file.FullPath();
+    bool isDir = true;
+    Check(filesupport::FileUtils::ResolveIT(path, isDir) != 0, "a file that is no shortcut");
+    file.Delete();
+    dir.Delete();
+    try {
+        IPlatformByteStream{file};
+        Check(false, "a stream of a file that is not there");
+    } catch (file_exception const& error) {
+        Check(typeid(error) == typeid(file_not_found_exception), "the type of an exception");
+    }
+}
+
+/// Functions of the client run on threads of the library, and both use the same types of Boost.
+void UseThreads() {
+    using namespace threads;
+    std::atomic<int> sum{0};
+    auto const pool = CreateAsyncThreadedExecutor("pool", 2, kThreadPriorityNormal);
+    for (int i = 1; i <= 100; ++i) {
+        pool->Post([&sum, i] { sum += i; }, 0);
+    }
+    pool->Shutdown();
+    pool->Synchronize();
+    Check(sum == 5050, "a pool");
+    RecursiveMutex mutex;
+    RecursiveMutexLock const lock(mutex, true);
+}
+
+template <typename Group>
+class Empty : public Group {
+public:
+    bool VisitChildren(boost::function<bool(arrange::IArrangeable const&)>) const override {
+        return true;
+    }
+    bool VisitChildren(boost::function<bool(arrange::IArrangeable&)>) override { return true; }
+};
+
+void UseGroups() {
+    using namespace arrange;
+    Empty<Row>().BestSize();
+    Empty<Column>().BestSize();
+    Empty<Flipping>().BestSize();
+    Empty<HorizontalWrapping>().BestSize();
+    Empty<VerticalWrapping>().BestSize();
+    Empty<AutoLayout>().BestSize();
+    Empty<DynamicGroup>().BestSize();
+    Check(typeid(impl::RowArrangement) != typeid(impl::ColumnArrangement), "a row and a column");
+}
+
+void UseValues() {
+    Check(config::GetVersionString() == utility::AsciiToUTF16(BRINDLE_VERSION "." BRINDLE_BUILD),
+          "headers and library have one version");
+    auto const guid = utility::Guid::CreateUnique();
+    Check(utility::Guid(guid.AsString()) == guid, "an identifier");
+    auto const film =
+        time::TimecodeFormat::Create(time::kFrameRate_Film24, time::FrameCounting::kNonDrop);
+    Check(film->ToText(time::TickTime(1.0)) == "00:00:01:00", "timecode");
+    Check(geom::MatrixT<float>(true).Invert(false), "a matrix of float");
+    Check(geom::MatrixT<double>(true).Invert(false), "a matrix of double");
+    utility::SmallBlockAllocator::Metrics::Snapshot snapshot;
+    static_cast<void>(utility::SmallBlockAllocator::Metrics::GetSnapshot(snapshot));
+    MemoryMappedFile().Reset();
+}
+
+/// The other classes: that the linker finds them is enough.
+std::type_info const* const S_types[] = {
+    &typeid(Impl),
+    &typeid(arrange::IArrangeable),
+    &typeid(arrange::Single),
+    &typeid(arrange::impl::AbstractArrangeableGroup),
+    &typeid(arrange::impl::ArrangementSet),
+    &typeid(arrange::impl::GroupArrangement),
+    &typeid(arrange::impl::IArrangement),
+    &typeid(config::DeferredErrorReporter),
+    &typeid(config::ErrorManager),
+    &typeid(config::Localizer),
+    &typeid(config::ReplacementValue),
+    &typeid(filesupport::ByteStream_base),
+    &typeid(filesupport::IBufferByteStream),
+    &typeid(filesupport::IBufferedByteStream),
+    &typeid(filesupport::IByteStream),
+    &typeid(filesupport::IDequeByteStream),
+    &typeid(filesupport::IRLEByteStream),
+    &typeid(filesupport::IStdByteStream),
+    &typeid(filesupport::IStringByteStream),
+    &typeid(filesupport::IteratorHelper),
+    &typeid(filesupport::OBufferByteStream),
+    &typeid(filesupport::OBufferedByteStream),
+    &typeid(filesupport::OByteStream),
+    &typeid(filesupport::OCRCByteStream),
+    &typeid(filesupport::OCountingByteStream),
+    &typeid(filesupport::ODequeByteStream),
+    &typeid(filesupport::OPlatformByteStream),
+    &typeid(filesupport::ORLEByteStream),
+    &typeid(filesupport::OStdByteStream),
+    &typeid(filesupport::OStringByteStream),
+    &typeid(filesupport::byte_stream_exception),
+    &typeid(filesupport::create_accessdenied_exception),
+    &typeid(filesupport::create_exception),
+    &typeid(filesupport::create_fnf_exception),
+    &typeid(filesupport::create_invalidpath_exception),
+    &typeid(filesupport::create_locked_exception),
+    &typeid(filesupport::dir_delete_exception),
+    &typeid(filesupport::dir_exception),
+    &typeid(filesupport::dir_not_found_exception),
+    &typeid(filesupport::eof_error),
+    &typeid(filesupport::file_delete_exception),
+    &typeid(filesupport::io_error),
+    &typeid(filesupport::rename_dir),
+    &typeid(filesupport::rename_dir_already_exists),
+    &typeid(filesupport::rename_file),
+    &typeid(proplist::PropListXMLHandler),
+    &typeid(threads::AsyncEventLoopAdaptor),
+    &typeid(threads::AsyncEventLoopExecutor),
+    &typeid(threads::AsyncExecutor),
+    &typeid(threads::AsyncThreadedExecutor),
+    &typeid(threads::SyncPoint),
+    &typeid(threads::Barrier),
+    &typeid(threads::Thread),
+    &typeid(threads::ThreadGroup),
+    &typeid(utility::RefCountedObject),
+    &typeid(xml::AbstractDocParser),
+    &typeid(xml::AbstractParseHandler),
+    &typeid(xml::DocParserFactory),
+    &typeid(xml::ExpatParseHandler),
+};
+
+} // namespace
+
+int main() {
+    UseTextStreams();
+    UseFiles();
+    UseThreads();
+    UseGroups();
+    UseValues();
+    for (std::type_info const* const type : S_types) {
+        Check(*type != typeid(void), "type information");
+    }
+    return S_status;
+}

@@ -1,0 +1,2 @@
+// Not the header of a system.
+#error "included because it is there"
