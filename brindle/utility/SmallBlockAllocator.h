@@ -10,7 +10,7 @@
 ///     SmallBlockAllocator::Dispose(block, sizeof(Item));
 ///
 /// A thread allocates from chunks of its own, and blocks that another thread disposed of find their
-/// way back to them. Memory that has become free goes back to the system, but for at most 12 MiB
+/// way back to them. Memory that has become free goes back to the system, but for at most 8 MiB
 /// and, for each thread and size, the chunk that the thread allocates from.
 namespace brindle::utility::SmallBlockAllocator {
 

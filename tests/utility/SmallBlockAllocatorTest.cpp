@@ -283,7 +283,7 @@ TEST(SmallBlockAllocator, MemoryThatOthersDisposeOfGoesBackWithoutItsThread) {
             EXPECT_GE(peak.bytesHeld, 32'000'000U);
             auto const after = AfterDisposalByIdlePool(blocks, size);
             // What is kept for the next request, and what each thread has at hand.
-            EXPECT_LE(after.bytesHeld, (12 + 2 * 4) * Region::kSize);
+            EXPECT_LE(after.bytesHeld, (8 + 2 * 6) * Region::kSize);
         }
     }
     EXPECT_EQ(BlocksInUse(), 0U);

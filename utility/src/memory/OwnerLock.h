@@ -47,45 +47,26 @@ public:
     /// Holds the lock for another thread than the owner, which holds no such lock itself.
     class Visit {
     public:
-        /// Does not wait for the owner, nor for another visitor.
-        __attribute__((noinline)) Visit(BasicOwnerLock& ioLock, std::try_to_lock_t)
-            : mLock(ioLock) {
-            int none = 0;
-            if (!mLock.mVisitors.compare_exchange_strong(none, 1, std::memory_order_relaxed)) {
-                return;
-            }
-            mMutex.emplace(mLock.mMutex);
-            platform::HeavyBarrier();
-            Steps::Pause();
-            if (mLock.mIsOwnerIn.load(std::memory_order_acquire)) {
-                End();
-            }
-        }
-        explicit Visit(BasicOwnerLock& ioLock) : mLock(ioLock) {
-            mLock.mVisitors.fetch_add(1, std::memory_order_relaxed);
-            mMutex.emplace(mLock.mMutex);
+        /// Waits until the owner is not in.
+        explicit Visit(BasicOwnerLock& ioLock) : mLock(Announced(ioLock)), mMutex(ioLock.mMutex) {
             mLock.AwaitOwner();
         }
         Visit(Visit const&) = delete;
         Visit& operator=(Visit const&) = delete;
         __attribute__((
             noinline)) ~Visit() { // inlined, it looks to compilers as if it used too much
-            if (IsIn()) {
-                End();
-            }
-        }
-
-        bool IsIn() const noexcept { return mMutex.has_value(); }
-
-    private:
-        __attribute__((noinline)) void End() {
             // An owner that sees no visitor sees what this one did; another one has the mutex.
             mLock.mVisitors.fetch_sub(1, std::memory_order_release);
-            mMutex.reset();
+        }
+
+    private:
+        static BasicOwnerLock& Announced(BasicOwnerLock& ioLock) noexcept {
+            ioLock.mVisitors.fetch_add(1, std::memory_order_relaxed);
+            return ioLock;
         }
 
         BasicOwnerLock& mLock;
-        std::optional<threads::FreezableMutexLock> mMutex;
+        threads::FreezableMutexLock mMutex;
     };
 
     /// Keeps everybody but the calling thread out, before the process is copied; and lets them in

@@ -57,7 +57,7 @@ private:
         return S_known[reinterpret_cast<std::uintptr_t>(inBlock) >> 20 & (kKnown - 1)];
     }
 
-    static constexpr std::size_t kKeptAtMost = 12;
+    static constexpr std::size_t kKeptAtMost = 8;
     static constexpr unsigned kLeafShift = 35;
     static constexpr std::size_t kLeaves = std::size_t{1} << (48 - kLeafShift);
     static constexpr std::size_t kMarks = std::size_t{1} << (kLeafShift - 20); // one a MiB

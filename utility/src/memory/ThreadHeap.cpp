@@ -296,11 +296,8 @@ void ThreadHeap::PushRemotely(Chunk& ioChunk, std::uint32_t inFirst, void* inLas
     }
     if (pushed.isEmpty &&
         heap.mUnseen.fetch_add(size, std::memory_order_relaxed) + size >= kUnseenAtMost) {
-        BasicOwnerLock<NoPause>::Visit const visit(heap.mLock, std::try_to_lock);
-        if (visit.IsIn()) {
-            heap.Drain(Who::kVisitor);
-        }
-        // Otherwise the owner is at work, and looks itself.
+        BasicOwnerLock<NoPause>::Visit const visit(heap.mLock);
+        heap.Drain(Who::kVisitor);
     }
 }
 
