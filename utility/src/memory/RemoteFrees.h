@@ -66,8 +66,9 @@ public:
         std::uint64_t const word = mWord.fetch_and(kQueued, std::memory_order_acquire);
         return Unpack(word);
     }
-    /// For who has taken the chunk out of the inbox.
-    void ClearQueued() noexcept { mWord.fetch_and(~kQueued, std::memory_order_relaxed); }
+    /// For who has taken the chunk out of the inbox, and is done with its place there: the next one
+    /// that queues it acquires that.
+    void ClearQueued() noexcept { mWord.fetch_and(~kQueued, std::memory_order_release); }
     /// For a chunk that nobody else knows.
     void Reset() noexcept { mWord.store(0, std::memory_order_relaxed); }
 
