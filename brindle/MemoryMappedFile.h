@@ -50,9 +50,11 @@ public:
 
     /// Releases what the object holds, then creates or opens the memory of this name. The size of
     /// new memory in bytes is the low 32 bits of `inSize`, which must not be 0; it is all zero.
-    /// Pages are taken from the system when they are first accessed, but memory that the system
-    /// could not hold whole is refused. Existing memory is opened whatever its size. After a
-    /// failure the object holds nothing, and keeps the new name, size and flags.
+    /// Pages are taken from the system when they are first accessed. The system counts the whole
+    /// size at the creation, and refuses what it cannot hold; but most systems promise more memory
+    /// than there is, and end a process if pages are accessed when none is left. Existing memory is
+    /// opened whatever its size. After a failure the object holds nothing, and keeps the new name,
+    /// size and flags.
     void Init(std::string const& inName, std::uint64_t inSize, std::uint32_t inFlags);
 
     /// The size given to `Init`; existing memory may have another size.

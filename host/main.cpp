@@ -11,6 +11,7 @@
 #include <brindle/xml/Parser.h>
 
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <iomanip>
 #include <memory>
@@ -108,6 +109,8 @@ int RunAndReport(std::vector<std::string> const& inWords) {
 int main(int inCount, char** inWords) {
     using namespace brindle;
 
+    // Beyond the limit on the size of files, a write fails and is reported like any other.
+    std::signal(SIGXFSZ, SIG_IGN);
     config::SetClientName(u"brindle"_utf16);
     config::SetClientVersion(config::GetVersionString());
     host::HostErrorManager errorManager;

@@ -32,12 +32,12 @@ private:
 };
 
 /// Makes new memory of this many bytes, all zero, under a name that no memory has. Pages are taken
-/// from the system when they are first accessed, but the system has promised all of them. What a
-/// creation leaves behind that is killed is removed by the user's next creation. Waits for other
-/// processes that create or open at this moment. Errors: 183 the name is taken; 123 the name is
-/// empty or contains a NUL; 206 the name is longer than 255 bytes; 87 no bytes; 8, 112 the system
-/// cannot promise so much memory or has no room for the name; 5 the file with the user's names is
-/// not the user's.
+/// from the system when they are first accessed; how far it promises them at the creation is the
+/// system's business. What a creation leaves behind that is killed is removed by the user's next
+/// creation. Waits for other processes that create or open at this moment. Errors: 183 the name is
+/// taken; 123 the name is empty or contains a NUL; 206 the name is longer than 255 bytes; 87 no
+/// bytes; 8, 112 the system refuses so much memory or has no room for the name; 5 the file with the
+/// user's names is not the user's.
 [[nodiscard]] Result<std::shared_ptr<SharedMemory>> CreateSharedMemory(std::string const& inName,
                                                                        std::uint32_t inByteCount);
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <brindle/config/Errors.h>
+#include <brindle/config/FileFailure.h>
+#include <brindle/utility/SystemError.h>
 
 #include <cstdint>
 
@@ -173,6 +175,14 @@ inline constexpr char kKey_DirRenameExists[] = "$$$/brindle/filesupport/DirRenam
                                                "Could not rename the directory '@0' to '@1'. "
                                                "The directory already exists.";
 
+// What `Describe` says of the exceptions of byte streams, whose `what()` is none of these.
+inline constexpr char kKey_StreamUse[] =
+    "$$$/brindle/filesupport/StreamUse=The stream cannot do this.";
+inline constexpr char kKey_StreamEnd[] =
+    "$$$/brindle/filesupport/StreamEnd=There is less data than expected.";
+inline constexpr char kKey_StreamFailure[] =
+    "$$$/brindle/filesupport/StreamFailure=Data could not be read or written.";
+
 /// All of these keys.
 inline constexpr char const* kFileKeys[] = {
     kKey_File,
@@ -189,6 +199,72 @@ inline constexpr char const* kFileKeys[] = {
     kKey_DirDelete,
     kKey_DirRename,
     kKey_DirRenameExists,
+    kKey_StreamUse,
+    kKey_StreamEnd,
+    kKey_StreamFailure,
+};
+
+/// What `Describe` says of an operation on a file or directory whose exception says less itself.
+struct OperationKey {
+    FileOperation operation;
+    char const* key;
+};
+inline constexpr OperationKey kOperationKeys[] = {
+    {FileOperation::kInspect, "$$$/brindle/filesupport/Operation/Inspect=Could not look at '@0'."},
+    {FileOperation::kOpen, "$$$/brindle/filesupport/Operation/Open=Could not open '@0'."},
+    {FileOperation::kRead, "$$$/brindle/filesupport/Operation/Read=Could not read '@0'."},
+    {FileOperation::kWrite, "$$$/brindle/filesupport/Operation/Write=Could not write '@0'."},
+    {FileOperation::kSeek, "$$$/brindle/filesupport/Operation/Seek=Could not seek in '@0'."},
+    {FileOperation::kCreate, "$$$/brindle/filesupport/Operation/Create=Could not create '@0'."},
+    {FileOperation::kDelete, "$$$/brindle/filesupport/Operation/Delete=Could not delete '@0'."},
+    {FileOperation::kRename, "$$$/brindle/filesupport/Operation/Rename=Could not rename '@0'."},
+    {FileOperation::kReplace, "$$$/brindle/filesupport/Operation/Replace=Could not replace '@0'."},
+    {FileOperation::kMap, "$$$/brindle/filesupport/Operation/Map=Could not make '@0' a volume."},
+};
+
+/// Why the system refused, as `Describe` says it behind the sentence of an exception.
+struct CauseKey {
+    utility::SystemError cause;
+    char const* key;
+};
+inline constexpr char kKey_NoMemory[] =
+    "$$$/brindle/system/NotEnoughMemory=There is not enough memory.";
+inline constexpr char kKey_CauseUnknown[] =
+    "$$$/brindle/system/GeneralFailure=The system gave no reason.";
+inline constexpr CauseKey kCauseKeys[] = {
+    {utility::SystemError::kFileNotFound, "$$$/brindle/system/FileNotFound=It does not exist."},
+    {utility::SystemError::kPathNotFound,
+     "$$$/brindle/system/PathNotFound=A directory on the way does not exist."},
+    {utility::SystemError::kTooManyOpenFiles,
+     "$$$/brindle/system/TooManyOpenFiles=Too many files are open."},
+    {utility::SystemError::kAccessDenied, "$$$/brindle/system/AccessDenied=Permission was denied."},
+    {utility::SystemError::kNotEnoughMemory, kKey_NoMemory},
+    {utility::SystemError::kInvalidData,
+     "$$$/brindle/system/InvalidData=The content does not have the expected form."},
+    {utility::SystemError::kNotSameDevice,
+     "$$$/brindle/system/NotSameDevice=The two places are on different file systems."},
+    {utility::SystemError::kWriteProtected,
+     "$$$/brindle/system/WriteProtected=The file system is read-only."},
+    {utility::SystemError::kSharingViolation,
+     "$$$/brindle/system/SharingViolation=Another program is using it."},
+    {utility::SystemError::kEndOfFile, "$$$/brindle/system/EndOfFile=The file is too short."},
+    {utility::SystemError::kNotSupported,
+     "$$$/brindle/system/NotSupported=The file system does not support this."},
+    {utility::SystemError::kFileExists, "$$$/brindle/system/FileExists=It exists already."},
+    {utility::SystemError::kAlreadyExists, "$$$/brindle/system/AlreadyExists=It exists already."},
+    {utility::SystemError::kDiskFull, "$$$/brindle/system/DiskFull=The disk is full."},
+    {utility::SystemError::kInvalidName, "$$$/brindle/system/InvalidName=The name is not valid."},
+    {utility::SystemError::kDirectoryNotEmpty,
+     "$$$/brindle/system/DirectoryNotEmpty=The directory is not empty."},
+    {utility::SystemError::kBusy, "$$$/brindle/system/Busy=It is in use."},
+    {utility::SystemError::kNameTooLong, "$$$/brindle/system/NameTooLong=The name is too long."},
+    {utility::SystemError::kFileTooLarge,
+     "$$$/brindle/system/FileTooLarge=The file would be too large."},
+    {utility::SystemError::kNotADirectory,
+     "$$$/brindle/system/NotADirectory=It is not a directory."},
+    {utility::SystemError::kIODevice, "$$$/brindle/system/IODevice=The device failed."},
+    {utility::SystemError::kLinkCircle,
+     "$$$/brindle/system/LinkCircle=Symbolic links lead around in a circle."},
 };
 
 } // namespace brindle::config

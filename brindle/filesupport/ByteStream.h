@@ -1,6 +1,7 @@
 #pragma once
 
 #include <brindle/Export.h>
+#include <brindle/config/FileFailure.h>
 
 #include <cstdint>
 #include <exception>
@@ -9,12 +10,14 @@
 namespace brindle::filesupport {
 
 /// The stream does not support the operation. Also the base of all exceptions of the byte streams.
-class BRN_API byte_stream_exception : public std::exception {
+/// The streams that work on a file record which one, the operation and the system's reason.
+class BRN_API byte_stream_exception : public std::exception, public config::FileFailure {
 public:
     byte_stream_exception() noexcept = default;
     byte_stream_exception(byte_stream_exception const&) noexcept = default;
     byte_stream_exception& operator=(byte_stream_exception const&) noexcept = default;
     ~byte_stream_exception() override;
+    char const* Key() const noexcept override;
 };
 
 /// An attempt to read or seek past the end, or to write past the end of a fixed buffer.
@@ -24,6 +27,7 @@ public:
     eof_error(eof_error const&) noexcept = default;
     eof_error& operator=(eof_error const&) noexcept = default;
     ~eof_error() override;
+    char const* Key() const noexcept override;
 };
 
 /// A failure of the operating system's file operations.
@@ -33,6 +37,7 @@ public:
     io_error(io_error const&) noexcept = default;
     io_error& operator=(io_error const&) noexcept = default;
     ~io_error() override;
+    char const* Key() const noexcept override;
 };
 
 /// The common base of input and output streams: slots for data of the client, and callbacks at the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <brindle/Export.h>
+#include <brindle/config/FileFailure.h>
 #include <brindle/filesupport/Dir.h>
 #include <brindle/filesupport/File.h>
 
@@ -14,8 +15,16 @@ namespace brindle::filesupport {
 /// concerned. `what()` is not a message but a localisation key with its default text,
 /// "$$$/path=text", in which `@0` stands for the path and
 /// `@1` for a new name.
+///
+/// Why an operation failed is told by `Operation()` and `Cause()`, which every exception inherits:
+///
+///     try {
+///         file.Delete();
+///     } catch (file_exception const& exception) {
+///         isReadOnly = exception.Cause() == utility::SystemError::kWriteProtected;
+///     }
 
-class BRN_API file_exception : public std::exception {
+class BRN_API file_exception : public std::exception, public config::FileFailure {
 public:
     explicit file_exception(File const& inFile);
     file_exception(File const& inFile, char const* inKey);
@@ -72,12 +81,13 @@ public:
     rename_file(File const& inFile, UTF16String const& inNewName, char const* inKey);
 
     UTF16String const& GetNewName() const noexcept { return mNewName; }
+    UTF16String NewName() const override { return mNewName; }
 
 private:
     UTF16String mNewName;
 };
 
-class BRN_API dir_exception : public std::exception {
+class BRN_API dir_exception : public std::exception, public config::FileFailure {
 public:
     explicit dir_exception(Dir const& inDir);
     dir_exception(Dir const& inDir, char const* inKey);
@@ -108,6 +118,7 @@ public:
     rename_dir(Dir const& inDir, UTF16String const& inNewName, char const* inKey);
 
     UTF16String const& GetNewName() const noexcept { return mNewName; }
+    UTF16String NewName() const override { return mNewName; }
 
 private:
     UTF16String mNewName;

@@ -2,6 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/filesupport/File.h>
+#include <brindle/utility/SystemError.h>
 
 namespace brindle::filesupport {
 
@@ -17,5 +18,7 @@ enum class FileKind {
 
 /// What is at the path of a file; a symbolic link counts as what it points to. Nothing is opened.
 BRN_API FileKind KindOf(File const& inFile);
+/// The same; `outCause` is why a file counts as missing, and otherwise `kNone`.
+BRN_API FileKind KindOf(File const& inFile, utility::SystemError& outCause);
 
 } // namespace brindle::filesupport

@@ -24,7 +24,8 @@ enum FileSharing {
 /// Reads an existing regular file, which other readers may read at the same time:
 ///
 ///     IPlatformByteStream file(input);
-///     IBufferedByteStream(file) >> header;
+///     IBufferedByteStream buffered(file, 64 * 1024, 32 * 1024);
+///     buffered >> header;
 ///
 /// One system call for each `Get` and each `ReadBlock`: wrap it in `IBufferedByteStream` to read by
 /// the byte. Every operation throws `io_error` on a failure of the system, such as a position past
@@ -47,6 +48,7 @@ public:
     std::uint64_t Length() const override;
 
 private:
+    File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };
 
@@ -80,6 +82,7 @@ public:
     virtual std::uint64_t Length() const;
 
 private:
+    File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };
 

@@ -16,7 +16,9 @@ struct DirectoryListing;
 /// Walks all files below a directory: first its own files, then those of its first subdirectory,
 /// and so on:
 ///
-///     for (RecursiveFileIterator file(dir, false), end; file != end; ++file) { Index(*file); }
+///     for (RecursiveFileIterator file(dir, false), end; file != end; ++file) {
+///         total += (*file).Size(kFileSize_Data);
+///     }
 ///
 /// The walk stays in the tree and ends. It does not enter a directory through a symbolic link. With
 /// `inResolveAliases` it enters the targets of shortcuts, but never a directory that is already on

@@ -15,7 +15,7 @@ namespace brindle::filesupport {
 /// version by its name:
 ///
 ///     SafeSave save(file);
-///     Render(save.GetTempFile());
+///     std::ofstream(NativePath(save.GetTempFile())) << text;
 ///     save.Commit();
 ///
 /// Until `Commit` the old version stands, whatever fails. To write the new version directly, use

@@ -13,7 +13,7 @@ namespace brindle::threads {
 ///     pool->Post([loop] { Work(); loop->Post([] { ShowResult(); }, 0); }, 0);
 ///
 /// Immediate functions, those with a delay of 0, run in the order of posting, on a later turn of
-/// the loop and never inside `Post`. Delayed functions run when they are due by the system's clock.
+/// the loop and never inside `Post`. Delayed functions run when they are due.
 ///
 /// When its last reference is released, all functions that have not begun are released and never
 /// run. That may happen on any thread, also inside a function that the executor runs.
@@ -26,9 +26,9 @@ public:
 };
 
 /// Makes an executor of the calling thread, whose loop must handle messages as described in
-/// `EventLoop.h`. A thread may have any number of adaptors. When the thread ends, they accept
-/// nothing more: delayed functions are released when they are due; immediate functions are left to
-/// `Drain`, including one that `Post` then refuses.
+/// `EventLoop.h`. A thread may have any number of adaptors. After the thread has ended, they accept
+/// nothing more: delayed functions that are left are released with the adaptor; immediate functions
+/// are left to `Drain`, including one that `Post` then refuses.
 ///
 /// A lack of threads or descriptors is reported through `config::ThrowError`, and throws
 /// `boost::thread_resource_error` if the report returns. Throws `std::bad_alloc`.

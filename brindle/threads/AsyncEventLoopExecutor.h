@@ -9,9 +9,10 @@
 
 namespace brindle::threads {
 
-/// An executor with one thread of its own that runs a loop. Functions run as described for
-/// `AsyncEventLoopAdaptor`. The executor shuts down when its last reference is released, on
-/// whatever thread that happens.
+/// An executor with one thread of its own, of normal priority, that runs a loop. Functions run as
+/// described for `AsyncEventLoopAdaptor`. A function may run a loop of its own, as a modal dialog
+/// does; it ends that loop when `DispatchMessages` is false. The executor shuts down when its last
+/// reference is released, on whatever thread that happens.
 ///
 /// Operations wait until the thread is ready. If the thread finds no resources for its loop, it
 /// reports that, and the executor is as after `Shutdown`.

@@ -11,6 +11,15 @@ namespace brindle::threads {
 /// Runs functions asynchronously, now or after a delay. Any thread may call any operation.
 ///
 /// An exception that leaves a function is dropped, and the executor goes on.
+///
+/// Delays are due by the system's clock. If that is set, functions run when it reaches their time:
+/// setting it forward makes them run earlier, setting it back later. It goes on while the machine
+/// is suspended, so functions that became due meanwhile run after it resumes. Functions that are
+/// due at the same time begin in the order of posting.
+///
+/// In a forked child, the executors of the parent have no threads: they accept nothing,
+/// `IsShutdown` is true, other operations do nothing, and destroying them releases nothing, so the
+/// child can call `exit`. It may make executors of its own.
 class BRN_API AsyncExecutor {
 public:
     virtual ~AsyncExecutor();

@@ -16,7 +16,7 @@ namespace brindle::threads {
 ///     pool->Post([] { /* on a worker */ }, 0);
 ///
 /// Immediate functions, those with a delay of 0, start in the order of posting and run in parallel.
-/// Delays are measured by the system's clock. The executor shuts down when its last reference is
+/// The executor shuts down when its last reference is
 /// released, on whatever thread that happens.
 class BRN_API AsyncThreadedExecutor : public AsyncExecutor {
 public:

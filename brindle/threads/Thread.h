@@ -37,7 +37,9 @@ public:
     virtual ~Thread();
 
     /// Blocks until the thread has ended; returns at once if it was joined before. A thread that
-    /// joins itself gets a `boost::thread_resource_error`, which is reported first.
+    /// joins itself gets a `boost::thread_resource_error`, which is reported first. In a forked
+    /// child, whose only thread is that which forked, joining a thread of the parent blocks
+    /// forever.
     void Join();
 
     /// Blocks the calling thread until the system's clock shows this time, in UTC.

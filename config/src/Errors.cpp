@@ -20,6 +20,12 @@ constexpr bool IsKey(std::string_view inText) {
 constexpr char const* KeyOf(ErrorCode const& inError) {
     return inError.key;
 }
+constexpr char const* KeyOf(OperationKey const& inOperation) {
+    return inOperation.key;
+}
+constexpr char const* KeyOf(CauseKey const& inCause) {
+    return inCause.key;
+}
 constexpr char const* KeyOf(char const* inKey) {
     return inKey;
 }
@@ -41,7 +47,10 @@ constexpr bool HaveSoundKeys(Row const (&inRows)[kCount]) {
     return true;
 }
 
-static_assert(HaveSoundKeys(kErrorCodes) && HaveSoundKeys(kFileKeys));
+static_assert(HaveSoundKeys(kErrorCodes));
+static_assert(HaveSoundKeys(kFileKeys));
+static_assert(HaveSoundKeys(kOperationKeys));
+static_assert(HaveSoundKeys(kCauseKeys));
 
 } // namespace
 

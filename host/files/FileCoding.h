@@ -2,24 +2,25 @@
 
 #include "host/commandline/Arguments.h"
 #include "host/commandline/Diagnostics.h"
-
-#include <brindle/filesupport/ByteStream.h>
+#include "host/files/Input.h"
+#include "host/files/Output.h"
 
 #include <cstdint>
 #include <string>
 
 namespace brindle::host {
 
-/// How many bytes are read or written at a time.
+/// How many bytes are coded at a time.
 constexpr std::uint32_t kCodingBlockSize = 256 * 1024;
 
-/// Reads a source to its end and writes the coded or decoded bytes to a sink, in large blocks.
-/// Throws `unreadable_error` for a source that is damaged, and does not catch what the streams
-/// throw.
-using Coding = void (*)(filesupport::IByteStream& inSource, filesupport::OByteStream& outSink);
+/// Reads the input to its end and writes the coded or decoded bytes, in large blocks. Throws
+/// `unreadable_error` for an input that is damaged.
+using Coding = void (*)(Input& ioInput, Output& ioOutput);
 
-/// Runs the verb of this name, which codes a file IN into a file OUT; they may be the same file.
-/// Failures are reported. After a failure, or if the process is killed, OUT is unchanged.
+/// Runs the verb of this name, which codes a file IN into a file OUT; they may be the same file,
+/// and
+/// "-" stands for the standard streams. Failures are reported. After a failure, or if the process
+/// is killed, OUT is unchanged.
 void CodeFile(std::string const& inVerb, Arguments const& inArguments, Diagnostics& ioDiagnostics,
               Coding inCoding);
 

@@ -1,13 +1,15 @@
 #include "host/files/FileSum.h"
 
-#include <brindle/filesupport/ByteStreamOperators.h>
+#include "host/files/Input.h"
+#include "host/files/SystemReasons.h"
+
 #include <brindle/filesupport/CRCByteStream.h>
 #include <brindle/filesupport/CountingByteStream.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/FileKind.h>
+#include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -17,23 +19,31 @@ using namespace filesupport;
 
 namespace {
 
-constexpr std::size_t kBlockSize = 128 * 1024;
+constexpr std::uint32_t kBlockSize = 128 * 1024;
 
-/// Copies a file into a stream, block by block.
-void CopyBlocks(IPlatformByteStream& inSource, OByteStream& outSink) {
+/// The sum of what `inReadUpTo` reads: the bytes that it puts into a block, and how many they are,
+/// fewer than a block at the end.
+template <typename ReadUpTo>
+FileSum SumOfBlocks(ReadUpTo const& inReadUpTo) {
     static thread_local std::vector<std::uint8_t> S_block(kBlockSize);
-    std::uint64_t left = inSource.Length();
-    if (left == 0) {
-        outSink
-            << inSource; // files that the system generates on reading, as in /proc, have no size
-        return;
+    OCountingByteStream counter;
+    OCRCByteStream crc(counter);
+    for (std::uint32_t count = kBlockSize; count == kBlockSize;) {
+        count = inReadUpTo(S_block.data());
+        crc.WriteBlock(S_block.data(), count);
     }
-    while (left != 0) {
-        auto const count = static_cast<std::uint32_t>(std::min<std::uint64_t>(left, kBlockSize));
-        inSource.ReadBlock(S_block.data(), count);
-        outSink.WriteBlock(S_block.data(), count);
-        left -= count;
+    return {crc.Value(), counter.Count()};
+}
+
+/// Reads a block, or fewer bytes if the file ends first.
+std::uint32_t ReadBlockOf(IPlatformByteStream& ioFile, std::uint8_t* outBlock) {
+    std::uint64_t const start = ioFile.CurPos();
+    try {
+        ioFile.ReadBlock(outBlock, kBlockSize);
+    } catch (eof_error const&) {
+        // The block then begins with what there was, and the position has moved by as much.
     }
+    return static_cast<std::uint32_t>(ioFile.CurPos() - start);
 }
 
 } // namespace
@@ -44,31 +54,31 @@ std::string CRCText(std::uint32_t inCRC) {
     return text;
 }
 
-void RequireRegular(File const& inFile) {
-    FileKind const kind = KindOf(inFile);
-    if (kind == FileKind::kMissing) {
-        throw missing_error();
-    }
-    if (kind != FileKind::kRegular) {
-        throw irregular_error(kind);
-    }
-}
-
 FileSum SumOf(File const& inFile) {
     try {
         IPlatformByteStream source(inFile);
-        OCountingByteStream counter;
-        OCRCByteStream crc(counter);
-        CopyBlocks(source, crc);
-        return {crc.Value(), counter.Count()};
+        std::uint64_t const length = source.Length();
+        FileSum const sum =
+            SumOfBlocks([&](std::uint8_t* outBlock) { return ReadBlockOf(source, outBlock); });
+        if (sum.size < length) {
+            throw unsteady_error("became shorter while it was read");
+        }
+        return sum;
     } catch (file_not_found_exception const&) {
         throw missing_error();
-    } catch (eof_error const&) {
-        throw unsteady_error("became shorter while it was read");
     } catch (byte_stream_exception const&) {
-        RequireRegular(inFile);
-        throw unreadable_error("cannot be read");
+        FileKind const kind = KindOf(inFile);
+        if (kind != FileKind::kRegular && kind != FileKind::kMissing) {
+            throw irregular_error(kind);
+        }
+        throw unreadable_error(WhyUnreadable(NativePath(inFile)));
     }
+}
+
+FileSum SumOfAny(std::string const& inName) {
+    Input input(inName);
+    return SumOfBlocks(
+        [&](std::uint8_t* outBlock) { return input.ReadUpTo(outBlock, kBlockSize); });
 }
 
 FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
@@ -82,7 +92,7 @@ FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
     } catch (file_not_found_exception const&) {
         throw missing_error();
     } catch (file_exception const&) {
-        throw unreadable_error("cannot be read");
+        throw unreadable_error(WhyUnreadable(NativePath(inFile)));
     }
 }
 

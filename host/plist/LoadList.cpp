@@ -1,12 +1,10 @@
 #include "host/plist/LoadList.h"
 
 #include "host/files/FileErrors.h"
-#include "host/files/WhyUnreadable.h"
+#include "host/files/Input.h"
 
 #include <brindle/config/ErrorCodes.h>
 #include <brindle/config/ErrorManager.h>
-#include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/Parser.h>
 
@@ -52,32 +50,20 @@ private:
     bool& mFound;
 };
 
-bool HoldsList(filesupport::File const& inFile) {
+bool HoldsList(UTF8String const& inText) {
     bool found = false;
     std::unique_ptr<xml::AbstractParseHandler> handler = std::make_unique<ListSeeker>(found);
-    return xml::GetParser(handler)->ParseDocument(inFile.FullPath()) ==
-               xml::kXMLParseStatus_Success &&
-           found;
-}
-
-void RequireReadable(filesupport::File const& inFile) {
-    try {
-        filesupport::IPlatformByteStream const tried(inFile);
-        return;
-    } catch (filesupport::file_exception const&) {
-    } catch (filesupport::byte_stream_exception const&) {
-    }
-    throw unreadable_error(WhyUnreadable(inFile));
+    return xml::GetParser(handler)->ParseBuffer(inText) == xml::kXMLParseStatus_Success && found;
 }
 
 } // namespace
 
-void LoadList(filesupport::File const& inFile, proplist::PropList& outList) {
-    RequireReadable(inFile);
+void LoadList(std::string const& inName, proplist::PropList& outList) {
+    UTF8String const text = ReadAll(inName);
     ThrowReports const throwReports;
-    proplist::utils::LoadPropList(inFile.FullPath(), outList, false);
+    proplist::utils::ReadPropList(text, outList);
     // A document of another kind is read as an empty list.
-    if (outList.IsEmpty() && !HoldsList(inFile)) {
+    if (outList.IsEmpty() && !HoldsList(text)) {
         throw unreadable_error("is no property list");
     }
 }

@@ -3,11 +3,14 @@
 #include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
 #include "host/files/FileErrors.h"
+#include "host/files/Input.h"
 #include "host/plist/LoadList.h"
 #include "host/seal/PercentNames.h"
 #include <brindle/utility/Digits.h>
 
+#include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
+#include <brindle/utility/Streams.h>
 
 #include <algorithm>
 #include <charconv>
@@ -166,13 +169,19 @@ void NewManifest::Add(std::string const& inPath, EntryState const& inState) {
     properties.SetValue(kKey_CRC, AsUTF8(CRCText(inState.sum.crc)));
 }
 
-void NewManifest::Save(filesupport::File& ioFile) const {
-    proplist::utils::SavePropList(ioFile, mList);
+void NewManifest::Save(std::string const& inName) const {
+    if (inName != kStandardStream) {
+        filesupport::File file = filesupport::FileFromNative(inName);
+        return proplist::utils::SavePropList(file, mList);
+    }
+    UTF8String text;
+    proplist::utils::WritePropList(text, mList);
+    utility::streams::Out << PlainText(text);
 }
 
-Manifest ReadManifest(filesupport::File const& inFile) {
+Manifest ReadManifest(std::string const& inName) {
     PropList list;
-    LoadList(inFile, list);
+    LoadList(inName, list);
 
     std::uint32_t format = 0;
     if (!list.GetValue(kKey_Format, format)) {

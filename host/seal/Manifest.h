@@ -2,7 +2,6 @@
 
 #include "host/files/FileSum.h"
 
-#include <brindle/filesupport/File.h>
 #include <brindle/proplist/PropList.h>
 
 #include <cstdint>
@@ -50,8 +49,9 @@ public:
 
     void Add(std::string const& inPath, EntryState const& inState);
 
-    /// Replaces the file, or leaves it as it was and throws `filesupport::file_exception`.
-    void Save(filesupport::File& ioFile) const;
+    /// Replaces the file, or leaves it as it was and throws `filesupport::file_exception`. Writes
+    /// to standard output if the name is "-".
+    void Save(std::string const& inName) const;
 
 private:
     proplist::PropList mList;
@@ -69,8 +69,8 @@ struct Manifest {
     std::vector<SealedEntry> entries; ///< sorted by path; no path occurs twice
 };
 
-/// Throws `unreadable_error` unless the file is a complete manifest of the form that `NewManifest`
-/// writes.
-Manifest ReadManifest(filesupport::File const& inFile);
+/// Reads a manifest, from standard input if the name is "-". Throws `unreadable_error` unless the
+/// file is a complete manifest of the form that `NewManifest` writes.
+Manifest ReadManifest(std::string const& inName);
 
 } // namespace brindle::host

@@ -1,6 +1,7 @@
 #include "host/seal/SealedTree.h"
 
 #include "host/files/FileErrors.h"
+#include "host/files/Input.h"
 
 #include <brindle/filesupport/NativePath.h>
 
@@ -39,7 +40,7 @@ std::string WithSlash(std::string const& inPath) {
 
 SealedTree::SealedTree(std::string const& inRoot, std::string const& inManifest)
     : mRoot(DirFromNative(inRoot)), mPrefix(WithSlash(NativePath(mRoot))),
-      mManifest(PathWithoutLinks(inManifest)),
+      mIsManifestAFile(inManifest != kStandardStream), mManifest(PathWithoutLinks(inManifest)),
       mManifestInTree(fs::path(mManifest).lexically_relative(PathWithoutLinks(mPrefix))) {
     if (!mRoot.Exists()) {
         throw unreadable_error("no such directory");
@@ -92,6 +93,9 @@ bool SealedTree::HasDirectoryAt(std::string const& inPath) const {
 }
 
 bool SealedTree::IsManifest(std::string const& inPath) const {
+    if (!mIsManifestAFile) {
+        return false;
+    }
     if (inPath == mManifestInTree) {
         return true;
     }
@@ -114,6 +118,10 @@ std::string PathWithoutLinks(std::string const& inPath) {
 
 std::string PathFrom(std::string const& inDirectory, std::string const& inPath) {
     return (fs::path(inDirectory) / inPath).lexically_normal();
+}
+
+std::string DefaultManifestIn(std::string const& inDirectory) {
+    return WithSlash(inDirectory) + "brindle-seal.xml";
 }
 
 std::string DirectoryOf(std::string const& inPath) {

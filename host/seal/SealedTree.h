@@ -14,7 +14,8 @@ namespace brindle::host {
 class SealedTree {
 public:
     /// Takes native paths. The manifest may be anywhere and need not exist yet, but its directory
-    /// has to exist. Throws `unreadable_error` if the root is no directory.
+    /// has to exist; "-" is a manifest in the current directory that is no file. Throws
+    /// `unreadable_error` if the root is no directory.
     SealedTree(std::string const& inRoot, std::string const& inManifest);
 
     /// The path of the root, relative to the directory of the manifest where that is possible.
@@ -34,7 +35,8 @@ private:
     bool IsManifest(std::string const& inPath) const;
 
     filesupport::Dir const mRoot;
-    std::string const mPrefix;         // ends in "/"
+    std::string const mPrefix; // ends in "/"
+    bool const mIsManifestAFile;
     std::string const mManifest;       // without links
     std::string const mManifestInTree; // its path below the root, if it is there
 };
@@ -45,6 +47,9 @@ std::string PathWithoutLinks(std::string const& inPath);
 
 /// Joins a directory and a path, which may be absolute, and removes "." and ".." from the result.
 std::string PathFrom(std::string const& inDirectory, std::string const& inPath);
+
+/// The path of the manifest in a directory, if no other is given.
+std::string DefaultManifestIn(std::string const& inDirectory);
 
 /// The native path of the directory that holds a file, whose path has no links.
 std::string DirectoryOf(std::string const& inPath);

@@ -3,13 +3,11 @@
 #include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
 #include "host/files/FileErrors.h"
+#include "host/files/Output.h"
 #include "host/layout/Picture.h"
 #include "host/layout/ReadDescription.h"
 #include "host/plist/LoadList.h"
 
-#include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/NativePath.h>
-#include <brindle/filesupport/SafeSaveStream.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
@@ -75,10 +73,9 @@ void WritePicture(Picture const& inPicture, std::string const& inPath) {
     DrawPicture(page, inPicture, kPageMargin - bounds.x, kPageMargin - bounds.y);
     std::ostringstream text;
     page.Write(text, bounds.width + 2 * kPageMargin, bounds.height + 2 * kPageMargin);
-    std::string const bytes = text.str();
-
-    filesupport::SafeSaveText(filesupport::FileFromNative(inPath),
-                              UTF8String(bytes.begin(), bytes.end()));
+    Output output(inPath);
+    output.WriteText(text.str());
+    output.Commit();
 }
 
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
@@ -94,7 +91,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     }
     try {
         proplist::PropList list;
-        LoadList(filesupport::FileFromNative(path), list);
+        LoadList(path, list);
         auto const root = MakeNode(ReadDescription(list));
         Picture const picture = TakePicture(*root, size.x, size.y);
         if (output.empty()) {
@@ -110,8 +107,8 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         ioDiagnostics.Report(path, error.what());
     } catch (description_error const& error) {
         ioDiagnostics.Report(path, EscapedName(error.what()));
-    } catch (filesupport::file_exception const&) {
-        ioDiagnostics.Report(output, "cannot be written");
+    } catch (unwritable_error const& error) {
+        ioDiagnostics.Report(output, error.what());
     }
 }
 
@@ -128,7 +125,7 @@ Verb const kLayoutVerb = {
     "and a carriage return are written as \\\\, \\n and \\r. A group's place is that of its\n"
     "children and their margins together.\n"
     "\n"
-    "  --svg=OUT  draws the tree into the file OUT instead\n"
+    "  --svg=OUT  draws the tree into the file OUT instead; - for standard output\n"
     "\n"
     "A node is a list of these keys, and any other key is an error; it is a group if it has a\n"
     "kind or children. Sizes are numbers from 0 to 1e9, of any type.\n"

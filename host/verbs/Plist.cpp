@@ -4,7 +4,6 @@
 #include "host/plist/LoadList.h"
 #include "host/plist/PropListLines.h"
 
-#include <brindle/filesupport/NativePath.h>
 #include <brindle/utility/Streams.h>
 
 namespace brindle::host {
@@ -50,7 +49,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     }
     try {
         PropList list;
-        LoadList(filesupport::FileFromNative(operands[0]), list);
+        LoadList(operands[0], list);
         Show(list, operands, ioDiagnostics);
     } catch (unreadable_error const& error) {
         ioDiagnostics.Report(operands[0], error.what());

@@ -1,8 +1,10 @@
 #include "host/verbs/Verbs.h"
 
 #include "host/files/FileErrors.h"
+#include "host/files/Input.h"
 #include "host/files/RunInOrder.h"
 #include "host/files/SumInOrder.h"
+#include "host/files/SystemReasons.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
 
@@ -18,8 +20,6 @@ namespace brindle::host {
 namespace {
 
 using namespace filesupport;
-
-constexpr char kManifestName[] = "/brindle-seal.xml";
 
 /// Why the manifest could not be written to this path, found out before anything is summed; empty
 /// if it can.
@@ -78,15 +78,16 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     }
     std::uint32_t const jobs = Jobs(inArguments);
     std::string const& root = inArguments.Operands()[0];
-    std::string const output = inArguments.Text("output", root + kManifestName);
+    std::string const output = inArguments.Text("output", DefaultManifestIn(root));
     if (output.empty()) {
         throw usage_error("--output needs a FILE");
     }
     // If the path is a link, the file that it leads to is written.
-    std::string const manifestPath = PathWithoutLinks(output);
+    bool const isFile = output != kStandardStream;
+    std::string const manifestPath = isFile ? PathWithoutLinks(output) : output;
     try {
         SealedTree const tree(root, manifestPath);
-        std::string const objection = Objection(manifestPath);
+        std::string const objection = isFile ? Objection(manifestPath) : "";
         if (!objection.empty()) {
             return ioDiagnostics.Report(output, objection);
         }
@@ -98,12 +99,11 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         }
         AddFiles(found.files, tree, jobs, manifest, ioDiagnostics);
         ioDiagnostics.ShowProgress("writing " + output);
-        File file = FileFromNative(manifestPath);
-        manifest.Save(file);
+        manifest.Save(manifestPath);
     } catch (unreadable_error const& error) {
         ioDiagnostics.Report(root, error.what());
     } catch (file_exception const&) {
-        ioDiagnostics.Report(output, "cannot be written");
+        ioDiagnostics.Report(output, WhyUnwritable(manifestPath));
     }
 }
 
@@ -122,7 +122,7 @@ Verb const kSealVerb = {
     "\n"
     "  --jobs=N       how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "                 processor\n"
-    "  --output=FILE  the manifest; without it, brindle-seal.xml in DIR\n",
+    "  --output=FILE  the manifest, - for standard output; without it, brindle-seal.xml in DIR\n",
     {"help", "jobs=", "output="},
     Run,
 };

@@ -2,34 +2,48 @@
 
 #include "host/commandline/EscapedText.h"
 #include "host/files/FilesBelow.h"
+#include "host/files/Input.h"
 #include "host/files/SumInOrder.h"
 
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace brindle::host {
 
 namespace {
 
-/// The native paths of all files below the operands, sorted byte by byte.
-std::vector<std::string> FilesOf(std::vector<std::string> const& inOperands,
-                                 Diagnostics& ioDiagnostics) {
+struct PathToSum {
+    std::string path;
+    bool isNamed; ///< by an operand, so that it is read whatever it is
+
+    bool operator<(PathToSum const& inRHS) const { return path < inRHS.path; }
+};
+
+/// The operands that are no directories, and all files below those that are, sorted byte by byte.
+std::vector<PathToSum> PathsOf(std::vector<std::string> const& inOperands,
+                               Diagnostics& ioDiagnostics) {
+    std::vector<PathToSum> paths;
     FoundFiles found;
     for (std::string const& operand : inOperands) {
         filesupport::Dir const dir = filesupport::DirFromNative(operand);
-        if (dir.Exists()) {
+        if (operand != kStandardStream && dir.Exists()) {
             FindFilesBelow(dir, found, ioDiagnostics);
         } else {
-            found.files.push_back(operand);
+            paths.push_back({operand, true});
         }
     }
     for (std::string const& dir : found.unreadableDirs) {
         ioDiagnostics.Report(dir, kUnreadableDirectory);
     }
-    std::sort(found.files.begin(), found.files.end());
-    return std::move(found.files);
+    paths.reserve(paths.size() + found.files.size());
+    for (std::string& file : found.files) {
+        paths.push_back({std::move(file), false});
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
 }
 
 void PrintLine(FileSum const& inSum, std::string const& inPath) {
@@ -43,16 +57,17 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         throw usage_error("sum needs a PATH");
     }
     std::uint32_t const jobs = Jobs(inArguments);
-    std::vector<std::string> const paths = FilesOf(inArguments.Operands(), ioDiagnostics);
+    std::vector<PathToSum> const paths = PathsOf(inArguments.Operands(), ioDiagnostics);
     auto const sum = [&paths](std::size_t inIndex) {
-        return SumOf(filesupport::FileFromNative(paths[inIndex]));
+        auto const& [path, isNamed] = paths[inIndex];
+        return isNamed ? SumOfAny(path) : SumOf(filesupport::FileFromNative(path));
     };
     auto const print = [&](std::size_t inIndex, SumOutcome const& inOutcome) {
         if (inOutcome.failure.empty()) {
             ioDiagnostics.MakeRoomForOutput();
-            PrintLine(inOutcome.sum, paths[inIndex]);
+            PrintLine(inOutcome.sum, paths[inIndex].path);
         } else {
-            ioDiagnostics.Report(paths[inIndex], inOutcome.failure);
+            ioDiagnostics.Report(paths[inIndex].path, inOutcome.failure);
         }
     };
     SumInOrder(paths.size(), jobs, ioDiagnostics, sum, print);
@@ -69,7 +84,8 @@ Verb const kSumVerb = {
     "two blanks, its size in bytes, two blanks, its path. A path that holds a backslash, a\n"
     "newline or a carriage return has them written as \\\\, \\n and \\r, and its line begins\n"
     "with a backslash. Links to files are followed, links to directories are not entered.\n"
-    "FIFOs, sockets and devices are reported and skipped.\n"
+    "FIFOs, sockets and devices below a directory are reported and skipped; one that is a PATH\n"
+    "itself is read. The PATH - is standard input.\n"
     "\n"
     "  --jobs=N  how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "            processor\n",

@@ -3,8 +3,9 @@
 #include "host/files/FileCoding.h"
 #include "host/files/FileErrors.h"
 
-#include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/RLEByteStream.h>
+
+#include <vector>
 
 namespace brindle::host {
 
@@ -12,16 +13,13 @@ using namespace filesupport;
 
 namespace {
 
-void Unpack(IByteStream& inSource, OByteStream& outSink) {
+void Unpack(Input& ioInput, Output& ioOutput) {
     std::vector<std::uint8_t> block(kCodingBlockSize);
-    IBufferedByteStream buffer(inSource, 2 * kCodingBlockSize, kCodingBlockSize);
-    // The buffer relies on the length, and files that the system generates on reading have none.
-    bool const hasLength = inSource.Length() != 0;
-    IRLEByteStream decoder(hasLength ? static_cast<IByteStream&>(buffer) : inSource);
+    IRLEByteStream decoder(ioInput);
     try {
         for (std::uint32_t count = kCodingBlockSize; count == kCodingBlockSize;) {
             count = decoder.ReadUpTo(block.data(), kCodingBlockSize);
-            outSink.WriteBlock(block.data(), count);
+            ioOutput.WriteBlock(block.data(), count);
         }
     } catch (eof_error const&) {
         throw unreadable_error("is not packed, or damaged: it ends inside a packet");
@@ -39,7 +37,8 @@ Verb const kUnpackVerb = {
     "IN OUT",
     "the bytes of a file that 'pack' coded",
     "Writes to the file OUT what the file IN holds in run-length coding (PackBits). OUT is\n"
-    "replaced when all is written, and stays what it was if anything fails; it may be IN.\n"
+    "replaced when all is written, and stays what it was if anything fails; it may be IN. A new\n"
+    "OUT gets the permissions of IN. - stands for standard input or output.\n"
     "The coding has neither a mark nor a sum: only an IN that ends too soon is found out.\n",
     {"help"},
     Run,

@@ -2,6 +2,7 @@
 
 #include "host/commandline/EscapedText.h"
 #include "host/files/FileErrors.h"
+#include "host/files/Input.h"
 #include "host/files/SumInOrder.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
@@ -158,17 +159,20 @@ void Verify(std::vector<SealedEntry> inSealed, SealedTree const& inTree, std::ui
 
 void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (inArguments.Operands().size() != 1) {
-        throw usage_error("verify needs one MANIFEST");
+        throw usage_error("verify needs one MANIFEST or DIR");
     }
     std::uint32_t const jobs = Jobs(inArguments);
-    std::string const& path = inArguments.Operands()[0];
+    std::string path = inArguments.Operands()[0];
+    if (path != kStandardStream && DirFromNative(path).Exists()) {
+        path = DefaultManifestIn(path);
+    }
     std::string root = inArguments.Text("root", "");
     if (root.empty() && inArguments.Has("root")) {
         throw usage_error("--root needs a DIR");
     }
     Manifest manifest;
     try {
-        manifest = ReadManifest(FileFromNative(path));
+        manifest = ReadManifest(path);
     } catch (unreadable_error const& error) {
         return ioDiagnostics.Report(path, error.what());
     }
@@ -186,10 +190,11 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
 
 Verb const kVerifyVerb = {
     "verify",
-    "MANIFEST [--jobs=N] [--root=DIR]",
+    "MANIFEST|DIR [--jobs=N] [--root=DIR]",
     "tells how files differ from what seal wrote down",
-    "Reads all files below the directory that a manifest of seal tells, and writes a line for\n"
-    "each that differs, sorted by path: \"changed PATH\" if size or CRC-32 differ,\n"
+    "Reads all files below the directory that a manifest of seal, or brindle-seal.xml in DIR, is\n"
+    "about, and writes a line for each that differs, sorted by path: \"changed PATH\" if size or "
+    "CRC-32 differ,\n"
     "\"missing PATH\" or \"new PATH\", with the path below that directory and a backslash, a\n"
     "newline and a carriage return in it as \\\\, \\n and \\r. The last line has the counts.\n"
     "Another time of modification is no difference. What cannot be read, or changes while it\n"

@@ -17,8 +17,8 @@ enum class FileLock {
     kWriter, ///< to be alone with the file in order to write it in place; error 32 if somebody
              ///< reads or writes it
     kTurn    ///< to append to the file, or to replace it, while nobody else does either: waits for
-          ///< those who do, which takes them a moment; error 32 if somebody writes the file in
-          ///< place
+             ///< those who do, which takes them a moment; error 32 if somebody writes the file in
+             ///< place
 };
 
 ErrorCode TakeLock(int inDescriptor, FileLock inLock) noexcept;

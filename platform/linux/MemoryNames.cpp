@@ -16,10 +16,15 @@ namespace {
 static_assert(std::is_trivially_copyable_v<MemoryName> &&
               std::has_unique_object_representations_v<MemoryName>);
 
-constexpr char kPathPrefix[] = "/dev/shm/brindle-memory-";
+/// The directory of the file of names: where files in memory belong or, if this user can make none
+/// there, where temporary files do. All processes of a user on one machine find the same.
+char const* Directory() noexcept {
+    static constexpr char kMemory[] = "/dev/shm";
+    return ::faccessat(AT_FDCWD, kMemory, W_OK | X_OK, AT_EACCESS) == 0 ? kMemory : "/tmp";
+}
 
-/// An open file is this user's only if nobody else put it there: not as a link to something that
-/// the user has elsewhere, and not as a file of his own.
+/// Others can write to the directory, so the file may be one of theirs, or a link that they made to
+/// another file of this user.
 bool IsOwn(struct stat const& inFile) noexcept {
     return S_ISREG(inFile.st_mode) && inFile.st_uid == ::geteuid() && inFile.st_nlink == 1;
 }
@@ -28,7 +33,7 @@ bool IsOwn(struct stat const& inFile) noexcept {
 
 Result<MemoryNames> MemoryNames::Open(Lock inLock) {
     constexpr mode_t kOwnerOnly = 0600;
-    std::string const path = kPathPrefix + std::to_string(::geteuid());
+    std::string const path = Directory() + ("/brindle-memory-" + std::to_string(::geteuid()));
     int const flags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     int const creation = inLock == Lock::kExclusive ? O_CREAT : 0;
     int const operation = inLock == Lock::kExclusive ? LOCK_EX : LOCK_SH;
@@ -54,12 +59,13 @@ Result<MemoryNames> MemoryNames::Open(Lock inLock) {
         if (status.st_nlink != 0) {
             return {{}, kError_AccessDenied};
         }
-        // It was removed while we waited for the lock: whoever comes next makes another.
+        // The file was removed while this thread waited for the lock.
     }
 }
 
 MemoryNames::~MemoryNames() {
-    // A child that another thread forked meanwhile has the descriptor too, and would keep the lock.
+    // To close the descriptor is not enough: a child that another thread has forked meanwhile has
+    // it too.
     if (mFile.IsOpen()) {
         ::flock(mFile.Get(), LOCK_UN);
     }
@@ -89,7 +95,7 @@ Result<std::vector<MemoryName>> MemoryNames::Read() const {
 }
 
 ErrorCode MemoryNames::Write(std::size_t inIndex, MemoryName const& inRecord) const {
-    // The segment's number goes in last: half a record stands for nothing.
+    // The number is written last, so that half a record stands for no segment.
     MemoryName record = inRecord;
     record.segment = MemoryName::kNoSegment;
     std::uint64_t const offset = inIndex * sizeof(MemoryName);

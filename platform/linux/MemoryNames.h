@@ -13,15 +13,16 @@ namespace brindle::platform {
 
 enum class Lock { kShared, kExclusive };
 
-/// What is known of a name: which segment it stands for, and enough to tell whether that still is
-/// the same one.
+/// A record of the file of names: which segment the name stands for, and enough to tell whether a
+/// segment of that number is still the same one.
 struct MemoryName {
     static constexpr std::int32_t kNoSegment = -1;
 
     std::int32_t segment = kNoSegment;
-    /// While there is no segment: the key under which one may have been left half made, or 0.
+    /// If there is no segment: the key under which a creator that was killed may have left one, or
+    /// 0.
     std::int32_t key = 0;
-    std::int64_t changed = 0; ///< when the segment was made, in seconds
+    std::int64_t changed = 0; ///< when the segment was made, in seconds of the system's clock
     std::uint32_t size = 0;
     std::uint32_t nameLength = 0;
     char name[kMostSharedNameLength + 1] = {};
@@ -31,23 +32,25 @@ struct MemoryName {
     }
 };
 
-/// The names of this user's shared memory: a file of records in memory, under a lock for as long as
-/// the object lives. A record outlives its segment until another name takes its place.
+/// The file with the names of this user's shared memory, in a file system in memory if there is
+/// one. It is locked for as long as the object exists. A record stays after its segment has
+/// vanished, until another name takes its place.
 class MemoryNames {
 public:
-    /// Waits for the lock; with an exclusive one the file is made if there is none. Errors: 2 there
-    /// is none; 5 what stands in its place is not a file of this user, or has other names; 112.
-    static Result<MemoryNames> Open(Lock inLock);
+    /// Waits for the lock. With an exclusive lock, the file is made if it does not exist. Errors: 2
+    /// it does not exist; 5 it is not a regular file of this user with this one name; 112.
+    [[nodiscard]] static Result<MemoryNames> Open(Lock inLock);
     MemoryNames() noexcept = default;
     MemoryNames(MemoryNames&&) noexcept = default;
     MemoryNames& operator=(MemoryNames&&) noexcept = default;
     ~MemoryNames();
 
-    /// All records. What a killed writer left unfinished is a record without a segment, or none.
-    Result<std::vector<MemoryName>> Read() const;
+    /// All records. A write that was cut short by a kill is a record without a segment, or none.
+    [[nodiscard]] Result<std::vector<MemoryName>> Read() const;
 
-    /// Writes a record, at most one behind the last. A kill meanwhile leaves it without a segment.
-    ErrorCode Write(std::size_t inIndex, MemoryName const& inRecord) const;
+    /// Writes a record over another or behind the last. If the process is killed meanwhile, it is
+    /// left without a segment.
+    [[nodiscard]] ErrorCode Write(std::size_t inIndex, MemoryName const& inRecord) const;
 
 private:
     explicit MemoryNames(FileDescriptor inFile) noexcept : mFile(std::move(inFile)) {}

@@ -186,7 +186,7 @@ TreeRemoval RemoveTree(UTF16String const& inPath) {
         return {path.Error(), inPath, true};
     }
     auto root = OpenDirectory(path.Directory(), path.Tail());
-    // What is no directory, or may not be read, is removed or refused as it stands there.
+    bool const isForbidden = !root.IsOpen() && errno == EACCES;
     if (root.IsOpen()) {
         TreeRemover remover(std::move(root));
         auto const error = remover.RemoveContent();
@@ -197,7 +197,11 @@ TreeRemoval RemoveTree(UTF16String const& inPath) {
             return {error, inPath + below, remover.IsFailureOfDirectory()};
         }
     }
-    auto const error = RemoveDirectory(inPath);
+    // Also removes a link, and an empty directory that may not be read.
+    auto error = RemoveDirectory(inPath);
+    if (error == kError_DirectoryNotEmpty && isForbidden) {
+        error = kError_AccessDenied;
+    }
     return {error, error == kError_None ? UTF16String() : inPath, error != kError_None};
 }
 

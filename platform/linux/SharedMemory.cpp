@@ -8,11 +8,15 @@
 #include <sys/random.h>
 #include <sys/shm.h>
 
+#include <algorithm>
 #include <cstring>
+#include <optional>
+#include <vector>
 
-// A piece of memory is a segment that was marked for removal as soon as its maker held it: from
-// then on the kernel removes it with its last attachment, however that ends, and until then
-// whoever knows its number can attach. The user's file of names tells the numbers.
+// Shared memory is a System V segment that its creator attaches and then marks for removal. From
+// then on the kernel removes it with its last attachment, however that ends; until then any process
+// that knows its number can attach it. The user's file of names maps names to numbers.
+// docs/concurrency/shared-memory.md discusses the races.
 
 namespace brindle::platform {
 
@@ -33,7 +37,7 @@ Result<Attachment> Attach(int inSegment, int inFlags) noexcept {
     return {Attachment(address), kError_None};
 }
 
-/// Attaches to a segment only to keep it, in as little address space as can be.
+/// Attaches a segment only to keep it alive, in as little address space as possible.
 Result<Attachment> Hold(int inSegment, std::size_t inByteCount) noexcept {
     auto hold = Attach(inSegment, SHM_RDONLY);
     auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
@@ -43,8 +47,8 @@ Result<Attachment> Hold(int inSegment, std::size_t inByteCount) noexcept {
     return hold;
 }
 
-/// Whether the segment of a record exists. Numbers are given again in the end, so it has to be the
-/// one that was recorded.
+/// Whether the segment of a record exists. The kernel reuses numbers, so the segment must also have
+/// the recorded time and size.
 bool Exists(MemoryName const& inRecord) noexcept {
     shmid_ds status{};
     return inRecord.segment != MemoryName::kNoSegment &&
@@ -53,7 +57,7 @@ bool Exists(MemoryName const& inRecord) noexcept {
            status.shm_ctime == inRecord.changed && status.shm_segsz == inRecord.size;
 }
 
-/// Removes what a maker who was killed may have left, and says so in the record.
+/// Removes what a creator that was killed may have left, and clears the record.
 ErrorCode RemoveUnfinished(MemoryNames const& inNames, std::size_t inIndex, MemoryName& ioRecord) {
     int const segment = ::shmget(ioRecord.key, 0, 0);
     shmid_ds status{};
@@ -65,15 +69,33 @@ ErrorCode RemoveUnfinished(MemoryNames const& inNames, std::size_t inIndex, Memo
     return inNames.Write(inIndex, ioRecord);
 }
 
-/// Finds the record that new memory of this name takes: its own, one that stands for nothing, or
-/// the one behind the last. Error 183: memory of this name exists.
+/// Finds a record whose memory no longer exists. To ask for each record would cost a call for each
+/// name that is in use, so this looks at a few, beginning anywhere: if many records are free it
+/// finds one, and otherwise the file may grow.
+std::size_t FindFree(std::vector<MemoryName> const& inRecords) {
+    constexpr std::size_t kMostLooks = 8;
+    std::size_t const count = inRecords.size();
+    std::uint32_t start = 0;
+    if (::getrandom(&start, sizeof(start), 0) != sizeof(start)) {
+        start = 0; // any place will do
+    }
+    for (std::size_t i = 0; i < std::min(count, kMostLooks); ++i) {
+        std::size_t const index = (start + i) % count;
+        if (!Exists(inRecords[index])) {
+            return index;
+        }
+    }
+    return count;
+}
+
+/// Finds the record for new memory of this name: the one that had the name before, a free one, or
+/// the place behind the last. Error 183: memory of this name exists.
 Result<std::size_t> FindPlace(MemoryNames const& inNames, std::string const& inName) {
     auto records = inNames.Read();
     if (!records) {
         return {{}, records.error};
     }
-    std::size_t own = records.value.size();
-    std::size_t free = own;
+    std::optional<std::size_t> own;
     for (std::size_t i = 0; i < records.value.size(); ++i) {
         MemoryName& record = records.value[i];
         if (record.segment == MemoryName::kNoSegment && record.key != 0) {
@@ -87,14 +109,12 @@ Result<std::size_t> FindPlace(MemoryNames const& inNames, std::string const& inN
                 return {{}, kError_AlreadyExists};
             }
             own = i;
-        } else if (free == records.value.size() && !Exists(record)) {
-            free = i;
         }
     }
-    return {own != records.value.size() ? own : free, kError_None};
+    return {own.has_value() ? *own : FindFree(records.value), kError_None};
 }
 
-/// Makes a segment under a key that its record tells before it exists.
+/// Makes a segment under a random key, which is written to its record first.
 Result<int> MakeSegment(MemoryNames const& inNames, std::size_t inIndex, MemoryName& ioRecord) {
     for (;;) {
         if (::getrandom(&ioRecord.key, sizeof(ioRecord.key), 0) != sizeof(ioRecord.key)) {
@@ -111,14 +131,14 @@ Result<int> MakeSegment(MemoryNames const& inNames, std::size_t inIndex, MemoryN
         if (segment >= 0) {
             return {segment, kError_None};
         }
-        // The key may be that of another program's segment.
+        // The key may belong to another program's segment.
         if (errno != EEXIST) {
             return {{}, ErrorFromErrno(errno)};
         }
     }
 }
 
-/// Makes a segment that goes with its last holder, and tells the record of it.
+/// Makes a segment that vanishes with its last holder, and writes its number to the record.
 Result<std::shared_ptr<SharedMemory>> Make(MemoryNames const& inNames, std::size_t inIndex,
                                            MemoryName& ioRecord) {
     auto const segment = MakeSegment(inNames, inIndex, ioRecord);
@@ -126,7 +146,7 @@ Result<std::shared_ptr<SharedMemory>> Make(MemoryNames const& inNames, std::size
         return {{}, segment.error};
     }
     auto hold = Hold(segment.value, ioRecord.size);
-    // Without a holder this removes it at once, as it should.
+    // If it could not be attached, this removes it at once.
     shmid_ds status{};
     if (::shmctl(segment.value, IPC_RMID, nullptr) != 0 ||
         ::shmctl(segment.value, IPC_STAT, &status) != 0 || !hold) {
@@ -193,7 +213,7 @@ Result<std::shared_ptr<SharedMemory>> OpenSharedMemory(std::string const& inName
     for (MemoryName const& record : records.value) {
         if (record.Is(inName) && Exists(record)) {
             auto hold = Hold(record.segment, record.size);
-            // It may have gone since we looked; what we hold stays what it is.
+            // The segment may have vanished since the first look. What is attached now cannot.
             if (!Exists(record)) {
                 break;
             }

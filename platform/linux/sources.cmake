@@ -10,7 +10,7 @@ list(APPEND brindle_platform_sources
   platform/linux/Files.cpp
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
-  platform/linux/FileContent.cpp
+  platform/linux/AppendContent.cpp
   platform/linux/FileReplacement.cpp
   platform/linux/TemporaryFile.cpp
   platform/linux/Directories.cpp

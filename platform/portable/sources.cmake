@@ -3,5 +3,6 @@ list(APPEND brindle_platform_sources
   platform/portable/ByteEscapes.cpp
   platform/portable/TextEncoding.cpp
   platform/portable/Paths.cpp
+  platform/portable/FileContent.cpp
   platform/portable/CompletionPort.cpp
   platform/portable/MessageLoop.cpp)

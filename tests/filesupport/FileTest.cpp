@@ -9,6 +9,9 @@ namespace brindle::filesupport {
 
 namespace {
 
+using config::FileOperation;
+using utility::SystemError;
+
 class FileTest : public tests::InTemporaryDirectory {
 protected:
     File FileAt(std::string const& inName) const { return File(At(inName)); }
@@ -19,7 +22,8 @@ protected:
 
 /// Expects an exception of exactly that class, with that key.
 template <typename Exception, typename Operation>
-void ExpectThrown(Operation inOperation, std::string const& inKey) {
+void ExpectThrown(Operation inOperation, std::string const& inKey, FileOperation inWhat,
+                  SystemError inCause) {
     try {
         inOperation();
         ADD_FAILURE() << "nothing thrown instead of " << inKey;
@@ -28,6 +32,10 @@ void ExpectThrown(Operation inOperation, std::string const& inKey) {
         std::string const what = exception.what();
         EXPECT_EQ(what.substr(0, what.find('=')), "$$$/brindle/filesupport/" + inKey);
         EXPECT_NE(what.find("'@0'"), std::string::npos);
+        auto const& failure = dynamic_cast<config::FileFailure const&>(exception);
+        EXPECT_FALSE(failure.Path().empty());
+        EXPECT_EQ(failure.Operation(), inWhat);
+        EXPECT_EQ(failure.Cause(), inCause);
     }
 }
 
@@ -58,21 +66,34 @@ TEST_F(FileTest, FailuresArriveAsTheClassOfTheirCause) {
     Dir const missingDir = DirAt("missing"), astrayDir = DirAt("missing/x");
     UTF16String const other = u"other"_utf16;
 
-    ExpectThrown<create_invalidpath_exception>([&] { astray.Create(); }, "Create/invalidpath");
+    ExpectThrown<create_invalidpath_exception>([&] { astray.Create(); }, "Create/invalidpath",
+                                               FileOperation::kCreate, SystemError::kPathNotFound);
     ExpectThrown<create_accessdenied_exception>([&] { FileAt("full").Create(); },
-                                                "Create/accessdenied");
-    ExpectThrown<file_delete_exception>([&] { missing.Delete(); }, "Delete");
-    ExpectThrown<file_not_found_exception>([&] { missing.Modified(); }, "FileNotFound");
-    ExpectThrown<file_exception>([&] { astray.Created(); }, "error");
-    ExpectThrown<rename_file>([&] { File(missing).Rename(other); }, "Rename");
-    ExpectThrown<rename_file>([&] { FileAt("taken").Rename(other); }, "Rename");
-    ExpectThrown<dir_not_found_exception>([&] { missingDir.Created(); }, "DirNotFound");
-    ExpectThrown<dir_exception>([&] { astrayDir.Modified(); }, "Dir/error");
-    ExpectThrown<dir_exception>([&] { astrayDir.Create(); }, "Dir/error");
-    ExpectThrown<dir_exception>([&] { missingDir.Delete(); }, "Dir/error");
-    ExpectThrown<rename_dir>([&] { Dir(missingDir).Rename(u"x"_utf16); }, "DirRename");
+                                                "Create/accessdenied", FileOperation::kCreate,
+                                                SystemError::kAccessDenied);
+    ExpectThrown<file_delete_exception>([&] { missing.Delete(); }, "Delete", FileOperation::kDelete,
+                                        SystemError::kFileNotFound);
+    ExpectThrown<file_not_found_exception>([&] { missing.Modified(); }, "FileNotFound",
+                                           FileOperation::kInspect, SystemError::kFileNotFound);
+    ExpectThrown<file_exception>([&] { astray.Created(); }, "error", FileOperation::kInspect,
+                                 SystemError::kPathNotFound);
+    ExpectThrown<rename_file>([&] { File(missing).Rename(other); }, "Rename",
+                              FileOperation::kRename, SystemError::kFileNotFound);
+    ExpectThrown<rename_file>([&] { FileAt("taken").Rename(other); }, "Rename",
+                              FileOperation::kRename, SystemError::kAlreadyExists);
+    ExpectThrown<dir_not_found_exception>([&] { missingDir.Created(); }, "DirNotFound",
+                                          FileOperation::kInspect, SystemError::kFileNotFound);
+    ExpectThrown<dir_exception>([&] { astrayDir.Modified(); }, "Dir/error", FileOperation::kInspect,
+                                SystemError::kPathNotFound);
+    ExpectThrown<dir_exception>([&] { astrayDir.Create(); }, "Dir/error", FileOperation::kCreate,
+                                SystemError::kPathNotFound);
+    ExpectThrown<dir_exception>([&] { missingDir.Delete(); }, "Dir/error", FileOperation::kDelete,
+                                SystemError::kFileNotFound);
+    ExpectThrown<rename_dir>([&] { Dir(missingDir).Rename(u"x"_utf16); }, "DirRename",
+                             FileOperation::kRename, SystemError::kFileNotFound);
     ExpectThrown<rename_dir_already_exists>([&] { DirAt("full").Rename(other); },
-                                            "DirRename/exists");
+                                            "DirRename/exists", FileOperation::kRename,
+                                            SystemError::kAlreadyExists);
     try {
         DirAt("full").Rename(other);
     } catch (rename_dir const& exception) {

@@ -162,22 +162,35 @@ TEST_F(Iteration, DeletingATreeRemovesLinksAndSparesTheirTargets) {
 
 TEST_F(Iteration, DeletingStaysInTheTreeWhateverIsExchangedInIt) {
     // Before each system call somebody exchanges a directory of the tree for a link that leads out
-    // of it.
+    // of it, or moves one out of it.
     tests::TemporaryDirectory const outside;
-    fs::create_directories(outside.Native("b/c"));
-    std::ofstream(outside.Native("b/c/precious")) << "x";
-    std::ofstream(outside.Native("precious")) << "x";
-    auto const exchange = [&](std::string const& inName) {
-        fs::create_directory_symlink(outside.Native(), Native("link"));
-        renameat2(AT_FDCWD, Native("link").c_str(), AT_FDCWD, Native(inName).c_str(),
-                  RENAME_EXCHANGE);
+    for (std::string const name : {"b/c/precious", "c/precious", "precious"}) {
+        fs::create_directories(fs::path(outside.Native(name)).parent_path());
+        std::ofstream(outside.Native(name)) << "x";
+    }
+    auto const disturb = [&](std::string const& inName, bool inMoves) {
+        if (inMoves) {
+            renameat2(AT_FDCWD, Native(inName).c_str(), AT_FDCWD, outside.Native("moved").c_str(),
+                      0);
+        } else {
+            fs::create_directory_symlink(outside.Native(), Native("link"));
+            renameat2(AT_FDCWD, Native("link").c_str(), AT_FDCWD, Native(inName).c_str(),
+                      RENAME_EXCHANGE);
+        }
     };
-    for (std::string const name : {"tree/a", "tree/a/b", "tree"}) {
+    std::pair<std::string, bool> const disturbances[] = {{"tree", false},
+                                                         {"tree/a", false},
+                                                         {"tree/a/b", false},
+                                                         {"tree/a/b", true},
+                                                         {"tree/a/c", true}};
+    for (auto const& [name, moves] : disturbances) {
         for (tests::SystemCallFault fault{tests::SystemCallFault::kActBefore};; ++fault.call) {
-            SCOPED_TRACE(name + " before call " + std::to_string(fault.call));
+            SCOPED_TRACE(name + (moves ? " moved" : "") + " before call " +
+                         std::to_string(fault.call));
             MakeFile("tree/a/b/c/precious");
+            MakeFile("tree/a/c/precious");
             MakeFile("tree/a/precious");
-            fault.act = [&] { exchange(name); };
+            fault.act = [&, path = name, isMove = moves] { disturb(path, isMove); };
             auto const run = tests::RunWithFault(
                 [&] {
                     try {
@@ -189,6 +202,7 @@ TEST_F(Iteration, DeletingStaysInTheTreeWhateverIsExchangedInIt) {
                 },
                 fault);
             ASSERT_TRUE(fs::exists(outside.Native("b/c/precious")));
+            ASSERT_TRUE(fs::exists(outside.Native("c/precious")));
             ASSERT_TRUE(fs::exists(outside.Native("precious")));
             if (!run.hasHappened) {
                 EXPECT_EQ(run.status, 0);
@@ -197,6 +211,7 @@ TEST_F(Iteration, DeletingStaysInTheTreeWhateverIsExchangedInIt) {
             }
             fs::remove_all(Native("tree"));
             fs::remove_all(Native("link"));
+            fs::remove_all(outside.Native("moved"));
         }
     }
 }
@@ -216,6 +231,13 @@ TEST_F(Iteration, AWalkStaysInTheTreeWhateverIsExchangedInIt) {
         fs::remove(Native(name));
         fs::remove_all(Native("moved"));
     }
+    MakeFile("c/z");
+    MakeFile("d/y");
+    MakeFile("x");
+    RecursiveFileIterator walk(mDir, false); // has listed "c" and "d"
+    fs::rename(Native("d"), mOutside.Native("d"));
+    fs::create_directory_symlink("c", Native("d"));
+    EXPECT_EQ(Listed(walk, RecursiveFileIterator()), (Names{"x", "c/z"})) << "no file twice";
 }
 
 TEST_F(Iteration, WhatCannotBeDeletedIsNamed) {

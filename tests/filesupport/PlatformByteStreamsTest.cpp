@@ -1,7 +1,9 @@
 #include "tests/support/TemporaryDirectory.h"
 
 #include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 
 #include <gtest/gtest.h>
 
@@ -58,6 +60,51 @@ TEST(PlatformByteStreams, ANewFileTakesNobodysPlace) {
     OPlatformByteStream(File(temporary.Path(u"private"_utf16)), kMakeNewPrivateFile);
     EXPECT_EQ(std::filesystem::status(temporary.Native("private")).permissions(),
               std::filesystem::perms(0600));
+}
+
+/// What the exception of a stream says of its cause.
+template <typename Operation>
+std::pair<config::FileOperation, utility::SystemError> FailureOf(File const& inFile,
+                                                                 Operation inOperation) {
+    try {
+        inOperation();
+    } catch (config::FileFailure const& failure) {
+        EXPECT_EQ(failure.Path(), inFile.FullPath());
+        return {failure.Operation(), failure.Cause()};
+    }
+    ADD_FAILURE() << "nothing thrown";
+    return {};
+}
+
+TEST(PlatformByteStreams, FailuresKnowTheirCause) {
+    using config::FileOperation;
+    using utility::SystemError;
+    tests::TemporaryDirectory const temporary;
+    File const file(temporary.Path(u"file"_utf16)), dir(temporary.Path());
+    std::ofstream(temporary.Native("file")) << "0";
+    EXPECT_EQ(FailureOf(dir, [&] { IPlatformByteStream{dir}; }),
+              std::pair(FileOperation::kOpen, SystemError::kAccessDenied));
+    OPlatformByteStream out(file);
+    EXPECT_EQ(FailureOf(file, [&] { IPlatformByteStream{file}; }),
+              std::pair(FileOperation::kOpen, SystemError::kSharingViolation));
+    EXPECT_EQ(FailureOf(file, [&] { out.CurPos(~std::uint64_t{0}); }),
+              std::pair(FileOperation::kSeek, SystemError::kInvalidParameter));
+    out.CurPos(~std::uint64_t{0} / 2);
+    EXPECT_EQ(FailureOf(file, [&] { out.Put('x'); }),
+              std::pair(FileOperation::kWrite, SystemError::kFileTooLarge));
+
+    IPlatformByteStream in(file, kShareWithEverybody);
+    EXPECT_EQ(in.Get(), '0') << "what only looks is not refused";
+    EXPECT_EQ(FailureOf(file, [&] { in.Get(); }),
+              std::pair(FileOperation::kRead, SystemError::kEndOfFile));
+    File const missing(temporary.Path(u"no\\file"_utf16));
+    auto cause = SystemError::kNone;
+    EXPECT_EQ(KindOf(missing, cause), FileKind::kMissing);
+    EXPECT_EQ(cause, SystemError::kPathNotFound);
+    EXPECT_EQ(FailureOf(missing, [&] { OSafeSaveStream{missing}; }),
+              std::pair(FileOperation::kCreate, SystemError::kPathNotFound));
+    EXPECT_EQ(FailureOf(file, [&] { OSafeSaveStream{file}; }),
+              std::pair(FileOperation::kReplace, SystemError::kSharingViolation));
 }
 
 } // namespace

@@ -12,7 +12,6 @@
 #include <optional>
 #include <sched.h>
 #include <sys/wait.h>
-#include <thread>
 #include <vector>
 
 namespace brindle::filesupport {
@@ -262,27 +261,6 @@ TEST_F(SafeSaveTest, APlantedLinkIsNotFollowed) {
         }
         EXPECT_EQ(ContentOf("file"), owner == 0 ? "new" : "");
     }
-}
-
-TEST_F(SafeSaveTest, SaversDoNotDisturbEachOther) {
-    Fill("file", "old");
-    auto const saveOften = [this] {
-        for (int round = 0; round < 40; ++round) {
-            File target(At("file"));
-            SafeSave save(target);
-            std::ofstream(NativePath(save.GetTempFile())) << "new";
-            EXPECT_NO_THROW(save.Commit());
-        }
-    };
-    std::vector<std::thread> savers;
-    for (int count = 0; count < 4; ++count) {
-        savers.emplace_back(saveOften);
-    }
-    for (auto& saver : savers) {
-        EXPECT_NE(ContentOf("file"), "");
-        saver.join();
-    }
-    EXPECT_EQ(EntryCount(), 1);
 }
 
 } // namespace

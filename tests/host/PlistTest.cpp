@@ -65,7 +65,7 @@ TEST_F(Plist, ReportsWhatIsWrongAndLeavesTheFileAlone) {
         {"page", "page: is no property list"},
         {"missing", "missing: no such file or directory"},
         {".", ".: is a directory"},
-        {"/dev/null", "/dev/null: is no regular file"},
+        {"/dev/null", "/dev/null: cannot be read as a property list"},
     };
     for (auto const& [words, reason] : rows) {
         ExpectFailure(std::string("plist ") + words, reason);

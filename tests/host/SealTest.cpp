@@ -176,6 +176,18 @@ TEST_F(Seal, AnUnchangedTreeVerifiesWhateverItHolds) {
                               "7 files: 4 changed, 1 missing, 1 new, 0 unreadable\n");
 }
 
+TEST_F(Seal, AManifestMayPassThroughStandardStreams) {
+    MakeFile("tree/file", "1");
+    MakeFile("tree/-", "2");
+    Expect("seal tree");
+    Expect("verify tree", Clean(2));
+    fs::remove(Native("tree/brindle-seal.xml"));
+    Outcome const sealed = Run("seal tree --output=-");
+    EXPECT_EQ(sealed.status, 0);
+    Fill("m.xml", sealed.output);
+    Expect("verify - <m.xml", Clean(2));
+}
+
 TEST_F(Seal, LeavesOutFilesThatChangeWhileTheyAreRead) {
     MakeFile("tree/still", "");
     MakeFile("tree/busy", "");
@@ -263,9 +275,9 @@ TEST_F(Seal, AFailureLeavesTheOldManifest) {
         {"seal tree --output=tree", "tree: is no regular file, so it is not replaced"},
         {"seal tree --output=/dev/null", "/dev/null: is no regular file, so it is not replaced"},
         {"seal tree --output=no/m.xml", "no/m.xml: there is no such directory to write to"},
-        {"seal tree --output=/proc/m.xml", "/proc/m.xml: cannot be written"},
+        {"seal tree --output=/proc/m.xml", "/proc/m.xml: its directory takes no new file"},
         {"verify nowhere", "nowhere: no such file or directory"},
-        {"verify tree", "tree: is a directory"},
+        {"verify tree", "tree/brindle-seal.xml: no such file or directory"},
         {"verify m.xml --root=nowhere", "nowhere: no such directory"}};
     for (auto const& [words, diagnostic] : rows) {
         ExpectFailure(words, diagnostic);

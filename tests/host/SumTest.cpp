@@ -83,11 +83,40 @@ TEST_F(Sum, TakesFilesAndDirectoriesAndSortsThemTogether) {
     Expect("sum ./b/", LineFor("1", "./b/file"));
     EXPECT_EQ(Run("sum /proc/self/status").output.find("  0  "), std::string::npos)
         << "files without a size have content too";
-    if (::geteuid() != 0) {
-        fs::permissions(Native("b"), fs::perms::none);
-        EXPECT_EQ(Run("sum b").errors, "brindle: b: the directory cannot be read\n");
-        fs::permissions(Native("b"), fs::perms::all);
-    }
+}
+
+TEST_F(Sum, NamesTheReasonThatTheSystemGives) {
+    MakeFile("closed/file", "1");
+    MakeFile("listed/file", "1");
+    MakeFile("secret", "1");
+    fs::create_symlink("loop", Native("loop"));
+    fs::permissions(Native("closed"), fs::perms::none);
+    fs::permissions(Native("listed"), fs::perms::owner_read);
+    fs::permissions(Native("secret"), fs::perms::none);
+    Outcome const outcome = RunUnprivileged(
+        "sum closed closed/file listed loop secret secret/below " + std::string(300, 'x'));
+    fs::permissions(Native("closed"), fs::perms::all);
+    fs::permissions(Native("listed"), fs::perms::all);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, "brindle: closed: the directory cannot be read\n"
+                              "brindle: closed/file: permission denied\n"
+                              "brindle: listed/file: permission denied\n"
+                              "brindle: loop: too many levels of symbolic links\n"
+                              "brindle: secret: permission denied\n"
+                              "brindle: secret/below: not a directory\n"
+                              "brindle: " +
+                                  std::string(300, 'x') + ": file name too long\n");
+}
+
+TEST_F(Sum, ReadsAnyKindOfFileThatIsNamed) {
+    Fill("file", "123456789");
+    ASSERT_EQ(mkfifo(Native("fifo").c_str(), 0600), 0);
+    std::string const sum = "cbf43926  9  ";
+    EXPECT_EQ(Run("sum fifo", "cat '" + Native("file") + "' >'" + Native("fifo") + "' & ").output,
+              sum + "fifo\n");
+    EXPECT_EQ(Run("sum - <file").output, sum + "-\n");
+    EXPECT_EQ(Run("sum /dev/null").output, "00000000  0  /dev/null\n");
 }
 
 TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {

@@ -203,6 +203,7 @@ std::type_info const* const S_types[] = {
     &typeid(arrange::impl::IArrangement),
     &typeid(config::DeferredErrorReporter),
     &typeid(config::ErrorManager),
+    &typeid(config::FileFailure),
     &typeid(config::Localizer),
     &typeid(config::ReplacementValue),
     &typeid(filesupport::ByteStream_base),

@@ -2,9 +2,11 @@
 #include "platform/FileReplacement.h"
 #include "platform/Files.h"
 
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/InTemporaryDirectory.h"
 #include "tests/support/InThreads.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <functional>
 #include <sys/file.h>
@@ -67,24 +69,27 @@ TEST_F(FileSharing, WhoMayOnlyReadKeepsNobodyOut) {
 }
 
 TEST_F(FileSharing, EveryAppendedLineArrivesWhole) {
-    constexpr int kLines = 300;
-    constexpr unsigned kThreads = 4;
+    constexpr int kLines = 200;
+    constexpr unsigned kWriters = 4;
     std::string const line = std::string(99, 'l') + '\n';
-    tests::InThreads(kThreads + 1, [&](unsigned inThread) {
+    std::string const tooMuch(kLines * kWriters * line.size() + 1, 't');
+    tests::FileSizeLimit const limit(tooMuch.size() - 1);
+    Fill("file", "");
+    tests::InThreads(kWriters + 2, [&](unsigned inThread) {
         for (int i = 0; i < kLines; ++i) {
-            if (inThread == kThreads) { // others may read meanwhile, and are never refused
-                auto const reader = OpenForReading(mPath);
-                EXPECT_TRUE(reader || reader.error == kError_FileNotFound);
-            } else {
+            if (inThread < kWriters) {
                 EXPECT_EQ(AppendContent(mPath, line.data(), line.size()), kError_None);
+            } else if (inThread == kWriters) { // fills the file, fails, and takes it all back
+                EXPECT_EQ(AppendContent(mPath, tooMuch.data(), tooMuch.size()),
+                          kError_FileTooLarge);
+            } else {
+                EXPECT_EQ(OpenForReading(mPath).error, kError_None);
             }
         }
     });
-    std::string expected;
-    for (unsigned i = 0; i < kThreads * kLines; ++i) {
-        expected += line;
-    }
-    EXPECT_EQ(ContentOf("file"), expected);
+    auto const content = ContentOf("file");
+    EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), kWriters * kLines);
+    EXPECT_EQ(std::count(content.begin(), content.end(), 't'), 0);
 }
 
 TEST_F(FileSharing, ANewVersionIsSeenOnlyAsAWhole) {

@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 #include "platform/Directories.h"
 #include "platform/FileContent.h"
+#include "platform/TemporaryFile.h"
 
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/InTemporaryDirectory.h"
@@ -112,6 +113,16 @@ TEST_F(Files, TimesAndIdentityAreTheSystems) {
     auto const a = Inspect(At("a")).value;
     EXPECT_TRUE(a.identity == Inspect(At("b")).value.identity);
     EXPECT_FALSE(a.identity == Inspect(mTemporary.Path()).value.identity);
+}
+
+TEST_F(Files, ATemporaryFileTakesNobodysName) {
+    Fill("taken", "x");
+    fs::create_symlink("nowhere", Native("link"));
+    for (auto const* const name : {"taken", "link"}) {
+        EXPECT_EQ(TemporaryFile::Create(At(name), Readers::kOwner).error, kError_AlreadyExists);
+    }
+    EXPECT_EQ(ContentOf("taken"), "x");
+    EXPECT_EQ(EntryCount(), 2);
 }
 
 TEST_F(Files, MovingNeverReplaces) {

@@ -249,6 +249,8 @@ TEST_F(ReadDocuments, AndNeverReplaceAFileThatCouldNotBeRead) {
         utils::LoadPropList(At("x"), list, true);
     }
     EXPECT_FALSE(saves(list)) << "it was being written when it was to be read";
+    std::filesystem::create_symlink("x", Native("link"));
+    EXPECT_THROW(utils::SavePropList(At("link"), list), filesupport::file_exception);
     mErrors.onError = [] { throw 7; };
     EXPECT_THROW(utils::LoadPropList(At("x"), list, true), int);
     EXPECT_FALSE(saves(list)) << "it is of a later version";

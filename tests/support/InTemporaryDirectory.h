@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Errors.h"
 #include "platform/TextEncoding.h"
 
 #include "tests/support/TemporaryDirectory.h"
@@ -8,6 +9,15 @@
 
 #include <fstream>
 #include <unistd.h>
+
+namespace brindle::utility {
+
+/// Prints the number of an error in a failed expectation.
+inline void PrintTo(SystemError inError, std::ostream* outStream) {
+    *outStream << "error " << static_cast<std::uint32_t>(inError);
+}
+
+} // namespace brindle::utility
 
 namespace brindle::tests {
 

@@ -184,10 +184,8 @@ TEST(EventLoop, TheTimerReleasesNoItemOfAThreadThatHasEnded) {
 TEST(EventLoopExecutor, ANestedLoopLearnsOfTheShutdownAndNeverSpins) {
     auto const executor = CreateAsyncEventLoopExecutor("loop");
     std::atomic<int> ended{0};
-    Gate nested(false);
     auto const runNestedLoop = [&] {
         pollfd watched{EventLoopDescriptor(), POLLIN, 0};
-        nested.Open();
         do {
             EXPECT_EQ(poll(&watched, 1, -1), 1);
         } while (DispatchMessages());
@@ -196,7 +194,13 @@ TEST(EventLoopExecutor, ANestedLoopLearnsOfTheShutdownAndNeverSpins) {
     };
     executor->Post(runNestedLoop, 0); // runs the next one nested in it
     executor->Post(runNestedLoop, 0);
-    executor->Post([&] { nested.Wait(), executor->Shutdown(); }, 0);
+    Adaptor other;
+    auto const shutDown = [&] {
+        other = AdaptCurrentEventLoopAsExecutor();
+        executor->Shutdown();
+        EXPECT_TRUE(other->Post([] { ADD_FAILURE(); }, 0)); // waits behind the quit message
+    };
+    executor->Post(shutDown, 0);
     executor->Join();
     EXPECT_EQ(ended, 2);
     // A loop that is nested in the final drain learns of it, too.

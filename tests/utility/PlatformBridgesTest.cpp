@@ -18,13 +18,14 @@ namespace fs = std::filesystem;
 
 TEST(PlatformBridges, RectanglesAreCornersThereAndExtentsHere) {
     auto const corners = BRNtoWIN(geom::RectT<std::int32_t>{10, 20, 20, 30});
-    EXPECT_TRUE(corners.right == 30 && corners.bottom == 50);
+    EXPECT_EQ(corners.right, 30);
+    EXPECT_EQ(corners.bottom, 50);
     constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
     geom::RectT<std::int32_t> const beyond{kMost, -kMost, kMost, -kMost};
-    EXPECT_EQ(beyond, WINtoBRN(BRNtoWIN(beyond)));
+    EXPECT_EQ(WINtoBRN(BRNtoWIN(beyond)), beyond);
 }
 
-/// A desktop of its own below a temporary directory, by the variables that tell where it is.
+/// A desktop below a temporary directory, to which the environment variables lead.
 class FindApp : public testing::Test {
 protected:
     FindApp() {
@@ -57,7 +58,7 @@ protected:
               "[Desktop Entry]\nType=Application\nExec=" + inCommand + "\n");
     }
 
-    /// The name of the program, "before" if the argument stays as it was.
+    /// The name of the program; "before" if the argument is left alone.
     static std::string Find(std::string const& inExtension) {
         filesupport::File app(u"C:\\before"_utf16);
         FindAppFromExtension(UTF16String(inExtension.begin(), inExtension.end()), app);
@@ -83,10 +84,10 @@ TEST_F(FindApp, TakesTheMostPreferredOfTheInstalled) {
     };
     for (auto const& step : steps) {
         Write(step.file, step.content);
-        EXPECT_EQ(step.program, Find(".x")) << step.file;
+        EXPECT_EQ(Find(".x"), step.program) << step.file;
     }
     fs::permissions(At("/bin/c"), fs::perms::owner_read);
-    EXPECT_EQ("a", Find(".x")) << "what may not be executed is not installed";
+    EXPECT_EQ(Find(".x"), "a") << "what may not be executed is not installed";
 }
 
 TEST_F(FindApp, WeightThenLengthThenCaseOfThePatternDecide) {
@@ -96,10 +97,10 @@ TEST_F(FindApp, WeightThenLengthThenCaseOfThePatternDecide) {
         {".x", "a"},    {".X", "b"},   {".x.gz", "d"},   {".X.GZ", "d"},
         {".y.gz", "c"}, {".v.w", "b"}, {".q", "before"}, {"x", "before"}};
     for (auto const& [extension, program] : rows) {
-        EXPECT_EQ(program, Find(extension)) << extension;
+        EXPECT_EQ(Find(extension), program) << extension;
     }
     Write("/own/mime/globs2", "0:text/x-gz:__NOGLOBS__\n");
-    EXPECT_EQ("c", Find(".x.gz"));
+    EXPECT_EQ(Find(".x.gz"), "c");
 }
 
 TEST_F(FindApp, TheCommandsFirstWordIsTheProgram) {
@@ -115,7 +116,7 @@ TEST_F(FindApp, TheCommandsFirstWordIsTheProgram) {
                                                         {"a\nType=Link", "before"}};
     for (auto const& [command, program] : rows) {
         Entry("ven/dor-one", command);
-        EXPECT_EQ(program, Find(".x")) << command;
+        EXPECT_EQ(Find(".x"), program) << command;
     }
 }
 

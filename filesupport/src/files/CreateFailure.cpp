@@ -6,17 +6,20 @@
 
 namespace brindle::filesupport {
 
+using config::Because;
+using config::FileOperation;
+
 void ThrowCreateFailure(File const& inFile, platform::ErrorCode inError) {
     switch (static_cast<std::uint32_t>(inError)) {
     case 2:
     case 6:
     case 18:
     case 107:
-        throw create_fnf_exception(inFile);
+        throw Because(create_fnf_exception(inFile), FileOperation::kCreate, inError);
     case 3:
-        throw create_invalidpath_exception(inFile);
+        throw Because(create_invalidpath_exception(inFile), FileOperation::kCreate, inError);
     case 19:
-        throw create_locked_exception(inFile);
+        throw Because(create_locked_exception(inFile), FileOperation::kCreate, inError);
     case 5:
     case 12:
     case 29:
@@ -31,9 +34,9 @@ void ThrowCreateFailure(File const& inFile, platform::ErrorCode inError) {
     case 170:
     case 183:
     case 999:
-        throw create_accessdenied_exception(inFile);
+        throw Because(create_accessdenied_exception(inFile), FileOperation::kCreate, inError);
     default:
-        throw create_exception(inFile);
+        throw Because(create_exception(inFile), FileOperation::kCreate, inError);
     }
 }
 

@@ -14,15 +14,18 @@
 
 namespace brindle::filesupport {
 
+using config::Because;
+using config::FileOperation;
+
 namespace {
 
 platform::FileInfo InspectOrThrow(Dir const& inDir) {
     auto const info = platform::Inspect(inDir.Helper().Path());
     if (info.error == platform::kError_FileNotFound) {
-        throw dir_not_found_exception(inDir);
+        throw Because(dir_not_found_exception(inDir), FileOperation::kInspect, info.error);
     }
     if (!info) {
-        throw dir_exception(inDir);
+        throw Because(dir_exception(inDir), FileOperation::kInspect, info.error);
     }
     return info.value;
 }
@@ -84,7 +87,7 @@ std::uint64_t Dir::Created() const {
 void Dir::Create() const {
     auto const error = platform::CreateDirectory(mHelper.Path());
     if (error != platform::kError_None && error != platform::kError_AlreadyExists) {
-        throw dir_exception(*this);
+        throw Because(dir_exception(*this), FileOperation::kCreate, error);
     }
 }
 
@@ -94,19 +97,19 @@ void Dir::Delete() const {
         return;
     }
     if (removal.isDirectory) {
-        throw dir_exception(Dir(removal.path));
+        throw Because(dir_exception(Dir(removal.path)), FileOperation::kDelete, removal.error);
     }
-    throw file_delete_exception(File(removal.path));
+    throw Because(file_delete_exception(File(removal.path)), FileOperation::kDelete, removal.error);
 }
 
 void Dir::Rename(UTF16String const& inNewName) {
     DirHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
     auto const error = platform::Move(mHelper.Path(), renamed.Path());
     if (error == platform::kError_AlreadyExists) {
-        throw rename_dir_already_exists(*this, inNewName);
+        throw Because(rename_dir_already_exists(*this, inNewName), FileOperation::kRename, error);
     }
     if (error != platform::kError_None) {
-        throw rename_dir(*this, inNewName);
+        throw Because(rename_dir(*this, inNewName), FileOperation::kRename, error);
     }
     mHelper = std::move(renamed);
 }

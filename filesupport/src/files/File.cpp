@@ -14,6 +14,9 @@
 
 namespace brindle::filesupport {
 
+using config::Because;
+using config::FileOperation;
+
 namespace {
 
 /// Where the extension of a path begins: at its dot, or at the end if it has none.
@@ -28,10 +31,10 @@ std::size_t ExtensionStart(UTF16String const& inPath) {
 platform::FileInfo InspectOrThrow(File const& inFile) {
     auto const info = platform::Inspect(inFile.Helper().Path());
     if (info.error == platform::kError_FileNotFound) {
-        throw file_not_found_exception(inFile);
+        throw Because(file_not_found_exception(inFile), FileOperation::kInspect, info.error);
     }
     if (!info) {
-        throw file_exception(inFile);
+        throw Because(file_exception(inFile), FileOperation::kInspect, info.error);
     }
     return info.value;
 }
@@ -123,15 +126,17 @@ void File::Create() const {
 }
 
 void File::Delete() const {
-    if (platform::DeleteFile(mHelper.Path()) != platform::kError_None) {
-        throw file_delete_exception(*this);
+    auto const error = platform::DeleteFile(mHelper.Path());
+    if (error != platform::kError_None) {
+        throw Because(file_delete_exception(*this), FileOperation::kDelete, error);
     }
 }
 
 void File::Rename(UTF16String const& inNewName) {
     FileHelper renamed(WithLastComponent(mHelper.Path(), inNewName));
-    if (platform::Move(mHelper.Path(), renamed.Path()) != platform::kError_None) {
-        throw rename_file(*this, inNewName);
+    auto const error = platform::Move(mHelper.Path(), renamed.Path());
+    if (error != platform::kError_None) {
+        throw Because(rename_file(*this, inNewName), FileOperation::kRename, error);
     }
     mHelper = std::move(renamed);
 }

@@ -6,8 +6,9 @@ namespace brindle::filesupport {
 
 file_exception::file_exception(File const& inFile) : file_exception(inFile, config::kKey_File) {}
 
-file_exception::file_exception(File const& inFile, char const* inKey)
-    : mFile(inFile), mKey(inKey) {}
+file_exception::file_exception(File const& inFile, char const* inKey) : mFile(inFile), mKey(inKey) {
+    SetPath(inFile.FullPath());
+}
 
 file_not_found_exception::file_not_found_exception(File const& inFile)
     : file_exception(inFile, config::kKey_FileNotFound) {}
@@ -41,7 +42,9 @@ rename_file::rename_file(File const& inFile, UTF16String const& inNewName, char 
 
 dir_exception::dir_exception(Dir const& inDir) : dir_exception(inDir, config::kKey_Dir) {}
 
-dir_exception::dir_exception(Dir const& inDir, char const* inKey) : mDir(inDir), mKey(inKey) {}
+dir_exception::dir_exception(Dir const& inDir, char const* inKey) : mDir(inDir), mKey(inKey) {
+    SetPath(inDir.FullPath());
+}
 
 dir_not_found_exception::dir_not_found_exception(Dir const& inDir)
     : dir_exception(inDir, config::kKey_DirNotFound) {}

@@ -5,7 +5,13 @@
 namespace brindle::filesupport {
 
 FileKind KindOf(File const& inFile) {
+    auto ignored = utility::SystemError::kNone;
+    return KindOf(inFile, ignored);
+}
+
+FileKind KindOf(File const& inFile, utility::SystemError& outCause) {
     auto const info = platform::Inspect(inFile.Helper().Path());
+    outCause = info.error;
     if (!info) {
         return FileKind::kMissing;
     }

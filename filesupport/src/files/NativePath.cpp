@@ -24,8 +24,9 @@ std::string NativePath(Dir const& inDir) {
 }
 
 void MapVolume(char inLetter, Dir const& inDir) {
-    if (platform::MapVolume(inLetter, inDir.Helper().Path()) != platform::kError_None) {
-        throw dir_exception(inDir);
+    auto const error = platform::MapVolume(inLetter, inDir.Helper().Path());
+    if (error != platform::kError_None) {
+        throw config::Because(dir_exception(inDir), config::FileOperation::kMap, error);
     }
 }
 

@@ -1,6 +1,7 @@
 #include <brindle/filesupport/PlatformByteStreams.h>
 
 #include "filesupport/src/files/CreateFailure.h"
+#include "filesupport/src/files/StreamFailure.h"
 #include "platform/Files.h"
 
 #include <brindle/filesupport/FileExceptions.h>
@@ -9,34 +10,24 @@
 
 namespace brindle::filesupport {
 
+using config::FileOperation;
+
 namespace {
 
-platform::OpenFile OpenedOrThrow(platform::Result<platform::OpenFile> inResult,
-                                 File const& inFile) {
-    switch (inResult.error) {
-    case platform::kError_None:
-        return std::move(inResult.value);
-    case platform::kError_FileNotFound:
-    case platform::kError_PathNotFound:
-        throw file_not_found_exception(inFile);
-    default:
-        throw io_error();
+std::unique_ptr<platform::OpenFile> OpenedOrThrow(platform::Result<platform::OpenFile> inResult,
+                                                  File const& inFile) {
+    if (inResult.error == platform::kError_FileNotFound ||
+        inResult.error == platform::kError_PathNotFound) {
+        throw config::Because(file_not_found_exception(inFile), FileOperation::kOpen,
+                              inResult.error);
     }
+    ThrowOnFailure(inFile, FileOperation::kOpen, inResult.error);
+    return std::make_unique<platform::OpenFile>(std::move(inResult.value));
 }
 
-void ThrowOnFailure(platform::ErrorCode inError) {
-    if (inError == platform::kError_EndOfFile) {
-        throw eof_error();
-    }
-    if (inError != platform::kError_None) {
-        throw io_error();
-    }
-}
-
-template <typename T>
-T ValueOrThrow(platform::Result<T> const& inResult) {
-    ThrowOnFailure(inResult.error);
-    return inResult.value;
+constexpr platform::Sharing SharingFor(FileSharing inSharing) {
+    return inSharing == kShareWithEverybody ? platform::Sharing::kEverybody
+                                            : platform::Sharing::kReaders;
 }
 
 } // namespace
@@ -45,11 +36,9 @@ IPlatformByteStream::IPlatformByteStream(File const& inFile)
     : IPlatformByteStream(inFile, kShareWithReaders) {}
 
 IPlatformByteStream::IPlatformByteStream(File const& inFile, FileSharing inSharing)
-    : mFile(std::make_unique<platform::OpenFile>(OpenedOrThrow(
-          platform::OpenForReading(inFile.Helper().Path(), inSharing == kShareWithEverybody
-                                                               ? platform::Sharing::kEverybody
-                                                               : platform::Sharing::kReaders),
-          inFile))) {}
+    : mName(inFile),
+      mFile(OpenedOrThrow(platform::OpenForReading(inFile.Helper().Path(), SharingFor(inSharing)),
+                          inFile)) {}
 
 IPlatformByteStream::~IPlatformByteStream() = default;
 
@@ -60,28 +49,28 @@ std::uint8_t IPlatformByteStream::Get() {
 }
 
 void IPlatformByteStream::ReadBlock(std::uint8_t* outBytes, std::uint32_t inCount) {
-    if (ValueOrThrow(mFile->Read(outBytes, inCount)) < inCount) {
-        throw eof_error();
+    if (ValueOrThrow(mName, FileOperation::kRead, mFile->Read(outBytes, inCount)) < inCount) {
+        ThrowOnFailure(mName, FileOperation::kRead, platform::kError_EndOfFile);
     }
 }
 
 void IPlatformByteStream::CurPos(std::uint64_t inPosition) {
-    ThrowOnFailure(mFile->SetPosition(inPosition));
+    ThrowOnFailure(mName, FileOperation::kSeek, mFile->SetPosition(inPosition));
 }
 
 std::uint64_t IPlatformByteStream::CurPos() const {
-    return ValueOrThrow(mFile->Position());
+    return ValueOrThrow(mName, FileOperation::kSeek, mFile->Position());
 }
 
 std::uint64_t IPlatformByteStream::Length() const {
-    return ValueOrThrow(mFile->Size());
+    return ValueOrThrow(mName, FileOperation::kInspect, mFile->Size());
 }
 
 OPlatformByteStream::OPlatformByteStream(File const& inFile)
-    : mFile(std::make_unique<platform::OpenFile>(
-          OpenedOrThrow(platform::OpenForWriting(inFile.Helper().Path()), inFile))) {}
+    : mName(inFile),
+      mFile(OpenedOrThrow(platform::OpenForWriting(inFile.Helper().Path()), inFile)) {}
 
-OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile inKind) {
+OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile inKind) : mName(inFile) {
     auto const readers =
         inKind == kMakeNewPrivateFile ? platform::Readers::kOwner : platform::Readers::kAnybody;
     auto file = platform::CreateNewFile(inFile.Helper().Path(), readers);
@@ -98,19 +87,19 @@ void OPlatformByteStream::Put(std::uint8_t inByte) {
 }
 
 void OPlatformByteStream::WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) {
-    ThrowOnFailure(mFile->Write(inBytes, inCount));
+    ThrowOnFailure(mName, FileOperation::kWrite, mFile->Write(inBytes, inCount));
 }
 
 void OPlatformByteStream::CurPos(std::uint64_t inPosition) {
-    ThrowOnFailure(mFile->SetPosition(inPosition));
+    ThrowOnFailure(mName, FileOperation::kSeek, mFile->SetPosition(inPosition));
 }
 
 std::uint64_t OPlatformByteStream::CurPos() const {
-    return ValueOrThrow(mFile->Position());
+    return ValueOrThrow(mName, FileOperation::kSeek, mFile->Position());
 }
 
 std::uint64_t OPlatformByteStream::Length() const {
-    return ValueOrThrow(mFile->Size());
+    return ValueOrThrow(mName, FileOperation::kInspect, mFile->Size());
 }
 
 } // namespace brindle::filesupport

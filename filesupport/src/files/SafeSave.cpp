@@ -100,9 +100,11 @@ void SafeSave::CreateTempFile() {
 }
 
 void SafeSave::Commit() {
-    if (mTempFile == nullptr ||
-        mTempFile->TakePlaceOf(mTarget.Helper().Path()) != platform::kError_None) {
-        throw rename_file(GetTempFile(), mTarget.GetName());
+    auto const error = mTempFile == nullptr ? platform::kError_FileNotFound
+                                            : mTempFile->TakePlaceOf(mTarget.Helper().Path());
+    if (error != platform::kError_None) {
+        throw config::Because(rename_file(GetTempFile(), mTarget.GetName()),
+                              config::FileOperation::kReplace, error);
     }
     mTempFile.reset();
     mTemp = mTarget;

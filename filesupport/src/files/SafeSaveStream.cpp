@@ -1,6 +1,7 @@
 #include <brindle/filesupport/SafeSaveStream.h>
 
 #include "filesupport/src/files/CreateFailure.h"
+#include "filesupport/src/files/StreamFailure.h"
 #include "platform/FileReplacement.h"
 
 #include <brindle/filesupport/FileExceptions.h>
@@ -9,12 +10,13 @@
 
 namespace brindle::filesupport {
 
+using config::Because;
+using config::FileOperation;
+
 namespace {
 
-void ThrowOnFailure(platform::ErrorCode inError) {
-    if (inError != platform::kError_None) {
-        throw io_error();
-    }
+[[noreturn]] void ThrowUnreplaceable(File const& inTarget, platform::ErrorCode inError) {
+    throw Because(rename_file(inTarget, inTarget.GetName()), FileOperation::kReplace, inError);
 }
 
 platform::FileReplacement Begun(File const& inTarget, File const& inModel) {
@@ -24,15 +26,17 @@ platform::FileReplacement Begun(File const& inTarget, File const& inModel) {
         ThrowCreateFailure(inTarget, begun.error);
     }
     // What the last step would refuse is refused before hours of work.
-    if (begun.value.CheckTarget() != platform::kError_None) {
-        throw rename_file(inTarget, inTarget.GetName());
+    auto const refusal = begun.value.CheckTarget();
+    if (refusal != platform::kError_None) {
+        ThrowUnreplaceable(inTarget, refusal);
     }
     return std::move(begun.value);
 }
 
 void CommitOrThrow(platform::FileReplacement& ioNewVersion, File const& inTarget) {
-    if (ioNewVersion.Commit() != platform::kError_None) {
-        throw rename_file(inTarget, inTarget.GetName());
+    auto const error = ioNewVersion.Commit();
+    if (error != platform::kError_None) {
+        ThrowUnreplaceable(inTarget, error);
     }
 }
 
@@ -51,11 +55,11 @@ void OSafeSaveStream::Put(std::uint8_t inByte) {
 }
 
 void OSafeSaveStream::WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) {
-    ThrowOnFailure(mNewVersion->Write(inBytes, inCount));
+    ThrowOnFailure(mTarget, FileOperation::kWrite, mNewVersion->Write(inBytes, inCount));
 }
 
 void OSafeSaveStream::CurPos(std::uint64_t inPosition) {
-    ThrowOnFailure(mNewVersion->SetPosition(inPosition));
+    ThrowOnFailure(mTarget, FileOperation::kSeek, mNewVersion->SetPosition(inPosition));
 }
 
 std::uint64_t OSafeSaveStream::CurPos() const {
@@ -63,9 +67,7 @@ std::uint64_t OSafeSaveStream::CurPos() const {
 }
 
 std::uint64_t OSafeSaveStream::Length() const {
-    auto const size = mNewVersion->Size();
-    ThrowOnFailure(size.error);
-    return size.value;
+    return ValueOrThrow(mTarget, FileOperation::kInspect, mNewVersion->Size());
 }
 
 void OSafeSaveStream::Commit() {
@@ -74,8 +76,9 @@ void OSafeSaveStream::Commit() {
 
 void SafeSaveText(File const& inTarget, UTF8String const& inText) {
     auto newVersion = Begun(inTarget, File());
-    if (newVersion.Write(inText.data(), inText.size()) != platform::kError_None) {
-        throw file_exception(inTarget);
+    auto const error = newVersion.Write(inText.data(), inText.size());
+    if (error != platform::kError_None) {
+        throw Because(file_exception(inTarget), FileOperation::kWrite, error);
     }
     CommitOrThrow(newVersion, inTarget);
 }

@@ -1,5 +1,7 @@
 #include <brindle/filesupport/ByteStream.h>
 
+#include <brindle/config/ErrorCodes.h>
+
 #include <atomic>
 #include <cstddef>
 
@@ -26,6 +28,16 @@ Slot& SlotAt(std::vector<Slot>& ioSlots, int inIndex) {
 byte_stream_exception::~byte_stream_exception() = default;
 eof_error::~eof_error() = default;
 io_error::~io_error() = default;
+
+char const* byte_stream_exception::Key() const noexcept {
+    return config::kKey_StreamUse;
+}
+char const* eof_error::Key() const noexcept {
+    return config::kKey_StreamEnd;
+}
+char const* io_error::Key() const noexcept {
+    return config::kKey_StreamFailure;
+}
 
 ByteStream_base::~ByteStream_base() {
     // A callback may register another one, which must neither invalidate the loop nor prolong it.

@@ -27,6 +27,20 @@ void EscapeCarriageReturns(UTF8String& ioDocument) {
     ioDocument = document.append(ioDocument, done);
 }
 
+/// True if the file exists, by this path or another one, and should have been read into the list.
+bool IsUnread(PropList const& inList, UTF16String const& inPath) {
+    UTF16String const* const unread = impl::PropListAccess::UnreadFile(inList);
+    if (unread == nullptr) {
+        return false;
+    }
+    if (*unread == inPath) {
+        return platform::IsNameTaken(inPath);
+    }
+    auto const missed = platform::Inspect(*unread);
+    auto const target = platform::Inspect(inPath);
+    return missed && target && missed.value.identity == target.value.identity;
+}
+
 } // namespace
 
 void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
@@ -38,9 +52,7 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
             ioFile, "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text "
                     "has a character that the file cannot hold.");
     }
-    UTF16String const* const unread = impl::PropListAccess::UnreadFile(inList);
-    if (unread != nullptr && *unread == ioFile.FullPath() &&
-        platform::IsNameTaken(ioFile.Helper().Path())) {
+    if (IsUnread(inList, ioFile.FullPath())) {
         throw filesupport::file_exception(
             ioFile, "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not "
                     "be read, and what it holds would be lost.");
