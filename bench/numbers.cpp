@@ -180,7 +180,7 @@ void Calculate_Brindle(benchmark::State& ioState) {
          [](UTF16String const& inText) { return Calculate(inText); });
 }
 
-/// One parser is reused, as its users do; each expression is parsed and evaluated anew.
+/// One parser is reused, as its users do; each expression is parsed and evaluated each time.
 void Calculate_MuParser(benchmark::State& ioState) {
     mu::Parser parser;
     Each(ioState, Expressions<std::string>(), [&parser](std::string const& inText) {

@@ -20,7 +20,7 @@ class SharedMemory;
 ///     static_cast<float*>(meters.GetAddress());
 ///
 /// The memory exists as long as an object in any process holds it, and vanishes with its last
-/// holder, even if that process is killed. Its name is then free, and memory that is created anew
+/// holder, even if that process is killed. Its name is then free, and new memory
 /// under it is all zero. Each user has separate names. A name has 1 to 255 characters other than
 /// NUL.
 ///

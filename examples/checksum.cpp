@@ -1,4 +1,5 @@
 // Prints the CRC-32 and the size of the file that it is given.
+#include <brindle/config/Describe.h>
 #include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/ByteStreamOperators.h>
 #include <brindle/filesupport/CRCByteStream.h>
@@ -16,6 +17,6 @@ int main(int argc, char** argv) try {
     crc << buffered;
     std::cout << std::hex << crc.Value() << std::dec << ' ' << counter.Count() << '\n';
 } catch (std::exception const& error) {
-    std::cerr << error.what() << '\n';
+    std::cerr << brindle::config::DescribeInUTF8(error) << '\n';
     return 1;
 }

@@ -6,6 +6,8 @@
 #include "host/verbs/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
+#include <brindle/config/Describe.h>
+#include <brindle/console/Terminal.h>
 #include <brindle/utility/Streams.h>
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
@@ -28,19 +30,21 @@ Verb const* const kVerbs[] = {&kSumVerb,    &kSealVerb, &kVerifyVerb, &kPlistVer
                               &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb,  &kLayoutVerb};
 
 void PrintHelp() {
+    constexpr int kCallWidth = 45;
     auto& out = utility::streams::Out;
     out << "usage: brindle VERB [OPTION...] [OPERAND...]\n\n";
     for (Verb const* const verb : kVerbs) {
         std::string const call = std::string(verb->name) + ' ' + verb->synopsis;
-        out << "  " << std::left << std::setw(41) << call << verb->summary << '\n';
+        out << "  " << std::left << std::setw(kCallWidth) << call << verb->summary << '\n';
     }
     out << "\n"
-           "  brindle VERB --help                      what a verb does\n"
-           "  brindle --version                        the version of the library\n"
+           "  brindle VERB --help                          what a verb does\n"
+           "  brindle --version                            the version of the library\n"
            "\n"
-           "What follows -- is no option. Exit status: 0 done, 1 done but something failed "
-           "or differed,\n"
-           "2 wrong usage.\n";
+           "The value of an option stands behind = or in the next word; what follows -- is no "
+           "option.\n"
+           "The file - is standard input or output.\n"
+           "Exit status: 0 done, 1 done but something failed or differed, 2 wrong usage.\n";
 }
 
 Verb const& FindVerb(std::string const& inName) {
@@ -86,18 +90,20 @@ int RunAndReport(std::vector<std::string> const& inWords) {
     int status = kStatus_Failed;
     std::string help = "--help";
     try {
-        status = Run(inWords, help);
+        int const result = Run(inWords, help);
+        utility::streams::Out.flush();
+        RequireOutput();
+        status = result;
     } catch (usage_error const& error) {
-        utility::streams::Err << "brindle: " << error.what() << "\nTry 'brindle " << help << "'.\n";
+        WriteDiagnostic(error.what());
+        utility::streams::Err << "Try 'brindle " << help << "'.\n";
         return kStatus_WrongUsage;
     } catch (fatal_error const&) {
         // The error manager has reported it.
+    } catch (output_error const& error) {
+        WriteDiagnostic("standard output: " + error.code().message());
     } catch (std::exception const& error) {
-        utility::streams::Err << "brindle: " << error.what() << '\n';
-    }
-    if (!utility::streams::Out.flush()) {
-        utility::streams::Err << "brindle: standard output: cannot be written\n";
-        status = kStatus_Failed;
+        WriteDiagnostic(config::DescribeInUTF8(error));
     }
     return status;
 }
@@ -109,6 +115,7 @@ int RunAndReport(std::vector<std::string> const& inWords) {
 int main(int inCount, char** inWords) {
     using namespace brindle;
 
+    console::ReserveStandardStreams();
     // Beyond the limit on the size of files, a write fails and is reported like any other.
     std::signal(SIGXFSZ, SIG_IGN);
     config::SetClientName(u"brindle"_utf16);

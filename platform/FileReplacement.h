@@ -10,8 +10,8 @@
 
 namespace brindle::platform {
 
-/// A new version of a file, written where nobody sees it and put in the old version's place in one
-/// step: whoever looks, and after a crash or a kill at any moment, finds the whole old file or the
+/// A new version of a file, written where nobody sees it and put in the old version's place
+/// atomically: at every moment, and after a crash or a kill, readers find the whole old file or the
 /// whole new one.
 ///
 /// A target that is a link stays one, and what it points to is replaced. Until the new version is

@@ -21,7 +21,7 @@ enum class FileKind {
 /// Who may read a new file.
 enum class Readers {
     kOwner,
-    kAnybody ///< whoever the process's settings allow
+    kAnybody ///< those to whom the process's settings give access
 };
 
 /// With whom a reader shares a file. Sharing is advisory: it concerns the users of this library,

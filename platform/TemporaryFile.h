@@ -9,8 +9,8 @@
 
 namespace brindle::platform {
 
-/// A file that is created under a name for somebody else to write by that name, and then takes the
-/// place of another file. Whoever writes it may empty it or put another file under its name.
+/// A file that is created under a name for another program to write by that name, and then takes
+/// the place of another file. The writer may empty it or put another file under its name.
 /// Move-only; one thread at a time.
 class TemporaryFile {
 public:
@@ -30,10 +30,10 @@ public:
 
     /// Puts what stands under the name in place of the regular file `inTarget`, which need not
     /// exist, with the guarantees of `FileReplacement`; then the name is free. It also works
-    /// between file systems. Whoever reads the old file keeps reading it, and of several who
-    /// replace it the last one wins. Errors: 2 nothing stands under the name, or nobody has written
-    /// it, or it belongs to another save; 3; 5 also anything but a regular file on either side; 32
-    /// somebody has either file open for writing; 1117 the disk failed, possibly after the
+    /// between file systems. Readers of the old file keep reading it, and of several
+    /// replacements the last one wins. Errors: 2 nothing stands under the name, or nobody has
+    /// written it, or it belongs to another save; 3; 5 also anything but a regular file on either
+    /// side; 32 somebody has either file open for writing; 1117 the disk failed, possibly after the
     /// replacing; 1921 a link stands under the name.
     ErrorCode TakePlaceOf(UTF16String const& inTarget);
 

@@ -56,7 +56,7 @@ public:
     DirIterator() = default;
     explicit DirIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
-    /// The current directory, made anew at each call; an empty one at the end.
+    /// The current directory, a new object at each call; an empty one at the end.
     Dir operator*() const { return mHelper ? Dir(mHelper->CurrentPath()) : Dir(); }
 
     DirIterator& operator++();
@@ -81,7 +81,7 @@ public:
     FileIterator() = default;
     explicit FileIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
-    /// The current file, made anew at each call; an empty one at the end.
+    /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return mHelper ? File(mHelper->CurrentPath()) : File(); }
 
     FileIterator& operator++();

@@ -16,7 +16,7 @@ namespace brindle::filesupport {
 /// "$$$/path=text", in which `@0` stands for the path and
 /// `@1` for a new name.
 ///
-/// Why an operation failed is told by `Operation()` and `Cause()`, which every exception inherits:
+/// Every exception says by `Operation()` and `Cause()` what failed and why:
 ///
 ///     try {
 ///         file.Delete();

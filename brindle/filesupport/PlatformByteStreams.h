@@ -54,7 +54,7 @@ private:
 
 /// Selects the constructor that creates the file.
 enum MakeNewFile {
-    kMakeNewFile,       ///< may be read by whoever the process's settings allow
+    kMakeNewFile,       ///< its permissions are those that the process's settings give
     kMakeNewPrivateFile ///< may be read by its owner only
 };
 

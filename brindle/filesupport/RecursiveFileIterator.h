@@ -34,7 +34,7 @@ public:
     RecursiveFileIterator(Dir const& inStart, bool inResolveAliases,
                           boost::function<void(Dir const&)> inUnreadable = {});
 
-    /// The current file, made anew at each call; an empty one at the end.
+    /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return *mFile; }
     /// The directory that holds the current file; empty at the end.
     Dir const& CurrentDir() const noexcept { return mCurrentDir; }

@@ -39,12 +39,12 @@ public:
     File& GetTempFile();
 
     /// Puts the temp file in place of the target, which need not exist, in one step. When it
-    /// returns, the new version is on the disk, and `GetTempFile` names the target. Whoever looks,
-    /// also after a crash, finds the whole old version or the whole new one. A target that is a
-    /// link stays one, and what it points to is replaced. The new version gets the permissions of
-    /// the old one; its owner and group as well, as far as this process may set them, and without
-    /// them it gives nobody more rights than the old version did. Who is reading the old version
-    /// keeps reading it.
+    /// returns, the new version is on the disk, and `GetTempFile` names the target. At every
+    /// moment, and after a crash, the target is the whole old version or the whole new one. A
+    /// target that is a link stays one, and what it points to is replaced. The new version gets the
+    /// permissions of the old one; its owner and group as well, as far as this process may set
+    /// them, and without them it gives nobody more rights than the old version did. Who is reading
+    /// the old version keeps reading it.
     ///
     /// Throws `rename_file` with the temp file and the target's name, and leaves the old version
     /// alone: if there is no temp file, or nobody has written it, or it is not a regular file, or

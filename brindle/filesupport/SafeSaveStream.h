@@ -21,8 +21,8 @@ namespace brindle::filesupport {
 ///     stream.Commit();
 ///
 /// Until `Commit` nobody sees the new version, and without it nothing remains of it: on most file
-/// systems it has no name until then, so that not even a kill leaves anything behind. Whoever
-/// looks, and after a crash at any moment, finds the whole old file or the whole new one. A target
+/// systems it has no name until then, so that not even a kill leaves anything behind. At every
+/// moment, and after a crash, readers find the whole old file or the whole new one. A target
 /// that is a link stays one, and what it leads to is replaced. Use this rather than `SafeSave`
 /// unless something else has to write the file by its name.
 ///

@@ -6,13 +6,25 @@
 #include <iomanip>
 #include <istream>
 #include <ostream>
+#include <string_view>
+#include <utility>
 
-// What the standard templates would do wrong on streams of 16-bit units and of bytes: there a
-// literal without its suffix is an address or a number. Every such insertion either works or does
+// On streams of 16-bit units and of bytes the standard templates would insert a literal without its
+// suffix as an address or as a number. With these functions it is either inserted as text or does
 // not compile.
 //
-// These functions are in namespace std because only that namespace is searched in the middle of a
-// chain, where the static type is `std::basic_ostream<std::uint16_t>`.
+// They are in namespace std because in the middle of a chain, where the static type is
+// `std::basic_ostream<std::uint16_t>`, no other namespace is searched.
+
+namespace brindle::utility::impl {
+
+/// What `std::quoted` returns for the forms of 16-bit text.
+using QuotedPointer = decltype(std::quoted(std::declval<std::uint16_t const*>()));
+using QuotedView = decltype(std::quoted(std::declval<std::basic_string_view<std::uint16_t>>()));
+using QuotedString = decltype(std::quoted(std::declval<UTF16String const&>()));
+using QuotedVariable = decltype(std::quoted(std::declval<UTF16String&>()));
+
+} // namespace brindle::utility::impl
 
 namespace std {
 
@@ -27,22 +39,22 @@ BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& i
 BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
                                                  char16_t const* inText);
 
-/// Insert and extract text in quotation marks, with the width of the whole.
-BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
-                                                 decltype(quoted(declval<std::uint16_t const*>()))
-                                                     const& inQuoted);
+/// Insert and extract `std::quoted` text. A field width applies to the text with its quotation
+/// marks.
 BRN_API basic_ostream<std::uint16_t>&
 operator<<(basic_ostream<std::uint16_t>& ioStream,
-           decltype(quoted(declval<brindle::UTF16String const&>())) const& inQuoted);
+           brindle::utility::impl::QuotedPointer const& inText);
 BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
-                                                 decltype(quoted(declval<brindle::UTF16String&>()))
-                                                     const& inQuoted);
+                                                 brindle::utility::impl::QuotedView const& inText);
 BRN_API basic_ostream<std::uint16_t>&
 operator<<(basic_ostream<std::uint16_t>& ioStream,
-           decltype(quoted(declval<basic_string_view<std::uint16_t>>())) const& inQuoted);
-BRN_API basic_istream<std::uint16_t>& operator>>(basic_istream<std::uint16_t>& ioStream,
-                                                 decltype(quoted(declval<brindle::UTF16String&>()))
-                                                     const& outQuoted);
+           brindle::utility::impl::QuotedString const& inText);
+BRN_API basic_ostream<std::uint16_t>&
+operator<<(basic_ostream<std::uint16_t>& ioStream,
+           brindle::utility::impl::QuotedVariable const& inText);
+BRN_API basic_istream<std::uint16_t>&
+operator>>(basic_istream<std::uint16_t>& ioStream,
+           brindle::utility::impl::QuotedVariable const& outText);
 
 /// A stream of 16-bit units takes u"text", u"text"_utf16 and "text".
 basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>&, wchar_t) = delete;

@@ -12,4 +12,14 @@ bool ErrorOutputIsTerminal() noexcept {
     return platform::IsTerminal(platform::StandardStream::kError);
 }
 
+std::uint32_t ErrorOutputWidth() noexcept {
+    constexpr std::uint32_t kUsualWidth = 80;
+    std::uint32_t const width = platform::TerminalWidth(platform::StandardStream::kError);
+    return width != 0 ? width : kUsualWidth;
+}
+
+void ReserveStandardStreams() noexcept {
+    platform::ReserveStandardStreams();
+}
+
 } // namespace brindle::console

@@ -5,6 +5,10 @@
 #include <brindle/console/Terminal.h>
 #include <brindle/utility/Streams.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+
 namespace brindle::host {
 
 namespace {
@@ -13,6 +17,16 @@ constexpr std::chrono::milliseconds kShowInterval(100);
 constexpr char kEraseLine[] = "\r\x1B[K";
 
 } // namespace
+
+void WriteDiagnostic(std::string const& inText) {
+    utility::streams::Err << "brindle: " << EscapedText(inText, "") << '\n';
+}
+
+void RequireOutput() {
+    if (!utility::streams::Out) {
+        throw output_error(errno, std::generic_category());
+    }
+}
 
 Diagnostics::Diagnostics()
     : mIsTerminal(console::ErrorOutputIsTerminal()),
@@ -25,7 +39,7 @@ Diagnostics::~Diagnostics() {
 void Diagnostics::Report(std::string const& inPath, std::string const& inReason) {
     mHasFailures = true;
     ClearProgress();
-    utility::streams::Err << "brindle: " << EscapedName(inPath) << ": " << inReason << '\n';
+    WriteDiagnostic(EscapedText(inPath) + ": " + inReason);
 }
 
 void Diagnostics::ShowProgress(std::string const& inText) {
@@ -34,7 +48,9 @@ void Diagnostics::ShowProgress(std::string const& inText) {
     }
     auto const now = Clock::now();
     if (now >= mNextShow) {
-        utility::streams::Err << kEraseLine << inText << std::flush;
+        // A line that wraps could not be erased; the cursor needs the last column.
+        std::uint32_t const width = std::max(console::ErrorOutputWidth(), 1u) - 1;
+        utility::streams::Err << kEraseLine << inText.substr(0, width) << std::flush;
         mIsShowing = true;
         mNextShow = now + kShowInterval;
     }

@@ -1,21 +1,19 @@
 #include "host/commandline/EscapedText.h"
 
+#include <brindle/utility/UTF8Sequence.h>
+
 namespace brindle::host {
 
 namespace {
 
-bool IsControl(unsigned char inByte) {
-    return inByte < 0x20 || inByte == 0x7F;
-}
-
-/// The control characters from U+0080 to U+009F are encoded as C2 followed by their number.
-bool IsHighControl(std::string const& inText, std::size_t inPosition) {
-    return inText[inPosition] == '\xC2' && inPosition + 1 < inText.size() &&
-           (inText[inPosition + 1] & 0xE0) == 0x80;
-}
-
-void AppendControl(std::string& ioText, unsigned char inCharacter) {
+void AppendByte(std::string& ioText, char const* inPrefix, std::size_t inByte) {
     constexpr char kDigits[] = "0123456789abcdef";
+    ioText += inPrefix;
+    ioText += kDigits[inByte >> 4 & 15];
+    ioText += kDigits[inByte & 15];
+}
+
+void AppendControl(std::string& ioText, std::size_t inCharacter) {
     switch (inCharacter) {
     case '\t':
         ioText += "\\t";
@@ -27,48 +25,32 @@ void AppendControl(std::string& ioText, unsigned char inCharacter) {
         ioText += "\\r";
         break;
     default:
-        ioText += {'\\', 'u', '0', '0', kDigits[inCharacter >> 4], kDigits[inCharacter & 15]};
+        AppendByte(ioText, "\\u00", inCharacter);
     }
 }
 
 } // namespace
 
-std::string EscapedName(std::string const& inName) {
-    std::string escaped;
-    escaped.reserve(inName.size());
-    for (char const character : inName) {
-        switch (character) {
-        case '\\':
-            escaped += "\\\\";
-            break;
-        case '\n':
-            escaped += "\\n";
-            break;
-        case '\r':
-            escaped += "\\r";
-            break;
-        default:
-            escaped += character;
-        }
-    }
-    return escaped;
-}
-
-std::string EscapedText(std::string const& inText, std::string const& inOthers) {
+std::string EscapedText(std::string const& inText, std::string const& inMarked) {
     std::string escaped;
     escaped.reserve(inText.size());
-    for (std::size_t i = 0; i < inText.size(); ++i) {
-        char const character = inText[i];
-        if (IsControl(static_cast<unsigned char>(character))) {
-            AppendControl(escaped, static_cast<unsigned char>(character));
-        } else if (IsHighControl(inText, i)) {
-            AppendControl(escaped, static_cast<unsigned char>(inText[++i]));
+    for (std::size_t i = 0; i < inText.size();) {
+        auto const [character, length] =
+            utility::DecodeUTF8Sequence(inText.data() + i, inText.size() - i);
+        bool const isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+        if (length == 0 || isSurrogate) {
+            AppendByte(escaped, "\\x", static_cast<unsigned char>(inText[i++]));
+            continue;
+        }
+        if (character < 0x20 || (character >= 0x7F && character <= 0x9F)) {
+            AppendControl(escaped, character);
         } else {
-            if (character == '\\' || inOthers.find(character) != std::string::npos) {
+            if (length == 1 && inMarked.find(inText[i]) != std::string::npos) {
                 escaped += '\\';
             }
-            escaped += character;
+            escaped.append(inText, i, length);
         }
+        i += length;
     }
     return escaped;
 }

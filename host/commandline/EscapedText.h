@@ -4,13 +4,10 @@
 
 namespace brindle::host {
 
-/// A name as a single line: a backslash, a newline and a carriage return are written as "\\", "\n"
-/// and "\r".
-std::string EscapedName(std::string const& inName);
-
-/// Any UTF-8 text as a single line that no terminal takes for a command: backslashes and the
-/// characters of `inOthers` get a backslash in front of them, and control characters are written as
-/// "\t", "\n", "\r" or "\u001b".
-std::string EscapedText(std::string const& inText, std::string const& inOthers = {});
+/// A name or a text as a single line of valid UTF-8 that no terminal takes for a command: control
+/// characters are written as "\t", "\n", "\r" or "\u001b", and bytes that are not UTF-8 as "\xff".
+/// The characters of `inMarked`, of ASCII, get a backslash in front; the backslash has to be among
+/// them if the text is to be read back.
+std::string EscapedText(std::string const& inText, std::string const& inMarked = "\\");
 
 } // namespace brindle::host

@@ -1,13 +1,12 @@
 #include "host/files/FileSum.h"
 
 #include "host/files/Input.h"
-#include "host/files/SystemReasons.h"
+#include "host/files/SystemReason.h"
 
 #include <brindle/filesupport/CRCByteStream.h>
 #include <brindle/filesupport/CountingByteStream.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/FileKind.h>
-#include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 
 #include <cstdio>
@@ -56,7 +55,7 @@ std::string CRCText(std::uint32_t inCRC) {
 
 FileSum SumOf(File const& inFile) {
     try {
-        IPlatformByteStream source(inFile);
+        IPlatformByteStream source(inFile, kShareWithEverybody);
         std::uint64_t const length = source.Length();
         FileSum const sum =
             SumOfBlocks([&](std::uint8_t* outBlock) { return ReadBlockOf(source, outBlock); });
@@ -66,12 +65,12 @@ FileSum SumOf(File const& inFile) {
         return sum;
     } catch (file_not_found_exception const&) {
         throw missing_error();
-    } catch (byte_stream_exception const&) {
+    } catch (byte_stream_exception const& failure) {
         FileKind const kind = KindOf(inFile);
         if (kind != FileKind::kRegular && kind != FileKind::kMissing) {
             throw irregular_error(kind);
         }
-        throw unreadable_error(WhyUnreadable(NativePath(inFile)));
+        throw unreadable_error(ReasonText(failure));
     }
 }
 
@@ -91,8 +90,8 @@ FileSum SteadySumOf(File const& inFile, std::uint64_t& outModified) {
         return sum;
     } catch (file_not_found_exception const&) {
         throw missing_error();
-    } catch (file_exception const&) {
-        throw unreadable_error(WhyUnreadable(NativePath(inFile)));
+    } catch (file_exception const& failure) {
+        throw unreadable_error(ReasonText(failure));
     }
 }
 

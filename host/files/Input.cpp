@@ -1,14 +1,16 @@
 #include "host/files/Input.h"
 
 #include "host/files/FileErrors.h"
-#include "host/files/SystemReasons.h"
+#include "host/files/SystemReason.h"
 
-#include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/FileKind.h>
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
 
 namespace brindle::host {
 
@@ -18,13 +20,12 @@ namespace {
 
 constexpr std::uint32_t kBufferSize = 256 * 1024;
 
-std::unique_ptr<IPlatformByteStream> OpenFile(std::string const& inName) {
+std::unique_ptr<IPlatformByteStream> OpenFile(File const& inFile) {
     try {
-        return std::make_unique<IPlatformByteStream>(FileFromNative(inName));
-    } catch (file_exception const&) {
-    } catch (byte_stream_exception const&) {
+        return std::make_unique<IPlatformByteStream>(inFile, kShareWithEverybody);
+    } catch (config::FileFailure const& failure) {
+        throw unreadable_error(ReasonText(failure));
     }
-    throw unreadable_error(WhyUnreadable(inName));
 }
 
 } // namespace
@@ -35,17 +36,21 @@ Input::Input(std::string const& inName, Diagnostics* inDiagnostics)
         mStream = &utility::streams::In;
         return;
     }
-    switch (KindOf(FileFromNative(inName))) {
+    File const file = FileFromNative(inName);
+    switch (KindOf(file)) {
+    case FileKind::kDirectory:
+        throw unreadable_error("is a directory");
     case FileKind::kPipe:
     case FileKind::kDevice:
+        errno = 0;
         mOther.open(inName, std::ios::binary);
         mStream = &mOther;
         if (!mOther.is_open()) {
-            throw unreadable_error(WhyUnreadable(inName));
+            throw unreadable_error("cannot be opened: " + std::generic_category().message(errno));
         }
         break;
     default:
-        mFile = OpenFile(inName);
+        mFile = OpenFile(file);
         mLength = mFile->Length();
     }
 }
@@ -84,9 +89,11 @@ void Input::CurPos(std::uint64_t) {
 /// Returns how many bytes there were.
 std::uint32_t Input::ReadFromSource(std::uint8_t* outBytes, std::uint32_t inCount) {
     if (mStream != nullptr) {
+        errno = 0;
         mStream->read(reinterpret_cast<char*>(outBytes), inCount);
-        if (mStream->bad()) {
-            throw unreadable_error("cannot be read");
+        // The stream of standard input takes every failure for the end.
+        if (mStream->bad() || (mStream == &utility::streams::In && std::ferror(stdin) != 0)) {
+            throw unreadable_error("cannot be read: " + std::generic_category().message(errno));
         }
         return static_cast<std::uint32_t>(mStream->gcount());
     }
@@ -95,8 +102,8 @@ std::uint32_t Input::ReadFromSource(std::uint8_t* outBytes, std::uint32_t inCoun
         return inCount;
     } catch (eof_error const&) {
         return static_cast<std::uint32_t>(mFile->CurPos() - mPosition);
-    } catch (byte_stream_exception const&) {
-        throw unreadable_error("cannot be read");
+    } catch (byte_stream_exception const& failure) {
+        throw unreadable_error(ReasonText(failure));
     }
 }
 

@@ -1,8 +1,9 @@
 #include "host/files/Output.h"
 
+#include "host/commandline/Diagnostics.h"
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
-#include "host/files/SystemReasons.h"
+#include "host/files/SystemReason.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/FileKind.h>
@@ -25,16 +26,17 @@ std::unique_ptr<OSafeSaveStream> BeginFile(std::string const& inName, std::strin
         try {
             return std::make_unique<OSafeSaveStream>(target,
                                                      hasModel ? FileFromNative(inModel) : File());
-        } catch (file_exception const&) {
+        } catch (file_exception const& failure) {
+            throw unwritable_error(ReasonText(failure));
         }
     }
-    throw unwritable_error(WhyUnwritable(inName));
+    throw unwritable_error(kind == FileKind::kDirectory ? "is a directory" : "is no regular file");
 }
 
 } // namespace
 
 Output::Output(std::string const& inName, std::string const& inModel)
-    : mName(inName), mFile(inName != kStandardStream ? BeginFile(inName, inModel) : nullptr) {}
+    : mFile(inName != kStandardStream ? BeginFile(inName, inModel) : nullptr) {}
 
 Output::~Output() = default;
 
@@ -45,15 +47,13 @@ void Output::Put(std::uint8_t inByte) {
 void Output::WriteBlock(std::uint8_t const* inBytes, std::uint32_t inCount) {
     mPosition += inCount;
     if (mFile == nullptr) {
-        if (!utility::streams::Out.write(reinterpret_cast<char const*>(inBytes), inCount)) {
-            throw unwritable_error("cannot be written");
-        }
-        return;
+        utility::streams::Out.write(reinterpret_cast<char const*>(inBytes), inCount);
+        return RequireOutput();
     }
     try {
         mFile->WriteBlock(inBytes, inCount);
-    } catch (byte_stream_exception const&) {
-        throw unwritable_error("cannot be written, the disk may be full");
+    } catch (byte_stream_exception const& failure) {
+        throw unwritable_error(ReasonText(failure));
     }
 }
 
@@ -77,8 +77,8 @@ void Output::Commit() {
     }
     try {
         mFile->Commit();
-    } catch (file_exception const&) {
-        throw unwritable_error(WhyUnwritable(mName));
+    } catch (file_exception const& failure) {
+        throw unwritable_error(ReasonText(failure));
     }
 }
 

@@ -10,7 +10,8 @@ namespace brindle::host {
 
 /// The bytes that become a new version of a file, in one step, on `Commit`; those of standard
 /// output if the name is "-". A file that does not exist yet gets the permissions of the file
-/// `inModel`, unless that is empty or "-". Every failure is an `unwritable_error`.
+/// `inModel`, unless that is empty or "-". Every failure is an `unwritable_error`, or
+/// `output_error` for standard output.
 class Output final : public filesupport::OByteStream {
 public:
     explicit Output(std::string const& inName, std::string const& inModel = {});
@@ -28,7 +29,6 @@ public:
     void Commit();
 
 private:
-    std::string const mName;
     std::unique_ptr<filesupport::OSafeSaveStream> mFile; // null for standard output
     std::uint64_t mPosition = 0;
 };

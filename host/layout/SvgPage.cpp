@@ -1,5 +1,6 @@
 #include "host/layout/SvgPage.h"
 
+#include <brindle/utility/UTF8Sequence.h>
 #include <brindle/xml/ReservedCharacters.h>
 
 #include <algorithm>
@@ -35,7 +36,18 @@ std::ostream& operator<<(std::ostream& ioStream, Number inNumber) {
 std::string Escaped(std::string const& inText) {
     UTF8String escaped;
     xml::utils::EncodeReservedCharacters(UTF8String(inText.begin(), inText.end()), escaped);
-    return {escaped.begin(), escaped.end()};
+    std::string text;
+    for (std::size_t i = 0; i < escaped.size();) {
+        auto const [character, length] =
+            utility::DecodeUTF8Sequence(escaped.data() + i, escaped.size() - i);
+        if (character >= 0x7F && character <= 0x9F) { // a terminal would obey these
+            text += "&#" + std::to_string(static_cast<std::uint32_t>(character)) + ';';
+        } else {
+            text.append(reinterpret_cast<char const*>(escaped.data()) + i, std::max(length, 1u));
+        }
+        i += std::max(length, 1u);
+    }
+    return text;
 }
 
 } // namespace

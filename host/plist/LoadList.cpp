@@ -3,13 +3,13 @@
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
 
-#include <brindle/config/ErrorCodes.h>
 #include <brindle/config/ErrorManager.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/Parser.h>
 
 #include <map>
 #include <memory>
+#include <string>
 
 namespace brindle::host {
 
@@ -17,24 +17,31 @@ using namespace literals;
 
 namespace {
 
-/// While it exists, reported errors are thrown, so that the diagnostic can name the file as the
-/// user wrote it.
+/// While it exists, a reported error is thrown. The one that reading reports is a later version.
 class ThrowReports : public config::ErrorManager {
 public:
     ThrowReports() : mBefore(config::ErrorManager::Get()) { config::ErrorManager::Set(this); }
     ~ThrowReports() override { config::ErrorManager::Set(mBefore); }
 
-    void ThrowErrorImpl(config::ErrorLevel, char const*, std::uint32_t, std::int32_t inCode, bool,
+    void ThrowErrorImpl(config::ErrorLevel, char const*, std::uint32_t, std::int32_t, bool,
                         config::ReplacementValue const&, config::ReplacementValue const&,
                         config::ReplacementValue const&, config::ReplacementValue const&) override {
-        throw unreadable_error(inCode == config::kError_PropListVersion.code
-                                   ? "is a property list of a later version"
-                                   : "cannot be read as a property list");
+        throw unreadable_error("is a property list of a later version");
     }
 
 private:
     config::ErrorManager* const mBefore;
 };
+
+/// Where and why a document is damaged.
+std::string FaultText(xml::XMLParseFault const& inFault) {
+    std::string text = "cannot be read as a property list";
+    if (inFault.line != 0) {
+        text +=
+            ": line " + std::to_string(inFault.line) + ", column " + std::to_string(inFault.column);
+    }
+    return *inFault.reason != '\0' ? text + ": " + inFault.reason : text;
+}
 
 /// Finds out whether a document contains a list at all.
 class ListSeeker final : public xml::AbstractParseHandler {
@@ -61,7 +68,10 @@ bool HoldsList(UTF8String const& inText) {
 void LoadList(std::string const& inName, proplist::PropList& outList) {
     UTF8String const text = ReadAll(inName);
     ThrowReports const throwReports;
-    proplist::utils::ReadPropList(text, outList);
+    auto const result = proplist::utils::TryReadPropList(text, outList);
+    if (result.status != proplist::kPropListLoad_Done) {
+        throw unreadable_error(FaultText(result.fault));
+    }
     // A document of another kind is read as an empty list.
     if (outList.IsEmpty() && !HoldsList(text)) {
         throw unreadable_error("is no property list");

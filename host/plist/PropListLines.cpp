@@ -42,7 +42,7 @@ std::vector<std::string> ElementTexts(PropList const& inList, UTF8String const& 
     std::vector<std::string> texts;
     texts.reserve(values.size());
     for (auto const& value : values) {
-        texts.push_back(EscapedText(TextOf(value)));
+        texts.push_back(TextOf(value));
     }
     return texts;
 }
@@ -68,7 +68,8 @@ void WriteValue(PropList const& inList, UTF8String const& inKey, std::string con
             WriteLine(outStream, inPath, name + "[]", "");
         }
         for (std::size_t i = 0; i < elements.size() && outStream; ++i) {
-            WriteLine(outStream, inPath + '[' + NumberText(i) + ']', name, elements[i]);
+            WriteLine(outStream, inPath + '[' + NumberText(i) + ']', name,
+                      EscapedText(elements[i]));
         }
     });
 }
@@ -88,7 +89,7 @@ struct Level {
 } // namespace
 
 std::string EscapedKey(UTF8String const& inKey) {
-    return EscapedText(PlainText(inKey), "/[");
+    return EscapedText(PlainText(inKey), "\\/[");
 }
 
 std::vector<std::string> ValueTexts(PropList const& inList, UTF8String const& inKey) {

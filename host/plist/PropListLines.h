@@ -16,8 +16,8 @@ namespace brindle::host {
 /// A key as it is written in a path.
 std::string EscapedKey(UTF8String const& inKey);
 
-/// The value of a key: one text for a scalar, unescaped, or one for each element of an array,
-/// escaped. Empty for a nested list.
+/// The value of a key as it is: one text for a scalar, or one for each element of an array. Empty
+/// for a nested list.
 std::vector<std::string> ValueTexts(proplist::PropList const& inList, UTF8String const& inKey);
 
 /// Writes a line for each scalar and each element of an array, in the order of the keys, and a line

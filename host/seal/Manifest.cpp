@@ -87,7 +87,7 @@ bool IsPathBelow(std::string const& inPath) {
 }
 
 std::string Quoted(UTF8String const& inKey) {
-    return "'" + EscapedName(PlainText(inKey)) + "'";
+    return "'" + EscapedText(PlainText(inKey)) + "'";
 }
 
 std::string ReadPath(UTF8String const& inKey) {
@@ -211,7 +211,7 @@ Manifest ReadManifest(std::string const& inName) {
                                               return inLHS.path == inRHS.path;
                                           });
     if (twice != entries.end()) {
-        Refuse("it has '" + EscapedName(twice->path) + "' twice");
+        Refuse("it has '" + EscapedText(twice->path) + "' twice");
     }
     return manifest;
 }

@@ -1,9 +1,9 @@
 #include "host/setup/HostErrorManager.h"
 
+#include "host/commandline/Diagnostics.h"
 #include "host/commandline/PlainText.h"
 
 #include <brindle/config/Localizer.h>
-#include <brindle/utility/Streams.h>
 
 #include <string>
 
@@ -54,7 +54,7 @@ void HostErrorManager::ThrowErrorImpl(config::ErrorLevel inLevel, char const* in
                                       config::ReplacementValue const& inFourth) {
     std::string const text = PlainText(config::Localizer::Get()->LocalizeString(inKey));
     config::ReplacementValue const* const values[] = {&inFirst, &inSecond, &inThird, &inFourth};
-    utility::streams::Err << "brindle: " << Expanded(text, values) << '\n';
+    WriteDiagnostic(Expanded(text, values));
     if (inLevel == config::kErrorLevel_Fatal) {
         throw fatal_error();
     }

@@ -61,7 +61,7 @@ void PrintPlaces(std::vector<Shape> const& inShapes) {
         }
         line.append(1, ' ').append(path.empty() ? "." : path);
         if (!shape.label.empty()) {
-            line.append("  ").append(EscapedName(shape.label));
+            line.append("  ").append(EscapedText(shape.label));
         }
         utility::streams::Out << line << '\n';
     }
@@ -106,7 +106,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     } catch (unreadable_error const& error) {
         ioDiagnostics.Report(path, error.what());
     } catch (description_error const& error) {
-        ioDiagnostics.Report(path, EscapedName(error.what()));
+        ioDiagnostics.Report(path, error.what());
     } catch (unwritable_error const& error) {
         ioDiagnostics.Report(output, error.what());
     }
@@ -121,9 +121,9 @@ Verb const kLayoutVerb = {
     "Arranges the tree that the property list in FILE describes in a rectangle of this size,\n"
     "and writes a line for every node: x, y, width, height, two blanks, its path, which is\n"
     "the keys of the children from the root down with slashes between them, \".\" for the\n"
-    "root; then two blanks and its label, if it has one. In a label a backslash, a newline\n"
-    "and a carriage return are written as \\\\, \\n and \\r. A group's place is that of its\n"
-    "children and their margins together.\n"
+    "root; then two blanks and its label, if it has one. In a label backslashes and control\n"
+    "characters are written as \\\\, \\n, \\u001b and so on. A group's place is that of its\n"
+    "children and their margins together. The FILE - is standard input.\n"
     "\n"
     "  --svg=OUT  draws the tree into the file OUT instead; - for standard output\n"
     "\n"

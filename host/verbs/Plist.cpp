@@ -1,10 +1,14 @@
 #include "host/verbs/Verbs.h"
 
+#include "host/commandline/EscapedText.h"
 #include "host/files/FileErrors.h"
 #include "host/plist/LoadList.h"
 #include "host/plist/PropListLines.h"
 
+#include <brindle/console/Terminal.h>
 #include <brindle/utility/Streams.h>
+
+#include <charconv>
 
 namespace brindle::host {
 
@@ -12,30 +16,63 @@ using namespace proplist;
 
 namespace {
 
-/// Writes the list or the value that the keys lead to; every key but the last names a nested list.
+/// Writes a value alone: as it is, but without commands to a terminal.
+void WriteAlone(std::string const& inText) {
+    utility::streams::Out << (console::OutputIsTerminal() ? EscapedText(inText, "") : inText)
+                          << '\n';
+}
+
+/// Where the keys so far have led, for messages.
+struct Place {
+    std::string const& file;
+    std::string path;
+};
+
+void ReportAbsence(Place const& inPlace, Diagnostics& ioDiagnostics) {
+    ioDiagnostics.Report(inPlace.file, "there is no '" + inPlace.path + "'");
+}
+
+/// Writes the element of an array that a word says.
+void ShowElement(std::vector<std::string> const& inElements, std::string const& inIndex,
+                 Place const& inPlace, Diagnostics& ioDiagnostics) {
+    std::size_t index = 0;
+    char const* const last = inIndex.data() + inIndex.size();
+    auto const [end, error] = std::from_chars(inIndex.data(), last, index);
+    if (error != std::errc() || end != last || index >= inElements.size()) {
+        return ReportAbsence({inPlace.file, inPlace.path + '[' + EscapedText(inIndex) + ']'},
+                             ioDiagnostics);
+    }
+    WriteAlone(inElements[index]);
+}
+
+/// Writes the list or the value that the keys lead to. Every key but the last names a nested list;
+/// behind the key of an array may stand an index.
 void Show(PropList const& inList, std::vector<std::string> const& inOperands,
           Diagnostics& ioDiagnostics) {
-    std::string const& file = inOperands[0];
     PropList const* list = &inList;
-    std::string path;
+    Place place{inOperands[0], ""};
     for (std::size_t i = 1; i < inOperands.size(); ++i) {
         UTF8String const key(inOperands[i].begin(), inOperands[i].end());
-        path += (i == 1 ? "" : "/") + EscapedKey(key);
+        std::size_t const left = inOperands.size() - i - 1;
+        place.path += (i == 1 ? "" : "/") + EscapedKey(key);
         PropListPropertyType const type = list->GetPropertyType(key);
         if (type == kPropertyType_None) {
-            ioDiagnostics.Report(file, "there is no '" + path + "'");
-            return;
+            return ReportAbsence(place, ioDiagnostics);
         }
         if (type == kPropertyType_PropList) {
             list = list->GetSubList(key);
             continue;
         }
-        if (i + 1 != inOperands.size()) {
-            ioDiagnostics.Report(file, "'" + path + "' is no list");
-            return;
+        bool const isArray = proplist::IsArray(type);
+        if (left > (isArray ? 1 : 0)) {
+            return ioDiagnostics.Report(place.file, "'" + place.path + "' is no list");
         }
-        for (std::string const& text : ValueTexts(*list, key)) {
-            utility::streams::Out << text << '\n';
+        std::vector<std::string> const texts = ValueTexts(*list, key);
+        if (left == 1) {
+            return ShowElement(texts, inOperands.back(), place, ioDiagnostics);
+        }
+        for (std::string const& text : texts) {
+            WriteAlone(isArray ? EscapedText(text) : text);
         }
         return;
     }
@@ -70,8 +107,9 @@ Verb const kPlistVerb = {
     "are written as \\\\, \\t, \\n, \\r or \\u001b, and in a key / and [ as \\/ and \\[.\n"
     "\n"
     "With a KEY, or several that lead from list to list, writes what is there alone: a value as\n"
-    "it is, an array with an element a line, escaped, or the lines of a list. A KEY is written\n"
-    "as it is; one that begins with a dash stands behind --.\n",
+    "it is, an array with an element a line, escaped, or the lines of a list. A number behind the\n"
+    "KEY of an array is the index of one element, from 0. A KEY is written as it is; one that\n"
+    "begins with a dash stands behind --. The FILE - is standard input.\n",
     {"help"},
     Run,
 };

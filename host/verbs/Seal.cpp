@@ -4,7 +4,7 @@
 #include "host/files/Input.h"
 #include "host/files/RunInOrder.h"
 #include "host/files/SumInOrder.h"
-#include "host/files/SystemReasons.h"
+#include "host/files/SystemReason.h"
 #include "host/seal/Manifest.h"
 #include "host/seal/SealedTree.h"
 
@@ -98,12 +98,12 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
             return; // an older manifest is worth more than one without any files
         }
         AddFiles(found.files, tree, jobs, manifest, ioDiagnostics);
-        ioDiagnostics.ShowProgress("writing " + output);
+        ioDiagnostics.ShowProgress("writing the manifest");
         manifest.Save(manifestPath);
     } catch (unreadable_error const& error) {
         ioDiagnostics.Report(root, error.what());
-    } catch (file_exception const&) {
-        ioDiagnostics.Report(output, WhyUnwritable(manifestPath));
+    } catch (file_exception const& failure) {
+        ioDiagnostics.Report(output, ReasonText(failure));
     }
 }
 

@@ -47,7 +47,7 @@ std::vector<PathToSum> PathsOf(std::vector<std::string> const& inOperands,
 }
 
 void PrintLine(FileSum const& inSum, std::string const& inPath) {
-    std::string const name = EscapedName(inPath);
+    std::string const name = EscapedText(inPath);
     utility::streams::Out << (name.size() != inPath.size() ? "\\" : "") << CRCText(inSum.crc)
                           << "  " << std::to_string(inSum.size) << "  " << name << '\n';
 }
@@ -66,6 +66,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         if (inOutcome.failure.empty()) {
             ioDiagnostics.MakeRoomForOutput();
             PrintLine(inOutcome.sum, paths[inIndex].path);
+            RequireOutput();
         } else {
             ioDiagnostics.Report(paths[inIndex].path, inOutcome.failure);
         }
@@ -79,11 +80,12 @@ Verb const kSumVerb = {
     "sum",
     "[--jobs=N] PATH...",
     "CRC-32, size and path of every file below each PATH",
-    "Writes a line for every file below each PATH, sorted by path: its CRC-32 as 8 hex "
-    "digits,\n"
-    "two blanks, its size in bytes, two blanks, its path. A path that holds a backslash, a\n"
-    "newline or a carriage return has them written as \\\\, \\n and \\r, and its line begins\n"
-    "with a backslash. Links to files are followed, links to directories are not entered.\n"
+    "Writes a line for every file below each PATH, sorted by path: its CRC-32 as 8 hex digits,\n"
+    "two blanks, its size in bytes, two blanks, its path. Backslashes and control characters in\n"
+    "a path are written as \\\\, \\n, \\u001b and so on, bytes that are not UTF-8 as \\xff, and "
+    "the\n"
+    "line then begins with a backslash. Links to files are followed, links to directories are\n"
+    "not entered.\n"
     "FIFOs, sockets and devices below a directory are reported and skipped; one that is a PATH\n"
     "itself is read. The PATH - is standard input.\n"
     "\n"

@@ -143,7 +143,7 @@ Verb const kTimeVerb = {
     "\n"
     "  --rate=RATE  frames a second: a number such as 24, 25 or 12.5, a fraction such as\n"
     "               30000/1001, or an NTSC rate as it is spoken of: 23.976, 29.97, 59.94.\n"
-    "               The time is told at this rate too.\n",
+    "               The time is printed at this rate, too.\n",
     {"help", "rate="},
     Run,
 };

@@ -140,7 +140,8 @@ void Verify(std::vector<SealedEntry> inSealed, SealedTree const& inTree, std::ui
         ++counts[verdict];
         if (kWords[verdict] != nullptr) {
             ioDiagnostics.MakeRoomForOutput();
-            utility::streams::Out << kWords[verdict] << ' ' << EscapedName(item.path) << '\n';
+            utility::streams::Out << kWords[verdict] << ' ' << EscapedText(item.path) << '\n';
+            RequireOutput();
         }
     };
     SumInOrder(items.size(), inJobs, ioDiagnostics, compare, print);
@@ -192,17 +193,17 @@ Verb const kVerifyVerb = {
     "verify",
     "MANIFEST|DIR [--jobs=N] [--root=DIR]",
     "tells how files differ from what seal wrote down",
-    "Reads all files below the directory that a manifest of seal, or brindle-seal.xml in DIR, is\n"
-    "about, and writes a line for each that differs, sorted by path: \"changed PATH\" if size or "
-    "CRC-32 differ,\n"
-    "\"missing PATH\" or \"new PATH\", with the path below that directory and a backslash, a\n"
-    "newline and a carriage return in it as \\\\, \\n and \\r. The last line has the counts.\n"
-    "Another time of modification is no difference. What cannot be read, or changes while it\n"
-    "is read, is reported.\n"
+    "Reads all files that a manifest of seal, or brindle-seal.xml in DIR, is about, and writes a\n"
+    "line for each that differs, sorted by path: \"changed PATH\" if size, CRC-32 or kind differ,\n"
+    "\"missing PATH\" or \"new PATH\". The path is the one below the sealed directory, with\n"
+    "backslashes and control characters as \\\\, \\n, \\u001b and so on. The last line has the\n"
+    "counts. Another time of modification is no difference. What cannot be read, or changes\n"
+    "while it is read, is reported, but not what could not be read for the seal either. The\n"
+    "MANIFEST - is standard input.\n"
     "\n"
     "  --jobs=N    how many files may be summed at once, 1 to 1024; without it, one for each\n"
     "              processor\n"
-    "  --root=DIR  the directory; without it, where the manifest tells\n",
+    "  --root=DIR  the sealed directory; without it, the one that the manifest names\n",
     {"help", "jobs=", "root="},
     Run,
 };

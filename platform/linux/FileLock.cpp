@@ -49,9 +49,8 @@ void WaitForTurn(int inDescriptor) noexcept {
     if (TryLock(inDescriptor, Byte::kTurn, F_WRLCK)) {
         return;
     }
-    // Whoever takes a turn takes it exclusively. A shared lock is that of a mere reader, some other
-    // program that locks the whole file: it may last for ever, and keeps nobody from appending or
-    // replacing.
+    // A turn is always an exclusive lock. A shared one belongs to some other program that locks the
+    // whole file for reading: it may last for ever, and keeps nobody from appending or replacing.
     if (LockInTheWay(inDescriptor, Byte::kTurn) == F_RDLCK) {
         return;
     }

@@ -4,13 +4,13 @@
 
 namespace brindle::platform {
 
-/// What whoever opens a file asks of the other users of the library. Locks belong to the open file
-/// description: they also hold between threads of one process, and end when the file is closed,
-/// however that happens.
+/// What a thread that opens a file asks of the other users of the library. Locks belong to the open
+/// file description: they also hold between threads of one process, and end when the file is
+/// closed, however that happens.
 ///
-/// Only a descriptor that is open for writing can exclude readers, so who may only read a file can
-/// keep nobody from reading it, appending to it or replacing it. A file system without locks grants
-/// every one.
+/// Only a descriptor that is open for writing can exclude readers, so a user who may only read a
+/// file can keep nobody from reading it, appending to it or replacing it. A file system without
+/// locks grants every one.
 enum class FileLock {
     kNone,   ///< nothing: reads what is there
     kReader, ///< that nobody writes the file in place; error 32 if somebody does

@@ -39,13 +39,13 @@ public:
         }
         for (;;) {
             Steps::Pause();
-            mSleepers.Enroll();
+            auto const enrolment = mSleepers.Enroll();
             Steps::Pause();
             if (Take(outPacket)) {
                 mSleepers.Withdraw();
                 return true;
             }
-            bool const isWoken = mSleepers.Sleep(inDeadline);
+            bool const isWoken = mSleepers.Sleep(enrolment, inDeadline);
             Steps::Pause();
             if (Take(outPacket)) {
                 // Posts that came while this thread's wake-up was unclaimed have woken nobody.

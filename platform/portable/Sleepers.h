@@ -32,16 +32,16 @@ public:
     void WakeOne() noexcept {
         std::uint64_t state = mState.load();
         bool isMine = false;
-        while (state >= kOneEnrolled && Promises(state) == 0 && !isMine) {
+        while (IsAnyEnrolled(state) && Promises(state) == 0 && !isMine) {
             Steps::Pause();
-            isMine = mState.compare_exchange_weak(state, state - kOneEnrolled + kOnePromise);
+            isMine = mState.compare_exchange_weak(state, Promising(state));
         }
         if (isMine) {
-            state += kOnePromise - kOneEnrolled;
+            state = Promising(state);
             Steps::Pause();
         }
         // An earlier promise is relied on only if a thread watches over it.
-        bool const isWatchNeeded = state >= kOneEnrolled && !mIsWatched.load();
+        bool const isWatchNeeded = IsAnyEnrolled(state) && !mIsWatched.load();
         if (isMine || isWatchNeeded) {
             WakeLowest();
         }
@@ -50,8 +50,15 @@ public:
         }
     }
 
+    /// The promises when a thread enrolled.
+    class Enrolment {
+        friend Sleepers;
+        explicit Enrolment(std::uint64_t inState) noexcept : state(inState) {}
+        std::uint64_t state;
+    };
+
     /// Followed by one more look into the queue, and then by `Withdraw` or `Sleep`.
-    void Enroll() noexcept { mState.fetch_add(kOneEnrolled); }
+    [[nodiscard]] Enrolment Enroll() noexcept { return Enrolment(mState.fetch_add(kOneEnrolled)); }
 
     /// For a thread that enrolled and then found something. If there is a choice, it leaves
     /// promises to the threads that have found nothing.
@@ -59,25 +66,28 @@ public:
         std::uint64_t state = mState.load();
         Steps::Pause();
         while (!mState.compare_exchange_weak(
-            state, state - (state >= kOneEnrolled ? kOneEnrolled : kOnePromise))) {
+            state, state - (IsAnyEnrolled(state) ? kOneEnrolled : kOnePromise))) {
         }
     }
 
     /// Blocks until the deadline, false, or until the thread is to look into the queue, true.
     /// Either way it is no longer enrolled.
-    bool Sleep(Deadline const& inDeadline) noexcept {
+    bool Sleep(Enrolment const& inEnrolment, Deadline const& inDeadline) noexcept {
         std::uint32_t const bit = inDeadline.IsNever() ? TakeBit() : kSharedBit;
-        bool const isWoken = SleepWith(bit, inDeadline);
+        bool const isWoken = SleepWith(bit, inEnrolment.state, inDeadline);
         Steps::Pause();
         ReleaseBit(bit);
         return isWoken;
     }
 
 private:
-    // Low half: promised wake-ups that no thread has claimed yet. High half: enrolled threads
-    // without a promise. Each thread that enrolled leaves by taking one off either half.
+    // From low to high: 32 bits count promised wake-ups that no thread has claimed yet, 22 bits the
+    // enrolled threads without a promise (the kernel has no more threads), and 10 bits all promises
+    // that were ever made, from 0 again after the last. Each thread that enrolled leaves by taking
+    // one off either of the first two.
     static constexpr std::uint64_t kOnePromise = 1;
     static constexpr std::uint64_t kOneEnrolled = std::uint64_t{1} << 32;
+    static constexpr std::uint64_t kOneMade = std::uint64_t{1} << 54;
 
     // The bit of threads that have none of their own. Which bits are taken is only a hint: where it
     // is wrong, any sleeper is woken.
@@ -114,9 +124,11 @@ private:
         }
     }
 
-    bool SleepWith(std::uint32_t inBit, Deadline const& inDeadline) noexcept {
+    bool SleepWith(std::uint32_t inBit, std::uint64_t inEnrolled,
+                   Deadline const& inDeadline) noexcept {
         bool isWatching = false;
-        for (bool isTime = false;;) {
+        bool isTime = false;
+        for (bool hasSlept = false;; hasSlept = true) {
             std::uint64_t state = mState.load();
             Steps::Pause();
             while (Promises(state) > 0 || isTime) {
@@ -128,15 +140,28 @@ private:
                     return one == kOnePromise || !inDeadline.HasPassed();
                 }
             }
-            Steps::BeforeSleep();
-            isTime = !SleepOnWord(PromiseWord(), 0, inBit,
-                                  isWatching ? inDeadline.OrIn(kWatchTime) : inDeadline);
-            // A thread that was woken and finds no promise is the second one that was woken.
-            if (!isTime && !isWatching && Promises(mState.load()) == 0) {
+            // A thread that was woken, or enrolled while there was a promise or before it was made,
+            // and now gets none, is the watch over the thread that has claimed it.
+            if (!isWatching && (hasSlept || IsPromiseSince(inEnrolled, state))) {
                 Steps::Pause();
                 isWatching = !mIsWatched.exchange(true);
             }
+            Steps::BeforeSleep();
+            isTime = !SleepOnWord(PromiseWord(), 0, inBit,
+                                  isWatching ? inDeadline.OrIn(kWatchTime) : inDeadline);
         }
+    }
+
+    static std::uint64_t Promising(std::uint64_t inState) noexcept {
+        return inState - kOneEnrolled + kOnePromise + kOneMade;
+    }
+
+    static bool IsAnyEnrolled(std::uint64_t inState) noexcept {
+        return inState % kOneMade >= kOneEnrolled;
+    }
+
+    static bool IsPromiseSince(std::uint64_t inEnrolled, std::uint64_t inState) noexcept {
+        return Promises(inEnrolled) > 0 || inEnrolled / kOneMade != inState / kOneMade;
     }
 
     static std::uint32_t Promises(std::uint64_t inState) noexcept {

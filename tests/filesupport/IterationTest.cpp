@@ -162,48 +162,52 @@ TEST_F(Iteration, DeletingATreeRemovesLinksAndSparesTheirTargets) {
 
 TEST_F(Iteration, DeletingStaysInTheTreeWhateverIsExchangedInIt) {
     // Before each system call somebody exchanges a directory of the tree for a link that leads out
-    // of it, or moves one out of it.
+    // of it, or moves one out of it, to where a directory has the name of its neighbour.
     tests::TemporaryDirectory const outside;
-    for (std::string const name : {"b/c/precious", "c/precious", "precious"}) {
+    std::string const precious[] = {"precious", "b/c/precious", "beside b/b/c/precious",
+                                    "beside c/c/precious"};
+    for (auto const& name : precious) {
         fs::create_directories(fs::path(outside.Native(name)).parent_path());
         std::ofstream(outside.Native(name)) << "x";
     }
-    auto const disturb = [&](std::string const& inName, bool inMoves) {
-        if (inMoves) {
-            renameat2(AT_FDCWD, Native(inName).c_str(), AT_FDCWD, outside.Native("moved").c_str(),
-                      0);
-        } else {
+    struct Disturbance {
+        std::string name;
+        std::string movedTo; // empty: it is exchanged
+    };
+    Disturbance const disturbances[] = {{"tree", ""},
+                                        {"tree/a", ""},
+                                        {"tree/a/b", ""},
+                                        {"tree/a/b", "beside c/moved"},
+                                        {"tree/a/c", "beside b/moved"}};
+    auto const disturb = [&](Disturbance const& inWhat) {
+        if (inWhat.movedTo.empty()) {
             fs::create_directory_symlink(outside.Native(), Native("link"));
-            renameat2(AT_FDCWD, Native("link").c_str(), AT_FDCWD, Native(inName).c_str(),
+            renameat2(AT_FDCWD, Native("link").c_str(), AT_FDCWD, Native(inWhat.name).c_str(),
                       RENAME_EXCHANGE);
+        } else {
+            std::rename(Native(inWhat.name).c_str(), outside.Native(inWhat.movedTo).c_str());
         }
     };
-    std::pair<std::string, bool> const disturbances[] = {{"tree", false},
-                                                         {"tree/a", false},
-                                                         {"tree/a/b", false},
-                                                         {"tree/a/b", true},
-                                                         {"tree/a/c", true}};
-    for (auto const& [name, moves] : disturbances) {
+    auto const deleteTree = [&] {
+        try {
+            DirAt("tree").Delete();
+            return 0;
+        } catch (std::exception const&) {
+            return 1;
+        }
+    };
+    for (auto const& one : disturbances) {
         for (tests::SystemCallFault fault{tests::SystemCallFault::kActBefore};; ++fault.call) {
-            SCOPED_TRACE(name + (moves ? " moved" : "") + " before call " +
+            SCOPED_TRACE(one.name + " " + one.movedTo + " before call " +
                          std::to_string(fault.call));
             MakeFile("tree/a/b/c/precious");
             MakeFile("tree/a/c/precious");
             MakeFile("tree/a/precious");
-            fault.act = [&, path = name, isMove = moves] { disturb(path, isMove); };
-            auto const run = tests::RunWithFault(
-                [&] {
-                    try {
-                        DirAt("tree").Delete();
-                        return 0;
-                    } catch (std::exception const&) {
-                        return 1;
-                    }
-                },
-                fault);
-            ASSERT_TRUE(fs::exists(outside.Native("b/c/precious")));
-            ASSERT_TRUE(fs::exists(outside.Native("c/precious")));
-            ASSERT_TRUE(fs::exists(outside.Native("precious")));
+            fault.act = [&] { disturb(one); };
+            auto const run = tests::RunWithFault(deleteTree, fault);
+            for (auto const& name : precious) {
+                ASSERT_TRUE(fs::exists(outside.Native(name))) << name;
+            }
             if (!run.hasHappened) {
                 EXPECT_EQ(run.status, 0);
                 EXPECT_FALSE(fs::exists(Native("tree")));
@@ -211,7 +215,8 @@ TEST_F(Iteration, DeletingStaysInTheTreeWhateverIsExchangedInIt) {
             }
             fs::remove_all(Native("tree"));
             fs::remove_all(Native("link"));
-            fs::remove_all(outside.Native("moved"));
+            fs::remove_all(outside.Native("beside b/moved"));
+            fs::remove_all(outside.Native("beside c/moved"));
         }
     }
 }

@@ -1,4 +1,7 @@
 #include "tests/host/Command.h"
+#include "tests/host/ListDocument.h"
+
+#include <brindle/filesupport/PlatformByteStreams.h>
 
 namespace brindle::host {
 
@@ -37,7 +40,67 @@ TEST_F(CommandLine, HelpAndVersionAreResults) {
         EXPECT_NE(outcome.output, "") << words;
         EXPECT_EQ(outcome.errors, "") << words;
     }
-    EXPECT_EQ(Run("--version >/dev/full").status, 1);
+    Outcome const full = Run("--version >/dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.errors, "brindle: standard output: No space left on device\n");
+}
+
+TEST_F(CommandLine, ControlCharactersReachNoTerminal) {
+    std::string const name = "\x1B[31m\xC2\x9B";
+    std::string const word = " '" + name + "'";
+    std::filesystem::create_directory(Native(name));
+    for (std::string const& words :
+         {"sum" + word + "/missing", "sum --" + name, name, "calc --" + name, "plist" + word,
+          "verify" + word, "pack " + word + " x", "pack /dev/null " + word + "/no/x",
+          "seal" + word + "/no", "layout" + word + " 1x1", "time" + word, "guid" + word,
+          "sum --jobs=" + name + " x"}) {
+        Outcome const outcome = Run(words.front() == '\x1B' ? "'" + words + "'" : words);
+        EXPECT_NE(outcome.status, 0) << words;
+        EXPECT_EQ(outcome.errors.find('\x1B'), std::string::npos) << outcome.errors;
+        EXPECT_EQ(outcome.errors.find('\xC2'), std::string::npos) << outcome.errors;
+        EXPECT_NE(outcome.errors.find("u001b["), std::string::npos) << outcome.errors;
+    }
+}
+
+TEST_F(CommandLine, AStandardStreamThatIsClosedIsAFailureAndNoOtherFile) {
+    Fill("file", "1");
+    std::filesystem::create_directory(Native("dir"));
+    for (char const* const words : {"sum - <&-", "sum - <dir", "pack - out <&-", "sum file >&-"}) {
+        Outcome const outcome = Run(words);
+        EXPECT_EQ(outcome.status, 1) << words;
+        EXPECT_NE(outcome.errors, "") << words;
+    }
+    EXPECT_EQ(EntryCount(), 2);
+    // Whatever is printed stays out of the file that is written.
+    EXPECT_EQ(Run("pack file out 0<&- 1>&- 2>&-").status, 0);
+    EXPECT_EQ(ContentOf("out"), std::string("\0"
+                                            "1",
+                                            2));
+}
+
+TEST_F(CommandLine, AProgressLineFitsIntoANarrowTerminal) {
+    std::filesystem::create_directory(Native("tree"));
+    Fill("tree/file", "1");
+    std::string const command = "script -qec \"stty cols 12; cd '" + mTemporary.Native() +
+                                "'; " BRINDLE_COMMAND " sum tree 2>&1 >sums\" /dev/null >'" +
+                                Native("typed") + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(ContentOf("sums"), "83dcefb7  1  tree/file\n");
+    EXPECT_EQ(ContentOf("typed"), "\r\x1B[Klooking for\r\x1B[K");
+}
+
+TEST_F(CommandLine, ReadsFilesThatAreOpenForWritingElsewhere) {
+    std::filesystem::create_directory(Native("tree"));
+    Fill("tree/list.xml", tests::ListDocument(""));
+    Expect("seal tree");
+    filesupport::OPlatformByteStream const list{filesupport::File(At("tree/list.xml"))};
+    filesupport::OPlatformByteStream const seal{filesupport::File(At("tree/brindle-seal.xml"))};
+    for (char const* const words :
+         {"sum tree", "sum tree/list.xml", "seal tree --output=other.xml", "verify tree",
+          "plist tree/list.xml", "pack tree/list.xml packed"}) {
+        EXPECT_EQ(Run(words).status, 0) << words;
+    }
+    ExpectFailure("pack tree/list.xml tree/list.xml", "tree/list.xml: is open in another program");
 }
 
 } // namespace

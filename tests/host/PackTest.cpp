@@ -87,7 +87,7 @@ TEST_F(Pack, AFailureLeavesTheOldFile) {
     Fill("large", IncompressibleBytes(1'000'000));
     for (std::string const blocks :
          {"600", "1900"}) { // of 512 bytes; the second is enough for all but the end
-        ExpectNoChange("pack large out", "out: cannot be written, the disk may be full",
+        ExpectNoChange("pack large out", "out: the file becomes too large",
                        "ulimit -f " + blocks + "; ");
     }
     Expect("pack large out");
@@ -137,7 +137,7 @@ TEST_F(Pack, ADashIsAStandardStream) {
     EXPECT_EQ(Run("pack - packed <in").errors, "");
     EXPECT_EQ(Run("unpack - - <packed").output, "xxxxxxxxab");
     EXPECT_EQ(Run("unpack packed - >/dev/full").errors,
-              "brindle: standard output: cannot be written\n");
+              "brindle: standard output: No space left on device\n");
     EXPECT_FALSE(fs::exists(Native("-")));
     ASSERT_EQ(mkfifo(Native("fifo").c_str(), 0600), 0);
     EXPECT_EQ(Run("pack fifo -", "cat '" + Native("in") + "' >'" + Native("fifo") + "' & ").output,

@@ -40,6 +40,8 @@ TEST_F(Plist, WritesEveryValueOnALine) {
                                                         {"'b/[0]\\'", " x\n"},
                                                         {"o", "\tbool\ttrue\np/q\tdouble\t0.1\n"},
                                                         {"l", "x\\ny\n\n"},
+                                                        {"l 0", "x\ny\n"},
+                                                        {"l 1", "\n"},
                                                         {"k", ""},
                                                         {"n", ""},
                                                         {"o ''", "true\n"},
@@ -47,11 +49,13 @@ TEST_F(Plist, WritesEveryValueOnALine) {
     for (auto const& [keys, output] : rows) {
         Expect(std::string("plist list ") + keys, output);
     }
+    EXPECT_EQ(Run("plist - m 1 <list").output, "false\n");
     EXPECT_EQ(Run("plist list >/dev/full").status, 1);
 }
 
 TEST_F(Plist, ReportsWhatIsWrongAndLeavesTheFileAlone) {
-    FillList(Pair("a/", List(Pair("b", "<true/>"))));
+    FillList(Pair("a/", List(Pair("b", "<true/>"))) +
+             Pair("l", "<array><true/><false/><true/></array>"));
     std::string const cut = ContentOf("list").substr(0, 99);
     Fill("cut", cut);
     Fill("newer", tests::ListDocument("", "5"));
@@ -60,12 +64,16 @@ TEST_F(Plist, ReportsWhatIsWrongAndLeavesTheFileAlone) {
         {"list c", "list: there is no 'c'"},
         {"list a/ c", "list: there is no 'a\\//c'"},
         {"list a/ b c", "list: 'a\\//b' is no list"},
-        {"cut", "cut: cannot be read as a property list"},
+        {"cut", "cut: cannot be read as a property list: line 1, column 99: unclosed token"},
         {"newer", "newer: is a property list of a later version"},
         {"page", "page: is no property list"},
         {"missing", "missing: no such file or directory"},
         {".", ".: is a directory"},
-        {"/dev/null", "/dev/null: cannot be read as a property list"},
+        {"/dev/null",
+         "/dev/null: cannot be read as a property list: line 1, column 1: no element found"},
+        {"list l 3", "list: there is no 'l[3]'"},
+        {"list l x", "list: there is no 'l[x]'"},
+        {"list l 1 0", "list: 'l' is no list"},
     };
     for (auto const& [words, reason] : rows) {
         ExpectFailure(std::string("plist ") + words, reason);

@@ -11,12 +11,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// What the names of these tests contain that is not printed as it is; the backslash comes first.
+std::pair<std::string, std::string> const kEscapes[] = {
+    {"\\", "\\\\"},          {"\n", "\\n"},
+    {"\r", "\\r"},           {"\x1B", "\\u001b"},
+    {"\xC2\x9B", "\\u009b"}, {"\xFF\xC3 ", "\\xff\\xc3 "},
+    {"\x9B[", "\\x9b["},     {"\xED\xA0\x80", "\\xed\\xa0\\x80"}};
+
 /// The line that `sum` should write for a file, by an independent computation.
 std::string LineFor(std::string const& inContent, std::string const& inPath) {
     std::uint32_t const crc = tests::BitwiseCRC(tests::Bytes(inContent), inContent.size());
-    std::string name;
-    for (char const c : inPath) {
-        name += c == '\\' ? "\\\\" : c == '\n' ? "\\n" : c == '\r' ? "\\r" : std::string(1, c);
+    std::string name = inPath;
+    for (auto const& [raw, escaped] : kEscapes) {
+        for (std::size_t i = 0; (i = name.find(raw, i)) != std::string::npos; i += escaped.size()) {
+            name.replace(i, raw.size(), escaped);
+        }
     }
     char numbers[32];
     std::snprintf(numbers, sizeof numbers, "%08x  %zu  ", crc, inContent.size());
@@ -48,9 +57,11 @@ TEST_F(Sum, SumsFilesOfEveryNameAndSkipsWhatIsNoFile) {
     for (unsigned i = 0; i < 400'000; ++i) {
         large += static_cast<char>(i * i >> 3);
     }
-    for (std::string const name : {"plain", "sub/one", "sub.one", "sub/deeper/two", "new\nline",
-                                   "back\\slash", "return\rhere", "not \xFF\xC3 UTF-8 \xED\xA0\x80",
-                                   "U+F05C \xEF\x81\x9C", ".hidden", " blanks ", "-dash"}) {
+    for (std::string const name :
+         {"plain", "sub/one", "sub.one", "sub/deeper/two", "new\nline", "back\\slash",
+          "return\rhere", "escape \x1B[2J", "C1 \xC2\x9B[2J", "raw C1 \x9B[2J",
+          "not \xFF\xC3 UTF-8 \xED\xA0\x80", "U+F05C \xEF\x81\x9C", ".hidden", " blanks ",
+          "-dash"}) {
         MakeFile(name, "content of " + name);
     }
     MakeFile("empty", "");
@@ -102,11 +113,11 @@ TEST_F(Sum, NamesTheReasonThatTheSystemGives) {
     EXPECT_EQ(outcome.errors, "brindle: closed: the directory cannot be read\n"
                               "brindle: closed/file: permission denied\n"
                               "brindle: listed/file: permission denied\n"
-                              "brindle: loop: too many levels of symbolic links\n"
+                              "brindle: loop: symbolic links lead in a circle\n"
                               "brindle: secret: permission denied\n"
-                              "brindle: secret/below: not a directory\n"
+                              "brindle: secret/below: no such file or directory\n"
                               "brindle: " +
-                                  std::string(300, 'x') + ": file name too long\n");
+                                  std::string(300, 'x') + ": the name is too long\n");
 }
 
 TEST_F(Sum, ReadsAnyKindOfFileThatIsNamed) {
@@ -138,6 +149,15 @@ TEST_F(Sum, PrintsTheSameWithAnyNumberOfJobs) {
     EXPECT_EQ(refused.errors, "brindle: Not enough thread resources.\n") << "stacks of half a TB";
     EXPECT_EQ(refused.output, Run("sum --jobs=2 d0").output);
     EXPECT_EQ(refused.status, 0);
+}
+
+TEST_F(Sum, EndsWhenItsOutputIsLost) {
+    Fill("file", "1");
+    for (int i = 0; i < 2000; ++i) { // more lines than are buffered, then what is reported
+        fs::create_symlink(i < 1000 ? "file" : "/dev/null", Native(std::to_string(10'000 + i)));
+    }
+    EXPECT_EQ(Run("sum . >/dev/full").errors,
+              "brindle: standard output: No space left on device\n");
 }
 
 TEST_F(Sum, WrongUsageSaysSo) {

@@ -26,6 +26,7 @@
 #include <brindle/filesupport/RLEByteStream.h>
 #include <brindle/filesupport/RecursiveFileIterator.h>
 #include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 #include <brindle/filesupport/StdByteStream.h>
 #include <brindle/filesupport/StringByteStream.h>
 #include <brindle/geom/Matrix.h>
@@ -210,6 +211,7 @@ std::type_info const* const S_types[] = {
     &typeid(filesupport::IBufferByteStream),
     &typeid(filesupport::IBufferedByteStream),
     &typeid(filesupport::IByteStream),
+    &typeid(filesupport::IContainerByteStream<std::string>),
     &typeid(filesupport::IDequeByteStream),
     &typeid(filesupport::IRLEByteStream),
     &typeid(filesupport::IStdByteStream),
@@ -220,9 +222,11 @@ std::type_info const* const S_types[] = {
     &typeid(filesupport::OByteStream),
     &typeid(filesupport::OCRCByteStream),
     &typeid(filesupport::OCountingByteStream),
+    &typeid(filesupport::OContainerByteStream<std::string>),
     &typeid(filesupport::ODequeByteStream),
     &typeid(filesupport::OPlatformByteStream),
     &typeid(filesupport::ORLEByteStream),
+    &typeid(filesupport::OSafeSaveStream),
     &typeid(filesupport::OStdByteStream),
     &typeid(filesupport::OStringByteStream),
     &typeid(filesupport::byte_stream_exception),
@@ -253,7 +257,7 @@ std::type_info const* const S_types[] = {
     &typeid(xml::AbstractDocParser),
     &typeid(xml::AbstractParseHandler),
     &typeid(xml::DocParserFactory),
-    &typeid(xml::ExpatParseHandler),
+    &typeid(xml::ExpatParser),
 };
 
 } // namespace

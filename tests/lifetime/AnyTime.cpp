@@ -6,6 +6,7 @@
 #include <brindle/MemoryMappedFile.h>
 #include <brindle/arrange/Groups.h>
 #include <brindle/arrange/Single.h>
+#include <brindle/config/ClientIdentity.h>
 #include <brindle/config/DeferredErrorReporter.h>
 #include <brindle/config/ErrorManager.h>
 #include <brindle/config/Errors.h>
@@ -44,6 +45,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 
 namespace brindle {
 namespace {
@@ -78,6 +80,10 @@ void UseConfig() {
     Check(utility::Guid("no guid") == utility::Guid(), "parsing a Guid");
     Check(manager.errors == 2, "reporting errors");
     config::ErrorManager::Set(nullptr);
+    if (S_moment == std::string("before main")) {
+        config::SetClientName(u"a name"_utf16);
+    }
+    Check(config::GetClientName() == u"a name"_utf16, "an identity that was set stays");
 }
 
 void UseText() {

@@ -236,6 +236,20 @@ TEST(CompletionPort, NoPacketWaitsForAThreadThatGetsNoProcessor) {
     }
 }
 
+TEST(CompletionPort, AThreadThatFallsAsleepBesideAClaimedPromiseWatches) {
+    for (bool const isPromisedBefore : {false, true}) {
+        Sleepers<utility::NoPause> sleepers;
+        auto const woken = sleepers.Enroll();
+        if (isPromisedBefore) {
+            sleepers.WakeOne();
+        }
+        auto const late = sleepers.Enroll();
+        sleepers.WakeOne();
+        EXPECT_TRUE(sleepers.Sleep(woken, Deadline::Never())) << "claims the promise";
+        EXPECT_TRUE(sleepers.Sleep(late, InSystemTime(10'000))) << "looks long before the deadline";
+    }
+}
+
 TEST(CompletionPort, WaitsAsLongAsItIsTold) {
     CompletionPort port;
     void* packet = Packet(1);

@@ -91,7 +91,10 @@ TEST_F(SavePropList, AFaultAtAnyCallLeavesTheOldDocumentOrTheNew) {
                 auto const run = tests::RunWithFault(save, fault);
                 if (!run.hasHappened) {
                     EXPECT_EQ(run.status, 1);
-                    EXPECT_EQ(run.syncs, place == "none" ? "wslS" : "wsllrS");
+                    bool const isNameless = run.syncs.find('l') != std::string::npos;
+                    EXPECT_EQ(run.syncs, !isNameless       ? "wsrS"
+                                         : place == "none" ? "wslS"
+                                                           : "wsllrS");
                     break;
                 }
                 SCOPED_TRACE(place + ": call " + std::to_string(run.call));

@@ -111,13 +111,6 @@ TEST(Streams, SetStreamBufferResetsTheStream) {
     EXPECT_TRUE(out.good());
 }
 
-TEST(Streams, StandardStreamsHaveReferences) {
-    EXPECT_EQ(&streams::In, &std::cin);
-    EXPECT_EQ(&streams::Out, &std::cout);
-    EXPECT_EQ(&streams::Log, &std::clog);
-    EXPECT_EQ(&streams::Err, &std::cerr);
-}
-
 TEST(Locale, AnUnknownUserLocaleIsTheClassicOne) {
     // In a process of its own, in which no test has asked for the locale yet.
     GTEST_FLAG_SET(death_test_style, "threadsafe");

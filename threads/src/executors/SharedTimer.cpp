@@ -23,9 +23,9 @@ struct Shared {
 
 std::aligned_storage_t<sizeof(Shared), alignof(Shared)> S_storage;
 
-/// Never destroyed, because loops may end after static objects are destroyed. Made anew in a forked
-/// child, where the parent's timer has no thread and the mutex may be held by a thread that does
-/// not exist.
+/// Never destroyed, because loops may end after static objects are destroyed. Made again in a
+/// forked child, where the parent's timer has no thread and the mutex may be held by a thread that
+/// does not exist.
 Shared& Make() {
     return *new (&S_storage) Shared;
 }

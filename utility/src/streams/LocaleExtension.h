@@ -13,7 +13,8 @@ namespace brindle::utility {
 /// locale has a slot for each facet, in which a cache that was made once is found by all threads.
 class LocaleExtension final : public std::locale::facet {
 public:
-    explicit LocaleExtension(std::locale const& inExtended) : mExtended(inExtended) {}
+    /// The new facet has one owner, which will be the locale that it is attached to.
+    explicit LocaleExtension(std::locale const& inExtended) : facet(1), mExtended(inExtended) {}
 
     std::locale const& Extended() const noexcept { return mExtended; }
 
@@ -37,12 +38,18 @@ struct __use_cache<brindle::utility::LocaleExtension> {
         return static_cast<brindle::utility::LocaleExtension const*>(found);
     }
 
-    /// Attaches `inExtension`, or deletes it if another thread was faster.
-    static void Attach(locale const& inLocale,
-                       brindle::utility::LocaleExtension const* inExtension) noexcept {
-        // Threads find the extension without a lock, so it must be complete before it is attached.
-        __atomic_thread_fence(__ATOMIC_RELEASE);
-        inLocale._M_impl->_M_install_cache(inExtension, Slot());
+    /// Attaches `inExtension`, or deletes it if another thread was faster. Returns what is attached
+    /// then. Threads find it without a lock, so it is complete before it is attached.
+    static brindle::utility::LocaleExtension const&
+    Attach(locale const& inLocale, brindle::utility::LocaleExtension const* inExtension) noexcept {
+        locale::facet const** const slot = inLocale._M_impl->_M_caches + Slot();
+        locale::facet const* attached = nullptr;
+        if (__atomic_compare_exchange_n(slot, &attached, inExtension, false, __ATOMIC_ACQ_REL,
+                                        __ATOMIC_ACQUIRE)) {
+            return *inExtension;
+        }
+        delete inExtension;
+        return static_cast<brindle::utility::LocaleExtension const&>(*attached);
     }
 
 private:

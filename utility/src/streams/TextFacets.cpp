@@ -85,11 +85,10 @@ std::locale WithTextFacets(std::locale const& inBase) {
     std::locale extended = inBase;
     AddFacets<std::uint16_t>(extended);
     AddFacets<std::uint8_t>(extended);
-    // A locale that has all facets already must not own itself.
-    if (extended != inBase) {
-        Extensions::Attach(inBase, new LocaleExtension(extended));
+    if (extended == inBase) {
+        return inBase; // it has all facets already, and must not own itself
     }
-    return extended;
+    return Extensions::Attach(inBase, new LocaleExtension(extended)).Extended();
 }
 
 } // namespace brindle::utility

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace brindle::utility {
+namespace brindle::utility::impl {
 
 namespace {
 
@@ -11,21 +11,21 @@ using Units = std::basic_string_view<std::uint16_t>;
 using OutStream = std::basic_ostream<std::uint16_t>;
 using InStream = std::basic_istream<std::uint16_t>;
 
-OutStream& InsertQuoted(OutStream& ioStream, Units inText, std::uint16_t inDelimiter,
-                        std::uint16_t inEscape) {
-    UTF16String text(1, inDelimiter);
-    for (std::uint16_t const unit : inText) {
-        if (unit == inDelimiter || unit == inEscape) {
-            text += inEscape;
+template <typename Quoted>
+OutStream& Insert(OutStream& ioStream, Quoted const& inQuoted) {
+    UTF16String text(1, inQuoted._M_delim);
+    for (std::uint16_t const unit : Units(inQuoted._M_string)) {
+        if (unit == inQuoted._M_delim || unit == inQuoted._M_escape) {
+            text += inQuoted._M_escape;
         }
         text += unit;
     }
-    text += inDelimiter;
+    text += inQuoted._M_delim;
     return ioStream << text;
 }
 
-InStream& ExtractQuoted(InStream& ioStream, UTF16String& outText, std::uint16_t inDelimiter,
-                        std::uint16_t inEscape) {
+InStream& Extract(InStream& ioStream, UTF16String& outText, std::uint16_t inDelimiter,
+                  std::uint16_t inEscape) {
     if ((ioStream.flags() & std::ios_base::skipws) != 0) {
         ioStream >> std::ws;
     }
@@ -48,12 +48,11 @@ InStream& ExtractQuoted(InStream& ioStream, UTF16String& outText, std::uint16_t 
 
 } // namespace
 
-} // namespace brindle::utility
+} // namespace brindle::utility::impl
 
 namespace std {
 
-using brindle::utility::ExtractQuoted;
-using brindle::utility::InsertQuoted;
+using namespace brindle::utility::impl;
 
 template <>
 basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream, char inCharacter) {
@@ -76,32 +75,26 @@ basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream, char16_t 
 }
 
 basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream,
-                                    decltype(quoted(declval<uint16_t const*>())) const& inQuoted) {
-    return InsertQuoted(ioStream, inQuoted._M_string, inQuoted._M_delim, inQuoted._M_escape);
+                                    QuotedPointer const& inText) {
+    return Insert(ioStream, inText);
+}
+
+basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream, QuotedView const& inText) {
+    return Insert(ioStream, inText);
+}
+
+basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream, QuotedString const& inText) {
+    return Insert(ioStream, inText);
 }
 
 basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream,
-                                    decltype(quoted(declval<brindle::UTF16String const&>()))
-                                        const& inQuoted) {
-    return InsertQuoted(ioStream, inQuoted._M_string, inQuoted._M_delim, inQuoted._M_escape);
-}
-
-basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream,
-                                    decltype(quoted(declval<brindle::UTF16String&>()))
-                                        const& inQuoted) {
-    return InsertQuoted(ioStream, inQuoted._M_string, inQuoted._M_delim, inQuoted._M_escape);
-}
-
-basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream,
-                                    decltype(quoted(declval<basic_string_view<uint16_t>>()))
-                                        const& inQuoted) {
-    return InsertQuoted(ioStream, inQuoted._M_string, inQuoted._M_delim, inQuoted._M_escape);
+                                    QuotedVariable const& inText) {
+    return Insert(ioStream, inText);
 }
 
 basic_istream<uint16_t>& operator>>(basic_istream<uint16_t>& ioStream,
-                                    decltype(quoted(declval<brindle::UTF16String&>()))
-                                        const& outQuoted) {
-    return ExtractQuoted(ioStream, outQuoted._M_string, outQuoted._M_delim, outQuoted._M_escape);
+                                    QuotedVariable const& outText) {
+    return Extract(ioStream, outText._M_string, outText._M_delim, outText._M_escape);
 }
 
 } // namespace std
