@@ -10,7 +10,7 @@
 namespace brindle::host {
 
 /// The reason to report for a directory that cannot be read.
-constexpr char const* kUnreadableDirectory = "the directory cannot be read";
+constexpr char const* kCannotReadDirectory = "the directory cannot be read";
 
 /// What a walk found, as native paths.
 struct FoundFiles {

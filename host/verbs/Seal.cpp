@@ -65,7 +65,7 @@ void AddUnreadableDirs(std::vector<std::string> const& inPaths, SealedTree const
     EntryState state;
     state.kind = EntryState::kUnreadableDirectory;
     for (std::string const& path : inPaths) {
-        ioDiagnostics.Report(inTree.NativePathOf(path), kUnreadableDirectory);
+        ioDiagnostics.Report(inTree.NativePathOf(path), kCannotReadDirectory);
         if (!path.empty()) {
             ioManifest.Add(path, state);
         }

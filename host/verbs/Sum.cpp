@@ -36,7 +36,7 @@ std::vector<PathToSum> PathsOf(std::vector<std::string> const& inOperands,
         }
     }
     for (std::string const& dir : found.unreadableDirs) {
-        ioDiagnostics.Report(dir, kUnreadableDirectory);
+        ioDiagnostics.Report(dir, kCannotReadDirectory);
     }
     paths.reserve(paths.size() + found.files.size());
     for (std::string& file : found.files) {

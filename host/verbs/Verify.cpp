@@ -108,7 +108,7 @@ void ReportNewlyUnreadable(std::vector<std::string> const& inDirs,
         auto const sealed = std::lower_bound(inSealed.begin(), inSealed.end(), dir, byPath);
         if (sealed == inSealed.end() || sealed->path != dir ||
             sealed->state.kind != EntryState::kUnreadableDirectory) {
-            ioDiagnostics.Report(inTree.NativePathOf(dir), kUnreadableDirectory);
+            ioDiagnostics.Report(inTree.NativePathOf(dir), kCannotReadDirectory);
         }
     }
 }

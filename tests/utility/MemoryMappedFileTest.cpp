@@ -3,6 +3,7 @@
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/InTemporaryDirectory.h"
 
+#include <atomic>
 #include <csignal>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
@@ -14,7 +15,7 @@
 
 namespace {
 
-int S_controlCalls = 0;
+std::atomic<int> S_controlCalls{0};
 
 } // namespace
 
