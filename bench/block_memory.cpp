@@ -1,5 +1,6 @@
-// block_memory brindle|malloc CASE: what a process holds at its peak and at the end of a case, in
-// MiB above its start. With `malloc` and a preloaded library, what that allocator holds.
+// block_memory brindle|malloc CASE: prints the resident memory of the process at its peak and at
+// the end of a case, in MiB above that at its start. To measure another allocator, preload its
+// library and use `malloc`.
 
 #include <brindle/utility/SmallBlockAllocator.h>
 
@@ -72,14 +73,14 @@ void InThreads(unsigned int inCount, std::function<void(unsigned int)> const& in
 
 constexpr unsigned int kPool = 4;
 
-/// As many blocks as make a GiB, where the list of them does not become larger than that.
+/// The number of blocks in a GiB, but at most 16 Mi, which limits the size of the list of blocks.
 std::size_t CountOf(unsigned int inSize) {
     return std::min((std::size_t{1} << 30) / inSize, std::size_t{1} << 24);
 }
 
-/// A GiB of blocks of a size, freed in random order.
+/// Allocates a GiB of blocks of one size and frees them in random order.
 void Random(unsigned int inSize) {
-    // The list itself is freed by the time that figures are taken.
+    // The list itself is freed before the final figure is taken.
     std::size_t const count = CountOf(inSize);
     Blocks* const blocks = new Blocks(count);
     for (Block& block : *blocks) {
@@ -93,7 +94,8 @@ void Random(unsigned int inSize) {
     delete blocks;
 }
 
-/// The same by the threads of a pool, of which each frees what any allocated, and which stay.
+/// The same in the threads of a pool. Each frees blocks that any of them allocated, and all threads
+/// still exist when the final figure is taken.
 void RandomInPool(unsigned int inSize) {
     std::size_t const count = CountOf(inSize) / kPool;
     Blocks* const blocks = new Blocks(count * kPool);
@@ -201,7 +203,7 @@ void ProducerAndConsumer() {
     });
 }
 
-/// Threads that come, leave blocks to others, and go.
+/// Short-lived threads that leave half of their blocks for another thread to free.
 void ComeAndGo() {
     std::deque<Blocks> left;
     for (int round = 0; round < 60; ++round) {

@@ -4,22 +4,22 @@
 
 namespace brindle::platform {
 
-/// A pair of barriers for two sides of which one comes by far more often. Each side writes, passes
-/// its barrier, and reads what the other side writes: at least one of them sees the other's write.
-/// The light barrier costs next to nothing, the heavy one a call of the system.
+/// An asymmetric pair of barriers for two sides, one of which runs far more often. Each side
+/// writes, executes its barrier, and reads what the other side writes: at least one of them sees
+/// the other's write. The light barrier costs next to nothing, the heavy one a system call.
 ///
 /// Where the system has no such call, both are full fences.
 void LightBarrier() noexcept;
 void HeavyBarrier() noexcept;
 
-/// Asks the system for the call, once, before the barriers are first used. Until then, and where it
-/// is refused, `LightBarrier` is a full fence.
+/// Asks the system once, before the first use of the barriers, whether the call is granted. Until
+/// then, and if it is refused, `LightBarrier` is a full fence.
 void PrepareBarriers() noexcept;
 
 extern std::atomic<bool> S_isLightBarrierFree;
 
-/// A fence that the thread sanitizer, too, can do without: it orders nothing that the sanitizer
-/// looks at.
+/// A full fence that the thread sanitizer does not see, and need not: no happens-before relation
+/// that it checks depends on this fence.
 void FullFence() noexcept;
 
 inline void LightBarrier() noexcept {

@@ -18,7 +18,7 @@ bool IsRefused(std::size_t inSize) noexcept {
     return filter != nullptr && !filter(inSize);
 }
 
-/// The address at which the next pages probably fit, so that they need no trimming.
+/// The address at which the next pages probably fit with the right alignment, without trimming.
 std::atomic<std::uintptr_t> S_hint{0};
 
 std::byte* Map(std::uintptr_t inHint, std::size_t inSize) noexcept {
@@ -31,7 +31,7 @@ bool IsAligned(std::byte const* inPages, std::size_t inAlignment) noexcept {
     return (reinterpret_cast<std::uintptr_t>(inPages) & (inAlignment - 1)) == 0;
 }
 
-/// Maps more than is needed and gives back what lies before and behind the aligned part.
+/// Maps more than is needed and unmaps what lies before and after the aligned part.
 std::byte* MapTrimmed(std::size_t inSize, std::size_t inAlignment) noexcept {
     std::size_t const size = inSize + inAlignment;
     std::byte* const all = Map(0, size);
@@ -67,7 +67,7 @@ void* AllocatePages(std::size_t inSize, std::size_t inAlignment) noexcept {
     if (IsRefused(inSize)) {
         return nullptr;
     }
-    // The system hands out addresses downward, so below the last pages there is likely to be room.
+    // The system assigns addresses downwards, so there is likely to be room below the last pages.
     std::byte* pages = Map(S_hint.load(std::memory_order_relaxed), inSize);
     if (pages != nullptr && !IsAligned(pages, inAlignment)) {
         ::munmap(pages, inSize);

@@ -21,7 +21,7 @@ void FullFence() noexcept {
 }
 
 void PrepareBarriers() noexcept {
-    // A copy of the process inherits the registration.
+    // The child of a fork inherits the registration.
     if (Membarrier(MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED) &&
         Membarrier(MEMBARRIER_CMD_PRIVATE_EXPEDITED)) {
         S_isLightBarrierFree.store(true, std::memory_order_relaxed);
@@ -31,7 +31,7 @@ void PrepareBarriers() noexcept {
 void HeavyBarrier() noexcept {
     FullFence();
     if (S_isLightBarrierFree.load(std::memory_order_relaxed)) {
-        // It was granted once, so it is granted for good.
+        // The call was granted at the start, and is relied on from then on.
         Membarrier(MEMBARRIER_CMD_PRIVATE_EXPEDITED);
     }
 }

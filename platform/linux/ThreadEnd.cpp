@@ -6,7 +6,7 @@ namespace brindle::platform {
 
 namespace {
 
-pthread_key_t S_key; // set before any thread asks
+pthread_key_t S_key; // set before any thread requests the call
 
 } // namespace
 

@@ -43,8 +43,8 @@ TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
     }
 }
 
-// Every class, so that a block of each place in each kind of chunk finds its chunk again.
-TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
+// Every class, so that the chunk is found for a block at every place in every kind of chunk.
+TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndAreReclaimedWhenEmpty) {
     ReleaseStock();
     for (std::size_t index = 0; index < SizeClasses::kOfSmallChunks; ++index) {
         unsigned int const size = SizeClasses::kBlockSizes[index];
@@ -72,7 +72,7 @@ TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
         EXPECT_EQ(full.bytesHeld, bytes);
         EXPECT_EQ(full.blocksHeld, blocks.size());
         EXPECT_EQ(full.blocksInUse, blocks.size());
-        // What is given back is used before anything is added.
+        // Freed blocks are reused before a chunk is added.
         for (std::size_t i = 0; i < blocks.size(); i += 7) {
             Dispose(blocks[i], size);
         }
@@ -92,13 +92,13 @@ TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndGoWithTheirBlocks) {
     EXPECT_LE(GetFigures().bytesHeld, 3 * Region::kSize);
 }
 
-TEST(SmallBlockAllocator, ClassThatKeepsNoneReturnsItsChunkWithItsOnlyBlock) {
+TEST(SmallBlockAllocator, ClassThatKeepsNoChunkReturnsItWithItsOnlyBlock) {
     ReleaseStock();
     void* const block = Allocate(144);
     EXPECT_EQ(GetFigures(144).chunksHeld, 1U);
     Dispose(block, 144);
     EXPECT_EQ(GetFigures(144).chunksHeld, 0U);
-    // The next small chunks that anybody asks for are what was left.
+    // The memory of that chunk is reused for the next small chunks.
     auto const before = GetFigures().bytesHeld;
     Blocks chunks(64);
     for (void*& chunk : chunks) {
@@ -113,7 +113,7 @@ TEST(SmallBlockAllocator, ClassThatKeepsNoneReturnsItsChunkWithItsOnlyBlock) {
     EXPECT_EQ(GetFigures(4128).blocksInUse, 0U);
 }
 
-TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
+TEST(SmallBlockAllocator, BlocksOfTheSystemHeapGoBackThere) {
     for (unsigned int const size : {0U, 32U, 144U, 1024U, 4128U, 8192U, 8193U, 66080U}) {
         void* const own = Allocate(size);
         Dispose(platform::AllocateAligned(size, 16), size);
@@ -125,7 +125,7 @@ TEST(SmallBlockAllocator, BlocksOfTheHeapGoBackThere) {
     EXPECT_FALSE(RegionStore::Holds(reinterpret_cast<void*>(std::uintptr_t{1} << 60)));
 }
 
-TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
+TEST(SmallBlockAllocator, RefusalOfAnyAllocationLeavesItConsistent) {
     std::uint64_t const before = BlocksInUse();
     static std::atomic<int> S_untilRefusal{-1};
     for (int n = 0; S_untilRefusal < 0; ++n) {
@@ -157,7 +157,7 @@ TEST(SmallBlockAllocator, EveryRefusalOfMemoryLeavesItWhole) {
 
 using SmallBlockAllocatorDeathTest = ::testing::Test;
 
-TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) {
+TEST_F(SmallBlockAllocatorDeathTest, SystemHeapServesAllBeforeAndWithoutInitialization) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto const begin = [](bool inWithMemory) {
         if (!inWithMemory) {
@@ -177,7 +177,7 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllIfItCannotBeginOrHasNotBegun) 
     EXPECT_EXIT(begin(true), ::testing::ExitedWithCode(0), "");
 }
 
-/// Blocks that threads take from each other, of classes of every kind.
+/// Places through which threads exchange blocks of several classes.
 struct Exchange {
     static constexpr unsigned int kSizes[] = {4, 8, 32, 128, 144, 1024, 1152, 4128, 8192};
 
@@ -194,8 +194,8 @@ struct Exchange {
     }
 };
 
-/// Takes blocks in bursts of several chunks, marks them, and checks that they stay as they are
-/// until it disposes of them or hands them over.
+/// Allocates blocks in bursts of several chunks, fills in a mark, and checks that the mark is
+/// intact before it frees the block. Also exchanges blocks with the other threads.
 void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
     std::uint32_t random = inSeed * 2654435761U + 1;
     std::array<void*, 400> blocks{};
@@ -222,7 +222,7 @@ void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
     }
 }
 
-TEST(SmallBlockAllocator, NeitherThreadsNorCopiesOfTheProcessHoldTheSameBlock) {
+TEST(SmallBlockAllocator, ThreadsAndForkedChildrenNeverShareABlock) {
     std::uint64_t const before = BlocksInUse();
     std::optional<Exchange> exchange(std::in_place);
     std::atomic<bool> isDone{false};
@@ -248,8 +248,8 @@ TEST(SmallBlockAllocator, NeitherThreadsNorCopiesOfTheProcessHoldTheSameBlock) {
     EXPECT_EQ(BlocksInUse(), before);
 }
 
-/// Disposes of the blocks in several threads, each of every so manyth in an order of its own, and
-/// keeps the threads until the figures are taken.
+/// Frees the blocks in several threads, each its share in a scattered order, and takes the figures
+/// while these threads still exist.
 Figures AfterDisposalByIdlePool(Blocks const& inBlocks, unsigned int inSize) {
     constexpr unsigned int kThreads = 3;
     Figures figures;
@@ -268,8 +268,8 @@ Figures AfterDisposalByIdlePool(Blocks const& inBlocks, unsigned int inSize) {
     return figures;
 }
 
-// The thread that allocated them does nothing any more, or is gone.
-TEST(SmallBlockAllocator, MemoryThatOthersDisposeOfGoesBackWithoutItsThread) {
+// The thread that allocated the blocks is idle, or has ended.
+TEST(SmallBlockAllocator, RemoteFreesReturnMemoryWithoutTheOwner) {
     for (bool const isGone : {false, true}) {
         for (unsigned int const size : {16U, 144U, 8192U}) {
             ReleaseStock();
@@ -282,14 +282,14 @@ TEST(SmallBlockAllocator, MemoryThatOthersDisposeOfGoesBackWithoutItsThread) {
             auto const peak = GetFigures();
             EXPECT_GE(peak.bytesHeld, 32'000'000U);
             auto const after = AfterDisposalByIdlePool(blocks, size);
-            // What is kept for the next request, and what each thread has at hand.
+            // The regions that the store keeps, and those that each thread still uses.
             EXPECT_LE(after.bytesHeld, (8 + 2 * 6) * Region::kSize);
         }
     }
     EXPECT_EQ(BlocksInUse(), 0U);
 }
 
-TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
+TEST(SmallBlockAllocator, MemoryIsBoundedIfOneThreadAllocatesAndAnotherFrees) {
     std::array<Blocks, 2> belts{Blocks(20000), Blocks(20000)};
     boost::barrier turn(2);
     InThreads(2, [&](unsigned int inThread) {
@@ -300,7 +300,7 @@ TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
             turn.wait();
         }
     });
-    EXPECT_LE(GetFigures(64).bytesHeld, 4'500'000U); // of 65 million that went through
+    EXPECT_LE(GetFigures(64).bytesHeld, 4'500'000U); // of 65 million bytes allocated in total
     for (void* const block : belts[0]) {
         Dispose(block, 64);
     }
@@ -308,8 +308,8 @@ TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
     EXPECT_LE(GetFigures(64).chunksHeld, 1U);
 }
 
-// Threads that call first, or still, while the system runs their last destructors.
-TEST(SmallBlockAllocator, ThreadsAtTheirEndLeaveNothing) {
+// Threads that call for the first time, or again, from destructors of thread-specific data.
+TEST(SmallBlockAllocator, EndingThreadsLeakNothing) {
     pthread_key_t key;
     ASSERT_EQ(::pthread_key_create(
                   &key, [](void* inBlock) { Dispose(inBlock, 48), Dispose(Allocate(48), 48); }),

@@ -20,8 +20,8 @@ struct Yield {
     }
 };
 
-// A chunk of few blocks: the list is often empty, and full, when the next thread comes.
-TEST(RemoteFrees, EachBlockIsTakenOnceAndTheChunkIsQueuedOnceAtATime) {
+// With few blocks, a push often finds the list empty, or makes the chunk empty.
+TEST(RemoteFrees, EachBlockIsTakenOnceAndTheChunkIsNeverQueuedTwice) {
     struct Chunk {
         BasicRemoteFrees<Yield> remote;
         Chunk* nextInInbox = nullptr;
@@ -30,7 +30,7 @@ TEST(RemoteFrees, EachBlockIsTakenOnceAndTheChunkIsQueuedOnceAtATime) {
     BasicInbox<Chunk, Yield> inbox;
     constexpr std::uint32_t kThreads = 4;
     constexpr std::uint32_t kRounds = 600;
-    // Which thread may push a block next; 0: with the owner.
+    // The thread that may push a block next; 0 if the owner has it, ~0U if it has been pushed.
     std::array<std::atomic<std::uint32_t>, 8> holders{};
     std::atomic<std::uint32_t> used{0};
     std::atomic<int> queued{0};
@@ -96,10 +96,10 @@ TEST(RemoteFrees, EachBlockIsTakenOnceAndTheChunkIsQueuedOnceAtATime) {
     EXPECT_EQ(used, 0U);
 }
 
-TEST(OwnerLock, OwnerAndVisitorsAreNeverInTogether) {
+TEST(OwnerLock, OwnerAndVisitorsExcludeEachOther) {
     platform::PrepareBarriers();
     BasicOwnerLock<Yield> lock;
-    int inside = 0; // not atomic: the lock orders it
+    int inside = 0; // not atomic, as the lock orders all accesses
     std::atomic<int> faults{0};
     std::atomic<int> visits{0};
     std::atomic<bool> isDone{false};

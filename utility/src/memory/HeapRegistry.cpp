@@ -28,7 +28,7 @@ struct Registry {
     RegionStore store;
 };
 
-// Held while the registry is made, and by who forks: a copy of the process finds all or nothing.
+// Held during construction and across a fork, so that a child never has half a registry.
 Mutex S_making;
 std::aligned_storage_t<sizeof(Registry), 64> S_storage;
 
@@ -36,11 +36,11 @@ Registry& The() noexcept {
     return *std::launder(reinterpret_cast<Registry*>(&S_storage));
 }
 
-bool HasBegun() noexcept {
+bool IsMade() noexcept {
     return S_state.load(std::memory_order_acquire) == State::kReady;
 }
 
-/// An abandoned heap, or a new one; null without memory.
+/// Adopts an abandoned heap, or creates one; null without memory.
 ThreadHeap* Acquire() noexcept {
     ThreadHeap* abandoned = nullptr;
     {
@@ -71,14 +71,14 @@ void Abandon(ThreadHeap& ioHeap) noexcept {
 }
 
 void EndThread(void* inHeap) {
-    // What the thread still does after this goes without a heap.
+    // What the thread allocates or frees after this, it does without a heap of its own.
     ThreadSlots::t_mineP = &ThreadSlots::S_ended;
     Abandon(*static_cast<ThreadHeap*>(inHeap));
 }
 
 void CloseForFork() BRN_NO_THREAD_SAFETY_ANALYSIS {
     S_making.Lock();
-    if (HasBegun()) {
+    if (IsMade()) {
         The().mutex.Freeze();
         for (ThreadHeap* heap = The().all; heap != nullptr; heap = heap->nextOfAll) {
             heap->CloseForFork();
@@ -88,7 +88,7 @@ void CloseForFork() BRN_NO_THREAD_SAFETY_ANALYSIS {
 }
 
 void OpenInParent() BRN_NO_THREAD_SAFETY_ANALYSIS {
-    if (HasBegun()) {
+    if (IsMade()) {
         The().store.OpenInParent();
         for (ThreadHeap* heap = The().all; heap != nullptr; heap = heap->nextOfAll) {
             heap->OpenInParent();
@@ -99,14 +99,14 @@ void OpenInParent() BRN_NO_THREAD_SAFETY_ANALYSIS {
 }
 
 void OpenInChild() BRN_NO_THREAD_SAFETY_ANALYSIS {
-    if (HasBegun()) {
+    if (IsMade()) {
         The().store.OpenInChild();
         The().mutex.ThawInChild();
         The().abandoned = nullptr;
         for (ThreadHeap* heap = The().all; heap != nullptr; heap = heap->nextOfAll) {
             heap->OpenInChild();
             if (heap != MineOrNull()) {
-                // Its thread is not here. What was in its hands stays in use.
+                // Its owner does not exist in the child. The blocks of that thread stay in use.
                 heap->nextAbandoned = std::exchange(The().abandoned, heap);
             }
         }
@@ -179,7 +179,7 @@ Total Count() {
         heap == mine ? heap->CountMine(total.classes) : heap->CountOthers(total.classes);
         total.bytesFromSystem += heap->Regions() * Region::kSize;
     }
-    // To which the heaps may have given some just now.
+    // After the heaps, as draining them may have moved regions to the store.
     total.bytesFromSystem += The().store.Kept();
     return total;
 }

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdint>
 
-/// The heaps of all threads: made at the first use of the allocator, never destroyed.
+/// The heaps of all threads. Constructed at the first use of the allocator, never destroyed.
 namespace brindle::utility::HeapRegistry {
 
 enum class State : std::uint32_t { kNotStarted, kInProgress, kReady };
@@ -14,16 +14,16 @@ extern std::atomic<State> S_state;
 
 bool Initialize() noexcept;
 
-/// Makes what the heaps share if nobody has begun to. False while another thread makes it, and for
-/// good if that failed: the heap of the system then serves every request.
+/// Constructs the registry if no thread has started to. False while another thread constructs it,
+/// and for ever if that failed: the system's heap then serves every request.
 inline bool IsReady() noexcept {
     return S_state.load(std::memory_order_acquire) == State::kReady || Initialize();
 }
 
-// Only when it is ready:
+// The following functions require `IsReady()`.
 
-/// The calling thread's heap, made if it has none. Null without memory, and when the thread has
-/// given its heap up at its end.
+/// The calling thread's heap; a thread without one adopts or creates one. Null without memory, and
+/// when the thread is ending and has abandoned its heap.
 ThreadHeap* MineOrMade() noexcept;
 /// The calling thread's heap, null if it has none.
 ThreadHeap* MineOrNull() noexcept;
@@ -31,14 +31,14 @@ ThreadHeap* MineOrNull() noexcept;
 /// A block for a thread without a heap. Throws `std::bad_alloc`.
 void* AllocateWithoutHeap(std::size_t inClass);
 
-/// What all heaps hold together.
+/// The sums over all heaps.
 struct Total {
     ThreadHeap::Uses classes{};
     std::uint64_t bytesFromSystem = 0;
 };
 Total Count();
 
-/// Gives back what the calling thread and the process keep for the next request.
+/// Gives back what the calling thread's heap and the process keep for the next request.
 void Release();
 
 } // namespace brindle::utility::HeapRegistry

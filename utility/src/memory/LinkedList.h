@@ -8,7 +8,7 @@ struct ListLinks {
     T* previous;
 };
 
-/// A list through a member of its elements, which it does not own.
+/// An intrusive doubly linked list through the member `kLinks`. It does not own its elements.
 template <typename T, ListLinks<T> T::*kLinks>
 class LinkedList {
 public:

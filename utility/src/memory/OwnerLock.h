@@ -12,9 +12,10 @@
 
 namespace brindle::utility {
 
-/// A lock that one thread, its owner, takes and gives back without an atomic read-modify-write as
-/// long as nobody else wants it. Visitors pay for that with a call of the system.
-/// docs/concurrency/small-block-allocator.md tells why this is right.
+/// A lock that is biased towards one thread, its owner, which locks and unlocks it without an
+/// atomic read-modify-write while no other thread wants it. The other threads, called visitors, pay
+/// for that with a system call. docs/concurrency/small-block-allocator.md explains why it is
+/// correct.
 template <typename Steps>
 class BasicOwnerLock {
 public:
@@ -22,7 +23,7 @@ public:
     BasicOwnerLock(BasicOwnerLock const&) = delete;
     BasicOwnerLock& operator=(BasicOwnerLock const&) = delete;
 
-    /// For the owner, who does not hold the lock.
+    /// For the owner. The lock is not recursive.
     void Lock() {
         mIsOwnerIn.store(true, std::memory_order_relaxed);
         platform::LightBarrier();
@@ -40,22 +41,24 @@ public:
         platform::LightBarrier();
         Steps::Pause();
         if (mVisitors.load(std::memory_order_relaxed) != 0) {
-            TellVisitors();
+            WakeVisitors();
         }
     }
 
-    /// Holds the lock for another thread than the owner, which holds no such lock itself.
+    /// Holds the lock in a thread other than the owner. That thread must not hold a lock of its
+    /// own.
     class Visit {
     public:
-        /// Waits until the owner is not in.
+        /// Waits until the owner has left the lock.
         explicit Visit(BasicOwnerLock& ioLock) : mLock(Announced(ioLock)), mMutex(ioLock.mMutex) {
             mLock.AwaitOwner();
         }
         Visit(Visit const&) = delete;
         Visit& operator=(Visit const&) = delete;
-        __attribute__((
-            noinline)) ~Visit() { // inlined, it looks to compilers as if it used too much
-            // An owner that sees no visitor sees what this one did; another one has the mutex.
+        // Not inlined, as compilers then warn of accesses that do not happen.
+        __attribute__((noinline)) ~Visit() {
+            // An owner that then sees no visitor has acquired what this one did. An owner that
+            // still sees one takes the mutex, which orders the two.
             mLock.mVisitors.fetch_sub(1, std::memory_order_release);
         }
 
@@ -69,8 +72,8 @@ public:
         threads::FreezableMutexLock mMutex;
     };
 
-    /// Keeps everybody but the calling thread out, before the process is copied; and lets them in
-    /// again, in the process and in its copy.
+    /// Before a fork: excludes all threads but the calling one, until one of the functions below
+    /// ends that in the parent or in the child process.
     void CloseForFork() BRN_NO_THREAD_SAFETY_ANALYSIS {
         mVisitors.fetch_add(1, std::memory_order_relaxed);
         mMutex.Freeze();
@@ -85,10 +88,10 @@ public:
 private:
     void LockByMutex() {
         mIsOwnerIn.store(false, std::memory_order_release);
-        TellVisitors();
+        WakeVisitors();
         mByMutex.emplace(mMutex);
     }
-    void TellVisitors() {
+    void WakeVisitors() {
         MutexLock const lock(mLeaving);
         mHasLeft.NotifyAll();
     }
@@ -101,9 +104,9 @@ private:
         }
     }
 
-    std::atomic<bool> mIsOwnerIn{false};                 // and not by way of the mutex
-    std::atomic<int> mVisitors{0};                       // those inside and those about to enter
-    std::optional<threads::FreezableMutexLock> mByMutex; // the owner's
+    std::atomic<bool> mIsOwnerIn{false};                 // holds the lock without the mutex
+    std::atomic<int> mVisitors{0};                       // those that hold the lock or wait for it
+    std::optional<threads::FreezableMutexLock> mByMutex; // for the owner
     threads::FreezableMutex mMutex;
     Mutex mLeaving;
     Condition mHasLeft;

@@ -97,7 +97,7 @@ void Region::GiveSmall(Chunk const& inChunk) noexcept {
     SetBit(mMiddlesWithSmalls, index / kSmallsInMiddle);
 }
 
-bool Region::AreAllFreeBeside(Chunk const& inSmall) const noexcept {
+bool Region::AreSiblingsFree(Chunk const& inSmall) const noexcept {
     return mFreeSmalls[IndexIn(inSmall) / kSmallsInMiddle] == kAllSmalls;
 }
 

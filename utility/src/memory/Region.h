@@ -14,33 +14,34 @@ namespace brindle::utility {
 class ThreadHeap;
 struct Slot;
 
-/// What a chunk is for its owner.
+/// What the owner thread may do with a chunk without the heap's lock.
 enum class ChunkState : std::uint8_t {
-    kFull,      ///< has no known free block: whoever touches it has the lock
-    kAvailable, ///< has one: the owner disposes of blocks without the lock
-    kCurrent,   ///< the owner allocates and disposes of blocks without the lock
+    kFull,      ///< nothing: `free` is empty, and a block is freed here under the lock or remotely
+    kAvailable, ///< free blocks into it
+    kCurrent,   ///< allocate blocks from it and free blocks into it
 };
 
-/// The header of a chunk, which lies apart from it. Fields that are not atomic belong to the owner,
-/// or to who has the owner's lock, where they say so.
+/// The header of a chunk, stored apart from the chunk's blocks. A field that is not atomic belongs
+/// to the owner thread, or to the thread that holds the heap's lock where its comment says so.
 struct alignas(64) Chunk {
-    /// Added to `used` where nobody wants to know that the chunk has become empty.
+    /// Added to `used` of a parked chunk, so that the fast path does not report it as empty.
     static constexpr std::uint32_t kParked = 0x20000000;
 
-    /// How many blocks are with clients or on `remote`. Stored by the owner, last of what it does
-    /// with a block that it disposes of.
+    /// How many blocks are allocated to clients or on `remote`. Written by the owner thread; when
+    /// it frees a block, this store is its last access to the chunk.
     std::atomic<std::uint32_t> used{0};
     std::uint32_t free = 0;      ///< the link to the first free block
-    std::byte* origin = nullptr; ///< what links count from
-    /// The slot that turns to this chunk when a block of it is disposed of; of the heap that the
-    /// chunk belongs to, so it tells that, too.
+    std::byte* origin = nullptr; ///< links are offsets from here
+    /// The slot that allocates from this chunk after the owner thread frees a block into it, or the
+    /// heap's `sink`. It is a member of the heap that the chunk belongs to, so it identifies the
+    /// heap as well.
     std::atomic<Slot*> slot{nullptr};
-    RemoteFrees remote;         ///< blocks that others disposed of
-    ListLinks<Chunk> inClass{}; ///< of available chunks; with the lock
+    RemoteFrees remote;         ///< blocks that other threads freed
+    ListLinks<Chunk> inClass{}; ///< links of `Slot::withFree`; under the lock
     Chunk* nextInInbox = nullptr;
-    std::uint32_t bump = 0; ///< where the blocks begin that were never given out
+    std::uint32_t bump = 0; ///< the link to the first block that was never on `free`
     std::uint8_t sizeClass = 0;
-    std::atomic<ChunkState> state{ChunkState::kFull}; ///< changed with the lock
+    std::atomic<ChunkState> state{ChunkState::kFull}; ///< changed under the lock
     ChunkKind kind = ChunkKind::kSmall;
 
     std::uint32_t Used() const noexcept {
@@ -58,7 +59,8 @@ struct alignas(64) Chunk {
         used.store(used.load(std::memory_order_relaxed) + inCount, std::memory_order_relaxed);
     }
 
-    /// A free block, null if the list is empty. For the owner, who allocates from the chunk.
+    /// Takes a block from `free`, null if that is empty. For the owner thread; the chunk is
+    /// current.
     void* Take() noexcept {
         if (free == 0) {
             return nullptr;
@@ -68,8 +70,8 @@ struct alignas(64) Chunk {
         AddUsed(1);
         return block;
     }
-    /// Gives a block back, for the owner. False, with nothing done, if the chunk may become empty
-    /// by it, or is full.
+    /// Frees a block, for the owner thread. Returns false and does nothing if the chunk is full or
+    /// may become empty.
     bool Give(void* inBlock) noexcept {
         std::uint32_t const left = used.load(std::memory_order_relaxed) - 1;
         if (left == remote.Count() || IsFull()) {
@@ -81,18 +83,18 @@ struct alignas(64) Chunk {
     void Push(void* inBlock, std::uint32_t inLeft) noexcept {
         WriteLink(inBlock, free);
         free = static_cast<std::uint32_t>(static_cast<std::byte*>(inBlock) - origin);
-        // Releases the block to who finds that the chunk has become empty.
+        // Pairs with the acquire load of the thread that finds the chunk empty and reclaims it.
         used.store(inLeft, std::memory_order_release);
     }
 
     std::uint32_t End() const noexcept { return EndOf(sizeClass, kind); }
 
-    /// Where the blocks of a chunk end, counted from its origin.
+    /// The offset from `origin` at which the blocks of a chunk end.
     static std::uint32_t EndOf(std::size_t inClass, ChunkKind inKind) noexcept {
         return kEnds[static_cast<std::size_t>(inKind)][inClass];
     }
 
-    static constexpr std::uint32_t kFirstBlock = 4; // so that no link is 0
+    static constexpr std::uint32_t kFirstBlock = 4; // so that no link to a block is 0
 
 private:
     using Ends = std::array<std::array<std::uint32_t, SizeClasses::kCount>, 3>;
@@ -114,8 +116,9 @@ static_assert(sizeof(Chunk) == 64);
 
 inline constexpr Chunk::Ends Chunk::kEnds = Chunk::MakeEnds();
 
-/// A MiB of the address space at a multiple of its size: a large chunk, whole or cut into middle
-/// and small ones, and this record, which tells what it is cut into. It belongs to one heap.
+/// One MiB of address space, aligned to its size. It holds one large chunk or 14 middle chunks,
+/// each of these whole or split into small ones, and this record, which describes the split. A
+/// region belongs to one heap.
 class Region {
 public:
     static constexpr std::size_t kSize = std::size_t{1} << 20;
@@ -126,7 +129,7 @@ public:
     /// The record of the region that an address lies in.
     static Region& Of(void const* inAddress) noexcept {
         auto const address = reinterpret_cast<std::uintptr_t>(inAddress);
-        // Neighbours have their records in different sets of the cache.
+        // The offset varies, so that the records of neighbours fall into different cache sets.
         return *reinterpret_cast<Region*>((address & ~(kSize - 1)) + kRecord +
                                           ((address >> 12) & kColours));
     }
@@ -134,34 +137,35 @@ public:
         return reinterpret_cast<std::byte*>(reinterpret_cast<std::uintptr_t>(this) & ~(kSize - 1));
     }
 
-    /// The chunk of a block of a class of requests.
+    /// The chunk that a block was cut from.
     Chunk& ChunkOf(void const* inBlock) noexcept { return mChunks[mLeaders[IndexOf(inBlock)]]; }
-    /// The chunk that is one block, for a client.
-    Chunk& ChunkThatIs(void const* inBlock) noexcept {
+    /// The chunk that was given to a client as a whole, as one block.
+    Chunk& ClientChunkAt(void const* inBlock) noexcept {
         return ChunkOf(static_cast<std::byte const*>(inBlock) + kChunkHeader);
     }
 
-    /// Makes one large chunk of the whole, or middle ones that are free; when all of it is free.
+    /// For a region that is entirely free: makes one large chunk of it, or free middle chunks.
     Chunk& MakeLarge() noexcept;
     void MakeMiddles() noexcept;
 
-    /// A free one; only if there is one.
+    /// Takes a free chunk, of which there must be one.
     Chunk& TakeMiddle() noexcept;
     Chunk& TakeSmall() noexcept;
     void GiveMiddle(Chunk const& inChunk) noexcept;
     void GiveSmall(Chunk const& inChunk) noexcept;
-    /// Cuts a middle chunk that was taken into small ones that are free; and makes it whole again,
-    /// when they are.
+    /// Splits a middle chunk that was taken into free small ones.
     void Cut(Chunk const& inMiddle) noexcept;
+    /// Merges the small chunks of a middle chunk, which are all free. The result is not free yet.
     Chunk& Join(Chunk const& inSmall) noexcept;
-    /// The same for a middle chunk whose small ones are all free, null if there is none.
+    /// Does the same for the first middle chunk whose small ones are all free; null if there is
+    /// none.
     Chunk* JoinAnyFree() noexcept;
 
     bool HasMiddle() const noexcept { return mFreeMiddles != 0; }
     bool HasSmall() const noexcept { return mMiddlesWithSmalls != 0; }
     bool IsFree() const noexcept { return mFreeMiddles == kAllMiddles; }
-    /// Whether the middle chunk that a small one is cut from has no other in use.
-    bool AreAllFreeBeside(Chunk const& inSmall) const noexcept;
+    /// Whether all small chunks of the middle chunk that `inSmall` was split from are free.
+    bool AreSiblingsFree(Chunk const& inSmall) const noexcept;
     /// How many small chunks are free.
     std::uint32_t FreeSmalls() const noexcept;
 
@@ -169,11 +173,11 @@ public:
     template <typename Function>
     void ForEachChunk(Function inFunction);
 
-    ThreadHeap* heap;              ///< that it belongs to
-    ListLinks<Region> withMiddles; ///< of the heap's regions that have a free middle chunk
-    ListLinks<Region> withSmalls;  ///< of those that have a free small one
-    ListLinks<Region> all;
-    Region* nextInStore; ///< of regions that are kept for the next use
+    ThreadHeap* heap;              ///< the heap that the region belongs to
+    ListLinks<Region> withMiddles; ///< the heap's regions with a free middle chunk
+    ListLinks<Region> withSmalls;  ///< the heap's regions with a free small chunk
+    ListLinks<Region> all;         ///< all regions of the heap
+    Region* nextInStore;           ///< links the regions that the store keeps
 
 private:
     static constexpr std::size_t kRecord = 0xE2000; // the first page behind the large chunk
@@ -181,10 +185,10 @@ private:
     static constexpr std::uint32_t kAllMiddles = (1U << kMiddles) - 1;
     static constexpr std::uint32_t kAllSmalls = (1U << kSmallsInMiddle) - 1;
 
-    // 1 + the index of the small chunk that an address would lie in, if there were small chunks; 0
-    // before the first. They lie 4130 bytes apart on average, with the headers of the middle ones,
-    // never more than 30 bytes off that grid; and a block begins at least 32 bytes behind the
-    // beginning of its chunk.
+    // 1 + the index of the small chunk at an address, as if the region consisted of small chunks; 0
+    // before the first. Including the headers of middle chunks, small chunks are 4130 bytes apart
+    // on average and never more than 30 bytes off that grid. A block begins at least 32 bytes after
+    // the beginning of its chunk, so the division finds the right one.
     static std::size_t IndexOf(void const* inBlock) noexcept {
         constexpr std::uint32_t kDistance = 4130;
         static_assert(kDistance * kSmallsInMiddle == kMiddleChunk);
@@ -199,14 +203,14 @@ private:
         return Begin() + kChunkHeader + std::size_t{inMiddle} * kMiddleChunk;
     }
 
-    std::uint16_t mFreeMiddles; // a bit for each
+    std::uint16_t mFreeMiddles; // one bit for each middle chunk
     std::uint16_t mCutMiddles;
     std::uint16_t mMiddlesWithSmalls;
     bool mIsLarge;
     std::array<std::uint16_t, kMiddles> mFreeSmalls;
-    // For each place of a small chunk, from 1 on, the index of the chunk that it lies in.
+    // For the result of `IndexOf`: the index of the header of the chunk that covers the address.
     std::array<std::uint8_t, 1 + kSmalls> mLeaders;
-    // The header of a middle chunk is that of its first small one.
+    // A middle chunk uses the header of its first small chunk.
     std::array<Chunk, kSmalls> mChunks;
 };
 

@@ -73,15 +73,15 @@ void RegionStore::Unmap(Region& inRegion) noexcept {
     std::byte* const begin = inRegion.Begin();
     auto const address = reinterpret_cast<std::uintptr_t>(begin);
     Mark& mark = MarksFor(address)[address >> 20 & (kMarks - 1)];
-    // Before the system can give the addresses to anybody. If it cannot take them, it has their
-    // memory and nobody has the addresses.
+    // Before the pages are unmapped, as the system may reuse the addresses at once. If it cannot
+    // unmap them, it takes their memory, and the addresses stay unused.
     mark.store(false, std::memory_order_relaxed);
     Region* known = &inRegion;
     KnownAt(begin).compare_exchange_strong(known, nullptr, std::memory_order_relaxed);
     static_cast<void>(platform::FreePages(begin, Region::kSize));
 }
 
-/// The marks for an address, made if they are not there; null without memory.
+/// The leaf of marks for an address, allocated if there is none; null without memory.
 RegionStore::Mark* RegionStore::MarksFor(std::uintptr_t inAddress) noexcept {
     if (inAddress >> kLeafShift >= kLeaves) {
         return nullptr;
@@ -96,7 +96,8 @@ RegionStore::Mark* RegionStore::MarksFor(std::uintptr_t inAddress) noexcept {
     if (pages == nullptr) {
         return nullptr;
     }
-    // The pages are zero, which is false. A thread that was faster has made the marks already.
+    // The pages are zero, so every mark is false. If another thread has published its leaf in the
+    // meantime, this one is freed.
     auto* const made = static_cast<Mark*>(pages);
     if (leaf.compare_exchange_strong(marks, made, std::memory_order_acq_rel,
                                      std::memory_order_acquire)) {

@@ -10,8 +10,7 @@
 
 namespace brindle::utility {
 
-/// Where regions come from and go to: the system's pages, of which a few are kept for the next
-/// request.
+/// Maps regions from the system and unmaps them. A few free regions are kept for the next request.
 class RegionStore {
 public:
     RegionStore() = default;
@@ -21,9 +20,9 @@ public:
     /// Null if the system has no memory. Any thread may call.
     Region* Allocate() noexcept;
     void Free(Region& inRegion) noexcept;
-    /// Gives what it keeps back to the system.
+    /// Unmaps the regions that are kept.
     void ReleaseAll() noexcept;
-    /// How many bytes it keeps.
+    /// The bytes of the regions that are kept.
     std::size_t Kept();
 
     void CloseForFork() BRN_ACQUIRE(mMutex) { mMutex.Freeze(); }
@@ -43,7 +42,8 @@ public:
                marks[address >> 20 & (kMarks - 1)].load(std::memory_order_relaxed);
     }
 
-    /// The region of a block, in one read; null also for some blocks that lie in one.
+    /// The region of a block, found by one load. May be null for a block that lies in a region;
+    /// then `Holds` decides.
     static Region* Known(void const* inBlock) noexcept {
         Region* const known = KnownAt(inBlock).load(std::memory_order_relaxed);
         auto const difference =
@@ -60,17 +60,18 @@ private:
     static constexpr std::size_t kKeptAtMost = 8;
     static constexpr unsigned kLeafShift = 35;
     static constexpr std::size_t kLeaves = std::size_t{1} << (48 - kLeafShift);
-    static constexpr std::size_t kMarks = std::size_t{1} << (kLeafShift - 20); // one a MiB
+    static constexpr std::size_t kMarks = std::size_t{1} << (kLeafShift - 20); // one for each MiB
     using Mark = std::atomic<bool>;
 
     static Mark* MarksFor(std::uintptr_t inAddress) noexcept;
     static void Unmap(Region& inRegion) noexcept;
 
-    // What addresses are ours: a leaf for each 32 GiB, made when the first region lies there, kept
-    // for good.
+    // Which MiB of the address space are regions: one leaf for each 32 GiB, allocated when the
+    // first region is mapped there and never freed.
     static std::atomic<Mark*> S_leaves[kLeaves];
 
-    // Regions by the low bits of their place: where two meet, the later one.
+    // A direct-mapped cache of regions by the low bits of their number: a later region replaces an
+    // earlier one with the same bits.
     static std::atomic<Region*> S_known[kKnown];
 
     threads::FreezableMutex mMutex;

@@ -8,7 +8,7 @@
 
 namespace brindle::utility {
 
-/// The link of a free block: where the next one lies, counted from the origin of its chunk, which
+/// The link in a free block: the offset of the next free block from the origin of the chunk, which
 /// is 4 bytes before the first block; 0 at the end of a list.
 inline std::uint32_t ReadLink(void const* inBlock) noexcept {
     return *static_cast<std::uint32_t const*>(inBlock);
@@ -17,27 +17,28 @@ inline void WriteLink(void* inBlock, std::uint32_t inLink) noexcept {
     ::new (inBlock) std::uint32_t(inLink);
 }
 
-/// The blocks of a chunk that other threads than its owner gave back: a list that any thread pushes
-/// to and only the owner takes, as a whole. Beside it stands whether the chunk is on its way to the
-/// owner's inbox or in it.
+/// The remote frees of a chunk: a lock-free intrusive list of the blocks that other threads than
+/// the owner freed. Any thread pushes; one thread at a time takes the whole list: the owner, or a
+/// thread that holds the owner's lock. The same word records whether the chunk is queued, that is,
+/// in the heap's inbox or about to be pushed there.
 ///
-/// What a thread did before `Push` is visible to who sees the blocks in `Look` or takes them.
+/// `Push` releases; `Look` and `TakeAll` acquire.
 template <typename Steps>
 class BasicRemoteFrees {
 public:
     struct State {
         std::uint32_t first; ///< the link to the first block, 0 if there is none
         std::uint32_t count;
-        bool isQueued; ///< on its way to the inbox or in it: the chunk may not go
+        bool isQueued; ///< in the inbox or about to be: the chunk must not be reclaimed
     };
     struct Pushed {
-        bool mustQueue; ///< the caller, and nobody else, puts the chunk into the inbox
+        bool mustQueue; ///< the caller alone has to push the chunk to the inbox
         bool isEmpty;   ///< no block of the chunk is in use any more
     };
 
-    /// Pushes `inCount` linked blocks of which `inFirst` is the link to the first. The caller still
-    /// owns them, and so the chunk is there; after the call it is there for the caller only if
-    /// `mustQueue`. `inUsed` is how many blocks are in use by the owner's count.
+    /// Pushes `inCount` linked blocks, the first at link `inFirst`. Until the call the caller owns
+    /// them, so the chunk cannot be reclaimed; after it the caller may touch the chunk only if
+    /// `mustQueue`. `inUsed` is `Chunk::used` as read before the call.
     Pushed Push(std::uint32_t inFirst, void* inLast, std::uint32_t inCount,
                 std::uint32_t inUsed) noexcept {
         std::uint64_t word = mWord.load(std::memory_order_relaxed);
@@ -60,16 +61,16 @@ public:
         return static_cast<std::uint32_t>(mWord.load(std::memory_order_relaxed) >> 32);
     }
 
-    /// Takes the list and leaves the mark. For who has the owner's lock.
+    /// Takes the list and leaves the queued mark. For the owner, or with its lock.
     State TakeAll() noexcept {
-        // Changes nothing but the list, so the mark stays what the inbox makes it.
+        // The mark belongs to the inbox, so nothing but the list is cleared.
         std::uint64_t const word = mWord.fetch_and(kQueued, std::memory_order_acquire);
         return Unpack(word);
     }
-    /// For who has taken the chunk out of the inbox, and is done with its place there: the next one
-    /// that queues it acquires that.
+    /// Clears the mark, for the thread that took the chunk out of the inbox and has read
+    /// `nextInInbox`: the next push that queues the chunk acquires this release.
     void ClearQueued() noexcept { mWord.fetch_and(~kQueued, std::memory_order_release); }
-    /// For a chunk that nobody else knows.
+    /// For a chunk that no other thread can reach.
     void Reset() noexcept { mWord.store(0, std::memory_order_relaxed); }
 
 private:
@@ -84,14 +85,15 @@ private:
                (inState.isQueued ? kQueued : 0);
     }
 
-    // High half: how many blocks; low half: the link to the first, and the mark.
+    // High half: the number of blocks. Low half: the link to the first, and the queued mark.
     std::atomic<std::uint64_t> mWord{0};
 };
 
 using RemoteFrees = BasicRemoteFrees<NoPause>;
 
-/// Chunks that wait for their owner: any thread pushes, one at a time takes all. `Node` has a
-/// pointer `nextInInbox`, which belongs to the inbox while the node is in it.
+/// A lock-free intrusive stack of chunks that the owner has to look at: any thread pushes, one
+/// thread at a time takes all. `Node` has a pointer `nextInInbox`, which belongs to the inbox while
+/// the node is in it.
 template <typename Node, typename Steps>
 class BasicInbox {
 public:
@@ -103,7 +105,7 @@ public:
         } while (!mTop.compare_exchange_weak(top, inNode, std::memory_order_release,
                                              std::memory_order_relaxed));
     }
-    /// The nodes, linked, or null.
+    /// The linked nodes, null if there are none.
     Node* TakeAll() noexcept {
         return IsEmpty() ? nullptr : mTop.exchange(nullptr, std::memory_order_acquire);
     }

@@ -6,8 +6,8 @@
 
 namespace brindle::utility {
 
-/// What blocks are cut from. The sizes fit each other without waste: a middle chunk is 16 small
-/// ones and a header, a large chunk 14 middle ones and a header.
+/// The kinds of chunks that blocks are cut from. Their sizes nest without waste: a middle chunk is
+/// 16 small ones and a header, a large chunk is 14 middle ones and a header.
 enum class ChunkKind : std::uint8_t { kSmall, kMiddle, kLarge };
 
 inline constexpr std::uint32_t kSmallChunk = 4128;
@@ -25,10 +25,11 @@ constexpr std::uint32_t SizeOf(ChunkKind inKind) {
 
 namespace brindle::utility::SizeClasses {
 
-/// The largest request that a class of the ladder serves.
+/// The largest request that a class of the ladder of block sizes serves.
 inline constexpr std::uint32_t kLargest = 8192;
 
-/// 71 classes of requests by rising size, then the two of chunks that a client asks for.
+/// 71 classes in ascending order of block size, then two for clients that request a block of the
+/// exact size of a small or a middle chunk.
 inline constexpr std::size_t kOfSmallChunks = 71;
 inline constexpr std::size_t kOfMiddleChunks = 72;
 inline constexpr std::size_t kCount = 73;
@@ -57,12 +58,12 @@ constexpr std::array<std::uint32_t, kCount> BlockSizes() {
 inline constexpr std::array<std::uint32_t, kCount> kBlockSizes = BlockSizes();
 static_assert(kBlockSizes[kOfSmallChunks - 1] == kLargest);
 
-/// Whether the last chunk of a class stays when it is empty.
+/// Whether a class keeps its last chunk when that is empty.
 constexpr bool KeepsChunk(std::size_t inClass) {
     return kBlockSizes[inClass] <= 128 || kBlockSizes[inClass] == 1024;
 }
 
-/// The chunk that a class of requests takes next when it holds `inBytes` of them.
+/// The kind of the next chunk of a class whose chunks have `inBytes` bytes in total.
 constexpr ChunkKind NextChunk(std::size_t inClass, std::uint64_t inBytes) {
     bool const isSmall = kBlockSizes[inClass] <= 1024;
     return inBytes >= kLargeChunk                ? ChunkKind::kLarge
@@ -70,12 +71,13 @@ constexpr ChunkKind NextChunk(std::size_t inClass, std::uint64_t inBytes) {
                                                  : ChunkKind::kSmall;
 }
 
-/// How many blocks of a class a chunk holds. A client's chunk is one block, header and all.
+/// How many blocks of a class a chunk holds. A chunk given to a client is one block, which includes
+/// the chunk's header.
 constexpr std::uint32_t BlockCount(std::size_t inClass, ChunkKind inKind) {
     return inClass >= kOfSmallChunks ? 1 : (SizeOf(inKind) - kChunkHeader) / kBlockSizes[inClass];
 }
 
-/// The class for each request, small chunks among them.
+/// The class of each request up to 8192 bytes, including those for small chunks.
 constexpr std::array<std::uint8_t, kLargest + 1> ClassesBySize() {
     std::array<std::uint8_t, kLargest + 1> classes{};
     std::uint32_t request = 0;
@@ -90,7 +92,7 @@ constexpr std::array<std::uint8_t, kLargest + 1> ClassesBySize() {
 
 inline constexpr std::array<std::uint8_t, kLargest + 1> kClassOf = ClassesBySize();
 
-/// The class of a request, `kCount` if the heap serves it.
+/// The class of a request, `kCount` if the system's heap serves it.
 inline std::size_t ClassOf(std::uint32_t inSize) noexcept {
     return inSize <= kLargest       ? kClassOf[inSize]
            : inSize == kMiddleChunk ? kOfMiddleChunks

@@ -20,14 +20,14 @@ __attribute__((noinline)) void* AllocateSlowly(unsigned int inSize) {
 }
 
 __attribute__((noinline)) void DisposeSlowly(void* inBlock, unsigned int inSize) {
-    // Above 8192 bytes the size may be that of a block of the heap that lies anywhere.
+    // Above 8192 bytes, all sizes but 66080 are served by the system's heap.
     std::size_t const index = SizeClasses::ClassOf(inSize);
     if (index == SizeClasses::kCount || !RegionStore::Holds(inBlock)) {
         platform::FreeAligned(inBlock);
         return;
     }
     Region& region = Region::Of(inBlock);
-    Chunk& chunk = index >= SizeClasses::kOfSmallChunks ? region.ChunkThatIs(inBlock)
+    Chunk& chunk = index >= SizeClasses::kOfSmallChunks ? region.ClientChunkAt(inBlock)
                                                         : region.ChunkOf(inBlock);
     ThreadHeap* const mine = HeapRegistry::MineOrNull();
     if (mine == nullptr) {
@@ -59,13 +59,14 @@ void* Allocate(unsigned int inSize) {
 }
 
 void Dispose(void* inBlock, unsigned int inSize) {
-    // What is a chunk itself is found in another way.
+    // The chunk of a block that is a whole chunk is found in another way, by the slow path.
     if (inSize <= SizeClasses::kLargest && inSize != kSmallChunk) {
         if (Region* const region = RegionStore::Known(inBlock)) {
             Chunk& chunk = region->ChunkOf(inBlock);
             Slot* const slot = chunk.slot.load(std::memory_order_relaxed);
             if (ThreadSlots::Mine().Has(slot) && chunk.Give(inBlock)) {
-                slot->chunk = &chunk; // the block that is in the processor's cache is the next
+                // The next allocation returns this block, which is in the processor's cache.
+                slot->chunk = &chunk;
                 return;
             }
         }

@@ -12,7 +12,7 @@ ThreadSlots ThreadSlots::S_notMade;
 ThreadSlots ThreadSlots::S_ended;
 __thread ThreadSlots* ThreadSlots::t_mineP = &ThreadSlots::S_notMade;
 
-/// Has the lock for the owner as long as it lives.
+/// Holds the heap's lock for the owner.
 class ThreadHeap::OwnerGuard {
 public:
     explicit OwnerGuard(ThreadHeap& ioHeap) : mLock(ioHeap.mLock) { mLock.Lock(); }
@@ -26,15 +26,15 @@ private:
 
 // Chunks
 
-/// Makes a chunk with free blocks the one that its class allocates from next.
+/// Makes a chunk with free blocks the one that its class allocates from.
 void ThreadHeap::Install(Chunk& ioChunk) {
     Slot& slot = slots[ioChunk.sizeClass];
     slot.chunk = &ioChunk;
-    // A large chunk stays current until it is full. Others take turns.
-    if (slot.takesTurns == ioChunk.IsLarge()) {
-        slot.takesTurns = !ioChunk.IsLarge();
+    // A large chunk stays in the slot until it is full. Between others the slot follows the frees.
+    if (slot.followsFrees == ioChunk.IsLarge()) {
+        slot.followsFrees = !ioChunk.IsLarge();
         for (Chunk* each = slot.withFree.Front(); each != nullptr; each = each->inClass.next) {
-            each->slot.store(TurnsTo(*each), std::memory_order_relaxed);
+            each->slot.store(SlotToFollow(*each), std::memory_order_relaxed);
         }
     }
     if (ioChunk.IsLarge()) {
@@ -43,22 +43,22 @@ void ThreadHeap::Install(Chunk& ioChunk) {
     }
 }
 
-/// Adds a chunk to those of its class that have free blocks.
+/// Adds a chunk to the list of those of its class that have free blocks.
 void ThreadHeap::Link(Chunk& ioChunk) {
     bool const isCurrent = !ioChunk.IsLarge() && !mIsAbandoned;
     ioChunk.state.store(isCurrent ? ChunkState::kCurrent : ChunkState::kAvailable,
                         std::memory_order_relaxed);
-    ioChunk.slot.store(TurnsTo(ioChunk), std::memory_order_relaxed);
+    ioChunk.slot.store(SlotToFollow(ioChunk), std::memory_order_relaxed);
     slots[ioChunk.sizeClass].withFree.PushBack(ioChunk);
 }
 
-/// The slot that a chunk with free blocks turns to itself.
-Slot* ThreadHeap::TurnsTo(Chunk const& inChunk) {
+/// The slot that follows frees into a chunk with free blocks, the sink if none does.
+Slot* ThreadHeap::SlotToFollow(Chunk const& inChunk) {
     Slot& slot = slots[inChunk.sizeClass];
-    return !inChunk.IsLarge() && inChunk.IsCurrent() && slot.takesTurns ? &slot : &sink;
+    return !inChunk.IsLarge() && inChunk.IsCurrent() && slot.followsFrees ? &slot : &sink;
 }
 
-/// Makes a chunk count as full, whatever it is.
+/// Takes a chunk in any state off the list of its class, and makes it full.
 void ThreadHeap::Unlink(Chunk& ioChunk) {
     if (!ioChunk.IsFull() && !(ioChunk.IsLarge() && ioChunk.IsCurrent())) {
         slots[ioChunk.sizeClass].withFree.Remove(ioChunk);
@@ -66,7 +66,7 @@ void ThreadHeap::Unlink(Chunk& ioChunk) {
     ioChunk.state.store(ChunkState::kFull, std::memory_order_relaxed);
 }
 
-/// Takes a chunk out of its slot and out of the list: now it is known to who has the lock alone.
+/// Removes a chunk from its slot and from the list, so that it is touched under the lock only.
 void ThreadHeap::Detach(Chunk& ioChunk) {
     Slot& slot = slots[ioChunk.sizeClass];
     if (slot.chunk == &ioChunk) {
@@ -81,15 +81,16 @@ void ThreadHeap::Detach(Chunk& ioChunk) {
     Unlink(ioChunk);
 }
 
-/// Sees to a chunk after blocks of it were disposed of. False if it is empty and cannot go yet, as
-/// it is in the inbox or on the way there.
+/// Reclaims a chunk that is not current if it is empty; otherwise lists it if it was full. Called
+/// after blocks of it were freed. False if it is empty but queued, so that it cannot be reclaimed
+/// yet.
 bool ThreadHeap::Settle(Chunk& ioChunk) {
     if (ioChunk.IsCurrent()) {
-        return true; // the owner looks when it needs blocks
+        return true; // the owner decides when it needs blocks
     }
     RemoteFrees::State const remote = ioChunk.remote.Look();
-    // No other thread has a block that it could push. The owner has none that it could be about to
-    // dispose of, and does not allocate from the chunk.
+    // If these are equal, no other thread has a block that it could push, and the owner is neither
+    // freeing a block of the chunk nor allocating from it.
     if (ioChunk.used.load(std::memory_order_acquire) == remote.count) {
         if (remote.isQueued) {
             return false;
@@ -103,25 +104,25 @@ bool ThreadHeap::Settle(Chunk& ioChunk) {
     return true;
 }
 
-/// Gives an empty chunk back. If it cannot go yet, it goes with the inbox. For the owner.
+/// Reclaims an empty chunk, with the inbox if it is queued. For the owner.
 void ThreadHeap::Return(Chunk& ioChunk) {
     Detach(ioChunk);
     if (!Settle(ioChunk)) {
-        Drain(Who::kOwner);
+        Drain(Caller::kOwner);
     }
 }
 
-/// Sees to all chunks that other threads have disposed of blocks of.
-void ThreadHeap::Drain(Who inWho) {
+/// Empties the inbox: reclaims or lists the chunks that remote frees have queued.
+void ThreadHeap::Drain(Caller inCaller) {
     mUnseen.store(0, std::memory_order_relaxed);
     Chunk* forOwner = nullptr;
     while (Chunk* chunk = mInbox.TakeAll()) {
         while (chunk != nullptr) {
             Chunk& first = *std::exchange(chunk, chunk->nextInInbox);
-            // The owner may be allocating from a current chunk; a visitor cannot tell.
+            // The owner may be allocating from a current chunk, so a visitor must not reclaim it.
             bool const isCurrentAndEmpty =
                 first.IsCurrent() && first.Used() == first.remote.Count();
-            if (isCurrentAndEmpty && inWho == Who::kVisitor) {
+            if (isCurrentAndEmpty && inCaller == Caller::kVisitor) {
                 first.nextInInbox = std::exchange(forOwner, &first);
                 continue;
             }
@@ -129,20 +130,20 @@ void ThreadHeap::Drain(Who inWho) {
             if (isCurrentAndEmpty && &first != slots[first.sizeClass].chunk) {
                 Detach(first);
             }
-            Settle(first); // where it says false, the chunk comes again
+            Settle(first); // if that is false, the chunk has been queued again
         }
     }
     while (forOwner != nullptr) {
         mInbox.Push(std::exchange(forOwner, forOwner->nextInInbox));
     }
-    if (inWho == Who::kVisitor) {
+    if (inCaller == Caller::kVisitor) {
         ReturnCutMiddle();
     }
 }
 
 void ThreadHeap::DrainIfMuch() {
     if (mUnseen.load(std::memory_order_relaxed) >= kUnseenAtMost) {
-        Drain(Who::kOwner);
+        Drain(Caller::kOwner);
     }
 }
 
@@ -171,7 +172,7 @@ void* ThreadHeap::AllocateSlowly(std::size_t inClass) {
             slot.emptied = 0;
             Detach(*slot.chunk);
         }
-        Drain(Who::kOwner);
+        Drain(Caller::kOwner);
         if (Chunk* const chunk = slot.withFree.Front()) {
             Install(*chunk);
         } else if (!NewChunk(inClass)) {
@@ -180,14 +181,14 @@ void* ThreadHeap::AllocateSlowly(std::size_t inClass) {
     }
 }
 
-/// Decides about a current chunk that is empty.
+/// Parks a current chunk that has become empty, or reclaims it.
 void ThreadHeap::CurrentEmptied(Chunk& ioChunk) {
     std::size_t const index = ioChunk.sizeClass;
     Slot& slot = slots[index];
     Chunk const* const first = slot.withFree.Front();
     bool const isAlone = first == nullptr || (first == &ioChunk && ioChunk.inClass.next == nullptr);
-    if (!isAlone || (slot.chunk != &ioChunk && !slot.takesTurns)) {
-        Return(ioChunk); // another one serves the next request
+    if (!isAlone || (slot.chunk != &ioChunk && !slot.followsFrees)) {
+        Return(ioChunk); // another chunk serves the next request
         return;
     }
     slot.chunk = &ioChunk;
@@ -202,7 +203,7 @@ void ThreadHeap::CurrentEmptied(Chunk& ioChunk) {
     }
 }
 
-/// Keeps a chunk though it is empty, and the one of its class that was kept so no longer.
+/// Keeps an empty chunk, in place of the one of its class that was parked before.
 void ThreadHeap::Park(Chunk& ioChunk) {
     Unpark(ioChunk.sizeClass);
     ioChunk.AddUsed(Chunk::kParked);
@@ -218,16 +219,16 @@ void ThreadHeap::Unpark(std::size_t inClass) {
     }
 }
 
-/// Sees to it that a class that keeps a chunk has one, after it has returned one: a small one,
-/// where there is memory.
+/// Called after chunks were reclaimed: if the class keeps a chunk and has none left, gives it a
+/// small one, unless there is no memory.
 void ThreadHeap::KeepChunk(std::size_t inClass) {
     if (slots[inClass].bytes == 0 && SizeClasses::KeepsChunk(inClass)) {
         NewChunk(inClass);
     }
 }
 
-/// Remembers that a class has parked a chunk that is not small, and lets the class do without that
-/// did so longest ago.
+/// Records that a class has parked a chunk larger than small, and unparks the chunk of the class
+/// that did so longest ago.
 void ThreadHeap::ReturnEldestParked(std::size_t inClass) {
     std::size_t const eldest =
         std::exchange(mParked[mNextParked], static_cast<std::uint8_t>(inClass));
@@ -245,7 +246,7 @@ void ThreadHeap::Dispose(Chunk& ioChunk, void* inBlock) {
     ioChunk.Push(inBlock, ioChunk.used.load(std::memory_order_relaxed) - 1);
     if (!ioChunk.IsCurrent()) {
         if (!Settle(ioChunk)) {
-            Drain(Who::kOwner);
+            Drain(Caller::kOwner);
         }
     } else if (ioChunk.used.load(std::memory_order_relaxed) == 0) {
         CurrentEmptied(ioChunk);
@@ -290,20 +291,21 @@ void ThreadHeap::PushRemotely(Chunk& ioChunk, std::uint32_t inFirst, void* inLas
     std::uint32_t const size = SizeOf(ioChunk.kind);
     RemoteFrees::Pushed const pushed =
         ioChunk.remote.Push(inFirst, inLast, inCount, ioChunk.used.load(std::memory_order_acquire));
-    // From here on the chunk is there only if it must be queued. The heap is there for good.
+    // From here on the chunk may have been reclaimed, unless this thread has to queue it. The heap
+    // is never freed.
     if (pushed.mustQueue) {
         heap.mInbox.Push(&ioChunk);
     }
     if (pushed.isEmpty &&
         heap.mUnseen.fetch_add(size, std::memory_order_relaxed) + size >= kUnseenAtMost) {
         BasicOwnerLock<NoPause>::Visit const visit(heap.mLock);
-        heap.Drain(Who::kVisitor);
+        heap.Drain(Caller::kVisitor);
     }
 }
 
 // Memory for chunks
 
-/// Makes a chunk of a class and puts it into the slot. False without memory.
+/// Creates a chunk of a class and installs it in the slot. False without memory.
 bool ThreadHeap::NewChunk(std::size_t inClass) {
     Slot& slot = slots[inClass];
     Chunk* const chunk = TakeMemory(SizeClasses::NextChunk(inClass, slot.bytes));
@@ -322,7 +324,7 @@ bool ThreadHeap::NewChunk(std::size_t inClass) {
     return true;
 }
 
-/// A chunk that is one block, header and all. Throws `std::bad_alloc`.
+/// A whole chunk, including its header, as one block. Throws `std::bad_alloc`.
 void* ThreadHeap::NewClientChunk(std::size_t inClass) {
     Chunk* const chunk =
         TakeMemory(inClass == SizeClasses::kOfSmallChunks ? ChunkKind::kSmall : ChunkKind::kMiddle);
@@ -406,7 +408,7 @@ Chunk* ThreadHeap::TakeSmall() {
     return &chunk;
 }
 
-/// Gives back the chunks that the slots of classes that keep none have parked.
+/// Reclaims the empty small chunks that are parked by classes that keep none.
 void ThreadHeap::ReturnParkedSmalls() {
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
         Chunk* const chunk = slots[i].parked;
@@ -433,8 +435,8 @@ void ThreadHeap::GiveMemory(Chunk const& inChunk) {
     region.GiveSmall(inChunk);
     bool const isOnlyMiddle = mWithSmalls.Front() == &region && region.withSmalls.next == nullptr &&
                               region.FreeSmalls() == Region::kSmallsInMiddle;
-    // The last one stays cut for the next small chunk.
-    if (region.AreAllFreeBeside(inChunk) && !isOnlyMiddle) {
+    // The last middle chunk with small ones stays split for the next small chunk.
+    if (region.AreSiblingsFree(inChunk) && !isOnlyMiddle) {
         Chunk& middle = region.Join(inChunk);
         if (!region.HasSmall()) {
             mWithSmalls.Remove(region);
@@ -443,7 +445,7 @@ void ThreadHeap::GiveMemory(Chunk const& inChunk) {
     }
 }
 
-/// Gives back the middle chunk that stays cut though all its small ones are free.
+/// Gives back the middle chunk that is still split although all its small chunks are free.
 void ThreadHeap::ReturnCutMiddle() {
     Region* const region = mWithSmalls.Front();
     if (region == nullptr) {
@@ -474,7 +476,7 @@ void ThreadHeap::GiveMiddle(Chunk const& inChunk) {
 void ThreadHeap::Release() {
     SendOutgoing();
     OwnerGuard const guard(*this);
-    Drain(Who::kOwner);
+    Drain(Caller::kOwner);
     for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
         Slot& slot = slots[i];
         if (slot.bytes == 0) {
@@ -491,7 +493,7 @@ void ThreadHeap::Release() {
                 Settle(each);
             }
         }
-        Drain(Who::kOwner);
+        Drain(Caller::kOwner);
         KeepChunk(i);
     }
     ReturnCutMiddle();
@@ -516,7 +518,7 @@ void ThreadHeap::Abandon() {
             }
         }
     }
-    Drain(Who::kOwner);
+    Drain(Caller::kOwner);
     ReturnCutMiddle();
 }
 
@@ -527,7 +529,7 @@ void ThreadHeap::Adopt() {
         for (Chunk* chunk = slot.withFree.Front(); chunk != nullptr; chunk = chunk->inClass.next) {
             if (!chunk->IsLarge()) {
                 chunk->state.store(ChunkState::kCurrent, std::memory_order_relaxed);
-                chunk->slot.store(TurnsTo(*chunk), std::memory_order_relaxed);
+                chunk->slot.store(SlotToFollow(*chunk), std::memory_order_relaxed);
             }
         }
     }
@@ -536,13 +538,13 @@ void ThreadHeap::Adopt() {
 void ThreadHeap::CountMine(Uses& ioUses) {
     SendOutgoing();
     OwnerGuard const guard(*this);
-    Drain(Who::kOwner);
+    Drain(Caller::kOwner);
     Count(ioUses);
 }
 
 void ThreadHeap::CountOthers(Uses& ioUses) {
     BasicOwnerLock<NoPause>::Visit const visit(mLock);
-    Drain(Who::kVisitor);
+    Drain(Caller::kVisitor);
     Count(ioUses);
 }
 
@@ -551,7 +553,7 @@ void ThreadHeap::Count(Uses& ioUses) {
         region->ForEachChunk([&](Chunk const& inChunk) {
             std::uint32_t const inUse = inChunk.Used() - inChunk.remote.Count();
             if (inUse == 0 && !SizeClasses::KeepsChunk(inChunk.sizeClass)) {
-                return; // it is as good as returned
+                return; // it is reclaimed as soon as memory is needed
             }
             Use& use = ioUses[inChunk.sizeClass];
             ++use.chunks;

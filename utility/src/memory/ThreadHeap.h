@@ -12,13 +12,14 @@ namespace brindle::utility {
 
 class RegionStore;
 
-/// The chunks of one thread. When the thread ends, another one gets the heap with all that is in
-/// it; in between it has no owner.
+/// The chunks of one thread, the owner. When the owner ends, it abandons the heap, and another
+/// thread adopts the heap with all its chunks; in between the heap has no owner.
 ///
-/// The owner allocates from the slots and disposes of blocks of its own chunks without any
-/// synchronisation. All else happens under the heap's lock, which is the owner's for free and
-/// which another thread takes when much has become free that the owner has not looked at.
-/// docs/concurrency/small-block-allocator.md tells why this is right.
+/// On the fast path the owner allocates from the slots and frees blocks of its own chunks without a
+/// lock or an atomic read-modify-write. Everything else, except remote frees, happens under the
+/// heap's lock. It is cheap for the owner; another thread takes it when remote frees have emptied
+/// many chunks that the owner has not drained. docs/concurrency/small-block-allocator.md explains
+/// why this is correct.
 class ThreadHeap : public ThreadSlots {
 public:
     explicit ThreadHeap(RegionStore& ioStore) noexcept : mStore(ioStore) {}
@@ -27,33 +28,36 @@ public:
 
     // For the owner.
 
-    /// Where the slot has no block at hand. Throws `std::bad_alloc`.
+    /// Allocates when the slot's `free` is empty. Throws `std::bad_alloc`.
     void* AllocateSlowly(std::size_t inClass);
-    /// A block of one of the heap's chunks, where `Chunk::Give` leaves it to the heap.
+    /// Frees a block of one of this heap's chunks, when `Chunk::Give` has returned false.
     void Dispose(Chunk& ioChunk, void* inBlock);
-    /// A block of another heap's chunk. It may stay here for a while, with its neighbours.
+    /// Frees a block of another heap's chunk. It may be held back to be sent together with others
+    /// of the same chunk.
     void DisposeRemotely(Chunk& ioChunk, void* inBlock);
-    /// Gives back all that is kept for the next request, but for the chunk that a class keeps.
+    /// Gives back all memory that is kept for the next request, except the chunk that a class
+    /// keeps.
     void Release();
-    /// Leaves no current chunk, so that others can give back all that becomes free.
+    /// Ends the ownership. No chunk stays current, so that visitors can reclaim every empty chunk.
     void Abandon();
     /// Makes the calling thread the owner of an abandoned heap.
     void Adopt();
 
     // For any thread.
 
-    /// Passes linked blocks of one chunk to the chunk's heap. They are the caller's until then.
+    /// Returns linked blocks of one chunk to the chunk's heap. The caller owns them until the call.
     static void PushRemotely(Chunk& ioChunk, std::uint32_t inFirst, void* inLast,
                              std::uint32_t inCount);
 
     struct Use {
         std::uint64_t chunks = 0;
-        std::uint64_t bytesHeld = 0;   ///< in the class's chunks
-        std::uint64_t blocks = 0;      ///< that these have room for
-        std::uint64_t blocksInUse = 0; ///< with clients
+        std::uint64_t bytesHeld = 0;   ///< of the class's chunks
+        std::uint64_t blocks = 0;      ///< the capacity of these chunks
+        std::uint64_t blocksInUse = 0; ///< allocated to clients
     };
     using Uses = std::array<Use, SizeClasses::kCount>;
-    /// Adds, for every class, what this heap holds. For the owner, and for any other thread.
+    /// Adds, for every class, what this heap holds. `CountMine` is for the owner, `CountOthers` for
+    /// any other thread.
     void CountMine(Uses& ioUses);
     void CountOthers(Uses& ioUses);
     std::uint64_t Regions() const noexcept { return mRegionCount.load(std::memory_order_relaxed); }
@@ -62,20 +66,21 @@ public:
     void OpenInParent() { mLock.OpenInParent(); }
     void OpenInChild() { mLock.OpenInChild(); }
 
-    ThreadHeap* nextOfAll = nullptr;     ///< the registry's
-    ThreadHeap* nextAbandoned = nullptr; ///< the registry's
+    ThreadHeap* nextOfAll = nullptr;     ///< a link of the registry
+    ThreadHeap* nextAbandoned = nullptr; ///< a link of the registry
 
 private:
     class OwnerGuard;
 
-    // Parked chunks larger than small ones that a heap has at most.
+    // The maximal number of parked chunks in a heap that are larger than small ones.
     static constexpr std::size_t kParkedAtMost = 4;
-    // A chunk that was found empty so often, with no other one used in between, is parked.
+    // A chunk larger than small is parked when it is found empty this often in a row, without
+    // another chunk of its class in use in between.
     static constexpr std::uint32_t kEmptiedToPark = 3;
-    // What may be free without the owner's knowing before another thread sees to it.
+    // The bytes of empty chunks that may await the owner before another thread drains the inbox.
     static constexpr std::uint32_t kUnseenAtMost = 256 * 1024;
 
-    /// Blocks of another heap's chunk on their way there.
+    /// A run of freed blocks of another heap's chunk that have not been sent yet.
     struct Outgoing {
         Chunk* chunk = nullptr;
         std::byte* last = nullptr;
@@ -83,8 +88,8 @@ private:
         std::uint32_t count = 0;
     };
 
-    enum class Who { kOwner, kVisitor };
-    void Drain(Who inWho);
+    enum class Caller { kOwner, kVisitor };
+    void Drain(Caller inCaller);
     void DrainIfMuch();
     bool Settle(Chunk& ioChunk);
     void SendOutgoing();
@@ -103,7 +108,7 @@ private:
 
     void Install(Chunk& ioChunk);
     void Link(Chunk& ioChunk);
-    Slot* TurnsTo(Chunk const& inChunk);
+    Slot* SlotToFollow(Chunk const& inChunk);
     void Unlink(Chunk& ioChunk);
     void Detach(Chunk& ioChunk);
     void Return(Chunk& ioChunk);
@@ -116,19 +121,20 @@ private:
 
     BasicOwnerLock<NoPause> mLock;
     BasicInbox<Chunk, NoPause> mInbox;
-    std::atomic<std::uint32_t> mUnseen{0}; // bytes of chunks that others have emptied
+    // The bytes of the chunks that remote frees have emptied since the inbox was last drained.
+    std::atomic<std::uint32_t> mUnseen{0};
     std::atomic<std::uint32_t> mRegionCount{0};
 
     RegionStore& mStore;
-    bool mIsAbandoned = false; // and not adopted yet; with the lock, as all below
+    bool mIsAbandoned = false; // this and what follows is accessed under the lock
     LinkedList<Region, &Region::withMiddles> mWithMiddles;
     LinkedList<Region, &Region::withSmalls> mWithSmalls;
     LinkedList<Region, &Region::all> mRegions;
-    std::array<std::uint8_t, kParkedAtMost>
-        mParked{}; // classes, the eldest at the place that is next
+    // A ring of the classes that parked a chunk larger than small; the eldest at `mNextParked`.
+    std::array<std::uint8_t, kParkedAtMost> mParked{};
     std::size_t mNextParked = 0;
 
-    Outgoing mOutgoing; // the owner's, without the lock
+    Outgoing mOutgoing; // for the owner, without the lock
 };
 
 } // namespace brindle::utility

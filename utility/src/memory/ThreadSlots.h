@@ -10,23 +10,26 @@
 
 namespace brindle::utility {
 
-/// The chunks of one class in a heap. `chunk` belongs to the owner, the rest to who has its lock.
+/// The chunks of one class in a heap. `chunk` belongs to the owner thread; the rest is accessed
+/// under the heap's lock.
 struct alignas(64) Slot {
     static constexpr std::uint32_t kFormedBytes = 4096;
     static constexpr std::uint32_t kFormedBlocks = 4;
 
-    Chunk* chunk = &S_noChunk; ///< a current one, which the next block is allocated from
-    Chunk* parked = nullptr;   ///< the one that stays though it is empty
-    std::uint32_t emptied = 0; ///< how often in a row one that is not small was found empty
-    bool takesTurns = true;    ///< whether chunks that are not large turn `chunk` to themselves
-    std::uint64_t bytes = 0;   ///< of all chunks of the class
-    /// Chunks with known free blocks, but for a large one that is current.
+    Chunk* chunk = &S_noChunk; ///< the current chunk that the next block is allocated from
+    Chunk* parked = nullptr;   ///< a chunk that is kept even when it is empty
+    std::uint32_t emptied = 0; ///< how often in a row a chunk larger than small was found empty
+    /// Whether `chunk` switches to the small or middle chunk that the owner last freed a block
+    /// into.
+    bool followsFrees = true;
+    std::uint64_t bytes = 0; ///< of all chunks of the class
+    /// The chunks of the class that are not full, except a large one that is current.
     LinkedList<Chunk, &Chunk::inClass> withFree;
 
     bool HasChunk() const noexcept { return chunk != &S_noChunk; }
 
-    /// Makes free blocks of some of those that were never given out, where none are free. False if
-    /// all were given out.
+    /// Requires that `free` is empty; adds some of the blocks that were never on it. False if none
+    /// are left.
     bool Form() noexcept {
         std::uint32_t const first = chunk->bump;
         std::uint32_t const end = chunk->End();
@@ -34,7 +37,7 @@ struct alignas(64) Slot {
         if (!HasChunk() || first == end) {
             return false;
         }
-        // Not all at once: their pages may never have been touched.
+        // Not all at once, as that would touch pages that may never be needed.
         std::uint32_t const atMost = std::max(kFormedBytes / blockSize, kFormedBlocks) * blockSize;
         std::uint32_t const behind = end - first <= atMost ? end : first + atMost;
         std::uint32_t const last = behind - blockSize;
@@ -47,28 +50,29 @@ struct alignas(64) Slot {
         return true;
     }
 
-    static Chunk S_noChunk; ///< has no blocks, and is never changed
+    static Chunk S_noChunk; ///< has no blocks and is never modified
 };
 
 static_assert(sizeof(Slot) == 64);
 
 struct ThreadSlots {
     std::array<Slot, SizeClasses::kCount> slots{};
-    Slot sink; ///< of chunks that are not to be allocated from: what its `chunk` is matters to
-               ///< nobody
+    /// For chunks that a free must not make the next to allocate from: `chunk` is written, and
+    /// never used.
+    Slot sink;
 
-    /// Whether a slot is one of these.
+    /// Whether a slot is a member of this object.
     bool Has(Slot const* inSlot) const noexcept {
         return reinterpret_cast<std::uintptr_t>(inSlot) - reinterpret_cast<std::uintptr_t>(this) <
                sizeof(ThreadSlots);
     }
 
-    /// The calling thread's; where it has none, empty ones.
+    /// Those of the calling thread, or slots without chunks if it has no heap.
     static ThreadSlots& Mine() noexcept { return *t_mineP; }
 
-    static ThreadSlots S_notMade; ///< of a thread that has not called yet
-    static ThreadSlots S_ended;   ///< of a thread that has given up its own
-    // Its place is known when the library is loaded: a read costs no call.
+    static ThreadSlots S_notMade; ///< of threads that have no heap yet
+    static ThreadSlots S_ended;   ///< of threads that have abandoned their heap
+    // The TLS offset is fixed when the library is loaded, so access needs no function call.
     static __thread ThreadSlots* t_mineP __attribute__((tls_model("initial-exec")));
 };
 
