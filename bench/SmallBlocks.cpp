@@ -86,23 +86,58 @@ void Batches(benchmark::State& ioState) {
     ioState.SetItemsProcessed(ioState.iterations() * ioState.range(0));
 }
 
-std::array<std::uint16_t, 4096> const& RandomSizes() {
+/// The sizes of all classes, whose figures are one row together.
+std::vector<unsigned int> const& AllSizes() {
     static auto const sizes = [] {
-        std::array<std::uint16_t, 4096> result{};
-        std::uint32_t random = 1;
-        for (auto& size : result) {
-            random = random * 1664525U + 1013904223U;
-            size = static_cast<std::uint16_t>((random >> 8) % 512 + 1);
+        std::vector<unsigned int> result;
+        for (unsigned int size = 1; size <= 8192; size = result.back() + 1) {
+            result.push_back(brindle::utility::SmallBlockAllocator::GetActualAllocationSize(size));
         }
         return result;
     }();
     return sizes;
 }
 
-/// Holds `range` blocks of random sizes; frees the oldest and allocates a new one.
+/// Batches of each class in turn.
 template <typename Who>
+void EveryClass(benchmark::State& ioState) {
+    auto const& sizes = AllSizes();
+    std::vector<void*> blocks(static_cast<std::size_t>(ioState.range(0)));
+    for (auto _ : ioState) {
+        for (unsigned int const size : sizes) {
+            for (std::size_t repeat = 100 / blocks.size(); repeat + 1 != 0; --repeat) {
+                for (void*& block : blocks) {
+                    block = Who::Take(size);
+                    *static_cast<int*>(block) = 1;
+                }
+                for (void* const block : blocks) {
+                    Who::Give(block, size);
+                }
+            }
+        }
+    }
+}
+
+using Sizes = std::array<std::uint16_t, 4096>;
+
+template <unsigned int kUpTo>
+Sizes const& RandomSizes() {
+    static auto const sizes = [] {
+        Sizes result{};
+        std::uint32_t random = 1;
+        for (auto& size : result) {
+            random = random * 1664525U + 1013904223U;
+            size = static_cast<std::uint16_t>((random >> 8) % kUpTo + 1);
+        }
+        return result;
+    }();
+    return sizes;
+}
+
+/// `range` blocks of random sizes live at once; the oldest goes, a new one comes.
+template <typename Who, unsigned int kUpTo>
 void Random(benchmark::State& ioState) {
-    auto const& sizes = RandomSizes();
+    auto const& sizes = RandomSizes<kUpTo>();
     struct Block {
         void* address;
         std::uint16_t size;
@@ -196,9 +231,20 @@ void Register(std::string const& inName) {
     RegisterBenchmark(name("32 bytes, one thread to another").c_str(), HandOver<Who>)
         ->Threads(2)
         ->UseRealTime();
-    RegisterBenchmark(name("up to 512 bytes, one at a time").c_str(), Random<Who>)->Arg(1);
-    RegisterBenchmark(name("up to 512 bytes, a thousand held").c_str(), Random<Who>)->Arg(1000);
-    RegisterBenchmark(name("up to 512 bytes, a thousand held, two threads").c_str(), Random<Who>)
+    RegisterBenchmark(name("every class, one at a time").c_str(), EveryClass<Who>)->Arg(1);
+    RegisterBenchmark(name("every class, in hundreds").c_str(), EveryClass<Who>)->Arg(100);
+    RegisterBenchmark(name("every class, in thousands").c_str(), EveryClass<Who>)->Arg(1000);
+    RegisterBenchmark(name("every class, in hundreds, two threads").c_str(), EveryClass<Who>)
+        ->Arg(100)
+        ->Threads(2)
+        ->UseRealTime();
+    RegisterBenchmark(name("up to 512 bytes, one at a time").c_str(), Random<Who, 512>)->Arg(1);
+    RegisterBenchmark(name("up to 512 bytes, a thousand held").c_str(), Random<Who, 512>)
+        ->Arg(1000);
+    RegisterBenchmark(name("up to 8192 bytes, a thousand held").c_str(), Random<Who, 8192>)
+        ->Arg(1000);
+    RegisterBenchmark(name("up to 512 bytes, a thousand held, two threads").c_str(),
+                      Random<Who, 512>)
         ->Arg(1000)
         ->Threads(2)
         ->UseRealTime();

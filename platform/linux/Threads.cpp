@@ -2,7 +2,6 @@
 
 #include "platform/Process.h"
 
-#include <pthread.h>
 #include <sched.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -46,22 +45,6 @@ void SetThreadPriority(std::int32_t inPriority) noexcept {
 bool IsThreadBelowNormal() noexcept {
     return sched_getscheduler(0) == SCHED_IDLE ||
            getpriority(PRIO_PROCESS, ThreadId()) > NormalNiceness();
-}
-
-bool ThreadEnd::Call(void* inArgument) noexcept {
-    std::int64_t key = mKey.load(std::memory_order_acquire);
-    if (key == kNoKey) {
-        pthread_key_t made{};
-        if (pthread_key_create(&made, mFunction) != 0) {
-            return false;
-        }
-        if (mKey.compare_exchange_strong(key, made, std::memory_order_acq_rel)) {
-            key = made;
-        } else {
-            pthread_key_delete(made); // another thread was faster
-        }
-    }
-    return pthread_setspecific(static_cast<pthread_key_t>(key), inArgument) == 0;
 }
 
 } // namespace brindle::platform

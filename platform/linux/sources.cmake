@@ -28,6 +28,8 @@ list(APPEND brindle_platform_sources
   # threads and what they wait on
   platform/linux/Threads.cpp
   platform/linux/Fork.cpp
+  platform/linux/Barrier.cpp
+  platform/linux/ThreadEnd.cpp
   platform/linux/SleepOnWord.cpp
   platform/linux/WakeUpEvent.cpp)
 

@@ -2,10 +2,11 @@
 
 #include "platform/AlignedMemory.h"
 #include "tests/support/InThreads.h"
-#include "utility/src/memory/Managers.h"
-#include "utility/src/memory/TopChunks.h"
+#include "utility/src/memory/HeapRegistry.h"
+#include "utility/src/memory/RegionStore.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,23 +22,11 @@ namespace {
 using Blocks = std::vector<void*>;
 using tests::InThreads;
 
-ChunkedAllocator& ManagerOf(unsigned int inSize) {
-    EXPECT_TRUE(Managers::AreReady());
-    return Managers::Of(inSize == kMiddleChunk ? SizeClasses::kOfMiddleChunks
-                                               : SizeClasses::kClassOf[inSize]);
+std::uint64_t BlocksInUse() {
+    return GetFigures().blocksInUse;
 }
 
-/// In all classes of requests, after emptying the caches of the calling thread and the process.
-std::int32_t BlocksInUse() {
-    ReleaseStock();
-    std::int32_t blocks = 0;
-    for (std::size_t i = 0; i < SizeClasses::kOfSmallChunks; ++i) {
-        blocks += Managers::Of(i).Count().blocksInUse;
-    }
-    return blocks;
-}
-
-TEST(SmallBlockAllocator, BlocksHaveTheSizesAndAlignmentsOfTheirClasses) {
+TEST(SmallBlockAllocator, SizesAreThoseOfTheLadder) {
     unsigned int const sizes[][2] = {{0, 4},       {1, 4},       {5, 8},       {9, 16},
                                      {33, 48},     {100, 112},   {257, 288},   {513, 640},
                                      {4097, 4352}, {4128, 4128}, {8192, 8192}, {8193, 8193}};
@@ -54,42 +43,77 @@ TEST(SmallBlockAllocator, BlocksHaveTheSizesAndAlignmentsOfTheirClasses) {
     }
 }
 
-TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndAreFreedWithTheirLastBlock) {
+// Every class, so that the chunk is found for a block at every place in every kind of chunk.
+TEST(SmallBlockAllocator, ChunksGrowWithTheClassAndAreReclaimedWhenEmpty) {
     ReleaseStock();
-    unsigned int const plans[][3] = {{32, 4128, 66080}, {896, 4128, 66080}, {1152, 66080, 925152}};
-    for (auto const& [size, first, second] : plans) {
-        auto& manager = ManagerOf(size);
-        Blocks blocks;
-        auto expected = manager.Count();
-        while (expected.bytes < 2'500'000 || blocks.size() < expected.blocks) {
-            if (blocks.size() == expected.blocks) {
-                auto const chunk = expected.bytes >= 925152   ? 925152
-                                   : expected.bytes >= second ? second
-                                                              : first;
-                expected.bytes += chunk;
-                expected.blocks += (chunk - 32) / size;
+    for (std::size_t index = 0; index < SizeClasses::kOfSmallChunks; ++index) {
+        unsigned int const size = SizeClasses::kBlockSizes[index];
+        SCOPED_TRACE(size);
+        std::uint64_t const second = size <= 1024 ? 66080 : 925152;
+        Figures const before = GetFigures(size);
+        EXPECT_EQ(before.blocksInUse, 0U);
+        Blocks blocks(before.blocksHeld);
+        std::generate(blocks.begin(), blocks.end(), [&] { return Allocate(size); });
+        std::uint64_t bytes = before.bytesHeld;
+        while (bytes < 2'800'000) {
+            std::uint64_t const chunk = bytes >= 925152   ? 925152U
+                                        : bytes >= second ? second
+                                        : size <= 1024    ? 4128U
+                                                          : 66080U;
+            for (std::uint64_t i = 0; i < (chunk - 32) / size; ++i) {
+                blocks.push_back(std::memset(Allocate(size), 0xFF, size));
             }
-            blocks.push_back(manager.Allocate(size));
-            ASSERT_EQ(manager.Count().bytes, expected.bytes);
-            ASSERT_EQ(manager.Count().blocks, expected.blocks);
+            bytes += chunk;
+            if (chunk != 4128) {
+                ASSERT_EQ(GetFigures(size).bytesHeld, bytes);
+            }
         }
-        // Free and allocate each block while all others are in use: no free block is overlooked.
-        for (void*& block : blocks) {
-            manager.Dispose(block, size);
-            block = manager.Allocate(size);
+        Figures const full = GetFigures(size);
+        EXPECT_EQ(full.bytesHeld, bytes);
+        EXPECT_EQ(full.blocksHeld, blocks.size());
+        EXPECT_EQ(full.blocksInUse, blocks.size());
+        // Freed blocks are reused before a chunk is added.
+        for (std::size_t i = 0; i < blocks.size(); i += 7) {
+            Dispose(blocks[i], size);
         }
-        EXPECT_EQ(manager.Count().bytes, expected.bytes);
+        for (std::size_t i = 0; i < blocks.size(); i += 7) {
+            blocks[i] = Allocate(size);
+        }
+        EXPECT_EQ(GetFigures(size).bytesHeld, bytes);
+        std::size_t const step = blocks.size() % 7919 != 0 ? 7919 : 1;
         for (std::size_t i = 0; i < blocks.size(); ++i) {
-            ASSERT_TRUE(manager.Dispose(blocks[i * 7919 % blocks.size()], size));
+            Dispose(blocks[i * step % blocks.size()], size);
         }
-        EXPECT_EQ(manager.Count().blocksInUse, 0);
-        EXPECT_EQ(manager.Count().chunks, size == 32 ? 1U : 0U);
+        Figures const after = GetFigures(size);
+        EXPECT_EQ(after.blocksInUse, 0U);
+        EXPECT_EQ(after.chunksHeld, size <= 128 || size == 1024 ? 1U : 0U);
     }
-    EXPECT_EQ(ManagerOf(kSmallChunk).Count().blocks % 16, 0U);
-    EXPECT_EQ(ManagerOf(kMiddleChunk).Count().blocks % 14, 0U);
+    ReleaseStock();
+    EXPECT_LE(GetFigures().bytesHeld, 3 * Region::kSize);
 }
 
-TEST(SmallBlockAllocator, BlocksFromTheHeapAreFreedToTheHeap) {
+TEST(SmallBlockAllocator, ClassThatKeepsNoChunkReturnsItWithItsOnlyBlock) {
+    ReleaseStock();
+    void* const block = Allocate(144);
+    EXPECT_EQ(GetFigures(144).chunksHeld, 1U);
+    Dispose(block, 144);
+    EXPECT_EQ(GetFigures(144).chunksHeld, 0U);
+    // The memory of that chunk is reused for the next small chunks.
+    auto const before = GetFigures().bytesHeld;
+    Blocks chunks(64);
+    for (void*& chunk : chunks) {
+        chunk = Allocate(4128);
+        std::memset(chunk, 0xFF, 4128);
+    }
+    EXPECT_EQ(GetFigures(4128).blocksInUse, 64U);
+    EXPECT_EQ(GetFigures().bytesHeld, before);
+    for (void* const chunk : chunks) {
+        Dispose(chunk, 4128);
+    }
+    EXPECT_EQ(GetFigures(4128).blocksInUse, 0U);
+}
+
+TEST(SmallBlockAllocator, BlocksOfTheSystemHeapGoBackThere) {
     for (unsigned int const size : {0U, 32U, 144U, 1024U, 4128U, 8192U, 8193U, 66080U}) {
         void* const own = Allocate(size);
         Dispose(platform::AllocateAligned(size, 16), size);
@@ -97,28 +121,17 @@ TEST(SmallBlockAllocator, BlocksFromTheHeapAreFreedToTheHeap) {
         Dispose(own, size);
     }
     int const foreign = 0;
-    EXPECT_FALSE(ManagerOf(32).Dispose(const_cast<int*>(&foreign), 32));
-
-    auto* const chunk = static_cast<std::byte*>(TopChunks::Allocate());
-    ASSERT_NE(chunk, nullptr);
-    EXPECT_TRUE(TopChunks::Hold(chunk));
-    EXPECT_TRUE(TopChunks::Hold(chunk + kLargeChunk - 1));
-    EXPECT_FALSE(TopChunks::Hold(chunk + kLargeChunk));
-    EXPECT_FALSE(TopChunks::AreKnownToHold(chunk + kLargeChunk));
-    EXPECT_FALSE(TopChunks::Hold(chunk - 1));
-    TopChunks::Free(chunk);
-    for (void* const none : {static_cast<void*>(chunk), static_cast<void*>(nullptr)}) {
-        EXPECT_FALSE(TopChunks::Hold(none));
-        EXPECT_FALSE(TopChunks::AreKnownToHold(none));
-    }
+    EXPECT_FALSE(RegionStore::Holds(&foreign));
+    EXPECT_FALSE(RegionStore::Holds(reinterpret_cast<void*>(std::uintptr_t{1} << 60)));
 }
 
-TEST(SmallBlockAllocator, FailedAllocationsLeaveItConsistent) {
-    std::int32_t const before = BlocksInUse();
+TEST(SmallBlockAllocator, RefusalOfAnyAllocationLeavesItConsistent) {
+    std::uint64_t const before = BlocksInUse();
     static std::atomic<int> S_untilRefusal{-1};
-    platform::SetAllocationFilter([](std::size_t) { return S_untilRefusal.fetch_sub(1) != 0; });
     for (int n = 0; S_untilRefusal < 0; ++n) {
+        ReleaseStock();
         S_untilRefusal = n;
+        platform::SetAllocationFilter([](std::size_t) { return S_untilRefusal.fetch_sub(1) != 0; });
         int refusals = 0;
         for (auto const& [size, count] :
              {std::pair(16U, 1500), std::pair(160U, 7500), std::pair(1152U, 200),
@@ -136,22 +149,20 @@ TEST(SmallBlockAllocator, FailedAllocationsLeaveItConsistent) {
                 Dispose(block, size);
             }
         }
+        platform::SetAllocationFilter(nullptr);
         EXPECT_LE(refusals, 1);
         ASSERT_EQ(BlocksInUse(), before);
     }
-    platform::SetAllocationFilter(nullptr);
 }
 
 using SmallBlockAllocatorDeathTest = ::testing::Test;
 
-TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllUntilItIsInitialised) {
+TEST_F(SmallBlockAllocatorDeathTest, SystemHeapServesAllBeforeAndWithoutInitialization) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto const begin = [](bool inWithMemory) {
         if (!inWithMemory) {
-            platform::SetAllocationFilter([](std::size_t) { return false; });
-            bool const isNull = Allocate(32) == nullptr;
-            platform::SetAllocationFilter(nullptr);
-            if (!isNull || Managers::AreReady() || GetActualAllocationSize(5) != 5) {
+            HeapRegistry::S_state = HeapRegistry::State::kInProgress; // as after a failure
+            if (GetActualAllocationSize(5) != 5) {
                 std::_Exit(1);
             }
         }
@@ -160,17 +171,17 @@ TEST_F(SmallBlockAllocatorDeathTest, HeapServesAllUntilItIsInitialised) {
         for (void* const block : blocks) {
             Dispose(std::memset(block, 0xFF, 48), 48);
         }
-        std::_Exit(Managers::AreReady() == inWithMemory ? 0 : 1);
+        std::_Exit(HeapRegistry::IsReady() == inWithMemory ? 0 : 1);
     };
     EXPECT_EXIT(begin(false), ::testing::ExitedWithCode(0), "");
     EXPECT_EXIT(begin(true), ::testing::ExitedWithCode(0), "");
 }
 
-/// Blocks of all kinds of classes, which threads exchange with each other.
+/// Places through which threads exchange blocks of several classes.
 struct Exchange {
-    static constexpr unsigned int kSizes[] = {8, 32, 128, 144, 1024, 1152, 4128};
+    static constexpr unsigned int kSizes[] = {4, 8, 32, 128, 144, 1024, 1152, 4128, 8192};
 
-    std::vector<std::atomic<void*>> places{700};
+    std::vector<std::atomic<void*>> places{900};
 
     static unsigned int SizeAt(std::size_t inPlace) { return kSizes[inPlace % std::size(kSizes)]; }
     void Put(std::size_t inPlace, void* inBlock) {
@@ -183,8 +194,8 @@ struct Exchange {
     }
 };
 
-/// Allocates blocks in bursts larger than a thread's cache, writes to them, and checks that they
-/// keep their contents until it frees them or hands them to another thread.
+/// Allocates blocks in bursts of several chunks, fills in a mark, and checks that the mark is
+/// intact before it frees the block. Also exchanges blocks with the other threads.
 void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
     std::uint32_t random = inSeed * 2654435761U + 1;
     std::array<void*, 400> blocks{};
@@ -203,39 +214,24 @@ void Churn(Exchange& ioExchange, std::uint32_t inSeed, int inBursts) {
             ASSERT_EQ(words[size / 4 - 1], random);
             Dispose(block, size);
         }
-        ioExchange.Put(place, Allocate(size));
-    }
-}
-
-TEST(SmallBlockAllocator, MemoryIsBoundedWhereOneAllocatesAndAnotherDisposes) {
-    std::array<Blocks, 2> belts{Blocks(20000), Blocks(20000)};
-    boost::barrier turn(2);
-    InThreads(2, [&](unsigned int inThread) {
-        for (unsigned int round = 0; round < 51; ++round) {
-            for (void*& block : belts[(round + inThread) % 2]) {
-                Dispose(std::exchange(block, inThread == 0 ? Allocate(64) : nullptr), 64);
-            }
-            turn.wait();
+        for (std::size_t i = 0; i < std::size(Exchange::kSizes) * 5;
+             i += std::size(Exchange::kSizes)) {
+            std::size_t const other = (place + i) % ioExchange.places.size();
+            ioExchange.Put(other, Allocate(Exchange::SizeAt(other)));
         }
-    });
-    EXPECT_LE(ManagerOf(64).Count().bytes, 4'500'000U); // of 65 million that were allocated
-    for (void* const block : belts[0]) {
-        Dispose(block, 64);
     }
-    EXPECT_LE(ManagerOf(64).Count().blocksInUse, (256 + 2 * 16) * 1024 / 64 + 1);
-    ReleaseStock();
-    EXPECT_EQ(ManagerOf(64).Count().chunks, 1U);
 }
 
-TEST(SmallBlockAllocator, NoTwoThreadsAndNoForkedChildHoldTheSameBlock) {
-    std::int32_t const before = BlocksInUse();
+TEST(SmallBlockAllocator, ThreadsAndForkedChildrenNeverShareABlock) {
+    std::uint64_t const before = BlocksInUse();
     std::optional<Exchange> exchange(std::in_place);
     std::atomic<bool> isDone{false};
     InThreads(4, [&](std::uint32_t inThread) {
         do {
-            Churn(*exchange, inThread, 200);
+            Churn(*exchange, inThread, 100);
+            GetFigures(8);
         } while (inThread != 0 && !isDone);
-        for (int round = 0; inThread == 0 && round < 30; ++round) {
+        for (int round = 0; inThread == 0 && round < 20; ++round) {
             pid_t const child = ::fork();
             if (child == 0) {
                 Exchange own;
@@ -250,6 +246,89 @@ TEST(SmallBlockAllocator, NoTwoThreadsAndNoForkedChildHoldTheSameBlock) {
     });
     exchange.reset();
     EXPECT_EQ(BlocksInUse(), before);
+}
+
+/// Frees the blocks in several threads, each its share in a scattered order, and takes the figures
+/// while these threads still exist.
+Figures AfterDisposalByIdlePool(Blocks const& inBlocks, unsigned int inSize) {
+    constexpr unsigned int kThreads = 3;
+    Figures figures;
+    boost::barrier turn(kThreads);
+    InThreads(kThreads, [&](unsigned int inThread) {
+        std::size_t const count = inBlocks.size() / kThreads;
+        for (std::size_t i = 0; i < count; ++i) {
+            Dispose(inBlocks[i * 7919 % count * kThreads + inThread], inSize);
+        }
+        turn.wait();
+        if (inThread == 0) {
+            figures = GetFigures();
+        }
+        turn.wait();
+    });
+    return figures;
+}
+
+// The thread that allocated the blocks is idle, or has ended.
+TEST(SmallBlockAllocator, RemoteFreesReturnMemoryWithoutTheOwner) {
+    for (bool const isGone : {false, true}) {
+        for (unsigned int const size : {16U, 144U, 8192U}) {
+            ReleaseStock();
+            SCOPED_TRACE(std::to_string(size) + (isGone ? " of a thread that ended" : ""));
+            Blocks blocks(32'000'000 / size / 3 * 3);
+            auto const allocate = [&] {
+                std::generate(blocks.begin(), blocks.end(), [&] { return Allocate(size); });
+            };
+            isGone ? std::thread(allocate).join() : allocate();
+            auto const peak = GetFigures();
+            EXPECT_GE(peak.bytesHeld, 32'000'000U);
+            auto const after = AfterDisposalByIdlePool(blocks, size);
+            // The regions that the store keeps, and those that each thread still uses.
+            EXPECT_LE(after.bytesHeld, (8 + 2 * 6) * Region::kSize);
+        }
+    }
+    EXPECT_EQ(BlocksInUse(), 0U);
+}
+
+TEST(SmallBlockAllocator, MemoryIsBoundedIfOneThreadAllocatesAndAnotherFrees) {
+    std::array<Blocks, 2> belts{Blocks(20000), Blocks(20000)};
+    boost::barrier turn(2);
+    InThreads(2, [&](unsigned int inThread) {
+        for (unsigned int round = 0; round < 51; ++round) {
+            for (void*& block : belts[(round + inThread) % 2]) {
+                Dispose(std::exchange(block, inThread == 0 ? Allocate(64) : nullptr), 64);
+            }
+            turn.wait();
+        }
+    });
+    EXPECT_LE(GetFigures(64).bytesHeld, 4'500'000U); // of 65 million bytes allocated in total
+    for (void* const block : belts[0]) {
+        Dispose(block, 64);
+    }
+    EXPECT_EQ(GetFigures(64).blocksInUse, 0U);
+    EXPECT_LE(GetFigures(64).chunksHeld, 1U);
+}
+
+// Threads that call for the first time, or again, from destructors of thread-specific data.
+TEST(SmallBlockAllocator, EndingThreadsLeakNothing) {
+    pthread_key_t key;
+    ASSERT_EQ(::pthread_key_create(
+                  &key, [](void* inBlock) { Dispose(inBlock, 48), Dispose(Allocate(48), 48); }),
+              0);
+    auto const run = [&](bool inHasCalled) {
+        if (inHasCalled) {
+            Dispose(Allocate(48), 48);
+        }
+        ::pthread_setspecific(key, std::malloc(48));
+    };
+    std::thread(run, false).join();
+    std::thread(run, true).join();
+    auto const before = GetFigures();
+    for (int i = 0; i < 50; ++i) {
+        std::thread(run, i % 2 == 0).join();
+    }
+    EXPECT_EQ(GetFigures().bytesHeld, before.bytesHeld);
+    EXPECT_EQ(GetFigures().blocksInUse, before.blocksInUse);
+    ::pthread_key_delete(key);
 }
 
 } // namespace

@@ -1,27 +1,38 @@
 #pragma once
 
-#include "utility/src/memory/ChunkedAllocator.h"
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
+namespace brindle::utility {
+
+/// The kinds of chunks that blocks are cut from. Their sizes nest without waste: a middle chunk is
+/// 16 small ones and a header, a large chunk is 14 middle ones and a header.
+enum class ChunkKind : std::uint8_t { kSmall, kMiddle, kLarge };
+
+inline constexpr std::uint32_t kSmallChunk = 4128;
+inline constexpr std::uint32_t kMiddleChunk = 66080;
+inline constexpr std::uint32_t kLargeChunk = 925152;
+inline constexpr std::uint32_t kChunkHeader = 32;
+
+constexpr std::uint32_t SizeOf(ChunkKind inKind) {
+    return inKind == ChunkKind::kSmall    ? kSmallChunk
+           : inKind == ChunkKind::kMiddle ? kMiddleChunk
+                                          : kLargeChunk;
+}
+
+} // namespace brindle::utility
+
 namespace brindle::utility::SizeClasses {
 
-/// The largest request that a class of the ladder serves.
+/// The largest request that a class of the ladder of block sizes serves.
 inline constexpr std::uint32_t kLargest = 8192;
 
-/// The indices of the classes: first the 12 classes of requests that keep a chunk (4 to 128, and
-/// 1024), then the other 59, then the two of chunks.
-inline constexpr std::size_t kStocked = 12;
+/// 71 classes in ascending order of block size, then two for clients that request a block of the
+/// exact size of a small or a middle chunk.
 inline constexpr std::size_t kOfSmallChunks = 71;
 inline constexpr std::size_t kOfMiddleChunks = 72;
 inline constexpr std::size_t kCount = 73;
-
-constexpr bool KeepsChunk(std::uint32_t inBlockSize) {
-    return inBlockSize <= 128 || inBlockSize == 1024 || inBlockSize == kSmallChunk ||
-           inBlockSize == kMiddleChunk;
-}
 
 constexpr std::uint32_t NextOnLadder(std::uint32_t inBlockSize) {
     std::uint32_t const step = inBlockSize < 8      ? 4
@@ -35,10 +46,9 @@ constexpr std::uint32_t NextOnLadder(std::uint32_t inBlockSize) {
 
 constexpr std::array<std::uint32_t, kCount> BlockSizes() {
     std::array<std::uint32_t, kCount> sizes{};
-    std::size_t stocked = 0;
-    std::size_t other = kStocked;
+    std::size_t index = 0;
     for (std::uint32_t size = 4; size <= kLargest; size = NextOnLadder(size)) {
-        sizes[KeepsChunk(size) ? stocked++ : other++] = size;
+        sizes[index++] = size;
     }
     sizes[kOfSmallChunks] = kSmallChunk;
     sizes[kOfMiddleChunks] = kMiddleChunk;
@@ -46,28 +56,33 @@ constexpr std::array<std::uint32_t, kCount> BlockSizes() {
 }
 
 inline constexpr std::array<std::uint32_t, kCount> kBlockSizes = BlockSizes();
+static_assert(kBlockSizes[kOfSmallChunks - 1] == kLargest);
 
-constexpr ChunkPlan PlanOf(std::size_t inClass) {
-    std::uint32_t const size = kBlockSizes[inClass];
-    bool const isSmall = size <= 1024;
-    bool const isOfMiddleChunks = inClass == kOfMiddleChunks;
-    return {size,
-            isOfMiddleChunks ? kLargeChunk
-            : isSmall        ? kSmallChunk
-                             : kMiddleChunk,
-            isSmall ? kMiddleChunk : kLargeChunk, KeepsChunk(size)};
+/// Whether a class keeps its last chunk when that is empty.
+constexpr bool KeepsChunk(std::size_t inClass) {
+    return kBlockSizes[inClass] <= 128 || kBlockSizes[inClass] == 1024;
 }
 
-/// The class that serves each size of request. 4128 is a chunk's.
+/// The kind of the next chunk of a class whose chunks have `inBytes` bytes in total.
+constexpr ChunkKind NextChunk(std::size_t inClass, std::uint64_t inBytes) {
+    bool const isSmall = kBlockSizes[inClass] <= 1024;
+    return inBytes >= kLargeChunk                ? ChunkKind::kLarge
+           : !isSmall || inBytes >= kMiddleChunk ? ChunkKind::kMiddle
+                                                 : ChunkKind::kSmall;
+}
+
+/// How many blocks of a class a chunk holds. A chunk given to a client is one block, which includes
+/// the chunk's header.
+constexpr std::uint32_t BlockCount(std::size_t inClass, ChunkKind inKind) {
+    return inClass >= kOfSmallChunks ? 1 : (SizeOf(inKind) - kChunkHeader) / kBlockSizes[inClass];
+}
+
+/// The class of each request up to 8192 bytes, including those for small chunks.
 constexpr std::array<std::uint8_t, kLargest + 1> ClassesBySize() {
     std::array<std::uint8_t, kLargest + 1> classes{};
     std::uint32_t request = 0;
-    for (std::uint32_t size = 4; size <= kLargest; size = NextOnLadder(size)) {
-        std::uint8_t index = 0;
-        while (kBlockSizes[index] != size) {
-            ++index;
-        }
-        for (; request <= size; ++request) {
+    for (std::uint8_t index = 0; index < kOfSmallChunks; ++index) {
+        for (; request <= kBlockSizes[index]; ++request) {
             classes[request] = index;
         }
     }
@@ -76,5 +91,12 @@ constexpr std::array<std::uint8_t, kLargest + 1> ClassesBySize() {
 }
 
 inline constexpr std::array<std::uint8_t, kLargest + 1> kClassOf = ClassesBySize();
+
+/// The class of a request, `kCount` if the system's heap serves it.
+inline std::size_t ClassOf(std::uint32_t inSize) noexcept {
+    return inSize <= kLargest       ? kClassOf[inSize]
+           : inSize == kMiddleChunk ? kOfMiddleChunks
+                                    : kCount;
+}
 
 } // namespace brindle::utility::SizeClasses
