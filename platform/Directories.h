@@ -48,9 +48,9 @@ private:
     FileIdentity mIdentity;
 };
 
-/// Creates one level of directory. Errors: 3 the parent does not exist, 5, 183 the name is taken,
-/// 112.
-ErrorCode CreateDirectory(UTF16String const& inPath);
+/// Creates one level of directory, which nobody but those readers may enter. Errors: 3 the parent
+/// does not exist, 5, 183 the name is taken, 112.
+ErrorCode CreateDirectory(UTF16String const& inPath, Readers inReaders = Readers::kAnybody);
 
 /// Removes an empty directory, or a link to a directory and not what it points to. Errors: 2, 3, 5,
 /// 145 not empty, 267 not a directory.

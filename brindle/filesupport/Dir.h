@@ -78,6 +78,28 @@ public:
     /// `rename_dir_already_exists` if the name is taken, otherwise `rename_dir`.
     void Rename(UTF16String const& inNewName);
 
+    // The well-known directories. One that the system does not have is the application's directory.
+    // Unless it says otherwise, each is looked up afresh at each call, and exists. Any thread may
+    // call unless another one changes the environment. Hosts may replace the directories of the
+    // application (CommonDirs.h).
+
+    /// The directory of the program that the process runs, or what the host set instead; found
+    /// once. Empty if the system does not say.
+    static Dir AppDir();
+    /// The same directory.
+    static Dir PackageDir();
+    static Dir TempDir();
+    /// Where the user's programs keep their settings; created if it does not exist.
+    static Dir GlobalPrefDir();
+    /// The directory for the settings of this version of the client: `GlobalPrefDir` and below it
+    /// the company's name, the client's name and the client's internal version. What is missing is
+    /// created for the user alone. Throws `dir_exception` if that fails.
+    static Dir PrefDir();
+    /// Created if it does not exist.
+    static Dir UserDocsDir();
+    /// What installed programs share.
+    static Dir CommonFilesDir();
+
     // The listings are snapshots, taken as a whole when the begin iterator is made; a directory
     // that cannot be read is empty. With `inResolveAliases` a shortcut (".lnk") is listed as its
     // target, and a broken one not at all. Include DirectoryIterators.h to use them.

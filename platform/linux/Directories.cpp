@@ -123,13 +123,15 @@ bool DirectoryScan::Next(DirectoryEntry& outEntry) {
     return true;
 }
 
-ErrorCode CreateDirectory(UTF16String const& inPath) {
+ErrorCode CreateDirectory(UTF16String const& inPath, Readers inReaders) {
     constexpr mode_t kAnybody = 0777;
+    constexpr mode_t kOwner = 0700;
     SystemPath const path(inPath);
     if (path.Error() != kError_None) {
         return path.Error();
     }
-    if (::mkdirat(path.Directory(), path.Tail(), kAnybody) == 0) {
+    if (::mkdirat(path.Directory(), path.Tail(),
+                  inReaders == Readers::kOwner ? kOwner : kAnybody) == 0) {
         return kError_None;
     }
     return errno == ENOENT ? kError_PathNotFound : ErrorFromErrno(errno);
