@@ -1,6 +1,7 @@
 #include "platform/linux/NewFile.h"
 
 #include "platform/linux/ErrnoTable.h"
+#include "platform/linux/LockedFile.h"
 
 #include <sys/random.h>
 
@@ -119,6 +120,33 @@ ErrorCode NewFile::TakePlace() {
     }
     mName.clear();
     return SyncDirectory(mPlace);
+}
+
+ErrorCode LinkInto(FilePlace const& inPlace, FilePlace const& inFile) {
+    struct stat standing {};
+    struct stat file {};
+    auto const look = [](FilePlace const& inWhich, struct stat& outStatus) {
+        return ::fstatat(inWhich.directory.Get(), inWhich.name.c_str(), &outStatus,
+                         AT_SYMLINK_NOFOLLOW) == 0;
+    };
+    // Renaming one name of a file over another one does nothing, and leaves both.
+    if (look(inPlace, standing) && look(inFile, file) && IsSameFile(standing, file)) {
+        return kError_None;
+    }
+    auto const name = WithFreeName([&](char const* inName) {
+        return ::linkat(inFile.directory.Get(), inFile.name.c_str(), inPlace.directory.Get(),
+                        inName, 0) == 0;
+    });
+    if (name.empty()) {
+        bool const hasNoLinks = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS;
+        return hasNoLinks ? RenameInto(inPlace, inFile.directory.Get(), inFile.name.c_str())
+                          : ErrorFromErrno(errno);
+    }
+    auto const error = RenameInto(inPlace, inPlace.directory.Get(), name.c_str());
+    if (error != kError_None) {
+        ::unlinkat(inPlace.directory.Get(), name.c_str(), 0);
+    }
+    return error;
 }
 
 ErrorCode TakePermissions(int inFile, struct stat const& inOld) {

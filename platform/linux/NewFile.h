@@ -24,6 +24,8 @@ public:
     int Descriptor() const noexcept { return mFile.Get(); }
     /// Puts the file over whatever stands in the place, in one step, and syncs the directory.
     ErrorCode TakePlace();
+    /// The open file, which the caller then owns.
+    int ReleaseDescriptor() noexcept { return mFile.Release(); }
 
 private:
     bool CreateNameless(mode_t inMode);
@@ -33,6 +35,10 @@ private:
     std::string mName; // empty while the file has no name that has to be removed
     FileDescriptor mFile;
 };
+
+/// Puts an existing file over whatever stands in the place, in one step. It keeps its old name as
+/// well, if the file system has hard links.
+ErrorCode LinkInto(FilePlace const& inPlace, FilePlace const& inFile);
 
 /// Gives an open file the permissions of another one and, where the process may, its owner and
 /// group. Bits that would let somebody run a program with the rights of the wrong user are dropped.

@@ -13,10 +13,12 @@ list(APPEND brindle_platform_sources
   platform/linux/AppendContent.cpp
   platform/linux/FileReplacement.cpp
   platform/linux/TemporaryFile.cpp
+  platform/linux/LogFile.cpp
   platform/linux/Directories.cpp
   platform/linux/RemoveTree.cpp
   # the user's settings, the process, identifiers
   platform/linux/Locale.cpp
+  platform/linux/Clock.cpp
   platform/linux/Process.cpp
   platform/linux/DebugOutput.cpp
   platform/linux/Terminal.cpp

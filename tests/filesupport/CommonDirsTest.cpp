@@ -1,0 +1,160 @@
+#include <brindle/filesupport/CommonDirs.h>
+
+#include "platform/desktop/UserDirectories.h"
+
+#include "tests/support/Environment.h"
+#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/InThreads.h"
+
+#include <brindle/config/ClientIdentity.h>
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/NativePath.h>
+
+#include <sys/stat.h>
+#include <utility>
+
+namespace brindle::filesupport {
+
+namespace {
+
+class CommonDirs : public tests::InTemporaryDirectory {
+protected:
+    void SetUp() override { ::mkdir(mHome.c_str(), 0755); }
+    void TearDown() override {
+        commondirs::SetAppDirOverride(Dir());
+        commondirs::SetExecutableDirOverride(Dir());
+        commondirs::SetResourcesDirOverride(Dir());
+        commondirs::SetPluginsDirOverride(Dir());
+        commondirs::SetRequiredPluginsDirOverride(Dir());
+    }
+
+    Dir DirAt(std::string const& inName) const { return Dir(At(inName)); }
+
+    static unsigned ModeOf(std::string const& inNative) {
+        struct stat status {};
+        return ::stat(inNative.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
+    }
+
+    std::string const mHome = Native("home");
+    tests::Environment const mUsual{{{"HOME", mHome},
+                                     {"XDG_CONFIG_HOME", std::nullopt},
+                                     {"XDG_DOCUMENTS_DIR", std::nullopt},
+                                     {"TMPDIR", std::nullopt}}};
+};
+
+TEST_F(CommonDirs, SettingThatIsNoPathOfADirectoryIsPassedOver) {
+    Fill("file", "");
+    std::string const unusable[] = {"", "relative/x", Native("caf\xE9"), Native("file"),
+                                    Native("file/x")};
+    for (auto const& value : unusable) {
+        SCOPED_TRACE(value);
+        tests::Environment const settings{{{"XDG_CONFIG_HOME", value}, {"TMPDIR", value}}};
+        EXPECT_EQ(NativePath(Dir::GlobalPrefDir()), mHome + "/.config");
+        EXPECT_EQ(NativePath(Dir::TempDir()), "/tmp");
+    }
+    tests::Environment const settings{
+        {{"XDG_CONFIG_HOME", Native("a/b/c")}, {"TMPDIR", Native("home/")}}};
+    EXPECT_EQ(NativePath(Dir::GlobalPrefDir()), Native("a/b/c"));
+    EXPECT_EQ(ModeOf(Native("a")), 0700u) << "parents are created for the user alone as well";
+    EXPECT_EQ(NativePath(Dir::TempDir()), mHome);
+}
+
+TEST_F(CommonDirs, DocumentsFollowTheUserDirectoriesFile) {
+    EXPECT_EQ(NativePath(Dir::UserDocsDir()), mHome + "/Documents");
+    EXPECT_EQ(ModeOf(mHome + "/Documents"), 0700u);
+    tests::Environment const settings{{{"XDG_DOCUMENTS_DIR", Native("papers")}}};
+    EXPECT_EQ(NativePath(Dir::UserDocsDir()), Native("papers"));
+    ::mkdir((mHome + "/.config").c_str(), 0755);
+    Fill("home/.config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
+    EXPECT_EQ(NativePath(Dir::UserDocsDir()), mHome + "/Dokumente");
+}
+
+TEST(UserDirectory, LinesOfOtherFormsDoNotCount) {
+    std::string const good = "XDG_DOCUMENTS_DIR=\"/good\"\n";
+    std::pair<std::string, std::string> const cases[] = {
+        {good, "/good"},
+        {good + "# XDG_DOCUMENTS_DIR=\"/comment\"", "/good"},
+        {good + "XDG_DOCUMENTS_DIR_X=\"/x\"\nXDG_MUSIC_DIR=\"/m\"", "/good"},
+        {good + "XDG_DOCUMENTS_DIR=/plain\nXDG_DOCUMENTS_DIR=\"open", "/good"},
+        {good + "XDG_DOCUMENTS_DIR=\"relative\"\nXDG_DOCUMENTS_DIR=\"$HOMEX/x\"", "/good"},
+        {good + " XDG_DOCUMENTS_DIR\t= \"/a \\\"b\\\\\" # the last one counts", "/a \"b\\"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME\"", "/h"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/d\"", "/h/d"},
+    };
+    for (auto const& [content, path] : cases) {
+        EXPECT_EQ(platform::UserDirectory(content, "XDG_DOCUMENTS_DIR", "/h"), path) << content;
+    }
+    EXPECT_EQ(platform::UserDirectory(cases[7].first, "XDG_DOCUMENTS_DIR", ""), "");
+}
+
+TEST_F(CommonDirs, WhatTheUserCannotHaveIsTheApplicationsDirectory) {
+    ::chmod(mTemporary.Native().c_str(), 0755);
+    ::chmod(mHome.c_str(), 0555);
+    Dir const application = DirAt("app");
+    commondirs::SetAppDirOverride(application);
+    tests::OrdinaryUser const user;
+    EXPECT_EQ(Dir::GlobalPrefDir(), application);
+    EXPECT_EQ(Dir::UserDocsDir(), application);
+    try {
+        Dir::PrefDir();
+        ADD_FAILURE() << "levels below a directory that does not exist";
+    } catch (dir_exception const& exception) {
+        EXPECT_EQ(exception.GetDir(), Dir(application, config::GetCompanyName()));
+        EXPECT_EQ(exception.Cause(), utility::SystemError::kPathNotFound);
+    }
+}
+
+TEST_F(CommonDirs, PreferencesHaveThreeLevelsForTheUserAlone) {
+    auto const [company, client] = std::pair(config::GetCompanyName(), config::GetClientName());
+    auto const expected = mHome + "/.config/No Company Name/client/No Client Internal Version";
+    config::SetClientName(u"client"_utf16);
+    ::mkdir((mHome + "/.config").c_str(), 0755);
+    ::mkdir((mHome + "/.config/No Company Name").c_str(), 0755);
+    EXPECT_EQ(NativePath(Dir::PrefDir()), expected);
+    EXPECT_EQ(ModeOf(expected), 0700u);
+    EXPECT_EQ(ModeOf(mHome + "/.config/No Company Name/client"), 0700u);
+    EXPECT_EQ(ModeOf(mHome + "/.config/No Company Name"), 0755u) << "what exists is left alone";
+    config::SetCompanyName(UTF16String());
+    EXPECT_EQ(NativePath(Dir::PrefDir()), mHome + "/.config/client/No Client Internal Version")
+        << "an empty name is no level";
+    config::SetCompanyName(company);
+    config::SetClientName(client);
+}
+
+TEST_F(CommonDirs, DirectoriesAreKeptUntilTheyAreOverridden) {
+    auto const executable = std::filesystem::read_symlink("/proc/self/exe");
+    tests::InThreads(4, [&](unsigned) {
+        EXPECT_EQ(NativePath(commondirs::MainExecutableFile()), executable.string());
+        EXPECT_EQ(NativePath(commondirs::PluginsDir()), executable.parent_path() / "Plug-ins");
+    });
+    EXPECT_EQ(NativePath(Dir::AppDir()), executable.parent_path());
+
+    Dir const first = DirAt("first"), second = DirAt("second");
+    commondirs::SetPackageDirOverride(first);
+    EXPECT_EQ(Dir::AppDir(), first);
+    EXPECT_EQ(NativePath(commondirs::PluginsDir()), executable.parent_path() / "Plug-ins")
+        << "what was derived before does not follow";
+    EXPECT_EQ(commondirs::RequiredPluginsDir(), Dir(first, u"Required"_utf16));
+    EXPECT_EQ(commondirs::ExecutableDir(), first);
+    commondirs::SetAppDirOverride(second);
+    EXPECT_EQ(Dir::PackageDir(), second);
+    EXPECT_EQ(commondirs::ExecutableDir(), first);
+    EXPECT_EQ(commondirs::ResourcesDir(), second);
+
+    commondirs::SetPluginsDirOverride(first);
+    EXPECT_EQ(commondirs::PluginsDir(), first) << "an override wins at any time";
+    commondirs::SetPluginsDirOverride(Dir());
+    EXPECT_EQ(commondirs::PluginsDir(), Dir(second, u"Plug-ins"_utf16));
+}
+
+TEST_F(CommonDirs, DirectoriesOfTheSystemExistOrAreReplaced) {
+    EXPECT_TRUE(Dir::CommonFilesDir().Exists());
+    Dir const plugins = commondirs::AllUserPluginsDir();
+    bool const isKnown = !plugins.FullPath().empty();
+    EXPECT_EQ(plugins.Parent().Parent().GetName(), isKnown ? u"Tallow"_utf16 : UTF16String());
+    EXPECT_EQ(commondirs::UserPluginsDir(), plugins);
+}
+
+} // namespace
+
+} // namespace brindle::filesupport
