@@ -16,10 +16,12 @@
 #include <brindle/utility/StringStreams.h>
 #include <brindle/utility/Unicode.h>
 
+#include <array>
 #include <atomic>
+#include <charconv>
 #include <iterator>
+#include <limits>
 #include <locale>
-#include <string>
 #include <utility>
 
 namespace brindle::console {
@@ -56,10 +58,6 @@ private:
     bool& mFlag;
 };
 
-UTF8String Latin(std::string const& inText) {
-    return {inText.begin(), inText.end()};
-}
-
 /// The local time as the user writes it. It is formatted in UTF-16, because the user's locale may
 /// have another 8-bit encoding than UTF-8.
 UTF8String TimeStamp() {
@@ -71,13 +69,26 @@ UTF8String TimeStamp() {
     return utility::UTF16to8(stream.str());
 }
 
-UTF8String StampedLine(char const* inText) {
-    return Latin(inText) + TimeStamp() + "\r\n"_utf8;
+UTF8String LineWithTime(UTF8String const& inText) {
+    return inText + TimeStamp() + "\r\n"_utf8;
 }
 
 /// As many dashes as the line has bytes, counted in 16 bits.
 UTF8String DashesFor(UTF8String const& inLine) {
     return UTF8String(static_cast<std::uint16_t>(inLine.size()), '-') + "\r\n"_utf8;
+}
+
+UTF8String LineWithTicks(std::uint32_t inTicks, UTF8String const& inText) {
+    constexpr std::uint8_t kBefore[] = {'T', 'i', 'c', 'k', 's', ' ', '=', ' '};
+    constexpr std::size_t kBlanks = 6;
+    std::array<char, std::numeric_limits<std::uint32_t>::digits10 + 1> digits{};
+    auto const end = std::to_chars(digits.data(), digits.data() + digits.size(), inTicks).ptr;
+    UTF8String line;
+    line.reserve(std::size(kBefore) + digits.size() + kBlanks + inText.size());
+    line.append(kBefore, std::size(kBefore));
+    line.append(digits.data(), end);
+    line.append(kBlanks, ' ');
+    return line += inText;
 }
 
 /// True if a file cannot be removed for this reason.
@@ -201,26 +212,24 @@ void ConsoleLogFile::WriteToLog(UTF8String const& inText, bool inTimeStamp) {
     if (inText.empty() || mFile == nullptr || mStream == nullptr) {
         return;
     }
-    UTF8String stamped;
+    // In one piece, so that a kill leaves no half of it. Of a failure there is nobody to tell.
+    auto const append = [this](UTF8String const& inWhole) {
+        static_cast<void>(mStream->Append(inWhole.data(), inWhole.size()));
+    };
     if (inTimeStamp) {
-        auto const ticks = platform::TickCount() - mStartTicks;
-        stamped.reserve(inText.size() + 32);
-        stamped = Latin("Ticks = " + std::to_string(ticks) + "      ");
-        stamped += inText;
+        append(LineWithTicks(platform::TickCount() - mStartTicks, inText));
+    } else {
+        append(inText);
     }
-    // In one piece, so that a kill leaves no half of it.
-    UTF8String const& whole = inTimeStamp ? stamped : inText;
-    // A log that cannot be written has nobody to tell.
-    static_cast<void>(mStream->Append(whole.data(), whole.size()));
 }
 
 void ConsoleLogFile::WriteHeader() {
-    UTF8String const text = StampedLine("Log file created: ");
+    UTF8String const text = LineWithTime("Log file created: "_utf8);
     WriteToLog(text + DashesFor(text), false);
 }
 
 void ConsoleLogFile::WriteFooter() {
-    UTF8String const text = StampedLine("Log file closed: ");
+    UTF8String const text = LineWithTime("Log file closed: "_utf8);
     WriteToLog(DashesFor(text), false);
     WriteToLog(text, false);
 }
