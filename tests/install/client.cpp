@@ -12,11 +12,13 @@
 #include <brindle/config/DeferredErrorReporter.h>
 #include <brindle/config/ErrorManager.h>
 #include <brindle/config/Localizer.h>
+#include <brindle/console/ConsoleLogFile.h>
 #include <brindle/debug/StreamBuffers.h>
 #include <brindle/filesupport/Aliases.h>
 #include <brindle/filesupport/BufferByteStream.h>
 #include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CommonDirs.h>
 #include <brindle/filesupport/CountingByteStream.h>
 #include <brindle/filesupport/DequeByteStream.h>
 #include <brindle/filesupport/DirectoryIterators.h>
@@ -51,6 +53,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <iomanip>
 #include <typeinfo>
 #include <unistd.h>
@@ -133,6 +136,10 @@ void UseFiles() {
     bool isDir = true;
     Check(filesupport::FileUtils::ResolveIT(path, isDir) != 0, "a file that is no shortcut");
     file.Delete();
+    ::setenv("XDG_CONFIG_HOME", name, 1);
+    Check(Dir::PrefDir().Exists(), "a directory for preferences");
+    Check(commondirs::ExecutableDir() == Dir::AppDir(), "the application's directory");
+    Check(!console::ConsoleLogFile::GetInstance()->Exists(), "no log that nobody asked for");
     dir.Delete();
     try {
         IPlatformByteStream{file};

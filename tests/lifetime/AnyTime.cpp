@@ -10,11 +10,13 @@
 #include <brindle/config/DeferredErrorReporter.h>
 #include <brindle/config/Errors.h>
 #include <brindle/config/Localizer.h>
+#include <brindle/console/ConsoleLogFile.h>
 #include <brindle/console/Terminal.h>
 #include <brindle/debug/Contract.h>
 #include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/ByteStreamOperators.h>
 #include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CommonDirs.h>
 #include <brindle/filesupport/CountingByteStream.h>
 #include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/NativePath.h>
@@ -92,6 +94,18 @@ void UseText() {
     utility::streams::Out << S_moment << std::endl;
 }
 
+/// The directory that is to contain the preferences exists.
+void UseLog(std::string const& inDirectory) {
+    using namespace filesupport;
+    ::setenv("XDG_CONFIG_HOME", inDirectory.c_str(), 1);
+    Check(!commondirs::PluginsDir().FullPath().empty(), "directories of the application");
+    File const file(Dir::PrefDir(), u"a name Log.txt"_utf16);
+    file.Create();
+    console::ConsoleLogFile::GetInstance()->WriteToLog("text"_utf8, true);
+    console::ConsoleLogFile::Terminate();
+    Check(file.Size(kFileSize_Data) != 0, "the log");
+}
+
 void UseFiles() {
     using namespace filesupport;
     std::string const directory =
@@ -119,6 +133,7 @@ void UseFiles() {
     Dir const dir = DirFromNative(directory);
     Check(dir.BeginFiles(false) != dir.EndFiles(), "directories");
     file.Delete();
+    UseLog(directory);
     dir.Delete();
     Check(!utility::FileUtils::FileExists(file.FullPath()), "file helpers");
 }
