@@ -37,7 +37,8 @@ public:
     /// valid until the process ends. There is no log, and this is no failure, if there is no file
     /// of its name, if that is no regular file, cannot be replaced, or is another process's log.
     /// Throws a class derived from `filesupport::create_exception` if the new file cannot be
-    /// created for another reason, such as a full disk; the old one is still there then.
+    /// created for another reason, such as a full disk. The old one is still there then, and later
+    /// calls return an instance without a log.
     static ConsoleLogFile* GetInstance();
 
     /// Closes the log, if there is an instance. The next `GetInstance` begins anew.

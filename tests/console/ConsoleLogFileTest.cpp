@@ -208,6 +208,20 @@ TEST_F(ConsoleLog, OldLogThatCannotBeKeptDoesNotStandInTheWay) {
     EXPECT_EQ(EntryCount(mPreferences), 2);
 }
 
+TEST_F(ConsoleLog, LogThatCannotBeCreatedIsReportedOnce) {
+    FillLogs();
+    {
+        tests::ResourceLimit const noMoreFiles(RLIMIT_NOFILE, 0);
+        EXPECT_THROW(Write("x"), filesupport::create_exception);
+    }
+    EXPECT_NO_THROW(Write("x"));
+    EXPECT_EQ(ContentOf(mLog), "old");
+    EXPECT_EQ(ContentOf(mLast), "older");
+    ConsoleLogFile::Terminate();
+    Write("new");
+    ExpectLogged(mLog, "new", false);
+}
+
 TEST_F(ConsoleLog, LinkToALogStaysOne) {
     Fill("real.txt", "old");
     fs::create_symlink(Native("real.txt"), Native(mLog));

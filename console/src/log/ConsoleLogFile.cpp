@@ -46,16 +46,20 @@ Shared& Statics() {
     return shared.Get();
 }
 
-/// Sets a flag for as long as it lives.
-class Flagged {
+/// The creation of the instance, which holds the mutex. Afterwards there is one, also if its log
+/// could not be opened: one failure is enough.
+class Creation {
 public:
-    explicit Flagged(bool& ioFlag) : mFlag(ioFlag) { mFlag = true; }
-    Flagged(Flagged const&) = delete;
-    Flagged& operator=(Flagged const&) = delete;
-    ~Flagged() { mFlag = false; }
+    explicit Creation(Shared& ioShared) : mShared(ioShared) { mShared.isBeingCreated = true; }
+    Creation(Creation const&) = delete;
+    Creation& operator=(Creation const&) = delete;
+    ~Creation() {
+        mShared.isBeingCreated = false;
+        mShared.hasInstance.store(true, std::memory_order_release);
+    }
 
 private:
-    bool& mFlag;
+    Shared& mShared;
 };
 
 /// The local time as the user writes it. It is formatted in UTF-16, because the user's locale may
@@ -117,10 +121,9 @@ ConsoleLogFile* ConsoleLogFile::GetInstance() {
     RecursiveMutexLock const lock(shared.mutex, true);
     // What is called while the log is opened may write to it already, in vain.
     if (!shared.hasInstance.load(std::memory_order_relaxed) && !shared.isBeingCreated) {
-        Flagged const flagged(shared.isBeingCreated);
+        Creation const creation(shared);
         log.mStartTicks = platform::TickCount();
         log.OpenDefaultLog();
-        shared.hasInstance.store(true, std::memory_order_release);
     }
     return &log;
 }
