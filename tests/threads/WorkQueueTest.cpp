@@ -228,11 +228,13 @@ TEST(WorkQueue, NothingStartsWhileSuspended) {
 }
 
 TEST(WorkQueue, TheLastReferenceMayBeReleasedOnAWorker) {
-    std::promise<void> go, ended;
+    std::promise<void> go;
+    static std::promise<void> ended; // whose state the thread may still release after the test
+    ended = {};
     std::atomic<int> ran{0};
     Pool pool = MakePool(1);
     pool->Post(
-        [&ended, pool, isGo = go.get_future().share()] {
+        [pool, isGo = go.get_future().share()] {
             ended.set_value_at_thread_exit();
             isGo.wait();
         },
