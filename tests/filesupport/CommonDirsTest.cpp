@@ -53,7 +53,7 @@ TEST_F(CommonDirs, SettingThatIsNoPathOfADirectoryIsPassedOver) {
         EXPECT_EQ(NativePath(Dir::TempDir()), "/tmp");
     }
     tests::Environment const settings{
-        {{"XDG_CONFIG_HOME", Native("a/b/c")}, {"TMPDIR", Native("home/")}}};
+        {{"XDG_CONFIG_HOME", Native("a/b/c")}, {"TMPDIR", Native("home//")}}};
     EXPECT_EQ(NativePath(Dir::GlobalPrefDir()), Native("a/b/c"));
     EXPECT_EQ(ModeOf(Native("a")), 0700u) << "parents are created for the user alone as well";
     EXPECT_EQ(NativePath(Dir::TempDir()), mHome);

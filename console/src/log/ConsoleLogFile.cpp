@@ -9,7 +9,6 @@
 #include <brindle/filesupport/Dir.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/FileKind.h>
 #include <brindle/threads/RecursiveMutex.h>
 #include <brindle/threads/ScopedLock.h>
 #include <brindle/utility/Locale.h>
@@ -165,7 +164,7 @@ void ConsoleLogFile::OpenDefaultLog() {
     UTF16String previous;
     try {
         GetLogFilePath(path, false);
-        if (filesupport::KindOf(File(path)) != filesupport::FileKind::kRegular) {
+        if (!File(path).Exists()) {
             return;
         }
         GetLogFilePath(previous, true);
