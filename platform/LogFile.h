@@ -23,7 +23,7 @@ public:
     ///
     /// Errors: 5 something else than a regular file stands there, or the file or its directory may
     /// not be written; 32 somebody writes it, such as a process that has it as its log; 3, 19, 112,
-    /// 206, 1117, 1921.
+    /// 206, 1921.
     static Result<LogFile> Start(UTF16String const& inPath, UTF16String const& inPrevious = {});
 
     LogFile() noexcept = default;

@@ -72,7 +72,8 @@ Result<LogFile> LogFile::Start(UTF16String const& inPath, UTF16String const& inP
         // An old log that cannot be kept does not stand in the way of the new one.
         static_cast<void>(Keep(place.value, inPrevious));
     }
-    error = file.TakePlace();
+    // Not synced: after a crash of the machine, either log will do.
+    error = file.PutInPlace();
     if (error != kError_None) {
         return {{}, error};
     }

@@ -102,12 +102,12 @@ ErrorCode NewFile::GiveName() {
     return mName.empty() ? ErrorFromErrno(errno) : kError_None;
 }
 
-ErrorCode NewFile::TakePlace() {
+ErrorCode NewFile::PutInPlace() {
     if (mName.empty()) {
         // A link replaces nothing, so over an old version it takes a name first.
         if (::linkat(AT_FDCWD, DescriptorPath(mFile.Get()).data(), mPlace.directory.Get(),
                      mPlace.name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-            return SyncDirectory(mPlace);
+            return kError_None;
         }
         auto const error = errno == EEXIST ? GiveName() : ErrorFromErrno(errno);
         if (error != kError_None) {
@@ -115,11 +115,15 @@ ErrorCode NewFile::TakePlace() {
         }
     }
     auto const error = RenameInto(mPlace, mPlace.directory.Get(), mName.c_str());
-    if (error != kError_None) {
-        return error;
+    if (error == kError_None) {
+        mName.clear();
     }
-    mName.clear();
-    return SyncDirectory(mPlace);
+    return error;
+}
+
+ErrorCode NewFile::TakePlace() {
+    auto const error = PutInPlace();
+    return error == kError_None ? SyncDirectory(mPlace) : error;
 }
 
 ErrorCode LinkInto(FilePlace const& inPlace, FilePlace const& inFile) {

@@ -22,7 +22,9 @@ public:
     ErrorCode Create(mode_t inMode);
     /// Open for writing once it is created.
     int Descriptor() const noexcept { return mFile.Get(); }
-    /// Puts the file over whatever stands in the place, in one step, and syncs the directory.
+    /// Puts the file over whatever stands in the place, in one step.
+    ErrorCode PutInPlace();
+    /// The same; then syncs the directory.
     ErrorCode TakePlace();
     /// The open file, which the caller then owns.
     int ReleaseDescriptor() noexcept { return mFile.Release(); }
