@@ -14,7 +14,6 @@
 #include <brindle/filesupport/NativePath.h>
 
 #include <algorithm>
-#include <map>
 #include <optional>
 #include <random>
 #include <regex>
@@ -265,34 +264,6 @@ TEST_F(ConsoleLog, WritingGoesOnWhenTheDirectoryHasGone) {
     ExpectNoLog();
 }
 
-TEST_F(ConsoleLog, TextsOfThreadsStayWhole) {
-    constexpr int kTexts = 500;
-    Fill(mLog, "");
-    tests::InThreads(4, [](unsigned inThread) {
-        for (int i = 0; i < kTexts; ++i) {
-            ConsoleLogFile::GetInstance()->WriteToLog(
-                tests::AsUTF8(std::string(50 + inThread, static_cast<char>('a' + inThread)) + '\n'),
-                i % 2 == 0);
-            if (inThread == 0 && i % 100 == 99) {
-                ConsoleLogFile::SetDefaultLogFileName(UTF16String());
-            }
-        }
-    });
-    auto const log = Parse(ContentOf(mLog));
-    ASSERT_TRUE(log);
-    std::map<std::string, int> counts;
-    std::istringstream lines(log->text);
-    std::regex const stamp("Ticks = \\d+      ");
-    for (std::string line; std::getline(lines, line);) {
-        ++counts[std::regex_replace(line, stamp, "", std::regex_constants::format_first_only)];
-    }
-    EXPECT_EQ(counts.size(), 4u);
-    for (auto const& [line, count] : counts) {
-        EXPECT_EQ(line, std::string(50 + static_cast<unsigned>(line[0] - 'a'), line[0]));
-        EXPECT_EQ(count, kTexts);
-    }
-}
-
 TEST_F(ConsoleLog, ThreadsMayOpenWriteAndTerminateAtOnce) {
     Fill(mLog, "");
     tests::InThreads(4, [&](unsigned inThread) {
@@ -309,7 +280,7 @@ TEST_F(ConsoleLog, ThreadsMayOpenWriteAndTerminateAtOnce) {
     EXPECT_TRUE(log->isClosed);
 }
 
-TEST_F(ConsoleLog, OfProcessesThatAreKilledOneAtATimeHasTheLog) {
+TEST_F(ConsoleLog, OneProcessHasTheLogAndItsLinesStayWholeWhateverIsKilled) {
     Fill(mLog, "");
     std::mt19937 random(1);
     for (int round = 0; round < 40; ++round) {
