@@ -27,10 +27,6 @@ public:
     /// the file cannot be opened.
     XMLParseStatus ParseDocument(UTF16String const& inPath) override;
     XMLParseStatus ParseBuffer(UTF8String const& inBuffer) override;
-
-private:
-    template <typename Document>
-    XMLParseStatus Parse(Document& ioDocument);
 };
 
 /// Creates `ExpatParser` objects.

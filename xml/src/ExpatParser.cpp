@@ -3,7 +3,21 @@
 #include "platform/Files.h"
 #include "xml/src/ExpatParse.h"
 
+#include <utility>
+
 namespace brindle::xml {
+
+namespace {
+
+template <typename Document>
+std::pair<XMLParseStatus, XMLParseFault> Parse(AbstractParseHandler& ioHandler,
+                                               Document& ioDocument) {
+    impl::ExpatParse parse(ioHandler);
+    auto const status = parse.Document(ioDocument);
+    return {status, parse.Fault()};
+}
+
+} // namespace
 
 ExpatParser::ExpatParser(std::unique_ptr<AbstractParseHandler>& ioHandler) noexcept
     : AbstractDocParser(ioHandler) {}
@@ -19,19 +33,16 @@ XMLParseStatus ExpatParser::ParseDocument(UTF16String const& inPath) {
         SetFault(fault);
         return kXMLParseStatus_Failure;
     }
-    return Parse(file.value);
+    SetFault({});
+    auto const [status, fault] = Parse(Handler(), file.value);
+    SetFault(fault);
+    return status;
 }
 
 XMLParseStatus ExpatParser::ParseBuffer(UTF8String const& inBuffer) {
-    return Parse(inBuffer);
-}
-
-template <typename Document>
-XMLParseStatus ExpatParser::Parse(Document& ioDocument) {
     SetFault({});
-    impl::ExpatParse parse(Handler());
-    auto const status = parse.Document(ioDocument);
-    SetFault(parse.Fault());
+    auto const [status, fault] = Parse(Handler(), inBuffer);
+    SetFault(fault);
     return status;
 }
 
