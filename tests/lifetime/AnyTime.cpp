@@ -13,6 +13,9 @@
 #include <brindle/console/ConsoleLogFile.h>
 #include <brindle/console/Terminal.h>
 #include <brindle/debug/Contract.h>
+#include <brindle/debug/DebugDatabase.h>
+#include <brindle/debug/SafeTraceStream.h>
+#include <brindle/debug/TraceCategory.h>
 #include <brindle/filesupport/BufferedByteStream.h>
 #include <brindle/filesupport/ByteStreamOperators.h>
 #include <brindle/filesupport/CRCByteStream.h>
@@ -169,6 +172,24 @@ private:
     }
 };
 
+void UseDiagnostics() {
+    std::string const preferences =
+        std::filesystem::temp_directory_path() / ("brindle_any_time_" + std::to_string(::getpid()));
+    std::filesystem::create_directory(preferences);
+    ::setenv("XDG_CONFIG_HOME", preferences.c_str(), 1);
+    debug::TraceCategory const category("any time"_utf8);
+    Check(category.Enabled(5), "trace categories");
+    Check(!debug::TraceEnabled("any time"_utf8, 6, true), "trace volumes");
+    BRN_TRACE(category, 5, "text in the log, if there is one");
+    debug::ShutdownTraceManager();
+    console::ConsoleLogFile::Terminate();
+    debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
+    Check(debug::DebugDatabase::Instance().HasEntry("key"_utf8), "debug settings");
+    debug::SafeTraceStream stream;
+    stream << S_moment << ": text of a trace stream\n";
+    std::filesystem::remove_all(preferences);
+}
+
 void UseNumbersOfOtherKinds() {
     time::TickTime const second(25, time::kFrameRate_VideoPAL);
     Check(second == time::TickTime(1.0), "time");
@@ -186,6 +207,7 @@ void UseEverything(char const* inMoment) {
     UseText();
     UseFiles();
     UseThreads();
+    UseDiagnostics();
     UseNumbersOfOtherKinds();
 }
 
