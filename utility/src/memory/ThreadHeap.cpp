@@ -240,6 +240,22 @@ void ThreadHeap::ReturnEldestParked(std::size_t inClass) {
     }
 }
 
+/// Moves the remote frees of a current chunk to its free blocks. Otherwise every pair of calls that
+/// empties the chunk but for these would take the slow path.
+void ThreadHeap::AbsorbRemoteFrees(Chunk& ioChunk) {
+    if (ioChunk.remote.Count() == 0) {
+        return;
+    }
+    RemoteFrees::State const taken = ioChunk.remote.TakeAll();
+    std::byte* last = ioChunk.origin + taken.first;
+    while (std::uint32_t const next = ReadLink(last)) {
+        last = ioChunk.origin + next;
+    }
+    WriteLink(last, ioChunk.free);
+    ioChunk.free = taken.first;
+    ioChunk.AddUsed(0 - taken.count);
+}
+
 void ThreadHeap::Dispose(Chunk& ioChunk, void* inBlock) {
     OwnerGuard const guard(*this);
     std::size_t const index = ioChunk.sizeClass;
@@ -248,8 +264,11 @@ void ThreadHeap::Dispose(Chunk& ioChunk, void* inBlock) {
         if (!Settle(ioChunk)) {
             Drain(Caller::kOwner);
         }
-    } else if (ioChunk.used.load(std::memory_order_relaxed) == 0) {
-        CurrentEmptied(ioChunk);
+    } else if (ioChunk.Used() == ioChunk.remote.Count()) {
+        AbsorbRemoteFrees(ioChunk);
+        if (ioChunk.used.load(std::memory_order_relaxed) == 0) {
+            CurrentEmptied(ioChunk);
+        }
     }
     DrainIfMuch();
     KeepChunk(index);

@@ -112,6 +112,7 @@ private:
     void Unlink(Chunk& ioChunk);
     void Detach(Chunk& ioChunk);
     void Return(Chunk& ioChunk);
+    void AbsorbRemoteFrees(Chunk& ioChunk);
     void CurrentEmptied(Chunk& ioChunk);
     void Park(Chunk& ioChunk);
     void Unpark(std::size_t inClass);
