@@ -15,12 +15,8 @@
 
 #include <algorithm>
 #include <optional>
-#include <random>
 #include <regex>
-#include <set>
-#include <sstream>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace brindle::console {
 
@@ -278,40 +274,6 @@ TEST_F(ConsoleLog, ThreadsMayOpenWriteAndTerminateAtOnce) {
     auto const log = Parse(ContentOf(mLog));
     ASSERT_TRUE(log);
     EXPECT_TRUE(log->isClosed);
-}
-
-TEST_F(ConsoleLog, OneProcessHasTheLogAndItsLinesStayWholeWhateverIsKilled) {
-    Fill(mLog, "");
-    std::mt19937 random(1);
-    for (int round = 0; round < 40; ++round) {
-        pid_t children[2];
-        for (pid_t& child : children) {
-            child = ::fork();
-            if (child == 0) {
-                tests::InThreads(4, [](unsigned) {
-                    for (;;) {
-                        Write(std::to_string(::getpid()) + '\n');
-                    }
-                });
-            }
-        }
-        ::usleep(static_cast<useconds_t>(random() % 10'000));
-        for (pid_t const child : children) {
-            ::kill(child, SIGKILL);
-            ::waitpid(child, nullptr, 0);
-        }
-        for (auto const& name : {mLog, mLast}) {
-            auto const content = ContentOf(name);
-            auto const log = Parse(content);
-            ASSERT_TRUE(log || content.empty()) << content;
-            std::set<std::string> writers;
-            std::istringstream lines(log ? log->text : "");
-            for (std::string line; std::getline(lines, line);) {
-                writers.insert(line);
-            }
-            EXPECT_LE(writers.size(), 1u) << testing::PrintToString(writers);
-        }
-    }
 }
 
 TEST_F(ConsoleLog, FaultAtAnyCallKeepsBothNamesWhole) {

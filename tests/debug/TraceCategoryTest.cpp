@@ -19,6 +19,8 @@
 #include <map>
 #include <optional>
 #include <random>
+#include <regex>
+#include <set>
 #include <sstream>
 #include <thread>
 
@@ -40,16 +42,6 @@ std::string Answers(std::initializer_list<bool> inAnswers) {
         text += answer ? 'y' : 'n';
     }
     return text;
-}
-
-TEST_F(TraceFile, HasTheDefaultsOfWhatWasAskedAbout) {
-    EXPECT_EQ(InProcess([] {
-                  bool const isLoud = TraceEnabled("loud"_utf8, 11, true);
-                  bool const passes = TraceEnabled("x"_utf8, 5, true);
-                  return Answers({isLoud, passes, TraceEnabled("x"_utf8, 6, true)});
-              }),
-              "nyn");
-    EXPECT_EQ(ContentOf(Preference(kFile)), "Master\t1\t10\nx\t1\t5\n");
 }
 
 TEST_F(TraceFile, IsReadFieldByField) {
@@ -365,12 +357,12 @@ TEST_F(TraceFile, IsWholeAfterAKillOrARefusalAtAnySystemCall) {
 /// Traces, sets volumes and settings from four threads until it is killed.
 [[noreturn]] void ChangeEverything(unsigned inProcess) {
     tests::InThreads(4, [inProcess](unsigned inThread) {
-        auto const name = AsUTF8(std::to_string(inProcess) + " " + std::to_string(inThread));
+        auto const name = std::to_string(inProcess) + " " + std::to_string(inThread);
         for (std::int32_t round = 0;; ++round) {
-            SetTraceVolume(name, round % 10);
-            DebugDatabase::Instance().SetEntry(name, "true"_utf8);
+            SetTraceVolume(AsUTF8(name), round % 10);
+            DebugDatabase::Instance().SetEntry(AsUTF8(name), "true"_utf8);
             if (TraceEnabled("decoder"_utf8, 9, true)) {
-                Trace("a line\r\n");
+                Trace((name + '\n').c_str());
             }
         }
     });
@@ -387,11 +379,28 @@ bool IsWhole(std::string const& inContent, std::ptrdiff_t inTabs, std::string co
     return inContent.find(inLine) != std::string::npos && inContent.back() == '\n';
 }
 
+/// Which processes have written the whole lines of a log.
+std::string WritersOf(std::string const& inLog) {
+    std::regex const line("Ticks = [0-9]+      ([01]) [0-3]|Log file created: .*\r|-*\r");
+    std::istringstream lines(inLog);
+    std::set<std::string> writers;
+    std::smatch match;
+    for (std::string each; std::getline(lines, each);) {
+        writers.insert(std::regex_match(each, match, line) ? match.str(1) : each);
+    }
+    std::string text;
+    for (auto const& writer : writers) {
+        text += writer;
+    }
+    return text;
+}
+
 TEST_F(TraceFile, SurvivesTwoProcessesThatAreKilled) {
     InProcess([] {
         Settle();
         return std::string();
     });
+    Fill(Preference("No Client Name Log.txt"), "");
     std::minstd_rand random(1);
     for (int round = 0; round < 100; ++round) {
         pid_t children[2];
@@ -410,6 +419,8 @@ TEST_F(TraceFile, SurvivesTwoProcessesThatAreKilled) {
         auto const debug = ContentOf(Preference("Debug Database.txt"));
         ASSERT_TRUE(IsWhole(trace, 2, "decoder\t1\t9\n")) << trace;
         ASSERT_TRUE(IsWhole(debug, 1, "decoder.slow\ttrue\n")) << debug;
+        auto const writers = WritersOf(ContentOf(Preference("No Client Name Log.txt")));
+        ASSERT_LE(writers.size(), 1u) << "one process has the log: " << writers;
     }
 }
 

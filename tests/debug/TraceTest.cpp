@@ -2,7 +2,6 @@
 #include <brindle/debug/TraceCategory.h>
 
 #include "tests/debug/InPreferences.h"
-#include "tests/support/InThreads.h"
 #include "tests/support/RecordingErrorManager.h"
 
 #include <brindle/config/Errors.h>
@@ -11,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 #include <locale>
 #include <stdexcept>
@@ -116,24 +114,6 @@ TEST_F(TraceText, IsComposedOnlyIfItIsWanted) {
               "<a category> <-3> frame 1001, 0.5\xC3\xA9\r\n|"
               "<a category> <2> frame 1002, 0.5\xC3\xA9\r\n|"
               "<x> <1> cut\r\n|<x> <1> \r\n|2");
-}
-
-TEST_F(TraceText, OfManyThreadsMeetsOneHandlerOrAnother) {
-    struct Counting : TraceHandler {
-        void Trace(UTF8String const&) override { ++count; }
-        std::atomic<int> count{0};
-    } handlers[2];
-    InstallMasterTraceHandler(&handlers[0]);
-    tests::InThreads(4, [&](unsigned inThread) {
-        for (int round = 0; round < 1000; ++round) {
-            if (inThread == 0) {
-                InstallMasterTraceHandler(&handlers[round % 2]);
-            }
-            Trace("x");
-        }
-    });
-    RemoveMasterTraceHandler();
-    EXPECT_EQ(handlers[0].count + handlers[1].count, 4000);
 }
 
 } // namespace

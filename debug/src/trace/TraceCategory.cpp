@@ -46,9 +46,6 @@ UTF8String const& MasterName() {
 
 /// What can be answered without the database, from what is known now.
 std::int64_t LimitOf(UTF8String const* inCategory) BRN_REQUIRES(S_mutex) {
-    if (S_nothingPasses) {
-        return impl::kLimit_NothingPasses;
-    }
     if (S_databaseP == nullptr || !S_master.isKnown) {
         return impl::kLimit_AskAlways;
     }
@@ -64,13 +61,20 @@ std::int64_t LimitOf(UTF8String const* inCategory) BRN_REQUIRES(S_mutex) {
                              : impl::kLimit_NothingPasses;
 }
 
-void Publish(TraceCell& ioCell) BRN_REQUIRES(S_mutex) {
-    ioCell.limit.store(LimitOf(&ioCell.name), std::memory_order_relaxed);
+void Show(TraceAnswers& ioAnswers, std::int64_t inLimit) BRN_REQUIRES(S_mutex) {
+    ioAnswers.limit.store(S_nothingPasses ? impl::kLimit_NothingPasses : inLimit,
+                          std::memory_order_relaxed);
 }
 
+void Publish(TraceCell& ioCell) BRN_REQUIRES(S_mutex) {
+    ioCell.knownLimit = LimitOf(&ioCell.name);
+    Show(ioCell, ioCell.knownLimit);
+}
+
+// The analysis does not know that the functions of `ForEach` are called here, with the lock held.
+
 void PublishAll() BRN_REQUIRES(S_mutex) {
-    S_otherAnswers.limit.store(LimitOf(nullptr), std::memory_order_relaxed);
-    // The analysis does not know that the function is called here, with the lock held.
+    Show(S_otherAnswers, LimitOf(nullptr));
     TraceCells::ForEach([](TraceCell& ioCell) BRN_NO_THREAD_SAFETY_ANALYSIS { Publish(ioCell); });
 }
 
@@ -85,7 +89,9 @@ public:
 private:
     static void Set(bool inNothingPasses) BRN_REQUIRES(S_mutex) {
         S_nothingPasses = inNothingPasses;
-        PublishAll();
+        Show(S_otherAnswers, LimitOf(nullptr));
+        TraceCells::ForEach([](TraceCell& ioCell)
+                                BRN_NO_THREAD_SAFETY_ANALYSIS { Show(ioCell, ioCell.knownLimit); });
     }
 };
 

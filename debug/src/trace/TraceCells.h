@@ -31,6 +31,8 @@ struct TraceCell : TraceAnswers {
     UTF8String const name;
     std::size_t const hash;
     TraceCell* const next; // in the bucket
+    // What `limit` is when questions are not being refused.
+    std::int64_t knownLimit = kLimit_AskAlways;
 };
 
 /// The cells by name: a hash table whose buckets grow at the front. `Find` takes no lock and never
