@@ -53,7 +53,6 @@ int UseInChild(Executors& ioInherited) {
     }
     expect(ioInherited.pool->IsShutdown());
     expect(ioInherited.loop->IsShutdown());
-#if !defined(__SANITIZE_THREAD__) // which allows no threads in such a child
     int ran = 0;
     auto const pool = CreateAsyncThreadedExecutor("child", 1, kThreadPriorityNormal);
     pool->Post([&] { ++ran; }, 0);
@@ -62,17 +61,14 @@ int UseInChild(Executors& ioInherited) {
     adaptor->Post([&] { ++ran; }, 0);
     DispatchMessages();
     expect(ran == 2);
-#endif
     return failures;
 }
 
 } // namespace
 
 TEST(Fork, AChildWithStaticExecutorsExitsAndMayMakeItsOwn) {
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-    GTEST_SKIP() << "the locks of the sanitizer's allocator do not survive a fork";
-#endif
+#if defined(BRINDLE_SANITIZED)
+    GTEST_SKIP() << "the locks of the sanitizers' allocators do not survive a fork";
 #endif
     Executors& executors = Statics();
     std::atomic<bool> isOver{false};
