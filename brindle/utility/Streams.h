@@ -18,11 +18,21 @@ BRN_API std::basic_streambuf<std::uint16_t>*
 SetStreamBuffer(UTF16OutputStream& ioStream, std::basic_streambuf<std::uint16_t>* inBuffer);
 
 /// The global streams. They can be used at any time, also in the constructors and destructors of
-/// static objects. They are not locked: only one thread at a time may use `UTF16Out`, and only one
-/// `Debug`.
+/// static objects. They are not locked: only one thread at a time may use one of the streams of
+/// 16-bit units.
 namespace streams {
 
-/// Standard output, which gets a line for each flush: see `debug::UTF16StdOutStreamBuffer`.
+/// Standard output and standard error for text:
+///
+///     utility::streams::TextOut << u"caf\u00E9 "_utf16 << 3 << '\n';
+///
+/// Text is written as UTF-8, as it is and at once, in the order in which it and the standard
+/// streams are used; flushing flushes the standard stream.
+BRN_API extern UTF16OutputStream& TextOut;
+BRN_API extern UTF16OutputStream& TextErr;
+
+/// Standard output in lines of at most 255 units, for developers: each flush ends a line, and so
+/// does every 255th unit, which may split a surrogate pair. See `debug::UTF16StdOutStreamBuffer`.
 BRN_API extern UTF16OutputStream& UTF16Out;
 /// The developer's debug channel.
 BRN_API extern UTF16OutputStream& Debug;

@@ -56,6 +56,19 @@ BRN_API basic_istream<std::uint16_t>&
 operator>>(basic_istream<std::uint16_t>& ioStream,
            brindle::utility::impl::QuotedVariable const& outText);
 
+/// Insert text of the other type and of the standard library, converted as by `utility::Utf16` and
+/// `utility::Utf8`.
+BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
+                                                 brindle::UTF8String const& inText);
+BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
+                                                 std::string_view inText);
+BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
+                                                 std::u16string_view inText);
+BRN_API basic_ostream<std::uint8_t>& operator<<(basic_ostream<std::uint8_t>& ioStream,
+                                                brindle::UTF16String const& inText);
+BRN_API basic_ostream<std::uint8_t>& operator<<(basic_ostream<std::uint8_t>& ioStream,
+                                                std::string_view inText);
+
 /// A stream of 16-bit units takes u"text", u"text"_utf16 and "text".
 basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>&, wchar_t) = delete;
 basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>&, wchar_t const*) = delete;
@@ -65,7 +78,7 @@ basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>&, char32_t
 basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>&,
                                          std::uint8_t const*) = delete;
 
-/// A stream of bytes takes "text" and "text"_utf8.
+/// A stream of bytes takes "text" and text of the library's types.
 basic_ostream<std::uint8_t>& operator<<(basic_ostream<std::uint8_t>&, wchar_t) = delete;
 basic_ostream<std::uint8_t>& operator<<(basic_ostream<std::uint8_t>&, wchar_t const*) = delete;
 basic_ostream<std::uint8_t>& operator<<(basic_ostream<std::uint8_t>&, char32_t) = delete;

@@ -1,5 +1,7 @@
 #include <brindle/utility/Streams.h>
 
+#include "utility/src/streams/StandardTextBuffer.h"
+
 #include <brindle/debug/StreamBuffers.h>
 
 #include <iostream>
@@ -34,6 +36,10 @@ Storage<debug::DebugStreamBuffer<std::uint16_t>> S_debugBuffer;
 Storage<UTF16OutputStream> S_debugStream;
 Storage<debug::UTF16StdOutStreamBuffer<std::uint16_t>> S_stdOutBuffer;
 Storage<UTF16OutputStream> S_stdOutStream;
+Storage<StandardTextBuffer> S_textOutBuffer;
+Storage<UTF16OutputStream> S_textOutStream;
+Storage<StandardTextBuffer> S_textErrBuffer;
+Storage<UTF16OutputStream> S_textErrStream;
 
 /// Constructs the global streams before all static objects of clients, also if these are linked
 /// with an archive of the library, and flushes them after the destructors of those objects. Text
@@ -45,6 +51,11 @@ public:
         ::new (&S_debugStream.object) UTF16OutputStream(&S_debugBuffer.object);
         ::new (&S_stdOutBuffer.object) debug::UTF16StdOutStreamBuffer<std::uint16_t>;
         ::new (&S_stdOutStream.object) UTF16OutputStream(&S_stdOutBuffer.object);
+        // These keep nothing back, and need no flush at exit.
+        ::new (&S_textOutBuffer.object) StandardTextBuffer(std::cout);
+        ::new (&S_textOutStream.object) UTF16OutputStream(&S_textOutBuffer.object);
+        ::new (&S_textErrBuffer.object) StandardTextBuffer(std::cerr);
+        ::new (&S_textErrStream.object) UTF16OutputStream(&S_textErrBuffer.object);
     }
     GlobalStreams(GlobalStreams const&) = delete;
     GlobalStreams& operator=(GlobalStreams const&) = delete;
@@ -90,6 +101,8 @@ SetStreamBuffer(UTF16OutputStream& ioStream, std::basic_streambuf<std::uint16_t>
 namespace streams {
 
 // Constant-initialised, so these are valid references at any time.
+UTF16OutputStream& TextOut = S_textOutStream.object;
+UTF16OutputStream& TextErr = S_textErrStream.object;
 UTF16OutputStream& UTF16Out = S_stdOutStream.object;
 UTF16OutputStream& Debug = S_debugStream.object;
 std::basic_istream<char>& In = std::cin;

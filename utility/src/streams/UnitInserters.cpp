@@ -1,5 +1,7 @@
 #include <brindle/utility/UnitInserters.h>
 
+#include <brindle/utility/TextConversions.h>
+
 #include <string>
 #include <string_view>
 
@@ -72,6 +74,28 @@ basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream, char16_t 
     }
     u16string_view const text(inText);
     return ioStream << brindle::UTF16String(text.begin(), text.end());
+}
+
+basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream,
+                                    brindle::UTF8String const& inText) {
+    return ioStream << brindle::utility::Utf16(inText);
+}
+
+basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream, string_view inText) {
+    return ioStream << brindle::utility::Utf16(inText);
+}
+
+basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream, u16string_view inText) {
+    return ioStream << brindle::utility::Utf16(inText);
+}
+
+basic_ostream<uint8_t>& operator<<(basic_ostream<uint8_t>& ioStream,
+                                   brindle::UTF16String const& inText) {
+    return ioStream << brindle::utility::Utf8(inText);
+}
+
+basic_ostream<uint8_t>& operator<<(basic_ostream<uint8_t>& ioStream, string_view inText) {
+    return ioStream << brindle::utility::Utf8(inText);
 }
 
 basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream,

@@ -63,18 +63,8 @@ UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
 /// `ioText` is empty, but may have storage.
 void DecodeChunks(std::uint8_t const* inText, std::size_t inCount, UTF16String& ioText) {
     ioText.reserve(Kernels().CountUTF16(inText, inCount));
-    std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
-    for (std::size_t done = 0; done < inCount;) {
-        // The end of a chunk may cut a sequence, which is then the start of the next chunk. If
-        // nothing was consumed, the sequence is malformed or incomplete.
-        impl::UnicodeProgress const progress =
-            Kernels().DecodeUTF8(inText + done, std::min(inCount - done, kChunk), buffer);
-        if (progress.consumed == 0) {
-            ioText.shrink_to_fit();
-            break;
-        }
-        ioText.append(buffer, progress.produced);
-        done += progress.consumed;
+    if (impl::AppendUTF8to16(inText, inCount, ioText) < inCount) {
+        ioText.shrink_to_fit();
     }
 }
 
@@ -99,6 +89,24 @@ void impl::AssignUTF8to16(char const* inText, std::size_t inCount, UTF16String& 
     }
     std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
     outText.assign(buffer, Kernels().DecodeUTF8(text, inCount, buffer).produced);
+}
+
+std::size_t impl::AppendUTF8to16(std::uint8_t const* inText, std::size_t inCount,
+                                 UTF16String& ioText) {
+    std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
+    std::size_t done = 0;
+    while (done < inCount) {
+        // The end of a chunk may cut a sequence, which is then the start of the next chunk. If
+        // nothing was consumed, the sequence is malformed or incomplete.
+        impl::UnicodeProgress const progress =
+            Kernels().DecodeUTF8(inText + done, std::min(inCount - done, kChunk), buffer);
+        ioText.append(buffer, progress.produced);
+        done += progress.consumed;
+        if (progress.consumed == 0) {
+            break;
+        }
+    }
+    return done;
 }
 
 UTF8String UTF16to8(UTF16String const& inText) {
