@@ -6,6 +6,8 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 namespace brindle::filesupport {
 
@@ -71,6 +73,26 @@ BRN_API IByteStream& operator>>(IByteStream& inStream, long double& outValue);
 /// are copied, and if the input ends before, `eof_error` is thrown after the bytes before the end
 /// were written. If `Length()` is 0, everything up to the end is copied.
 BRN_API OByteStream& operator<<(OByteStream& outStream, IByteStream& inStream);
+
+/// The same from a stream that exists for this one statement.
+inline OByteStream& operator<<(OByteStream& outStream, IByteStream&& inStream) {
+    return outStream << inStream;
+}
+
+/// Insert into and extract from a stream that exists for this one statement, such as
+/// `OPlatformByteStream(file) << value`.
+template <typename Stream, typename Value,
+          std::enable_if_t<std::is_base_of_v<OByteStream, Stream>, int> = 0>
+OByteStream& operator<<(Stream&& outStream, Value&& inValue) {
+    OByteStream& stream = outStream;
+    return stream << std::forward<Value>(inValue);
+}
+template <typename Stream, typename Value,
+          std::enable_if_t<std::is_base_of_v<IByteStream, Stream>, int> = 0>
+IByteStream& operator>>(Stream&& inStream, Value& outValue) {
+    IByteStream& stream = inStream;
+    return stream >> outValue;
+}
 
 /// A pointer, such as a string literal, would be written as a `bool`.
 OByteStream& operator<<(OByteStream& outStream, void const* inPointer) = delete;

@@ -33,4 +33,29 @@ private:
     std::uint32_t mRegister = 0xFFFFFFFF;
 };
 
+/// The same for the bytes that are read, in the order in which they are read:
+///
+///     ICRCByteStream sum(inFile);
+///     sum >> table;
+///     bool const isWhole = sum.Value() == expected;
+///
+/// A byte that the source failed to give is not included.
+class BRN_API ICRCByteStream : public IByteStream {
+public:
+    explicit ICRCByteStream(IByteStream& inSource) noexcept : mSource(inSource) {}
+    ~ICRCByteStream() override;
+
+    std::uint8_t Get() override;
+    void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override;
+    void CurPos(std::uint64_t inPosition) override;
+    std::uint64_t CurPos() const override;
+    std::uint64_t Length() const override;
+
+    [[nodiscard]] std::uint32_t Value() const noexcept { return ~mRegister; }
+
+private:
+    IByteStream& mSource;
+    std::uint32_t mRegister = 0xFFFFFFFF;
+};
+
 } // namespace brindle::filesupport

@@ -2,6 +2,7 @@
 #include <brindle/filesupport/ByteStreamOperators.h>
 #include <brindle/filesupport/CRCByteStream.h>
 #include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/LimitedByteStream.h>
 #include <brindle/filesupport/RLEByteStream.h>
 #include <brindle/filesupport/StringByteStream.h>
 
@@ -46,6 +47,39 @@ TEST(OCRCByteStream, SumsEveryLengthAtEveryAlignmentInPieces) {
             ASSERT_EQ(stream.Value(), tests::BitwiseCRC(bytes, size + 601));
         }
     }
+}
+
+TEST(ICRCByteStream, SumsWhatIsRead) {
+    auto data = "0123456789"s;
+    IStringByteStream source(data);
+    ICRCByteStream stream(source);
+    stream.CurPos(1);
+    EXPECT_EQ(stream.Get(), '1');
+    std::uint8_t block[8];
+    stream.ReadBlock(block, 8);
+    EXPECT_EQ(stream.Value(), 0xCBF43926u);
+    EXPECT_THROW(stream.Get(), eof_error);
+    EXPECT_EQ(stream.Value(), 0xCBF43926u);
+    EXPECT_EQ(stream.CurPos(), stream.Length());
+}
+
+TEST(ILimitedByteStream, EndsBehindItsPart) {
+    auto data = "0123456789"s;
+    IStringByteStream source(data);
+    source.CurPos(2);
+    ILimitedByteStream stream(source, 4);
+    std::uint8_t block[4];
+    EXPECT_THROW(stream.ReadBlock(block, 5), eof_error);
+    stream.ReadBlock(block, 4);
+    EXPECT_EQ(std::string(block, block + 4), "2345");
+    EXPECT_THROW(stream.Get(), eof_error);
+    EXPECT_THROW(stream.CurPos(5), eof_error);
+    stream.CurPos(3);
+    EXPECT_EQ(stream.Get(), '5');
+    EXPECT_EQ(stream.CurPos(), stream.Length());
+    ILimitedByteStream longer(source, ~std::uint64_t{0});
+    OCountingByteStream() << longer;
+    EXPECT_EQ(source.CurPos(), 10u) << "the source ends earlier";
 }
 
 TEST(OCRCByteStream, ForwardsEveryCall) {

@@ -24,4 +24,29 @@ std::uint64_t OCRCByteStream::CurPos() const {
     return mSink.CurPos();
 }
 
+ICRCByteStream::~ICRCByteStream() = default;
+
+std::uint8_t ICRCByteStream::Get() {
+    auto const value = mSource.Get();
+    mRegister = UpdateCRC32(mRegister, value);
+    return value;
+}
+
+void ICRCByteStream::ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) {
+    mSource.ReadBlock(outDestination, inCount);
+    mRegister = UpdateCRC32(mRegister, outDestination, inCount);
+}
+
+void ICRCByteStream::CurPos(std::uint64_t inPosition) {
+    mSource.CurPos(inPosition);
+}
+
+std::uint64_t ICRCByteStream::CurPos() const {
+    return mSource.CurPos();
+}
+
+std::uint64_t ICRCByteStream::Length() const {
+    return mSource.Length();
+}
+
 } // namespace brindle::filesupport
