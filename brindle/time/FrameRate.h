@@ -1,6 +1,10 @@
 #pragma once
 
+#include <brindle/Export.h>
 #include <brindle/time/Ticks.h>
+
+#include <optional>
+#include <string_view>
 
 namespace brindle::time {
 
@@ -31,6 +35,12 @@ public:
         rate.mTicksPerFrame = inTicksPerFrame;
         return rate;
     }
+
+    /// The rate that people call so: a number of frames a second such as "25" or "12.5", or a
+    /// fraction such as "30000/1001". A number whose frames would not last a whole number of ticks
+    /// is taken for a rounded NTSC rate, 1000/1001 of a whole number: "29.97", "23.976", "23.98".
+    /// Nothing for any other text.
+    [[nodiscard]] BRN_API static std::optional<FrameRate> FromName(std::string_view inName);
 
     /// Frames per second; 0.0 for `kFrameRate_Zero`.
     constexpr double GetValue() const noexcept {

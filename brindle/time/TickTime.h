@@ -4,7 +4,10 @@
 #include <brindle/debug/Contract.h>
 #include <brindle/time/FrameRate.h>
 
+#include <cstdint>
 #include <iosfwd>
+#include <optional>
+#include <type_traits>
 
 namespace brindle::time {
 
@@ -12,6 +15,14 @@ namespace impl {
 
 /// The source that contracts name.
 inline constexpr char kTickTimeSource[] = "time/src/TickTime";
+
+/// Enables a template for the integers that no other operator takes.
+template <typename Integer>
+using IfOtherInteger =
+    std::enable_if_t<std::is_integral_v<Integer> && !std::is_same_v<Integer, bool> &&
+                         !std::is_same_v<Integer, std::int32_t> &&
+                         !std::is_same_v<Integer, std::uint32_t>,
+                     int>;
 
 } // namespace impl
 
@@ -41,7 +52,7 @@ public:
     }
 
     static constexpr TickTime TicksToTickTime(std::int64_t inTicks) noexcept {
-        return TickTime(inTicks);
+        return TickTime(Ticks{inTicks});
     }
 
     constexpr std::int64_t GetTicks() const noexcept { return mTicks; }
@@ -66,6 +77,18 @@ public:
     /// The low 32 bits of `ToFrame64`.
     [[nodiscard]] constexpr std::int32_t ToFrame32(FrameRate const& inFrameRate) const noexcept {
         return static_cast<std::int32_t>(ToFrame64(inFrameRate));
+    }
+
+    /// The number of the frame whose start is nearest to the time; of two that are equally near,
+    /// the later one. 0 for `kFrameRate_Zero` and for a rate that is not positive.
+    [[nodiscard]] constexpr std::int64_t NearestFrame(FrameRate const& inFrameRate) const noexcept {
+        std::int64_t const period = inFrameRate.GetTicksPerFrame();
+        if (period <= 0 || inFrameRate == kFrameRate_Zero) {
+            return 0;
+        }
+        std::int64_t const rest = mTicks % period < 0 ? mTicks % period + period : mTicks % period;
+        std::int64_t const before = (mTicks - mTicks % period) / period - (mTicks % period < 0);
+        return before + (rest >= period - rest);
     }
 
     /// Moves toward 0, to the start of the frame that `ToFrame64` gives. Contracts: `inFrameRate`
@@ -153,6 +176,22 @@ public:
         return TickTime(*this) *= inValue;
     }
 
+    /// The same for every other integer type, whose low 64 bits count.
+    template <typename Integer, impl::IfOtherInteger<Integer> = 0>
+    constexpr TickTime& operator*=(Integer inValue) noexcept {
+        mTicks = impl::Product(mTicks, static_cast<std::int64_t>(inValue));
+        return *this;
+    }
+    template <typename Integer, impl::IfOtherInteger<Integer> = 0>
+    [[nodiscard]] constexpr TickTime operator*(Integer inValue) const noexcept {
+        return TickTime(*this) *= inValue;
+    }
+    template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number>, int> = 0>
+    [[nodiscard]] friend constexpr TickTime operator*(Number inValue,
+                                                      TickTime const& inTime) noexcept {
+        return inTime * inValue;
+    }
+
     /// Contract of all divisions: the divisor is not 0. The operators that make a new value report
     /// a violation twice, before they copy the time and when they divide the copy.
     constexpr TickTime& operator/=(std::int32_t inValue) { return DivideBy(inValue); }
@@ -168,6 +207,14 @@ public:
     [[nodiscard]] constexpr TickTime operator/(std::uint32_t inValue) const {
         return DividedBy(inValue);
     }
+    template <typename Integer, impl::IfOtherInteger<Integer> = 0>
+    constexpr TickTime& operator/=(Integer inValue) {
+        return DivideBy(static_cast<std::int64_t>(inValue));
+    }
+    template <typename Integer, impl::IfOtherInteger<Integer> = 0>
+    [[nodiscard]] constexpr TickTime operator/(Integer inValue) const {
+        return DividedBy(static_cast<std::int64_t>(inValue));
+    }
     [[nodiscard]] constexpr TickTime operator/(double inValue) const {
         debug::CheckContract(inValue != 0, "inValue != 0", impl::kTickTimeSource, __LINE__);
         return TickTime(*this) /= inValue;
@@ -181,7 +228,10 @@ public:
     }
 
 private:
-    constexpr explicit TickTime(std::int64_t inTicks) noexcept : mTicks(inTicks) {}
+    struct Ticks {
+        std::int64_t count;
+    };
+    constexpr explicit TickTime(Ticks inTicks) noexcept : mTicks(inTicks.count) {}
 
     constexpr TickTime& DivideBy(std::int64_t inValue) {
         debug::CheckContract(inValue != 0, "inValue != 0", impl::kTickTimeSource, __LINE__);
@@ -206,6 +256,16 @@ inline constexpr TickTime kTickTime_Max = TickTime::TicksToTickTime(914457600000
 inline constexpr TickTime kTickTime_Min = TickTime::TicksToTickTime(-91445760000000000);
 /// Below `kTickTime_Min`.
 inline constexpr TickTime kTickTime_Invalid = TickTime::TicksToTickTime(-101606400000000000);
+
+/// The sum, or nothing if it does not fit into 64 bits.
+[[nodiscard]] constexpr std::optional<TickTime> CheckedSum(TickTime const& inLHS,
+                                                           TickTime const& inRHS) noexcept {
+    std::int64_t sum = 0;
+    if (__builtin_add_overflow(inLHS.GetTicks(), inRHS.GetTicks(), &sum)) {
+        return std::nullopt;
+    }
+    return TickTime::TicksToTickTime(sum);
+}
 
 /// Writes the time in seconds, as the stream writes a double.
 BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,

@@ -67,9 +67,27 @@ public:
     /// frames tells how they are counted, whichever counting this format writes.
     [[nodiscard]] TimecodeReading ToTime(std::string_view inText) const noexcept;
 
+    /// Reads what people type: hours, minutes, seconds and frames, of which the first ones may be
+    /// left out, between ":", ";", "." or ","; or digits alone, of which the last ones are frames,
+    /// two for seconds stand before them, and so on. "1:00" and "100" are a second, "+25" is 25
+    /// frames. A sign and blanks may stand in front, blanks also behind. The first group may be any
+    /// number. `inCounting` tells how the frames are counted, unless there is a ";".
+    [[nodiscard]] TimecodeReading ToTime(std::string_view inText,
+                                         FrameCounting inCounting) const noexcept;
+
+    /// Calculates with timecodes and whole numbers, which are frames, by "+", "-", "*", "/" and
+    /// parentheses: "01:00:00:00+25*60". Timecodes are read as people type them, with ":" or ";"
+    /// between their parts, and counted as this format counts. A product has at most one timecode,
+    /// and nothing is divided by one; divisions are truncated toward zero. Faults: those of the
+    /// timecodes, `kForm` for anything else that is no calculation, division by zero among it, and
+    /// `kTooLarge`. Takes time and memory linear in the length of the text.
+    [[nodiscard]] TimecodeReading Evaluate(std::string_view inText) const;
+
 private:
     TimecodeFormat() noexcept = default;
 
+    TimecodeReading TimeOf(std::uint64_t inLabel, bool inIsDropFrame,
+                           bool inIsNegative) const noexcept;
     std::uint64_t FrameOf(std::uint64_t inLabel) const noexcept;
     std::uint64_t LabelOf(std::uint64_t inFrame) const noexcept;
 

@@ -2,6 +2,8 @@
 
 #include "tests/support/RecordingErrorManager.h"
 
+#include <brindle/time/Chrono.h>
+#include <brindle/time/FrameRateNames.h>
 #include <brindle/time/TickTime.h>
 
 #include <gtest/gtest.h>
@@ -86,6 +88,50 @@ static_assert(Ticks(kLargest) + Ticks(1) == Ticks(kLeast));
 static_assert(-Ticks(kLeast) == Ticks(kLeast));
 static_assert(Ticks(kLeast) / -1 == Ticks(kLeast));
 static_assert(TickTime(-1.5).Abs() == TickTime(1.5));
+
+static_assert(TickTime(1) == TickTime(1.0));
+static_assert(2 * Ticks(3) == Ticks(6) && 0.5 * Ticks(3) == Ticks(1));
+static_assert(Ticks(3) * std::int64_t{5'000'000'000} == Ticks(15'000'000'000));
+static_assert(Ticks(15'000'000'000) / 5'000'000'000LL == Ticks(3));
+static_assert(CheckedSum(Ticks(kLargest), Ticks(-1)) == Ticks(kLargest - 1));
+static_assert(!CheckedSum(Ticks(kLargest), Ticks(1)));
+static_assert(!CheckedSum(Ticks(kLeast), Ticks(-1)));
+
+TEST(TickTime, NearestFrameRoundsToTheLaterOfTwo) {
+    FrameRate const rate = FrameRate::Create(10);
+    constexpr std::pair<std::int64_t, std::int64_t> kCases[] = {
+        {0, 0},  {4, 0},   {5, 1},    {14, 1},   {15, 2},  {-4, 0},
+        {-5, 0}, {-6, -1}, {-10, -1}, {-15, -1}, {-16, -2}};
+    for (auto const& [ticks, frame] : kCases) {
+        EXPECT_EQ(Ticks(ticks).NearestFrame(rate), frame) << ticks;
+    }
+    EXPECT_EQ(Ticks(kLeast).NearestFrame(FrameRate::Create(1)), kLeast);
+    EXPECT_EQ(Ticks(kLeast).NearestFrame(rate), kLeast / 10 - 1);
+    EXPECT_EQ(Ticks(1).NearestFrame(kFrameRate_Zero), 0);
+}
+
+TEST(TickTime, GoesToTheStandardLibraryAndBack) {
+    using namespace std::chrono;
+    EXPECT_EQ(ToChrono<nanoseconds>(TickTime(100 * 3600, FrameRate(1.0))), hours(100));
+    EXPECT_EQ(FromChrono(hours(100)), TickTime(100 * 3600, FrameRate(1.0)));
+    EXPECT_EQ(ToChrono<milliseconds>(Ticks(-kTicksPerSecond / 2 - 1)), milliseconds(-500));
+    EXPECT_EQ(FromChrono(nanoseconds(-125)), Ticks(-31752));
+    EXPECT_EQ(FromChrono(duration<double>(0.5)), TickTime(0.5));
+    EXPECT_EQ(ToChrono<TickDuration>(Ticks(kLeast)).count(), kLeast);
+    EXPECT_EQ(FromChrono(hours::max()), Ticks(kLargest)) << "the nearest time";
+    EXPECT_EQ(ToChrono<nanoseconds>(Ticks(kLargest)).count(), 36310201077313144);
+}
+
+TEST(FrameRate, IsFoundByItsName) {
+    for (auto const& [name, rate] : NamedFrameRates()) {
+        EXPECT_EQ(FrameRate::FromName(name), rate) << name;
+    }
+    EXPECT_EQ(FrameRate::FromName("23.98"), kFrameRate_23976);
+    EXPECT_EQ(FrameRate::FromName("30000/1001"), kFrameRate_VideoNTSC);
+    for (char const* const name : {"", "fast", "0", "-25", "25 ", "1/0", "/", "29.5", "1e9"}) {
+        EXPECT_EQ(FrameRate::FromName(name), std::nullopt) << name;
+    }
+}
 
 TEST(TickTime, DoublesOutOfRangeBecomeTheLeastInteger) {
     double volatile zero = 0.0; // so that the compiler cannot fold what follows

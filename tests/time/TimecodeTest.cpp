@@ -97,6 +97,87 @@ TEST(Timecode, TellsWhyATextIsNotOne) {
     EXPECT_EQ(film.ToTime("00:00:00;00").fault, F::kNoDropFrame);
 }
 
+TEST(Timecode, IsReadAsPeopleTypeIt) {
+    auto const ntsc = TimecodeFormat::Create(kFrameRate_VideoNTSC, kBoth[1]).value();
+    using F = TimecodeFault;
+    struct Case {
+        char const* text;
+        std::int64_t frames;
+        F fault = F::kNone;
+    } const cases[] = {
+        {"1:00", 30},
+        {"100", 30},
+        {"+25", 25},
+        {" -100 ", -30},
+        {"90", 90},
+        {"1.2.3", 60 * 30 + 2 * 30 + 3 - 2},
+        {"1;00;02", 1800},
+        {"90:00", 90 * 30 - 2},
+        {"1000000", 107892}, // an hour in drop-frame
+        {"123:00:00:00", 123 * 107892},
+        {"1:70", 0, F::kFrames},
+        {"1:60:00", 0, F::kSeconds},
+        {"1:00:00", 0, F::kDroppedNumber},
+        {"", 0, F::kForm},
+        {"+", 0, F::kForm},
+        {":1", 0, F::kForm},
+        {"1::0", 0, F::kForm},
+        {"1:", 0, F::kForm},
+        {"1:2:3:4:5", 0, F::kForm},
+        {"1 0", 0, F::kForm},
+        {"99999999999999999999:00", 0, F::kTooLarge},
+        {"9999999999999999999:00:00:00", 0, F::kTooLarge},
+    };
+    for (auto const& each : cases) {
+        auto const reading = ntsc.ToTime(each.text, FrameCounting::kDropFrame);
+        EXPECT_EQ(reading.fault, each.fault) << each.text;
+        EXPECT_EQ(reading.time.ToFrame64(kFrameRate_VideoNTSC), each.frames) << each.text;
+    }
+    EXPECT_EQ(ntsc.ToTime("1:00:00", FrameCounting::kNonDrop).fault, F::kNone);
+    auto const audio = TimecodeFormat::Create(kFrameRate_Audio48000, kBoth[0]).value();
+    EXPECT_EQ(audio.ToTime("100001", kBoth[0]).time, TickTime(48001, kFrameRate_Audio48000));
+}
+
+TEST(Timecode, IsCalculatedWith) {
+    auto const pal = TimecodeFormat::Create(kFrameRate_VideoPAL, kBoth[0]).value();
+    using F = TimecodeFault;
+    struct Case {
+        char const* text;
+        std::int64_t frames;
+        F fault = F::kNone;
+    } const cases[] = {
+        {"01:00:00:00+25*60", 90000 + 1500},
+        {" 1:00 - -(2 + 3)*2 ", 25 + 10},
+        {"-1:00/2", -12},
+        {"2*(1:00+1)-7/2", 52 - 3},
+        {"((12))", 12},
+        {"", 0, F::kForm},
+        {"1:00*1:00", 0, F::kForm},
+        {"4/1:00", 0, F::kForm},
+        {"1/0", 0, F::kForm},
+        {"1+", 0, F::kForm},
+        {"(1", 0, F::kForm},
+        {"1)", 0, F::kForm},
+        {"1 2", 0, F::kForm},
+        {"2.5", 0, F::kForm},
+        {"~1", 0, F::kForm},
+        {"1:70", 0, F::kFrames},
+        {"1;00", 0, F::kNoDropFrame},
+        {"9223372036854775807+1", 0, F::kTooLarge},
+        {"(0-9223372036854775807-1)/-1", 0, F::kTooLarge},
+        {"9223372036854775807", 0, F::kTooLarge},
+    };
+    for (auto const& each : cases) {
+        auto const reading = pal.Evaluate(each.text);
+        EXPECT_EQ(reading.fault, each.fault) << each.text;
+        EXPECT_EQ(reading.time.ToFrame64(kFrameRate_VideoPAL), each.frames) << each.text;
+    }
+    std::string const deep(1'000'000, '(');
+    EXPECT_EQ(pal.Evaluate(deep + "1" + std::string(deep.size(), ')')).fault, F::kNone);
+    EXPECT_EQ(pal.Evaluate(std::string(1'000'000, '-') + "1").time,
+              TickTime(1, kFrameRate_VideoPAL));
+}
+
 } // namespace
 
 } // namespace brindle::time

@@ -3,6 +3,7 @@
 #include <brindle/utility/Digits.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <limits>
 
@@ -70,6 +71,65 @@ public:
 private:
     std::string_view mText;
     bool mIsGood = true;
+};
+
+/// What somebody typed: groups of digits from hours to frames.
+struct TypedTimecode {
+    static constexpr std::size_t kGroups = 4;
+
+    TypedTimecode(std::string_view inText, std::size_t inFrameDigits) noexcept {
+        TakeBlanksAndSign(inText);
+        bool const hasSeparators = inText.find_first_of(kSeparators) != std::string_view::npos;
+        isGood = !inText.empty();
+        // From the frames to the front.
+        while (isGood && !inText.empty() && first > 0) {
+            auto const place = inText.find_last_of(kSeparators);
+            auto const begin = place == std::string_view::npos ? 0 : place + 1;
+            auto const most = first == kGroups ? inFrameDigits : 2;
+            bool const isLast = first == 1;
+            auto const size =
+                hasSeparators || isLast ? inText.size() - begin : std::min(inText.size(), most);
+            TakeGroup(inText.substr(inText.size() - size));
+            inText.remove_suffix(size);
+            TakeSeparator(inText);
+        }
+        isGood = isGood && inText.empty();
+    }
+
+    std::uint64_t groups[kGroups] = {};
+    std::size_t first = kGroups; ///< the first group that is there
+    bool isGood = false;
+    bool isTooLarge = false;
+    bool isNegative = false;
+    bool isDropFrame = false;
+
+private:
+    static constexpr char kSeparators[] = ":;.,";
+
+    void TakeBlanksAndSign(std::string_view& ioText) noexcept {
+        ioText.remove_prefix(std::min(ioText.find_first_not_of(' '), ioText.size()));
+        ioText.remove_suffix(ioText.size() - (ioText.find_last_not_of(' ') + 1));
+        if (!ioText.empty() && (ioText[0] == '-' || ioText[0] == '+')) {
+            isNegative = ioText[0] == '-';
+            ioText.remove_prefix(1);
+        }
+    }
+    void TakeGroup(std::string_view inDigits) noexcept {
+        auto& group = groups[--first];
+        auto const* const end = inDigits.data() + inDigits.size();
+        auto const [last, error] = std::from_chars(inDigits.data(), end, group);
+        isGood = isGood && last == end && error != std::errc::invalid_argument;
+        isTooLarge = isTooLarge || error == std::errc::result_out_of_range;
+    }
+    /// The one in front of the group that was taken; there must be another group before it.
+    void TakeSeparator(std::string_view& ioText) noexcept {
+        char const last = ioText.empty() ? '0' : ioText.back();
+        if (!utility::IsDigit(last)) {
+            isDropFrame = isDropFrame || last == ';';
+            ioText.remove_suffix(1);
+            isGood = isGood && !ioText.empty();
+        }
+    }
 };
 
 /// The frames of a second as they are counted, or 0 if the rate has no timecode.
@@ -175,23 +235,55 @@ TimecodeReading TimecodeFormat::ToTime(std::string_view inText) const noexcept {
     if (frames >= mFramesPerSecond) {
         return {TimecodeFault::kFrames, {}};
     }
-    if (isDropFrame && mDropped == 0) {
-        return {TimecodeFault::kNoDropFrame, {}};
-    }
-    if (isDropFrame && minutes % 10 != 0 && seconds == 0 && frames < mDropped) {
-        return {TimecodeFault::kDroppedNumber, {}};
-    }
     if (hours > kMostHours) {
         return {TimecodeFault::kTooLarge, {}};
     }
-    std::uint64_t const label = ((hours * 60 + minutes) * 60 + seconds) * mFramesPerSecond + frames;
-    std::uint64_t const distance = isDropFrame ? FrameOf(label) : label;
+    return TimeOf(((hours * 60 + minutes) * 60 + seconds) * mFramesPerSecond + frames, isDropFrame,
+                  isNegative);
+}
+
+TimecodeReading TimecodeFormat::TimeOf(std::uint64_t inLabel, bool inIsDropFrame,
+                                       bool inIsNegative) const noexcept {
+    if (inIsDropFrame && mDropped == 0) {
+        return {TimecodeFault::kNoDropFrame, {}};
+    }
+    std::uint64_t const perMinute = 60 * mFramesPerSecond;
+    if (inIsDropFrame && inLabel / perMinute % 10 != 0 && inLabel % perMinute < mDropped) {
+        return {TimecodeFault::kDroppedNumber, {}};
+    }
+    std::uint64_t const distance = inIsDropFrame ? FrameOf(inLabel) : inLabel;
     auto const period = static_cast<std::uint64_t>(mFrameRate.GetTicksPerFrame());
-    if (distance > (kLargestTicks + isNegative) / period) {
+    if (distance > (kLargestTicks + inIsNegative) / period) {
         return {TimecodeFault::kTooLarge, {}};
     }
-    std::uint64_t const frame = isNegative ? 0 - distance : distance;
+    std::uint64_t const frame = inIsNegative ? 0 - distance : distance;
     return {TimecodeFault::kNone, TickTime(static_cast<std::int64_t>(frame), mFrameRate)};
+}
+
+TimecodeReading TimecodeFormat::ToTime(std::string_view inText,
+                                       FrameCounting inCounting) const noexcept {
+    TypedTimecode const typed(inText, mFrameDigits);
+    if (!typed.isGood) {
+        return {TimecodeFault::kForm, {}};
+    }
+    // How many of each unit are in the next larger one, which the first group need not know.
+    std::uint64_t const limits[] = {~std::uint64_t{0}, 60, 60, mFramesPerSecond};
+    constexpr TimecodeFault kFaults[] = {TimecodeFault::kNone, TimecodeFault::kMinutes,
+                                         TimecodeFault::kSeconds, TimecodeFault::kFrames};
+    std::uint64_t label = 0;
+    for (std::size_t i = typed.first; i < typed.kGroups; ++i) {
+        bool const isFirst = i == typed.first;
+        if (!isFirst && typed.groups[i] >= limits[i]) {
+            return {kFaults[i], {}};
+        }
+        bool const isTooLarge = (!isFirst && __builtin_mul_overflow(label, limits[i], &label)) ||
+                                __builtin_add_overflow(label, typed.groups[i], &label);
+        if (isTooLarge || typed.isTooLarge) {
+            return {TimecodeFault::kTooLarge, {}};
+        }
+    }
+    bool const isDropFrame = typed.isDropFrame || inCounting == FrameCounting::kDropFrame;
+    return TimeOf(label, isDropFrame, typed.isNegative);
 }
 
 } // namespace brindle::time
