@@ -3,6 +3,8 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 
+#include <optional>
+
 namespace brindle::utility {
 
 /// The value of what a user types into a numeric field: a number in the user's form, or an
@@ -23,5 +25,15 @@ namespace brindle::utility {
 /// Time and memory are linear in the length of the text, and deep nesting does not use up the
 /// stack. Any thread may call; only the allocator can throw.
 [[nodiscard]] BRN_API double Calculate(UTF16String inText);
+
+/// The same for a field that shows when it cannot be calculated: nothing if the text is not wholly
+/// an expression, if something is divided by zero, or if the result is no finite number.
+///
+///     field.SetRed(!TryCalculate(field.Text()));
+///
+/// Numbers are those of `ParseNumber` in the user's form, so that "1e5" is one. The operators are
+/// "+", "-", "*", "/" and "^", of which "^" binds tightest and "*" as "/"; signs bind tighter.
+/// Parentheses nest as they do in mathematics.
+[[nodiscard]] BRN_API std::optional<double> TryCalculate(UTF16String const& inText);
 
 } // namespace brindle::utility

@@ -1,3 +1,4 @@
+#include <brindle/utility/Calculator.h>
 #include <brindle/utility/DecodeText.h>
 #include <brindle/utility/ParseNumbers.h>
 #include <brindle/utility/Streams.h>
@@ -224,6 +225,13 @@ TEST(ParseNumbers, TakeTheWholeTextOrNothing) {
     EXPECT_EQ(ParseNumber(u"1.234.567,25"_utf16, NumberForm::kUser), 1234567.25);
     for (auto const* const text : {u"1.", u"1..000", u".1", u"1,000.5", u"1,2,3"}) {
         EXPECT_EQ(ParseNumber(Utf16(text), NumberForm::kUser), std::nullopt) << Utf16(text);
+    }
+    EXPECT_EQ(TryCalculate(u" ((1.080+200)*(-2,5)) /2 ^ 2"_utf16), -800.0);
+    EXPECT_EQ(TryCalculate(u"2*-3e2-1"_utf16), -601.0);
+    EXPECT_EQ(TryCalculate(u"\uFF12\uFF0B\uFF13"_utf16), 5.0);
+    for (auto const* const text : {u"", u"1+", u"*2", u"(1", u"1)", u"1 2", u"1/0", u"(1/0)^0",
+                                   u"1e999", u"10^999", u"1e", u"x", u"1,2,3", u"2 px", u"()"}) {
+        EXPECT_EQ(TryCalculate(Utf16(text)), std::nullopt) << Utf16(text);
     }
     SetUserSeparators({0, 0});
 }

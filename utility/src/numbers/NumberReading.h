@@ -2,8 +2,11 @@
 
 #include "platform/Locale.h"
 
+#include <brindle/utility/TextTypes.h>
+
 #include <cstdint>
 #include <optional>
+#include <string>
 
 // Number parsing on ranges of units, which `StringToNumber` and the calculator share.
 
@@ -20,5 +23,14 @@ std::uint16_t ToNeutralForm(std::uint16_t inUnit, platform::NumberSeparators inU
 /// otherwise in the neutral form.
 double ReadNumber(std::uint16_t const* inBegin, std::uint16_t const* inEnd,
                   std::optional<platform::NumberSeparators> inUser);
+
+/// The text without the white space around it, in ASCII and in the neutral form. A unit that has no
+/// such form becomes "?", which is in no number.
+std::string InNeutralASCII(UTF16String const& inText,
+                           std::optional<platform::NumberSeparators> inUser);
+
+/// The number without a sign that is the whole text, in the neutral form, with separators between
+/// digits of the integer if `inIsGrouped`.
+std::optional<double> WholeNumber(std::string inText, bool inIsGrouped);
 
 } // namespace brindle::utility

@@ -6,44 +6,32 @@
 #include <brindle/utility/Digits.h>
 #include <brindle/utility/TextOperations.h>
 
+#include <algorithm>
 #include <charconv>
-#include <string>
+#include <cstddef>
 
 namespace brindle::utility {
 
 namespace {
 
-/// The text without the white space around it in ASCII; a unit that has no ASCII form becomes one
-/// that no number has.
-template <typename ToNeutral>
-std::string Narrow(UTF16String const& inText, ToNeutral inToNeutral) {
-    std::string text;
-    for (auto const each : Trim(inText)) {
-        auto const unit = inToNeutral(each);
-        text += unit < 0x80 ? static_cast<char>(unit) : '?';
-    }
-    // `from_chars` takes no plus sign.
-    bool const hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-    return hasPlus ? text.substr(1) : text;
-}
-
 /// Removes the separators between digits of the integer.
-void RemoveSeparators(std::string& ioText) {
+std::string WithoutSeparators(std::string const& inText) {
+    auto const isDigitAt = [&inText](std::size_t inIndex) {
+        return inIndex < inText.size() && IsDigit(inText[inIndex]);
+    };
+    auto const end = std::min(inText.find_first_of(".eE"), inText.size());
     std::string text;
-    auto const end = ioText.find_first_of(".eE");
-    for (std::size_t i = 0; i < ioText.size(); ++i) {
-        bool const isBetweenDigits = ioText[i] == ',' && i < end && i > 0 &&
-                                     IsDigit(ioText[i - 1]) && i + 1 < ioText.size() &&
-                                     IsDigit(ioText[i + 1]);
-        if (!isBetweenDigits) {
-            text += ioText[i];
-        }
+    for (std::size_t i = 0; i < inText.size(); ++i) {
+        bool const isSeparator =
+            inText[i] == ',' && i < end && i > 0 && isDigitAt(i - 1) && isDigitAt(i + 1);
+        text.append(isSeparator ? 0 : 1, inText[i]);
     }
-    ioText = text;
+    return text;
 }
 
+/// The number that is the whole text.
 template <typename Number>
-std::optional<Number> WholeNumber(std::string const& inText) {
+std::optional<Number> FromChars(std::string const& inText) {
     Number number{};
     auto const* const end = inText.data() + inText.size();
     auto const result = std::from_chars(inText.data(), end, number);
@@ -51,26 +39,47 @@ std::optional<Number> WholeNumber(std::string const& inText) {
     return isWhole ? std::make_optional(number) : std::nullopt;
 }
 
+/// Takes the sign away, and returns whether it is a minus.
+bool TakeSign(std::string& ioText) {
+    bool const isNegative = !ioText.empty() && ioText[0] == '-';
+    bool const hasSign = isNegative || (!ioText.empty() && ioText[0] == '+');
+    ioText.erase(0, hasSign ? 1 : 0);
+    return isNegative;
+}
+
 } // namespace
 
+std::string InNeutralASCII(UTF16String const& inText,
+                           std::optional<platform::NumberSeparators> inUser) {
+    std::string text;
+    for (auto const each : Trim(inText)) {
+        auto const unit = inUser ? ToNeutralForm(each, *inUser) : ToNarrowForm(each);
+        text += unit < 0x80 ? static_cast<char>(unit) : '?';
+    }
+    return text;
+}
+
+std::optional<double> WholeNumber(std::string inText, bool inIsGrouped) {
+    // Neither a sign nor "inf" or "nan".
+    bool const isNumber = !inText.empty() && (IsDigit(inText[0]) || inText[0] == '.');
+    return isNumber ? FromChars<double>(inIsGrouped ? WithoutSeparators(inText) : inText)
+                    : std::nullopt;
+}
+
 std::optional<std::int64_t> ParseInteger(UTF16String const& inText) {
-    return WholeNumber<std::int64_t>(Narrow(inText, ToNarrowForm));
+    auto text = InNeutralASCII(inText, {});
+    // A minus belongs to the number, for the least one has no positive counterpart.
+    bool const isSigned = text.size() > 1 && text[0] == '+' && IsDigit(text[1]);
+    return FromChars<std::int64_t>(text.erase(0, isSigned ? 1 : 0));
 }
 
 std::optional<double> ParseNumber(UTF16String const& inText, NumberForm inForm) {
-    std::string text;
-    if (inForm == NumberForm::kUser) {
-        auto const user = UserSeparators();
-        text = Narrow(inText, [user](std::uint16_t inUnit) { return ToNeutralForm(inUnit, user); });
-        RemoveSeparators(text);
-    } else {
-        text = Narrow(inText, ToNarrowForm);
-    }
-    // "inf" and "nan" are none.
-    auto const first = text.find_first_not_of('-');
-    bool const isNumber =
-        first != std::string::npos && (IsDigit(text[first]) || text[first] == '.');
-    return isNumber ? WholeNumber<double>(text) : std::nullopt;
+    bool const isUsers = inForm == NumberForm::kUser;
+    auto text =
+        InNeutralASCII(inText, isUsers ? std::make_optional(UserSeparators()) : std::nullopt);
+    bool const isNegative = TakeSign(text);
+    auto const magnitude = WholeNumber(text, isUsers);
+    return magnitude && isNegative ? -*magnitude : magnitude;
 }
 
 } // namespace brindle::utility
