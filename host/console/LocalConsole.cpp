@@ -19,11 +19,14 @@
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 
 namespace brindle::host {
 
 namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// The line cannot be executed; `what()` says why.
 class line_error : public std::runtime_error {
@@ -150,6 +153,9 @@ void RunConsoleScript(std::string const& inName, Diagnostics& ioDiagnostics) {
     Lines lines(inName);
     std::string line;
     for (std::uint64_t number = 1; lines.Next(line); ++number) {
+        if (number == 1 && line.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0) {
+            line.erase(0, kByteOrderMark.size());
+        }
         line = Trimmed(line);
         if (line == "quit") {
             break;
