@@ -84,9 +84,10 @@ struct LineEditor::Editing {
         el_set(editor.get(), EL_EDITOR, "emacs");
         el_set(editor.get(), EL_SIGNAL, 1);
         el_set(editor.get(), EL_HIST, ::history, history.get());
-        el_set(editor.get(), EL_ADDFN, "brindle-complete", "Complete the word", &Complete);
-        el_set(editor.get(), EL_ADDFN, "brindle-drop-line", "Drop the line", &DropLine);
-        el_set(editor.get(), EL_ADDFN, "brindle-signal", "Stop or quit the process", &Signal);
+        // The narrow form would copy the texts and never free them.
+        el_wset(editor.get(), EL_ADDFN, L"brindle-complete", L"Complete the word", &Complete);
+        el_wset(editor.get(), EL_ADDFN, L"brindle-drop-line", L"Drop the line", &DropLine);
+        el_wset(editor.get(), EL_ADDFN, L"brindle-signal", L"Stop or quit the process", &Signal);
         el_source(editor.get(), nullptr); // what the user prefers
         el_set(editor.get(), EL_BIND, "^I", "brindle-complete", nullptr);
         // While a line is typed, the keys of signals are keys like any others.
