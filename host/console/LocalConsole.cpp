@@ -40,6 +40,15 @@ std::string Trimmed(std::string const& inLine) {
     return inLine.substr(start, inLine.find_last_not_of(kBlanks) + 1 - start);
 }
 
+/// Whether this is the first word of the line; in names of commands, case does not matter.
+bool IsCommand(std::string const& inLine, std::string_view inWord) {
+    auto const end = std::min(inLine.find(' '), inLine.size());
+    return std::equal(inLine.begin(), inLine.begin() + static_cast<std::ptrdiff_t>(end),
+                      inWord.begin(), inWord.end(), [](char lhs, char rhs) {
+                          return (lhs >= 'A' && lhs <= 'Z' ? lhs - 'A' + 'a' : lhs) == rhs;
+                      });
+}
+
 /// Throws `line_error` for what would not arrive whole.
 UTF16String CommandLine(std::string const& inLine) {
     auto text = utility::UTF8to16(UTF8String(inLine.begin(), inLine.end()));
@@ -54,7 +63,7 @@ UTF16String CommandLine(std::string const& inLine) {
 void Execute(std::string const& inLine) {
     CommandOutput buffer;
     UTF16OutputStream out(&buffer);
-    if (inLine == "help") {
+    if (IsCommand(inLine, "help")) {
         console::ListCommands(out);
     } else if (!console::ExecuteCommand(CommandLine(inLine), out)) {
         auto const name = inLine.substr(0, inLine.find(' '));
@@ -130,7 +139,7 @@ void RunConsoleAtTerminal() {
     LineEditor editor("brindle> ", Complete, HistoryPath("console_history"));
     for (std::string line; editor.ReadLine(line);) {
         line = Trimmed(line);
-        if (line == "quit") {
+        if (IsCommand(line, "quit")) {
             break;
         }
         try {
@@ -157,7 +166,7 @@ void RunConsoleScript(std::string const& inName, Diagnostics& ioDiagnostics) {
             line.erase(0, kByteOrderMark.size());
         }
         line = Trimmed(line);
-        if (line == "quit") {
+        if (IsCommand(line, "quit")) {
             break;
         }
         auto const report = [&](std::string const& inReason) {

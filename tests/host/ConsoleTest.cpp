@@ -37,7 +37,7 @@ TEST_F(Console, RunsScriptsUpToALineThatIsNoCommand) {
     EXPECT_EQ(script.output, "a = b\n") << "it was kept";
     EXPECT_EQ(script.errors, "");
 
-    auto const help = RunPiped("help\n");
+    auto const help = RunPiped("Help me\nQUIT now\nnope\n");
     EXPECT_EQ(help.output.find("Currently installed commands.\n-----------------------------\n"),
               0u);
     for (auto const& text : {std::string("\xFF"), std::string("\0b", 2)}) {
@@ -101,6 +101,27 @@ TEST_F(Console, EditsLinesAtATerminal) {
     again.Type("\004");
     EXPECT_EQ(again.Status(), 0);
     EXPECT_EQ(ContentOf(history), kHistory + "debug.get e\n");
+}
+
+TEST_F(Console, KeepsTheLastThousandLines) {
+    tests::PseudoTerminal terminal;
+    if (!terminal.IsThere()) {
+        GTEST_SKIP() << "no pseudo-terminals here";
+    }
+    std::string lines;
+    for (int i = 0; i <= 2000; ++i) {
+        lines += "debug.get " + std::to_string(i) + '\n';
+    }
+    std::filesystem::create_directories(Native("state/brindle"));
+    Fill("state/brindle/console_history", lines);
+    terminal.Start("env" + Settings() + BRINDLE_COMMAND " console");
+    ASSERT_TRUE(terminal.WaitFor("brindle> "));
+    terminal.Type("\033[A\r");
+    EXPECT_TRUE(terminal.WaitFor("2000 = \r\n")) << terminal.Unread();
+    terminal.Type("\004");
+    EXPECT_EQ(terminal.Status(), 0);
+    EXPECT_EQ(ContentOf("state/brindle/console_history"),
+              lines.substr(lines.find("debug.get 1001")));
 }
 
 TEST_F(Console, NeedsNoPlaceForItsHistory) {
