@@ -70,7 +70,8 @@ std::string OutputOfShell(std::string const& inCommand) {
 }
 
 /// A file has lines with "> " and a command, "? " and a text to complete, or "$ " and a command for
-/// the shell, and behind each what it prints. "# " begins a comment.
+/// the shell, and behind each what it prints. "! " starts and stops the console, and "# " begins a
+/// comment.
 class Transcript : public tests::InPreferences, public testing::WithParamInterface<char const*> {
 protected:
     /// Does again what the lines say, in a process of its own with a fresh preference directory.
@@ -81,9 +82,8 @@ protected:
             std::string result;
             std::istringstream lines(inTranscript);
             for (std::string line; std::getline(lines, line);) {
-                auto const kind = line.substr(0, 2);
-                if (kind == "# " || kind == "> " || kind == "? " || kind == "$ ") {
-                    result += line + '\n' + ResultOf(kind[0], line.substr(2));
+                if (std::regex_match(line, std::regex("[#>?$!] .*"))) {
+                    result += line + '\n' + ResultOf(line[0], line.substr(2));
                 }
             }
             return result;
@@ -93,6 +93,9 @@ protected:
 private:
     /// With names for what differs from run to run.
     std::string ResultOf(char inKind, std::string const& inLine) const {
+        if (inKind == '!') {
+            inLine == "Initialize" ? Initialize() : Terminate();
+        }
         auto const dir = Narrow(mTemporary.Path());
         auto const line = Replaced(Replaced(inLine, "{dir}", dir), "{native}", mTemporary.Native());
         auto text = inKind == '>'   ? OutputOf(line)
@@ -148,19 +151,6 @@ TEST_F(Commands, ListTheVolumes) {
     auto const volumes = OutputOf("filesupport.listvols");
     EXPECT_EQ(volumes.find("List Volumes: \n  C:\n"), 0u) << volumes;
     Terminate();
-}
-
-TEST_F(Commands, ComeAndGoWithTheConsole) {
-    EXPECT_EQ(InProcess([] {
-                  Initialize();
-                  auto text = OutputOf("debug.get a");
-                  Terminate();
-                  text += OutputOf("debug.get a") + OutputOf("debug.list");
-                  Initialize();
-                  Initialize();
-                  return text + OutputOf("debug.get b");
-              }),
-              "a = \n(no command)\n(no command)\nb = \n");
 }
 
 } // namespace
