@@ -30,25 +30,27 @@ void UseUTF8() {
     }
 }
 
+bool ContinuesACharacter(char inByte) {
+    return (static_cast<unsigned char>(inByte) & 0xC0) == 0x80;
+}
+
 int CharacterCount(std::string const& inText) {
-    return static_cast<int>(std::count_if(inText.begin(), inText.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; // no continuation byte
-    }));
+    return static_cast<int>(
+        std::count_if(inText.begin(), inText.end(), std::not_fn(ContinuesACharacter)));
 }
 
 /// What all candidates begin with, in whole characters.
 std::string CommonStart(std::vector<std::string> const& inCandidates) {
-    std::string common = inCandidates[0];
-    for (auto const& candidate : inCandidates) {
-        auto const end =
-            std::mismatch(common.begin(), common.end(), candidate.begin(), candidate.end());
-        common.erase(end.first, common.end());
+    auto const& first = inCandidates[0];
+    auto length = first.size();
+    for (auto const& other : inCandidates) {
+        auto const end = std::mismatch(first.begin(), first.end(), other.begin(), other.end());
+        length = std::min(length, static_cast<std::size_t>(end.first - first.begin()));
     }
-    while (!common.empty() && CharacterCount(inCandidates[0].substr(common.size(), 1)) == 0 &&
-           common.size() < inCandidates[0].size()) {
-        common.pop_back();
+    while (length < first.size() && ContinuesACharacter(first[length])) {
+        --length;
     }
-    return common;
+    return first.substr(0, length);
 }
 
 /// Writes candidates below the line, as many side by side as the terminal is wide.
@@ -173,7 +175,11 @@ struct LineEditor::Editing {
         }
         if (isOnlyOne || word.size() > typed.size()) {
             el_deletestr(editor.get(), CharacterCount(typed));
-            return el_insertstr(editor.get(), word.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+            // A name that is not UTF-8 cannot be inserted.
+            if (el_insertstr(editor.get(), word.c_str()) != 0) {
+                el_insertstr(editor.get(), typed.c_str());
+            }
+            return CC_REFRESH;
         }
         Show(found.candidates);
         return CC_REDISPLAY;
