@@ -6,6 +6,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -17,7 +18,8 @@ class Listening;
 /// stops listening when it is destroyed or assigned to.
 ///
 ///     auto const loop = threads::AdaptCurrentEventLoopAsExecutor();
-///     auto const listener = console::Listen(u"Cutter"_utf16, loop); // brindle console --attach=Cutter
+///     auto const listener = console::Listen(u"Cutter"_utf16, loop); // brindle console
+///     --attach=Cutter
 ///
 /// The library connects nobody else than the user of this process, on this machine, through a
 /// socket in the user's runtime directory (`XDG_RUNTIME_DIR`). One thread of the library serves all
@@ -51,12 +53,13 @@ private:
 
     std::shared_ptr<Listening> mListening;
     std::string mFailure;
+    std::uint32_t mForkCount = 0;
 };
 
 /// Listens under this name, or that of the client if it is empty, beside other programs of the same
 /// name. The listener shares the ownership of the executor. A function that the executor drops
-/// without calling it, as when it is shut down, is answered: the console shows that the program does
-/// not run commands.
+/// without calling it, as when it is shut down, is answered: the console shows that the program
+/// does not run commands.
 ///
 /// Never reports nor throws, except `std::bad_alloc`: a program goes on where nobody can listen, as
 /// in a session without a runtime directory, with one that others can enter, or with a second

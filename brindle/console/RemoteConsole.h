@@ -1,8 +1,10 @@
 #pragma once
 
 #include <brindle/Export.h>
+#include <brindle/console/Completion.h>
 #include <brindle/utility/TextTypes.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -43,7 +45,7 @@ struct RemoteAnswer {
 /// answers. One thread at a time. Move-only; it is detached at destruction.
 ///
 ///     console::RemoteConsole remote(console::ListeningPrograms(u"Cutter"_utf16).at(0));
-///     auto const answer = remote.ExecuteCommand(u"trace.set decoder 7"_utf16);
+///     auto const answer = remote.ExecuteCommand("trace.set decoder 7"_utf8);
 class BRN_API RemoteConsole {
 public:
     /// Attaches, and waits at most five seconds for the program to accept.
@@ -56,11 +58,12 @@ public:
     /// Why it could not be attached, in a sentence for a developer; otherwise empty.
     [[nodiscard]] std::string const& Failure() const noexcept;
 
-    /// Has the program run the line, which holds no line feed: one becomes a blank.
-    RemoteAnswer ExecuteCommand(UTF16String const& inLine);
+    /// Has the program execute the line, as `console::ExecuteCommand` does it there. A line feed in
+    /// it becomes a blank.
+    RemoteAnswer ExecuteCommand(UTF8String const& inLine);
 
-    /// The lines that the program offers for this beginning of one; empty if it offers none.
-    [[nodiscard]] std::vector<UTF16String> Complete(UTF16String const& inLine);
+    /// How the line may go on at the cursor in that program, as `console::CompleteLine` has it.
+    [[nodiscard]] Completions CompleteLine(UTF8String const& inLine, std::size_t inCursor);
 
 private:
     class Connection;

@@ -10,8 +10,8 @@ namespace {
 
 // In the order of their enumerations.
 constexpr std::string_view kRequests[] = {"run", "complete"};
-constexpr std::string_view kReplies[] = {"hello", "ran", "unknown", "failed", "refused",
-                                         "completions"};
+constexpr std::string_view kReplies[] = {"hello",  "ran",     "unknown",
+                                         "failed", "refused", "completions"};
 constexpr std::size_t kMostHeaderBytes = kMostNoteBytes + 64;
 
 /// Takes the text up to the first blank, which is dropped, or all of it.
@@ -35,8 +35,7 @@ std::optional<std::size_t> LengthOf(std::string_view inDigits) noexcept {
     auto const end = inDigits.data() + inDigits.size();
     auto const read = std::from_chars(inDigits.data(), end, length);
     bool const isLength = !inDigits.empty() && read.ec == std::errc() && read.ptr == end;
-    return isLength && length <= kMostBodyBytes ? std::optional<std::size_t>(length)
-                                                : std::nullopt;
+    return isLength && length <= kMostBodyBytes ? std::optional<std::size_t>(length) : std::nullopt;
 }
 
 std::string Note(std::string const& inText) {
