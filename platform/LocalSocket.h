@@ -58,7 +58,7 @@ public:
     int Descriptor() const noexcept { return mDescriptor; }
 
     /// The next connection of this user that waits; those of others are closed. Errors: 2 none
-    /// waits; 4, 8 there are no resources for it, and it goes on waiting; 87 the socket is removed.
+    /// waits; 4, 8 there are no resources for it, and it goes on waiting.
     Result<LocalConnection> Accept() noexcept;
 
     /// Removes the socket: nobody connects any more. Another thread may be in `Accept`.
