@@ -22,15 +22,13 @@ platform::AwaitedDescriptor ClientSession::Awaited() const noexcept {
 }
 
 bool ClientSession::Serve(platform::AwaitedDescriptor const& inReady) {
-    bool isAlive = !inReady.isClosed;
-    if (isAlive && inReady.hasRoom && !mOutput.empty()) {
-        isAlive = Write();
+    mHasGone |= inReady.isClosed;
+    if (!mHasGone && inReady.hasInput && WantsInput()) {
+        mHasGone = !Read();
     }
-    if (isAlive && inReady.hasInput && WantsInput()) {
-        isAlive = Read();
-    }
+    Advance();
     bool const isDone = mHasEnded && !mRequest && !mIsAnswering && mOutput.empty();
-    return isAlive && !isDone;
+    return !mHasGone && !isDone;
 }
 
 bool ClientSession::Read() {
@@ -39,35 +37,44 @@ bool ClientSession::Read() {
     auto const count = mConnection.Read(bytes, sizeof(bytes));
     mLines.Append(bytes, count.value);
     mHasEnded = count.error == platform::kError_EndOfFile;
-    FindRequest();
     return count || mHasEnded;
 }
 
+/// Writes of the output what the system takes now.
 bool ClientSession::Write() {
     auto const count = mConnection.Write(mOutput.data() + mWritten, mOutput.size() - mWritten);
     mWritten += count.value;
     if (mWritten == mOutput.size()) {
         mOutput = std::string(); // with its memory
         mWritten = 0;
-        FindRequest();
     }
     return static_cast<bool>(count);
 }
 
-void ClientSession::FindRequest() {
+/// Takes a line that was read, which is the next request or is refused. False if there is none.
+bool ClientSession::FindRequest() {
     std::string line;
-    switch (mLines.Take(line)) {
-    case LineReader::Result::kNone:
-        return;
-    case LineReader::Result::kTooLong:
-        Answer({ReplyKind::kRefused,
-                "the line is longer than " + std::to_string(kMostLineBytes) + " bytes",
-                {}});
-        return;
-    case LineReader::Result::kLine:
+    auto const result = mLines.Take(line);
+    if (result == LineReader::Result::kTooLong) {
+        auto const most = std::to_string(kMostLineBytes);
+        mOutput =
+            EncodeReply({ReplyKind::kRefused, "the line is longer than " + most + " bytes", {}});
+    } else if (result == LineReader::Result::kLine) {
         mRequest = DecodeRequest(line);
         if (!mRequest) {
-            Answer({ReplyKind::kRefused, "a request begins with 'run' or 'complete'", {}});
+            mOutput =
+                EncodeReply({ReplyKind::kRefused, "a request begins with 'run' or 'complete'", {}});
+        }
+    }
+    return result != LineReader::Result::kNone;
+}
+
+/// Goes on until there is a request to take, or something to wait for.
+void ClientSession::Advance() {
+    while (!mHasGone && !mRequest && !mIsAnswering) {
+        mHasGone = !mOutput.empty() && !Write();
+        if (!mOutput.empty() || !FindRequest()) {
+            return;
         }
     }
 }
@@ -80,6 +87,7 @@ std::optional<Request> ClientSession::TakeRequest() {
 void ClientSession::Answer(Reply const& inReply) {
     mIsAnswering = false;
     mOutput = EncodeReply(inReply);
+    Advance();
 }
 
 } // namespace brindle::console

@@ -29,13 +29,15 @@ private:
     bool WantsInput() const noexcept;
     bool Read();
     bool Write();
-    void FindRequest();
+    bool FindRequest();
+    void Advance();
 
     platform::LocalConnection mConnection;
     LineReader mLines;
     std::optional<Request> mRequest; // that was not taken yet
     bool mIsAnswering = false;       // the request that was taken
     bool mHasEnded = false;          // its input
+    bool mHasGone = false;
     std::string mOutput;
     std::size_t mWritten = 0; // of the output
 };
