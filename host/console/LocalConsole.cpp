@@ -1,0 +1,177 @@
+#include "host/console/LocalConsole.h"
+
+#include "host/commandline/EscapedText.h"
+#include "host/commandline/PlainText.h"
+#include "host/console/CommandOutput.h"
+#include "host/files/FileErrors.h"
+#include "host/files/Input.h"
+#include "host/lineedit/HistoryFile.h"
+#include "host/lineedit/LineEditor.h"
+#include "host/setup/HostErrorManager.h"
+
+#include <brindle/config/Describe.h>
+#include <brindle/console/Completion.h>
+#include <brindle/console/Console.h>
+#include <brindle/utility/Streams.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <system_error>
+
+namespace brindle::host {
+
+namespace {
+
+/// The line cannot be executed; `what()` says why.
+class line_error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+std::string Trimmed(std::string const& inLine) {
+    constexpr char kBlanks[] = " \t\r";
+    auto const start = std::min(inLine.find_first_not_of(kBlanks), inLine.size());
+    return inLine.substr(start, inLine.find_last_not_of(kBlanks) + 1 - start);
+}
+
+/// Throws `line_error` for what would not arrive whole.
+UTF16String CommandLine(std::string const& inLine) {
+    auto text = utility::UTF8to16(UTF8String(inLine.begin(), inLine.end()));
+    if (PlainText(text) != inLine) {
+        throw line_error("not a text in UTF-8");
+    }
+    return text;
+}
+
+/// Executes a line that is not empty and has no blanks around it. Throws `line_error` if it is no
+/// command, and what the command throws.
+void Execute(std::string const& inLine) {
+    CommandOutput buffer;
+    UTF16OutputStream out(&buffer);
+    if (inLine == "help") {
+        console::ListCommands(out);
+    } else if (!console::ExecuteCommand(CommandLine(inLine), out)) {
+        auto const name = inLine.substr(0, inLine.find(' '));
+        throw line_error("'" + EscapedText(name, "") + "' is no command; 'help' lists them");
+    }
+    out.flush();
+    RequireOutput();
+}
+
+/// The next line of standard input or of a file; false at its end.
+class Lines {
+public:
+    explicit Lines(std::string const& inName) {
+        if (inName != kStandardStream) {
+            mFile = std::make_unique<Input>(inName);
+        }
+    }
+
+    bool Next(std::string& outLine) {
+        outLine.clear();
+        return mFile != nullptr ? NextOfFile(outLine) : NextOfStandardInput(outLine);
+    }
+
+private:
+    bool NextOfFile(std::string& outLine) {
+        std::uint8_t byte = 0;
+        bool isLine = false;
+        while (mFile->ReadUpTo(&byte, 1) == 1) {
+            isLine = true;
+            if (byte == '\n') {
+                break;
+            }
+            outLine += static_cast<char>(byte);
+        }
+        return isLine;
+    }
+
+    /// Not in blocks: who writes the lines may wait for the answer to one before the next.
+    static bool NextOfStandardInput(std::string& outLine) {
+        errno = 0;
+        if (std::getline(utility::streams::In, outLine)) {
+            return true;
+        }
+        if (utility::streams::In.bad() || std::ferror(stdin) != 0) {
+            throw unreadable_error("cannot be read: " + std::generic_category().message(errno));
+        }
+        return false;
+    }
+
+    std::unique_ptr<Input> mFile; // null for standard input
+};
+
+LineCompletions Complete(std::string const& inLine, std::size_t inCursor) {
+    auto const found = console::CompleteLine(UTF8String(inLine.begin(), inLine.end()), inCursor);
+    LineCompletions completions;
+    completions.start = found.start;
+    for (auto const& candidate : found.candidates) {
+        completions.candidates.push_back(PlainText(candidate));
+    }
+    if (inLine.find(' ') >= inCursor) {
+        for (std::string const word : {"help", "quit"}) {
+            if (word.compare(0, inCursor, inLine, 0, inCursor) == 0) {
+                completions.candidates.push_back(word);
+            }
+        }
+    }
+    return completions;
+}
+
+} // namespace
+
+void RunConsoleAtTerminal() {
+    LineEditor editor("brindle> ", Complete, HistoryPath("console_history"));
+    for (std::string line; editor.ReadLine(line);) {
+        line = Trimmed(line);
+        if (line == "quit") {
+            break;
+        }
+        try {
+            if (!line.empty()) {
+                Execute(line);
+            }
+        } catch (output_error const&) {
+            throw;
+        } catch (fatal_error const&) {
+            // The error manager has reported it.
+        } catch (line_error const& error) {
+            WriteDiagnostic(error.what());
+        } catch (std::exception const& error) {
+            WriteDiagnostic(config::DescribeInUTF8(error));
+        }
+    }
+}
+
+void RunConsoleScript(std::string const& inName, Diagnostics& ioDiagnostics) {
+    Lines lines(inName);
+    std::string line;
+    for (std::uint64_t number = 1; lines.Next(line); ++number) {
+        line = Trimmed(line);
+        if (line == "quit") {
+            break;
+        }
+        auto const report = [&](std::string const& inReason) {
+            ioDiagnostics.Report(inName, "line " + std::to_string(number) + ": " + inReason);
+        };
+        try {
+            if (!line.empty() && line[0] != '#') {
+                Execute(line);
+            }
+        } catch (output_error const&) {
+            throw;
+        } catch (line_error const& error) {
+            report(error.what());
+            break;
+        } catch (fatal_error const&) {
+            report("failed");
+        } catch (std::exception const& error) {
+            report(config::DescribeInUTF8(error));
+        }
+    }
+}
+
+} // namespace brindle::host
