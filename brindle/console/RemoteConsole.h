@@ -62,6 +62,9 @@ public:
     /// it becomes a blank.
     RemoteAnswer ExecuteCommand(UTF8String const& inLine);
 
+    /// The help of the program's commands, as `console::ListCommands` writes it there.
+    RemoteAnswer ListCommands();
+
     /// How the line may go on at the cursor in that program, as `console::CompleteLine` has it.
     [[nodiscard]] Completions CompleteLine(UTF8String const& inLine, std::size_t inCursor);
 

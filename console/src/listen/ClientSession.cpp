@@ -62,8 +62,8 @@ bool ClientSession::FindRequest() {
     } else if (result == LineReader::Result::kLine) {
         mRequest = DecodeRequest(line);
         if (!mRequest) {
-            mOutput =
-                EncodeReply({ReplyKind::kRefused, "a request begins with 'run' or 'complete'", {}});
+            mOutput = EncodeReply(
+                {ReplyKind::kRefused, "a request begins with 'run', 'complete' or 'help'", {}});
         }
     }
     return result != LineReader::Result::kNone;

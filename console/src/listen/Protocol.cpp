@@ -9,7 +9,7 @@ namespace brindle::console {
 namespace {
 
 // In the order of their enumerations.
-constexpr std::string_view kRequests[] = {"run", "complete"};
+constexpr std::string_view kRequests[] = {"run", "complete", "help"};
 constexpr std::string_view kReplies[] = {"hello",  "ran",     "unknown",
                                          "failed", "refused", "completions"};
 constexpr std::size_t kMostHeaderBytes = kMostNoteBytes + 64;

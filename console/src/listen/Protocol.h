@@ -15,7 +15,7 @@ constexpr std::size_t kMostBodyBytes = 3 * kMostOutputUnits;
 constexpr std::size_t kMostNoteBytes = 4 * 1024;
 constexpr std::size_t kMostClients = 8;
 
-enum class RequestKind { kRun, kComplete };
+enum class RequestKind { kRun, kComplete, kHelp };
 
 struct Request {
     RequestKind kind = RequestKind::kRun;

@@ -42,6 +42,13 @@ RemoteAnswer::Outcome OutcomeOf(ReplyKind inKind) noexcept {
     }
 }
 
+RemoteAnswer AnswerOf(std::optional<Reply> const& inReply) {
+    if (!inReply) {
+        return {};
+    }
+    return {OutcomeOf(inReply->kind), {inReply->body.begin(), inReply->body.end()}, inReply->note};
+}
+
 } // namespace
 
 std::vector<ListeningProgram> ListeningPrograms() {
@@ -167,11 +174,11 @@ std::string const& RemoteConsole::Failure() const noexcept {
 }
 
 RemoteAnswer RemoteConsole::ExecuteCommand(UTF8String const& inLine) {
-    auto const reply = mConnection->Ask({RequestKind::kRun, {inLine.begin(), inLine.end()}});
-    if (!reply) {
-        return {};
-    }
-    return {OutcomeOf(reply->kind), {reply->body.begin(), reply->body.end()}, reply->note};
+    return AnswerOf(mConnection->Ask({RequestKind::kRun, {inLine.begin(), inLine.end()}}));
+}
+
+RemoteAnswer RemoteConsole::ListCommands() {
+    return AnswerOf(mConnection->Ask({RequestKind::kHelp, {}}));
 }
 
 Completions RemoteConsole::CompleteLine(UTF8String const& inLine, std::size_t inCursor) {

@@ -14,13 +14,14 @@ namespace brindle::console {
 
 namespace {
 
-Reply RunCommand(UTF16String const& inLine) {
+/// Runs what writes to a stream and returns whether there was something to run.
+template <typename Function>
+Reply RunWithOutput(Function const& inFunction) {
     BoundedTextBuffer buffer(kMostOutputUnits);
     UTF16OutputStream out(&buffer);
     Reply reply;
     try {
-        bool const hasRun = ExecuteCommand(inLine, out);
-        reply.kind = hasRun ? ReplyKind::kRan : ReplyKind::kUnknown;
+        reply.kind = inFunction(out) ? ReplyKind::kRan : ReplyKind::kUnknown;
         reply.note = buffer.IsCut() ? "the output was too long, and is cut" : "";
     } catch (std::exception const& error) {
         reply.kind = ReplyKind::kFailed;
@@ -31,6 +32,14 @@ Reply RunCommand(UTF16String const& inLine) {
     }
     reply.body = ToBytes(buffer.Text());
     return reply;
+}
+
+Reply RunLine(std::string const& inLine) {
+    auto const line = FromBytes(inLine);
+    if (!line) {
+        return {ReplyKind::kRefused, "the line is not UTF-8", {}};
+    }
+    return RunWithOutput([&](UTF16OutputStream& ioOut) { return ExecuteCommand(*line, ioOut); });
 }
 
 /// The index of the word that they complete, and a line for each.
@@ -48,11 +57,18 @@ Reply OfferCompletions(std::string const& inLine) {
 } // namespace
 
 Reply RunRequest(Request const& inRequest) {
-    if (inRequest.kind == RequestKind::kComplete) {
+    switch (inRequest.kind) {
+    case RequestKind::kRun:
+        return RunLine(inRequest.text);
+    case RequestKind::kComplete:
         return OfferCompletions(inRequest.text);
+    case RequestKind::kHelp:
+        break;
     }
-    auto const line = FromBytes(inRequest.text);
-    return line ? RunCommand(*line) : Reply{ReplyKind::kRefused, "the line is not UTF-8", {}};
+    return RunWithOutput([](UTF16OutputStream& ioOut) {
+        ListCommands(ioOut);
+        return true;
+    });
 }
 
 } // namespace brindle::console
