@@ -13,11 +13,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <string_view>
 #include <system_error>
 
 namespace brindle::host {
 
 namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string Trimmed(std::string const& inLine) {
     constexpr char kBlanks[] = " \t\r";
@@ -125,6 +128,9 @@ void RunConsoleScript(ConsoleTarget& ioTarget, std::string const& inName,
     Lines lines(inName);
     std::string line;
     for (std::uint64_t number = 1; lines.Next(line); ++number) {
+        if (number == 1 && line.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0) {
+            line.erase(0, kByteOrderMark.size());
+        }
         line = Trimmed(line);
         if (line == "quit") {
             break;

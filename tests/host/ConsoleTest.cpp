@@ -1,0 +1,124 @@
+#include "tests/host/Command.h"
+#include "tests/host/PseudoTerminal.h"
+
+#include <sys/stat.h>
+
+namespace brindle::host {
+
+namespace {
+
+class Console : public tests::Command {
+protected:
+    std::string Settings() const {
+        return " XDG_CONFIG_HOME='" + Native("config") + "' XDG_STATE_HOME='" + Native("state") +
+               "' TERM=xterm LC_ALL=C ";
+    }
+
+    /// Runs the console with these lines on standard input.
+    Outcome RunPiped(std::string const& inLines, std::string const& inWords = "") const {
+        Fill("lines", inLines);
+        return Run("console " + inWords + " <lines", "export" + Settings() + "; ");
+    }
+
+    void SetUp() override { std::filesystem::create_directory(Native("config")); }
+};
+
+TEST_F(Console, RunsScriptsUpToALineThatIsNoCommand) {
+    auto const piped =
+        RunPiped("\xEF\xBB\xBF# a comment\r\n\n  debug.set a = b\r\n\tdebug.get a\nn\xC3\xB6pe 1\n"
+                 "debug.get b");
+    EXPECT_EQ(piped.status, 1);
+    EXPECT_EQ(piped.output, "a = b\n");
+    EXPECT_EQ(piped.errors, "brindle: -: line 5: 'n\xC3\xB6pe' is no command; 'help' lists them\n");
+
+    Fill("script", "debug.get a\nquit\nnope\n");
+    auto const script = RunPiped("", "script");
+    EXPECT_EQ(script.status, 0);
+    EXPECT_EQ(script.output, "a = b\n") << "it was kept";
+    EXPECT_EQ(script.errors, "");
+
+    auto const help = RunPiped("help\n");
+    EXPECT_EQ(help.output.find("Currently installed commands.\n-----------------------------\n"),
+              0u);
+    for (auto const& text : {std::string("\xFF"), std::string("\0b", 2)}) {
+        auto const noText = RunPiped("\ndebug.get " + text + "\n");
+        EXPECT_EQ(noText.output, "");
+        EXPECT_EQ(noText.errors, "brindle: -: line 2: not a text in UTF-8\n");
+    }
+    EXPECT_EQ(RunPiped("", "missing").errors, "brindle: missing: no such file or directory\n");
+    ExpectWrongUsage("console", {"a b", "--nonsense"});
+}
+
+TEST_F(Console, ReportsWhatACommandThrowsAndGoesOn) {
+    std::filesystem::create_directories(Native("config/brindle/Debug Database.txt"));
+    auto const outcome = RunPiped("debug.set a=b\ndebug.get c\n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "c = \n");
+    EXPECT_EQ(outcome.errors.find("brindle: -: line 1: "), 0u) << outcome.errors;
+}
+
+TEST_F(Console, EditsLinesAtATerminal) {
+    tests::PseudoTerminal terminal;
+    if (!terminal.IsThere()) {
+        GTEST_SKIP() << "no pseudo-terminals here";
+    }
+    struct Step {
+        char const* keys;
+        char const* answer;
+    } const steps[] = {
+        {"", "brindle> "},
+        {"deb\t", "ug."},
+        {"\t", "debug.clear  debug.get  debug.list  debug.set"},
+        {"s\tk\xC3\xA9y=1\r", "et k\xC3\xA9y=1\r\n"},
+        {"debug.get k\t\r", "k\xC3\xA9y = 1\r\n"},
+        {"nonsense\003", "^C\r\nbrindle> "},
+        {"nope\r", "brindle: 'nope' is no command; 'help' lists them\r\n"},
+        {"debug.set e=\026\033[2J\r", "\r\n"},
+        {"debug.get e\r", "e = \\u001b[2J\r\n"},
+        {"q\t\r", "uit"},
+    };
+    terminal.Start("env" + Settings() + BRINDLE_COMMAND " console");
+    for (auto const& step : steps) {
+        terminal.Type(step.keys);
+        ASSERT_TRUE(terminal.WaitFor(step.answer)) << step.keys << ": " << terminal.Unread();
+    }
+    EXPECT_EQ(terminal.Status(), 0);
+    EXPECT_TRUE(terminal.IsCooked());
+
+    std::string const kHistory = "debug.set k\xC3\xA9y=1\ndebug.get k\xC3\xA9y\nnope\n"
+                                 "debug.set e=\033[2J\ndebug.get e\nquit\n";
+    auto const history = Native("state/brindle/console_history");
+    EXPECT_EQ(ContentOf(history), kHistory) << "dropped lines are not kept";
+    struct stat state {};
+    ASSERT_EQ(::stat(history.c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777, 0600u);
+
+    tests::PseudoTerminal again;
+    again.Start("env" + Settings() + BRINDLE_COMMAND " console");
+    ASSERT_TRUE(again.WaitFor("brindle> "));
+    again.Type("\033[A\033[A\r"); // two lines up
+    EXPECT_TRUE(again.WaitFor("e = \\u001b[2J\r\n")) << again.Unread();
+    again.Type("\004");
+    EXPECT_EQ(again.Status(), 0);
+    EXPECT_EQ(ContentOf(history), kHistory + "debug.get e\n");
+}
+
+TEST_F(Console, NeedsNoPlaceForItsHistory) {
+    tests::PseudoTerminal terminal;
+    if (!terminal.IsThere()) {
+        GTEST_SKIP() << "no pseudo-terminals here";
+    }
+    Fill("state", "a file");
+    terminal.Start("env" + Settings() + BRINDLE_COMMAND " console");
+    ASSERT_TRUE(terminal.WaitFor("brindle> "));
+    terminal.Type("debug.get a\r");
+    EXPECT_TRUE(terminal.WaitFor("a = \r\n")) << terminal.Unread();
+    terminal.Type("\034"); // Ctrl-backslash
+    EXPECT_EQ(terminal.Status(), 256 + SIGQUIT);
+    EXPECT_TRUE(terminal.IsCooked());
+    EXPECT_EQ(ContentOf("state"), "a file");
+}
+
+} // namespace
+
+} // namespace brindle::host
