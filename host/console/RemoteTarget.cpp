@@ -83,13 +83,12 @@ console::ListeningProgram FindProgram(std::string const& inNameOrProcessId) {
         throw detached_error("nobody listens under this name; --list names who does");
     }
     if (programs.size() > 1) {
-        std::string numbers;
+        std::string all;
         for (auto const& program : programs) {
-            numbers += (numbers.empty() ? "" : ", ") + std::to_string(program.processId);
+            all += (all.empty() ? "" : ", ") + std::to_string(program.processId) + ' ' +
+                   EscapedText(PlainText(program.name));
         }
-        throw detached_error("several programs listen under this name; attach to one of the "
-                             "processes " +
-                             numbers);
+        throw detached_error("more than one listens: " + all);
     }
     return programs[0];
 }

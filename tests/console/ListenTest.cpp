@@ -226,6 +226,7 @@ TEST_F(Listening, NamesOfAnyKindAreHarmlessAndFound) {
               "The user has no runtime directory: XDG_RUNTIME_DIR names none.");
 }
 
+#if !defined(__SANITIZE_THREAD__) // which allows no threads in such a child
 TEST_F(Listening, ProgramsOfOneNameAreToldApartAndTheDeadAreForgotten) {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
@@ -250,6 +251,7 @@ TEST_F(Listening, ProgramsOfOneNameAreToldApartAndTheDeadAreForgotten) {
     EXPECT_FALSE(RemoteConsole(other[0]).IsAttached());
     EXPECT_EQ(ListeningPrograms(u"test"_utf16).size(), 1u);
 }
+#endif
 
 TEST_F(Listening, LinesThatComeAtOnceAreAnsweredInTheirOrder) {
     auto const listener = Listen(u"test"_utf16, Pool(4));
@@ -399,6 +401,7 @@ TEST_F(Listening, TerminateClosesAllAndEndsTheThread) {
     }
 }
 
+#if !defined(__SANITIZE_THREAD__) // which allows no threads in such a child
 TEST_F(Listening, ForkedChildCanListenAndLeavesTheParentAlone) {
     auto const pool = Pool();
     auto listener = Listen(u"test"_utf16, pool);
@@ -419,6 +422,7 @@ TEST_F(Listening, ForkedChildCanListenAndLeavesTheParentAlone) {
     ExpectEcho(console, "a");
     EXPECT_EQ(ListeningPrograms().size(), 1u);
 }
+#endif
 
 TEST_F(Listening, ClosingWhileCommandsRunAndClientsComeAndGo) {
     std::atomic<int> running{0};

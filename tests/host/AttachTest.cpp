@@ -66,10 +66,8 @@ TEST_F(Attach, ListsAndFindsWhoListens) {
     EXPECT_EQ(RunPiped("'two words'", "player.end\n").output, "ends\n");
     ExpectFailures({
         {"console --attach=two", "two: nobody listens under this name; --list names who does"},
-        {"console --attach=" + mPid, mPid +
-                                         ": several programs listen under this name; attach to "
-                                         "one of the processes " +
-                                         mPid + ", " + mPid},
+        {"console --attach=" + mPid,
+         mPid + ": more than one listens: " + mPid + " caf\u00E9\\n, " + mPid + " two words"},
     });
     ExpectWrongUsage("console",
                      {"--list --attach=a", "--list script", "--attach=a b c", "--attach"});
