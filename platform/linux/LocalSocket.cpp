@@ -58,17 +58,24 @@ Result<Directory> RuntimeDirectory() {
     return {{std::move(directory), path}, kError_None};
 }
 
-Result<Directory> SocketDirectory() {
+enum class IfMissing { kCreate, kFail };
+
+Result<Directory> SocketDirectory(IfMissing inIfMissing) {
     auto const runtime = RuntimeDirectory();
     if (!runtime) {
         return {{}, runtime.error};
     }
     int const place = runtime.value.descriptor.Get();
-    ::mkdirat(place, kDirectory, kMode_Directory);
+    if (inIfMissing == IfMissing::kCreate) {
+        ::mkdirat(place, kDirectory, kMode_Directory);
+    }
     FileDescriptor directory(
         ::openat(place, kDirectory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!directory.IsOpen() && errno == ENOENT) {
+        return {{}, kError_PathNotFound};
+    }
     struct stat status {};
-    // Whatever the umask is, or somebody has made of it.
+    // Whatever the umask is, or somebody has made of the mode.
     if (!directory.IsOpen() || ::fstat(directory.Get(), &status) != 0 || !IsOwn(status) ||
         ::fchmod(directory.Get(), kMode_Directory) != 0) {
         return {{}, kError_AccessDenied};
@@ -238,7 +245,7 @@ LocalListener::~LocalListener() {
 }
 
 Result<LocalListener> LocalListener::Open(std::string const& inName) {
-    auto const directory = SocketDirectory();
+    auto const directory = SocketDirectory(IfMissing::kCreate);
     if (!directory) {
         return {{}, directory.error};
     }
@@ -291,7 +298,7 @@ void LocalListener::Remove() noexcept {
 }
 
 Result<LocalConnection> ConnectLocally(std::string const& inName) {
-    auto const directory = SocketDirectory();
+    auto const directory = SocketDirectory(IfMissing::kFail);
     if (!directory) {
         return {{}, directory.error};
     }
@@ -303,7 +310,7 @@ Result<LocalConnection> ConnectLocally(std::string const& inName) {
 }
 
 Result<std::vector<std::string>> LocalListeners() {
-    auto const directory = SocketDirectory();
+    auto const directory = SocketDirectory(IfMissing::kFail);
     if (!directory) {
         return {{}, directory.error};
     }

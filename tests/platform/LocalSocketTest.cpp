@@ -88,6 +88,8 @@ TEST_F(LocalSocket, ConnectsTwoEnds) {
 }
 
 TEST_F(LocalSocket, IsTheUsersAloneWhateverTheUmask) {
+    EXPECT_EQ(LocalListeners().error, kError_PathNotFound);
+    EXPECT_FALSE(fs::exists(Native("brindle"))) << "looking creates nothing";
     for (mode_t const mask : {0u, 0777u}) {
         mode_t const old = ::umask(mask);
         auto const listener = LocalListener::Open("a");

@@ -7,7 +7,7 @@ namespace brindle::console {
 ClientSession::ClientSession(platform::LocalConnection inConnection,
                              std::string const& inProgramName)
     : mConnection(std::move(inConnection)),
-      mOutput(EncodeReply({ReplyKind::kHello, "console 1", inProgramName})) {}
+      mOutput(EncodeReply({ReplyKind::kHello, kVersion, inProgramName})) {}
 
 bool ClientSession::WantsInput() const noexcept {
     return !mRequest && !mIsAnswering && !mHasEnded && mOutput.empty();

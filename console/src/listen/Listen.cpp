@@ -140,11 +140,14 @@ Listener Listen(UTF16String const& inName,
     debug::CheckContract(inExecutor != nullptr, "inExecutor != nullptr", __FILE__, __LINE__);
     Listener listener;
     listener.mForkCount = platform::ForkCount();
+    if (inExecutor == nullptr) {
+        listener.mFailure = "There is no executor to run commands on.";
+        return listener;
+    }
     auto const name = inName.empty() ? config::GetClientName() : inName;
     auto socket = platform::LocalListener::Open(SocketName(name, platform::ProcessId()));
-    if (inExecutor == nullptr || !socket) {
-        listener.mFailure = inExecutor == nullptr ? "There is no executor to run commands on."
-                                                  : ReasonOf(socket.error);
+    if (!socket) {
+        listener.mFailure = ReasonOf(socket.error);
         return listener;
     }
     try {

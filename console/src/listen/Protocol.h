@@ -15,6 +15,9 @@ constexpr std::size_t kMostBodyBytes = 3 * kMostOutputUnits;
 constexpr std::size_t kMostNoteBytes = 4 * 1024;
 constexpr std::size_t kMostClients = 8;
 
+/// The note of the first reply.
+constexpr char const* kVersion = "console 1";
+
 enum class RequestKind { kRun, kComplete, kHelp };
 
 struct Request {

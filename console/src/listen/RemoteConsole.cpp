@@ -86,11 +86,14 @@ public:
         mConnection = std::move(connection.value);
         mIsAttached = true;
         auto const hello = Receive(Clock::now() + kMostTimeToAccept);
-        if (!hello || hello->kind != ReplyKind::kHello) {
-            mFailure = "The program does not accept: " +
-                       (hello ? hello->note : std::string("it does not answer")) + '.';
-            mIsAttached = false;
+        if (!hello) {
+            mFailure = "The program does not answer.";
+        } else if (hello->kind != ReplyKind::kHello) {
+            mFailure = "The program does not accept: " + hello->note + '.';
+        } else if (hello->note != kVersion) {
+            mFailure = "The program has another version of the library.";
         }
+        mIsAttached = mFailure.empty();
     }
 
     bool IsAttached() const noexcept { return mIsAttached; }
