@@ -1,5 +1,4 @@
 #include "tests/host/Command.h"
-#include "tests/host/PseudoTerminal.h"
 #include "tests/support/Environment.h"
 
 #include <brindle/console/Command.h>
@@ -87,25 +86,6 @@ TEST_F(Attach, RunsLinesOfAPipeUpToOneThatIsNoCommand) {
     EXPECT_EQ(ended.output, "");
     EXPECT_EQ(ended.errors,
               "brindle: -: line 1: the program has ended, or has closed the connection\n");
-}
-
-TEST_F(Attach, CompletesAtATerminalWithWhatTheProgramKnows) {
-    tests::PseudoTerminal terminal;
-    if (!terminal.IsThere()) {
-        GTEST_SKIP() << "no pseudo-terminals here";
-    }
-    auto listener = Listen(u"a"_utf16);
-    terminal.Start(BRINDLE_COMMAND " console --attach=a");
-    ASSERT_TRUE(terminal.WaitFor("a> ")) << terminal.Unread();
-    terminal.Type("pl\t\r");
-    EXPECT_TRUE(terminal.WaitFor("ayer.end")) << terminal.Unread();
-    EXPECT_TRUE(terminal.WaitFor("ends\r\n")) << terminal.Unread();
-    EXPECT_TRUE(terminal.WaitFor("brindle: too late\r\n")) << terminal.Unread();
-    listener = console::Listener();
-    terminal.Type("player.end\r");
-    EXPECT_TRUE(terminal.WaitFor("brindle: a: the program has ended, or has closed the connection"))
-        << terminal.Unread();
-    EXPECT_EQ(terminal.Status(), 1);
 }
 
 } // namespace
