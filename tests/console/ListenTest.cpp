@@ -256,6 +256,29 @@ TEST_F(Listening, LinesThatComeAtOnceAreAnsweredInTheirOrder) {
     EXPECT_FALSE(client.Receive()) << "a line without its end is no line";
 }
 
+TEST_F(Listening, ClientsTakeTurns) {
+    std::promise<void> hasBegun, mayEnd;
+    std::string order;
+    S_test = [&](UTF16String const& inArguments, auto&) {
+        if (order.empty()) {
+            hasBegun.set_value();
+            mayEnd.get_future().wait();
+        }
+        order += tests::Narrow(inArguments);
+    };
+    auto const listener = Listen(u"test"_utf16, Pool());
+    RawClient hasty, other;
+    hasty.Send("run test a\nrun test b\nrun test c\n");
+    hasBegun.get_future().wait();
+    other.Send("run test x\n");
+    auto const later = Attach(); // what was sent before is read by now
+    mayEnd.set_value();
+    for (int i = 0; i < 4; ++i) {
+        hasty.Receive();
+    }
+    EXPECT_EQ(order, "axbc");
+}
+
 TEST_F(Listening, SlowAndHostileClientsHoldUpNobody) {
     S_test = [](auto const& inArguments, auto& ioOut) {
         ioOut << (inArguments == u"big"_utf16 ? UTF16String(kMostOutputUnits, u'x') : inArguments);
