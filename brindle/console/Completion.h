@@ -14,15 +14,17 @@ struct Completions {
     std::vector<UTF8String> candidates; ///< whole words for its place, sorted
 };
 
-/// What a line for `ExecuteCommand` may have at the cursor, which is an index of a byte: the name
-/// of a command; and behind the names of built-in commands a debug key, a trace category, in
-/// quotation marks if it needs them, or an absolute path, of which a directory ends in a separator.
-/// What follows the cursor does not matter. For a window or an editor in which a developer types:
+/// Completes the word in front of the cursor of a line for `ExecuteCommand`; the cursor is the
+/// index of a byte, and what follows it does not matter. The first word is the name of a command.
+/// Behind the name of a built-in command follow debug keys, trace categories (in quotation marks if
+/// they need them) or absolute paths, of which those of directories end in a separator. For a
+/// window or an editor in which a developer types:
 ///
 ///     auto const found = console::CompleteLine("trace.set deco"_utf8, 14);
 ///     // found.start is 10, and found.candidates may hold "decoder"
 ///
-/// Changes nothing, and never fails: what cannot be read has no candidates. Any thread may call.
+/// Changes nothing, and never fails: where the databases cannot be read there are no candidates.
+/// Any thread may call.
 [[nodiscard]] BRN_API Completions CompleteLine(UTF8String const& inLine, std::size_t inCursor);
 
 } // namespace brindle::console

@@ -28,9 +28,18 @@ std::string Trimmed(std::string const& inLine) {
     return inLine.substr(start, inLine.find_last_not_of(kBlanks) + 1 - start);
 }
 
+/// Whether this is the first word of the line; in names of commands, case does not matter.
+bool IsCommand(std::string const& inLine, std::string_view inWord) {
+    auto const end = std::min(inLine.find(' '), inLine.size());
+    return std::equal(inLine.begin(), inLine.begin() + static_cast<std::ptrdiff_t>(end),
+                      inWord.begin(), inWord.end(), [](char lhs, char rhs) {
+                          return (lhs >= 'A' && lhs <= 'Z' ? lhs - 'A' + 'a' : lhs) == rhs;
+                      });
+}
+
 /// Executes a line that is not empty and has no blanks around it. Throws what the target throws.
 void Execute(ConsoleTarget& ioTarget, std::string const& inLine) {
-    if (inLine == "help") {
+    if (IsCommand(inLine, "help")) {
         ioTarget.ShowHelp();
     } else {
         ioTarget.Execute(inLine);
@@ -102,7 +111,7 @@ void RunConsoleAtTerminal(ConsoleTarget& ioTarget) {
     LineEditor editor(ioTarget.Prompt(), complete, HistoryPath("console_history"));
     for (std::string line; editor.ReadLine(line);) {
         line = Trimmed(line);
-        if (line == "quit") {
+        if (IsCommand(line, "quit")) {
             break;
         }
         try {
@@ -132,7 +141,7 @@ void RunConsoleScript(ConsoleTarget& ioTarget, std::string const& inName,
             line.erase(0, kByteOrderMark.size());
         }
         line = Trimmed(line);
-        if (line == "quit") {
+        if (IsCommand(line, "quit")) {
             break;
         }
         auto const report = [&](std::string const& inReason) {

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <exception>
 #include <histedit.h>
+#include <new>
 
 namespace brindle::host {
 
@@ -29,25 +30,27 @@ void UseUTF8() {
     }
 }
 
+bool ContinuesACharacter(char inByte) {
+    return (static_cast<unsigned char>(inByte) & 0xC0) == 0x80;
+}
+
 int CharacterCount(std::string const& inText) {
-    return static_cast<int>(std::count_if(inText.begin(), inText.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; // no continuation byte
-    }));
+    return static_cast<int>(
+        std::count_if(inText.begin(), inText.end(), std::not_fn(ContinuesACharacter)));
 }
 
 /// What all candidates begin with, in whole characters.
 std::string CommonStart(std::vector<std::string> const& inCandidates) {
-    std::string common = inCandidates[0];
-    for (auto const& candidate : inCandidates) {
-        auto const end =
-            std::mismatch(common.begin(), common.end(), candidate.begin(), candidate.end());
-        common.erase(end.first, common.end());
+    auto const& first = inCandidates[0];
+    auto length = first.size();
+    for (auto const& other : inCandidates) {
+        auto const end = std::mismatch(first.begin(), first.end(), other.begin(), other.end());
+        length = std::min(length, static_cast<std::size_t>(end.first - first.begin()));
     }
-    while (!common.empty() && CharacterCount(inCandidates[0].substr(common.size(), 1)) == 0 &&
-           common.size() < inCandidates[0].size()) {
-        common.pop_back();
+    while (length < first.size() && ContinuesACharacter(first[length])) {
+        --length;
     }
-    return common;
+    return first.substr(0, length);
 }
 
 /// Writes candidates below the line, as many side by side as the terminal is wide.
@@ -74,52 +77,54 @@ struct LineEditor::Editing {
     Editing(std::string const& inPrompt, Completer const& inCompleter,
             std::string const& inHistoryPath)
         : prompt(inPrompt), completer(inCompleter), file(inHistoryPath) {
-        UseUTF8();
-        editor = el_init("brindle", stdin, stdout, stderr);
-        history = history_init();
         if (editor == nullptr || history == nullptr) {
             throw std::bad_alloc();
         }
-        Remember();
-        el_set(editor, EL_CLIENTDATA, this);
-        el_set(editor, EL_PROMPT, &Prompt);
-        el_set(editor, EL_EDITOR, "emacs");
-        el_set(editor, EL_SIGNAL, 1);
-        el_set(editor, EL_HIST, ::history, history);
-        el_set(editor, EL_ADDFN, "brindle-complete", "Complete the word", &Complete);
-        el_set(editor, EL_ADDFN, "brindle-drop-line", "Drop the line", &DropLine);
-        el_set(editor, EL_ADDFN, "brindle-signal", "Stop or quit the process", &Signal);
-        el_source(editor, nullptr); // what the user prefers
-        el_set(editor, EL_BIND, "^I", "brindle-complete", nullptr);
+        RecallEarlierLines();
+        el_set(editor.get(), EL_CLIENTDATA, this);
+        el_set(editor.get(), EL_PROMPT, &Prompt);
+        el_set(editor.get(), EL_EDITOR, "emacs");
+        el_set(editor.get(), EL_SIGNAL, 1);
+        el_set(editor.get(), EL_HIST, ::history, history.get());
+        // The narrow form would copy the texts and never free them.
+        el_wset(editor.get(), EL_ADDFN, L"brindle-complete", L"Complete the word", &Complete);
+        el_wset(editor.get(), EL_ADDFN, L"brindle-drop-line", L"Drop the line", &DropLine);
+        el_wset(editor.get(), EL_ADDFN, L"brindle-signal", L"Stop or quit the process", &Signal);
+        el_source(editor.get(), nullptr); // what the user prefers
+        el_set(editor.get(), EL_BIND, "^I", "brindle-complete", nullptr);
         // While a line is typed, the keys of signals are keys like any others.
-        el_set(editor, EL_SETTY, "-d", "-isig", nullptr);
-        el_set(editor, EL_BIND, "^C", "brindle-drop-line", nullptr);
-        el_set(editor, EL_BIND, "^Z", "brindle-signal", nullptr);
-        el_set(editor, EL_BIND, "^\\", "brindle-signal", nullptr);
+        el_set(editor.get(), EL_SETTY, "-d", "-isig", nullptr);
+        el_set(editor.get(), EL_BIND, "^C", "brindle-drop-line", nullptr);
+        el_set(editor.get(), EL_BIND, "^Z", "brindle-signal", nullptr);
+        el_set(editor.get(), EL_BIND, "^\\", "brindle-signal", nullptr);
     }
     Editing(Editing const&) = delete;
     Editing& operator=(Editing const&) = delete;
-    ~Editing() {
-        el_end(editor);
-        history_end(history);
+
+    static EditLine* Open() {
+        UseUTF8();
+        return el_init("brindle", stdin, stdout, stderr);
     }
 
-    void Remember() {
+    void RecallEarlierLines() {
         HistEvent event;
-        ::history(history, &event, H_SETSIZE, kHistorySize);
+        ::history(history.get(), &event, H_SETSIZE, kHistorySize);
         for (auto const& line : file.Read()) {
-            ::history(history, &event, H_ENTER, line.c_str());
-            last = line;
+            Enter(line);
         }
+    }
+
+    void Enter(std::string const& inLine) {
+        HistEvent event;
+        ::history(history.get(), &event, H_ENTER, inLine.c_str());
+        last = inLine;
     }
 
     void Remember(std::string const& inLine) {
         auto const line = inLine.substr(0, inLine.find_last_not_of(" \t") + 1);
         if (!line.empty() && line != last) {
-            HistEvent event;
-            ::history(history, &event, H_ENTER, line.c_str());
+            Enter(line);
             file.Append(line);
-            last = line;
         }
     }
 
@@ -154,7 +159,7 @@ struct LineEditor::Editing {
     }
 
     unsigned char CompleteWord() {
-        auto const* const info = el_line(editor);
+        auto const* const info = el_line(editor.get());
         std::string const line(info->buffer, info->lastchar);
         auto const cursor = static_cast<std::size_t>(info->cursor - info->buffer);
         auto const found = completer(line, cursor);
@@ -169,8 +174,12 @@ struct LineEditor::Editing {
             word += ' ';
         }
         if (isOnlyOne || word.size() > typed.size()) {
-            el_deletestr(editor, CharacterCount(typed));
-            return el_insertstr(editor, word.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+            el_deletestr(editor.get(), CharacterCount(typed));
+            // A name that is not UTF-8 cannot be inserted.
+            if (el_insertstr(editor.get(), word.c_str()) != 0) {
+                el_insertstr(editor.get(), typed.c_str());
+            }
+            return CC_REFRESH;
         }
         Show(found.candidates);
         return CC_REDISPLAY;
@@ -179,8 +188,8 @@ struct LineEditor::Editing {
     std::string prompt;
     Completer completer;
     HistoryFile file;
-    EditLine* editor = nullptr;
-    History* history = nullptr;
+    std::unique_ptr<History, void (*)(History*)> history{history_init(), history_end};
+    std::unique_ptr<EditLine, void (*)(EditLine*)> editor{Open(), el_end};
     std::string last; // line in the history
     bool isDropped = false;
 };
@@ -198,8 +207,8 @@ bool LineEditor::ReadLine(std::string& outLine) {
     int count = 0;
     do {
         editing.isDropped = false;
-        el_resize(editing.editor);
-        line = el_gets(editing.editor, &count);
+        el_resize(editing.editor.get());
+        line = el_gets(editing.editor.get(), &count);
     } while (editing.isDropped);
     if (line == nullptr || count <= 0) {
         utility::streams::Out << '\n'; // behind the prompt

@@ -23,6 +23,23 @@ protected:
     void SetUp() override { std::filesystem::create_directory(Native("config")); }
 };
 
+class ConsoleAtATerminal : public Console {
+protected:
+    void SetUp() override {
+        if (!tests::PseudoTerminal().Start("true")) {
+            GTEST_SKIP() << "no pseudo-terminals here";
+        }
+        Console::SetUp();
+    }
+
+    void Open(tests::PseudoTerminal& ioTerminal) const {
+        ioTerminal.Start("env" + Settings() + BRINDLE_COMMAND " console");
+        EXPECT_TRUE(ioTerminal.WaitFor("brindle> ")) << ioTerminal.Unread();
+    }
+
+    tests::PseudoTerminal mTerminal;
+};
+
 TEST_F(Console, RunsScriptsUpToALineThatIsNoCommand) {
     auto const piped =
         RunPiped("\xEF\xBB\xBF# a comment\r\n\n  debug.set a = b\r\n\tdebug.get a\nn\xC3\xB6pe 1\n"
@@ -37,7 +54,7 @@ TEST_F(Console, RunsScriptsUpToALineThatIsNoCommand) {
     EXPECT_EQ(script.output, "a = b\n") << "it was kept";
     EXPECT_EQ(script.errors, "");
 
-    auto const help = RunPiped("help\n");
+    auto const help = RunPiped("Help me\nQUIT now\nnope\n");
     EXPECT_EQ(help.output.find("Currently installed commands.\n-----------------------------\n"),
               0u);
     for (auto const& text : {std::string("\xFF"), std::string("\0b", 2)}) {
@@ -57,16 +74,11 @@ TEST_F(Console, ReportsWhatACommandThrowsAndGoesOn) {
     EXPECT_EQ(outcome.errors.find("brindle: -: line 1: "), 0u) << outcome.errors;
 }
 
-TEST_F(Console, EditsLinesAtATerminal) {
-    tests::PseudoTerminal terminal;
-    if (!terminal.IsThere()) {
-        GTEST_SKIP() << "no pseudo-terminals here";
-    }
+TEST_F(ConsoleAtATerminal, EditsLines) {
     struct Step {
         char const* keys;
         char const* answer;
     } const steps[] = {
-        {"", "brindle> "},
         {"deb\t", "ug."},
         {"\t", "debug.clear  debug.get  debug.list  debug.set"},
         {"s\tk\xC3\xA9y=1\r", "et k\xC3\xA9y=1\r\n"},
@@ -77,13 +89,13 @@ TEST_F(Console, EditsLinesAtATerminal) {
         {"debug.get e\r", "e = \\u001b[2J\r\n"},
         {"q\t\r", "uit"},
     };
-    terminal.Start("env" + Settings() + BRINDLE_COMMAND " console");
+    Open(mTerminal);
     for (auto const& step : steps) {
-        terminal.Type(step.keys);
-        ASSERT_TRUE(terminal.WaitFor(step.answer)) << step.keys << ": " << terminal.Unread();
+        mTerminal.Type(step.keys);
+        ASSERT_TRUE(mTerminal.WaitFor(step.answer)) << step.keys << ": " << mTerminal.Unread();
     }
-    EXPECT_EQ(terminal.Status(), 0);
-    EXPECT_TRUE(terminal.IsCooked());
+    EXPECT_EQ(mTerminal.Status(), 0);
+    EXPECT_TRUE(mTerminal.IsCooked());
 
     std::string const kHistory = "debug.set k\xC3\xA9y=1\ndebug.get k\xC3\xA9y\nnope\n"
                                  "debug.set e=\033[2J\ndebug.get e\nquit\n";
@@ -94,8 +106,7 @@ TEST_F(Console, EditsLinesAtATerminal) {
     EXPECT_EQ(state.st_mode & 0777, 0600u);
 
     tests::PseudoTerminal again;
-    again.Start("env" + Settings() + BRINDLE_COMMAND " console");
-    ASSERT_TRUE(again.WaitFor("brindle> "));
+    Open(again);
     again.Type("\033[A\033[A\r"); // two lines up
     EXPECT_TRUE(again.WaitFor("e = \\u001b[2J\r\n")) << again.Unread();
     again.Type("\004");
@@ -103,19 +114,30 @@ TEST_F(Console, EditsLinesAtATerminal) {
     EXPECT_EQ(ContentOf(history), kHistory + "debug.get e\n");
 }
 
-TEST_F(Console, NeedsNoPlaceForItsHistory) {
-    tests::PseudoTerminal terminal;
-    if (!terminal.IsThere()) {
-        GTEST_SKIP() << "no pseudo-terminals here";
+TEST_F(ConsoleAtATerminal, KeepsTheLastThousandLines) {
+    std::string lines;
+    for (int i = 0; i <= 2000; ++i) {
+        lines += "debug.get " + std::to_string(i) + '\n';
     }
+    std::filesystem::create_directories(Native("state/brindle"));
+    Fill("state/brindle/console_history", lines);
+    Open(mTerminal);
+    mTerminal.Type("\033[A\r");
+    EXPECT_TRUE(mTerminal.WaitFor("2000 = \r\n")) << mTerminal.Unread();
+    mTerminal.Type("\004");
+    EXPECT_EQ(mTerminal.Status(), 0);
+    EXPECT_EQ(ContentOf("state/brindle/console_history"),
+              lines.substr(lines.find("debug.get 1001")));
+}
+
+TEST_F(ConsoleAtATerminal, NeedsNoPlaceForItsHistory) {
     Fill("state", "a file");
-    terminal.Start("env" + Settings() + BRINDLE_COMMAND " console");
-    ASSERT_TRUE(terminal.WaitFor("brindle> "));
-    terminal.Type("debug.get a\r");
-    EXPECT_TRUE(terminal.WaitFor("a = \r\n")) << terminal.Unread();
-    terminal.Type("\034"); // Ctrl-backslash
-    EXPECT_EQ(terminal.Status(), 256 + SIGQUIT);
-    EXPECT_TRUE(terminal.IsCooked());
+    Open(mTerminal);
+    mTerminal.Type("debug.get a\r");
+    EXPECT_TRUE(mTerminal.WaitFor("a = \r\n")) << mTerminal.Unread();
+    mTerminal.Type("\034"); // Ctrl-backslash
+    EXPECT_EQ(mTerminal.Status(), 256 + SIGQUIT);
+    EXPECT_TRUE(mTerminal.IsCooked());
     EXPECT_EQ(ContentOf("state"), "a file");
 }
 

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <cstdlib>
-#include <fcntl.h>
 #include <poll.h>
+#include <pty.h>
 #include <string>
-#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -14,12 +12,7 @@ namespace brindle::tests {
 /// A program whose terminal is this test.
 class PseudoTerminal {
 public:
-    PseudoTerminal() : mMaster(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (mMaster != -1 && (::grantpt(mMaster) != 0 || ::unlockpt(mMaster) != 0)) {
-            ::close(mMaster);
-            mMaster = -1;
-        }
-    }
+    PseudoTerminal() = default;
     PseudoTerminal(PseudoTerminal const&) = delete;
     PseudoTerminal& operator=(PseudoTerminal const&) = delete;
     ~PseudoTerminal() {
@@ -30,23 +23,14 @@ public:
         ::close(mMaster);
     }
 
-    /// False where the machine has no pseudo-terminals.
-    bool IsThere() const { return mMaster != -1; }
-
-    /// Runs a command of the shell there.
-    void Start(std::string const& inCommand) {
-        std::string const slave = ::ptsname(mMaster);
-        mChild = ::fork();
+    /// Runs a command of the shell. False where the machine has no pseudo-terminals.
+    bool Start(std::string const& inCommand) {
+        mChild = ::forkpty(&mMaster, nullptr, nullptr, nullptr);
         if (mChild == 0) {
-            ::setsid();
-            int const terminal = ::open(slave.c_str(), O_RDWR);
-            ::ioctl(terminal, TIOCSCTTY, 0);
-            for (int stream = 0; stream < 3; ++stream) {
-                ::dup2(terminal, stream);
-            }
             ::execl("/bin/sh", "sh", "-c", ("exec " + inCommand).c_str(), nullptr);
             ::_exit(127);
         }
+        return mChild > 0;
     }
 
     /// Types when the program waits for single keys: before that, a key might be a signal.
@@ -75,9 +59,9 @@ public:
     }
     std::string const& Unread() const { return mUnread; }
 
-    /// The exit status of the program, for which this waits; above 255 for the end by a signal.
+    /// Waits for the end of the program. Its exit status; above 255 if a signal ended it.
     int Status() {
-        WaitFor("\0 never printed");
+        WaitFor("\x01 never printed");
         int status = 0;
         ::waitpid(mChild, &status, 0);
         mChild = -1;
@@ -92,7 +76,7 @@ public:
     }
 
 private:
-    int mMaster;
+    int mMaster = -1;
     pid_t mChild = -1;
     std::string mUnread;
 };

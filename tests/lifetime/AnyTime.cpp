@@ -10,6 +10,8 @@
 #include <brindle/config/DeferredErrorReporter.h>
 #include <brindle/config/Errors.h>
 #include <brindle/config/Localizer.h>
+#include <brindle/console/Completion.h>
+#include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
 #include <brindle/console/Terminal.h>
 #include <brindle/debug/Contract.h>
@@ -185,6 +187,11 @@ void UseDiagnostics() {
     console::ConsoleLogFile::Terminate();
     debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
     Check(debug::DebugDatabase::Instance().HasEntry("key"_utf8), "debug settings");
+    console::Initialize();
+    UTF16OutputStream nowhere;
+    Check(console::ExecuteCommand(u"debug.set key = value"_utf16, nowhere), "commands");
+    Check(console::CompleteLine("debug.get k"_utf8, 11).candidates.size() == 1, "completion");
+    console::Terminate();
     debug::SafeTraceStream stream;
     stream << S_moment << ": text of a trace stream\n";
     std::filesystem::remove_all(preferences);

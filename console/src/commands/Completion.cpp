@@ -1,5 +1,6 @@
 #include <brindle/console/Completion.h>
 
+#include "console/src/registry/AsciiCase.h"
 #include "console/src/registry/RegisteredCommands.h"
 
 #include <brindle/debug/DebugDatabase.h>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <list>
 
 namespace brindle::console {
@@ -19,15 +21,8 @@ using Candidates = std::vector<UTF8String>;
 
 constexpr std::uint8_t kQuote = '"';
 
-constexpr std::uint8_t LowerCased(std::uint8_t inByte) noexcept {
-    return static_cast<std::uint8_t>(inByte >= 'A' && inByte <= 'Z' ? inByte + ('a' - 'A')
-                                                                    : inByte);
-}
-
-UTF8String LowerCased(UTF8String inText) {
-    for (auto& byte : inText) {
-        byte = LowerCased(byte);
-    }
+UTF8String InLowerCase(UTF8String inText) {
+    std::transform(inText.begin(), inText.end(), inText.begin(), LowerCased<std::uint8_t>);
     return inText;
 }
 
@@ -43,11 +38,11 @@ bool IsTypable(UTF8String const& inText) {
 
 Candidates NamesOfCommands(UTF8String const& inWord) {
     Candidates candidates;
-    auto const start = LowerCased(inWord);
+    auto const start = InLowerCase(inWord);
     for (auto const& command : CommandRegistry::Descriptions()) {
         auto const name = utility::UTF16to8(command.name);
         bool const canBeExecuted = name.find(' ') == UTF8String::npos;
-        if (canBeExecuted && BeginsWith(LowerCased(name), start)) {
+        if (canBeExecuted && BeginsWith(InLowerCase(name), start)) {
             candidates.push_back(name);
         }
     }
@@ -146,7 +141,7 @@ constexpr ArgumentKind kArgumentKinds[] = {
 
 Candidates CandidatesFor(UTF8String const& inCommand, UTF8String const& inWord) {
     for (auto const& kind : kArgumentKinds) {
-        if (LowerCased(inCommand) == utility::AsciiToUTF8Impl(kind.command)) {
+        if (InLowerCase(inCommand) == utility::AsciiToUTF8Impl(kind.command)) {
             return kind.candidates(inWord);
         }
     }

@@ -1,5 +1,6 @@
 #include <brindle/console/CommandRegistry.h>
 
+#include "console/src/registry/AsciiCase.h"
 #include "console/src/registry/RegisteredCommands.h"
 #include "utility/src/base/Mutex.h"
 #include "utility/src/base/NeverDestroyed.h"
@@ -16,12 +17,6 @@ namespace brindle::console::CommandRegistry {
 namespace {
 
 using utility::MutexLock;
-
-/// Only letters of ASCII: what `std::tolower` does to other units depends on the locale.
-constexpr std::uint16_t LowerCased(std::uint16_t inUnit) noexcept {
-    bool const isUpper = inUnit >= u'A' && inUnit <= u'Z';
-    return static_cast<std::uint16_t>(isUpper ? inUnit + (u'a' - u'A') : inUnit);
-}
 
 struct IsBefore {
     bool operator()(UTF16String const& inLHS, UTF16String const& inRHS) const noexcept {
