@@ -102,6 +102,12 @@ protected:
         CommandRegistry::RegisterCommand(u"test"_utf16, u"test"_utf16, MakeTestCommand);
         S_test = [](auto const& inArguments, auto& ioOut) { ioOut << inArguments; };
     }
+    void TearDown() override {
+        S_test = [](auto const&, auto&) {};
+        UTF16OutputStream out;
+        ExecuteCommand(u"test"_utf16, out); // a command that was never executed stays
+        delete CommandRegistry::UnregisterCommand(u"test"_utf16);
+    }
     static RemoteConsole Attach(UTF16String const& inName = u"test"_utf16) {
         return RemoteConsole(ListeningPrograms(inName).at(0));
     }

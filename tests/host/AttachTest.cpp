@@ -74,12 +74,12 @@ TEST_F(Attach, ListsAndFindsWhoListens) {
 
 TEST_F(Attach, RunsLinesOfAPipeUpToOneThatIsNoCommand) {
     auto const listener = Listen(u"a"_utf16);
-    auto const outcome = RunPiped(mPid, "help\n\nplayer.end\n# nothing\n quit now\nplayer.end\n");
+    auto const outcome = RunPiped(mPid, "help\n\nplayer.end\n# nothing\n nope now\nplayer.end\n");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output, "Currently installed commands.\n-----------------------------\n"
                               "player.end\n\nends\n");
     EXPECT_EQ(outcome.errors, "brindle: -: line 3: too late\n"
-                              "brindle: -: line 5: 'quit' is no command; 'help' lists them\n");
+                              "brindle: -: line 5: 'nope' is no command; 'help' lists them\n");
     S_end = [] { console::Terminate(); };
     auto const ended = RunPiped("a", "player.end\nplayer.end\n");
     EXPECT_EQ(ended.status, 1);
