@@ -18,15 +18,15 @@ class Listening;
 /// stops listening when it is destroyed or assigned to.
 ///
 ///     auto const loop = threads::AdaptCurrentEventLoopAsExecutor();
-///     auto const listener = console::Listen(u"Cutter"_utf16, loop); // brindle console
-///     --attach=Cutter
+///     auto const listener = console::Listen(u"Cutter"_utf16, loop);
 ///
-/// The library connects nobody else than the user of this process, on this machine, through a
-/// socket in the user's runtime directory (`XDG_RUNTIME_DIR`). One thread of the library serves all
-/// listeners; it exists while any listens. Commands run on the executor of their listener, one at a
-/// time. A console that is slow, or that sends what is none of a console, is held back or
-/// disconnected, and holds up nobody. Any thread may call, but one object is used by one thread at
-/// a time.
+/// While this object lives, `brindle console --attach=Cutter` runs commands on that loop.
+///
+/// Only the user of this process can attach, on this machine, through a socket in the user's
+/// runtime directory (`XDG_RUNTIME_DIR`). One thread of the library serves all listeners of a
+/// process; it exists while any listens. Commands run on the executor of their listener, one at a
+/// time. A console that is slow or sends nonsense holds up nobody. Any thread may call, but one
+/// object is used by one thread at a time.
 class BRN_API Listener {
 public:
     /// Does not listen.

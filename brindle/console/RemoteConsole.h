@@ -14,7 +14,7 @@ namespace brindle::console {
 
 /// A program of this user that listens (brindle/console/Listen.h).
 struct ListeningProgram {
-    UTF16String name; ///< its first 60 bytes or so, if it is long
+    UTF16String name; ///< cut if it is long
     std::uint32_t processId = 0;
 };
 
@@ -37,7 +37,7 @@ struct RemoteAnswer {
     };
 
     Outcome outcome = Outcome::kDisconnected;
-    UTF8String output; ///< what the command wrote
+    UTF8String output; ///< what the command wrote, with its own line ends
     std::string note;  ///< a line of UTF-8 without control characters for the developer, or empty
 };
 

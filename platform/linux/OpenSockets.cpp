@@ -39,6 +39,7 @@ void AfterForkInChild() BRN_NO_THREAD_SAFETY_ANALYSIS {
             ::close(socket);
         }
     }
+    Statics().sockets.clear();
     Statics().mutex.Unlock();
 }
 
@@ -60,8 +61,8 @@ int KeepFromForkedChildren(int inSocket) {
 void CloseSocket(int inSocket) noexcept {
     if (inSocket >= 0) {
         utility::MutexLock const lock(Statics().mutex);
-        Statics().sockets.erase(inSocket);
-        FileDescriptor const closed(inSocket);
+        bool const isOpen = Statics().sockets.erase(inSocket) != 0; // not in a forked child
+        FileDescriptor const closed(isOpen ? inSocket : -1);
     }
 }
 

@@ -45,6 +45,7 @@ public:
                 Turn();
             } catch (std::bad_alloc const&) {
                 mClients.clear(); // they take up the memory
+                mActivities.clear();
             }
         }
     }
@@ -141,8 +142,9 @@ private:
     }
 
     void AcceptClients(std::shared_ptr<Listening> const& inListening) {
+        constexpr int kMostAtOnce = 16; // those who are attached have to be served too
         auto connection = inListening->Socket().Accept();
-        for (; connection; connection = inListening->Socket().Accept()) {
+        for (int i = 0; connection && i < kMostAtOnce; ++i) {
             auto const count =
                 std::count_if(mClients.begin(), mClients.end(), [&](auto const& inClient) {
                     return inClient.second.listening == inListening;
@@ -155,6 +157,7 @@ private:
                     EncodeReply({ReplyKind::kRefused, "too many consoles are attached", {}});
                 static_cast<void>(connection.value.Write(refusal.data(), refusal.size()));
             }
+            connection = inListening->Socket().Accept();
         }
         mLacksResources |= connection.error == platform::kError_TooManyOpenFiles ||
                            connection.error == platform::kError_NotEnoughMemory;
