@@ -18,8 +18,9 @@ namespace brindle::console {
 /// that has one of their names already stays.
 BRN_API void Initialize();
 
-/// Removes the commands that `Initialize` registered, also those that were never executed. What a
-/// thread is executing ends undisturbed. They can be registered again.
+/// Closes every `Listener` of the process (Listen.h), and removes the commands that `Initialize`
+/// registered, also those that were never executed. What a thread is executing ends undisturbed.
+/// They can be registered again.
 BRN_API void Terminate();
 
 /// Executes the command that the line names. The name ends at the first blank; the rest of the

@@ -23,13 +23,16 @@ list(APPEND brindle_platform_sources
   platform/linux/DebugOutput.cpp
   platform/linux/Terminal.cpp
   platform/linux/Uuid.cpp
+  # sockets
+  platform/linux/Fork.cpp
+  platform/linux/OpenSockets.cpp
+  platform/linux/LocalSocket.cpp
   # memory
   platform/linux/AlignedMemory.cpp
   platform/linux/MemoryNames.cpp
   platform/linux/SharedMemory.cpp
   # threads and what they wait on
   platform/linux/Threads.cpp
-  platform/linux/Fork.cpp
   platform/linux/Barrier.cpp
   platform/linux/ThreadEnd.cpp
   platform/linux/SleepOnWord.cpp

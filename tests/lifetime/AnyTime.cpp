@@ -13,6 +13,8 @@
 #include <brindle/console/Completion.h>
 #include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
+#include <brindle/console/Listen.h>
+#include <brindle/console/RemoteConsole.h>
 #include <brindle/console/Terminal.h>
 #include <brindle/debug/Contract.h>
 #include <brindle/debug/DebugDatabase.h>
@@ -191,7 +193,16 @@ void UseDiagnostics() {
     UTF16OutputStream nowhere;
     Check(console::ExecuteCommand(u"debug.set key = value"_utf16, nowhere), "commands");
     Check(console::CompleteLine("debug.get k"_utf8, 11).candidates.size() == 1, "completion");
+    std::filesystem::permissions(preferences, std::filesystem::perms::owner_all);
+    ::setenv("XDG_RUNTIME_DIR", preferences.c_str(), 1);
+    auto const listener = console::Listen(
+        u"any time"_utf16,
+        threads::CreateAsyncThreadedExecutor("commands", 1, threads::kThreadPriorityNormal));
+    console::RemoteConsole remote(console::ListeningPrograms(u"any time"_utf16).at(0));
+    Check(remote.ExecuteCommand("debug.list"_utf8).outcome == console::RemoteAnswer::Outcome::kRan,
+          "attached consoles");
     console::Terminate();
+    Check(!listener.IsListening(), "the end of listening");
     debug::SafeTraceStream stream;
     stream << S_moment << ": text of a trace stream\n";
     std::filesystem::remove_all(preferences);

@@ -4,6 +4,7 @@
 #include "console/src/commands/EndLine.h"
 #include "console/src/commands/FileSupportCommands.h"
 #include "console/src/commands/TraceCommands.h"
+#include "console/src/registry/AtTerminate.h"
 #include "console/src/registry/RegisteredCommands.h"
 #include "console/src/registry/Tokenizer.h"
 
@@ -73,6 +74,9 @@ void Initialize() {
 }
 
 void Terminate() {
+    if (auto const end = S_atTerminate.load(std::memory_order_acquire)) {
+        end();
+    }
     for (auto const& command : kBuiltInCommands) {
         CommandRegistry::Remove(command.Name(), command.factory);
     }

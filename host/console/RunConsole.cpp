@@ -1,8 +1,5 @@
-#include "host/console/LocalConsole.h"
+#include "host/console/RunConsole.h"
 
-#include "host/commandline/EscapedText.h"
-#include "host/commandline/PlainText.h"
-#include "host/console/CommandOutput.h"
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
 #include "host/lineedit/HistoryFile.h"
@@ -10,15 +7,12 @@
 #include "host/setup/HostErrorManager.h"
 
 #include <brindle/config/Describe.h>
-#include <brindle/console/Completion.h>
-#include <brindle/console/Console.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <exception>
-#include <stdexcept>
 #include <string_view>
 #include <system_error>
 
@@ -27,12 +21,6 @@ namespace brindle::host {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-/// The line cannot be executed; `what()` says why.
-class line_error : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 std::string Trimmed(std::string const& inLine) {
     constexpr char kBlanks[] = " \t\r";
@@ -49,28 +37,13 @@ bool IsCommand(std::string const& inLine, std::string_view inWord) {
                       });
 }
 
-/// Throws `line_error` for what would not arrive whole.
-UTF16String CommandLine(std::string const& inLine) {
-    auto text = utility::UTF8to16(UTF8String(inLine.begin(), inLine.end()));
-    if (PlainText(text) != inLine) {
-        throw line_error("not a text in UTF-8");
-    }
-    return text;
-}
-
-/// Executes a line that is not empty and has no blanks around it. Throws `line_error` if it is no
-/// command, and what the command throws.
-void Execute(std::string const& inLine) {
-    CommandOutput buffer;
-    UTF16OutputStream out(&buffer);
+/// Executes a line that is not empty and has no blanks around it. Throws what the target throws.
+void Execute(ConsoleTarget& ioTarget, std::string const& inLine) {
     if (IsCommand(inLine, "help")) {
-        console::ListCommands(out);
-    } else if (!console::ExecuteCommand(CommandLine(inLine), out)) {
-        auto const name = inLine.substr(0, inLine.find(' '));
-        throw line_error("'" + EscapedText(name, "") + "' is no command; 'help' lists them");
+        ioTarget.ShowHelp();
+    } else {
+        ioTarget.Execute(inLine);
     }
-    out.flush();
-    RequireOutput();
 }
 
 /// The next line of standard input or of a file; false at its end.
@@ -116,13 +89,9 @@ private:
     std::unique_ptr<Input> mFile; // null for standard input
 };
 
-LineCompletions Complete(std::string const& inLine, std::size_t inCursor) {
-    auto const found = console::CompleteLine(UTF8String(inLine.begin(), inLine.end()), inCursor);
-    LineCompletions completions;
-    completions.start = found.start;
-    for (auto const& candidate : found.candidates) {
-        completions.candidates.push_back(PlainText(candidate));
-    }
+/// What the target offers, and the words of the console itself.
+LineCompletions Complete(ConsoleTarget& ioTarget, std::string const& inLine, std::size_t inCursor) {
+    auto completions = ioTarget.Complete(inLine, inCursor);
     if (inLine.find(' ') >= inCursor) {
         for (std::string const word : {"help", "quit"}) {
             if (word.compare(0, inCursor, inLine, 0, inCursor) == 0) {
@@ -135,8 +104,11 @@ LineCompletions Complete(std::string const& inLine, std::size_t inCursor) {
 
 } // namespace
 
-void RunConsoleAtTerminal() {
-    LineEditor editor("brindle> ", Complete, HistoryPath("console_history"));
+void RunConsoleAtTerminal(ConsoleTarget& ioTarget) {
+    auto const complete = [&](std::string const& inLine, std::size_t inCursor) {
+        return Complete(ioTarget, inLine, inCursor);
+    };
+    LineEditor editor(ioTarget.Prompt(), complete, HistoryPath("console_history"));
     for (std::string line; editor.ReadLine(line);) {
         line = Trimmed(line);
         if (IsCommand(line, "quit")) {
@@ -144,9 +116,11 @@ void RunConsoleAtTerminal() {
         }
         try {
             if (!line.empty()) {
-                Execute(line);
+                Execute(ioTarget, line);
             }
         } catch (output_error const&) {
+            throw;
+        } catch (detached_error const&) {
             throw;
         } catch (fatal_error const&) {
             // The error manager has reported it.
@@ -158,7 +132,8 @@ void RunConsoleAtTerminal() {
     }
 }
 
-void RunConsoleScript(std::string const& inName, Diagnostics& ioDiagnostics) {
+void RunConsoleScript(ConsoleTarget& ioTarget, std::string const& inName,
+                      Diagnostics& ioDiagnostics) {
     Lines lines(inName);
     std::string line;
     for (std::uint64_t number = 1; lines.Next(line); ++number) {
@@ -174,11 +149,14 @@ void RunConsoleScript(std::string const& inName, Diagnostics& ioDiagnostics) {
         };
         try {
             if (!line.empty() && line[0] != '#') {
-                Execute(line);
+                Execute(ioTarget, line);
             }
         } catch (output_error const&) {
             throw;
         } catch (line_error const& error) {
+            report(error.what());
+            break;
+        } catch (detached_error const& error) {
             report(error.what());
             break;
         } catch (fatal_error const&) {
