@@ -44,14 +44,14 @@ std::vector<std::string> Programs() {
     return chosen.empty() ? platform::DialogPrograms() : std::vector<std::string>{chosen};
 }
 
-/// Of the button whose id is this text; nothing if there is none.
-std::optional<int> ButtonOf(DialogQuestion const& inQuestion, std::string const& inId) {
+/// The id that is this text; 0 if the text is not the id of a button that closes the dialog.
+int ButtonOf(DialogQuestion const& inQuestion, std::string const& inId) {
     for (auto const& button : inQuestion.buttons) {
         if (std::to_string(button.id) == inId && !button.isForCopy) {
             return button.id;
         }
     }
-    return {};
+    return 0;
 }
 
 bool IsMissing(platform::ErrorCode inError) noexcept {
@@ -76,8 +76,8 @@ std::optional<DeveloperAnswer> AskByDialog(DialogQuestion const& inQuestion) {
         if (reply.value == kNoDisplay) {
             return {};
         }
-        auto const button = ButtonOf(inQuestion, reply.value);
-        return DeveloperAnswer{button ? Showing::kAnswered : Showing::kFailed, button.value_or(0)};
+        return DeveloperAnswer{reply.value.empty() ? Showing::kFailed : Showing::kAnswered,
+                               ButtonOf(inQuestion, reply.value)};
     }
     return {};
 }

@@ -16,7 +16,7 @@ enum class Showing {
 
 struct DeveloperAnswer {
     Showing showing = Showing::kFailed;
-    int button = 0; ///< the id, if answered
+    int button = 0; ///< the id, if answered; 0 for an answer that the question does not offer
 };
 
 /// Makes the question and shows it in a dialog, or on the controlling terminal where there is no

@@ -1,11 +1,10 @@
-#include <brindle/utility/ThreadSafeMessageDialog.h>
-
 #include "debug/src/assert/AskDeveloper.h"
 #include "debug/src/assert/DialogTexts.h"
 #include "platform/DebugOutput.h"
 
 #include <brindle/debug/Contract.h>
 #include <brindle/debug/Trace.h>
+#include <brindle/utility/ThreadSafeMessageDialog.h>
 
 #include <cstring>
 #include <string>
