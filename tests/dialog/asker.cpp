@@ -84,8 +84,8 @@ int main(int inCount, char** inArguments) {
         for (int times = 0; times < 2; ++times) { // whether the place is asked about again
             bool ignoreAlways = false;
             bool const isToBreak = debug::BreakAfterAssertDialog(
-                ignoreAlways, "frame != nullptr", inArguments[4],
-                "decoder/src/FrameQueue.cpp", 218, "FrameQueue::Take");
+                ignoreAlways, "frame != nullptr", inArguments[4], "decoder/src/FrameQueue.cpp", 218,
+                "FrameQueue::Take");
             std::printf("%s%s\n", isToBreak ? "break" : "go on", ignoreAlways ? " always" : "");
             std::fflush(stdout);
         }
