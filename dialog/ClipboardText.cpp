@@ -27,7 +27,8 @@ void OnClear(GtkClipboard*, gpointer) {
 
 /// A text that was copied from a text field lives in that field.
 void TakeOverFromWidgets() {
-    if (gtk_clipboard_get_owner(Clipboard()) != nullptr) {
+    bool const isOfThisProcess = gdk_selection_owner_get(GDK_SELECTION_CLIPBOARD) != nullptr;
+    if (isOfThisProcess && !S_isOurs) {
         if (gchar* const text = gtk_clipboard_wait_for_text(Clipboard())) {
             CopyToClipboard(text);
             g_free(text);

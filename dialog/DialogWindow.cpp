@@ -66,6 +66,12 @@ gboolean OnDelete(GtkWidget*, GdkEvent*, gpointer) {
     return TRUE;
 }
 
+/// Somebody else destroyed the window.
+void OnDestroy(GtkWidget*, gpointer) {
+    EndDialog();
+    S_dialogP = nullptr;
+}
+
 void MoveFocus(int inStep) {
     auto const& order = S_dialogP->tabOrder;
     GtkWidget* const current = gtk_window_get_focus(GTK_WINDOW(S_dialogP->window));
@@ -243,12 +249,15 @@ int RunDialog(debug::DialogQuestion const& inQuestion) {
     Fill(dialog);
     g_signal_connect(window, "delete-event", G_CALLBACK(OnDelete), nullptr);
     g_signal_connect(window, "key-press-event", G_CALLBACK(OnKey), nullptr);
+    g_signal_connect(window, "destroy", G_CALLBACK(OnDestroy), nullptr);
     gtk_widget_grab_focus(dialog.tabOrder.front());
     gtk_widget_show_all(dialog.window);
     gtk_window_present(window);
     gtk_main();
-    // What was copied by the keyboard lives in the widgets, which the caller may still need.
-    gtk_widget_hide(dialog.window);
+    if (S_dialogP != nullptr) {
+        // Only hidden, for what was copied by the keyboard lives in the widgets.
+        gtk_widget_hide(dialog.window);
+    }
     gdk_display_flush(gdk_display_get_default());
     S_dialogP = nullptr;
     return dialog.answer;

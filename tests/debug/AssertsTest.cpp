@@ -69,20 +69,22 @@ TEST_F(Asserts, AreTracedAndOtherwiseSilentUntilTheyAreSwitchedOn) {
 }
 
 TEST_F(Asserts, TheBodyTellsWhatFailedWhere) {
-    SetAssertWriteToStdOut(true);
     std::string const process = "Process: " + platform::CommandLine() + "\r\n";
     for (std::string const message : {"", "the message"}) {
-        testing::internal::CaptureStdout();
-        bool ignoreAlways = false;
-        EXPECT_FALSE(BreakAfterAssertDialog(ignoreAlways, "a < b", message.c_str(), "file.cpp", 12,
-                                            "Function"));
-        EXPECT_FALSE(ignoreAlways);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(),
-                  "Debug Assert failed!\n" + (message.empty() ? "" : message + "\r\n\r\n") +
-                      "Expression: a < b\r\n" + process +
-                      "File: file.cpp\r\nLine: 12\r\nFunction: Function\r\n\n");
+        auto const printed = WithDialogs(Answering("14200"), [&] {
+            SetAssertWriteToStdOut(true);
+            testing::internal::CaptureStdout();
+            bool ignoreAlways = false;
+            bool const isToBreak = BreakAfterAssertDialog(ignoreAlways, "a < b", message.c_str(),
+                                                          "file.cpp", 12, "Function");
+            return testing::internal::GetCapturedStdout() + (isToBreak ? "break" : "go on") +
+                   (ignoreAlways ? " always" : "");
+        });
+        EXPECT_EQ(printed, "Debug Assert failed!\n" +
+                               (message.empty() ? "" : message + "\r\n\r\n") +
+                               "Expression: a < b\r\n" + process +
+                               "File: file.cpp\r\nLine: 12\r\nFunction: Function\r\n\ngo on");
     }
-    SetAssertWriteToStdOut(false);
 }
 
 TEST_F(Asserts, TheAnswerDecides) {
@@ -172,9 +174,10 @@ std::string Remains() {
 }
 
 TEST_F(Asserts, WorkInAnyProcessAndLeaveNothingBehind) {
-    auto const program = Program("#!/bin/sh\ncat > /dev/null\n"
-                                 "{ grep -E 'Sig(Blk|Ign)' /proc/self/status; ls /proc/$$/fd; } > '" +
-                                 Native("state") + "'\necho 14202 >&0\n");
+    auto const program =
+        Program("#!/bin/sh\ncat > /dev/null\n"
+                "{ grep -E 'Sig(Blk|Ign)' /proc/self/status; ls /proc/$$/fd; } > '" +
+                Native("state") + "'\necho 14202 >&0\n");
     std::atomic<bool> isOver{false};
     struct {
         char const* name;
