@@ -42,7 +42,7 @@ public:
 
     /// False if `Listen` has failed, and after `console::Terminate`.
     [[nodiscard]] bool IsListening() const noexcept;
-    /// Why `Listen` has failed, in a sentence for a developer; otherwise empty.
+    /// Why `Listen` has failed, in a phrase for a diagnostic; otherwise empty.
     [[nodiscard]] std::string const& Failure() const noexcept { return mFailure; }
 
 private:

@@ -55,7 +55,7 @@ public:
     ~RemoteConsole();
 
     [[nodiscard]] bool IsAttached() const noexcept;
-    /// Why it could not be attached, in a sentence for a developer; otherwise empty.
+    /// Why it could not be attached, in a phrase for a diagnostic; otherwise empty.
     [[nodiscard]] std::string const& Failure() const noexcept;
 
     /// Has the program execute the line, as `console::ExecuteCommand` does it there. A line feed in

@@ -215,10 +215,10 @@ TEST_F(Listening, NamesOfAnyKindAreHarmlessAndFound) {
     EXPECT_EQ(ListeningPrograms().size(), listeners.size());
     auto const twice = Listen(zero, pool);
     EXPECT_FALSE(twice.IsListening());
-    EXPECT_EQ(twice.Failure(), "This process listens under the same name already.");
+    EXPECT_EQ(twice.Failure(), "this process listens under the same name already");
     tests::Environment const nowhere({{"XDG_RUNTIME_DIR", std::nullopt}});
     EXPECT_EQ(Listen(zero, pool).Failure(),
-              "The user has no runtime directory: XDG_RUNTIME_DIR names none.");
+              "the user has no runtime directory: XDG_RUNTIME_DIR names none");
 }
 
 #if !defined(__SANITIZE_THREAD__) // which allows no threads in such a child
@@ -307,7 +307,7 @@ TEST_F(Listening, SlowAndHostileClientsHoldUpNobody) {
     for (std::size_t i = 4; i < kMostClients; ++i) {
         more.push_back(AttachWhenThereIsRoom());
     }
-    EXPECT_EQ(Attach().Failure(), "The program does not accept: too many consoles are attached.");
+    EXPECT_EQ(Attach().Failure(), "the program does not accept: too many consoles are attached");
     more.pop_back();
     ExpectEcho(more.back(), "a");
     EXPECT_TRUE(AttachWhenThereIsRoom().IsAttached());

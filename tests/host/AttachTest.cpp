@@ -7,21 +7,23 @@
 #include <brindle/console/Listen.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
-#include <functional>
+#include <atomic>
 #include <stdexcept>
 
 namespace brindle::host {
 
 namespace {
 
-std::function<void()> S_end; // what the command "player.end" does
+std::atomic<bool> S_terminates{false}; // what the command "player.end" does
 
 class End : public console::Command {
 public:
     using Command::Command;
     void Execute(UTF16String const&, UTF16OutputStream& ioOut) override {
         ioOut << u"ends\r\n";
-        S_end();
+        if (S_terminates) {
+            console::Terminate();
+        }
         throw std::runtime_error("too late");
     }
 };
@@ -36,7 +38,7 @@ protected:
     void SetUp() override {
         console::CommandRegistry::RegisterCommand(u"player.end"_utf16, u"player.end"_utf16,
                                                   MakeEnd);
-        S_end = [] {};
+        S_terminates = false;
     }
     void TearDown() override { console::Terminate(); }
 
@@ -80,7 +82,7 @@ TEST_F(Attach, RunsLinesOfAPipeUpToOneThatIsNoCommand) {
                               "player.end\n\nends\n");
     EXPECT_EQ(outcome.errors, "brindle: -: line 3: too late\n"
                               "brindle: -: line 5: 'nope' is no command; 'help' lists them\n");
-    S_end = [] { console::Terminate(); };
+    S_terminates = true;
     auto const ended = RunPiped("a", "player.end\nplayer.end\n");
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.output, "");

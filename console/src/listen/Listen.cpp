@@ -81,16 +81,16 @@ void Serve(std::shared_ptr<Listening> const& inListening) {
 std::string ReasonOf(platform::ErrorCode inError) {
     switch (inError) {
     case platform::kError_PathNotFound:
-        return "The user has no runtime directory: XDG_RUNTIME_DIR names none.";
+        return "the user has no runtime directory: XDG_RUNTIME_DIR names none";
     case platform::kError_AccessDenied:
-        return "The runtime directory, which XDG_RUNTIME_DIR names, is not this user's alone.";
+        return "the runtime directory, which XDG_RUNTIME_DIR names, is not this user's alone";
     case platform::kError_SharingViolation:
-        return "This process listens under the same name already.";
+        return "this process listens under the same name already";
     case platform::kError_TooManyOpenFiles:
-        return "The process has too many open files.";
+        return "the process has too many open files";
     default:
-        return "The socket could not be created: error " +
-               std::to_string(static_cast<std::uint32_t>(inError)) + '.';
+        return "the socket cannot be created: error " +
+               std::to_string(static_cast<std::uint32_t>(inError));
     }
 }
 
@@ -141,7 +141,7 @@ Listener Listen(UTF16String const& inName,
     Listener listener;
     listener.mForkCount = platform::ForkCount();
     if (inExecutor == nullptr) {
-        listener.mFailure = "There is no executor to run commands on.";
+        listener.mFailure = "there is no executor to run commands on";
         return listener;
     }
     auto const name = inName.empty() ? config::GetClientName() : inName;
@@ -156,8 +156,7 @@ Listener Listen(UTF16String const& inName,
         Serve(listening);
         listener.mListening = listening;
     } catch (std::system_error const& error) {
-        listener.mFailure = std::string("The listening thread could not be started: ") +
-                            error.code().message() + '.';
+        listener.mFailure = "the library's thread cannot be started: " + error.code().message();
     }
     return listener;
 }

@@ -79,19 +79,19 @@ public:
         auto connection = platform::ConnectLocally(SocketName(inProgram.name, inProgram.processId));
         if (!connection) {
             mFailure = connection.error == platform::kError_Busy
-                           ? "The program does not answer."
-                           : "The program does not listen any more.";
+                           ? "the program does not answer"
+                           : "the program does not listen any more";
             return;
         }
         mConnection = std::move(connection.value);
         mIsAttached = true;
         auto const hello = Receive(Clock::now() + kMostTimeToAccept);
         if (!hello) {
-            mFailure = "The program does not answer.";
+            mFailure = "the program does not answer";
         } else if (hello->kind != ReplyKind::kHello) {
-            mFailure = "The program does not accept: " + hello->note + '.';
+            mFailure = "the program does not accept: " + hello->note;
         } else if (hello->note != kVersion) {
-            mFailure = "The program has another version of the library.";
+            mFailure = "the program has another version of the library";
         }
         mIsAttached = mFailure.empty();
     }
