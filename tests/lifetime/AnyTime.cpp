@@ -12,6 +12,7 @@
 #include <brindle/config/Localizer.h>
 #include <brindle/console/ConsoleLogFile.h>
 #include <brindle/console/Terminal.h>
+#include <brindle/debug/Asserts.h>
 #include <brindle/debug/Contract.h>
 #include <brindle/debug/DebugDatabase.h>
 #include <brindle/debug/SafeTraceStream.h>
@@ -185,6 +186,12 @@ void UseDiagnostics() {
     console::ConsoleLogFile::Terminate();
     debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
     Check(debug::DebugDatabase::Instance().HasEntry("key"_utf8), "debug settings");
+    ::setenv("DISPLAY", "any", 1);
+    debug::SetDialogProgram("/bin/false"); // which does not answer
+    Check(!debug::BreakAfterContractDialog("a contract", __FILE__, __LINE__), "contracts");
+    debug::DebugDatabase::Instance().SetEntry("assert.enabled"_utf8, "true"_utf8);
+    Check(debug::DisplayAssert("an assert", "at any time") == debug::kAssert_Break, "asserts");
+    BRN_ASSERT(S_moment != nullptr);
     debug::SafeTraceStream stream;
     stream << S_moment << ": text of a trace stream\n";
     std::filesystem::remove_all(preferences);
