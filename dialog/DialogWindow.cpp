@@ -143,9 +143,27 @@ GtkWidget* MakeHeading(std::string const& inText) {
     return heading;
 }
 
+/// With breaks in very long lines, each of which the toolkit lays out as a whole.
+std::string WithShortLines(std::string const& inText) {
+    constexpr std::size_t kMostBytes = 4096;
+    std::string text;
+    std::size_t length = 0;
+    for (char const byte : inText) {
+        bool const isInCharacter = (byte & 0xC0) == 0x80;
+        if (length >= kMostBytes && !isInCharacter && byte != '\n') {
+            text += '\n';
+            length = 0;
+        }
+        text += byte;
+        length = byte == '\n' ? 0 : length + 1;
+    }
+    return text;
+}
+
 GtkWidget* MakeBody(std::string const& inText) {
     GtkWidget* const body = gtk_text_view_new();
-    gtk_text_buffer_set_text(gtk_text_view_get_buffer(GTK_TEXT_VIEW(body)), inText.c_str(), -1);
+    gtk_text_buffer_set_text(gtk_text_view_get_buffer(GTK_TEXT_VIEW(body)),
+                             WithShortLines(inText).c_str(), -1);
     gtk_text_view_set_editable(GTK_TEXT_VIEW(body), FALSE);
     gtk_text_view_set_cursor_visible(GTK_TEXT_VIEW(body), FALSE);
     gtk_text_view_set_wrap_mode(GTK_TEXT_VIEW(body), GTK_WRAP_WORD_CHAR);

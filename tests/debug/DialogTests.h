@@ -5,6 +5,7 @@
 
 #include <brindle/debug/Asserts.h>
 #include <brindle/debug/DebugDatabase.h>
+#include <brindle/debug/Trace.h>
 
 #include <filesystem>
 #include <functional>
@@ -12,6 +13,19 @@
 #include <unistd.h>
 
 namespace brindle::tests {
+
+/// Keeps what is traced while it lives.
+class RecordingHandler : public debug::TraceHandler {
+public:
+    RecordingHandler() { debug::InstallMasterTraceHandler(this); }
+    ~RecordingHandler() override { debug::RemoveMasterTraceHandler(); }
+
+    void Trace(UTF8String const& inText) override { mText += Narrow(inText); }
+    std::string const& Text() const { return mText; }
+
+private:
+    std::string mText;
+};
 
 /// A test in which another program stands for the one that shows the dialogs.
 class DialogTests : public InPreferences {

@@ -26,7 +26,10 @@ public:
     }
     AtTerminal(AtTerminal const&) = delete;
     AtTerminal& operator=(AtTerminal const&) = delete;
-    ~AtTerminal() { ::close(mMaster); }
+    ~AtTerminal() {
+        ::close(mMaster);
+        ::waitpid(mProcess, nullptr, 0); // unless `Wait` has done that
+    }
 
     bool Exists() const { return mProcess > 0; }
 
@@ -62,18 +65,8 @@ private:
 
 class TerminalQuestion : public tests::DialogTests {
 protected:
-    TerminalQuestion() {
-        int master = -1;
-        int slave = -1;
-        if (::openpty(&master, &slave, nullptr, nullptr, nullptr) != 0) {
-            mHasTerminals = false;
-            return;
-        }
-        ::close(master);
-        ::close(slave);
-    }
     void SetUp() override {
-        if (!mHasTerminals) {
+        if (!AtTerminal([] { return 0; }).Exists()) {
             GTEST_SKIP() << "this machine has no pseudo-terminals";
         }
     }
@@ -84,8 +77,6 @@ protected:
         DebugDatabase::SetDisableFileWrites(true);
         DebugDatabase::Instance().SetEntry(tests::AsUTF8("assert.enabled"), tests::AsUTF8("true"));
     }
-
-    bool mHasTerminals = true;
 };
 
 TEST_F(TerminalQuestion, ALetterAnswersAndTheStandardStreamsAreLeftAlone) {
@@ -106,7 +97,6 @@ TEST_F(TerminalQuestion, ALetterAnswersAndTheStandardStreamsAreLeftAlone) {
             }
             return DisplayAssert("heading", "body\x1B[2J\r\n");
         });
-        ASSERT_TRUE(terminal.Exists());
         EXPECT_EQ(terminal.ReadUntil("> "),
                   "\r\nNo Client Name Debug Event\r\nheading\r\n\r\nbody\uFFFD[2J\r\n\r\n"
                   "  d  Debug\r\n  i  Ignore Once\r\n  a  Ignore Always\r\n"
@@ -130,7 +120,6 @@ TEST_F(TerminalQuestion, ARawTerminalGetsItsSettingsBack) {
         ::tcgetattr(STDIN_FILENO, &after);
         return after.c_lflag == raw.c_lflag && after.c_iflag == raw.c_iflag ? 7 : 1;
     });
-    ASSERT_TRUE(terminal.Exists());
     EXPECT_NE(terminal.ReadUntil("> ").find("[file-1]\r\n\r\n  c  Continue\r\n"),
               std::string::npos);
     terminal.Type("c\r");
@@ -143,7 +132,6 @@ TEST_F(TerminalQuestion, TwoThreadsAskOneAfterTheOther) {
         auto other = std::async(std::launch::async, [] { return DisplayAssert("one", "body"); });
         return DisplayAssert("one", "body") * 10 + other.get();
     });
-    ASSERT_TRUE(terminal.Exists());
     for (int i = 0; i < 2; ++i) {
         auto const question = terminal.ReadUntil("> ");
         EXPECT_EQ(question.find("one"), question.rfind("one")) << "one question at a time";
@@ -164,7 +152,6 @@ TEST_F(TerminalQuestion, ABackgroundProcessDoesNotAsk) {
         ::waitpid(child, &status, 0);
         return WEXITSTATUS(status);
     });
-    ASSERT_TRUE(terminal.Exists());
     EXPECT_EQ(terminal.Wait(), 3);
 }
 

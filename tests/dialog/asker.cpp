@@ -1,6 +1,6 @@
 // Fails a check and prints what the library answers, for the test of the dialogs:
 //
-//     asker PROGRAM LANGUAGE break|display|contract TEXT...
+//     asker PROGRAM en|he break|display|contract TEXT...
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/config/Localizer.h>
@@ -18,46 +18,28 @@ namespace {
 using namespace brindle;
 using namespace brindle::literals;
 
-/// Looks the part of a key between its last "/" and its "=" up.
-class TableLocalizer : public config::Localizer {
-public:
-    explicit TableLocalizer(std::map<std::string, char const*> const& inTable) : mTable(inTable) {}
+std::map<std::string, char const*> const kHebrew = {
+    {"DefaultAssertDialogTitle", "אירוע ניפוי של @0"},
+    {"ContractDialogTitle", "אירוע ניפוי של @0"},
+    {"CopyButton", "העתקה"},
+    {"DebugButton", "ניפוי שגיאות"},
+    {"IgnoreOnceButton", "התעלמות הפעם"},
+    {"IgnoreAlwaysButton", "התעלמות תמיד"},
+    {"DisableAssertsButton", "השבתת בדיקות"},
+    {"KillProcessButton", "סיום התהליך"},
+    {"ErrorMessage", "אירעה שגיאה ביישום @0."},
+    {"ContinueButton", "המשך"},
+};
 
+/// Looks the part of a key between its last "/" and its "=" up.
+class HebrewLocalizer : public config::Localizer {
+public:
     UTF16String LocalizeString(char const* inLiteral) override {
         std::string const literal = inLiteral;
         auto const end = literal.find('=');
         auto const begin = literal.rfind('/', end) + 1;
-        auto const found = mTable.find(literal.substr(begin, end - begin));
-        return utility::AsciiToUTF16(found != mTable.end() ? found->second : inLiteral + end + 1);
+        return utility::AsciiToUTF16(kHebrew.at(literal.substr(begin, end - begin)));
     }
-
-private:
-    std::map<std::string, char const*> const& mTable;
-};
-
-std::map<std::string, std::map<std::string, char const*>> const kLanguages = {
-    {"de",
-     {{"DefaultAssertDialogTitle", "@0: Fehlersuche"},
-      {"ContractDialogTitle", "@0: Fehlersuche"},
-      {"CopyButton", "Kopieren"},
-      {"DebugButton", "Untersuchen"},
-      {"IgnoreOnceButton", "Einmal übergehen"},
-      {"IgnoreAlwaysButton", "Immer übergehen"},
-      {"DisableAssertsButton", "Prüfungen aus"},
-      {"KillProcessButton", "Prozess beenden"},
-      {"ErrorMessage", "In @0 ist ein Fehler aufgetreten."},
-      {"ContinueButton", "Weiter"}}},
-    {"he",
-     {{"DefaultAssertDialogTitle", "אירוע ניפוי של @0"},
-      {"ContractDialogTitle", "אירוע ניפוי של @0"},
-      {"CopyButton", "העתקה"},
-      {"DebugButton", "ניפוי שגיאות"},
-      {"IgnoreOnceButton", "התעלמות הפעם"},
-      {"IgnoreAlwaysButton", "התעלמות תמיד"},
-      {"DisableAssertsButton", "השבתת בדיקות"},
-      {"KillProcessButton", "סיום התהליך"},
-      {"ErrorMessage", "אירעה שגיאה ביישום @0."},
-      {"ContinueButton", "המשך"}}},
 };
 
 } // namespace
@@ -67,10 +49,8 @@ int main(int inCount, char** inArguments) {
         return 2;
     }
     std::string const what = inArguments[3];
-    auto const language = kLanguages.find(inArguments[2]);
-    static std::map<std::string, char const*> const english;
-    TableLocalizer localizer(language != kLanguages.end() ? language->second : english);
-    config::Localizer::Set(&localizer);
+    HebrewLocalizer localizer;
+    config::Localizer::Set(inArguments[2] == std::string("he") ? &localizer : nullptr);
     config::SetClientName(u"Reel"_utf16);
     debug::DebugDatabase::SetDisableFileWrites(true);
     debug::DebugDatabase::Instance().SetEntry("assert.enabled"_utf8, "true"_utf8);
