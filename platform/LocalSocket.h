@@ -39,9 +39,8 @@ private:
     int mDescriptor = -1;
 };
 
-/// A socket to which others connect. Move-only; an open one is removed at destruction. A forked
-/// child inherits neither listeners nor connections: what it does with its copies is without
-/// effect.
+/// A socket to which others connect. Move-only; its name is removed at destruction. A forked child
+/// inherits neither listeners nor connections: what it does with its copies has no effect.
 class LocalListener {
 public:
     LocalListener() noexcept = default;
@@ -61,7 +60,7 @@ public:
     /// waits; 4, 8 there are no resources for it, and it goes on waiting.
     Result<LocalConnection> Accept() noexcept;
 
-    /// Removes the socket: nobody connects any more. Another thread may be in `Accept`.
+    /// Removes the name, so that nobody can connect any more. Another thread may be in `Accept`.
     void Remove() noexcept;
 
 private:

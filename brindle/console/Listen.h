@@ -34,10 +34,10 @@ public:
     Listener(Listener&& inOther) noexcept;
     Listener& operator=(Listener&& inOther) noexcept;
 
-    /// Closes the socket, disconnects the consoles, and releases the executor. A command that runs
-    /// is not waited for, and its output is dropped; one that waits for its turn on the executor
-    /// does nothing when that comes. Waits while the library is in the executor's `Post`, so no
-    /// lock that this needs may be held. In a forked child it has no effect.
+    /// Closes the socket, disconnects the consoles, and releases the executor. A command that has
+    /// begun is not waited for, and its output is dropped; one that waits for its turn on the
+    /// executor does nothing when that comes. Waits while the library is in the executor's `Post`,
+    /// so the caller must not hold a lock that this takes. In a forked child it has no effect.
     ~Listener();
 
     /// False if `Listen` has failed, and after `console::Terminate`.

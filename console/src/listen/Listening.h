@@ -33,9 +33,9 @@ public:
     static void Post(std::shared_ptr<Listening> const& inSelf, Request inRequest,
                      std::shared_ptr<ReplyInbox> const& inInbox, ClientId inClient);
 
-    /// Removes the socket and releases the executor, which is not in use any more when this returns
-    /// (on another thread than the service's). No request begins after it. False if it was closed
-    /// before.
+    /// Removes the socket and releases the executor, which the service no longer uses when this
+    /// returns, unless it was called inside the executor's `Post`. Requests that have not begun do
+    /// nothing any more; one that has begun is not waited for. False if it was closed before.
     bool Close();
 
 private:
