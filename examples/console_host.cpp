@@ -3,13 +3,15 @@
 //     example_console_host &
 //     brindle console --attach=Player
 //
-// It traces, and logs where a log is wanted. Its own command "player.speed" sets what it traces.
+// It traces, asserts, and logs where a log is wanted: in "Player Log.txt" among the user's
+// settings. Its own command is "player.speed".
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/console/Command.h>
 #include <brindle/console/CommandRegistry.h>
 #include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
 #include <brindle/console/Listen.h>
+#include <brindle/debug/Asserts.h>
 #include <brindle/debug/Trace.h>
 #include <brindle/debug/TraceCategory.h>
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
@@ -34,6 +36,7 @@ public:
     void Execute(UTF16String const& inArguments, UTF16OutputStream& ioOut) override {
         if (!inArguments.empty()) {
             iUTF16StringStream(inArguments) >> S_speed;
+            BRN_ASSERT_MESSAGE(S_speed != 0, "the player stands still");
         }
         ioOut << u"speed " << S_speed << u'\n';
     }

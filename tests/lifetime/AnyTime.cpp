@@ -16,6 +16,7 @@
 #include <brindle/console/Listen.h>
 #include <brindle/console/RemoteConsole.h>
 #include <brindle/console/Terminal.h>
+#include <brindle/debug/Asserts.h>
 #include <brindle/debug/Contract.h>
 #include <brindle/debug/DebugDatabase.h>
 #include <brindle/debug/SafeTraceStream.h>
@@ -185,6 +186,12 @@ void UseDiagnostics() {
     Check(category.Enabled(5), "trace categories");
     Check(!debug::TraceEnabled("any time"_utf8, 6, true), "trace volumes");
     BRN_TRACE(category, 5, "text in the log, if there is one");
+    ::setenv("DISPLAY", "any", 1);
+    debug::SetDialogProgram("/bin/false"); // which does not answer
+    Check(!debug::BreakAfterContractDialog("a contract", __FILE__, __LINE__), "contracts");
+    debug::DebugDatabase::Instance().SetEntry("assert.enabled"_utf8, "true"_utf8);
+    Check(debug::DisplayAssert("an assert", "at any time") == debug::kAssert_Break, "asserts");
+    BRN_ASSERT(S_moment != nullptr);
     debug::ShutdownTraceManager();
     console::ConsoleLogFile::Terminate();
     debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
