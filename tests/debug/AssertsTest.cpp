@@ -154,7 +154,7 @@ std::string Remains() {
 
 TEST_F(Asserts, WorkInAnyProcessAndLeaveNothingBehind) {
     auto const program =
-        Program("#!/bin/sh\ncat > /dev/null\n"
+        Program("#!/bin/bash\ncat > /dev/null\n"
                 "{ grep -E 'Sig(Blk|Ign)' /proc/self/status; ls /proc/$$/fd; } > '" +
                 Native("state") + "'\necho 14202 >&0\n");
     std::atomic<bool> isOver{false};
@@ -173,6 +173,7 @@ TEST_F(Asserts, WorkInAnyProcessAndLeaveNothingBehind) {
     std::pair<char const*, std::function<void()>> const cases[] = {
         {"as it is", [] {}},
         {"children are not waited for", [] { std::signal(SIGCHLD, SIG_IGN); }},
+        {"a signal is ignored", [] { std::signal(SIGUSR1, SIG_IGN); }},
         {"every signal is blocked", blockAll},
         {"standard streams are closed", [] { ::close(STDIN_FILENO), ::close(STDOUT_FILENO); }},
         {"an inherited descriptor", [] { static_cast<void>(::dup2(STDERR_FILENO, 9)); }},

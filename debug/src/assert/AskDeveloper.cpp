@@ -44,10 +44,10 @@ std::vector<std::string> Programs() {
     return chosen.empty() ? platform::DialogPrograms() : std::vector<std::string>{chosen};
 }
 
-/// The id that is this text; 0 if the text is not the id of a button that closes the dialog.
+/// The id that is this text; 0 if no button has it.
 int ButtonOf(DialogQuestion const& inQuestion, std::string const& inId) {
     for (auto const& button : inQuestion.buttons) {
-        if (std::to_string(button.id) == inId && !button.isForCopy) {
+        if (std::to_string(button.id) == inId) {
             return button.id;
         }
     }
