@@ -16,8 +16,8 @@ namespace brindle::platform {
 /// signal, or wait for all of its children elsewhere; nothing of the program is left behind. A
 /// program that ends early gives what it wrote until then.
 ///
-/// Errors: 2, 3, 5 there is no such program, or it may not be executed; every other one: it cannot be
-/// started. Throws `std::bad_alloc`.
+/// Errors: 2, 3, 5 there is no such program, or it may not be executed; every other one: it cannot
+/// be started. Throws `std::bad_alloc`.
 Result<std::string> AskProgram(std::string const& inNativePath, std::string_view inRequest);
 
 } // namespace brindle::platform

@@ -54,9 +54,16 @@ namespace impl {
 
 /// For the macros: reports the failure unless it is to be ignored, and remembers if it is to be
 /// from now on.
-[[nodiscard]] BRN_API bool FailAssert(std::atomic<bool>& ioIgnoreAlways, char const* inExpression,
-                                      std::string const& inMessage, char const* inFile,
-                                      std::int32_t inLine, char const* inFunction);
+[[nodiscard, gnu::cold]] BRN_API bool FailAssert(std::atomic<bool>& ioIgnoreAlways,
+                                                 char const* inExpression, char const* inMessage,
+                                                 char const* inFile, std::int32_t inLine,
+                                                 char const* inFunction);
+[[nodiscard, gnu::cold]] inline bool FailAssert(std::atomic<bool>& ioIgnoreAlways,
+                                                char const* inExpression,
+                                                std::string const& inMessage, char const* inFile,
+                                                std::int32_t inLine, char const* inFunction) {
+    return FailAssert(ioIgnoreAlways, inExpression, inMessage.c_str(), inFile, inLine, inFunction);
+}
 
 } // namespace impl
 
@@ -64,7 +71,7 @@ namespace impl {
 
 /// Checks a condition that only a mistake of the program can make false. The check costs one
 /// branch; "Ignore Always" is remembered for each place of use. It is an expression of type `void`.
-/// The message, a text, is evaluated only if the check fails.
+/// The message, a `char const*` or `std::string`, is evaluated only if the check fails.
 ///
 /// With `BRN_DISABLE_ASSERTS` defined, which a client chooses for each source, neither the
 /// condition nor the message is evaluated, and nothing of them is left in the program.
