@@ -51,7 +51,7 @@ void CopyToClipboard(std::string const& inText) {
     gtk_target_list_unref(list);
 }
 
-void KeepClipboard(void (*inBeforeWaiting)()) {
+void KeepClipboard(bool (*inBeforeWaiting)()) {
     TakeOverFromWidgets();
     if (!S_isOurs) {
         return;
@@ -61,9 +61,10 @@ void KeepClipboard(void (*inBeforeWaiting)()) {
         gtk_clipboard_store(Clipboard());
         return;
     }
-    S_isKept = true;
-    inBeforeWaiting();
-    gtk_main();
+    S_isKept = inBeforeWaiting();
+    if (S_isKept) {
+        gtk_main();
+    }
 }
 
 } // namespace brindle::dialog

@@ -8,9 +8,10 @@ namespace brindle::dialog {
 /// until another program replaces it.
 void CopyToClipboard(std::string const& inText);
 
-/// Keeps what the user copied from the dialog, by its button or by the keyboard, after its window
-/// has gone. Where a clipboard manager takes the text over, or nothing was copied, this returns at
-/// once. Otherwise calls `inBeforeWaiting` and returns when another program replaces the text.
-void KeepClipboard(void (*inBeforeWaiting)());
+/// Keeps the text that the user copied from the dialog, by its button or by the keyboard, available
+/// after the window has closed. If nothing was copied, or a clipboard manager takes the text over,
+/// returns at once. Otherwise calls `inBeforeWaiting`, and if that is true, returns when another
+/// program replaces the text.
+void KeepClipboard(bool (*inBeforeWaiting)());
 
 } // namespace brindle::dialog

@@ -3,7 +3,7 @@
 
 #include "dialog/ClipboardText.h"
 #include "dialog/DialogWindow.h"
-#include "dialog/Shadow.h"
+#include "dialog/WaitingParent.h"
 
 #include <glib-unix.h>
 #include <gtk/gtk.h>
@@ -44,7 +44,7 @@ int main() {
         return 2;
     }
     std::signal(SIGPIPE, SIG_IGN);
-    dialog::ContinueInShadow();
+    dialog::ContinueInChild();
     if (gtk_init_check(nullptr, nullptr) != TRUE) {
         Answer(debug::kNoDisplay);
         return 1;
@@ -54,5 +54,5 @@ int main() {
     int const button = dialog::RunDialog(*question);
     g_source_remove(watch);
     Answer(std::to_string(button));
-    dialog::KeepClipboard(dialog::LeaveShadow);
+    dialog::KeepClipboard(dialog::ReleaseParent);
 }

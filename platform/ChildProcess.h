@@ -11,13 +11,13 @@ namespace brindle::platform {
 /// line of at most 256 bytes that it writes back on that same descriptor, without its line feed.
 /// Blocks as long as the program runs.
 ///
-/// The program gets the default signal dispositions, no blocked signal, nothing on its standard
-/// output, the caller's standard error and no other descriptor. The caller may block or ignore any
-/// signal, or wait for all of its children elsewhere; nothing of the program is left behind. A
-/// program that ends early gives what it wrote until then.
+/// The program gets default signal dispositions, an empty signal mask, /dev/null as standard
+/// output, the caller's standard error, and no other descriptor. The caller may block or ignore any
+/// signal, and another thread may wait for all children; neither a zombie nor a descriptor is left.
+/// If the program ends early, the result is what it wrote until then.
 ///
-/// Errors: 2, 3, 5 there is no such program, or it may not be executed; every other one: it cannot be
-/// started. Throws `std::bad_alloc`.
+/// Errors: 2, 3, 5 there is no such program, or it may not be executed; every other one: it cannot
+/// be started. Throws `std::bad_alloc`.
 Result<std::string> AskProgram(std::string const& inNativePath, std::string_view inRequest);
 
 } // namespace brindle::platform

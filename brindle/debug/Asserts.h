@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <string>
 
-// Checks for developers. They are silent until a developer sets the key "assert.enabled" of the
-// debug database to "true"; then a failed check asks what to do:
+// Checks for developers. A failed check is silent until a developer sets the key "assert.enabled"
+// of the debug database to "true"; from then on it asks what to do:
 //
 //     BRN_ASSERT(count <= capacity);
 //     BRN_ASSERT_MESSAGE(frame != nullptr, "frame " + std::to_string(number) + " is missing");
@@ -29,16 +29,20 @@ inline constexpr std::int32_t kAssert_Failed = -1; ///< the dialog failed, or th
                                                   char const* inMessage, char const* inFile,
                                                   std::int32_t inLine, char const* inFunction);
 
-/// Traces heading and body if the category "Assert" lets volume 0 through. Then, if the developer
-/// has switched asserts on, asks what to do, and waits for the answer: in a dialog, or at the
-/// terminal that the process runs in the foreground of where there is no display or no
-/// `brindle-dialog`. With neither, or with asserts switched off, returns `kAssert_IgnoreOnce`.
+/// Traces heading and body if the category "Assert" lets volume 0 through. If the developer has
+/// switched asserts on, then asks what to do and waits for the answer:
 ///
-/// "Disable Asserts" makes this and all later questions return `kAssert_IgnoreAlways`; "Kill
-/// Process" ends the process with status 255, without any clean-up. If the dialog cannot be shown,
-/// or answers something else, the program stops in the debugger if there is one, and the result is
-/// `kAssert_Break` or `kAssert_Failed`. Throws nothing. Any thread may call; two threads may show
-/// two dialogs. Null counts as an empty text.
+/// - in a dialog of the program `brindle-dialog`;
+/// - without a display or that program, on the controlling terminal, if the process runs in its
+///   foreground;
+/// - without either, nobody is asked, and the result is `kAssert_IgnoreOnce`, as it is when asserts
+///   are switched off.
+///
+/// "Disable Asserts" makes this and all later calls return `kAssert_IgnoreAlways`. "Kill Process"
+/// ends the process with status 255, without any clean-up. If the dialog cannot be shown, or gives
+/// an unknown answer, calls `BRN_DebugBreak` and returns `kAssert_Break` or `kAssert_Failed`.
+/// Throws nothing. Any thread may call; two threads may show two dialogs. Null counts as an empty
+/// text.
 BRN_API std::int32_t DisplayAssert(char const* inHeading, char const* inBody) noexcept;
 
 /// Chooses whether failed checks are printed to standard output, and no dialog opens; initially
@@ -52,11 +56,18 @@ BRN_API void SetDialogProgram(std::string const& inNativePath);
 
 namespace impl {
 
-/// For the macros: reports the failure unless it is to be ignored, and remembers if it is to be
-/// from now on.
-[[nodiscard]] BRN_API bool FailAssert(std::atomic<bool>& ioIgnoreAlways, char const* inExpression,
-                                      std::string const& inMessage, char const* inFile,
-                                      std::int32_t inLine, char const* inFunction);
+/// For the macros. Returns false at once if the flag is set; otherwise reports the failure by
+/// `BreakAfterAssertDialog`, and sets the flag if the developer chose to ignore it always.
+[[nodiscard, gnu::cold]] BRN_API bool FailAssert(std::atomic<bool>& ioIgnoreAlways,
+                                                 char const* inExpression, char const* inMessage,
+                                                 char const* inFile, std::int32_t inLine,
+                                                 char const* inFunction);
+[[nodiscard, gnu::cold]] inline bool FailAssert(std::atomic<bool>& ioIgnoreAlways,
+                                                char const* inExpression,
+                                                std::string const& inMessage, char const* inFile,
+                                                std::int32_t inLine, char const* inFunction) {
+    return FailAssert(ioIgnoreAlways, inExpression, inMessage.c_str(), inFile, inLine, inFunction);
+}
 
 } // namespace impl
 
@@ -64,25 +75,21 @@ namespace impl {
 
 /// Checks a condition that only a mistake of the program can make false. The check costs one
 /// branch; "Ignore Always" is remembered for each place of use. It is an expression of type `void`.
-/// The message, a text, is evaluated only if the check fails.
+/// The message, a `char const*` or `std::string`, is evaluated only if the check fails.
 ///
 /// With `BRN_DISABLE_ASSERTS` defined, which a client chooses for each source, neither the
 /// condition nor the message is evaluated, and nothing of them is left in the program.
 #ifdef BRN_DISABLE_ASSERTS
+#define BRN_ASSERT(...) static_cast<void>(false && static_cast<bool>(__VA_ARGS__))
 #define BRN_ASSERT_MESSAGE(inExpression, inMessage)                                                \
     static_cast<void>(false && ((inExpression) ? true : (static_cast<void>(inMessage), true)))
 #else
+#define BRN_ASSERT(...) BRN_ASSERT_AS(static_cast<bool>(__VA_ARGS__), #__VA_ARGS__, "")
 #define BRN_ASSERT_MESSAGE(inExpression, inMessage)                                                \
     BRN_ASSERT_AS(static_cast<bool>(inExpression), #inExpression, inMessage)
 #endif
 
-#ifdef BRN_DISABLE_ASSERTS
-#define BRN_ASSERT(...) static_cast<void>(false && static_cast<bool>(__VA_ARGS__))
-#else
-#define BRN_ASSERT(...) BRN_ASSERT_AS(static_cast<bool>(__VA_ARGS__), #__VA_ARGS__, "")
-#endif
-
-/// The lambda has the flag of the place. It is made, without a lock, before the program starts.
+/// The lambda returns the flag of the place, which is constant-initialised.
 #define BRN_ASSERT_AS(inHolds, inText, inMessage)                                                  \
     (__builtin_expect(inHolds, true) ? static_cast<void>(0)                                        \
      : ::brindle::debug::impl::FailAssert(                                                         \

@@ -23,8 +23,8 @@ struct DeveloperAnswer {
 /// display or no program that shows dialogs, and waits for the answer. Any thread may call; dialogs
 /// may be shown side by side, and questions at the terminal wait for each other.
 ///
-/// Making a question calls the host's localiser. If a check fails in there, nobody is asked about
-/// that. Throws what the function throws, and `std::bad_alloc`.
+/// Making the question calls the host's localiser. If a check fails in there, the nested call
+/// returns `kNobodyThere` at once. Throws what the function throws, and `std::bad_alloc`.
 DeveloperAnswer AskDeveloper(std::function<DialogQuestion()> const& inMakeQuestion);
 
 } // namespace brindle::debug

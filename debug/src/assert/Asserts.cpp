@@ -145,14 +145,14 @@ void SetAssertWriteToStdOut(bool inWrite) noexcept {
 }
 
 bool impl::FailAssert(std::atomic<bool>& ioIgnoreAlways, char const* inExpression,
-                      std::string const& inMessage, char const* inFile, std::int32_t inLine,
+                      char const* inMessage, char const* inFile, std::int32_t inLine,
                       char const* inFunction) {
     if (ioIgnoreAlways.load(std::memory_order_relaxed)) {
         return false;
     }
     bool ignoreAlways = false;
-    bool const isToBreak = BreakAfterAssertDialog(ignoreAlways, inExpression, inMessage.c_str(),
-                                                  inFile, inLine, inFunction);
+    bool const isToBreak =
+        BreakAfterAssertDialog(ignoreAlways, inExpression, inMessage, inFile, inLine, inFunction);
     if (ignoreAlways) {
         ioIgnoreAlways.store(true, std::memory_order_relaxed);
     }

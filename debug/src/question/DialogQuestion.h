@@ -26,13 +26,13 @@ struct DialogQuestion {
     int closingButton = 0;             ///< the id that Escape and closing the window answer
 };
 
-/// The request that the library sends to the program that shows the dialog, and back. Nothing if
-/// the text is no request of this version.
+/// Converts between a question and the bytes that the library sends to the program that shows it.
+/// `ReadRequest` returns nothing for bytes that are no request of this version.
 std::string WriteRequest(DialogQuestion const& inQuestion);
 std::optional<DialogQuestion> ReadRequest(std::string_view inRequest);
 
-/// The program answers with a line: the id of a button in decimal, or this if no display lets it
-/// in. One that ends without an answer has not shown its dialog.
+/// The program answers with one line: the id of a button in decimal, or this text if it cannot
+/// connect to a display.
 inline constexpr char const* kNoDisplay = "no display";
 
 /// The key that stands for a button.

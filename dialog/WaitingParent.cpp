@@ -1,4 +1,4 @@
-#include "dialog/Shadow.h"
+#include "dialog/WaitingParent.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -21,7 +21,7 @@ int S_lifeline = -1;
 
 } // namespace
 
-void ContinueInShadow() {
+void ContinueInChild() {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) {
         return; // the dialog is worth more than the clipboard
@@ -40,9 +40,9 @@ void ContinueInShadow() {
     }
 }
 
-void LeaveShadow() {
+bool ReleaseParent() {
     if (S_lifeline < 0) {
-        return;
+        return false;
     }
     ::setsid();
     static_cast<void>(::chdir("/"));
@@ -52,6 +52,7 @@ void LeaveShadow() {
     ::close(nothing);
     static_cast<void>(::write(S_lifeline, "", 1));
     ::close(S_lifeline);
+    return true;
 }
 
 } // namespace brindle::dialog
