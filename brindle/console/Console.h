@@ -15,7 +15,8 @@ namespace brindle::console {
 
 /// Registers the built-in commands, which show and change the debug database (`debug.*`) and the
 /// trace volumes (`trace.*`), and look at the file system (`filesupport.*`). A command of a client
-/// that has one of their names already stays.
+/// that has one of their names already stays. From here on a developer who raises the category
+/// "Executors" sees the exceptions that leave posted functions: `debug::TraceExecutorExceptions`.
 BRN_API void Initialize();
 
 /// Closes every `Listener` of the process (Listen.h), and removes the commands that `Initialize`

@@ -6,6 +6,7 @@
 #include <brindle/config/Describe.h>
 #include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
+#include <brindle/debug/Contract.h>
 #include <brindle/debug/Trace.h>
 #include <brindle/utility/TextTypes.h>
 #include <brindle/xml/ExpatParser.h>
@@ -26,6 +27,7 @@ void StartLibrary(config::ErrorManager& inErrorManager, config::Localizer& inLoc
     config::Localizer::Set(&inLocalizer);
     std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
     xml::SetParserFactory(parsers);
+    debug::DisableContractDialog(); // which is for developers; users get a diagnostic
     // A host whose files are not beside its program says here where they are: the overrides of
     // brindle/filesupport/CommonDirs.h.
     console::Initialize();

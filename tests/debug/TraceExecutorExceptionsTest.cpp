@@ -2,6 +2,7 @@
 
 #include "tests/debug/DialogTests.h"
 
+#include <brindle/console/Console.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ TEST_F(ExecutorExceptions, AreTracedIfTheirCategoryIsRaised) {
         auto const pool =
             threads::CreateAsyncThreadedExecutor("pool", 1, threads::kThreadPriorityNormal);
         for (bool const isConnected : {false, true, false}) {
-            TraceExecutorExceptions(isConnected);
+            isConnected ? console::Initialize() : console::Terminate();
             for (std::int32_t const volume : {5, 6}) {
                 SetTraceVolume(tests::AsUTF8("Executors"), volume);
                 pool->Post([] { throw std::runtime_error("why"); }, 0);

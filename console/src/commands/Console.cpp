@@ -9,6 +9,7 @@
 #include "console/src/registry/Tokenizer.h"
 
 #include <brindle/console/CommandRegistry.h>
+#include <brindle/debug/TraceExecutorExceptions.h>
 
 #include <iterator>
 #include <string_view>
@@ -71,9 +72,11 @@ void Initialize() {
         UTF16String const help(command.help.begin(), command.help.end());
         CommandRegistry::RegisterCommand(command.Name(), help, command.factory);
     }
+    brindle::debug::TraceExecutorExceptions(true);
 }
 
 void Terminate() {
+    brindle::debug::TraceExecutorExceptions(false);
     if (auto const end = S_atTerminate.load(std::memory_order_acquire)) {
         end();
     }
