@@ -3,20 +3,18 @@
 #include "host/commandline/PlainText.h"
 #include "host/setup/HostErrorManager.h"
 #include "host/setup/HostLocalizer.h"
+#include "host/setup/StartAndStop.h"
 #include "host/verbs/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/config/Describe.h>
 #include <brindle/console/Terminal.h>
 #include <brindle/utility/Streams.h>
-#include <brindle/xml/ExpatParser.h>
-#include <brindle/xml/Parser.h>
 
 #include <algorithm>
 #include <csignal>
 #include <exception>
 #include <iomanip>
-#include <memory>
 
 namespace brindle::host {
 
@@ -26,8 +24,9 @@ constexpr int kStatus_Done = 0;
 constexpr int kStatus_Failed = 1;
 constexpr int kStatus_WrongUsage = 2;
 
-Verb const* const kVerbs[] = {&kSumVerb,    &kSealVerb, &kVerifyVerb, &kPlistVerb, &kPackVerb,
-                              &kUnpackVerb, &kTimeVerb, &kCalcVerb,   &kGuidVerb,  &kLayoutVerb};
+Verb const* const kVerbs[] = {&kSumVerb,  &kSealVerb,   &kVerifyVerb, &kPlistVerb,
+                              &kPackVerb, &kUnpackVerb, &kTimeVerb,   &kCalcVerb,
+                              &kGuidVerb, &kLayoutVerb, &kConsoleVerb};
 
 void PrintHelp() {
     constexpr int kCallWidth = 45;
@@ -118,19 +117,12 @@ int main(int inCount, char** inWords) {
     console::ReserveStandardStreams();
     // Beyond the limit on the size of files, a write fails and is reported like any other.
     std::signal(SIGXFSZ, SIG_IGN);
-    config::SetClientName(u"brindle"_utf16);
-    config::SetClientVersion(config::GetVersionString());
     host::HostErrorManager errorManager;
     host::HostLocalizer localizer;
-    config::ErrorManager::Set(&errorManager);
-    config::Localizer::Set(&localizer);
-    std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
-    xml::SetParserFactory(parsers);
+    host::StartLibrary(errorManager, localizer);
 
     int const status = host::RunAndReport({inWords + std::min(inCount, 1), inWords + inCount});
 
-    xml::ResetParserFactory();
-    config::Localizer::Set(nullptr);
-    config::ErrorManager::Set(nullptr);
+    host::StopLibrary();
     return status;
 }

@@ -24,8 +24,15 @@ Result<std::string> AccountHome();
 /// file.
 void* ModuleOf(void const* inAddress) noexcept;
 
-/// Executes the processor's breakpoint instruction, which ends the process unless a debugger is
-/// attached.
-void BreakIntoDebugger() noexcept;
+/// The words with which the program was started, with a blank between them; a word that is empty or
+/// holds a blank stands in quotation marks. Empty if the system does not say.
+std::string CommandLine();
+
+/// Raises SIGTRAP if a debugger is attached to the process, and returns once it goes on. Otherwise
+/// returns false.
+bool BreakIntoDebugger() noexcept;
+
+/// Ends the process at once: nothing is flushed, and no destructor or exit handler runs.
+[[noreturn]] void EndProcess(int inStatus) noexcept;
 
 } // namespace brindle::platform

@@ -6,6 +6,9 @@
 
 namespace brindle::console {
 
+/// True if a person at a terminal types the standard input of this process.
+BRN_API bool InputIsTerminal() noexcept;
+
 /// True if a person at a terminal reads standard output, or standard error, of this process.
 BRN_API bool OutputIsTerminal() noexcept;
 BRN_API bool ErrorOutputIsTerminal() noexcept;

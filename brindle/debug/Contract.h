@@ -23,7 +23,8 @@ constexpr void CheckContract(bool inHolds, char const* inExpression, char const*
     }
 }
 
-/// Shows "[file-line]" to the developer unless that is disabled. Returns whether the caller is to
+/// Shows "[file-line]" to the developer by `utility::ThreadSafeMessageDialog`, unless that is
+/// disabled. Returns whether the caller is to
 /// break into the debugger, which is always false: the dialog does that by itself.
 [[nodiscard]] BRN_API bool BreakAfterContractDialog(char const* inExpression, char const* inFile,
                                                     std::int32_t inLine);
@@ -33,7 +34,8 @@ constexpr void CheckContract(bool inHolds, char const* inExpression, char const*
 BRN_API void DisableContractDialog() noexcept;
 BRN_API void EnableContractDialog() noexcept;
 
-/// Executes the processor's breakpoint instruction.
+/// Stops in the debugger if one is attached to the process. Otherwise writes a line that says so to
+/// the debug channel, and the program goes on.
 BRN_API void BRN_DebugBreak() noexcept;
 
 /// Returns whether the address is not null, or is allowed to be. The memory is not touched.

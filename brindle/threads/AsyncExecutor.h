@@ -10,7 +10,8 @@ namespace brindle::threads {
 
 /// Runs functions asynchronously, now or after a delay. Any thread may call any operation.
 ///
-/// An exception that leaves a function is dropped, and the executor goes on.
+/// An exception that leaves a function is dropped, and the executor goes on. A host that wants to
+/// hear of it installs a hook (brindle/threads/DroppedException.h).
 ///
 /// Delays are due by the system's clock. If that is set, functions run when it reaches their time:
 /// setting it forward makes them run earlier, setting it back later. It goes on while the machine

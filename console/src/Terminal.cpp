@@ -4,6 +4,10 @@
 
 namespace brindle::console {
 
+bool InputIsTerminal() noexcept {
+    return platform::IsTerminal(platform::StandardStream::kInput);
+}
+
 bool OutputIsTerminal() noexcept {
     return platform::IsTerminal(platform::StandardStream::kOutput);
 }

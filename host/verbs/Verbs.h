@@ -21,6 +21,7 @@ struct Verb {
 
 // Each is defined in the source file of its name.
 extern Verb const kCalcVerb;
+extern Verb const kConsoleVerb;
 extern Verb const kGuidVerb;
 extern Verb const kLayoutVerb;
 extern Verb const kPackVerb;

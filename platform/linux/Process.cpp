@@ -2,7 +2,10 @@
 
 #include "platform/Paths.h"
 
+#include "platform/linux/FileDescriptor.h"
+
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,10 +14,33 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <fstream>
 #include <string_view>
 #include <vector>
 
 namespace brindle::platform {
+
+namespace {
+
+/// Whether the kernel names a tracer of this process. Allocates nothing, for the process may be in
+/// any state.
+bool IsTraced() noexcept {
+    constexpr std::string_view kField = "\nTracerPid:\t";
+    // The field stands within the first lines, of which only the first has a name in it.
+    std::array<char, 1024> text{};
+    FileDescriptor const file(
+        Uninterrupted([] { return ::open("/proc/self/status", O_RDONLY | O_CLOEXEC); }));
+    if (!file.IsOpen()) {
+        return false;
+    }
+    auto const size =
+        Uninterrupted([&] { return ::read(file.Get(), text.data(), text.size() - 1); });
+    std::string_view const status(text.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+    auto const place = status.find(kField);
+    return place != std::string_view::npos && status.substr(place + kField.size(), 1) != "0";
+}
+
+} // namespace
 
 std::uint32_t ProcessId() noexcept {
     return static_cast<std::uint32_t>(::getpid());
@@ -66,14 +92,28 @@ void* ModuleOf(void const* inAddress) noexcept {
     return ::dladdr(inAddress, &info) != 0 ? info.dli_fbase : nullptr;
 }
 
-void BreakIntoDebugger() noexcept {
-#if defined(__x86_64__) || defined(__i386__)
-    asm volatile("int3");
-#elif defined(__aarch64__)
-    asm volatile("brk #0xF000");
-#else
+std::string CommandLine() {
+    std::ifstream file("/proc/self/cmdline", std::ios::binary);
+    std::string line;
+    for (std::string word; std::getline(file, word, '\0');) {
+        bool const isQuoted = word.empty() || word.find(' ') != std::string::npos;
+        line += line.empty() ? "" : " ";
+        line += isQuoted ? '"' + word + '"' : word;
+    }
+    return line;
+}
+
+bool BreakIntoDebugger() noexcept {
+    if (!IsTraced()) {
+        return false;
+    }
+    // Unlike a breakpoint instruction it leaves the program where it can go on, on every processor.
     std::raise(SIGTRAP);
-#endif
+    return true;
+}
+
+void EndProcess(int inStatus) noexcept {
+    ::_exit(inStatus);
 }
 
 } // namespace brindle::platform

@@ -2,11 +2,13 @@
 
 #include "platform/Process.h"
 
+#include <pthread.h>
 #include <sched.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 
 namespace brindle::platform {
 
@@ -40,6 +42,21 @@ void SetThreadPriority(std::int32_t inPriority) noexcept {
     }
     setpriority(PRIO_PROCESS, ThreadId(),
                 std::min(19, NormalNiceness() - kNicenessStep * inPriority));
+}
+
+SignalsBlocked::SignalsBlocked() noexcept {
+    static_assert(sizeof(sigset_t) <= kMostBytes);
+    sigset_t all;
+    sigfillset(&all);
+    // These are the thread's own faults; a host may have a handler for them.
+    for (int const fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP}) {
+        sigdelset(&all, fault);
+    }
+    pthread_sigmask(SIG_SETMASK, &all, reinterpret_cast<sigset_t*>(mOldMask));
+}
+
+SignalsBlocked::~SignalsBlocked() {
+    pthread_sigmask(SIG_SETMASK, reinterpret_cast<sigset_t const*>(mOldMask), nullptr);
 }
 
 bool IsThreadBelowNormal() noexcept {

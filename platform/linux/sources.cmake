@@ -22,18 +22,32 @@ list(APPEND brindle_platform_sources
   platform/linux/Process.cpp
   platform/linux/DebugOutput.cpp
   platform/linux/Terminal.cpp
+  platform/linux/ControllingTerminal.cpp
+  platform/linux/ChildProcess.cpp
+  platform/linux/Dialogs.cpp
   platform/linux/Uuid.cpp
+  # sockets
+  platform/linux/Fork.cpp
+  platform/linux/OpenSockets.cpp
+  platform/linux/LocalSocket.cpp
   # memory
   platform/linux/AlignedMemory.cpp
   platform/linux/MemoryNames.cpp
   platform/linux/SharedMemory.cpp
   # threads and what they wait on
   platform/linux/Threads.cpp
-  platform/linux/Fork.cpp
   platform/linux/Barrier.cpp
   platform/linux/ThreadEnd.cpp
   platform/linux/SleepOnWord.cpp
   platform/linux/WakeUpEvent.cpp)
+
+# Where the program that shows dialogs is installed. Beside the library it is found wherever both are moved to.
+set(BRINDLE_DIALOG_PROGRAM "${CMAKE_INSTALL_FULL_LIBEXECDIR}/brindle/brindle-dialog" CACHE FILEPATH
+  "Where brindle-dialog is installed")
+file(RELATIVE_PATH dialog_from_library "${CMAKE_INSTALL_FULL_LIBDIR}"
+  "${CMAKE_INSTALL_FULL_LIBEXECDIR}/brindle/brindle-dialog")
+set_source_files_properties(platform/linux/Dialogs.cpp PROPERTIES COMPILE_DEFINITIONS
+  "BRINDLE_DIALOG_PROGRAM=\"${BRINDLE_DIALOG_PROGRAM}\";BRINDLE_DIALOG_FROM_LIBRARY=\"${dialog_from_library}\"")
 
 # Shortcuts and file associations are those of the free desktops.
 include(${CMAKE_CURRENT_LIST_DIR}/../desktop/sources.cmake)

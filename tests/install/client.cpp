@@ -12,6 +12,9 @@
 #include <brindle/config/DeferredErrorReporter.h>
 #include <brindle/config/ErrorManager.h>
 #include <brindle/config/Localizer.h>
+#include <brindle/console/CommandRegistry.h>
+#include <brindle/console/Completion.h>
+#include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
 #include <brindle/debug/StreamBuffers.h>
 #include <brindle/filesupport/Aliases.h>
@@ -149,6 +152,29 @@ void UseFiles() {
     }
 }
 
+class Hello : public console::Command {
+public:
+    using Command::Command;
+    void Execute(UTF16String const& inArguments, UTF16OutputStream& ioOut) override {
+        ioOut << GetName() << u' ' << inArguments;
+    }
+};
+
+void UseConsole() {
+    console::CommandRegistry::RegisterCommand(
+        u"hello"_utf16, u"hello - greets."_utf16,
+        [](UTF16String const& name, UTF16String const& help) -> console::Command* {
+            return new Hello(name, help);
+        });
+    std::basic_stringbuf<std::uint16_t> buffer;
+    UTF16OutputStream out(&buffer);
+    Check(console::ExecuteCommand(u"hello  world"_utf16, out), "a command");
+    Check(buffer.str() == u"hello world"_utf16, "the output of a command");
+    Check(console::CompleteLine("hel"_utf8, 3).candidates.size() == 1, "completion");
+    delete console::CommandRegistry::UnregisterCommand(u"hello"_utf16);
+    Check(!console::ExecuteCommand(u"hello"_utf16, out), "no command");
+}
+
 /// Functions of the client run on threads of the library, and both use the same types of Boost.
 void UseThreads() {
     using namespace threads;
@@ -237,6 +263,7 @@ int main() {
     UseTextStreams();
     UseFiles();
     UseThreads();
+    UseConsole();
     UseGroups();
     UseValues();
     UseOtherClasses();

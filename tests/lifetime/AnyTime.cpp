@@ -10,8 +10,13 @@
 #include <brindle/config/DeferredErrorReporter.h>
 #include <brindle/config/Errors.h>
 #include <brindle/config/Localizer.h>
+#include <brindle/console/Completion.h>
+#include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
+#include <brindle/console/Listen.h>
+#include <brindle/console/RemoteConsole.h>
 #include <brindle/console/Terminal.h>
+#include <brindle/debug/Asserts.h>
 #include <brindle/debug/Contract.h>
 #include <brindle/debug/DebugDatabase.h>
 #include <brindle/debug/SafeTraceStream.h>
@@ -181,10 +186,30 @@ void UseDiagnostics() {
     Check(category.Enabled(5), "trace categories");
     Check(!debug::TraceEnabled("any time"_utf8, 6, true), "trace volumes");
     BRN_TRACE(category, 5, "text in the log, if there is one");
+    ::setenv("DISPLAY", "any", 1);
+    debug::SetDialogProgram("/bin/false"); // which does not answer
+    Check(!debug::BreakAfterContractDialog("a contract", __FILE__, __LINE__), "contracts");
+    debug::DebugDatabase::Instance().SetEntry("assert.enabled"_utf8, "true"_utf8);
+    Check(debug::DisplayAssert("an assert", "at any time") == debug::kAssert_Break, "asserts");
+    BRN_ASSERT(S_moment != nullptr);
     debug::ShutdownTraceManager();
     console::ConsoleLogFile::Terminate();
     debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
     Check(debug::DebugDatabase::Instance().HasEntry("key"_utf8), "debug settings");
+    console::Initialize();
+    UTF16OutputStream nowhere;
+    Check(console::ExecuteCommand(u"debug.set key = value"_utf16, nowhere), "commands");
+    Check(console::CompleteLine("debug.get k"_utf8, 11).candidates.size() == 1, "completion");
+    std::filesystem::permissions(preferences, std::filesystem::perms::owner_all);
+    ::setenv("XDG_RUNTIME_DIR", preferences.c_str(), 1);
+    auto const listener = console::Listen(
+        u"any time"_utf16,
+        threads::CreateAsyncThreadedExecutor("commands", 1, threads::kThreadPriorityNormal));
+    console::RemoteConsole remote(console::ListeningPrograms(u"any time"_utf16).at(0));
+    Check(remote.ExecuteCommand("debug.list"_utf8).outcome == console::RemoteAnswer::Outcome::kRan,
+          "attached consoles");
+    console::Terminate();
+    Check(!listener.IsListening(), "the end of listening");
     debug::SafeTraceStream stream;
     stream << S_moment << ": text of a trace stream\n";
     std::filesystem::remove_all(preferences);

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <future>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace brindle::platform {
@@ -13,7 +16,24 @@ TEST(System, ThreadsAndModulesAreToldApart) {
     EXPECT_NE(std::async(std::launch::async, ThreadId).get(), mine);
     static int const here = 0;
     EXPECT_NE(ModuleOf(&here), ModuleOf(reinterpret_cast<void const*>(&::getpid)));
-    EXPECT_DEATH(BreakIntoDebugger(), "");
+}
+
+TEST(System, ABreakStopsInADebuggerOnly) {
+    EXPECT_FALSE(BreakIntoDebugger());
+    pid_t const child = ::fork();
+    if (child == 0) {
+        ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        ::_exit(BreakIntoDebugger() ? 7 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (WIFEXITED(status)) {
+        GTEST_SKIP() << "processes may not be traced here";
+    }
+    EXPECT_EQ(WSTOPSIG(status), SIGTRAP);
+    ::ptrace(PTRACE_CONT, child, nullptr, 0);
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), 7);
 }
 
 TEST(System, DebugOutputSurvivesAReaderThatIsGone) {

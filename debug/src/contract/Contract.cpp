@@ -6,6 +6,7 @@
 #include "platform/Process.h"
 
 #include <brindle/config/ErrorCodes.h>
+#include <brindle/utility/ThreadSafeMessageDialog.h>
 
 #include <atomic>
 #include <functional>
@@ -35,7 +36,7 @@ bool BreakAfterContractDialog(char const*, char const* inFile, std::int32_t inLi
     if (S_dialogEnabled.load(std::memory_order_relaxed)) {
         std::string const text = "[" + std::string(inFile) + "-" + std::to_string(inLine) + "]\r\n";
         ContractMessageHook const hook = S_messageHookP.load(std::memory_order_acquire);
-        (hook != nullptr ? hook : platform::WriteDebugOutput)(text.c_str());
+        (hook != nullptr ? hook : utility::ThreadSafeMessageDialog)(text.c_str());
     }
     return false;
 }
@@ -49,7 +50,10 @@ void EnableContractDialog() noexcept {
 }
 
 void BRN_DebugBreak() noexcept {
-    platform::BreakIntoDebugger();
+    if (!platform::BreakIntoDebugger()) {
+        platform::WriteDebugOutput(
+            "brindle: a breakpoint was reached, but no debugger is attached\n");
+    }
 }
 
 bool IsValidAddress(void const* inAddress, bool inNullAllowed) noexcept {

@@ -6,8 +6,8 @@ namespace brindle::debug {
 /// done. It runs on the thread that violated the contract, and several threads may do so at once.
 using ContractMessageHook = void (*)(char const* inText);
 
-/// Installs what shows the message, for a higher room that has dialogs. Null stands for the debug
-/// channel, which is the default.
+/// Installs what shows the message instead of `utility::ThreadSafeMessageDialog`, which is the
+/// default and which null stands for.
 void SetContractMessageHook(ContractMessageHook inHook) noexcept;
 
 } // namespace brindle::debug

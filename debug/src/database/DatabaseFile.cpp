@@ -76,4 +76,13 @@ bool FieldReader::Next(std::uint8_t inDelimiter, UTF8String& outField) {
     return true;
 }
 
+void ReadEntries(UTF8String const& inText, proplist::PropList& ioEntries) {
+    FieldReader fields(inText);
+    UTF8String key;
+    UTF8String value;
+    while (fields.Next('\t', key) && fields.Next('\n', value)) {
+        ioEntries.SetValue(key, value);
+    }
+}
+
 } // namespace brindle::debug

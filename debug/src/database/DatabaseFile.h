@@ -1,5 +1,6 @@
 #pragma once
 
+#include <brindle/proplist/PropList.h>
 #include <brindle/utility/TextTypes.h>
 
 #include <cstddef>
@@ -44,5 +45,9 @@ private:
     UTF8String const& mText;
     std::size_t mPosition = 0;
 };
+
+/// Stores the entries of a debug database's text, of which each is a key, a tab, a value and a line
+/// feed. Of several with one key the last one counts; what is not complete does not.
+void ReadEntries(UTF8String const& inText, proplist::PropList& ioEntries);
 
 } // namespace brindle::debug

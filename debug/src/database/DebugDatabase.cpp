@@ -66,13 +66,7 @@ bool DebugDatabase::GetDisableFileWrites() noexcept {
 
 void DebugDatabase::Load() {
     ReentrantLock const lock(S_mutex);
-    auto const text = S_file.Read();
-    FieldReader fields(text);
-    UTF8String key;
-    UTF8String value;
-    while (fields.Next('\t', key) && fields.Next('\n', value)) {
-        SetValue(key, value);
-    }
+    ReadEntries(S_file.Read(), *this);
 }
 
 void DebugDatabase::Save() {

@@ -1,8 +1,8 @@
 #include "debug/src/trace/TraceDatabase.h"
 
-#include <charconv>
+#include "debug/src/database/WholeNumber.h"
+
 #include <string>
-#include <string_view>
 
 namespace brindle::debug {
 
@@ -18,21 +18,6 @@ UTF8String const& VolumeKey() {
     return key;
 }
 
-/// The decimal number that is the whole text, but for white space around it; otherwise 0.
-std::int32_t NumberIn(UTF8String const& inText) noexcept {
-    constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
-    std::string_view text(reinterpret_cast<char const*>(inText.data()), inText.size());
-    text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
-    text = text.substr(0, text.find_last_not_of(kWhiteSpace) + 1);
-    if (text.size() > 1 && text[0] == '+' && text[1] != '-') {
-        text.remove_prefix(1);
-    }
-    std::int32_t number = 0;
-    auto const* const end = text.data() + text.size();
-    auto const result = std::from_chars(text.data(), end, number);
-    return result.ec == std::errc() && result.ptr == end ? number : 0;
-}
-
 } // namespace
 
 void TraceDatabase::Load() {
@@ -43,7 +28,7 @@ void TraceDatabase::Load() {
     UTF8String enabled;
     UTF8String volume;
     while (fields.Next('\t', name) && fields.Next('\t', enabled) && fields.Next('\n', volume)) {
-        Store(name, {NumberIn(enabled) == 1, NumberIn(volume)});
+        Store(name, {WholeNumber(enabled) == 1, WholeNumber(volume)});
     }
 }
 

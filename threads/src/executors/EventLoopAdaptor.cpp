@@ -9,10 +9,11 @@
 namespace brindle::threads {
 
 boost::shared_ptr<AsyncEventLoopAdaptor> AdaptCurrentEventLoopAsExecutor() {
-    return boost::make_shared<EventLoopAdaptor>();
+    return boost::make_shared<EventLoopAdaptor>("");
 }
 
-EventLoopAdaptor::EventLoopAdaptor() : mTarget(new EventLoopTarget(CurrentMessageQueue())) {}
+EventLoopAdaptor::EventLoopAdaptor(std::string const& inName)
+    : mTarget(new EventLoopTarget(CurrentMessageQueue(), inName)) {}
 
 EventLoopAdaptor::~EventLoopAdaptor() {
     if (IsInherited()) {

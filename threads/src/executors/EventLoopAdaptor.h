@@ -8,6 +8,8 @@
 
 #include <boost/noncopyable.hpp>
 
+#include <string>
+
 namespace brindle::threads {
 
 /// Makes an executor of the loop of the thread that constructs it. Each immediate item goes into
@@ -15,7 +17,7 @@ namespace brindle::threads {
 /// run in the order of posting, in whatever order the pumps arrive.
 class EventLoopAdaptor : public AsyncEventLoopAdaptor, boost::noncopyable {
 public:
-    EventLoopAdaptor();
+    explicit EventLoopAdaptor(std::string const& inName);
     ~EventLoopAdaptor() override;
 
     bool Post(boost::function0<void> const& inFunction, std::uint32_t inDelayMilliseconds) override;
@@ -27,6 +29,7 @@ public:
     void Drain() override;
     /// Runs the oldest immediate item, as `Drain` does. False if there is none.
     bool DrainOne() { return mTarget->DispatchOne(); }
+    std::string const& Name() const noexcept { return mTarget->ExecutorName(); }
 
 private:
     bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }

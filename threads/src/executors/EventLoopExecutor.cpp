@@ -1,5 +1,6 @@
 #include "threads/src/executors/EventLoopExecutor.h"
 
+#include "threads/src/executors/DropException.h"
 #include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <boost/bind/bind.hpp>
@@ -14,7 +15,8 @@ void DrainToTheEnd(EventLoopAdaptor& ioAdaptor, MessageLoop& ioLoop) noexcept {
         ioLoop.RemindOfQuit();
         try {
             isLeft = ioAdaptor.DrainOne();
-        } catch (...) { // documented: an exception from an item is dropped
+        } catch (...) {
+            DropException(ioAdaptor.Name());
         }
     }
 }
@@ -26,7 +28,7 @@ boost::shared_ptr<AsyncEventLoopExecutor> CreateAsyncEventLoopExecutor(std::stri
 }
 
 EventLoopExecutor::State::State(std::string const& inName)
-    : thread(inName, boost::bind(&EventLoopExecutor::RunThread, shared)) {}
+    : thread(inName, boost::bind(&EventLoopExecutor::RunThread, shared, inName)) {}
 
 EventLoopExecutor::EventLoopExecutor(std::string const& inName)
     : mState(std::make_unique<State>(inName)) {}
@@ -39,13 +41,14 @@ EventLoopExecutor::~EventLoopExecutor() {
     Shutdown();
 }
 
-void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared) {
+void EventLoopExecutor::RunThread(boost::shared_ptr<Shared> const& inShared,
+                                  std::string const& inName) {
     boost::shared_ptr<EventLoopAdaptor> adaptor;
     boost::shared_ptr<MessageLoop> loop;
     SetCurrentThreadPriority(kThreadPriorityNormal); // not that of the thread that started this one
     try {
         loop = boost::make_shared<MessageLoop>();
-        adaptor = boost::make_shared<EventLoopAdaptor>();
+        adaptor = boost::make_shared<EventLoopAdaptor>(inName);
     } catch (...) {
         // It has been reported. Without an adaptor the executor is as after a shutdown.
         inShared->ready.Open();

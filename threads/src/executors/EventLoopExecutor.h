@@ -42,7 +42,7 @@ private:
     };
 
     bool IsInherited() const noexcept { return platform::ForkCount() != mForkCount; }
-    static void RunThread(boost::shared_ptr<Shared> const& inShared);
+    static void RunThread(boost::shared_ptr<Shared> const& inShared, std::string const& inName);
     /// The adaptor; null after a shutdown, and in a forked child. Waits until the thread is ready.
     boost::shared_ptr<EventLoopAdaptor> Adaptor();
 

@@ -1,5 +1,7 @@
 #include "threads/src/executors/EventLoopTarget.h"
 
+#include "threads/src/executors/DropException.h"
+
 #include <cstddef>
 #include <new>
 #include <utility>
@@ -8,12 +10,13 @@ namespace brindle::threads {
 
 namespace {
 
-/// Runs items on the loop, which goes on whatever they throw.
+/// Runs items of the target on the loop, which goes on whatever they throw.
 template <typename Function>
-void RunDroppingExceptions(Function const& inFunction) noexcept {
+void RunDroppingExceptions(EventLoopTarget& ioTarget, Function const& inFunction) noexcept {
     try {
-        inFunction();
+        inFunction(ioTarget);
     } catch (...) {
+        DropException(ioTarget.ExecutorName());
     }
 }
 
@@ -51,7 +54,7 @@ public:
     }
 
     void Handle() noexcept override {
-        RunDroppingExceptions([this] { Adaptor().DispatchOne(); });
+        RunDroppingExceptions(Adaptor(), [](EventLoopTarget& ioTarget) { ioTarget.DispatchOne(); });
     }
 };
 
@@ -63,7 +66,8 @@ public:
         : EventLoopMessage(std::move(inTarget)), mNumber(inNumber) {}
 
     void Handle() noexcept override {
-        RunDroppingExceptions([this] { Run(Adaptor().delayed.Take(mNumber)); });
+        RunDroppingExceptions(
+            Adaptor(), [this](EventLoopTarget& ioTarget) { Run(ioTarget.delayed.Take(mNumber)); });
     }
 
 private:

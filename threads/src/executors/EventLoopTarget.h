@@ -5,6 +5,9 @@
 #include "threads/src/executors/DelayedItems.h"
 #include "threads/src/executors/ThreadSafeQueue.h"
 
+#include <string>
+#include <utility>
+
 namespace brindle::threads {
 
 /// Where the messages of an adaptor go, and the owner of its items. Messages and the timer keep the
@@ -12,7 +15,9 @@ namespace brindle::threads {
 /// at once, wherever their messages are. Any thread may call.
 class EventLoopTarget : public platform::MessageTarget {
 public:
-    using platform::MessageTarget::MessageTarget;
+    /// Of a queue, and for an executor of this name.
+    EventLoopTarget(boost::intrusive_ptr<platform::MessageQueue> inQueue, std::string inName)
+        : platform::MessageTarget(std::move(inQueue)), mExecutorName(std::move(inName)) {}
 
     /// Runs the oldest immediate item on the calling thread and releases it. False if there is
     /// none. What the item throws reaches the caller.
@@ -32,6 +37,11 @@ public:
 
     ThreadSafeQueue<AllocatedFunction> immediate;
     DelayedItems delayed;
+
+    std::string const& ExecutorName() const noexcept { return mExecutorName; }
+
+private:
+    std::string const mExecutorName;
 };
 
 } // namespace brindle::threads

@@ -1,5 +1,6 @@
 #include "threads/src/executors/ThreadedWorkQueue.h"
 
+#include "threads/src/executors/DropException.h"
 #include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -12,8 +13,8 @@ namespace brindle::threads {
 
 namespace {
 
-void RunWorker(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue, ThreadPriority inPriority,
-               boost::shared_ptr<Gate> const& inGate) {
+void RunWorker(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue, std::string const& inName,
+               ThreadPriority inPriority, boost::shared_ptr<Gate> const& inGate) {
     SetCurrentThreadPriority(inPriority);
     while (AllocatedFunction::Pointer const item = inQueue->Dequeue()) {
         if (item->IsEmpty()) {
@@ -22,7 +23,8 @@ void RunWorker(boost::shared_ptr<ThreadSafeDelayQueue> const& inQueue, ThreadPri
         inGate->Wait();
         try {
             item->Run();
-        } catch (...) { // documented: an exception from an item is dropped
+        } catch (...) {
+            DropException(inName);
         }
     }
 }
@@ -181,9 +183,9 @@ void ThreadedWorkQueue::StartWorkers(boost::shared_ptr<ThreadSafeDelayQueue> con
                                      ThreadPriority inPriority) {
     mState->threads.reserve(static_cast<std::size_t>(std::max(inThreadCount, 0)));
     for (int i = 0; i < inThreadCount; ++i) {
-        mState->threads.push_back(
-            std::make_unique<Thread>(inName, [queue = inQueue, inPriority, gate = mState->gate] {
-                RunWorker(queue, inPriority, gate);
+        mState->threads.push_back(std::make_unique<Thread>(
+            inName, [queue = inQueue, inName, inPriority, gate = mState->gate] {
+                RunWorker(queue, inName, inPriority, gate);
             }));
     }
 }

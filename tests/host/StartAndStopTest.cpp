@@ -1,0 +1,80 @@
+#include "host/setup/StartAndStop.h"
+
+#include "host/setup/HostErrorManager.h"
+#include "host/setup/HostLocalizer.h"
+#include "tests/support/Environment.h"
+#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/InThreads.h"
+
+#include <brindle/console/Console.h>
+#include <brindle/console/ConsoleLogFile.h>
+#include <brindle/debug/DebugDatabase.h>
+#include <brindle/debug/TraceCategory.h>
+#include <brindle/filesupport/Dir.h>
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/proplist/PropListUtils.h>
+#include <brindle/threads/AsyncThreadedExecutor.h>
+
+#include <stdexcept>
+
+namespace brindle::host {
+
+namespace {
+
+class StartAndStop : public tests::InTemporaryDirectory {
+protected:
+    /// What an application does between its start and its stop.
+    void Use() {
+        proplist::PropList list;
+        list.SetValue("key"_utf8, true);
+        filesupport::File file(At("list.xml"));
+        proplist::utils::SavePropList(file, list);
+        proplist::PropList loaded;
+        proplist::utils::LoadPropList(file.FullPath(), loaded, false);
+        EXPECT_EQ(loaded.GetPropertyType("key"_utf8), proplist::kPropertyType_Bool);
+        debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
+        auto const pool =
+            threads::CreateAsyncThreadedExecutor("pool", 2, threads::kThreadPriorityNormal);
+        debug::SetTraceVolume("decoder"_utf8, 6);
+        tests::InThreads(2, [&](unsigned) {
+            debug::TraceCategory const category("decoder"_utf8);
+            pool->Post([category] { BRN_TRACE(category, 6, "from a worker"); }, 0);
+            std::basic_stringbuf<std::uint16_t> buffer;
+            UTF16OutputStream out(&buffer);
+            EXPECT_TRUE(console::ExecuteCommand(u"debug.list"_utf16, out));
+        });
+        pool->Shutdown();
+        pool->Synchronize();
+    }
+
+    std::string Preference(std::string const& inName) const {
+        return ContentOf(filesupport::NativePath(filesupport::Dir::PrefDir()) + '/' + inName);
+    }
+};
+
+TEST_F(StartAndStop, MayFollowEachOtherInOneProcess) {
+    tests::Environment const preferences({{"XDG_CONFIG_HOME", mTemporary.Native()}});
+    HostErrorManager errorManager;
+    HostLocalizer localizer;
+    for (int run = 0; run < 3; ++run) {
+        SCOPED_TRACE(run);
+        StartLibrary(errorManager, localizer);
+        EXPECT_EQ(filesupport::NativePath(filesupport::Dir::PrefDir()), Native("brindle"));
+        filesupport::File(filesupport::Dir::PrefDir(), u"brindle Log.txt"_utf16).Create();
+        Use();
+        StopLibrary();
+
+        auto const log = Preference("brindle Log.txt");
+        EXPECT_NE(log.find("from a worker"), std::string::npos) << log;
+        EXPECT_NE(log.find("Log file closed: "), std::string::npos) << log;
+        EXPECT_EQ(Preference("Debug Database.txt"), "key\tvalue\n");
+        EXPECT_NE(Preference("Trace Database.txt").find("decoder\t1\t6\n"), std::string::npos);
+        EXPECT_THROW(config::ErrorManager::Get(), std::logic_error);
+        UTF16OutputStream out;
+        EXPECT_FALSE(console::ExecuteCommand(u"debug.list"_utf16, out));
+    }
+}
+
+} // namespace
+
+} // namespace brindle::host
