@@ -6,15 +6,11 @@
 
 #include <ostream>
 
-namespace brindle::literals {
-
-UTF16String operator""_utf16(char const* inText, std::size_t inLength) {
+brindle::UTF16String brindle::literals::operator""_utf16(char const* inText, std::size_t inLength) {
     UTF16String text;
     utility::impl::AssignUTF8to16(inText, inLength, text);
     return text;
 }
-
-} // namespace brindle::literals
 
 std::ostream& std::operator<<(std::ostream& ioStream, brindle::UTF16String const& inText) {
     return ioStream << brindle::utility::ToStd(inText);
