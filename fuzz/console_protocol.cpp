@@ -3,7 +3,8 @@
 
 #include "console/src/listen/Protocol.h"
 #include "console/src/listen/SocketNames.h"
-#include "console/src/listen/WholeText.h"
+
+#include <brindle/utility/TextConversions.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -29,8 +30,6 @@ void ReadRequests(std::string const& inBytes) {
             auto const request = DecodeRequest(line);
             bool const isWhole = request && line.find(' ') != std::string::npos;
             Require(!isWhole || EncodeRequest(*request) == line + '\n');
-            auto const text = request ? FromBytes(request->text) : std::nullopt;
-            Require(!text || ToBytes(*text) == request->text);
         }
     }
 }
@@ -57,8 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     ReadReplies(bytes);
     auto const program = ProgramOf(bytes);
     Require(!program || SocketName(program->name, program->processId) == bytes);
-    auto const text = FromBytes(bytes);
-    auto const name = SocketName(text ? *text : brindle::UTF16String(), 1);
+    auto const name = SocketName(brindle::utility::Utf16(bytes), 1);
     Require(name[0] != '.' && name.find('/') == std::string::npos && ProgramOf(name));
     return 0;
 }

@@ -16,7 +16,11 @@
 #include <brindle/console/Completion.h>
 #include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
+#include <brindle/console/Listen.h>
+#include <brindle/console/RemoteConsole.h>
+#include <brindle/debug/DebugDatabase.h>
 #include <brindle/debug/StreamBuffers.h>
+#include <brindle/debug/TraceCategory.h>
 #include <brindle/filesupport/Aliases.h>
 #include <brindle/filesupport/BufferByteStream.h>
 #include <brindle/filesupport/BufferedByteStream.h>
@@ -26,6 +30,7 @@
 #include <brindle/filesupport/DequeByteStream.h>
 #include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/LimitedByteStream.h>
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/filesupport/RLEByteStream.h>
@@ -241,20 +246,26 @@ void UseOtherClasses() {
         arrange::IArrangeable, arrange::Single, arrange::impl::AbstractArrangeableGroup,
         arrange::impl::ArrangementSet, arrange::impl::GroupArrangement, arrange::impl::IArrangement,
         config::DeferredErrorReporter, config::ErrorManager, config::FileFailure, config::Localizer,
-        config::ReplacementValue, ByteStream_base, IBufferByteStream, IBufferedByteStream,
-        IByteStream, IContainerByteStream<std::string>, IDequeByteStream, IRLEByteStream,
-        IStdByteStream, IStringByteStream, IteratorHelper, OBufferByteStream, OBufferedByteStream,
-        OByteStream, OCRCByteStream, OCountingByteStream, OContainerByteStream<std::string>,
-        ODequeByteStream, OPlatformByteStream, ORLEByteStream, OSafeSaveStream, OStdByteStream,
-        OStringByteStream, byte_stream_exception, create_accessdenied_exception, create_exception,
-        create_fnf_exception, create_invalidpath_exception, create_locked_exception,
-        dir_delete_exception, dir_exception, dir_not_found_exception, eof_error,
-        file_delete_exception, io_error, rename_dir, rename_dir_already_exists, rename_file,
-        proplist::PropListXMLHandler, threads::AsyncEventLoopAdaptor,
-        threads::AsyncEventLoopExecutor, threads::AsyncExecutor, threads::AsyncThreadedExecutor,
-        threads::SyncPoint, threads::Barrier, threads::Thread, threads::ThreadGroup,
-        utility::RefCountedObject, xml::AbstractDocParser, xml::AbstractParseHandler,
-        xml::DocParserFactory, xml::ExpatParser>();
+        config::ReplacementValue, console::Command, console::ConsoleLogFile, debug::DebugDatabase,
+        debug::TraceHandler, ByteStream_base, IBufferByteStream, IBufferedByteStream, IByteStream,
+        IContainerByteStream<std::string>, IDequeByteStream, IRLEByteStream, IStdByteStream,
+        IStringByteStream, IteratorHelper, OBufferByteStream, OBufferedByteStream, OByteStream,
+        ICRCByteStream, ILimitedByteStream, OCRCByteStream, OCountingByteStream,
+        OContainerByteStream<std::string>, ODequeByteStream, OPlatformByteStream, ORLEByteStream,
+        OSafeSaveStream, OStdByteStream, OStringByteStream, byte_stream_exception,
+        create_accessdenied_exception, create_exception, create_fnf_exception,
+        create_invalidpath_exception, create_locked_exception, dir_delete_exception, dir_exception,
+        dir_not_found_exception, eof_error, file_delete_exception, io_error, rename_dir,
+        rename_dir_already_exists, rename_file, proplist::PropListXMLHandler,
+        threads::AsyncEventLoopAdaptor, threads::AsyncEventLoopExecutor, threads::AsyncExecutor,
+        threads::AsyncThreadedExecutor, threads::SyncPoint, threads::Barrier, threads::Thread,
+        threads::ThreadGroup, utility::RefCountedObject, xml::AbstractDocParser,
+        xml::AbstractParseHandler, xml::DocParserFactory, xml::ExpatParser>();
+    console::Listener const listener;
+    Check(!listener.IsListening(), "a listener that nobody asked for");
+    Check(console::ListeningPrograms(u"nobody"_utf16).empty(), "who listens");
+    Check(!console::RemoteConsole({u"nobody"_utf16, 0}).IsAttached(), "a console of nobody");
+    Check(debug::TraceCategory("a"_utf8).Name() == "a"_utf8, "a category");
 }
 
 } // namespace
