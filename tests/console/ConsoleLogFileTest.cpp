@@ -94,16 +94,18 @@ TEST_F(ConsoleLog, HeaderHasTheTimeAsTheUserWritesIt) {
     EXPECT_LE(std::abs(std::difftime(std::time(nullptr), ::timelocal(&written))), 3700) << line;
 }
 
-TEST_F(ConsoleLog, NameOfTheClientCanBeReplaced) {
+TEST_F(ConsoleLog, NameOfTheClientCanBeReplacedAndALinkStaysOne) {
     ConsoleLogFile::SetDefaultLogFileName(u"other"_utf16);
-    Fill(Preference("other Log.txt"), "old");
-    Write("text");
-    EXPECT_EQ(Logged(Preference("other Log.txt")), "text");
-    EXPECT_EQ(ContentOf(Preference("other Log-last.txt")), "old");
+    Fill("real.txt", "old");
+    fs::create_symlink(Native("real.txt"), Native(Preference("other Log.txt")));
+    Write("new");
+    EXPECT_TRUE(fs::is_symlink(Native(Preference("other Log.txt"))));
+    EXPECT_EQ(Logged("real.txt"), "new");
     UTF16String path;
     EXPECT_TRUE(ConsoleLogFile::GetInstance()->GetLogFilePath(path, true));
     EXPECT_EQ(filesupport::NativePath(filesupport::File(path)),
               Native(Preference("other Log-last.txt")));
+    EXPECT_EQ(ContentOf(Preference("other Log-last.txt")), "old");
 }
 
 TEST_F(ConsoleLog, WhatIsNoLogIsLeftAlone) {
@@ -142,15 +144,6 @@ TEST_F(ConsoleLog, WithoutPreferencesThereIsNoLogAndNoFailure) {
         ExpectNoLog();
     }
     filesupport::commondirs::SetAppDirOverride(Dir());
-}
-
-TEST_F(ConsoleLog, LinkToALogStaysOne) {
-    Fill("real.txt", "old");
-    fs::create_symlink(Native("real.txt"), Native(mLog));
-    Write("new");
-    EXPECT_TRUE(fs::is_symlink(Native(mLog)));
-    EXPECT_EQ(Logged("real.txt"), "new");
-    EXPECT_EQ(ContentOf(mLast), "old");
 }
 
 TEST_F(ConsoleLog, ExplicitLogReplacesAFile) {

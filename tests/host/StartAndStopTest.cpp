@@ -3,7 +3,6 @@
 #include "host/setup/HostErrorManager.h"
 #include "host/setup/HostLocalizer.h"
 #include "tests/support/InPreferences.h"
-#include "tests/support/InThreads.h"
 
 #include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
@@ -22,18 +21,16 @@ namespace {
 /// What an application does between its start and its stop.
 void Use() {
     debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
+    debug::SetTraceVolume("decoder"_utf8, 6);
     auto const pool =
         threads::CreateAsyncThreadedExecutor("pool", 2, threads::kThreadPriorityNormal);
-    debug::SetTraceVolume("decoder"_utf8, 6);
-    tests::InThreads(2, [&](unsigned) {
-        debug::TraceCategory const category("decoder"_utf8);
-        pool->Post([category] { BRN_TRACE(category, 6, "from a worker"); }, 0);
-        std::basic_stringbuf<std::uint16_t> buffer;
-        UTF16OutputStream out(&buffer);
-        EXPECT_TRUE(console::ExecuteCommand(u"debug.list"_utf16, out));
-    });
+    debug::TraceCategory const category("decoder"_utf8);
+    pool->Post([category] { BRN_TRACE(category, 6, "from a worker"); }, 0);
     pool->Shutdown();
     pool->Synchronize();
+    std::basic_stringbuf<std::uint16_t> buffer;
+    UTF16OutputStream out(&buffer);
+    EXPECT_TRUE(console::ExecuteCommand(u"debug.list"_utf16, out));
 }
 
 using StartAndStop = tests::InPreferences;
