@@ -163,6 +163,12 @@ TEST_F(ConsoleLog, ExplicitLogReplacesAFile) {
                  filesupport::file_delete_exception);
     EXPECT_TRUE(log->Exists()) << "the file that is held is there";
     Write("nowhere");
+    fs::permissions(mTemporary.Native(), fs::perms(0555));
+    {
+        tests::OrdinaryUser const user;
+        EXPECT_FALSE(log->OpenLogFile(tests::AsUTF8(Native("new.txt")))) << "nothing to replace";
+    }
+    fs::permissions(mTemporary.Native(), fs::perms(0755));
     log->CloseLogFile();
     EXPECT_FALSE(log->Exists());
 }

@@ -261,8 +261,10 @@ TEST_F(Listening, SlowAndHostileClientsHoldUpNobody) {
     for (std::size_t i = 4; i < kMostClients; ++i) {
         more.push_back(AttachWhenThereIsRoom());
     }
-    ExpectEcho(more.back(), "a"); // the broken one has been noticed by then
-    EXPECT_EQ(Attach().Failure(), "the program does not accept: too many consoles are attached");
+    auto const program = ListeningPrograms(u"test"_utf16).at(0);
+    ExpectEcho(more.back(), "a"); // who has gone, as the search for programs, is noticed by then
+    EXPECT_EQ(RemoteConsole(program).Failure(),
+              "the program does not accept: too many consoles are attached");
     more.pop_back();
     EXPECT_TRUE(AttachWhenThereIsRoom().IsAttached());
     EXPECT_EQ(flooding.Push(flood), -1) << "it has not read its replies";

@@ -37,7 +37,6 @@ TEST_F(TerminalQuestion, ALetterAnswersAndTheStandardStreamsAreLeftAlone) {
     for (auto const& [typed, result] : cases) {
         SCOPED_TRACE(typed);
         tests::PseudoTerminal terminal([] {
-            std::signal(SIGINT, SIG_DFL); // which whoever started the tests may ignore
             // A line that was typed before the question does not answer it.
             pollfd line{STDIN_FILENO, POLLIN, 0};
             ::poll(&line, 1, -1);

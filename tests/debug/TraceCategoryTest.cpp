@@ -17,7 +17,10 @@
 #include <map>
 #include <optional>
 #include <random>
+#include <regex>
+#include <set>
 #include <sstream>
+#include <thread>
 
 namespace brindle::debug {
 
@@ -298,6 +301,59 @@ TEST_F(TraceFile, IsWholeAfterAKillOrARefusalAtAnySystemCall) {
             EXPECT_TRUE(debug == "decoder.slow\ttrue\n" || debug == "decoder.slow\tfalse\n")
                 << debug;
         }
+    }
+}
+
+/// Traces, sets volumes and settings from four threads until it is killed.
+int ChangeEverything(std::string const& inProcess) {
+    tests::InThreads(4, [&](unsigned inThread) {
+        auto const name = inProcess + std::to_string(inThread);
+        for (std::int32_t round = 0;; ++round) {
+            SetTraceVolume(AsUTF8(name), round % 10);
+            DebugDatabase::Instance().SetEntry(AsUTF8(name), "true"_utf8);
+            if (TraceEnabled("decoder"_utf8, 9, true)) {
+                Trace((name + '\n').c_str());
+            }
+        }
+    });
+    return 0;
+}
+
+/// That this line is there, and that no other has another form.
+void ExpectWhole(std::string const& inContent, std::string const& inForm,
+                 std::string const& inLine) {
+    EXPECT_TRUE(std::regex_match(inContent, std::regex("([^\t\n]+" + inForm + "\n)*")))
+        << inContent;
+    EXPECT_NE(inContent.find(inLine), std::string::npos) << inContent;
+}
+
+/// Which processes have written the lines of a log; whole lines that are none of theirs.
+std::set<std::string> WritersOf(std::string const& inLog) {
+    std::regex const line("Ticks = [0-9]+      ([01]) [0-3]|Log file created: .*\r|-*\r");
+    std::istringstream lines(inLog);
+    std::set<std::string> writers;
+    std::smatch match;
+    for (std::string each; std::getline(lines, each);) {
+        writers.insert(std::regex_match(each, match, line) ? match.str(1) : each);
+    }
+    writers.erase("");
+    return writers;
+}
+
+TEST_F(TraceFile, SurvivesTwoProcessesThatAreKilled) {
+    tests::ChildProcess([] { return SetBoth(9, "true"_utf8); }).Wait();
+    Fill(Preference("No Client Name Log.txt"), "");
+    std::minstd_rand random(1);
+    for (int round = 0; round < 100 && !HasFailure(); ++round) {
+        {
+            tests::ChildProcess const one([] { return ChangeEverything("0 "); });
+            tests::ChildProcess const two([] { return ChangeEverything("1 "); });
+            std::this_thread::sleep_for(std::chrono::microseconds(random() % 20'000));
+        }
+        ExpectWhole(ContentOf(Preference(kFile)), "\t[01]\t[0-9]+", "decoder\t1\t9\n");
+        ExpectWhole(ContentOf(Preference(kDebugFile)), "\ttrue", "decoder.slow\ttrue\n");
+        auto const writers = WritersOf(ContentOf(Preference("No Client Name Log.txt")));
+        EXPECT_LE(writers.size(), 1u) << "one process has the log, not also " << *writers.rbegin();
     }
 }
 

@@ -14,7 +14,12 @@ namespace brindle::tests {
 class PseudoTerminal {
 public:
     explicit PseudoTerminal(std::function<int()> const& inWork)
-        : mChild(::forkpty(&mMaster, nullptr, nullptr, nullptr), inWork) {}
+        : mChild(::forkpty(&mMaster, nullptr, nullptr, nullptr), [&] {
+              for (int const key : {SIGINT, SIGQUIT}) {
+                  std::signal(key, SIG_DFL); // whoever started the tests may ignore it
+              }
+              return inWork();
+          }) {}
     PseudoTerminal(PseudoTerminal const&) = delete;
     PseudoTerminal& operator=(PseudoTerminal const&) = delete;
     ~PseudoTerminal() { ::close(mMaster); }
@@ -57,9 +62,11 @@ public:
         EXPECT_NE(text.find(inText), std::string::npos) << text;
     }
 
-    /// Waits for the end of the process. Its exit status, or minus the signal that ended it.
+    /// Waits half a minute for the end of the process. Its exit status, or minus the signal that
+    /// ended it.
     int Wait() {
         ReadUntil("\x01 never printed");
+        ::kill(mChild.Id(), SIGHUP); // unless it has ended
         return mChild.Wait();
     }
 
