@@ -19,15 +19,14 @@ namespace brindle::console {
 
 namespace {
 
-using CommandRegistry::RegisterCommand;
-using CommandRegistry::UnregisterCommand;
+using namespace CommandRegistry;
 using tests::Narrow;
 using tests::Wide;
 
 std::atomic<int> S_alive{0};
-std::function<void()> S_work; // what a `Worker` does
+std::function<void()> S_work = [] {};
 
-/// Prints its help and its arguments.
+/// Does `S_work`, and prints its help and its arguments.
 class Echo : public Command {
 public:
     Echo(UTF16String const& inName, UTF16String const& inHelp) : Command(inName, inHelp) {
@@ -35,28 +34,13 @@ public:
     }
     ~Echo() override { --S_alive; }
     void Execute(UTF16String const& inArguments, UTF16OutputStream& ioOut) override {
+        S_work();
         ioOut << GetName() << u'|' << GetHelp() << u'|' << inArguments;
     }
 };
 
-class Worker : public Echo {
-public:
-    using Echo::Echo;
-    void Execute(UTF16String const& inArguments, UTF16OutputStream& ioOut) override {
-        S_work();
-        Echo::Execute(inArguments, ioOut);
-    }
-};
-
-template <typename Kind>
 Command* Make(UTF16String const& inName, UTF16String const& inHelp) {
-    return new Kind(inName, inHelp);
-}
-
-/// Creates nothing every other time.
-Command* MakeLater(UTF16String const& inName, UTF16String const& inHelp) {
-    static int calls = 0;
-    return calls++ % 2 == 0 ? nullptr : Make<Echo>(inName, inHelp);
+    return new Echo(inName, inHelp);
 }
 
 /// What a line prints; "-" if it is no command.
@@ -96,14 +80,15 @@ TEST(CommandRegistry, AgreesWithAModel) {
         auto const& name = names[random() % std::size(names)];
         auto const found = model.find(lowerCased(name));
         auto const help = "help " + std::to_string(step);
+        bool const isCreated = found != model.end() && found->second.isCreated;
         switch (random() % 4) {
         case 0:
-            RegisterCommand(Wide(name), Wide(help), Make<Echo>);
+            RegisterCommand(Wide(name), Wide(help), Make);
             model.insert({lowerCased(name), {name, help, false}});
             break;
         case 1:
-            EXPECT_EQ(Unregister(name), found != model.end() && found->second.isCreated);
-            if (found != model.end() && found->second.isCreated) {
+            EXPECT_EQ(Unregister(name), isCreated);
+            if (isCreated) {
                 model.erase(found);
             }
             break;
@@ -140,7 +125,10 @@ TEST(CommandRegistry, SurvivesFactoriesThatCreateNothing) {
     debug::EnableContractDialog();
     EXPECT_EQ(errors.codes.size(), 1u);
     EXPECT_EQ(Execute("none"), "-");
-    RegisterCommand(u"later"_utf16, u"help"_utf16, MakeLater);
+    static int calls = 0;
+    RegisterCommand(u"later"_utf16, u"help"_utf16, [](auto const& inName, auto const& inHelp) {
+        return calls++ == 0 ? nullptr : Make(inName, inHelp);
+    });
     EXPECT_EQ(Execute("later"), "-");
     EXPECT_FALSE(Unregister("later"));
     EXPECT_EQ(Execute("later"), "later|help|") << "it was still registered";
@@ -149,8 +137,8 @@ TEST(CommandRegistry, SurvivesFactoriesThatCreateNothing) {
 
 TEST(CommandRegistry, KeepsACommandThatIsRemovedUntilItHasEnded) {
     auto const both = [] {
-        RegisterCommand(u"outer"_utf16, u"first"_utf16, Make<Worker>);
-        RegisterCommand(u"inner"_utf16, u"inner"_utf16, Make<Worker>);
+        RegisterCommand(u"outer"_utf16, u"first"_utf16, Make);
+        RegisterCommand(u"inner"_utf16, u"inner"_utf16, Make);
     };
     both();
     int depth = 0;
@@ -169,11 +157,9 @@ TEST(CommandRegistry, KeepsACommandThatIsRemovedUntilItHasEnded) {
     EXPECT_EQ(S_alive, 0);
     S_work = [] { throw std::runtime_error("broken"); };
     EXPECT_THROW(Execute("outer"), std::runtime_error);
-    S_work = nullptr;
+    S_work = [] {};
     EXPECT_TRUE(Unregister("outer")) << "an exception ends the execution";
-    S_work = [] { EXPECT_FALSE(Unregister("inner")); };
-    EXPECT_EQ(Execute("inner"), "inner|inner|");
-    S_work = nullptr;
+    Forget("inner");
 }
 
 TEST(CommandRegistry, IsSafeInThreads) {
@@ -185,7 +171,7 @@ TEST(CommandRegistry, IsSafeInThreads) {
             std::string const name = "shared" + std::to_string(random() % 3);
             switch (random() % 4) {
             case 0:
-                RegisterCommand(Wide(name), Wide(name), Make<Worker>);
+                RegisterCommand(Wide(name), Wide(name), Make);
                 break;
             case 1:
                 Unregister(name);
@@ -196,22 +182,21 @@ TEST(CommandRegistry, IsSafeInThreads) {
             }
         }
     });
-    S_work = [] {};
     for (std::string const name : {"shared0", "shared1", "shared2"}) {
         Forget(name);
     }
     EXPECT_EQ(S_alive, 0);
     EXPECT_GT(executed, 0);
-    S_work = nullptr;
+    S_work = [] {};
 }
 
 TEST(CommandRegistry, LeavesAClientsCommandOfABuiltInName) {
-    RegisterCommand(u"debug.get"_utf16, u"mine"_utf16, Make<Echo>);
+    RegisterCommand(u"debug.get"_utf16, u"mine"_utf16, Make);
     Initialize();
     EXPECT_EQ(Execute("debug.get"), "debug.get|mine|");
     Terminate();
     EXPECT_EQ(Execute("DEBUG.GET x"), "debug.get|mine|x");
-    EXPECT_TRUE(Unregister("Debug.Get"));
+    Forget("debug.get");
 }
 
 } // namespace

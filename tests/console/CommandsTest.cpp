@@ -1,7 +1,6 @@
 #include <brindle/console/Console.h>
 
-#include "tests/debug/InPreferences.h"
-#include "tests/support/Environment.h"
+#include "tests/support/InPreferences.h"
 
 #include <brindle/console/Completion.h>
 #include <brindle/filesupport/CommonDirs.h>
@@ -9,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <fstream>
 #include <locale>
+#include <memory>
 #include <regex>
 #include <sstream>
 
@@ -60,14 +59,15 @@ std::string CompletionsOf(std::string const& inLine) {
 }
 
 std::string OutputOfShell(std::string const& inCommand) {
-    std::string text;
-    FILE* const pipe = ::popen(inCommand.c_str(), "r");
-    for (int byte; (byte = std::fgetc(pipe)) != EOF;) {
-        text += static_cast<char>(byte);
-    }
-    ::pclose(pipe);
-    return text;
+    std::unique_ptr<FILE, int (*)(FILE*)> const pipe(::popen(inCommand.c_str(), "r"), ::pclose);
+    char text[10'000];
+    return {text, std::fread(text, 1, sizeof text, pipe.get())};
 }
+
+struct Dots : std::numpunct<wchar_t> {
+    wchar_t do_thousands_sep() const override { return L'.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
 
 /// A file has lines with "> " and a command, "? " and a text to complete, or "$ " and a command for
 /// the shell, and behind each what it prints. "! " starts and stops the console, and "# " begins a
@@ -78,6 +78,8 @@ protected:
     std::string Replayed(std::string const& inTranscript) const {
         return InProcess([&] {
             SetUpDirectories();
+            // Numbers look the same in a host that formats them its own way.
+            std::locale::global(std::locale(std::locale::classic(), new Dots));
             Initialize();
             std::string result;
             std::istringstream lines(inTranscript);
@@ -105,6 +107,7 @@ private:
         text = Replaced(Replaced(text, dir, "{dir}"), mTemporary.Native(), "{native}");
         text = Replaced(text, dir.substr(dir.rfind('\\') + 1), "{name}");
         text = Replaced(text, Narrow(filesupport::Dir::CommonFilesDir().FullPath()), "{common}");
+        text = std::regex_replace(text, std::regex("(  C:\n)(  .*\n)*"), "$1{more}\n");
         return std::regex_replace(text, std::regex("\\b1[0-9]{17}\\b"), "{time}");
     }
 
@@ -126,32 +129,16 @@ private:
 };
 
 TEST_P(Transcript, IsWhatTheCommandsPrint) {
-    // Numbers look the same in a host that formats them its own way.
-    struct Dots : std::numpunct<wchar_t> {
-        wchar_t do_thousands_sep() const override { return L'.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
-    auto const previous = std::locale::global(std::locale(std::locale::classic(), new Dots));
     auto const transcript =
         ContentOf(BRINDLE_SOURCES "/tests/console/transcripts/" + std::string(GetParam()) + ".txt");
     EXPECT_NE(transcript, "");
     EXPECT_EQ(Replayed(transcript), transcript);
-    std::locale::global(previous);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Transcript,
                          testing::Values("names", "debug", "trace", "files", "directories",
                                          "completion"),
                          [](auto const& name) { return std::string(name.param); });
-
-using Commands = tests::InPreferences;
-
-TEST_F(Commands, ListTheVolumes) {
-    Initialize();
-    auto const volumes = OutputOf("filesupport.listvols");
-    EXPECT_EQ(volumes.find("List Volumes: \n  C:\n"), 0u) << volumes;
-    Terminate();
-}
 
 } // namespace
 

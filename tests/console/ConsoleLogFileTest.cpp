@@ -2,19 +2,14 @@
 
 #include "platform/LogFile.h"
 
-#include "tests/support/Environment.h"
 #include "tests/support/FileSizeLimit.h"
-#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/InPreferences.h"
 #include "tests/support/InThreads.h"
 #include "tests/support/SystemCallFaults.h"
-#include "tests/support/Text.h"
 
 #include <brindle/filesupport/CommonDirs.h>
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/NativePath.h>
 
-#include <algorithm>
-#include <optional>
 #include <regex>
 #include <sys/stat.h>
 
@@ -25,51 +20,12 @@ namespace {
 namespace fs = std::filesystem;
 using filesupport::Dir;
 
-/// What a log consists of: text between a header and, once it is closed, a footer.
-struct ParsedLog {
-    std::string text;
-    bool isClosed = false;
-};
-
-/// Takes a line that begins so, with its line end, and a line of as many dashes, from either end of
-/// the text. False if they are not there.
-bool TakeStamp(std::string& ioText, std::string const& inStart, bool inIsFooter) {
-    auto const start = inIsFooter ? ioText.rfind(inStart) : ioText.find(inStart);
-    auto const end = ioText.find("\r\n", start) + 2;
-    if (start == std::string::npos || end < start) {
-        return false;
-    }
-    auto const dashes = std::string(end - start, '-') + "\r\n";
-    auto const place = inIsFooter ? start - dashes.size() : end;
-    bool const isWhole = inIsFooter ? start >= dashes.size() && end == ioText.size() : start == 0;
-    if (!isWhole || ioText.compare(place, dashes.size(), dashes) != 0) {
-        return false;
-    }
-    ioText.erase(std::min(start, place), end - start + dashes.size());
-    return true;
-}
-
-/// Nothing for bytes that are no log.
-std::optional<ParsedLog> Parse(std::string inBytes) {
-    if (!TakeStamp(inBytes, "Log file created: ", false)) {
-        return {};
-    }
-    bool const isClosed = TakeStamp(inBytes, "Log file closed: ", true);
-    return ParsedLog{inBytes, isClosed};
-}
-
-class ConsoleLog : public tests::InTemporaryDirectory {
+class ConsoleLog : public tests::InPreferences {
 protected:
-    void SetUp() override {
-        mPreferences = fs::path(filesupport::NativePath(Dir::PrefDir()))
-                           .lexically_relative(mTemporary.Native());
-    }
     void TearDown() override {
         ConsoleLogFile::Terminate();
         ConsoleLogFile::SetDefaultLogFileName(UTF16String());
     }
-
-    std::string InPreferences(std::string const& inName) const { return mPreferences / inName; }
 
     void FillLogs() const {
         Fill(mLog, "old");
@@ -78,11 +34,15 @@ protected:
     static void Write(std::string const& inText) {
         ConsoleLogFile::GetInstance()->WriteToLog(tests::AsUTF8(inText), false);
     }
-    void ExpectLogged(std::string const& inName, std::string const& inText, bool inIsClosed) const {
-        auto const log = Parse(ContentOf(inName));
-        ASSERT_TRUE(log) << ContentOf(inName);
-        EXPECT_EQ(log->text, inText);
-        EXPECT_EQ(log->isClosed, inIsClosed);
+    /// The text between the header and the footer, for which "[closed]" stands.
+    std::string Logged(std::string const& inName) const {
+        static std::regex const form("(Log file created: [^\r]+\r\n)(-+)\r\n([\\s\\S]*?)"
+                                     "((-+)\r\n(Log file closed: [^\r]+\r\n))?");
+        auto const content = ContentOf(inName);
+        std::smatch match;
+        bool const isLog = std::regex_match(content, match, form) &&
+                           match.length(1) == match.length(2) && match.length(5) == match.length(6);
+        return isLog ? match.str(3) + (match[4].matched ? "[closed]" : "") : "no log: " + content;
     }
     void ExpectNoLog() const {
         Write("x");
@@ -90,73 +50,62 @@ protected:
         ConsoleLogFile::Terminate();
     }
 
-    tests::Environment const mSettings{{{"XDG_CONFIG_HOME", mTemporary.Native()}}};
-    fs::path mPreferences;
-    std::string const mLog = "No Company Name/No Client Name/No Client Internal Version/"
-                             "No Client Name Log.txt";
-    std::string const mLast = "No Company Name/No Client Name/No Client Internal Version/"
-                              "No Client Name Log-last.txt";
+    std::string const mLog = Preference("No Client Name Log.txt");
+    std::string const mLast = Preference("No Client Name Log-last.txt");
 };
 
 TEST_F(ConsoleLog, EachRunKeepsItsLogAndTheOneBefore) {
     ExpectNoLog();
-    EXPECT_EQ(EntryCount(mPreferences), 0) << "nobody has asked for a log";
+    EXPECT_EQ(EntryCount(mDirectory), 0) << "nobody has asked for a log";
     FillLogs();
     fs::permissions(Native(mLog), fs::perms(0640));
     auto* const log = ConsoleLogFile::GetInstance();
     EXPECT_TRUE(log->Exists());
     EXPECT_EQ(ContentOf(mLast), "old");
     EXPECT_EQ(fs::status(Native(mLog)).permissions(), fs::perms(0640));
-    log->WriteToLog("caf\u00E9\n"_utf8, false);
+    Write("caf\u00E9\n");
     log->WriteToLog(UTF8String(), true);
     log->WriteToLog("timed\r\n"_utf8, true);
-    log->WriteToLog("\xFF"_utf8, false);
-    auto const open = Parse(ContentOf(mLog));
-    ASSERT_TRUE(open) << ContentOf(mLog);
-    EXPECT_FALSE(open->isClosed);
-    EXPECT_TRUE(
-        std::regex_match(open->text, std::regex("caf\u00E9\nTicks = \\d{1,5}      timed\r\n\xFF")))
-        << open->text;
-    auto const text = open->text;
+    Write("\xFF");
+    auto const text = Logged(mLog);
+    std::regex const form("caf\u00E9\nTicks = \\d{1,5}      timed\r\n\xFF");
+    EXPECT_TRUE(std::regex_match(text, form)) << text;
     ConsoleLogFile::Terminate();
-    ExpectLogged(mLog, text, true);
+    EXPECT_EQ(Logged(mLog), text + "[closed]");
     log->WriteToLog("an address from before stays valid"_utf8, true);
     EXPECT_FALSE(log->Exists());
 
     Write("second");
-    ExpectLogged(mLast, text, true);
+    EXPECT_EQ(Logged(mLast), text + "[closed]");
     log->CloseLogFile();
-    ExpectLogged(mLog, "second", true);
+    EXPECT_EQ(Logged(mLog), "second[closed]");
     EXPECT_FALSE(log->Exists());
-    EXPECT_EQ(EntryCount(mPreferences), 2);
+    EXPECT_EQ(EntryCount(mDirectory), 2);
 }
 
 TEST_F(ConsoleLog, HeaderHasTheTimeAsTheUserWritesIt) {
     Fill(mLog, "");
     Write("");
-    auto const content = ContentOf(mLog);
-    std::time_t const now = std::time(nullptr);
-    char written[2][200]{};
-    for (int secondsBefore : {0, 1}) {
-        std::time_t const then = now - secondsBefore;
-        std::strftime(written[secondsBefore], sizeof written[0], "Log file created: %c\r\n",
-                      std::localtime(&then));
-    }
-    auto const line = content.substr(0, content.find('\n') + 1);
-    EXPECT_TRUE(line == written[0] || line == written[1]) << line;
-    EXPECT_EQ(content, line + std::string(line.size(), '-') + "\r\n");
+    std::tm written{};
+    auto const line = ContentOf(mLog);
+    char const* const end = ::strptime(line.c_str(), "Log file created: %c", &written);
+    ASSERT_NE(end, nullptr) << line;
+    EXPECT_EQ(std::string(end, 2), "\r\n");
+    EXPECT_LE(std::abs(std::difftime(std::time(nullptr), ::timelocal(&written))), 3700) << line;
 }
 
-TEST_F(ConsoleLog, NameOfTheClientCanBeReplaced) {
+TEST_F(ConsoleLog, NameOfTheClientCanBeReplacedAndALinkStaysOne) {
     ConsoleLogFile::SetDefaultLogFileName(u"other"_utf16);
-    Fill(InPreferences("other Log.txt"), "old");
-    Write("text");
-    ExpectLogged(InPreferences("other Log.txt"), "text", false);
-    EXPECT_EQ(ContentOf(InPreferences("other Log-last.txt")), "old");
+    Fill("real.txt", "old");
+    fs::create_symlink(Native("real.txt"), Native(Preference("other Log.txt")));
+    Write("new");
+    EXPECT_TRUE(fs::is_symlink(Native(Preference("other Log.txt"))));
+    EXPECT_EQ(Logged("real.txt"), "new");
     UTF16String path;
     EXPECT_TRUE(ConsoleLogFile::GetInstance()->GetLogFilePath(path, true));
     EXPECT_EQ(filesupport::NativePath(filesupport::File(path)),
-              Native(InPreferences("other Log-last.txt")));
+              Native(Preference("other Log-last.txt")));
+    EXPECT_EQ(ContentOf(Preference("other Log-last.txt")), "old");
 }
 
 TEST_F(ConsoleLog, WhatIsNoLogIsLeftAlone) {
@@ -197,24 +146,6 @@ TEST_F(ConsoleLog, WithoutPreferencesThereIsNoLogAndNoFailure) {
     filesupport::commondirs::SetAppDirOverride(Dir());
 }
 
-TEST_F(ConsoleLog, OldLogThatCannotBeKeptDoesNotStandInTheWay) {
-    Fill(mLog, "old");
-    fs::create_directories(Native(mLast));
-    Write("new");
-    ExpectLogged(mLog, "new", false);
-    EXPECT_TRUE(fs::is_directory(Native(mLast)));
-    EXPECT_EQ(EntryCount(mPreferences), 2);
-}
-
-TEST_F(ConsoleLog, LinkToALogStaysOne) {
-    Fill("real.txt", "old");
-    fs::create_symlink(Native("real.txt"), Native(mLog));
-    Write("new");
-    EXPECT_TRUE(fs::is_symlink(Native(mLog)));
-    ExpectLogged("real.txt", "new", false);
-    EXPECT_EQ(ContentOf(mLast), "old");
-}
-
 TEST_F(ConsoleLog, ExplicitLogReplacesAFile) {
     auto* const log = ConsoleLogFile::GetInstance();
     Fill("explicit.txt", "old");
@@ -222,16 +153,22 @@ TEST_F(ConsoleLog, ExplicitLogReplacesAFile) {
     Write("first");
     EXPECT_TRUE(log->OpenLogFile(tests::AsUTF8(Native("next.txt"))));
     Write("second");
-    ExpectLogged("explicit.txt", "first", true);
-    ExpectLogged("next.txt", "second", false);
+    EXPECT_EQ(Logged("explicit.txt"), "first[closed]");
+    EXPECT_EQ(Logged("next.txt"), "second");
 
     EXPECT_FALSE(log->OpenLogFile(tests::AsUTF8(Native("missing/x"))));
     EXPECT_FALSE(log->Exists());
-    ExpectLogged("next.txt", "second", true);
+    EXPECT_EQ(Logged("next.txt"), "second[closed]");
     EXPECT_THROW(log->OpenLogFile(tests::AsUTF8(mTemporary.Native())),
                  filesupport::file_delete_exception);
     EXPECT_TRUE(log->Exists()) << "the file that is held is there";
     Write("nowhere");
+    fs::permissions(mTemporary.Native(), fs::perms(0555));
+    {
+        tests::OrdinaryUser const user;
+        EXPECT_FALSE(log->OpenLogFile(tests::AsUTF8(Native("new.txt")))) << "nothing to replace";
+    }
+    fs::permissions(mTemporary.Native(), fs::perms(0755));
     log->CloseLogFile();
     EXPECT_FALSE(log->Exists());
 }
@@ -239,24 +176,20 @@ TEST_F(ConsoleLog, ExplicitLogReplacesAFile) {
 TEST_F(ConsoleLog, FullDiskDropsWholeTexts) {
     Fill(mLog, "");
     Write("fits");
-    auto const before = ContentOf(mLog);
     {
-        tests::FileSizeLimit const limit(before.size() + 3);
+        tests::FileSizeLimit const limit(ContentOf(mLog).size() + 3);
         Write("does not fit");
-        EXPECT_EQ(ContentOf(mLog), before);
         Write("abc");
     }
     Write("later");
-    ExpectLogged(mLog, "fitsabclater", false);
+    EXPECT_EQ(Logged(mLog), "fitsabclater");
 }
 
 TEST_F(ConsoleLog, WritingGoesOnWhenTheDirectoryHasGone) {
     Fill(mLog, "");
     Write("a");
-    fs::remove_all(Native(mPreferences));
-    Write("b");
-    EXPECT_FALSE(ConsoleLogFile::GetInstance()->Exists());
-    ConsoleLogFile::Terminate();
+    fs::remove_all(Native(mDirectory));
+    ExpectNoLog();
     ExpectNoLog();
 }
 
@@ -271,9 +204,8 @@ TEST_F(ConsoleLog, ThreadsMayOpenWriteAndTerminateAtOnce) {
         }
     });
     ConsoleLogFile::Terminate();
-    auto const log = Parse(ContentOf(mLog));
-    ASSERT_TRUE(log);
-    EXPECT_TRUE(log->isClosed);
+    auto const text = Logged(mLog);
+    EXPECT_TRUE(std::regex_match(text, std::regex("(text\n)*\\[closed\\]"))) << text;
 }
 
 TEST_F(ConsoleLog, FaultAtAnyCallKeepsBothNamesWhole) {
@@ -291,6 +223,7 @@ TEST_F(ConsoleLog, FaultAtAnyCallKeepsBothNamesWhole) {
     Fault const faults[] = {
         {Fault::kKillBefore}, {Fault::kKillAfter}, {Fault::kRefuse, ENOSPC}, {Fault::kRefuse, EIO}};
     for (Fault fault : faults) {
+        bool const isRefusal = fault.kind == Fault::kRefuse;
         int reports = 0;
         for (bool hasHappened = true; hasHappened; ++fault.call) {
             FillLogs();
@@ -302,24 +235,19 @@ TEST_F(ConsoleLog, FaultAtAnyCallKeepsBothNamesWhole) {
             EXPECT_NE(run.status, 2);
             auto const log = ContentOf(mLog), last = ContentOf(mLast);
             EXPECT_TRUE(run.status != 0 || log == "old") << log;
-            if (log == "old") {
-                EXPECT_TRUE(last == "older" || last == "old") << last;
-            } else {
-                EXPECT_TRUE(last == "old" || fault.kind == Fault::kRefuse) << last;
-                EXPECT_TRUE(log.empty() || Parse(log) || fault.kind == Fault::kRefuse) << log;
-            }
-            for (auto const& entry : fs::directory_iterator(Native(mPreferences))) {
-                bool const isLeft = entry.path().filename().string()[0] == '.';
-                EXPECT_TRUE(!isLeft || run.status < 0) << entry;
-                if (isLeft) {
-                    fs::remove(entry);
-                }
-            }
+            EXPECT_TRUE(last == "old" || (log == "old" ? last == "older" : isRefusal)) << last;
+            EXPECT_TRUE(log == "old" || log.empty() || isRefusal ||
+                        Logged(mLog) != "no log: " + log)
+                << log;
+            EXPECT_TRUE(run.status < 0 || EntryCount(mDirectory) == 2)
+                << "a temporary file is left";
             ASSERT_EQ(work(), 1);
-            ExpectLogged(mLog, "text\n", true);
+            EXPECT_EQ(Logged(mLog), "text\n[closed]");
+            fs::remove_all(Native(mDirectory));
+            fs::create_directory(Native(mDirectory));
         }
         EXPECT_GT(fault.call, 10);
-        EXPECT_EQ(reports > 0, fault.kind == Fault::kRefuse) << "a disk that fails is reported";
+        EXPECT_EQ(reports > 0, isRefusal) << "a disk that fails is reported";
     }
 }
 

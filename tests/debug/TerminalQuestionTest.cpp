@@ -1,96 +1,42 @@
-#include "tests/debug/DialogTests.h"
+#include "tests/support/InPreferences.h"
+#include "tests/support/PseudoTerminal.h"
 
+#include <brindle/debug/Asserts.h>
+#include <brindle/debug/DebugDatabase.h>
 #include <brindle/utility/ThreadSafeMessageDialog.h>
-
-#include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <future>
-#include <optional>
-#include <poll.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <termios.h>
 #include <thread>
 
 namespace brindle::debug {
 
 namespace {
 
-/// A process with a pseudo-terminal of its own.
-class AtTerminal {
-public:
-    explicit AtTerminal(std::function<int()> const& inWork) {
-        mProcess = ::forkpty(&mMaster, nullptr, nullptr, nullptr);
-        if (mProcess == 0) {
-            ::_exit(inWork());
-        }
-    }
-    AtTerminal(AtTerminal const&) = delete;
-    AtTerminal& operator=(AtTerminal const&) = delete;
-    ~AtTerminal() {
-        ::close(mMaster);
-        ::waitpid(mProcess, nullptr, 0); // unless `Wait` has done that
-    }
-
-    bool Exists() const { return mProcess > 0; }
-
-    /// Reads what it writes until that ends with the text, or for ever if it never does.
-    std::string ReadUntil(std::string const& inEnd) {
-        std::string text;
-        for (char byte = 0; ::read(mMaster, &byte, 1) == 1;) {
-            text += byte;
-            if (text.size() >= inEnd.size() &&
-                text.compare(text.size() - inEnd.size(), inEnd.size(), inEnd) == 0) {
-                break;
-            }
-        }
-        return text;
-    }
-
-    void Type(std::string const& inText) {
-        EXPECT_EQ(::write(mMaster, inText.data(), inText.size()),
-                  static_cast<ssize_t>(inText.size()));
-    }
-
-    int Wait() {
-        ReadUntil("never");
-        int status = -1;
-        ::waitpid(mProcess, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
-private:
-    int mMaster = -1;
-    pid_t mProcess = -1;
-};
-
-class TerminalQuestion : public tests::DialogTests {
+class TerminalQuestion : public tests::InPreferences {
 protected:
     void SetUp() override {
-        if (!AtTerminal([] { return 0; }).Exists()) {
+        if (!tests::PseudoTerminal::AreThere()) {
             GTEST_SKIP() << "this machine has no pseudo-terminals";
         }
     }
 
-    static void Prepare() {
-        ::unsetenv("DISPLAY");
-        ::unsetenv("WAYLAND_DISPLAY");
-        DebugDatabase::SetDisableFileWrites(true);
-        DebugDatabase::Instance().SetEntry(tests::AsUTF8("assert.enabled"), tests::AsUTF8("true"));
+    static int Display() {
+        DebugDatabase::Instance().SetEntry("assert.enabled"_utf8, "true"_utf8);
+        return DisplayAssert("heading", "body\x1B[2J\r\n");
     }
+
+    tests::Environment const mNoDisplay{
+        {{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}}};
 };
 
 TEST_F(TerminalQuestion, ALetterAnswersAndTheStandardStreamsAreLeftAlone) {
-    struct {
-        char const* typed;
-        int result;
-    } const cases[] = {{"d\n", 0},   {"i\n", 3},  {"A\n", 4},        {" s\n", 4},
-                       {"k\n", 255}, {"\x04", 3}, {"\x03", -SIGINT}, {"debug\n", 0}};
+    std::pair<char const*, int> const cases[] = {{"d\n", 0},        {"i\n", 3},    {"A\n", 4},
+                                                 {" s\n", 4},       {"k\n", 255},  {"\x04", 3},
+                                                 {"\x03", -SIGINT}, {"debug\n", 0}};
     for (auto const& [typed, result] : cases) {
         SCOPED_TRACE(typed);
-        AtTerminal terminal([] {
-            Prepare();
+        tests::PseudoTerminal terminal([] {
             // A line that was typed before the question does not answer it.
             pollfd line{STDIN_FILENO, POLLIN, 0};
             ::poll(&line, 1, -1);
@@ -100,7 +46,7 @@ TEST_F(TerminalQuestion, ALetterAnswersAndTheStandardStreamsAreLeftAlone) {
             for (int const stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
                 ::dup2(nothing, stream);
             }
-            return DisplayAssert("heading", "body\x1B[2J\r\n");
+            return Display();
         });
         terminal.Type("k\n");
         EXPECT_EQ(terminal.ReadUntil("> "),
@@ -108,15 +54,14 @@ TEST_F(TerminalQuestion, ALetterAnswersAndTheStandardStreamsAreLeftAlone) {
                   "  d  Debug\r\n  i  Ignore Once\r\n  a  Ignore Always\r\n"
                   "  s  Disable Asserts\r\n  k  Kill Process\r\n> ");
         terminal.Type("c\n"); // there is nothing to copy with
-        terminal.ReadUntil("\n> ");
+        terminal.Expect("\n> ");
         terminal.Type(typed);
         EXPECT_EQ(terminal.Wait(), result);
     }
 }
 
 TEST_F(TerminalQuestion, ARawTerminalGetsItsSettingsBack) {
-    AtTerminal terminal([] {
-        Prepare();
+    tests::PseudoTerminal terminal([] {
         termios raw{};
         ::cfmakeraw(&raw);
         ::tcsetattr(STDIN_FILENO, TCSANOW, &raw);
@@ -126,20 +71,18 @@ TEST_F(TerminalQuestion, ARawTerminalGetsItsSettingsBack) {
         ::tcgetattr(STDIN_FILENO, &after);
         return after.c_lflag == raw.c_lflag && after.c_iflag == raw.c_iflag ? 7 : 1;
     });
-    EXPECT_NE(terminal.ReadUntil("> ").find("[file-1]\r\n\r\n  c  Continue\r\n"),
-              std::string::npos);
+    terminal.Expect("[file-1]\r\n\r\n  c  Continue\r\n> ");
     terminal.Type("c\r");
     EXPECT_EQ(terminal.Wait(), 7);
 }
 
 TEST_F(TerminalQuestion, TwoThreadsAskOneAfterTheOther) {
-    AtTerminal terminal([] {
-        Prepare();
-        auto other = std::async(std::launch::async, [] { return DisplayAssert("one", "body"); });
-        return DisplayAssert("one", "body") * 10 + other.get();
+    tests::PseudoTerminal terminal([] {
+        auto other = std::async(std::launch::async, Display);
+        return Display() * 10 + other.get();
     });
     for (int i = 0; i < 2; ++i) {
-        terminal.ReadUntil("> ");
+        terminal.Expect("> ");
         std::this_thread::sleep_for(std::chrono::milliseconds(50)); // for the other one to intrude
         terminal.Type("x\n"); // no answer: the same thread asks again, not the other one
         EXPECT_EQ(terminal.ReadUntil("> "), "x\r\n> ");
@@ -149,16 +92,12 @@ TEST_F(TerminalQuestion, TwoThreadsAskOneAfterTheOther) {
 }
 
 TEST_F(TerminalQuestion, ABackgroundProcessDoesNotAsk) {
-    AtTerminal terminal([] {
-        Prepare();
-        pid_t const child = ::fork();
-        if (child == 0) {
+    tests::PseudoTerminal terminal([] {
+        tests::ChildProcess child([] {
             ::setpgid(0, 0);
-            ::_exit(DisplayAssert("heading", "body"));
-        }
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return WEXITSTATUS(status);
+            return Display();
+        });
+        return child.Wait();
     });
     EXPECT_EQ(terminal.Wait(), 3);
 }

@@ -1,70 +1,45 @@
 #include <brindle/debug/Trace.h>
 #include <brindle/debug/TraceCategory.h>
 
-#include "tests/debug/InPreferences.h"
+#include "tests/debug/RecordingHandler.h"
+#include "tests/support/InPreferences.h"
 #include "tests/support/RecordingErrorManager.h"
 
 #include <brindle/config/Errors.h>
+#include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
-#include <brindle/threads/Thread.h>
+#include <brindle/threads/AsyncThreadedExecutor.h>
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <locale>
 #include <stdexcept>
-#include <string>
 
 namespace brindle::debug {
 
 namespace {
 
-using tests::Narrow;
+using tests::RecordingHandler;
 
-/// Keeps the texts, and calls a function with each.
-class RecordingHandler : public TraceHandler {
-public:
-    RecordingHandler() { InstallMasterTraceHandler(this); }
-    ~RecordingHandler() override { RemoveMasterTraceHandler(); }
+using TraceText = tests::InPreferences;
 
-    void Trace(UTF8String const& inText) override {
-        texts += Narrow(inText) + '|';
-        if (onText) {
-            onText();
-        }
-    }
-
-    std::string texts;
-    std::function<void()> onText;
-};
-
-class TraceText : public tests::InPreferences {};
-
-TEST_F(TraceText, GoesToTheInstalledHandler) {
-    auto* const standard = GetMasterTraceHandler();
-    ASSERT_NE(standard, nullptr);
-    {
-        RecordingHandler handler;
-        EXPECT_EQ(GetMasterTraceHandler(), &handler);
-        Trace("some \xFF text");
-        Trace("");
-        Trace(nullptr);
-        EXPECT_EQ(handler.texts, "some \xFF text|||");
-    }
-    Trace("into the log, if there is one");
-    EXPECT_EQ(GetMasterTraceHandler(), standard);
-}
-
-TEST_F(TraceText, GoesIntoTheLogByDefault) {
+TEST_F(TraceText, GoesToTheInstalledHandlerAndOtherwiseIntoTheLog) {
     Fill(Preference("No Client Name Log.txt"), "");
     EXPECT_EQ(tests::InProcess([] {
                   console::ConsoleLogFile::Terminate(); // one that another test may have begun
+                  auto* const standard = GetMasterTraceHandler();
                   Trace("by default\r\n");
-                  { RecordingHandler const handler; }
+                  RecordingHandler handler;
+                  bool const isInstalled = GetMasterTraceHandler() == &handler;
+                  Trace("some \xFF text");
+                  Trace("");
+                  Trace(nullptr);
+                  RemoveMasterTraceHandler();
                   Trace("again\r\n");
-                  return std::string();
+                  bool const isStandard = GetMasterTraceHandler() == standard;
+                  return handler.texts + (isInstalled && isStandard ? " each in its turn" : "");
               }),
-              "");
+              "some \xFF text||| each in its turn");
     auto const log = ContentOf(Preference("No Client Name Log.txt"));
     EXPECT_NE(log.find("      by default\r\nTicks = "), std::string::npos) << log;
     EXPECT_EQ(log.substr(log.size() - 13), "      again\r\n");
@@ -104,16 +79,32 @@ TEST_F(TraceText, IsComposedOnlyIfItIsWanted) {
                   }
                   TraceMessage("x\0y"_utf8, 1, "cut\0off"_utf8);
                   TraceMessage("x"_utf8, 1, static_cast<char const*>(nullptr));
-                  auto const thread = "<" + std::to_string(threads::GetCurrentThreadID()) + "> ";
-                  for (auto at = handler.texts.find(thread); at != std::string::npos;) {
-                      handler.texts.erase(at, thread.size());
-                      at = handler.texts.find(thread);
-                  }
                   return handler.texts + std::to_string(evaluated);
               }),
-              "<a category> <-3> frame 1001, 0.5\xC3\xA9\r\n|"
-              "<a category> <2> frame 1002, 0.5\xC3\xA9\r\n|"
-              "<x> <1> cut\r\n|<x> <1> \r\n|2");
+              "@ <a category> <-3> frame 1001, 0.5\xC3\xA9\r\n|"
+              "@ <a category> <2> frame 1002, 0.5\xC3\xA9\r\n|"
+              "@ <x> <1> cut\r\n|@ <x> <1> \r\n|2");
+}
+
+TEST_F(TraceText, ExceptionsInExecutorsAreTracedIfTheirCategoryIsRaised) {
+    EXPECT_EQ(
+        tests::InProcess([] {
+            RecordingHandler handler;
+            auto const pool =
+                threads::CreateAsyncThreadedExecutor("pool", 1, threads::kThreadPriorityNormal);
+            for (bool const isConnected : {false, true, false}) {
+                isConnected ? console::Initialize() : console::Terminate();
+                for (std::int32_t const volume : {5, 6}) {
+                    SetTraceVolume("Executors"_utf8, volume);
+                    pool->Post([] { throw std::runtime_error("why"); }, 0);
+                    pool->Post([] { throw 1; }, 0);
+                    pool->Synchronize();
+                }
+            }
+            return handler.texts;
+        }),
+        "@ <Executors> <6> an exception left a function posted to pool: why\r\n|@ <Executors> "
+        "<6> an exception left a function posted to pool: not a std::exception\r\n|");
 }
 
 } // namespace

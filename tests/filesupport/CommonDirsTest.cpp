@@ -21,18 +21,16 @@ class CommonDirs : public tests::InTemporaryDirectory {
 protected:
     void SetUp() override { ::mkdir(mHome.c_str(), 0755); }
     void TearDown() override {
-        commondirs::SetAppDirOverride(Dir());
-        commondirs::SetExecutableDirOverride(Dir());
-        commondirs::SetResourcesDirOverride(Dir());
-        commondirs::SetPluginsDirOverride(Dir());
-        commondirs::SetRequiredPluginsDirOverride(Dir());
+        using namespace commondirs;
+        for (auto const reset :
+             {SetAppDirOverride, SetExecutableDirOverride, SetResourcesDirOverride,
+              SetPluginsDirOverride, SetRequiredPluginsDirOverride}) {
+            reset(Dir());
+        }
     }
 
-    Dir DirAt(std::string const& inName) const { return Dir(At(inName)); }
-
     static unsigned ModeOf(std::string const& inNative) {
-        struct stat status {};
-        return ::stat(inNative.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
+        return static_cast<unsigned>(std::filesystem::status(inNative).permissions());
     }
 
     std::string const mHome = Native("home");
@@ -47,10 +45,9 @@ TEST_F(CommonDirs, SettingThatIsNoPathOfADirectoryIsPassedOver) {
     std::string const unusable[] = {"", "relative/x", Native("caf\xE9"), Native("file"),
                                     Native("file/x")};
     for (auto const& value : unusable) {
-        SCOPED_TRACE(value);
         tests::Environment const settings{{{"XDG_CONFIG_HOME", value}, {"TMPDIR", value}}};
-        EXPECT_EQ(NativePath(Dir::GlobalPrefDir()), mHome + "/.config");
-        EXPECT_EQ(NativePath(Dir::TempDir()), "/tmp");
+        EXPECT_EQ(NativePath(Dir::GlobalPrefDir()), mHome + "/.config") << value;
+        EXPECT_EQ(NativePath(Dir::TempDir()), "/tmp") << value;
     }
     tests::Environment const settings{
         {{"XDG_CONFIG_HOME", Native("a/b/c")}, {"TMPDIR", Native("home//")}}};
@@ -70,27 +67,26 @@ TEST_F(CommonDirs, DocumentsFollowTheUserDirectoriesFile) {
 }
 
 TEST(UserDirectory, LinesOfOtherFormsDoNotCount) {
-    std::string const good = "XDG_DOCUMENTS_DIR=\"/good\"\n";
-    std::pair<std::string, std::string> const cases[] = {
-        {good, "/good"},
-        {good + "# XDG_DOCUMENTS_DIR=\"/comment\"", "/good"},
-        {good + "XDG_DOCUMENTS_DIR_X=\"/x\"\nXDG_MUSIC_DIR=\"/m\"", "/good"},
-        {good + "XDG_DOCUMENTS_DIR=/plain\nXDG_DOCUMENTS_DIR=\"open", "/good"},
-        {good + "XDG_DOCUMENTS_DIR=\"relative\"\nXDG_DOCUMENTS_DIR=\"$HOMEX/x\"", "/good"},
-        {good + " XDG_DOCUMENTS_DIR\t= \"/a \\\"b\\\\\" # the last one counts", "/a \"b\\"},
-        {"XDG_DOCUMENTS_DIR=\"$HOME\"", "/h"},
-        {"XDG_DOCUMENTS_DIR=\"$HOME/d\"", "/h/d"},
-    };
-    for (auto const& [content, path] : cases) {
-        EXPECT_EQ(platform::UserDirectory(content, "XDG_DOCUMENTS_DIR", "/h"), path) << content;
-    }
-    EXPECT_EQ(platform::UserDirectory(cases[7].first, "XDG_DOCUMENTS_DIR", ""), "");
+    std::string const lines = R"(XDG_DOCUMENTS_DIR="/first"
+ XDG_DOCUMENTS_DIR	= "/a \"b\\" # the last one counts
+# XDG_DOCUMENTS_DIR="/comment"
+XDG_DOCUMENTS_DIR_X="/x"
+XDG_MUSIC_DIR="/m"
+XDG_DOCUMENTS_DIR=/plain
+XDG_DOCUMENTS_DIR="relative"
+XDG_DOCUMENTS_DIR="$HOMEX/x"
+XDG_DOCUMENTS_DIR="open)";
+    std::string const name = "XDG_DOCUMENTS_DIR";
+    EXPECT_EQ(platform::UserDirectory(lines, name, "/h"), "/a \"b\\");
+    EXPECT_EQ(platform::UserDirectory(name + "=\"$HOME\"", name, "/h"), "/h");
+    EXPECT_EQ(platform::UserDirectory(name + "=\"$HOME/d\"", name, "/h"), "/h/d");
+    EXPECT_EQ(platform::UserDirectory(name + "=\"$HOME/d\"", name, ""), "");
 }
 
 TEST_F(CommonDirs, WhatTheUserCannotHaveIsTheApplicationsDirectory) {
     ::chmod(mTemporary.Native().c_str(), 0755);
     ::chmod(mHome.c_str(), 0555);
-    Dir const application = DirAt("app");
+    Dir const application(At("app"));
     commondirs::SetAppDirOverride(application);
     tests::OrdinaryUser const user;
     EXPECT_EQ(Dir::GlobalPrefDir(), application);
@@ -128,8 +124,12 @@ TEST_F(CommonDirs, DirectoriesAreKeptUntilTheyAreOverridden) {
         EXPECT_EQ(NativePath(commondirs::PluginsDir()), executable.parent_path() / "Plug-ins");
     });
     EXPECT_EQ(NativePath(Dir::AppDir()), executable.parent_path());
+    Dir const plugins = commondirs::AllUserPluginsDir();
+    bool const isKnown = !plugins.FullPath().empty();
+    EXPECT_EQ(plugins.Parent().Parent().GetName(), isKnown ? u"Tallow"_utf16 : UTF16String());
+    EXPECT_EQ(commondirs::UserPluginsDir(), plugins);
 
-    Dir const first = DirAt("first"), second = DirAt("second");
+    Dir const first(At("first")), second(At("second"));
     commondirs::SetPackageDirOverride(first);
     EXPECT_EQ(Dir::AppDir(), first);
     EXPECT_EQ(NativePath(commondirs::PluginsDir()), executable.parent_path() / "Plug-ins")
@@ -145,14 +145,6 @@ TEST_F(CommonDirs, DirectoriesAreKeptUntilTheyAreOverridden) {
     EXPECT_EQ(commondirs::PluginsDir(), first) << "an override wins at any time";
     commondirs::SetPluginsDirOverride(Dir());
     EXPECT_EQ(commondirs::PluginsDir(), Dir(second, u"Plug-ins"_utf16));
-}
-
-TEST_F(CommonDirs, DirectoriesOfTheSystemExistOrAreReplaced) {
-    EXPECT_TRUE(Dir::CommonFilesDir().Exists());
-    Dir const plugins = commondirs::AllUserPluginsDir();
-    bool const isKnown = !plugins.FullPath().empty();
-    EXPECT_EQ(plugins.Parent().Parent().GetName(), isKnown ? u"Tallow"_utf16 : UTF16String());
-    EXPECT_EQ(commondirs::UserPluginsDir(), plugins);
 }
 
 } // namespace

@@ -2,9 +2,7 @@
 
 #include "host/setup/HostErrorManager.h"
 #include "host/setup/HostLocalizer.h"
-#include "tests/support/Environment.h"
-#include "tests/support/InTemporaryDirectory.h"
-#include "tests/support/InThreads.h"
+#include "tests/support/InPreferences.h"
 
 #include <brindle/console/Console.h>
 #include <brindle/console/ConsoleLogFile.h>
@@ -12,7 +10,6 @@
 #include <brindle/debug/TraceCategory.h>
 #include <brindle/filesupport/Dir.h>
 #include <brindle/filesupport/NativePath.h>
-#include <brindle/proplist/PropListUtils.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
 #include <stdexcept>
@@ -21,39 +18,24 @@ namespace brindle::host {
 
 namespace {
 
-class StartAndStop : public tests::InTemporaryDirectory {
-protected:
-    /// What an application does between its start and its stop.
-    void Use() {
-        proplist::PropList list;
-        list.SetValue("key"_utf8, true);
-        filesupport::File file(At("list.xml"));
-        proplist::utils::SavePropList(file, list);
-        proplist::PropList loaded;
-        proplist::utils::LoadPropList(file.FullPath(), loaded, false);
-        EXPECT_EQ(loaded.GetPropertyType("key"_utf8), proplist::kPropertyType_Bool);
-        debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
-        auto const pool =
-            threads::CreateAsyncThreadedExecutor("pool", 2, threads::kThreadPriorityNormal);
-        debug::SetTraceVolume("decoder"_utf8, 6);
-        tests::InThreads(2, [&](unsigned) {
-            debug::TraceCategory const category("decoder"_utf8);
-            pool->Post([category] { BRN_TRACE(category, 6, "from a worker"); }, 0);
-            std::basic_stringbuf<std::uint16_t> buffer;
-            UTF16OutputStream out(&buffer);
-            EXPECT_TRUE(console::ExecuteCommand(u"debug.list"_utf16, out));
-        });
-        pool->Shutdown();
-        pool->Synchronize();
-    }
+/// What an application does between its start and its stop.
+void Use() {
+    debug::DebugDatabase::Instance().SetEntry("key"_utf8, "value"_utf8);
+    debug::SetTraceVolume("decoder"_utf8, 6);
+    auto const pool =
+        threads::CreateAsyncThreadedExecutor("pool", 2, threads::kThreadPriorityNormal);
+    debug::TraceCategory const category("decoder"_utf8);
+    pool->Post([category] { BRN_TRACE(category, 6, "from a worker"); }, 0);
+    pool->Shutdown();
+    pool->Synchronize();
+    std::basic_stringbuf<std::uint16_t> buffer;
+    UTF16OutputStream out(&buffer);
+    EXPECT_TRUE(console::ExecuteCommand(u"debug.list"_utf16, out));
+}
 
-    std::string Preference(std::string const& inName) const {
-        return ContentOf(filesupport::NativePath(filesupport::Dir::PrefDir()) + '/' + inName);
-    }
-};
+using StartAndStop = tests::InPreferences;
 
 TEST_F(StartAndStop, MayFollowEachOtherInOneProcess) {
-    tests::Environment const preferences({{"XDG_CONFIG_HOME", mTemporary.Native()}});
     HostErrorManager errorManager;
     HostLocalizer localizer;
     for (int run = 0; run < 3; ++run) {
@@ -64,11 +46,12 @@ TEST_F(StartAndStop, MayFollowEachOtherInOneProcess) {
         Use();
         StopLibrary();
 
-        auto const log = Preference("brindle Log.txt");
+        auto const log = ContentOf("brindle/brindle Log.txt");
         EXPECT_NE(log.find("from a worker"), std::string::npos) << log;
         EXPECT_NE(log.find("Log file closed: "), std::string::npos) << log;
-        EXPECT_EQ(Preference("Debug Database.txt"), "key\tvalue\n");
-        EXPECT_NE(Preference("Trace Database.txt").find("decoder\t1\t6\n"), std::string::npos);
+        EXPECT_EQ(ContentOf("brindle/Debug Database.txt"), "key\tvalue\n");
+        EXPECT_NE(ContentOf("brindle/Trace Database.txt").find("decoder\t1\t6\n"),
+                  std::string::npos);
         EXPECT_THROW(config::ErrorManager::Get(), std::logic_error);
         UTF16OutputStream out;
         EXPECT_FALSE(console::ExecuteCommand(u"debug.list"_utf16, out));

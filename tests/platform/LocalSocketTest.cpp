@@ -1,16 +1,13 @@
 #include "platform/LocalSocket.h"
 
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Environment.h"
 #include "tests/support/InTemporaryDirectory.h"
 #include "tests/support/InThreads.h"
 
-#include <csignal>
-#include <memory>
 #include <optional>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 
 namespace brindle::platform {
 
@@ -21,42 +18,30 @@ using Names = std::vector<std::string>;
 
 class LocalSocket : public tests::InTemporaryDirectory {
 protected:
-    /// A process that listens under this name until it is killed.
-    static pid_t ListenElsewhere(std::string const& inName) {
-        pid_t const child = ::fork();
-        if (child == 0) {
-            auto const listener = LocalListener::Open(inName);
-            ::pause();
-        }
-        while (!ConnectLocally(inName)) {
-            ::usleep(100);
-        }
-        return child;
-    }
-    static void Kill(pid_t inProcess) {
-        ::kill(inProcess, SIGKILL);
-        ::waitpid(inProcess, nullptr, 0);
-    }
     fs::path Socket(std::string const& inName) const { return Native("brindle/" + inName); }
 
     tests::Environment const mSettings{{{"XDG_RUNTIME_DIR", mTemporary.Native()}}};
 };
 
-/// Reads what comes until the other end is closed.
-std::string ReadAll(LocalConnection& ioConnection) {
-    std::string text;
-    for (;;) {
-        char bytes[100];
-        auto const count = ioConnection.Read(bytes, sizeof(bytes));
-        text.append(bytes, count.value);
-        if (!count) {
-            return text;
+/// A process that listens under this name until it is killed.
+class Elsewhere : public tests::ChildProcess {
+public:
+    explicit Elsewhere(std::string const& inName)
+        : ChildProcess([&] {
+              auto const listener = LocalListener::Open(inName);
+              return ::pause();
+          }) {
+        while (!ConnectLocally(inName)) {
+            ::usleep(100);
         }
-        std::vector<AwaitedDescriptor> awaited(1);
-        awaited[0].descriptor = ioConnection.Descriptor();
-        awaited[0].awaitsInput = true;
-        Await(awaited, -1);
     }
+};
+
+void AwaitInput(int inDescriptor) {
+    std::vector<AwaitedDescriptor> awaited(1);
+    awaited[0].descriptor = inDescriptor;
+    awaited[0].awaitsInput = true;
+    Await(awaited, -1);
 }
 
 TEST_F(LocalSocket, IsTheUsersAloneWhateverTheUmask) {
@@ -69,29 +54,25 @@ TEST_F(LocalSocket, IsTheUsersAloneWhateverTheUmask) {
         ASSERT_TRUE(listener) << mask;
         EXPECT_EQ(fs::status(Native("brindle")).permissions(), fs::perms(0700));
         EXPECT_EQ(fs::status(Socket("a")).permissions(), fs::perms(0600));
-        EXPECT_EQ(LocalListeners().value, Names{"a"});
     }
     EXPECT_EQ(EntryCount("brindle"), 0);
-    EXPECT_EQ(LocalListener::Open("").error, kError_InvalidName);
-    EXPECT_EQ(LocalListener::Open("a/b").error, kError_InvalidName);
-    EXPECT_EQ(LocalListener::Open(".a").error, kError_InvalidName);
-    EXPECT_EQ(LocalListener::Open(std::string(81, 'a')).error, kError_NameTooLong);
+    for (char const* const name : {"", "a/b", ".a"}) {
+        EXPECT_EQ(LocalListener::Open(name).error, kError_InvalidName);
+    }
+    EXPECT_EQ(LocalListener::Open(std::string(kLongestSocketName + 1, 'a')).error,
+              kError_NameTooLong);
 }
 
 TEST_F(LocalSocket, NeedsADirectoryThatNobodyElseCanEnter) {
-    struct Case {
-        std::optional<std::string> variable;
-        ErrorCode error;
-    };
     fs::create_directory(Native("open"));
     fs::permissions(Native("open"), fs::perms(0750));
     Fill("file", "");
-    for (auto const& [variable, error] : {Case{std::nullopt, kError_PathNotFound},
-                                          {"", kError_PathNotFound},
-                                          {"relative", kError_PathNotFound},
-                                          {Native("missing"), kError_PathNotFound},
-                                          {Native("file"), kError_PathNotFound},
-                                          {Native("open"), kError_AccessDenied}}) {
+    std::pair<std::optional<std::string>, ErrorCode> const cases[] = {
+        {std::nullopt, kError_PathNotFound},   {"", kError_PathNotFound},
+        {"relative", kError_PathNotFound},     {Native("missing"), kError_PathNotFound},
+        {Native("file"), kError_PathNotFound}, {Native("open"), kError_AccessDenied},
+    };
+    for (auto const& [variable, error] : cases) {
         tests::Environment const settings({{"XDG_RUNTIME_DIR", variable}});
         EXPECT_EQ(LocalListener::Open("a").error, error) << variable.value_or("none");
         EXPECT_EQ(ConnectLocally("a").error, error);
@@ -108,36 +89,31 @@ TEST_F(LocalSocket, PathMayBeLongerThanAnAddress) {
     tests::Environment const settings({{"XDG_RUNTIME_DIR", deep}});
     std::string const name(kLongestSocketName, 'a');
     auto listener = LocalListener::Open(name);
-    ASSERT_TRUE(listener);
+    EXPECT_TRUE(ConnectLocally(name));
     EXPECT_EQ(LocalListeners().value, Names{name});
     listener.value.Remove();
-    EXPECT_TRUE(fs::is_empty(deep + "/brindle"));
     EXPECT_EQ(ConnectLocally(name).error, kError_FileNotFound);
 }
 
 TEST_F(LocalSocket, OfAKilledProcessIsRemovedAndReplaced) {
-    pid_t const killed = ListenElsewhere("a");
-    pid_t const alive = ListenElsewhere("b");
+    Elsewhere killed("a");
+    Elsewhere const alive("b");
     EXPECT_EQ(LocalListener::Open("a").error, kError_SharingViolation);
-    Kill(killed);
+    killed.Kill();
     Fill("brindle/c", "no socket");
     EXPECT_TRUE(fs::exists(Socket("a")));
     EXPECT_EQ(LocalListeners().value, Names{"b"});
-    {
-        auto const other = LocalListener::Open("d");
-        EXPECT_FALSE(fs::exists(Socket("a"))) << "nobody comes back for it";
-        auto const listener = LocalListener::Open("a");
-        EXPECT_TRUE(listener);
-        EXPECT_EQ(LocalListeners().value, (Names{"a", "b", "d"}));
-    }
+    auto const other = LocalListener::Open("d");
+    EXPECT_FALSE(fs::exists(Socket("a"))) << "nobody comes back for it";
+    auto const listener = LocalListener::Open("a");
+    EXPECT_EQ(LocalListeners().value, (Names{"a", "b", "d"}));
     EXPECT_EQ(ContentOf("brindle/c"), "no socket");
-    Kill(alive);
 }
 
 TEST_F(LocalSocket, ManyThatCreateAndCleanUpAtOnceRemoveNobodyElses) {
     for (int round = 0; round < 20; ++round) {
         for (char const* const name : {"x", "y", "z"}) {
-            Kill(ListenElsewhere(name));
+            Elsewhere const killed(name);
         }
         tests::InThreads(4, [](unsigned inThread) {
             for (int i = 0; i < 20; ++i) {
@@ -152,26 +128,26 @@ TEST_F(LocalSocket, ManyThatCreateAndCleanUpAtOnceRemoveNobodyElses) {
 }
 
 TEST_F(LocalSocket, OfAForkedProcessIsTheParentsAlone) {
-    auto listener = std::make_unique<Result<LocalListener>>(LocalListener::Open("a"));
+    auto listener = LocalListener::Open("a");
     auto client = ConnectLocally("a");
-    auto server = std::make_unique<Result<LocalConnection>>(listener->value.Accept());
-    ASSERT_TRUE(*server);
-    pid_t const child = ::fork();
-    if (child == 0) {
-        static_cast<void>(server->value.Write("child", 5));
-        listener.reset();
-        ::raise(SIGSTOP); // and lives on
-    }
-    int status = 0;
-    ::waitpid(child, &status, WUNTRACED);
-    EXPECT_EQ(server->value.Write("parent", 6).value, 6u);
-    server.reset();
-    EXPECT_EQ(ReadAll(client.value), "parent");
+    auto server = listener.value.Accept();
+    ASSERT_TRUE(server);
+    tests::ChildProcess const child([&] {
+        static_cast<void>(server.value.Write("child", 5));
+        listener = {};
+        return ::raise(SIGSTOP); // and lives on
+    });
+    ::waitpid(child.Id(), nullptr, WUNTRACED);
+    EXPECT_EQ(server.value.Write("parent", 6).value, 6u);
+    server = {};
+    char text[20] = {};
+    EXPECT_EQ(client.value.Read(text, sizeof text).value, 6u);
+    EXPECT_STREQ(text, "parent");
+    AwaitInput(client.value.Descriptor()); // the end, although the child lives
     EXPECT_EQ(client.value.Write("x", 1).error, kError_GeneralFailure) << "and SIGPIPE is no end";
     EXPECT_TRUE(ConnectLocally("a")) << "the child has removed it";
-    listener.reset();
+    listener = {};
     EXPECT_EQ(ConnectLocally("a").error, kError_FileNotFound);
-    Kill(child);
 }
 
 TEST_F(LocalSocket, OtherUsersAreDisconnected) {
@@ -184,8 +160,7 @@ TEST_F(LocalSocket, OtherUsersAreDisconnected) {
     for (auto const& path : {mTemporary.Native(), Native("brindle"), Socket("a").string()}) {
         fs::permissions(path, fs::perms(0777));
     }
-    pid_t const child = ::fork();
-    if (child == 0) {
+    tests::ChildProcess child([this] {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         Socket("a").string().copy(address.sun_path, sizeof(address.sun_path) - 1);
@@ -194,17 +169,11 @@ TEST_F(LocalSocket, OtherUsersAreDisconnected) {
             ::setuid(65534) == 0 &&
             ::connect(socket, reinterpret_cast<sockaddr const*>(&address), sizeof(address)) == 0;
         char byte = 0;
-        bool const isClosed = isConnected && ::read(socket, &byte, 1) == 0;
-        ::_exit(isClosed ? 0 : 1);
-    }
-    std::vector<AwaitedDescriptor> awaited(1);
-    awaited[0].descriptor = listener.value.Descriptor();
-    awaited[0].awaitsInput = true;
-    Await(awaited, -1);
+        return isConnected ? static_cast<int>(::read(socket, &byte, 1)) : 7;
+    });
+    AwaitInput(listener.value.Descriptor());
     EXPECT_EQ(listener.value.Accept().error, kError_FileNotFound);
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(child.Wait(), 0) << "the connection is closed";
 }
 
 } // namespace

@@ -1,11 +1,14 @@
-#include "tests/debug/AllocationHook.h"
+#include "tests/debug/OnAllocation.h"
 
-#include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 void* operator new(std::size_t inSize) {
-    brindle::tests::AllocationHook::Call();
+    if (auto const* const function = std::exchange(brindle::tests::S_onAllocation, nullptr)) {
+        (*function)();
+        brindle::tests::S_onAllocation = function;
+    }
     if (void* const block = std::malloc(inSize)) {
         return block;
     }
