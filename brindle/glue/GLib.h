@@ -24,8 +24,9 @@ public:
     /// context. Throws as `threads::EventLoopDescriptor`.
     explicit GLibLoop(int inPriority = G_PRIORITY_DEFAULT, GMainContext* inContext = nullptr)
         : mSource(g_unix_fd_source_new(threads::EventLoopDescriptor(), G_IO_IN)) {
-        // The type of the function is that of any source; GLib casts it back.
-        g_source_set_callback(mSource, reinterpret_cast<GSourceFunc>(&Dispatch), nullptr, nullptr);
+        // GLib takes the functions of all kinds of sources as one type, and casts them back.
+        auto const dispatch = reinterpret_cast<void (*)()>(&Dispatch);
+        g_source_set_callback(mSource, reinterpret_cast<GSourceFunc>(dispatch), nullptr, nullptr);
         g_source_set_priority(mSource, inPriority);
         g_source_set_can_recurse(mSource, TRUE);
         g_source_attach(mSource,
