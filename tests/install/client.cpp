@@ -37,8 +37,11 @@
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/ForEach.h>
+#include <brindle/threads/Progress.h>
 #include <brindle/threads/ScopedLock.h>
 #include <brindle/threads/SyncPoint.h>
+#include <brindle/threads/TaskGroup.h>
 #include <brindle/threads/ThreadGroup.h>
 #include <brindle/time/Timecode.h>
 #include <brindle/utility/Guid.h>
@@ -157,9 +160,19 @@ void UseThreads() {
     for (int i = 1; i <= 100; ++i) {
         pool->Post([&sum, i] { sum += i; }, 0);
     }
+    TaskGroup group(pool);
+    group.Run([] { throw cancelled_exception(); });
+    try {
+        group.Wait();
+        Check(false, "a group");
+    } catch (cancelled_exception const&) {
+    }
     pool->Shutdown();
     pool->Synchronize();
     Check(sum == 5050, "a pool");
+    ForEach(pool, 100, [&](std::size_t) { --sum; });
+    Check(sum == 4950, "a parallel loop");
+    Progress<int>(pool, [](int) {}).Set(1);
     RecursiveMutex mutex;
     RecursiveMutexLock const lock(mutex, true);
 }
@@ -227,6 +240,8 @@ void UseOtherClasses() {
         proplist::PropListXMLHandler, threads::AsyncEventLoopAdaptor,
         threads::AsyncEventLoopExecutor, threads::AsyncExecutor, threads::AsyncThreadedExecutor,
         threads::SyncPoint, threads::Barrier, threads::Thread, threads::ThreadGroup,
+        threads::TaskGroup, threads::cancelled_exception, threads::task_refused_exception,
+        threads::impl::Completion, threads::impl::LoopCall, threads::impl::Task,
         utility::RefCountedObject, xml::AbstractDocParser, xml::AbstractParseHandler,
         xml::DocParserFactory, xml::ExpatParser>();
 }
