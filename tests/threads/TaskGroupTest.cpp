@@ -35,12 +35,18 @@ boost::shared_ptr<AsyncThreadedExecutor> MakePool(int inThreadCount) {
 class Forgetful : public AsyncExecutor {
 public:
     bool Post(boost::function0<void> const& inFunction, std::uint32_t) override {
+        if (isOutOfMemory) {
+            throw std::bad_alloc();
+        }
         mForgotten.push_back(inFunction);
         return true;
     }
     bool IsCurrentThreadExecutorThread() override { return false; }
     std::int32_t GetThreadCount() override { return 1; }
+    std::size_t Count() const { return mForgotten.size(); }
     void Forget() { mForgotten.clear(); }
+
+    bool isOutOfMemory = false;
 
 private:
     std::vector<boost::function0<void>> mForgotten;
@@ -137,6 +143,18 @@ TEST(TaskGroup, AWorkerThatWaitsCallsWhatIsAddedMeanwhile) {
 
 TEST(TaskGroup, TheFirstExceptionCancelsTheRest) {
     auto const pool = MakePool(1);
+    auto const others = MakePool(2);
+    TaskGroup both(others);
+    std::promise<void> begun;
+    both.Run([&] {
+        begun.set_value();
+        while (!both.IsCancelled()) {
+        }
+        throw 2;
+    });
+    begun.get_future().wait();
+    both.Run([] { throw std::runtime_error("first"); });
+    EXPECT_THROW(both.Wait(), std::runtime_error);
     TaskGroup group(pool);
     auto const token = std::make_shared<int>();
     {
@@ -245,6 +263,11 @@ TEST(TaskGroup, SaysWhatAnExecutorRefusesOrReleases) {
     forgetful->Forget();
     EXPECT_EQ(token.use_count(), 1);
     EXPECT_THROW(forgotten.Wait(), task_refused_exception);
+    TaskGroup other(forgetful);
+    forgetful->isOutOfMemory = true;
+    EXPECT_THROW(other.Run([token] {}), std::bad_alloc);
+    EXPECT_EQ(token.use_count(), 1);
+    other.Wait();
     EXPECT_EQ(never.wait_for(std::chrono::seconds(0)), std::future_status::ready);
     EXPECT_THROW(TaskGroup(nullptr), std::invalid_argument);
 }
@@ -265,11 +288,14 @@ TEST(TaskGroup, CompletesOnceOnTheLoopUnlessItIsDestroyedBefore) {
     };
     for (int i = 0; i < 100; ++i) {
         told.clear();
-        TaskGroup group(pool), failed(pool), destroyed(pool);
-        group.Run([&] { group.Run([] {}); });
+        TaskGroup group(pool), failed(pool);
+        std::promise<void> go;
+        group.Run([&] { go.get_future().wait(), group.Run([] {}); });
         failed.Run([] { throw 1; });
         group.WhenDone(loop, tell);
+        loop->Drain();
         EXPECT_EQ(told, "");
+        go.set_value();
         group.Wait();
         pool->Synchronize(); // the worker has posted it
         loop->Drain();
@@ -364,24 +390,33 @@ TEST(Progress, ShowsTheLatestValueWithOneCall) {
     progress.reset();
     loop->Drain();
     EXPECT_EQ(shown, (std::vector<int>{1000, 1001}));
+    auto const busy = boost::make_shared<Forgetful>();
+    Progress<int> toBusy(busy, [](int) {});
+    toBusy.Set(1), toBusy.Set(2);
+    EXPECT_EQ(busy->Count(), 1U);
 }
 
 TEST(Progress, NoCallOutlivesItWhileOthersSetValues) {
     auto const loop = CreateAsyncEventLoopExecutor("loop");
-    for (int round = 0; round < 200; ++round) {
-        auto shown = std::make_unique<std::string>();
+    for (int round = 0; round < 50; ++round) {
+        std::atomic<bool> isInside{false};
+        std::promise<void> begun;
         {
+            std::string shown;
             Progress<std::string> progress(loop, [&](std::string inValue) {
-                EXPECT_GE(inValue, *shown);
-                *shown = std::move(inValue);
+                isInside = true;
+                shown.empty() ? begun.set_value() : void();
+                std::this_thread::sleep_for(std::chrono::microseconds(50));
+                EXPECT_GT(inValue, shown);
+                shown = std::move(inValue);
+                isInside = false;
             });
-            tests::InThreads(2, [&](unsigned int inThread) {
-                for (int i = 0; inThread == 0 && i < 50; ++i) {
-                    progress.Set(std::string(30, static_cast<char>('A' + i)));
-                }
-            });
+            for (int i = 0; i < round; ++i) {
+                progress.Set(std::string(30, static_cast<char>('A' + i)));
+            }
+            round > 0 ? begun.get_future().wait() : void();
         }
-        shown.reset();
+        EXPECT_FALSE(isInside);
     }
     // Destroyed by its own call, which the values of another thread keep alive.
     std::promise<void> done;

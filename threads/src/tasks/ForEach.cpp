@@ -20,7 +20,7 @@ constexpr std::chrono::microseconds kTimePerClaim{20};
 constexpr std::size_t kLargestClaim = 256;
 
 /// A run, which the calling thread shares with its helpers on the executor. A helper that comes
-/// after the end finds the run closed and calls nothing.
+/// after the end finds nothing to claim, and calls nothing.
 class ForEachRun : boost::noncopyable {
 public:
     using Pointer = boost::shared_ptr<ForEachRun>;
@@ -82,9 +82,6 @@ void ForEachRun::Help() {
     {
         utility::MutexLock const lock(mMutex);
         --mHelpersOnTheirWay;
-        if (mIsClosed) {
-            return;
-        }
         ++mHelpers;
     }
     std::size_t claim = 1;
