@@ -80,7 +80,8 @@ TEST(TaskGroup, WaitsForFunctionsThatAddFunctionsAndReleasesThem) {
         std::function<void(int)> const split = [&](int inDepth) {
             ++ran;
             for (int i = 0; i < 2 && inDepth > 0; ++i) {
-                group.Run([&split, inDepth, owned = std::make_unique<std::shared_ptr<int>>(token)] {
+                group.Run([&, inDepth, owned = std::make_unique<std::shared_ptr<int>>(token)] {
+                    EXPECT_TRUE(pool->IsCurrentThreadExecutorThread());
                     split(inDepth - 1);
                 });
             }
