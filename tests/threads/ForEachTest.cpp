@@ -1,14 +1,12 @@
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/ForEach.h>
 
-#include "tests/support/AllocationFailure.h"
-
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <future>
 #include <memory>
-#include <numeric>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -58,15 +56,11 @@ TEST(ForEach, CallsEveryIndexOnceAndKeepsTheOrderOfResults) {
                 ++calls[inIndex];
                 return inIndex;
             });
-            std::vector<std::size_t> expected(count);
-            std::iota(expected.begin(), expected.end(), std::size_t{0});
-            EXPECT_EQ(results, expected);
-            for (auto const& called : calls) {
-                EXPECT_EQ(called, 1);
-            }
+            EXPECT_EQ(std::count(calls.begin(), calls.end(), 1), static_cast<long>(count));
             std::vector<bool> const odd =
                 ForEach(executor, count, [](std::size_t inIndex) { return inIndex % 2 == 1; });
             for (std::size_t i = 0; i < count; ++i) {
+                EXPECT_EQ(results[i], i);
                 EXPECT_EQ(odd[i], i % 2 == 1);
             }
         }
@@ -171,16 +165,6 @@ TEST(ForEach, UsesTheWorkers) {
         };
         ForEach(pool, 32, compute, TakeTime, 4);
     }
-}
-
-TEST(ForEach, RefusedMemoryCostsHelpersOnly) {
-    auto const pool = MakePool(2);
-    auto const use = [&] {
-        std::atomic<int> calls{0};
-        ForEach(pool, 100, [&](std::size_t) { ++calls; });
-        EXPECT_EQ(calls, 100);
-    };
-    EXPECT_LT(tests::RefuseEachAllocation(use, [] {}), 5);
 }
 
 } // namespace
