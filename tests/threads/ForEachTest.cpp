@@ -152,18 +152,13 @@ TEST(ForEach, UsesTheWorkers) {
         }
         isAll.wait();
     });
-    // Also after they have left, because delivering was slow.
-    for (std::size_t round = 0; round < 20; ++round) {
-        std::promise<void> both;
-        auto const isBoth = both.get_future().share();
-        inside = 0;
-        auto const compute = [&](std::size_t inIndex) {
-            if (inIndex >= 30) {
-                ++inside == 2 ? both.set_value() : void();
-                isBoth.wait();
-            }
-        };
-        ForEach(pool, 32, compute, TakeTime, 4);
+    // They come back after they have left because there was no room for results.
+    for (int round = 0; round < 50; ++round) {
+        std::vector<std::promise<void>> computed(33);
+        computed[32].set_value();
+        ForEach(
+            pool, 32, [&](std::size_t inIndex) { computed[inIndex].set_value(); },
+            [&](std::size_t inIndex) { computed[inIndex + 1].get_future().wait(); }, 2);
     }
 }
 

@@ -35,12 +35,16 @@ public:
 
 private:
     void Help();
-    void PostHelpers(Pointer const& inRun, AsyncExecutor* inExecutor);
+    void PostHelpers(Pointer const& inRun, AsyncExecutor* inExecutor, std::size_t inRoom);
     void DeliverAll(Pointer const& inRun, AsyncExecutor* inExecutor);
     bool TakeComputed(std::size_t inIndex);
     void WaitUntilComputed(std::size_t inIndex);
-    bool ComputeSome(std::size_t& ioClaim);
-    bool Claim(std::size_t inCount, std::size_t& outFirst, std::size_t& outEnd);
+    bool ComputeSome(std::size_t& ioClaim, bool inIsHelper);
+    bool Claim(std::size_t inCount, bool inIsHelper, std::size_t& outFirst, std::size_t& outEnd);
+    /// How many more results may be kept.
+    std::size_t Room() const BRN_REQUIRES(mMutex) {
+        return mCalls.deliver != nullptr ? mMostAhead - (mNext - mDelivered) : mCount;
+    }
     void NoteComputed(std::size_t inFirst, std::size_t inEnd);
     void NoteFailure(std::exception_ptr inFailure);
     std::exception_ptr Close();
@@ -63,12 +67,12 @@ private:
 };
 
 void ForEachRun::Run(Pointer const& inRun, AsyncExecutor* inExecutor) {
-    inRun->PostHelpers(inRun, inExecutor);
     if (inRun->mCalls.deliver != nullptr) {
         inRun->DeliverAll(inRun, inExecutor);
     } else {
+        inRun->PostHelpers(inRun, inExecutor, 1);
         std::size_t claim = 1;
-        while (inRun->ComputeSome(claim)) {
+        while (inRun->ComputeSome(claim, false)) {
         }
     }
     if (std::exception_ptr const failure = inRun->Close()) {
@@ -85,24 +89,17 @@ void ForEachRun::Help() {
         ++mHelpers;
     }
     std::size_t claim = 1;
-    while (ComputeSome(claim)) {
-    }
-    utility::MutexLock const lock(mMutex);
-    --mHelpers;
-    if (mIsClosed && mHelpers == 0) {
-        mChanged.NotifyOne();
+    while (ComputeSome(claim, true)) {
     }
 }
 
-/// Posts the helpers that are missing, if there is work for them.
-void ForEachRun::PostHelpers(Pointer const& inRun, AsyncExecutor* inExecutor) {
+/// Posts the helpers that are missing, if there are indices to claim and room for so many results.
+void ForEachRun::PostHelpers(Pointer const& inRun, AsyncExecutor* inExecutor, std::size_t inRoom) {
     std::size_t missing = 0;
     {
         utility::MutexLock const lock(mMutex);
-        std::size_t const ahead = mNext - mDelivered;
         std::size_t const present = mHelpers + mHelpersOnTheirWay;
-        // While delivering holds the others up, one is posted for many items, not for each.
-        if (mNext == mCount || ahead > mMostAhead / 2 || present >= mMostHelpers) {
+        if (mNext == mCount || Room() < inRoom || present >= mMostHelpers) {
             return;
         }
         missing = std::min(mMostHelpers - present, mCount - mNext);
@@ -127,14 +124,19 @@ void ForEachRun::DeliverAll(Pointer const& inRun, AsyncExecutor* inExecutor) {
     std::size_t claim = 1;
     for (std::size_t next = 0; next < mCount && !mIsStopped;) {
         if (TakeComputed(next)) {
+            // While delivering holds the others up, helpers are posted for many items, not for
+            // each.
+            PostHelpers(inRun, inExecutor, (mMostAhead + 1) / 2);
             try {
                 mCalls.deliver(mCalls.context, next++);
             } catch (...) {
                 NoteFailure(std::current_exception());
             }
-            PostHelpers(inRun, inExecutor);
-        } else if (!ComputeSome(claim)) {
-            WaitUntilComputed(next);
+        } else {
+            PostHelpers(inRun, inExecutor, 1);
+            if (!ComputeSome(claim, false)) {
+                WaitUntilComputed(next);
+            }
         }
     }
 }
@@ -158,11 +160,11 @@ void ForEachRun::WaitUntilComputed(std::size_t inIndex) {
 }
 
 /// Computes about as many indices as the claim says, and adapts it. False if there is none to
-/// claim.
-bool ForEachRun::ComputeSome(std::size_t& ioClaim) {
+/// claim; then a helper has left.
+bool ForEachRun::ComputeSome(std::size_t& ioClaim, bool inIsHelper) {
     std::size_t first = 0;
     std::size_t end = 0;
-    if (!Claim(ioClaim, first, end)) {
+    if (!Claim(ioClaim, inIsHelper, first, end)) {
         return false;
     }
     Clock::time_point const begun = Clock::now();
@@ -170,7 +172,7 @@ bool ForEachRun::ComputeSome(std::size_t& ioClaim) {
         mCalls.compute(mCalls.context, first, end, mIsStopped);
     } catch (...) {
         NoteFailure(std::current_exception());
-        return false;
+        return true;
     }
     auto const took = Clock::now() - begun;
     if (took < kTimePerClaim / 2) {
@@ -184,13 +186,18 @@ bool ForEachRun::ComputeSome(std::size_t& ioClaim) {
     return true;
 }
 
-/// Claims at least one index, but none that is too far ahead, and none that another thread will
-/// soon be without.
-bool ForEachRun::Claim(std::size_t inCount, std::size_t& outFirst, std::size_t& outEnd) {
+/// Claims at least one index, but no more than a fair share of what is left. A helper that gets
+/// none leaves in the same step, so that the calling thread, which makes room, knows who is there
+/// to see it.
+bool ForEachRun::Claim(std::size_t inCount, bool inIsHelper, std::size_t& outFirst,
+                       std::size_t& outEnd) {
     utility::MutexLock const lock(mMutex);
-    std::size_t const room = mMostAhead - (mNext - mDelivered);
-    std::size_t const left = std::min(mCount - mNext, mCalls.deliver != nullptr ? room : mCount);
+    std::size_t const left = std::min(mCount - mNext, Room());
     if (left == 0 || mIsStopped) {
+        mHelpers -= inIsHelper ? 1 : 0;
+        if (mIsClosed && mHelpers == 0) {
+            mChanged.NotifyOne();
+        }
         return false;
     }
     std::size_t const share = std::max<std::size_t>(left / (2 * (mMostHelpers + 1)), 1);
