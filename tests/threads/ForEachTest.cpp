@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <memory>
 #include <random>
@@ -97,17 +98,14 @@ TEST(ForEach, TheFirstExceptionEndsTheRunAfterTheCallsInProgress) {
     auto const pool = MakePool(2);
     for (std::size_t const at : std::initializer_list<std::size_t>{0, 1, 50, 999}) {
         for (bool const isDelivering : {false, true}) {
-            std::atomic<int> inside{0};
             std::size_t next = 0;
             auto const fail = [at](std::size_t inIndex) {
                 if (inIndex == at) {
-                    throw std::runtime_error(std::to_string(at));
+                    throw std::runtime_error("at an index");
                 }
             };
             auto const compute = [&](std::size_t inIndex) {
-                ++inside;
                 TakeTime(inIndex);
-                auto const leave = std::shared_ptr<void>(nullptr, [&](void*) { --inside; });
                 isDelivering ? void() : fail(inIndex);
             };
             auto const deliver = [&](std::size_t inIndex) {
@@ -116,9 +114,24 @@ TEST(ForEach, TheFirstExceptionEndsTheRunAfterTheCallsInProgress) {
                 ++next;
             };
             EXPECT_THROW(ForEach(pool, 1000, compute, deliver), std::runtime_error);
-            EXPECT_EQ(inside, 0);
             EXPECT_LE(next, at);
         }
+    }
+    for (int round = 0; round < 50; ++round) {
+        std::promise<void> begun;
+        std::atomic<bool> isInside{false};
+        auto const compute = [&](std::size_t inIndex) {
+            if (inIndex == 0) {
+                begun.get_future().wait();
+                throw 1;
+            }
+            isInside = true;
+            begun.set_value();
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
+            isInside = false;
+        };
+        EXPECT_THROW(ForEach(pool, 2, compute), int);
+        EXPECT_FALSE(isInside);
     }
     // Functions that have not begun do not begin.
     std::atomic<std::size_t> calls{0};
