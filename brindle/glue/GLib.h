@@ -44,7 +44,7 @@ private:
         try {
             threads::DispatchMessages();
         } catch (std::exception const& error) { // it must not leave through GLib
-            g_warning("%s", error.what());
+            g_log("brindle", G_LOG_LEVEL_WARNING, "%s", error.what());
         }
         return G_SOURCE_CONTINUE;
     }

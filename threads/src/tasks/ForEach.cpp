@@ -41,10 +41,7 @@ private:
     void WaitUntilComputed(std::size_t inIndex);
     bool ComputeSome(std::size_t& ioClaim, bool inIsHelper);
     bool Claim(std::size_t inCount, bool inIsHelper, std::size_t& outFirst, std::size_t& outEnd);
-    /// How many more results may be kept.
-    std::size_t Room() const BRN_REQUIRES(mMutex) {
-        return mCalls.deliver != nullptr ? mMostAhead - (mNext - mDelivered) : mCount;
-    }
+    std::size_t Room() const BRN_REQUIRES(mMutex);
     void NoteComputed(std::size_t inFirst, std::size_t inEnd);
     void NoteFailure(std::exception_ptr inFailure);
     std::exception_ptr Close();
@@ -60,8 +57,8 @@ private:
     std::size_t mHelpers BRN_GUARDED_BY(mMutex) = 0;
     std::size_t mNext BRN_GUARDED_BY(mMutex) = 0;      // the first index that nobody has claimed
     std::size_t mDelivered BRN_GUARDED_BY(mMutex) = 0; // the indices below it
-    std::vector<bool>
-        mIsComputed BRN_GUARDED_BY(mMutex); // and not delivered: a ring of the indices
+    // A ring of the indices that may be computed before they are delivered.
+    std::vector<bool> mIsComputed BRN_GUARDED_BY(mMutex);
     std::exception_ptr mFailure BRN_GUARDED_BY(mMutex);
     bool mIsClosed BRN_GUARDED_BY(mMutex) = false;
 };
@@ -205,6 +202,11 @@ bool ForEachRun::Claim(std::size_t inCount, bool inIsHelper, std::size_t& outFir
     mNext += std::min(inCount, share);
     outEnd = mNext;
     return true;
+}
+
+/// How many more results may be kept.
+std::size_t ForEachRun::Room() const {
+    return mCalls.deliver != nullptr ? mMostAhead - (mNext - mDelivered) : mCount;
 }
 
 void ForEachRun::NoteComputed(std::size_t inFirst, std::size_t inEnd) {
