@@ -68,6 +68,7 @@ private:
 template <typename Function>
 [[nodiscard]] auto Async(boost::shared_ptr<AsyncExecutor> const& inExecutor,
                          Function&& inFunction) {
+    static_assert(std::is_invocable_v<std::decay_t<Function>&>, "the function takes nothing");
     using Call = impl::PromisedCall<std::decay_t<Function>>;
     auto const call = boost::make_shared<Call>(std::in_place, std::forward<Function>(inFunction));
     auto future = call->Future();

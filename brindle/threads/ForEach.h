@@ -88,6 +88,7 @@ void ComputeEach(boost::shared_ptr<AsyncExecutor> const& inExecutor, std::size_t
 template <typename Function>
 auto ForEach(boost::shared_ptr<AsyncExecutor> const& inExecutor, std::size_t inCount,
              Function&& inFunction) {
+    static_assert(std::is_invocable_v<Function&, std::size_t>, "the function takes an index");
     using Result = std::invoke_result_t<Function&, std::size_t>;
     if constexpr (std::is_void_v<Result>) {
         impl::ComputeEach(inExecutor, inCount, inFunction);
@@ -121,6 +122,7 @@ auto ForEach(boost::shared_ptr<AsyncExecutor> const& inExecutor, std::size_t inC
 template <typename Function, typename Deliver>
 void ForEach(boost::shared_ptr<AsyncExecutor> const& inExecutor, std::size_t inCount,
              Function&& inFunction, Deliver&& inDeliver, std::size_t inMostAhead = 256) {
+    static_assert(std::is_invocable_v<Function&, std::size_t>, "the function takes an index");
     using Result = std::invoke_result_t<Function&, std::size_t>;
     std::size_t const mostAhead =
         std::clamp<std::size_t>(inMostAhead, 1, std::max<std::size_t>(inCount, 1));

@@ -82,8 +82,8 @@ private:
 
 } // namespace impl
 
-/// Functions that run on an executor and have ended before the group does, so that they may use
-/// everything that was declared before it.
+/// Functions that run on an executor. None of them runs after the group was destroyed, so they may
+/// use everything that was declared before it.
 ///
 ///     TaskGroup group(pool);
 ///     for (File const& file : files) { group.Run([&] { Import(file, group.Token()); }); }
@@ -114,6 +114,7 @@ public:
     /// function is not called.
     template <typename Function>
     void Run(Function&& inFunction) {
+        static_assert(std::is_invocable_v<std::decay_t<Function>&>, "the function takes nothing");
         RunTask(new impl::TaskOf<std::decay_t<Function>>(std::in_place,
                                                          std::forward<Function>(inFunction)));
     }
@@ -144,6 +145,8 @@ public:
     /// It is dropped if the executor does not accept it. Throws `std::bad_alloc`.
     template <typename Function>
     void WhenDone(boost::shared_ptr<AsyncExecutor> inExecutor, Function&& inFunction) {
+        static_assert(std::is_invocable_v<std::decay_t<Function>&, std::exception_ptr>,
+                      "the function takes the first exception, a std::exception_ptr");
         AddCompletion(std::move(inExecutor),
                       new impl::CompletionOf<std::decay_t<Function>>(
                           std::in_place, std::forward<Function>(inFunction)));
