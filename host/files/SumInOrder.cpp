@@ -1,11 +1,33 @@
 #include "host/files/SumInOrder.h"
 
-#include "host/files/RunInOrder.h"
+#include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/ForEach.h>
+
+#include <boost/thread/exceptions.hpp>
 
 #include <algorithm>
-#include <vector>
+#include <thread>
 
 namespace brindle::host {
+
+namespace {
+
+/// The threads that work beside the calling one; null if there are none.
+boost::shared_ptr<threads::AsyncExecutor> MakeHelpers(std::size_t inCount, std::uint32_t inJobs) {
+    std::size_t const jobs =
+        std::min<std::size_t>(inCount, inJobs == 0 ? std::thread::hardware_concurrency() : inJobs);
+    if (jobs <= 1) {
+        return {};
+    }
+    try {
+        return threads::CreateAsyncThreadedExecutor("worker", static_cast<int>(jobs - 1),
+                                                    threads::kThreadPriorityNormal);
+    } catch (boost::thread_resource_error const&) {
+        return {};
+    }
+}
+
+} // namespace
 
 std::uint32_t Jobs(Arguments const& inArguments) {
     constexpr std::uint32_t kMostJobs = 1024;
@@ -16,7 +38,6 @@ std::uint32_t Jobs(Arguments const& inArguments) {
 void SumInOrder(std::size_t inCount, std::uint32_t inJobs, Diagnostics& ioDiagnostics,
                 std::function<FileSum(std::size_t)> const& inSum,
                 std::function<void(std::size_t, SumOutcome const&)> const& inDeliver) {
-    std::vector<SumOutcome> outcomes(std::min(inCount, kMostAhead));
     std::uint64_t bytes = 0;
     auto const showProgress = [&](std::size_t inDone) {
         ioDiagnostics.ShowProgress(
@@ -24,22 +45,21 @@ void SumInOrder(std::size_t inCount, std::uint32_t inJobs, Diagnostics& ioDiagno
             (inCount == 1 ? " file, " : " files, ") + std::to_string(bytes >> 20) + " MiB");
     };
     auto const sum = [&](std::size_t inIndex) {
-        SumOutcome& outcome = outcomes[inIndex % kMostAhead];
-        outcome = SumOutcome();
+        SumOutcome outcome;
         try {
             outcome.sum = inSum(inIndex);
         } catch (unreadable_error const& error) {
             outcome.failure = error.what();
         }
+        return outcome;
     };
-    auto const deliver = [&](std::size_t inIndex) {
-        SumOutcome const& outcome = outcomes[inIndex % kMostAhead];
-        bytes += outcome.sum.size;
-        inDeliver(inIndex, outcome);
+    auto const deliver = [&](std::size_t inIndex, SumOutcome const& inOutcome) {
+        bytes += inOutcome.sum.size;
+        inDeliver(inIndex, inOutcome);
         showProgress(inIndex + 1);
     };
     showProgress(0);
-    RunInOrder(inCount, inJobs, sum, deliver);
+    threads::ForEach(MakeHelpers(inCount, inJobs), inCount, sum, deliver, kMostAhead);
 }
 
 } // namespace brindle::host

@@ -2,7 +2,6 @@
 
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
-#include "host/files/RunInOrder.h"
 #include "host/files/SumInOrder.h"
 #include "host/files/SystemReason.h"
 #include "host/seal/Manifest.h"

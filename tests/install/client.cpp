@@ -45,8 +45,11 @@
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/ForEach.h>
+#include <brindle/threads/Progress.h>
 #include <brindle/threads/ScopedLock.h>
 #include <brindle/threads/SyncPoint.h>
+#include <brindle/threads/TaskGroup.h>
 #include <brindle/threads/ThreadGroup.h>
 #include <brindle/time/Timecode.h>
 #include <brindle/utility/Guid.h>
@@ -188,9 +191,19 @@ void UseThreads() {
     for (int i = 1; i <= 100; ++i) {
         pool->Post([&sum, i] { sum += i; }, 0);
     }
+    TaskGroup group(pool);
+    group.Run([] { throw cancelled_exception(); });
+    try {
+        group.Wait();
+        Check(false, "a group");
+    } catch (cancelled_exception const&) {
+    }
     pool->Shutdown();
     pool->Synchronize();
     Check(sum == 5050, "a pool");
+    ForEach(pool, 100, [&](std::size_t) { --sum; });
+    Check(sum == 4950, "a parallel loop");
+    Progress<int>(pool, [](int) {}).Set(1);
     RecursiveMutex mutex;
     RecursiveMutexLock const lock(mutex, true);
 }
@@ -258,7 +271,9 @@ void UseOtherClasses() {
         dir_not_found_exception, eof_error, file_delete_exception, io_error, rename_dir,
         rename_dir_already_exists, rename_file, proplist::PropListXMLHandler,
         threads::AsyncEventLoopAdaptor, threads::AsyncEventLoopExecutor, threads::AsyncExecutor,
-        threads::AsyncThreadedExecutor, threads::SyncPoint, threads::Barrier, threads::Thread,
+        threads::AsyncThreadedExecutor, threads::SyncPoint, threads::TaskGroup,
+        threads::cancelled_exception, threads::task_refused_exception, threads::impl::Completion,
+        threads::impl::LoopCall, threads::impl::Task, threads::Barrier, threads::Thread,
         threads::ThreadGroup, utility::RefCountedObject, xml::AbstractDocParser,
         xml::AbstractParseHandler, xml::DocParserFactory, xml::ExpatParser>();
     console::Listener const listener;
