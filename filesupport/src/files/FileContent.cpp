@@ -1,0 +1,37 @@
+#include <brindle/filesupport/FileContent.h>
+
+#include "filesupport/src/files/NewVersion.h"
+#include "filesupport/src/files/SourceFile.h"
+
+#include <algorithm>
+
+namespace brindle::filesupport {
+
+std::vector<std::uint8_t> ReadFile(File const& inFile, std::size_t inLimit) {
+    constexpr std::size_t kFirst = 64 * 1024;
+    auto file = OpenSourceOrThrow(inFile, kShareWithEverybody);
+    std::vector<std::uint8_t> bytes;
+    std::size_t length = 0;
+    // There is always room for a byte more than was read, so that the last reading finds the end.
+    for (auto room = kFirst;; room = std::max(2 * room, room)) {
+        bytes.resize(inLimit < room ? inLimit + 1 : room);
+        length += ReadOrThrow(file, inFile, bytes.data() + length, bytes.size() - length);
+        if (length > inLimit) {
+            throw config::Because(file_exception(inFile), config::FileOperation::kRead,
+                                  platform::kError_FileTooLarge);
+        }
+        if (length < bytes.size()) {
+            bytes.resize(length);
+            bytes.shrink_to_fit();
+            return bytes;
+        }
+    }
+}
+
+void WriteFile(File const& inFile, void const* inBytes, std::size_t inCount) {
+    auto newVersion = BeginOrThrow(inFile, File());
+    RequireWritten(inFile, newVersion.Write(inBytes, inCount));
+    CommitOrThrow(newVersion, inFile);
+}
+
+} // namespace brindle::filesupport

@@ -1,0 +1,315 @@
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/SystemCallFaults.h"
+#include "tests/support/Text.h"
+
+#include <brindle/filesupport/ByteStreamOperators.h>
+#include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CopyBytes.h>
+#include <brindle/filesupport/CopyFile.h>
+#include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/DequeByteStream.h>
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
+#include <brindle/filesupport/StringByteStream.h>
+
+#include <cctype>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <tuple>
+#include <typeinfo>
+#include <vector>
+
+namespace brindle::filesupport {
+
+namespace {
+
+namespace fs = std::filesystem;
+using tests::Wide;
+
+std::string Irregular(std::size_t inSize) {
+    std::string bytes;
+    for (std::uint32_t i = 0; i < inSize; ++i) {
+        bytes += static_cast<char>(i * i * 2654435761u >> 24);
+    }
+    return bytes;
+}
+
+class Copying : public tests::InTemporaryDirectory {
+protected:
+    File FileAt(std::string const& inName) const { return File(At(inName)); }
+    std::string const mContent = Irregular(300'000);
+};
+
+/// The contract of the operator, byte by byte.
+void CopyAsTold(OByteStream& outStream, IByteStream& inStream) {
+    auto const length = inStream.Length();
+    for (std::uint64_t i = 0; length == 0 || i < length; ++i) {
+        std::uint8_t byte = 0;
+        try {
+            byte = inStream.Get();
+        } catch (eof_error const&) {
+            if (length == 0) {
+                return;
+            }
+            throw;
+        }
+        outStream.Put(byte);
+    }
+}
+
+void CopyByTheOperator(OByteStream& outStream, IByteStream& inStream) {
+    outStream << inStream;
+}
+
+/// How a copy ended and where it left the streams.
+using Outcome = std::tuple<std::string, std::uint64_t, std::uint64_t>;
+
+Outcome OutcomeOf(void (*inCopy)(OByteStream&, IByteStream&), OByteStream& outStream,
+                  IByteStream& inStream) {
+    std::string end = "done";
+    try {
+        inCopy(outStream, inStream);
+    } catch (config::FileFailure const& failure) {
+        end = typeid(failure).name() + std::to_string(static_cast<int>(failure.Cause())) +
+              std::to_string(static_cast<int>(failure.Operation()));
+    }
+    return {end, inStream.CurPos(), outStream.CurPos()};
+}
+
+TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
+    Fill("source", mContent.substr(0, 70'000));
+    Fill("empty", "");
+    std::string const text = mContent.substr(0, 70'000);
+    using Source = std::function<std::unique_ptr<IByteStream>()>;
+    using Sink = std::function<std::unique_ptr<OByteStream>(std::string&)>;
+    std::pair<std::string, Source> const sources[] = {
+        {"file", [&] { return std::make_unique<IPlatformByteStream>(FileAt("source")); }},
+        {"empty file", [&] { return std::make_unique<IPlatformByteStream>(FileAt("empty")); }},
+        {"endless file",
+         [&] { return std::make_unique<IPlatformByteStream>(File(Wide("/proc/version"))); }},
+        {"string", [&] { return std::make_unique<IStringByteStream>(text); }},
+    };
+    std::pair<std::string, Sink> const sinks[] = {
+        {"file", [&](auto&) { return std::make_unique<OPlatformByteStream>(FileAt("sink")); }},
+        {"new version", [&](auto&) { return std::make_unique<OSafeSaveStream>(FileAt("new")); }},
+        {"string", [](auto& outText) { return std::make_unique<OStringByteStream>(outText); }},
+    };
+    tests::FileSizeLimit const limit(50'000);
+    for (auto const& [sourceName, makeSource] : sources) {
+        for (auto const& [sinkName, makeSink] : sinks) {
+            for (std::uint64_t const start : {0u, 100u}) {
+                SCOPED_TRACE(sourceName + " to " + sinkName + " from " + std::to_string(start));
+                std::string texts[2], files[2];
+                Outcome outcomes[2];
+                for (int way = 0; way < 2; ++way) {
+                    Fill("sink", "x");
+                    auto const source = makeSource();
+                    auto const sink = makeSink(texts[way]);
+                    source->CurPos(sourceName == "string" || sourceName == "file" ? start : 0);
+                    outcomes[way] =
+                        OutcomeOf(way == 0 ? &CopyByTheOperator : &CopyAsTold, *sink, *source);
+                    files[way] = ContentOf("sink");
+                }
+                EXPECT_EQ(outcomes[0], outcomes[1]);
+                EXPECT_EQ(texts[0], texts[1]);
+                EXPECT_EQ(files[0], files[1]);
+            }
+        }
+    }
+}
+
+TEST_F(Copying, TheOperatorMovesBlocksOnlyWhereNobodyCanTell) {
+    struct Upper : IPlatformByteStream {
+        using IPlatformByteStream::IPlatformByteStream;
+        std::uint8_t Get() override {
+            return static_cast<std::uint8_t>(std::toupper(IPlatformByteStream::Get()));
+        }
+    };
+    Fill("file", "abcd");
+    std::string text;
+    OStringByteStream(text) << Upper(FileAt("file"));
+    EXPECT_EQ(text, "ABCD");
+
+    IPlatformByteStream source(FileAt("file"), kShareWithEverybody);
+    OPlatformByteStream sink(FileAt("file"));
+    sink.CurPos(1);
+    sink << source;
+    EXPECT_EQ(ContentOf("file"), "aaaaa") << "each byte is read after the one before was written";
+
+    Fill("big", mContent);
+    auto const copy = [this] {
+        OPlatformByteStream(FileAt("file")) << IPlatformByteStream(FileAt("big"));
+        return 0;
+    };
+    constexpr int kMostCalls = 100;
+    EXPECT_FALSE(
+        tests::RunWithFault(copy, {tests::SystemCallFault::kActBefore, 0, kMostCalls, [] {}})
+            .hasHappened)
+        << "too many system calls";
+}
+
+TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
+    std::string copy;
+    std::vector<std::uint64_t> told;
+    OStringByteStream sink(copy);
+    IStringByteStream source(mContent);
+    source.CurPos(1000);
+    auto const count = CopyBytes(source, sink, [&](std::uint64_t inDone, std::uint64_t inTotal) {
+        told.push_back(inDone);
+        EXPECT_EQ(inTotal, mContent.size() - 1000);
+    });
+    EXPECT_EQ(count, mContent.size() - 1000);
+    EXPECT_EQ(copy, mContent.substr(1000));
+    EXPECT_GT(told.size(), 2u);
+    EXPECT_EQ(told.back(), count);
+
+    struct UnknownLength : IStringByteStream {
+        using IStringByteStream::IStringByteStream;
+        std::uint64_t Length() const override { return 0; }
+    };
+    copy.clear();
+    EXPECT_EQ(CopyBytes(UnknownLength(mContent), sink), mContent.size());
+    EXPECT_EQ(copy, mContent);
+    struct TooLong : IStringByteStream {
+        using IStringByteStream::IStringByteStream;
+        std::uint64_t Length() const override { return 1'000'000; }
+    };
+    copy.clear();
+    EXPECT_THROW(CopyBytes(TooLong(mContent), sink), eof_error);
+    EXPECT_EQ(copy, mContent) << "with what there was";
+}
+
+TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
+    Fill("from", mContent);
+    fs::permissions(Native("from"), fs::perms(0640));
+    FileAt("from").SetModified(130'000'000'000'000'007);
+    EXPECT_EQ(FileAt("from").Modified(), 130'000'000'000'000'007u);
+    OCountingByteStream counter;
+    OCRCByteStream crc(counter);
+    crc.WriteBlock(reinterpret_cast<std::uint8_t const*>(mContent.data()), 300'000);
+    for (bool const isAsked : {false, true}) {
+        SCOPED_TRACE(isAsked);
+        Fill("to", "old");
+        fs::permissions(Native("to"), fs::perms(0604));
+        CopyOptions options;
+        options.keepTimes = options.keepPermissions = options.sum = isAsked;
+        auto const result = CopyFile(FileAt("from"), FileAt("to"), options);
+        EXPECT_TRUE(result.isComplete);
+        EXPECT_EQ(result.size, mContent.size());
+        EXPECT_EQ(result.crc, isAsked ? crc.Value() : 0);
+        EXPECT_EQ(ContentOf("to"), mContent);
+        EXPECT_EQ(FileAt("to").Modified() == FileAt("from").Modified(), isAsked);
+        EXPECT_EQ(fs::status(Native("to")).permissions(), fs::perms(isAsked ? 0640 : 0604));
+    }
+    CopyFile(FileAt("from"), FileAt("new"));
+    EXPECT_EQ(fs::status(Native("new")).permissions(), fs::perms(0640)) << "as private";
+    EXPECT_EQ(CopyFile(File(Wide("/proc/version")), FileAt("to")).size, ContentOf("to").size());
+    EXPECT_EQ(ContentOf("to"), ContentOf("/proc/version")) << "a file without a size";
+}
+
+TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
+    Fill("from", mContent);
+    Fill("to", "old");
+    Fill("other", "other");
+    std::optional<OPlatformByteStream> writer;
+    int calls = 0;
+    auto const act = [&](auto inAct) { // at the second block
+        CopyOptions options;
+        calls = 0;
+        options.progress = [&calls, inAct](std::uint64_t, std::uint64_t) {
+            if (++calls == 1) {
+                inAct();
+            }
+        };
+        return options;
+    };
+    using Cause = utility::SystemError;
+    struct {
+        char const* name;
+        CopyOptions options;
+        Cause cause;
+    } const cases[] = {
+        {"grows", act([&] { std::ofstream(Native("from"), std::ios::app) << "x"; }),
+         Cause::kSharingViolation},
+        {"is cut", act([&] { fs::resize_file(Native("from"), 5); }), Cause::kSharingViolation},
+        {"is written again", act([&] { Fill("from", mContent); }), Cause::kSharingViolation},
+        {"target is written", act([&] { writer.emplace(FileAt("to")); }), Cause::kSharingViolation},
+        {"target becomes a directory", act([&] {
+             fs::remove(Native("to"));
+             fs::create_directory(Native("to"));
+         }),
+         Cause::kAccessDenied},
+    };
+    for (auto const& one : cases) {
+        SCOPED_TRACE(one.name);
+        Fill("from", mContent);
+        FileAt("from").SetModified(130'000'000'000'000'000);
+        try {
+            CopyFile(FileAt("from"), FileAt("to"), one.options);
+            ADD_FAILURE();
+        } catch (file_exception const& failure) {
+            EXPECT_EQ(failure.Cause(), one.cause);
+        }
+        EXPECT_EQ(fs::is_directory(Native("to")) ? "old" : ContentOf("to"), "old");
+        writer.reset();
+    }
+    fs::remove(Native("to"));
+    Fill("to", "old");
+    Fill("from", mContent);
+    for (int const most : {0, 1, 2}) {
+        CopyOptions options;
+        int asked = 0;
+        options.isCancelled = [&] { return asked++ == most; };
+        auto const result = CopyFile(FileAt("from"), FileAt("to"), options);
+        EXPECT_FALSE(result.isComplete);
+        EXPECT_EQ(ContentOf("to"), "old");
+    }
+    tests::FileSizeLimit const limit(100'000);
+    EXPECT_THROW(CopyFile(FileAt("from"), FileAt("to")), file_exception);
+    EXPECT_THROW(CopyFile(FileAt("missing"), FileAt("to")), file_not_found_exception);
+    EXPECT_THROW(CopyFile(FileAt("from"), FileAt("missing/to")), create_exception);
+    EXPECT_EQ(ContentOf("to"), "old");
+    EXPECT_EQ(EntryCount(), 3);
+}
+
+TEST_F(Copying, WhateverCallFailsTheTargetIsWhole) {
+    auto const content = mContent.substr(0, 5000);
+    Fill("from", content);
+    CopyOptions all;
+    all.sum = all.keepTimes = all.keepPermissions = true;
+    auto const copies = {CopyOptions(), all};
+    auto const dir = Dir(mTemporary.Path());
+    for (auto const kind : {tests::SystemCallFault::kRefuse, tests::SystemCallFault::kKillAfter}) {
+        for (auto const& options : copies) {
+            bool hasHappened = true;
+            for (int call = 1; hasHappened; ++call) {
+                SCOPED_TRACE(call);
+                Fill("to", "old");
+                auto const work = [&] {
+                    try {
+                        CopyFile(FileAt("from"), FileAt("to"), options);
+                        return 0;
+                    } catch (file_exception const&) {
+                        return 1;
+                    }
+                };
+                auto const run = tests::RunWithFault(work, {kind, EIO, call});
+                hasHappened = run.hasHappened;
+                auto const left = ContentOf("to");
+                EXPECT_TRUE(left == "old" || left == content);
+                if (run.status == 0) {
+                    EXPECT_EQ(left, content);
+                }
+                SafeSave::RemoveAbandoned(dir);
+                EXPECT_EQ(EntryCount(), 2);
+            }
+        }
+    }
+}
+
+} // namespace
+
+} // namespace brindle::filesupport

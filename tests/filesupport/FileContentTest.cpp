@@ -1,0 +1,144 @@
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/SystemCallFaults.h"
+#include "tests/support/Text.h"
+
+#include <brindle/filesupport/FileContent.h>
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/RecursiveFileIterator.h>
+#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
+
+#include <optional>
+#include <set>
+
+namespace brindle::filesupport {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class WholeFiles : public tests::InTemporaryDirectory {
+protected:
+    File FileAt(std::string const& inName) const { return File(At(inName)); }
+    std::string ReadBack(File const& inFile, std::size_t inLimit) const {
+        auto const bytes = ReadFile(inFile, inLimit);
+        return {bytes.begin(), bytes.end()};
+    }
+    Dir const mDir{mTemporary.Path()};
+};
+
+TEST_F(WholeFiles, AreReadUpToALimitWhateverTheirSizeIsSaidToBe) {
+    for (std::size_t const size : {0u, 1u, 65535u, 65536u, 200'000u}) {
+        SCOPED_TRACE(size);
+        std::string const content(size, 'x');
+        Fill("file", content);
+        EXPECT_EQ(ReadBack(FileAt("file"), size), content);
+        EXPECT_EQ(ReadBack(FileAt("file"), ~std::size_t{}), content);
+        if (size != 0) {
+            EXPECT_THROW(ReadBack(FileAt("file"), size - 1), file_exception);
+        }
+    }
+    File const unsized_(tests::Wide("/proc/version"));
+    EXPECT_EQ(ReadBack(unsized_, 10'000), ContentOf("/proc/version"));
+    EXPECT_THROW(ReadBack(FileAt("missing"), 1), file_not_found_exception);
+    EXPECT_THROW(ReadBack(FileAt(""), 1), file_exception);
+}
+
+TEST_F(WholeFiles, AreReplacedInOneStepOrNotAtAll) {
+    WriteFile(FileAt("file"), "from a literal");
+    EXPECT_EQ(ContentOf("file"), "from a literal");
+    WriteFile(FileAt("file"), std::vector<std::uint8_t>{'o', 'l', 'd'});
+    {
+        tests::FileSizeLimit const limit(4);
+        EXPECT_THROW(WriteFile(FileAt("file"), std::string(10, 'n')), file_exception);
+    }
+    EXPECT_EQ(ContentOf("file"), "old");
+    EXPECT_THROW(WriteFile(FileAt("missing/file"), ""), create_exception);
+    bool hasHappened = true;
+    for (int call = 1; hasHappened; ++call) {
+        SCOPED_TRACE(call);
+        Fill("file", "old");
+        auto const work = [&] {
+            try {
+                WriteFile(FileAt("file"), "new");
+                return 0;
+            } catch (file_exception const&) {
+                return 1;
+            }
+        };
+        auto const run = tests::RunWithFault(work, {tests::SystemCallFault::kRefuse, ENOSPC, call});
+        hasHappened = run.hasHappened;
+        EXPECT_EQ(ContentOf("file"), run.status == 0 ? "new" : "old");
+        EXPECT_EQ(EntryCount(), 1);
+    }
+}
+
+TEST_F(WholeFiles, RemainsOfKilledSavesAreRemovedAndNothingElse) {
+    // They look like the files of saves, but are none.
+    for (auto const* const name : {"report.2023.11.xml", "a.1.12", ".brindle-0123456789abcdeg",
+                                   ".brindle-0123456789abcdef"}) {
+        Fill(name, std::string(name).size() == 25 ? "" : "x");
+    }
+    fs::create_symlink("a.1.12", Native(".brindle-0000000000000000"));
+    {
+        SafeSave save(FileAt("taken.5.51.xml"));
+        std::ofstream(NativePath(save.GetTempFile())) << "x";
+        save.Commit();
+    }
+    auto const before = EntryCount();
+
+    SafeSave live(FileAt("live.xml"));
+    live.GetTempFile();
+    EXPECT_EQ(SafeSave::RemoveAbandoned(mDir), 0u);
+    EXPECT_TRUE(live.GetTempFile().Exists());
+    EXPECT_EQ(EntryCount(), before + 1);
+
+    auto const isLeftOut = [&](File const& inFile) {
+        WalkOptions options;
+        options.leaveOutSaves = true;
+        for (RecursiveFileIterator file(mDir, options), end; file != end; ++file) {
+            if (*file == inFile) {
+                return false;
+            }
+        }
+        return true;
+    };
+    EXPECT_TRUE(isLeftOut(live.GetTempFile()));
+    EXPECT_FALSE(isLeftOut(FileAt("taken.5.51.xml")));
+    EXPECT_THROW(SafeSave::RemoveAbandoned(Dir(At("missing"))), dir_exception);
+}
+
+TEST_F(WholeFiles, WhateverCallASaveIsKilledAtItsRemainsAreRecognised) {
+    auto const save = [this] {
+        SafeSave save(FileAt("file.xml"));
+        std::ofstream(NativePath(save.GetTempFile())) << "new";
+        save.Commit();
+        return 0;
+    };
+    int unrecognised = 0;
+    int removed = 0;
+    bool hasHappened = true;
+    for (int call = 1; hasHappened; ++call) {
+        SCOPED_TRACE(call);
+        Fill("file.xml", "old");
+        hasHappened =
+            tests::RunWithFault(save, {tests::SystemCallFault::kKillAfter, 0, call}).hasHappened;
+        auto const content = ContentOf("file.xml");
+        EXPECT_TRUE(content == "old" || content == "new");
+        removed += static_cast<int>(SafeSave::RemoveAbandoned(mDir));
+        unrecognised += EntryCount() == 1 ? 0 : 1;
+        for (auto const& entry : fs::directory_iterator(Native(""))) {
+            if (entry.path().filename() != "file.xml") {
+                fs::remove(entry);
+            }
+        }
+    }
+    EXPECT_GT(removed, 5);
+    EXPECT_LE(unrecognised, 3) << "before the file is marked, and before it takes its place";
+}
+
+} // namespace
+
+} // namespace brindle::filesupport
