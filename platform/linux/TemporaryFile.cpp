@@ -101,7 +101,7 @@ ErrorCode PutCopyInPlace(int inFile, FilePlace const& inPlace) {
     return old ? copy.TakePlace() : old.error;
 }
 
-/// Before the file is put in its place, where nobody may take it for what a killed save left.
+/// Before the file takes its place, where nobody may mistake it for what a killed save left.
 ErrorCode RemoveSaveMark(int inFile, struct stat const& inStatus) {
     timespec const now[2] = {{0, UTIME_NOW}, {0, UTIME_OMIT}};
     return !HasSaveMark(inStatus) || ::futimens(inFile, now) == 0 ? kError_None
@@ -209,127 +209,6 @@ ErrorCode TemporaryFile::TakePlaceOf(UTF16String const& inTarget) {
     }
     auto error =
         hasOld && S_ISREG(old.st_mode) ? TakePermissions(file.value.Get(), old) : kError_None;
-    if (error == kError_None) {
-        error = SyncFile(copy.Descriptor());
-    }
-    if (error != kError_None) {
-        return error;
-    }
-    auto const old = GuardOld(inPlace);
-    return old ? copy.TakePlace() : old.error;
-}
-
-/// Before the file is put in its place, where nobody may take it for what a killed save left.
-ErrorCode RemoveSaveMark(int inFile, struct stat const& inStatus) {
-    timespec const now[2] = {{0, UTIME_NOW}, {0, UTIME_OMIT}};
-    return !HasSaveMark(inStatus) || ::futimens(inFile, now) == 0 ? kError_None
-                                                                  : ErrorFromErrno(errno);
-}
-
-/// Renames the open file over what stands in the place, and nothing else that took its name
-/// meanwhile.
-ErrorCode MoveInto(FilePlace const& inTarget, FilePlace const& inFrom, int inFile,
-                   struct stat const& inStatus) {
-    auto const guard = GuardOld(inTarget);
-    if (!guard) {
-        return guard.error;
-    }
-    struct stat named {};
-    if (::fstatat(inFrom.directory.Get(), inFrom.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0 ||
-        !IsSameFile(named, inStatus)) {
-        return kError_FileNotFound;
-    }
-    struct stat old {};
-    if (guard.value.IsOpen() && ::fstat(guard.value.Get(), &old) == 0 && IsSameFile(old, named)) {
-        // Renaming one name of a file over another one of it does nothing.
-        return ::unlinkat(inFrom.directory.Get(), inFrom.name.c_str(), 0) == 0
-                   ? kError_None
-                   : ErrorFromErrno(errno);
-    }
-    auto const error = RemoveSaveMark(inFile, inStatus);
-    return error == kError_None ? RenameInto(inTarget, inFrom.directory.Get(), inFrom.name.c_str())
-                                : error;
-}
-
-} // namespace
-
-TemporaryFile::TemporaryFile() noexcept = default;
-TemporaryFile::TemporaryFile(TemporaryFile&& inOther) noexcept = default;
-TemporaryFile& TemporaryFile::operator=(TemporaryFile&& inOther) noexcept = default;
-TemporaryFile::~TemporaryFile() = default;
-
-TemporaryFile::TemporaryFile(std::unique_ptr<State> inState) noexcept
-    : mState(std::move(inState)) {}
-
-Result<TemporaryFile> TemporaryFile::Create(UTF16String const& inPath, Readers inReaders) {
-    auto place = PlaceOf(inPath);
-    if (!place) {
-        return {{}, place.error};
-    }
-    auto state = std::make_unique<State>();
-    state->place = std::move(place.value);
-    state->file = FileDescriptor(Uninterrupted([&] {
-        return ::openat(state->place.directory.Get(), state->place.name.c_str(),
-                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                        inReaders == Readers::kOwner ? kMode_OwnerOnly : kMode_Anybody);
-    }));
-    if (!state->file.IsOpen()) {
-        return {{}, ErrorFromErrno(errno)};
-    }
-    MarkAsSaving(state->file.Get());
-    auto const status = DateBack(state->file.Get());
-    if (!status) {
-        ::unlinkat(state->place.directory.Get(), state->place.name.c_str(), 0);
-        return {{}, status.error};
-    }
-    state->asCreated = status.value;
-    return {TemporaryFile(std::move(state)), kError_None};
-}
-
-ErrorCode TemporaryFile::Remove() {
-    auto const& place = mState->place;
-    struct stat named {};
-    if (::fstatat(place.directory.Get(), place.name.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0) {
-        return ErrorFromErrno(errno);
-    }
-    if (S_ISREG(named.st_mode) && !IsSameFile(named, mState->asCreated)) {
-        auto const file = OpenLocked(place.Path(), O_RDONLY | O_NOFOLLOW, FileLock::kNone);
-        if (!file) {
-            return file.error;
-        }
-        if (IsMarkedAsSaving(file.value.Get())) {
-            return kError_FileNotFound;
-        }
-    }
-    return ::unlinkat(place.directory.Get(), place.name.c_str(), 0) == 0 ? kError_None
-                                                                         : ErrorFromErrno(errno);
-}
-
-ErrorCode TemporaryFile::TakePlaceOf(UTF16String const& inTarget) {
-    struct stat status {};
-    auto file = OpenOwn(mState->place, mState->asCreated, status);
-    if (!file) {
-        return file.error;
-    }
-    if (!IsWritten(status, mState->asCreated)) {
-        return kError_FileNotFound;
-    }
-    auto const target = FollowLinks(inTarget);
-    if (!target) {
-        return target.error;
-    }
-
-    struct stat old {};
-    bool const hasOld = ::fstatat(target.value.directory.Get(), target.value.name.c_str(), &old,
-                                  AT_SYMLINK_NOFOLLOW) == 0;
-    if (!hasOld && errno != ENOENT) {
-        return ErrorFromErrno(errno);
-    }
-    // First the mark: afterwards the file may belong to somebody else.
-    auto error = RemoveSaveMark(file.value.Get(), status);
-    if (error == kError_None && hasOld && S_ISREG(old.st_mode)) {
-        error = TakePermissions(file.value.Get(), old);
-    }
     if (error == kError_None) {
         error = SyncFile(file.value.Get());
     }

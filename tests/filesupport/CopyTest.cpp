@@ -114,8 +114,8 @@ TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
                     files[way] = ContentOf("sink");
                 }
                 EXPECT_EQ(outcomes[0], outcomes[1]);
-                EXPECT_EQ(texts[0], texts[1]);
-                EXPECT_EQ(files[0], files[1]);
+                EXPECT_TRUE(texts[0] == texts[1]);
+                EXPECT_TRUE(files[0] == files[1]);
             }
         }
     }
@@ -139,9 +139,10 @@ TEST_F(Copying, TheOperatorMovesBlocksOnlyWhereNobodyCanTell) {
     sink << source;
     EXPECT_EQ(ContentOf("file"), "aaaaa") << "each byte is read after the one before was written";
 
+    Fill("copy", "");
     Fill("big", mContent);
     auto const copy = [this] {
-        OPlatformByteStream(FileAt("file")) << IPlatformByteStream(FileAt("big"));
+        OPlatformByteStream(FileAt("copy")) << IPlatformByteStream(FileAt("big"));
         return 0;
     };
     constexpr int kMostCalls = 100;
@@ -162,7 +163,7 @@ TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
         EXPECT_EQ(inTotal, mContent.size() - 1000);
     });
     EXPECT_EQ(count, mContent.size() - 1000);
-    EXPECT_EQ(copy, mContent.substr(1000));
+    EXPECT_TRUE(copy == mContent.substr(1000));
     EXPECT_GT(told.size(), 2u);
     EXPECT_EQ(told.back(), count);
 
@@ -172,14 +173,14 @@ TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
     };
     copy.clear();
     EXPECT_EQ(CopyBytes(UnknownLength(mContent), sink), mContent.size());
-    EXPECT_EQ(copy, mContent);
+    EXPECT_TRUE(copy == mContent);
     struct TooLong : IStringByteStream {
         using IStringByteStream::IStringByteStream;
         std::uint64_t Length() const override { return 1'000'000; }
     };
     copy.clear();
     EXPECT_THROW(CopyBytes(TooLong(mContent), sink), eof_error);
-    EXPECT_EQ(copy, mContent) << "with what there was";
+    EXPECT_TRUE(copy == mContent) << "with what there was";
 }
 
 TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
@@ -200,13 +201,14 @@ TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
         EXPECT_TRUE(result.isComplete);
         EXPECT_EQ(result.size, mContent.size());
         EXPECT_EQ(result.crc, isAsked ? crc.Value() : 0);
-        EXPECT_EQ(ContentOf("to"), mContent);
+        EXPECT_TRUE(ContentOf("to") == mContent);
         EXPECT_EQ(FileAt("to").Modified() == FileAt("from").Modified(), isAsked);
         EXPECT_EQ(fs::status(Native("to")).permissions(), fs::perms(isAsked ? 0640 : 0604));
     }
     CopyFile(FileAt("from"), FileAt("new"));
     EXPECT_EQ(fs::status(Native("new")).permissions(), fs::perms(0640)) << "as private";
-    EXPECT_EQ(CopyFile(File(Wide("/proc/version")), FileAt("to")).size, ContentOf("to").size());
+    auto const unsizedCopy = CopyFile(File(Wide("/proc/version")), FileAt("to"));
+    EXPECT_EQ(unsizedCopy.size, ContentOf("to").size());
     EXPECT_EQ(ContentOf("to"), ContentOf("/proc/version")) << "a file without a size";
 }
 
@@ -218,7 +220,6 @@ TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
     int calls = 0;
     auto const act = [&](auto inAct) { // at the second block
         CopyOptions options;
-        calls = 0;
         options.progress = [&calls, inAct](std::uint64_t, std::uint64_t) {
             if (++calls == 1) {
                 inAct();
@@ -245,6 +246,7 @@ TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
     };
     for (auto const& one : cases) {
         SCOPED_TRACE(one.name);
+        calls = 0;
         Fill("from", mContent);
         FileAt("from").SetModified(130'000'000'000'000'000);
         try {
@@ -253,7 +255,7 @@ TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
         } catch (file_exception const& failure) {
             EXPECT_EQ(failure.Cause(), one.cause);
         }
-        EXPECT_EQ(fs::is_directory(Native("to")) ? "old" : ContentOf("to"), "old");
+        EXPECT_TRUE(fs::is_directory(Native("to")) || ContentOf("to") == "old");
         writer.reset();
     }
     fs::remove(Native("to"));
@@ -265,13 +267,13 @@ TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
         options.isCancelled = [&] { return asked++ == most; };
         auto const result = CopyFile(FileAt("from"), FileAt("to"), options);
         EXPECT_FALSE(result.isComplete);
-        EXPECT_EQ(ContentOf("to"), "old");
+        EXPECT_TRUE(ContentOf("to") == "old");
     }
     tests::FileSizeLimit const limit(100'000);
     EXPECT_THROW(CopyFile(FileAt("from"), FileAt("to")), file_exception);
     EXPECT_THROW(CopyFile(FileAt("missing"), FileAt("to")), file_not_found_exception);
     EXPECT_THROW(CopyFile(FileAt("from"), FileAt("missing/to")), create_exception);
-    EXPECT_EQ(ContentOf("to"), "old");
+    EXPECT_TRUE(ContentOf("to") == "old");
     EXPECT_EQ(EntryCount(), 3);
 }
 
@@ -301,7 +303,7 @@ TEST_F(Copying, WhateverCallFailsTheTargetIsWhole) {
                 auto const left = ContentOf("to");
                 EXPECT_TRUE(left == "old" || left == content);
                 if (run.status == 0) {
-                    EXPECT_EQ(left, content);
+                    EXPECT_TRUE(left == content);
                 }
                 SafeSave::RemoveAbandoned(dir);
                 EXPECT_EQ(EntryCount(), 2);

@@ -111,7 +111,7 @@ TEST_F(WholeFiles, RemainsOfKilledSavesAreRemovedAndNothingElse) {
 }
 
 TEST_F(WholeFiles, WhateverCallASaveIsKilledAtItsRemainsAreRecognised) {
-    auto const save = [this] {
+    auto const work = [this] {
         SafeSave save(FileAt("file.xml"));
         std::ofstream(NativePath(save.GetTempFile())) << "new";
         save.Commit();
@@ -124,7 +124,7 @@ TEST_F(WholeFiles, WhateverCallASaveIsKilledAtItsRemainsAreRecognised) {
         SCOPED_TRACE(call);
         Fill("file.xml", "old");
         hasHappened =
-            tests::RunWithFault(save, {tests::SystemCallFault::kKillAfter, 0, call}).hasHappened;
+            tests::RunWithFault(work, {tests::SystemCallFault::kKillAfter, 0, call}).hasHappened;
         auto const content = ContentOf("file.xml");
         EXPECT_TRUE(content == "old" || content == "new");
         removed += static_cast<int>(SafeSave::RemoveAbandoned(mDir));
