@@ -6,7 +6,9 @@
 
 #include <ostream>
 
-namespace brindle::literals {
+namespace brindle {
+
+inline namespace literals {
 
 UTF16String operator""_utf16(char const* inText, std::size_t inLength) {
     UTF16String text;
@@ -14,7 +16,9 @@ UTF16String operator""_utf16(char const* inText, std::size_t inLength) {
     return text;
 }
 
-} // namespace brindle::literals
+} // namespace literals
+
+} // namespace brindle
 
 std::ostream& std::operator<<(std::ostream& ioStream, brindle::UTF16String const& inText) {
     return ioStream << brindle::utility::ToStd(inText);
