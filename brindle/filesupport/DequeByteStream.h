@@ -15,8 +15,9 @@ extern template class OContainerByteStream<std::deque<std::uint8_t>>;
 class BRN_API IDequeByteStream : public IContainerByteStream<std::deque<std::uint8_t>> {
 public:
     explicit IDequeByteStream(std::deque<std::uint8_t>& inDeque) noexcept;
-    /// For a constant one, and for one that lives as long as the statement.
     explicit IDequeByteStream(std::deque<std::uint8_t> const& inDeque) noexcept;
+    /// It would be gone before it is read.
+    explicit IDequeByteStream(std::deque<std::uint8_t> const&& inDeque) = delete;
     ~IDequeByteStream() override;
 };
 

@@ -15,8 +15,9 @@ extern template class OContainerByteStream<std::string>;
 class BRN_API IStringByteStream : public IContainerByteStream<std::string> {
 public:
     explicit IStringByteStream(std::string& inString) noexcept;
-    /// For a constant one, and for one that lives as long as the statement.
     explicit IStringByteStream(std::string const& inString) noexcept;
+    /// It would be gone before it is read.
+    explicit IStringByteStream(std::string const&& inString) = delete;
     ~IStringByteStream() override;
 };
 

@@ -94,6 +94,10 @@ void MarkAsSaving(int inDescriptor) noexcept {
     TryLock(inDescriptor, Byte::kSaving, F_WRLCK);
 }
 
+void UnmarkAsSaving(int inDescriptor) noexcept {
+    TryLock(inDescriptor, Byte::kSaving, F_UNLCK);
+}
+
 bool ClaimAsSaving(int inDescriptor) noexcept {
     return TakeGrantedLock(inDescriptor, Byte::kSaving, F_WRLCK);
 }

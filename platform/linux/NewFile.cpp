@@ -116,6 +116,7 @@ ErrorCode NewFile::PutInPlace() {
         // A link replaces nothing, so over an old version it takes a name first.
         if (::linkat(AT_FDCWD, DescriptorPath(mFile.Get()).data(), mPlace.directory.Get(),
                      mPlace.name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+            UnmarkAsSaving(mFile.Get());
             return kError_None;
         }
         auto const error = errno == EEXIST ? GiveName() : ErrorFromErrno(errno);
@@ -126,6 +127,7 @@ ErrorCode NewFile::PutInPlace() {
     auto const error = RenameInto(mPlace, mPlace.directory.Get(), mName.c_str());
     if (error == kError_None) {
         mName.clear();
+        UnmarkAsSaving(mFile.Get());
     }
     return error;
 }
