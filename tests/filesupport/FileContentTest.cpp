@@ -56,23 +56,6 @@ TEST_F(WholeFiles, AreReplacedInOneStepOrNotAtAll) {
     }
     EXPECT_EQ(ContentOf("file"), "old");
     EXPECT_THROW(WriteFile(FileAt("missing/file"), ""), create_exception);
-    bool hasHappened = true;
-    for (int call = 1; hasHappened; ++call) {
-        SCOPED_TRACE(call);
-        Fill("file", "old");
-        auto const work = [&] {
-            try {
-                WriteFile(FileAt("file"), "new");
-                return 0;
-            } catch (file_exception const&) {
-                return 1;
-            }
-        };
-        auto const run = tests::RunWithFault(work, {tests::SystemCallFault::kRefuse, ENOSPC, call});
-        hasHappened = run.hasHappened;
-        EXPECT_EQ(ContentOf("file"), run.status == 0 ? "new" : "old");
-        EXPECT_EQ(EntryCount(), 1);
-    }
 }
 
 TEST_F(WholeFiles, RemainsOfKilledSavesAreRemovedAndNothingElse) {
