@@ -39,8 +39,8 @@ TEST_F(WholeFiles, AreReadUpToALimitWhateverTheirSizeIsSaidToBe) {
             EXPECT_THROW(ReadBack(FileAt("file"), size - 1), file_exception);
         }
     }
-    File const unsized_(tests::Wide("/proc/version"));
-    EXPECT_EQ(ReadBack(unsized_, 10'000), ContentOf("/proc/version"));
+    File const unsized(tests::Wide("/proc/version"));
+    EXPECT_EQ(ReadBack(unsized, 10'000), ContentOf("/proc/version"));
     EXPECT_THROW(ReadBack(FileAt("missing"), 1), file_not_found_exception);
     EXPECT_THROW(ReadBack(FileAt(""), 1), file_exception);
 }
@@ -113,8 +113,8 @@ TEST_F(WholeFiles, WhateverCallASaveIsKilledAtItsRemainsAreRecognised) {
             }
         }
     }
-    EXPECT_GT(removed, 5);
-    EXPECT_LE(unrecognised, 3) << "before the file is marked, and before it takes its place";
+    EXPECT_LT(2 * unrecognised, removed)
+        << "only before the file is marked, and at the moment before it takes its place";
 }
 
 } // namespace
