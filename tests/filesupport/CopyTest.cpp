@@ -45,7 +45,7 @@ protected:
 };
 
 /// The contract of the operator, byte by byte.
-void CopyAsTold(OByteStream& outStream, IByteStream& inStream) {
+void CopyEachByte(OByteStream& outStream, IByteStream& inStream) {
     auto const length = inStream.Length();
     for (std::uint64_t i = 0; length == 0 || i < length; ++i) {
         std::uint8_t byte = 0;
@@ -110,7 +110,7 @@ TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
                 auto const sink = makeSink(texts[way]);
                 source->CurPos(1);
                 outcomes[way] =
-                    OutcomeOf(way == 0 ? &CopyByTheOperator : &CopyAsTold, *sink, *source);
+                    OutcomeOf(way == 0 ? &CopyByTheOperator : &CopyEachByte, *sink, *source);
                 files[way] = ContentOf("sink");
             }
             EXPECT_EQ(outcomes[0], outcomes[1]);
