@@ -3,6 +3,7 @@
 #include <brindle/utility/TextTypes.h>
 
 #include "platform/Errors.h"
+#include "platform/Files.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,10 +39,20 @@ public:
     /// Writes all the bytes at the position, or fails: 112 a full disk or quota, 223 over the
     /// limit.
     ErrorCode Write(void const* inBytes, std::size_t inCount);
+    /// Copies as much of the rest of a file as the system can copy by itself, which on some file
+    /// systems only shares the blocks; both positions move behind it. That may be nothing, so the
+    /// caller copies what is left. Errors: those of `Write` and of reading.
+    ErrorCode CopyRest(OpenFile& ioSource);
     std::uint64_t Position() const noexcept;
     /// Any position up to 2^63 - 1 is allowed, also beyond the end. Error: 87.
     ErrorCode SetPosition(std::uint64_t inPosition);
     Result<std::uint64_t> Size() const;
+    /// Gives the new version the time of the last write that it is to have, when everything is
+    /// written. Error 5.
+    ErrorCode SetModified(std::uint64_t inTicks);
+    /// Gives the new version the permissions of another file, without special bits, instead of
+    /// those of the old version.
+    ErrorCode TakePermissionsOf(OpenFile const& inModel);
 
     /// Puts the new version in place. It gets the permissions of the old one and, where the process
     /// may set them, its owner and group. When this returns, the new version is on the disk. After

@@ -56,6 +56,10 @@ struct FileInfo {
 /// that it neither waits for a FIFO nor disturbs a device. Errors: 2, 3, 5, 1921.
 Result<FileInfo> Inspect(UTF16String const& inPath);
 
+/// Sets the time of the last write, in 100-nanosecond ticks since the start of 1601 UTC; follows
+/// links. A file system may keep it less exactly. Errors: 2, 3, 5, 19, 1921.
+ErrorCode SetModified(UTF16String const& inPath, std::uint64_t inTicks);
+
 /// True if the name is taken, also by a dangling link; false on any failure.
 bool IsNameTaken(UTF16String const& inPath);
 
@@ -87,8 +91,11 @@ public:
     /// Any position up to 2^63 - 1 is allowed, also beyond the end. Error: 87.
     ErrorCode SetPosition(std::uint64_t inPosition);
     Result<std::uint64_t> Size() const;
+    /// The open file itself, whatever stands under its name by now.
+    Result<FileInfo> Inspect() const;
 
 private:
+    friend class FileReplacement;
     friend Result<OpenFile> OpenForReading(UTF16String const&, Sharing);
     friend Result<OpenFile> OpenForWriting(UTF16String const&);
     friend Result<OpenFile> CreateNewFile(UTF16String const&, Readers);

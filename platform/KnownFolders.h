@@ -9,9 +9,18 @@ namespace brindle::platform {
 enum class KnownFolder {
     kApplicationData, ///< the settings of this user's programs; created if it does not exist
     kDocuments,       ///< this user's documents; created if it does not exist
-    kTemporary,       ///< files that nobody misses when the program has ended
-    kProgramFiles,    ///< where installed programs keep what belongs to them alone
-    kCommonFiles      ///< where installed programs keep what they share
+    kHome,            ///< this user's home
+    kPictures,        ///< this and the following: of this user; created if it does not exist
+    kMusic,
+    kVideos,
+    kDownloads,
+    kDesktop,
+    kCache, ///< what programs can make again
+    kState, ///< what programs remember from one run to the next: histories, positions of windows
+    kData,  ///< what programs keep for the user
+    kTemporary,    ///< files that nobody misses when the program has ended
+    kProgramFiles, ///< where installed programs keep what belongs to them alone
+    kCommonFiles   ///< where installed programs keep what they share
 };
 
 /// The path of a directory that exists when this returns, without a separator at its end. What is

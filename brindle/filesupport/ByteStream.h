@@ -40,6 +40,10 @@ public:
     char const* Key() const noexcept override;
 };
 
+namespace impl {
+struct BlockStream;
+}
+
 /// The common base of input and output streams: slots for data of the client, and callbacks at the
 /// stream's destruction. There are no error flags; every failure is an exception. A stream cannot
 /// be copied and is used by one thread at a time.
@@ -73,8 +77,11 @@ public:
 
 protected:
     ByteStream_base() = default;
+    /// For the classes of the library: what the copying operator may rely on.
+    void SetBlocks(impl::BlockStream const& inBlocks) noexcept { mBlocks = &inBlocks; }
 
 private:
+    friend struct impl::BlockStream;
     struct Callback {
         event_callback function;
         int data;
@@ -83,6 +90,7 @@ private:
     std::vector<std::int32_t> mIntegers;
     std::vector<void*> mPointers;
     std::vector<Callback> mCallbacks;
+    impl::BlockStream const* mBlocks = nullptr;
 };
 
 /// A source of bytes. Positions count bytes from the start of the data.

@@ -71,7 +71,9 @@ BRN_API IByteStream& operator>>(IByteStream& inStream, long double& outValue);
 
 /// Copies bytes from the present position of `inStream`. If `Length()` is not 0, that many bytes
 /// are copied, and if the input ends before, `eof_error` is thrown after the bytes before the end
-/// were written. If `Length()` is 0, everything up to the end is copied.
+/// were written. If `Length()` is 0, everything up to the end is copied. The bytes go through `Get`
+/// and `Put`; only where no difference can be seen, as from a file to a file, are blocks copied.
+/// `CopyBytes` copies blocks between all streams.
 BRN_API OByteStream& operator<<(OByteStream& outStream, IByteStream& inStream);
 
 /// The same from a stream that exists for this one statement.

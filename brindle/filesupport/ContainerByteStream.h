@@ -48,10 +48,11 @@ public:
     std::uint64_t Length() const override { return mContainer.size(); }
 
 protected:
-    explicit IContainerByteStream(Container& inContainer) noexcept : mContainer(inContainer) {}
+    explicit IContainerByteStream(Container const& inContainer) noexcept
+        : mContainer(inContainer) {}
 
 private:
-    Container& mContainer;
+    Container const& mContainer;
     std::size_t mPosition = 0;
 };
 

@@ -14,16 +14,17 @@ extern template class OContainerByteStream<std::deque<std::uint8_t>>;
 /// Reads a deque of bytes that the caller keeps alive.
 class BRN_API IDequeByteStream : public IContainerByteStream<std::deque<std::uint8_t>> {
 public:
-    explicit IDequeByteStream(std::deque<std::uint8_t>& inDeque) noexcept
-        : IContainerByteStream(inDeque) {}
+    explicit IDequeByteStream(std::deque<std::uint8_t>& inDeque) noexcept;
+    explicit IDequeByteStream(std::deque<std::uint8_t> const& inDeque) noexcept;
+    /// It would be gone before it is read.
+    explicit IDequeByteStream(std::deque<std::uint8_t> const&& inDeque) = delete;
     ~IDequeByteStream() override;
 };
 
 /// Appends to a deque of bytes that the caller keeps alive.
 class BRN_API ODequeByteStream : public OContainerByteStream<std::deque<std::uint8_t>> {
 public:
-    explicit ODequeByteStream(std::deque<std::uint8_t>& outDeque) noexcept
-        : OContainerByteStream(outDeque) {}
+    explicit ODequeByteStream(std::deque<std::uint8_t>& outDeque) noexcept;
     ~ODequeByteStream() override;
 };
 

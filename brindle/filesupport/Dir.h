@@ -3,6 +3,7 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -69,6 +70,10 @@ public:
     /// Creates the directory; its parent must exist. A name that is taken already is no failure.
     /// Throws `dir_exception`.
     void Create() const;
+    /// The same with every directory on the way that does not exist. When it returns, there is a
+    /// directory at the path, or a link to one. Throws `dir_exception` with the directory that
+    /// cannot be made; what was made before stays.
+    void CreateAll() const;
     /// Removes the directory with everything in it. Links are removed, never what they point to.
     /// The first failure ends the removal, and what was removed by then stays removed. Throws
     /// `file_delete_exception` with the file, or `dir_exception` with the directory, that cannot be
@@ -125,4 +130,15 @@ inline bool operator!=(Dir const& inLHS, Dir const& inRHS) noexcept {
     return !(inLHS == inRHS);
 }
 
+/// Orders paths by their units, for containers; `CompareFileNames` orders names for people.
+inline bool operator<(Dir const& inLHS, Dir const& inRHS) noexcept {
+    return inLHS.Helper().Path() < inRHS.Helper().Path();
+}
+
 } // namespace brindle::filesupport
+
+/// Agrees with `==`.
+template <>
+struct std::hash<brindle::filesupport::Dir> {
+    BRN_API std::size_t operator()(brindle::filesupport::Dir const& inDir) const noexcept;
+};

@@ -4,6 +4,7 @@
 #include <brindle/filesupport/Dir.h>
 #include <brindle/utility/TextTypes.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -79,6 +80,8 @@ public:
     /// if there is no such file, `file_exception` on any other failure.
     std::uint64_t Modified() const;
     std::uint64_t Created() const;
+    /// Sets what `Modified` returns; a file system may keep it less exactly. Throws as `Modified`.
+    void SetModified(std::uint64_t inTicks) const;
     /// Bytes; 0 on any failure.
     std::uint64_t Size(FileSizeSelector inSelector) const;
 
@@ -104,4 +107,15 @@ inline bool operator!=(File const& inLHS, File const& inRHS) noexcept {
     return !(inLHS == inRHS);
 }
 
+/// Orders paths by their units, for containers; `CompareFileNames` orders names for people.
+inline bool operator<(File const& inLHS, File const& inRHS) noexcept {
+    return inLHS.Helper().Path() < inRHS.Helper().Path();
+}
+
 } // namespace brindle::filesupport
+
+/// Agrees with `==`.
+template <>
+struct std::hash<brindle::filesupport::File> {
+    BRN_API std::size_t operator()(brindle::filesupport::File const& inFile) const noexcept;
+};

@@ -23,4 +23,14 @@ BRN_API UTF16String MakeNormalizedRelativePath(File const& inTarget, File const&
 /// and the result is empty.
 BRN_API File MakeFileFromPath(UTF16String const& inPath, File const& inBase);
 
+/// The path from a directory to a file or directory, with "/" between names: "." for the directory
+/// itself, and empty if the two have no directory in common. Like `MakeNormalizedRelativePath`, it
+/// compares the paths alone and does not look at the disk.
+BRN_API UTF16String RelativePath(Dir const& inFrom, File const& inTo);
+BRN_API UTF16String RelativePath(Dir const& inFrom, Dir const& inTo);
+
+/// The file with another extension, such as ".wav", instead of its own or where it had none. An
+/// empty extension takes away the present one; a missing "." is added.
+BRN_API File WithExtension(File const& inFile, UTF16String const& inExtension);
+
 } // namespace brindle::filesupport

@@ -48,6 +48,7 @@ public:
     std::uint64_t Length() const override;
 
 private:
+    friend struct PlatformStreamIdentity;
     File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };
@@ -82,6 +83,7 @@ public:
     virtual std::uint64_t Length() const;
 
 private:
+    friend struct PlatformStreamIdentity;
     File mName;
     std::unique_ptr<platform::OpenFile> mFile;
 };

@@ -13,6 +13,21 @@ namespace brindle::filesupport {
 
 struct DirectoryListing;
 
+/// What a walk follows, leaves out and tells of besides files.
+struct WalkOptions {
+    /// Lists a shortcut (".lnk") as its target, which the walk enters if it is a directory.
+    bool resolveAliases = false;
+    /// Leaves out the files of saves that are under way, or that were killed. A directory that
+    /// holds nothing else counts as empty.
+    bool leaveOutSaves = false;
+    /// Called, unless they are empty, by the walk and its copies: with each directory that cannot
+    /// be read, with each link to a directory, and with each directory that has no entries, also
+    /// the one where the walk starts.
+    boost::function<void(Dir const&)> onUnreadableDir;
+    boost::function<void(Dir const&)> onDirLink;
+    boost::function<void(Dir const&)> onEmptyDir;
+};
+
 /// Walks all files below a directory: first its own files, then those of its first subdirectory,
 /// and so on:
 ///
@@ -33,6 +48,9 @@ public:
     /// empty, is called by the walk and its copies with each directory that cannot be read.
     RecursiveFileIterator(Dir const& inStart, bool inResolveAliases,
                           boost::function<void(Dir const&)> inUnreadable = {});
+
+    /// The same with options: `RecursiveFileIterator file(dir, options)`.
+    RecursiveFileIterator(Dir const& inStart, WalkOptions inOptions);
 
     /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return *mFile; }
@@ -67,8 +85,9 @@ private:
     /// Advances to the next directory with a file, unless a file is current.
     void SkipToFile();
 
-    bool mResolveAliases = false;
-    boost::function<void(Dir const&)> mUnreadable;
+    bool ResolvesAliases() const noexcept { return mOptions && mOptions->resolveAliases; }
+
+    std::shared_ptr<WalkOptions const> mOptions; // null at the end of any walk
     Dir::FileIterator mFile;
     std::vector<Level> mBranch;
     Dir mCurrentDir;

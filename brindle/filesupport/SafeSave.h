@@ -3,6 +3,7 @@
 #include <brindle/Export.h>
 #include <brindle/filesupport/File.h>
 
+#include <cstddef>
 #include <memory>
 
 namespace brindle::platform {
@@ -27,6 +28,7 @@ class BRN_API SafeSave {
 public:
     /// Creates nothing yet.
     explicit SafeSave(File& inTarget);
+    explicit SafeSave(File const& inTarget);
     SafeSave(SafeSave const&) = delete;
     SafeSave& operator=(SafeSave const&) = delete;
     /// Removes a temp file that was not committed, if it is this save's. Throws nothing.
@@ -52,6 +54,16 @@ public:
     /// for writing; and if the system refuses. Only a disk that fails at the very end may leave the
     /// new version.
     void Commit();
+
+    /// Removes from a directory, but not from those below it, what saves left there whose process
+    /// was killed: temp files, and new versions of `OSafeSaveStream` where that needs a name. Call
+    /// it at start-up, for instance. Returns how many files that were.
+    ///
+    /// A file is removed only if it is certain that a save created it and that this save has ended;
+    /// no save of any process is disturbed. So a file stays where that cannot be told: if somebody
+    /// has read it meanwhile, if it is empty and has no temp file's name, and on file systems other
+    /// than the usual ones of local disks. Throws `dir_exception` if the directory cannot be read.
+    static std::size_t RemoveAbandoned(Dir const& inDir);
 
 private:
     void CreateTempFile();

@@ -14,14 +14,17 @@ extern template class OContainerByteStream<std::string>;
 /// Reads a string of bytes that the caller keeps alive.
 class BRN_API IStringByteStream : public IContainerByteStream<std::string> {
 public:
-    explicit IStringByteStream(std::string& inString) noexcept : IContainerByteStream(inString) {}
+    explicit IStringByteStream(std::string& inString) noexcept;
+    explicit IStringByteStream(std::string const& inString) noexcept;
+    /// It would be gone before it is read.
+    explicit IStringByteStream(std::string const&& inString) = delete;
     ~IStringByteStream() override;
 };
 
 /// Appends to a string of bytes that the caller keeps alive.
 class BRN_API OStringByteStream : public OContainerByteStream<std::string> {
 public:
-    explicit OStringByteStream(std::string& outString) noexcept : OContainerByteStream(outString) {}
+    explicit OStringByteStream(std::string& outString) noexcept;
     ~OStringByteStream() override;
 };
 

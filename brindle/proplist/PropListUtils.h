@@ -63,6 +63,7 @@ BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRe
 /// ended by an exception: what the list lacks would be lost. `SavePropList` throws then too, until
 /// the file was loaded into the list or is gone.
 BRN_API void SavePropList(filesupport::File& ioFile, PropList const& inList);
+BRN_API void SavePropList(filesupport::File const& inFile, PropList const& inList);
 BRN_API void SavePropList(UTF16String const& inPath, PropList const& inList);
 
 /// A rectangle is an array of x, y, width and height, a point an array of x and y. Readers take the

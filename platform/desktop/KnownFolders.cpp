@@ -90,17 +90,22 @@ std::string Settings(IfMissing inIfMissing) {
     return FirstDirectory({PathVariable("XDG_CONFIG_HOME"), BelowHome("/.config")}, inIfMissing);
 }
 
-std::string Documents() {
-    constexpr char const* kKey = "XDG_DOCUMENTS_DIR";
+/// A directory that the user can name in "user-dirs.dirs".
+std::string UserFolder(char const* inKey, char const* inBelowHome) {
     constexpr std::size_t kMostBytes = 64 * 1024;
     auto const settings = Settings(IfMissing::kSkip);
     auto const content =
         settings.empty()
             ? std::string()
             : ReadContent(PathFromNative(settings + "/user-dirs.dirs"), kMostBytes).value;
-    return FirstDirectory({UsablePath(UserDirectory(content, kKey, Home())), PathVariable(kKey),
-                           BelowHome("/Documents")},
+    return FirstDirectory({UsablePath(UserDirectory(content, inKey, Home())), PathVariable(inKey),
+                           BelowHome(inBelowHome)},
                           IfMissing::kCreate);
+}
+
+/// A directory of programs, which a variable may name.
+std::string ProgramsFolder(char const* inVariable, char const* inBelowHome) {
+    return FirstDirectory({PathVariable(inVariable), BelowHome(inBelowHome)}, IfMissing::kCreate);
 }
 
 std::string NativeFolder(KnownFolder inFolder) {
@@ -108,7 +113,25 @@ std::string NativeFolder(KnownFolder inFolder) {
     case KnownFolder::kApplicationData:
         return Settings(IfMissing::kCreate);
     case KnownFolder::kDocuments:
-        return Documents();
+        return UserFolder("XDG_DOCUMENTS_DIR", "/Documents");
+    case KnownFolder::kHome:
+        return Home();
+    case KnownFolder::kPictures:
+        return UserFolder("XDG_PICTURES_DIR", "/Pictures");
+    case KnownFolder::kMusic:
+        return UserFolder("XDG_MUSIC_DIR", "/Music");
+    case KnownFolder::kVideos:
+        return UserFolder("XDG_VIDEOS_DIR", "/Videos");
+    case KnownFolder::kDownloads:
+        return UserFolder("XDG_DOWNLOAD_DIR", "/Downloads");
+    case KnownFolder::kDesktop:
+        return UserFolder("XDG_DESKTOP_DIR", "/Desktop");
+    case KnownFolder::kCache:
+        return ProgramsFolder("XDG_CACHE_HOME", "/.cache");
+    case KnownFolder::kState:
+        return ProgramsFolder("XDG_STATE_HOME", "/.local/state");
+    case KnownFolder::kData:
+        return ProgramsFolder("XDG_DATA_HOME", "/.local/share");
     case KnownFolder::kTemporary:
         return FirstDirectory({PathVariable("TMPDIR"), "/tmp"}, IfMissing::kSkip);
     case KnownFolder::kProgramFiles:

@@ -27,11 +27,15 @@ struct flock Request(Byte inByte, short inType) noexcept {
     return request;
 }
 
+/// True only if the lock was granted.
+bool TakeGrantedLock(int inDescriptor, Byte inByte, short inType) noexcept {
+    auto request = Request(inByte, inType);
+    return ::fcntl(inDescriptor, F_OFD_SETLK, &request) == 0;
+}
+
 /// False only if somebody else's lock is in the way.
 bool TryLock(int inDescriptor, Byte inByte, short inType) noexcept {
-    auto request = Request(inByte, inType);
-    return ::fcntl(inDescriptor, F_OFD_SETLK, &request) == 0 ||
-           (errno != EAGAIN && errno != EACCES);
+    return TakeGrantedLock(inDescriptor, inByte, inType) || (errno != EAGAIN && errno != EACCES);
 }
 
 /// The kind of lock that keeps this descriptor from an exclusive one: `F_WRLCK`, `F_RDLCK`, or
@@ -88,6 +92,14 @@ ErrorCode TakeLock(int inDescriptor, FileLock inLock) noexcept {
 
 void MarkAsSaving(int inDescriptor) noexcept {
     TryLock(inDescriptor, Byte::kSaving, F_WRLCK);
+}
+
+void UnmarkAsSaving(int inDescriptor) noexcept {
+    TryLock(inDescriptor, Byte::kSaving, F_UNLCK);
+}
+
+bool ClaimAsSaving(int inDescriptor) noexcept {
+    return TakeGrantedLock(inDescriptor, Byte::kSaving, F_WRLCK);
 }
 
 bool IsMarkedAsSaving(int inDescriptor) noexcept {

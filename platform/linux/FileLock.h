@@ -23,8 +23,14 @@ enum class FileLock {
 
 ErrorCode TakeLock(int inDescriptor, FileLock inLock) noexcept;
 
-/// Marks a file, open for writing, as made by a save that is under way, until it is closed.
+/// Marks a file, open for writing, as made by a save that is under way, until it is closed or the
+/// mark is taken away through the same descriptor.
 void MarkAsSaving(int inDescriptor) noexcept;
+void UnmarkAsSaving(int inDescriptor) noexcept;
+
+/// Marks a file as `MarkAsSaving` does. True only if the file system has locks and granted this
+/// one, so that no save of the file is under way.
+bool ClaimAsSaving(int inDescriptor) noexcept;
 
 /// True if the file was marked through another descriptor than this one.
 bool IsMarkedAsSaving(int inDescriptor) noexcept;

@@ -1,6 +1,7 @@
 #include "platform/FileReplacement.h"
 
 #include "platform/linux/ErrnoTable.h"
+#include "platform/linux/FileTimes.h"
 #include "platform/linux/LockedFile.h"
 #include "platform/linux/NewFile.h"
 
@@ -17,6 +18,7 @@ struct FileReplacement::State {
     FilePlace place;
     NewFile file;
     std::uint64_t position = 0;
+    bool hasOwnPermissions = false; // so that it does not get those of the old version
 };
 
 namespace {
@@ -31,6 +33,12 @@ Result<struct stat> StatusOf(FilePlace const& inPlace) {
     return {status, kError_None};
 }
 
+/// The same permissions without the bits that a copy does not inherit.
+struct stat WithoutSpecialBits(struct stat inStatus) noexcept {
+    inStatus.st_mode &= S_IFMT | S_IRWXU | S_IRWXG | S_IRWXO;
+    return inStatus;
+}
+
 /// The permissions, without special bits, that a file would pass on to one that is made from it.
 Result<struct stat> ModelStatus(UTF16String const& inModel) {
     SystemPath const path(inModel);
@@ -40,8 +48,7 @@ Result<struct stat> ModelStatus(UTF16String const& inModel) {
         !S_ISREG(model.value.st_mode)) {
         return {{}, kError_FileNotFound};
     }
-    model.value.st_mode &= S_IFMT | S_IRWXU | S_IRWXG | S_IRWXO;
-    return model;
+    return {WithoutSpecialBits(model.value), kError_None};
 }
 
 } // namespace
@@ -88,6 +95,28 @@ ErrorCode FileReplacement::Write(void const* inBytes, std::size_t inCount) {
     return error;
 }
 
+ErrorCode FileReplacement::CopyRest(OpenFile& ioSource) {
+    constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+    for (;;) {
+        auto from = static_cast<off_t>(ioSource.mPosition);
+        auto to = static_cast<off_t>(mState->position);
+        auto const count = Uninterrupted([&] {
+            return ::copy_file_range(static_cast<int>(ioSource.mHandle), &from,
+                                     mState->file.Descriptor(), &to, kMostAtOnce, 0);
+        });
+        if (count > 0) {
+            ioSource.mPosition += static_cast<std::uint64_t>(count);
+            mState->position += static_cast<std::uint64_t>(count);
+            continue;
+        }
+        // Not between these file systems, or not with such files.
+        bool const isOffered =
+            count == 0 || (errno != EXDEV && errno != EINVAL && errno != ENOSYS &&
+                           errno != EOPNOTSUPP && errno != EPERM && errno != EBADF);
+        return count == 0 || !isOffered ? kError_None : ErrorFromErrno(errno);
+    }
+}
+
 std::uint64_t FileReplacement::Position() const noexcept {
     return mState->position;
 }
@@ -104,12 +133,27 @@ Result<std::uint64_t> FileReplacement::Size() const {
     return SizeOf(mState->file.Descriptor());
 }
 
+ErrorCode FileReplacement::SetModified(std::uint64_t inTicks) {
+    timespec const times[2] = {{0, UTIME_OMIT}, TimeOf(inTicks)};
+    return ::futimens(mState->file.Descriptor(), times) == 0 ? kError_None : ErrorFromErrno(errno);
+}
+
+ErrorCode FileReplacement::TakePermissionsOf(OpenFile const& inModel) {
+    struct stat model {};
+    if (::fstat(static_cast<int>(inModel.mHandle), &model) != 0) {
+        return ErrorFromErrno(errno);
+    }
+    mState->hasOwnPermissions = true;
+    mode_t const mode = WithoutSpecialBits(model).st_mode & ~static_cast<mode_t>(S_IFMT);
+    return ::fchmod(mState->file.Descriptor(), mode) == 0 ? kError_None : ErrorFromErrno(errno);
+}
+
 ErrorCode FileReplacement::Commit() {
     auto const old = StatusOf(mState->place);
     if (!old && old.error != kError_FileNotFound) {
         return old.error;
     }
-    auto error = old && S_ISREG(old.value.st_mode)
+    auto error = old && S_ISREG(old.value.st_mode) && !mState->hasOwnPermissions
                      ? TakePermissions(mState->file.Descriptor(), old.value)
                      : kError_None;
     if (error == kError_None) {

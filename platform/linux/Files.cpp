@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 
 #include "platform/linux/ErrnoTable.h"
+#include "platform/linux/FileTimes.h"
 #include "platform/linux/LockedFile.h"
 #include "platform/linux/SystemPath.h"
 
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <limits>
 #include <utility>
 
 namespace brindle::platform {
@@ -34,20 +34,17 @@ FileKind KindOf(mode_t inMode) noexcept {
     }
 }
 
-/// 100-nanosecond ticks since the start of 1601 UTC; a time beyond their range is the nearest end.
-std::uint64_t TicksOf(struct statx_timestamp const& inTime) noexcept {
-    constexpr std::int64_t kSecondsFrom1601To1970 = 11644473600;
-    constexpr std::uint64_t kTicksPerSecond = 10000000;
-    constexpr std::int64_t kMostSeconds = static_cast<std::int64_t>(
-        std::numeric_limits<std::uint64_t>::max() / kTicksPerSecond - kSecondsFrom1601To1970 - 1);
-    if (inTime.tv_sec < -kSecondsFrom1601To1970) {
-        return 0;
-    }
-    if (inTime.tv_sec > kMostSeconds) {
-        return std::numeric_limits<std::uint64_t>::max();
-    }
-    return static_cast<std::uint64_t>(inTime.tv_sec + kSecondsFrom1601To1970) * kTicksPerSecond +
-           inTime.tv_nsec / 100;
+FileInfo InfoOf(struct statx const& inStatus) noexcept {
+    FileInfo info;
+    info.kind = KindOf(inStatus.stx_mode);
+    info.size = inStatus.stx_size;
+    info.modified = TicksOf(inStatus.stx_mtime.tv_sec, inStatus.stx_mtime.tv_nsec);
+    info.created = (inStatus.stx_mask & STATX_BTIME) != 0
+                       ? TicksOf(inStatus.stx_btime.tv_sec, inStatus.stx_btime.tv_nsec)
+                       : std::min(info.modified,
+                                  TicksOf(inStatus.stx_ctime.tv_sec, inStatus.stx_ctime.tv_nsec));
+    info.identity = {makedev(inStatus.stx_dev_major, inStatus.stx_dev_minor), inStatus.stx_ino};
+    return info;
 }
 
 } // namespace
@@ -62,16 +59,17 @@ Result<FileInfo> Inspect(UTF16String const& inPath) {
                 STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
         return {{}, path.ErrorOf(errno)};
     }
+    return {InfoOf(status), kError_None};
+}
 
-    FileInfo info;
-    info.kind = KindOf(status.stx_mode);
-    info.size = status.stx_size;
-    info.modified = TicksOf(status.stx_mtime);
-    info.created = (status.stx_mask & STATX_BTIME) != 0
-                       ? TicksOf(status.stx_btime)
-                       : std::min(info.modified, TicksOf(status.stx_ctime));
-    info.identity = {makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino};
-    return {info, kError_None};
+ErrorCode SetModified(UTF16String const& inPath, std::uint64_t inTicks) {
+    SystemPath const path(inPath);
+    if (path.Error() != kError_None) {
+        return path.Error();
+    }
+    timespec const times[2] = {{0, UTIME_OMIT}, TimeOf(inTicks)};
+    return ::utimensat(path.Directory(), path.Tail(), times, 0) == 0 ? kError_None
+                                                                     : path.ErrorOf(errno);
 }
 
 bool IsNameTaken(UTF16String const& inPath) {
@@ -149,6 +147,15 @@ ErrorCode OpenFile::SetPosition(std::uint64_t inPosition) {
     }
     mPosition = inPosition;
     return kError_None;
+}
+
+Result<FileInfo> OpenFile::Inspect() const {
+    struct statx status {};
+    if (::statx(static_cast<int>(mHandle), "", AT_EMPTY_PATH | AT_STATX_SYNC_AS_STAT,
+                STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
+        return {{}, ErrorFromErrno(errno)};
+    }
+    return {InfoOf(status), kError_None};
 }
 
 Result<std::uint64_t> OpenFile::Size() const {

@@ -61,12 +61,11 @@ ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
                      std::uint64_t inOffset, std::size_t& outWritten) {
     auto const* bytes = static_cast<char const*>(inBytes);
     outWritten = 0;
-    if (inCount > kMostPosition - std::min(inOffset, kMostPosition)) {
-        return kError_FileTooLarge;
-    }
-    while (outWritten < inCount) {
+    auto const room = kMostPosition - std::min(inOffset, kMostPosition);
+    auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(inCount, room));
+    while (outWritten < wanted) {
         auto const count = Uninterrupted([&] {
-            return ::pwrite(inDescriptor, bytes + outWritten, inCount - outWritten,
+            return ::pwrite(inDescriptor, bytes + outWritten, wanted - outWritten,
                             static_cast<off_t>(inOffset + outWritten));
         });
         if (count < 0) {
@@ -77,7 +76,7 @@ ErrorCode WriteFully(int inDescriptor, void const* inBytes, std::size_t inCount,
         }
         outWritten += static_cast<std::size_t>(count);
     }
-    return kError_None;
+    return wanted == inCount ? kError_None : kError_FileTooLarge;
 }
 
 Result<FileDescriptor> GuardOld(FilePlace const& inPlace) {

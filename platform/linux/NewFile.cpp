@@ -9,12 +9,16 @@
 #include <atomic>
 #include <cinttypes>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <utility>
 
 namespace brindle::platform {
 
 namespace {
+
+constexpr char kPrefix[] = ".brindle-";
+constexpr std::size_t kDigits = 16;
 
 /// Names are tried until one is free, so that they need not be unpredictable but only differ from
 /// call to call.
@@ -29,9 +33,9 @@ std::string HiddenName() {
                  static_cast<std::uint64_t>(::getpid());
     }
     number += S_calls.fetch_add(1, std::memory_order_relaxed);
-    std::array<char, 32> name{};
-    std::snprintf(name.data(), name.size(), ".brindle-%016" PRIx64, number);
-    return name.data();
+    std::array<char, kDigits + 1> digits{};
+    std::snprintf(digits.data(), digits.size(), "%016" PRIx64, number);
+    return std::string(kPrefix) + digits.data();
 }
 
 /// Calls `inTry` with hidden names until it succeeds or fails for another reason than a name that
@@ -77,7 +81,11 @@ ErrorCode NewFile::Create(mode_t inMode) {
         }));
         return mFile.IsOpen();
     });
-    return mFile.IsOpen() ? kError_None : ErrorFromErrno(errno);
+    if (!mFile.IsOpen()) {
+        return ErrorFromErrno(errno);
+    }
+    MarkAsSaving(mFile.Get());
+    return kError_None;
 }
 
 bool NewFile::CreateNameless(mode_t inMode) {
@@ -89,6 +97,7 @@ bool NewFile::CreateNameless(mode_t inMode) {
     if (!file.IsOpen() || ::stat(DescriptorPath(file.Get()).data(), &status) != 0) {
         return false;
     }
+    MarkAsSaving(file.Get()); // for the moments in which it has a hidden name
     mFile = std::move(file);
     return true;
 }
@@ -107,6 +116,7 @@ ErrorCode NewFile::PutInPlace() {
         // A link replaces nothing, so over an old version it takes a name first.
         if (::linkat(AT_FDCWD, DescriptorPath(mFile.Get()).data(), mPlace.directory.Get(),
                      mPlace.name.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+            UnmarkAsSaving(mFile.Get());
             return kError_None;
         }
         auto const error = errno == EEXIST ? GiveName() : ErrorFromErrno(errno);
@@ -117,6 +127,7 @@ ErrorCode NewFile::PutInPlace() {
     auto const error = RenameInto(mPlace, mPlace.directory.Get(), mName.c_str());
     if (error == kError_None) {
         mName.clear();
+        UnmarkAsSaving(mFile.Get());
     }
     return error;
 }
@@ -124,6 +135,13 @@ ErrorCode NewFile::PutInPlace() {
 ErrorCode NewFile::TakePlace() {
     auto const error = PutInPlace();
     return error == kError_None ? SyncDirectory(mPlace) : error;
+}
+
+bool IsHiddenSaveName(char const* inName) noexcept {
+    constexpr std::size_t kPrefixLength = sizeof kPrefix - 1;
+    return std::strncmp(inName, kPrefix, kPrefixLength) == 0 &&
+           std::strlen(inName) == kPrefixLength + kDigits &&
+           std::strspn(inName + kPrefixLength, "0123456789abcdef") == kDigits;
 }
 
 ErrorCode LinkInto(FilePlace const& inPlace, FilePlace const& inFile) {

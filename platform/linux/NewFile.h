@@ -38,6 +38,9 @@ private:
     FileDescriptor mFile;
 };
 
+/// True for the names that such files have where they need one.
+bool IsHiddenSaveName(char const* inName) noexcept;
+
 /// Puts an existing file over whatever stands in the place, in one step. It keeps its old name as
 /// well, if the file system has hard links.
 ErrorCode LinkInto(FilePlace const& inPlace, FilePlace const& inFile);

@@ -3,6 +3,7 @@
 #include "platform/linux/ErrnoTable.h"
 #include "platform/linux/LockedFile.h"
 #include "platform/linux/NewFile.h"
+#include "platform/linux/SaveMark.h"
 
 #include <sys/stat.h>
 
@@ -23,10 +24,11 @@ bool IsSameTime(timespec const& inLHS, timespec const& inRHS) noexcept {
     return inLHS.tv_sec == inRHS.tv_sec && inLHS.tv_nsec == inRHS.tv_nsec;
 }
 
-/// Dates a new file back, so that every later writing shows, also of nothing.
+/// Dates a new file back, so that every later writing shows, also of nothing, and sets the mark
+/// that tells it from other files.
 Result<struct stat> DateBack(int inFile) {
-    timespec const theEpoch[2] = {};
-    ::futimens(inFile, theEpoch);
+    timespec const times[2] = {kSaveMark, {}};
+    ::futimens(inFile, times);
     struct stat status {};
     if (::fstat(inFile, &status) != 0) {
         return {{}, ErrorFromErrno(errno)};
@@ -99,8 +101,16 @@ ErrorCode PutCopyInPlace(int inFile, FilePlace const& inPlace) {
     return old ? copy.TakePlace() : old.error;
 }
 
-/// Renames the file over what stands in the place, and nothing else that took its name meanwhile.
-ErrorCode MoveInto(FilePlace const& inTarget, FilePlace const& inFrom,
+/// Before the file takes its place, where nobody may mistake it for what a killed save left.
+ErrorCode RemoveSaveMark(int inFile, struct stat const& inStatus) {
+    timespec const now[2] = {{0, UTIME_NOW}, {0, UTIME_OMIT}};
+    return !HasSaveMark(inStatus) || ::futimens(inFile, now) == 0 ? kError_None
+                                                                  : ErrorFromErrno(errno);
+}
+
+/// Renames the open file over what stands in the place, and nothing else that took its name
+/// meanwhile.
+ErrorCode MoveInto(FilePlace const& inTarget, FilePlace const& inFrom, int inFile,
                    struct stat const& inStatus) {
     auto const guard = GuardOld(inTarget);
     if (!guard) {
@@ -118,7 +128,9 @@ ErrorCode MoveInto(FilePlace const& inTarget, FilePlace const& inFrom,
                    ? kError_None
                    : ErrorFromErrno(errno);
     }
-    return RenameInto(inTarget, inFrom.directory.Get(), inFrom.name.c_str());
+    auto const error = RemoveSaveMark(inFile, inStatus);
+    return error == kError_None ? RenameInto(inTarget, inFrom.directory.Get(), inFrom.name.c_str())
+                                : error;
 }
 
 } // namespace
@@ -201,7 +213,7 @@ ErrorCode TemporaryFile::TakePlaceOf(UTF16String const& inTarget) {
         error = SyncFile(file.value.Get());
     }
     if (error == kError_None) {
-        error = MoveInto(target.value, mState->place, status);
+        error = MoveInto(target.value, mState->place, file.value.Get(), status);
     }
     if (error == kError_None) {
         // It is everybody's file now, so it is not kept locked while the disk is waited for.

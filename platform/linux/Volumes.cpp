@@ -1,5 +1,6 @@
 #include "platform/Volumes.h"
 
+#include "platform/linux/ErrnoTable.h"
 #include "platform/linux/SystemPath.h"
 
 #include <linux/magic.h>
@@ -10,6 +11,19 @@
 namespace brindle::platform {
 
 namespace {
+
+Result<struct statfs> FileSystemOf(SystemPath const& inPath) {
+    struct statfs fileSystem {};
+    FileDescriptor const opened(Uninterrupted(
+        [&] { return ::openat(inPath.Directory(), inPath.Tail(), O_PATH | O_CLOEXEC); }));
+    if (!opened.IsOpen()) {
+        return {{}, inPath.ErrorOf(errno)};
+    }
+    if (::fstatfs(opened.Get(), &fileSystem) != 0) {
+        return {{}, ErrorFromErrno(errno)};
+    }
+    return {fileSystem, kError_None};
+}
 
 VolumeKind KindOf(struct statfs const& inFileSystem) {
     switch (static_cast<std::uint32_t>(inFileSystem.f_type)) {
@@ -31,12 +45,23 @@ VolumeKind KindOf(struct statfs const& inFileSystem) {
 } // namespace
 
 VolumeKind KindOfVolume(std::string const& inNativeDirectory) {
-    SystemPath const path(AT_FDCWD, inNativeDirectory);
-    FileDescriptor const directory(Uninterrupted(
-        [&] { return ::openat(path.Directory(), path.Tail(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
-    struct statfs fileSystem {};
-    return directory.IsOpen() && ::fstatfs(directory.Get(), &fileSystem) == 0 ? KindOf(fileSystem)
-                                                                              : VolumeKind::kFixed;
+    auto const fileSystem = FileSystemOf(SystemPath(AT_FDCWD, inNativeDirectory));
+    return fileSystem ? KindOf(fileSystem.value) : VolumeKind::kFixed;
+}
+
+Result<VolumeSpace> SpaceOf(UTF16String const& inPath) {
+    SystemPath const path(inPath);
+    if (path.Error() != kError_None) {
+        return {{}, path.Error()};
+    }
+    auto const fileSystem = FileSystemOf(path);
+    if (!fileSystem) {
+        return {{}, fileSystem.error};
+    }
+    auto const& counts = fileSystem.value;
+    auto const blockSize =
+        static_cast<std::uint64_t>(counts.f_frsize != 0 ? counts.f_frsize : counts.f_bsize);
+    return {{counts.f_bavail * blockSize, counts.f_blocks * blockSize}, kError_None};
 }
 
 } // namespace brindle::platform

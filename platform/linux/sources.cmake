@@ -7,12 +7,14 @@ list(APPEND brindle_platform_sources
   # files and directories
   platform/linux/FileLock.cpp
   platform/linux/LockedFile.cpp
+  platform/linux/FileTimes.cpp
   platform/linux/Files.cpp
   platform/linux/FilePlace.cpp
   platform/linux/NewFile.cpp
   platform/linux/AppendContent.cpp
   platform/linux/FileReplacement.cpp
   platform/linux/TemporaryFile.cpp
+  platform/linux/SaveRemains.cpp
   platform/linux/LogFile.cpp
   platform/linux/Directories.cpp
   platform/linux/RemoveTree.cpp

@@ -9,6 +9,7 @@
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/UserFolders.h>
 
 #include <sys/stat.h>
 #include <utility>
@@ -64,6 +65,39 @@ TEST_F(CommonDirs, DocumentsFollowTheUserDirectoriesFile) {
     ::mkdir((mHome + "/.config").c_str(), 0755);
     Fill("home/.config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
     EXPECT_EQ(NativePath(Dir::UserDocsDir()), mHome + "/Dokumente");
+}
+
+TEST_F(CommonDirs, EveryFolderOfTheUserIsFoundByItsName) {
+    struct {
+        UserFolder folder;
+        char const *variable, *usual;
+    } const rows[] = {
+        {UserFolder::kHome, "HOME", ""},
+        {UserFolder::kDocuments, "XDG_DOCUMENTS_DIR", "/Documents"},
+        {UserFolder::kPictures, "XDG_PICTURES_DIR", "/Pictures"},
+        {UserFolder::kMusic, "XDG_MUSIC_DIR", "/Music"},
+        {UserFolder::kVideos, "XDG_VIDEOS_DIR", "/Videos"},
+        {UserFolder::kDownloads, "XDG_DOWNLOAD_DIR", "/Downloads"},
+        {UserFolder::kDesktop, "XDG_DESKTOP_DIR", "/Desktop"},
+        {UserFolder::kSettings, "XDG_CONFIG_HOME", "/.config"},
+        {UserFolder::kCache, "XDG_CACHE_HOME", "/.cache"},
+        {UserFolder::kState, "XDG_STATE_HOME", "/.local/state"},
+        {UserFolder::kData, "XDG_DATA_HOME", "/.local/share"},
+    };
+    ::mkdir(Native("chosen").c_str(), 0755);
+    for (auto const& row : rows) {
+        SCOPED_TRACE(row.variable);
+        if (row.folder != UserFolder::kHome) {
+            tests::Environment const usual{{{row.variable, std::nullopt}}};
+            EXPECT_EQ(NativePath(FindUserFolder(row.folder)), mHome + row.usual);
+        }
+        tests::Environment const chosen{{{row.variable, Native("chosen")}}};
+        EXPECT_EQ(NativePath(FindUserFolder(row.folder)), Native("chosen"));
+    }
+    tests::Environment const usual{{{"XDG_CACHE_HOME", std::nullopt}}};
+    std::filesystem::remove_all(mHome + "/.cache");
+    Fill("home/.cache", "");
+    EXPECT_THROW(static_cast<void>(FindUserFolder(UserFolder::kCache)), dir_not_found_exception);
 }
 
 TEST(UserDirectory, LinesOfOtherFormsDoNotCount) {

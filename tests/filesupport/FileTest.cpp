@@ -4,6 +4,7 @@
 #include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/VolumeSpace.h>
 
 namespace brindle::filesupport {
 
@@ -149,6 +150,37 @@ TEST_F(FileTest, ShortcutsLeadToFilesAndDirectories) {
     EXPECT_FALSE(ResolveIfAlias(toFile, file, dir, isDir)) << "a broken shortcut leads nowhere";
     EXPECT_TRUE(isDir);
     EXPECT_EQ(dir, targetDir);
+}
+
+TEST_F(FileTest, DirectoriesAreCreatedWithTheirParents) {
+    Dir const deep(At("a/b/c"));
+    deep.CreateAll();
+    deep.CreateAll();
+    EXPECT_TRUE(deep.Exists());
+    Fill("file", "");
+    std::pair<Dir, Dir> const refused[] = {
+        {Dir(At("file")), Dir(At("file"))},
+        {Dir(At("file/x/y")), Dir(At("file"))},
+        {Dir(), Dir()},
+    };
+    for (auto const& [dir, culprit] : refused) {
+        try {
+            dir.CreateAll();
+            ADD_FAILURE();
+        } catch (dir_exception const& failure) {
+            EXPECT_EQ(failure.GetDir(), culprit);
+            EXPECT_NE(failure.Cause(), utility::SystemError::kNone);
+        }
+    }
+}
+
+TEST_F(FileTest, VolumesTellTheirSpace) {
+    auto const space = SpaceOf(Dir(mTemporary.Path()));
+    auto const expected = std::filesystem::space(mTemporary.Native());
+    EXPECT_EQ(space.total, expected.capacity);
+    EXPECT_GT(space.available, 0u);
+    EXPECT_LE(space.available, space.total);
+    EXPECT_THROW(static_cast<void>(SpaceOf(Dir(At("missing")))), dir_not_found_exception);
 }
 
 } // namespace

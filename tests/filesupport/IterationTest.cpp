@@ -135,6 +135,26 @@ TEST_F(Iteration, AWalkTellsWhichDirectoriesCannotBeRead) {
     fs::permissions(Native("a"), fs::perms::all, ignored);
 }
 
+TEST_F(Iteration, AWalkTellsOfLinksAndEmptyDirectoriesIfAsked) {
+    MakeFile("full/x");
+    fs::create_directories(Native("hollow/empty"));
+    fs::create_directories(Native("saves"));
+    fs::create_directory_symlink("../full", Native("hollow/link"));
+    MakeFile("saves/.brindle-0123456789abcdef");
+    Names links, empty;
+    WalkOptions options;
+    options.onDirLink = [&](Dir const& inDir) { links.insert(Relative(inDir)); };
+    options.onEmptyDir = [&](Dir const& inDir) { empty.insert(Relative(inDir)); };
+    EXPECT_EQ(Listed(RecursiveFileIterator(mDir, options), RecursiveFileIterator()),
+              (Names{"full/x", "saves/.brindle-0123456789abcdef"}));
+    EXPECT_EQ(links, Names{"hollow/link"});
+    EXPECT_EQ(empty, Names{"hollow/empty"});
+    options.leaveOutSaves = true;
+    EXPECT_EQ(Listed(RecursiveFileIterator(mDir, options), RecursiveFileIterator()),
+              Names{"full/x"});
+    EXPECT_EQ(empty.count("saves"), 1u);
+}
+
 TEST_F(Iteration, DeletingATreeRemovesLinksAndSparesTheirTargets) {
     std::ofstream(mOutside.Native("foreign")) << "x";
     MakeFile("tree/a/x");

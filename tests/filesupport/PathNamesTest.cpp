@@ -1,11 +1,16 @@
+#include <brindle/filesupport/DisplayPath.h>
 #include <brindle/filesupport/File.h>
+#include <brindle/filesupport/FilesystemPath.h>
 #include <brindle/filesupport/PathNames.h>
 
+#include "tests/support/Environment.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
+#include <unordered_set>
 
 namespace brindle::filesupport {
 
@@ -100,6 +105,7 @@ TEST(PathNames, RelativePathsLeadThereAndBack) {
         File const target(Wide(row.target)), base(Wide(row.base));
         EXPECT_EQ(row.relative, Narrow(MakeNormalizedRelativePath(target, base))) << row.target;
         EXPECT_EQ(*row.relative != 0, MakeFileFromPath(Wide(row.relative), base) == target);
+        EXPECT_EQ(Narrow(RelativePath(base.Parent(), target)), row.relative);
     }
     File const onC(Wide(R"(C:\a\x)")), onD(Wide(R"(D:\a\x)"));
     EXPECT_EQ(onD, MakeFileFromPath(Wide("D:/a/x"), onC)) << "an absolute path ignores the base";
@@ -110,6 +116,66 @@ TEST(PathNames, RelativePathsLeadThereAndBack) {
     for (char const* const absolute : {"", "/a", R"(\a)", "C:a"}) {
         EXPECT_FALSE(IsNormalizedRelativePath(Wide(absolute))) << absolute;
     }
+}
+
+TEST(PathNames, DirectoriesLeadToEachOther) {
+    struct {
+        char const *from, *to, *relative;
+    } const rows[] = {
+        {R"(C:\a\b)", R"(C:\a\c)", "../c"}, {R"(C:\a)", R"(C:\a)", "."},
+        {R"(C:\a\b)", R"(C:\a)", ".."},     {R"(C:\a)", R"(C:\a\b:)", "./b:"},
+        {R"(C:\a)", R"(D:\a)", ""},
+    };
+    for (auto const& row : rows) {
+        EXPECT_EQ(Narrow(RelativePath(Dir(Wide(row.from)), Dir(Wide(row.to)))), row.relative)
+            << row.to;
+    }
+}
+
+TEST(PathNames, ExtensionsAreReplacedAddedAndRemoved) {
+    struct {
+        char const *path, *extension, *result;
+    } const rows[] = {
+        {R"(C:\a.b\c.mov)", ".wav", R"(C:\a.b\c.wav)"},
+        {R"(C:\a.b\c)", "wav", R"(C:\a.b\c.wav)"},
+        {R"(C:\a.b\c.tar.gz)", "", R"(C:\a.b\c.tar)"},
+        {"c.mov", ".wav", "c.mov.wav"}, // a path without a separator has no extension
+    };
+    for (auto const& row : rows) {
+        File const changed = WithExtension(File(Wide(row.path)), Wide(row.extension));
+        EXPECT_EQ(Narrow(changed.FullPath()), row.result);
+    }
+}
+
+TEST(PathNames, AreShownAsPeopleWriteThem) {
+    tests::Environment const settings{{{"HOME", "/usr"}}};
+    struct {
+        char const *native, *shown;
+    } const rows[] = {
+        {"/usr/lib/a.mov", "~/lib/a.mov"},
+        {"/usr", "~"},
+        {"/usrlocal", "/usrlocal"},
+        {"/tmp/\xFFx", "/tmp/\uFFFDx"},
+    };
+    for (auto const& row : rows) {
+        EXPECT_EQ(Narrow(DisplayPath(FileFromNative(row.native))), row.shown);
+        EXPECT_EQ(Narrow(DisplayPath(DirFromPath(row.native))), row.shown);
+    }
+    EXPECT_EQ(Narrow(DisplayPath(File(Wide(R"(Q:\x)")))), R"(Q:\x)");
+}
+
+TEST(PathNames, AreKeysOfContainersAndPathsOfTheStandardLibrary) {
+    std::filesystem::path const native("/tmp/\xFF\\name");
+    auto const file = FileFromPath(native);
+    auto const dir = DirFromPath(native);
+    EXPECT_EQ(ToPath(file), native);
+    EXPECT_EQ(ToPath(dir), native);
+    std::set<File> ordered{file, FileFromPath("/b"), FileFromPath("/a"), file};
+    EXPECT_EQ(ordered.size(), 3u);
+    EXPECT_EQ(ToPath(*ordered.begin()), "/a");
+    std::unordered_set<Dir> hashed{dir, DirFromPath("/a"), dir};
+    EXPECT_EQ(hashed.size(), 2u);
+    EXPECT_EQ(hashed.count(dir), 1u);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
 #include <brindle/utility/FileUtils.h>
 
 #include <functional>
@@ -152,12 +153,19 @@ TEST_F(SafeSaveTest, WhoeverWritesTheTempFileMayReplaceIt) {
         save.Commit();
         EXPECT_EQ(ContentOf("file"), "new");
 
+        SafeSave streamed(target);
+        OSafeSaveStream stream(streamed.GetTempFile());
+        stream.Put('s');
+        stream.Commit();
+        streamed.Commit();
+        EXPECT_EQ(ContentOf("file"), "s") << "while the stream is still there";
+
         SafeSave abandoned(target), linked(target), empty(target);
         utility::FileUtils::SimpleWriteStringToFile(abandoned.GetTempFile().FullPath(), "x"_utf8);
         fs::remove(NativePath(linked.GetTempFile()));
         fs::create_hard_link(Native("file"), NativePath(linked.GetTempFile()));
         linked.Commit();
-        EXPECT_EQ(ContentOf("file"), "new");
+        EXPECT_EQ(ContentOf("file"), "s");
         empty.GetTempFile().Create();
         empty.Commit();
         EXPECT_EQ(ContentOf("file"), "");

@@ -9,8 +9,10 @@
 #include <brindle/filesupport/Aliases.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
+#include <brindle/utility/TextOperations.h>
 
 #include <utility>
+#include <vector>
 
 namespace brindle::filesupport {
 
@@ -91,6 +93,26 @@ void Dir::Create() const {
     }
 }
 
+void Dir::CreateAll() const {
+    if (mHelper.Path().empty()) {
+        throw Because(dir_exception(*this), FileOperation::kCreate, platform::kError_PathNotFound);
+    }
+    std::vector<Dir> missing; // the innermost one first
+    for (Dir dir = *this; !dir.mHelper.Path().empty() && !dir.Exists(); dir = dir.Parent()) {
+        missing.push_back(dir);
+    }
+    for (; !missing.empty(); missing.pop_back()) {
+        Dir const& dir = missing.back();
+        auto const error = platform::CreateDirectory(dir.mHelper.Path());
+        // Another process may have made it meanwhile.
+        if (error != platform::kError_None && !dir.Exists()) {
+            bool const isTaken = error == platform::kError_AlreadyExists;
+            throw Because(dir_exception(dir), FileOperation::kCreate,
+                          isTaken ? platform::kError_NotADirectory : error);
+        }
+    }
+}
+
 void Dir::Delete() const {
     auto const removal = platform::RemoveTree(mHelper.Path());
     if (removal.error == platform::kError_None) {
@@ -115,3 +137,8 @@ void Dir::Rename(UTF16String const& inNewName) {
 }
 
 } // namespace brindle::filesupport
+
+std::size_t std::hash<brindle::filesupport::Dir>::operator()(
+    brindle::filesupport::Dir const& inDir) const noexcept {
+    return brindle::utility::TextHash()(inDir.Helper().Path());
+}

@@ -8,6 +8,7 @@
 
 #include <brindle/filesupport/Aliases.h>
 #include <brindle/filesupport/FileExceptions.h>
+#include <brindle/utility/TextOperations.h>
 
 #include <cwctype>
 #include <utility>
@@ -102,6 +103,16 @@ std::uint64_t File::Created() const {
     return InspectOrThrow(*this).created;
 }
 
+void File::SetModified(std::uint64_t inTicks) const {
+    auto const error = platform::SetModified(mHelper.Path(), inTicks);
+    if (error == platform::kError_FileNotFound) {
+        throw Because(file_not_found_exception(*this), FileOperation::kWrite, error);
+    }
+    if (error != platform::kError_None) {
+        throw Because(file_exception(*this), FileOperation::kWrite, error);
+    }
+}
+
 std::uint64_t File::Size(FileSizeSelector inSelector) const {
     switch (inSelector) {
     case kFileSize_Data:
@@ -142,3 +153,8 @@ void File::Rename(UTF16String const& inNewName) {
 }
 
 } // namespace brindle::filesupport
+
+std::size_t std::hash<brindle::filesupport::File>::operator()(
+    brindle::filesupport::File const& inFile) const noexcept {
+    return brindle::utility::TextHash()(inFile.Helper().Path());
+}

@@ -1,7 +1,9 @@
 #include <brindle/filesupport/PlatformByteStreams.h>
 
 #include "filesupport/src/files/CreateFailure.h"
+#include "filesupport/src/files/SourceFile.h"
 #include "filesupport/src/files/StreamFailure.h"
+#include "filesupport/src/streams/BlockStream.h"
 #include "platform/Files.h"
 
 #include <brindle/filesupport/FileExceptions.h>
@@ -25,10 +27,24 @@ std::unique_ptr<platform::OpenFile> OpenedOrThrow(platform::Result<platform::Ope
     return std::make_unique<platform::OpenFile>(std::move(inResult.value));
 }
 
-constexpr platform::Sharing SharingFor(FileSharing inSharing) {
-    return inSharing == kShareWithEverybody ? platform::Sharing::kEverybody
-                                            : platform::Sharing::kReaders;
-}
+} // namespace
+
+/// Which file a stream has open.
+struct PlatformStreamIdentity {
+    template <typename Stream>
+    static platform::Result<platform::FileIdentity> Of(ByteStream_base const& inStream) {
+        auto const info = static_cast<Stream const&>(inStream).mFile->Inspect();
+        return {info.value.identity, info.error};
+    }
+};
+
+namespace {
+
+constexpr bool kIsFile = true;
+constexpr impl::BlockStream kInputBlocks{typeid(IPlatformByteStream), kIsFile,
+                                         &PlatformStreamIdentity::Of<IPlatformByteStream>};
+constexpr impl::BlockStream kOutputBlocks{typeid(OPlatformByteStream), kIsFile,
+                                          &PlatformStreamIdentity::Of<OPlatformByteStream>};
 
 } // namespace
 
@@ -38,7 +54,9 @@ IPlatformByteStream::IPlatformByteStream(File const& inFile)
 IPlatformByteStream::IPlatformByteStream(File const& inFile, FileSharing inSharing)
     : mName(inFile),
       mFile(OpenedOrThrow(platform::OpenForReading(inFile.Helper().Path(), SharingFor(inSharing)),
-                          inFile)) {}
+                          inFile)) {
+    SetBlocks(kInputBlocks);
+}
 
 IPlatformByteStream::~IPlatformByteStream() = default;
 
@@ -68,7 +86,9 @@ std::uint64_t IPlatformByteStream::Length() const {
 
 OPlatformByteStream::OPlatformByteStream(File const& inFile)
     : mName(inFile),
-      mFile(OpenedOrThrow(platform::OpenForWriting(inFile.Helper().Path()), inFile)) {}
+      mFile(OpenedOrThrow(platform::OpenForWriting(inFile.Helper().Path()), inFile)) {
+    SetBlocks(kOutputBlocks);
+}
 
 OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile inKind) : mName(inFile) {
     auto const readers =
@@ -78,6 +98,7 @@ OPlatformByteStream::OPlatformByteStream(File const& inFile, MakeNewFile inKind)
         ThrowCreateFailure(inFile, file.error);
     }
     mFile = std::make_unique<platform::OpenFile>(std::move(file.value));
+    SetBlocks(kOutputBlocks);
 }
 
 OPlatformByteStream::~OPlatformByteStream() = default;

@@ -1,16 +1,37 @@
 #include <brindle/filesupport/RecursiveFileIterator.h>
 
 #include "filesupport/src/files/DirectoryListing.h"
+#include "filesupport/src/files/TempNames.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace brindle::filesupport {
 
+namespace {
+
+void Tell(boost::function<void(Dir const&)> const& inWhom, Dir const& inDir) {
+    if (inWhom) {
+        inWhom(inDir);
+    }
+}
+
+WalkOptions OptionsOf(bool inResolveAliases, boost::function<void(Dir const&)> inUnreadable) {
+    WalkOptions options;
+    options.resolveAliases = inResolveAliases;
+    options.onUnreadableDir = std::move(inUnreadable);
+    return options;
+}
+
+} // namespace
+
 RecursiveFileIterator::RecursiveFileIterator(Dir const& inStart, bool inResolveAliases,
                                              boost::function<void(Dir const&)> inUnreadable)
-    : mResolveAliases(inResolveAliases), mUnreadable(std::move(inUnreadable)) {
+    : RecursiveFileIterator(inStart, OptionsOf(inResolveAliases, std::move(inUnreadable))) {}
+
+RecursiveFileIterator::RecursiveFileIterator(Dir const& inStart, WalkOptions inOptions) {
     try {
+        mOptions = std::make_shared<WalkOptions const>(std::move(inOptions));
         Enter(inStart, false);
         SkipToFile();
     } catch (...) {
@@ -34,7 +55,7 @@ bool operator==(RecursiveFileIterator const& inLHS, RecursiveFileIterator const&
     if (inLHS.AtEnd() || inRHS.AtEnd()) {
         return inLHS.AtEnd() && inRHS.AtEnd();
     }
-    return inLHS.mResolveAliases == inRHS.mResolveAliases && inLHS.mFile == inRHS.mFile &&
+    return inLHS.ResolvesAliases() == inRHS.ResolvesAliases() && inLHS.mFile == inRHS.mFile &&
            inLHS.mBranch == inRHS.mBranch;
 }
 
@@ -46,9 +67,15 @@ bool RecursiveFileIterator::Level::operator==(Level const& inRHS) const {
 void RecursiveFileIterator::Enter(Dir inDir, bool inIsOwn) {
     auto const* const parent = inIsOwn ? &mBranch.back().listing->identity : nullptr;
     auto listing = std::make_shared<DirectoryListing>(
-        ListDirectory(inDir.Helper().Path(), mResolveAliases, parent));
-    if (listing->error != platform::kError_None && mUnreadable) {
-        mUnreadable(inDir);
+        ListDirectory(inDir.Helper().Path(), mOptions->resolveAliases, parent));
+    if (mOptions->leaveOutSaves) {
+        RemoveSaves(listing->files);
+    }
+    bool const isRead = listing->error == platform::kError_None;
+    if (!isRead) {
+        Tell(mOptions->onUnreadableDir, inDir);
+    } else if (listing->files.empty() && listing->subdirs.empty()) {
+        Tell(mOptions->onEmptyDir, inDir);
     }
     // Links are not entered, so only a shortcut can lead back to a directory of the branch.
     auto const isSame = [&listing](Level const& inOuter) {
@@ -57,7 +84,8 @@ void RecursiveFileIterator::Enter(Dir inDir, bool inIsOwn) {
     if (!inIsOwn && std::any_of(mBranch.begin(), mBranch.end(), isSame)) {
         return;
     }
-    Dir::FileIterator files(IteratorHelper(false, mResolveAliases, std::move(listing->files)));
+    Dir::FileIterator files(
+        IteratorHelper(false, mOptions->resolveAliases, std::move(listing->files)));
     // What may throw is done: from here on the walk is in the new directory as a whole.
     mBranch.push_back({std::move(listing), 0});
     mFile = std::move(files);
@@ -73,7 +101,9 @@ void RecursiveFileIterator::SkipToFile() {
             continue;
         }
         auto const& subdir = subdirs[innermost.next++];
-        if (subdir.kind != Subdir::kLinked) {
+        if (subdir.kind == Subdir::kLinked) {
+            Tell(mOptions->onDirLink, Dir(subdir.path));
+        } else {
             Enter(Dir(subdir.path), subdir.kind == Subdir::kOwn);
         }
     }

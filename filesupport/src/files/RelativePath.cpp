@@ -1,5 +1,6 @@
 #include <brindle/filesupport/PathNames.h>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -10,34 +11,65 @@ bool IsNormalizedRelativePath(UTF16String const& inPath) {
            (inPath.size() < 2 || inPath[1] != u':');
 }
 
-UTF16String MakeNormalizedRelativePath(File const& inTarget, File const& inBase) {
-    Dir target = inTarget.Parent();
-    Dir base = inBase.Parent();
-    UTF16String relative;
+namespace {
+
+/// What leads from one directory to another, with a "/" at its end; nothing if they have no
+/// directory in common.
+std::optional<UTF16String> Way(Dir inFrom, Dir inTo) {
+    UTF16String way;
     std::vector<UTF16String> namesDown; // the last one first
-    while (target != base) {
+    while (inTo != inFrom) {
         // Of two different directories, the one with the longer path cannot be an ancestor of the
         // other.
-        bool const isUp = base.Helper().Path().size() >= target.Helper().Path().size();
-        Dir& longer = isUp ? base : target;
+        bool const isUp = inFrom.Helper().Path().size() >= inTo.Helper().Path().size();
+        Dir& longer = isUp ? inFrom : inTo;
         Dir parent = longer.Parent();
         if (parent.Helper().Path().empty()) {
             return {};
         }
         if (isUp) {
-            relative += u"../"_utf16;
+            way += u"../"_utf16;
         } else {
             namesDown.push_back(longer.GetName());
         }
         longer = std::move(parent);
     }
     for (; !namesDown.empty(); namesDown.pop_back()) {
-        relative += namesDown.back() + u"/"_utf16;
+        way += namesDown.back() + u"/"_utf16;
     }
-    relative += inTarget.GetName();
-    // A first name like "a:b" must not be taken for a drive.
-    bool const isAmbiguous = !relative.empty() && !IsNormalizedRelativePath(relative);
-    return isAmbiguous ? u"./"_utf16 + relative : relative;
+    return way;
+}
+
+/// A first name like "a:b" must not be taken for a drive.
+UTF16String Unambiguous(UTF16String const& inRelative) {
+    bool const isAmbiguous = !inRelative.empty() && !IsNormalizedRelativePath(inRelative);
+    return isAmbiguous ? u"./"_utf16 + inRelative : inRelative;
+}
+
+} // namespace
+
+UTF16String MakeNormalizedRelativePath(File const& inTarget, File const& inBase) {
+    return RelativePath(inBase.Parent(), inTarget);
+}
+
+UTF16String RelativePath(Dir const& inFrom, File const& inTo) {
+    auto const way = Way(inFrom, inTo.Parent());
+    return way ? Unambiguous(*way + inTo.GetName()) : UTF16String();
+}
+
+UTF16String RelativePath(Dir const& inFrom, Dir const& inTo) {
+    auto const way = Way(inFrom, inTo);
+    if (!way) {
+        return {};
+    }
+    return way->empty() ? u"."_utf16 : Unambiguous(way->substr(0, way->size() - 1));
+}
+
+File WithExtension(File const& inFile, UTF16String const& inExtension) {
+    auto path = inFile.FullPath();
+    path.resize(path.size() - inFile.GetExtension(false).size());
+    bool const needsDot = !inExtension.empty() && inExtension[0] != u'.';
+    return File(path + (needsDot ? u"."_utf16 : UTF16String()) + inExtension);
 }
 
 File MakeFileFromPath(UTF16String const& inPath, File const& inBase) {

@@ -1,17 +1,16 @@
 #include <brindle/filesupport/SafeSave.h>
 
+#include "filesupport/src/files/DirectoryListing.h"
 #include "filesupport/src/files/PathText.h"
+#include "filesupport/src/files/TempNames.h"
 #include "platform/Files.h"
-#include "platform/Process.h"
+#include "platform/SaveRemains.h"
 #include "platform/TemporaryFile.h"
-#include "platform/TextEncoding.h"
 
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/utility/FileUtils.h>
-#include <brindle/utility/Numbers.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <utility>
 
 namespace brindle::filesupport {
@@ -25,39 +24,11 @@ UTF16String DirectoryOf(File const& inFile) {
     return LastSeparator(path) == UTF16String::npos ? u"."_utf16 : BeforeLastComponent(path);
 }
 
-constexpr std::size_t kMostBytes = 255; // of a name
-
-bool IsNameTooLong(UTF16String const& inName) {
-    return platform::ToCodePage(inName).size() > kMostBytes;
-}
-
-/// What the names of the temp files have in common: what stands before the counter and behind it.
-struct TempNames {
-    UTF16String base;
-    UTF16String extension;
-};
-
-TempNames TempNamesFor(File const& inTarget) {
-    auto const dot = std::uint16_t{'.'};
-    auto const ids = dot + utility::NumberToString(std::int64_t{platform::ProcessId()}) + dot +
-                     utility::NumberToString(std::int64_t{platform::ThreadId()});
-    auto const number = std::uint16_t{'1'};
-    auto title = inTarget.GetTitle();
-    auto extension = inTarget.GetExtension(true);
-    // The target's name may be so long that only a part of it fits.
-    if (IsNameTooLong(ids + number + extension)) {
-        extension.clear();
-    }
-    title.resize(std::min(title.size(), kMostBytes)); // a unit is a byte at least
-    while (IsNameTooLong(title + ids + number + extension)) {
-        title.pop_back();
-    }
-    return {title + ids, extension};
-}
-
 } // namespace
 
 SafeSave::SafeSave(File& inTarget) : mTarget(inTarget) {}
+
+SafeSave::SafeSave(File const& inTarget) : mTarget(inTarget) {}
 
 SafeSave::~SafeSave() {
     if (mTempFile == nullptr) {
@@ -108,6 +79,17 @@ void SafeSave::Commit() {
     }
     mTempFile.reset();
     mTemp = mTarget;
+}
+
+std::size_t SafeSave::RemoveAbandoned(Dir const& inDir) {
+    auto listing = ListDirectory(inDir.Helper().Path(), false);
+    if (listing.error != platform::kError_None) {
+        throw config::Because(dir_exception(inDir), config::FileOperation::kInspect, listing.error);
+    }
+    return static_cast<std::size_t>(
+        std::count_if(listing.files.begin(), listing.files.end(), [](UTF16String const& inPath) {
+            return IsOfSave(inPath) && platform::RemoveSaveRemains(inPath) == platform::kError_None;
+        }));
 }
 
 } // namespace brindle::filesupport

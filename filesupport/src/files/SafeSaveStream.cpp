@@ -1,44 +1,20 @@
 #include <brindle/filesupport/SafeSaveStream.h>
 
-#include "filesupport/src/files/CreateFailure.h"
+#include "filesupport/src/files/NewVersion.h"
 #include "filesupport/src/files/StreamFailure.h"
-#include "platform/FileReplacement.h"
+#include "filesupport/src/streams/BlockStream.h"
 
-#include <brindle/filesupport/FileExceptions.h>
-
-#include <utility>
+#include <brindle/filesupport/FileContent.h>
 
 namespace brindle::filesupport {
 
-using config::Because;
 using config::FileOperation;
 
 namespace {
 
-[[noreturn]] void ThrowUnreplaceable(File const& inTarget, platform::ErrorCode inError) {
-    throw Because(rename_file(inTarget, inTarget.GetName()), FileOperation::kReplace, inError);
-}
-
-platform::FileReplacement Begun(File const& inTarget, File const& inModel) {
-    auto begun =
-        platform::FileReplacement::Begin(inTarget.Helper().Path(), inModel.Helper().Path());
-    if (!begun) {
-        ThrowCreateFailure(inTarget, begun.error);
-    }
-    // What the last step would refuse is refused before hours of work.
-    auto const refusal = begun.value.CheckTarget();
-    if (refusal != platform::kError_None) {
-        ThrowUnreplaceable(inTarget, refusal);
-    }
-    return std::move(begun.value);
-}
-
-void CommitOrThrow(platform::FileReplacement& ioNewVersion, File const& inTarget) {
-    auto const error = ioNewVersion.Commit();
-    if (error != platform::kError_None) {
-        ThrowUnreplaceable(inTarget, error);
-    }
-}
+constexpr bool kIsFile = true;
+// Nobody else can open the new version.
+constexpr impl::BlockStream kBlocks{typeid(OSafeSaveStream), kIsFile, nullptr};
 
 } // namespace
 
@@ -46,7 +22,9 @@ OSafeSaveStream::OSafeSaveStream(File const& inTarget) : OSafeSaveStream(inTarge
 
 OSafeSaveStream::OSafeSaveStream(File const& inTarget, File const& inModel)
     : mTarget(inTarget),
-      mNewVersion(std::make_unique<platform::FileReplacement>(Begun(mTarget, inModel))) {}
+      mNewVersion(std::make_unique<platform::FileReplacement>(BeginOrThrow(mTarget, inModel))) {
+    SetBlocks(kBlocks);
+}
 
 OSafeSaveStream::~OSafeSaveStream() = default;
 
@@ -75,12 +53,7 @@ void OSafeSaveStream::Commit() {
 }
 
 void SafeSaveText(File const& inTarget, UTF8String const& inText) {
-    auto newVersion = Begun(inTarget, File());
-    auto const error = newVersion.Write(inText.data(), inText.size());
-    if (error != platform::kError_None) {
-        throw Because(file_exception(inTarget), FileOperation::kWrite, error);
-    }
-    CommitOrThrow(newVersion, inTarget);
+    WriteFile(inTarget, inText.data(), inText.size());
 }
 
 } // namespace brindle::filesupport

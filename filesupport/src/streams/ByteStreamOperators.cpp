@@ -201,22 +201,4 @@ IByteStream& operator>>(IByteStream& inStream, long double& outValue) {
     return GetFloat(inStream, outValue);
 }
 
-OByteStream& operator<<(OByteStream& outStream, IByteStream& inStream) {
-    if (std::uint64_t const length = inStream.Length(); length != 0) {
-        for (std::uint64_t i = 0; i < length; ++i) {
-            outStream.Put(inStream.Get());
-        }
-        return outStream;
-    }
-    for (;;) {
-        std::uint8_t value = 0;
-        try {
-            value = inStream.Get();
-        } catch (eof_error const&) {
-            return outStream;
-        }
-        outStream.Put(value);
-    }
-}
-
 } // namespace brindle::filesupport

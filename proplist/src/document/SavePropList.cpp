@@ -61,6 +61,11 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     filesupport::SafeSaveText(ioFile, document);
 }
 
+void utils::SavePropList(filesupport::File const& inFile, PropList const& inList) {
+    auto file = inFile;
+    SavePropList(file, inList);
+}
+
 void utils::SavePropList(UTF16String const& inPath, PropList const& inList) {
     filesupport::File file(inPath);
     SavePropList(file, inList);

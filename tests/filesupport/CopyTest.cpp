@@ -1,0 +1,295 @@
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/InTemporaryDirectory.h"
+#include "tests/support/SystemCallFaults.h"
+#include "tests/support/Text.h"
+
+#include <brindle/filesupport/ByteStreamOperators.h>
+#include <brindle/filesupport/CRCByteStream.h>
+#include <brindle/filesupport/CopyBytes.h>
+#include <brindle/filesupport/CopyFile.h>
+#include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/DequeByteStream.h>
+#include <brindle/filesupport/FileContent.h>
+#include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/SafeSave.h>
+#include <brindle/filesupport/SafeSaveStream.h>
+#include <brindle/filesupport/StringByteStream.h>
+
+#include <cctype>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <tuple>
+#include <typeinfo>
+#include <vector>
+
+namespace brindle::filesupport {
+
+namespace {
+
+namespace fs = std::filesystem;
+using tests::Wide;
+
+std::string Irregular(std::size_t inSize) {
+    std::string bytes;
+    for (std::uint32_t i = 0; i < inSize; ++i) {
+        bytes += static_cast<char>(i * i * 2654435761u >> 24);
+    }
+    return bytes;
+}
+
+class Copying : public tests::InTemporaryDirectory {
+protected:
+    File FileAt(std::string const& inName) const { return File(At(inName)); }
+    std::string const mContent = Irregular(300'000);
+};
+
+/// The contract of the operator, byte by byte.
+void CopyEachByte(OByteStream& outStream, IByteStream& inStream) {
+    auto const length = inStream.Length();
+    for (std::uint64_t i = 0; length == 0 || i < length; ++i) {
+        std::uint8_t byte = 0;
+        try {
+            byte = inStream.Get();
+        } catch (eof_error const&) {
+            if (length == 0) {
+                return;
+            }
+            throw;
+        }
+        outStream.Put(byte);
+    }
+}
+
+void CopyByTheOperator(OByteStream& outStream, IByteStream& inStream) {
+    outStream << inStream;
+}
+
+/// How a copy ended and where it left the streams.
+using Outcome = std::tuple<std::string, std::uint64_t, std::uint64_t>;
+
+Outcome OutcomeOf(void (*inCopy)(OByteStream&, IByteStream&), OByteStream& outStream,
+                  IByteStream& inStream) {
+    std::string end = "done";
+    try {
+        inCopy(outStream, inStream);
+    } catch (config::FileFailure const& failure) {
+        end = typeid(failure).name() + std::to_string(static_cast<int>(failure.Cause())) +
+              std::to_string(static_cast<int>(failure.Operation()));
+    }
+    return {end, inStream.CurPos(), outStream.CurPos()};
+}
+
+TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
+    Fill("source", mContent.substr(0, 70'000));
+    Fill("empty", "");
+    std::string const text = mContent.substr(0, 70'000);
+    using Source = std::function<std::unique_ptr<IByteStream>()>;
+    using Sink = std::function<std::unique_ptr<OByteStream>(std::string&)>;
+    std::pair<std::string, Source> const sources[] = {
+        {"file", [&] { return std::make_unique<IPlatformByteStream>(FileAt("source")); }},
+        {"empty file", [&] { return std::make_unique<IPlatformByteStream>(FileAt("empty")); }},
+        {"endless file",
+         [&] { return std::make_unique<IPlatformByteStream>(File(Wide("/proc/version"))); }},
+        {"string", [&] { return std::make_unique<IStringByteStream>(text); }},
+    };
+    std::pair<std::string, Sink> const sinks[] = {
+        {"file", [&](auto&) { return std::make_unique<OPlatformByteStream>(FileAt("sink")); }},
+        {"new version", [&](auto&) { return std::make_unique<OSafeSaveStream>(FileAt("new")); }},
+        {"string", [](auto& outText) { return std::make_unique<OStringByteStream>(outText); }},
+    };
+    tests::FileSizeLimit const limit(50'000);
+    for (auto const& [sourceName, makeSource] : sources) {
+        for (auto const& [sinkName, makeSink] : sinks) {
+            SCOPED_TRACE(sourceName + " to " + sinkName);
+            std::string texts[2], files[2];
+            Outcome outcomes[2];
+            for (int way = 0; way < 2; ++way) {
+                Fill("sink", "x");
+                auto const source = makeSource();
+                auto const sink = makeSink(texts[way]);
+                source->CurPos(1);
+                outcomes[way] =
+                    OutcomeOf(way == 0 ? &CopyByTheOperator : &CopyEachByte, *sink, *source);
+                files[way] = ContentOf("sink");
+            }
+            EXPECT_EQ(outcomes[0], outcomes[1]);
+            EXPECT_TRUE(texts[0] == texts[1]);
+            EXPECT_TRUE(files[0] == files[1]);
+        }
+    }
+}
+
+TEST_F(Copying, TheOperatorMovesBlocksOnlyWhereNobodyCanTell) {
+    struct Upper : IPlatformByteStream {
+        using IPlatformByteStream::IPlatformByteStream;
+        std::uint8_t Get() override {
+            return static_cast<std::uint8_t>(std::toupper(IPlatformByteStream::Get()));
+        }
+    };
+    Fill("file", "abcd");
+    std::string text;
+    OStringByteStream(text) << Upper(FileAt("file"));
+    EXPECT_EQ(text, "ABCD");
+
+    IPlatformByteStream source(FileAt("file"), kShareWithEverybody);
+    OPlatformByteStream sink(FileAt("file"));
+    sink.CurPos(1);
+    sink << source;
+    EXPECT_EQ(ContentOf("file"), "aaaaa") << "each byte is read after the one before was written";
+
+    Fill("copy", "");
+    Fill("big", mContent);
+    auto const copy = [this] {
+        OPlatformByteStream(FileAt("copy")) << IPlatformByteStream(FileAt("big"));
+        return 0;
+    };
+    constexpr int kMostCalls = 100;
+    EXPECT_FALSE(
+        tests::RunWithFault(copy, {tests::SystemCallFault::kActBefore, 0, kMostCalls, [] {}})
+            .hasHappened)
+        << "too many system calls";
+}
+
+TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
+    struct OfLength : IStringByteStream {
+        OfLength(std::string const& inText, std::uint64_t inLength)
+            : IStringByteStream(inText), length(inLength) {}
+        std::uint64_t Length() const override { return length; }
+        std::uint64_t length;
+    };
+    for (std::size_t const length : {std::size_t{0}, mContent.size(), std::size_t{1'000'000}}) {
+        SCOPED_TRACE(length);
+        std::string copy;
+        std::vector<std::uint64_t> told;
+        OStringByteStream sink(copy);
+        OfLength source(mContent, length);
+        source.CurPos(1000);
+        auto const note = [&](std::uint64_t inDone, std::uint64_t inTotal) {
+            told.push_back(inDone);
+            EXPECT_EQ(inTotal, length == 0 ? 0 : length - 1000);
+        };
+        if (length > mContent.size()) {
+            EXPECT_THROW(CopyBytes(source, sink, note), eof_error);
+        } else {
+            EXPECT_EQ(CopyBytes(source, sink, note), mContent.size() - 1000);
+            EXPECT_EQ(told.back(), mContent.size() - 1000);
+        }
+        EXPECT_GE(told.size(), 2u);
+        EXPECT_TRUE(copy == mContent.substr(1000));
+    }
+}
+
+TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
+    Fill("from", mContent);
+    fs::permissions(Native("from"), fs::perms(0640));
+    FileAt("from").SetModified(130'000'000'000'000'007);
+    EXPECT_EQ(FileAt("from").Modified(), 130'000'000'000'000'007u);
+    OCountingByteStream counter;
+    OCRCByteStream crc(counter);
+    crc.WriteBlock(reinterpret_cast<std::uint8_t const*>(mContent.data()), 300'000);
+    for (bool const isAsked : {false, true}) {
+        SCOPED_TRACE(isAsked);
+        Fill("to", "old");
+        fs::permissions(Native("to"), fs::perms(0604));
+        CopyOptions options;
+        options.keepTimes = options.keepPermissions = options.sum = isAsked;
+        auto const result = CopyFile(FileAt("from"), FileAt("to"), options);
+        EXPECT_TRUE(result.isComplete);
+        EXPECT_EQ(result.size, mContent.size());
+        EXPECT_EQ(result.crc, isAsked ? crc.Value() : 0);
+        EXPECT_TRUE(ContentOf("to") == mContent);
+        EXPECT_EQ(FileAt("to").Modified() == FileAt("from").Modified(), isAsked);
+        EXPECT_EQ(fs::status(Native("to")).permissions(), fs::perms(isAsked ? 0640 : 0604));
+    }
+    CopyFile(FileAt("from"), FileAt("new"));
+    EXPECT_EQ(fs::status(Native("new")).permissions(), fs::perms(0640)) << "as private";
+    auto const unsizedCopy = CopyFile(File(Wide("/proc/version")), FileAt("to"));
+    EXPECT_EQ(unsizedCopy.size, ContentOf("to").size());
+    EXPECT_EQ(ContentOf("to"), ContentOf("/proc/version")) << "a file without a size";
+}
+
+TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
+    Fill("from", mContent);
+    Fill("to", "old");
+    std::optional<OPlatformByteStream> writer;
+    std::pair<char const*, std::function<void()>> const cases[] = {
+        {"grows", [&] { std::ofstream(Native("from"), std::ios::app) << "x"; }},
+        {"is cut", [&] { fs::resize_file(Native("from"), 5); }},
+        {"is written again", [&] { Fill("from", mContent); }},
+        {"target is written", [&] { writer.emplace(FileAt("to")); }},
+    };
+    for (auto const& [name, act] : cases) {
+        SCOPED_TRACE(name);
+        Fill("from", mContent);
+        FileAt("from").SetModified(130'000'000'000'000'000);
+        CopyOptions options;
+        options.progress = [&act = act, calls = 0](std::uint64_t, std::uint64_t) mutable {
+            if (++calls == 1) {
+                act();
+            }
+        };
+        try {
+            CopyFile(FileAt("from"), FileAt("to"), options);
+            ADD_FAILURE();
+        } catch (file_exception const& failure) {
+            EXPECT_EQ(failure.Cause(), utility::SystemError::kSharingViolation);
+        }
+        EXPECT_TRUE(ContentOf("to") == "old");
+        writer.reset();
+    }
+    Fill("from", mContent);
+    for (int const most : {0, 1, 2}) {
+        CopyOptions options;
+        int asked = 0;
+        options.isCancelled = [&] { return asked++ == most; };
+        auto const result = CopyFile(FileAt("from"), FileAt("to"), options);
+        EXPECT_FALSE(result.isComplete);
+        EXPECT_TRUE(ContentOf("to") == "old");
+    }
+    tests::FileSizeLimit const limit(100'000);
+    EXPECT_THROW(CopyFile(FileAt("from"), FileAt("to")), file_exception);
+    EXPECT_THROW(CopyFile(FileAt("missing"), FileAt("to")), file_not_found_exception);
+    EXPECT_THROW(CopyFile(FileAt("from"), FileAt("missing/to")), create_exception);
+    EXPECT_TRUE(ContentOf("to") == "old");
+    EXPECT_EQ(EntryCount(), 2);
+}
+
+TEST_F(Copying, WhateverCallFailsTheTargetIsWhole) {
+    auto const content = mContent.substr(0, 5000);
+    Fill("from", content);
+    CopyOptions all;
+    all.sum = all.keepTimes = all.keepPermissions = true;
+    std::function<void()> const works[] = {
+        [&] { CopyFile(FileAt("from"), FileAt("to")); },
+        [&] { CopyFile(FileAt("from"), FileAt("to"), all); },
+        [&] { WriteFile(FileAt("to"), content); },
+    };
+    for (auto const kind : {tests::SystemCallFault::kRefuse, tests::SystemCallFault::kKillAfter}) {
+        for (auto const& work : works) {
+            bool hasHappened = true;
+            for (int call = 1; hasHappened; ++call) {
+                SCOPED_TRACE(call);
+                Fill("to", "old");
+                auto const attempt = [&] {
+                    try {
+                        work();
+                        return 0;
+                    } catch (file_exception const&) {
+                        return 1;
+                    }
+                };
+                auto const run = tests::RunWithFault(attempt, {kind, EIO, call});
+                hasHappened = run.hasHappened;
+                auto const left = ContentOf("to");
+                EXPECT_TRUE(left == content || (left == "old" && run.status != 0));
+                SafeSave::RemoveAbandoned(Dir(mTemporary.Path()));
+                EXPECT_EQ(EntryCount(), 2);
+            }
+        }
+    }
+}
+
+} // namespace
+
+} // namespace brindle::filesupport
