@@ -24,6 +24,7 @@
 #include <future>
 #include <stdexcept>
 #include <sys/socket.h>
+#include <thread>
 
 namespace brindle::console {
 
