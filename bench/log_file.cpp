@@ -1,3 +1,5 @@
+#include "bench/WorkingDirectory.h"
+
 #include <brindle/console/ConsoleLogFile.h>
 #include <brindle/utility/Unicode.h>
 
@@ -21,23 +23,10 @@
 
 namespace {
 
-/// A directory on the disk where the program was started. It is removed at the end.
 std::filesystem::path const& Directory() {
-    static struct Made {
-        Made() {
-            std::string path = std::filesystem::current_path() / "brindle-bench-XXXXXX";
-            if (::mkdtemp(path.data()) == nullptr) {
-                std::abort();
-            }
-            value = path;
-        }
-        ~Made() {
-            std::error_code ignored;
-            std::filesystem::remove_all(value, ignored);
-        }
-        std::filesystem::path value;
-    } const made;
-    return made.value;
+    static WorkingDirectory const directory;
+    static std::filesystem::path const path = directory.Path();
+    return path;
 }
 
 constexpr char const* kText = "<1234> <com.example.media> <5> the frame 1001 has been decoded";

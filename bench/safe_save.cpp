@@ -1,3 +1,5 @@
+#include "bench/WorkingDirectory.h"
+
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
 
@@ -13,24 +15,6 @@
 #include <string>
 
 namespace {
-
-/// A directory on the disk where the program was started: others may be in memory.
-class Directory {
-public:
-    Directory() {
-        if (::mkdtemp(mPath.data()) == nullptr) {
-            std::abort();
-        }
-    }
-    Directory(Directory const&) = delete;
-    Directory& operator=(Directory const&) = delete;
-    ~Directory() { std::filesystem::remove_all(mPath); }
-
-    std::string const& Path() const { return mPath; }
-
-private:
-    std::string mPath = std::filesystem::current_path() / "brindle-bench-XXXXXX";
-};
 
 void Fill(brindle::proplist::PropList& ioList) {
     for (std::uint8_t key = 'a'; key < 'a' + 20; ++key) {
@@ -52,7 +36,7 @@ void Fill(brindle::proplist::PropList& ioList) {
 }
 
 void Save_Brindle(benchmark::State& ioState) {
-    Directory const directory;
+    WorkingDirectory const directory;
     auto file = brindle::filesupport::FileFromNative(directory.Path() + "/prefs.xml");
     brindle::proplist::PropList list;
     Fill(list);
@@ -62,7 +46,7 @@ void Save_Brindle(benchmark::State& ioState) {
 }
 
 void Save_C(benchmark::State& ioState, bool inSyncsDirectory) {
-    Directory const directory;
+    WorkingDirectory const directory;
     auto const target = directory.Path() + "/prefs.xml";
     auto const temp = directory.Path() + "/prefs.new.xml";
     brindle::proplist::PropList list;

@@ -1,6 +1,8 @@
 // Questions whether a message is wanted that are answered no, which release builds ask all the
 // time, and a developer's setting that is changed durably.
 
+#include "bench/WorkingDirectory.h"
+
 #include <brindle/debug/DebugDatabase.h>
 #include <brindle/debug/TraceCategory.h>
 #include <brindle/filesupport/Dir.h>
@@ -27,29 +29,20 @@ namespace {
 
 using namespace brindle::literals;
 
-/// The preference directory of the measured process, on the disk where the program was started:
-/// others may be in memory.
+/// The preference directory of the measured process.
 class Preferences {
 public:
-    Preferences() {
-        if (::mkdtemp(mPath.data()) == nullptr ||
-            ::setenv("XDG_CONFIG_HOME", mPath.c_str(), 1) != 0) {
-            std::abort();
-        }
-    }
+    Preferences() { ::setenv("XDG_CONFIG_HOME", mDirectory.Path().c_str(), 1); }
     Preferences(Preferences const&) = delete;
     Preferences& operator=(Preferences const&) = delete;
-    ~Preferences() {
-        brindle::debug::ShutdownTraceManager();
-        std::filesystem::remove_all(mPath);
-    }
+    ~Preferences() { brindle::debug::ShutdownTraceManager(); }
 
     static std::string Path() {
         return brindle::filesupport::NativePath(brindle::filesupport::Dir::PrefDir());
     }
 
 private:
-    std::string mPath = std::filesystem::current_path() / "brindle-bench-XXXXXX";
+    WorkingDirectory mDirectory;
 };
 
 Preferences& ThePreferences() {

@@ -2,6 +2,8 @@
 // nothing, and the exercise of `filesupport.file` leaves nothing behind. Its paths are put below a
 // fresh directory, and those that lead out of it are refused.
 
+#include "tests/support/TemporaryDirectory.h"
+
 #include <brindle/console/Completion.h>
 #include <brindle/console/Console.h>
 #include <brindle/debug/Trace.h>
@@ -20,19 +22,13 @@ namespace {
 using namespace brindle;
 namespace fs = std::filesystem;
 
-/// In memory where the system has such a directory. Holds the preferences, and a directory "files".
+/// Holds the preferences, and a directory "files".
 std::string MakeDirectory() {
-    std::error_code ignored;
-    bool const hasMemory = fs::is_directory("/dev/shm", ignored);
-    std::string directory = hasMemory ? "/dev/shm/brindle-fuzz-XXXXXX" : "/tmp/brindle-fuzz-XXXXXX";
-    if (::mkdtemp(directory.data()) == nullptr ||
-        ::setenv("XDG_CONFIG_HOME", directory.c_str(), 1) != 0 ||
-        ::setenv("HOME", directory.c_str(), 1) != 0 ||
-        ::setenv("XDG_DOCUMENTS_DIR", directory.c_str(), 1) != 0) {
-        std::abort();
+    static auto const temporary = tests::TemporaryDirectory::InMemory();
+    std::string const directory = temporary.Native();
+    for (char const* const name : {"XDG_CONFIG_HOME", "HOME", "XDG_DOCUMENTS_DIR"}) {
+        ::setenv(name, directory.c_str(), 1);
     }
-    static std::string const toRemove = directory;
-    std::atexit([] { fs::remove_all(toRemove); });
     fs::create_directory(directory + "/files");
     console::Initialize();
     return directory;

@@ -3,6 +3,8 @@
 
 #include "debug/src/trace/TraceDatabase.h"
 
+#include "tests/support/TemporaryDirectory.h"
+
 #include <brindle/filesupport/Dir.h>
 #include <brindle/filesupport/NativePath.h>
 
@@ -16,17 +18,9 @@
 
 namespace {
 
-/// In memory where the system has such a directory.
 std::string MakeFileName() {
-    std::error_code ignored;
-    bool const hasMemory = std::filesystem::is_directory("/dev/shm", ignored);
-    std::string directory = hasMemory ? "/dev/shm/brindle-fuzz-XXXXXX" : "/tmp/brindle-fuzz-XXXXXX";
-    if (::mkdtemp(directory.data()) == nullptr ||
-        ::setenv("XDG_CONFIG_HOME", directory.c_str(), 1) != 0) {
-        std::abort();
-    }
-    static std::string const toRemove = directory;
-    std::atexit([] { std::filesystem::remove_all(toRemove); });
+    static auto const directory = brindle::tests::TemporaryDirectory::InMemory();
+    ::setenv("XDG_CONFIG_HOME", directory.Native().c_str(), 1);
     auto const preferences = brindle::filesupport::Dir::PrefDir();
     return brindle::filesupport::NativePath(preferences) + "/Trace Database.txt";
 }

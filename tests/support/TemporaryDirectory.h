@@ -24,6 +24,12 @@ public:
         }
         mPath = platform::PathFromNative(mNative);
     }
+    /// In memory where the system has such a directory.
+    static TemporaryDirectory InMemory() {
+        std::filesystem::path const memory("/dev/shm");
+        bool const isUsable = ::eaccess(memory.c_str(), W_OK) == 0;
+        return TemporaryDirectory(isUsable ? memory : std::filesystem::temp_directory_path());
+    }
     /// On another file system than `TemporaryDirectory()` if there is one that this user may write
     /// to.
     static TemporaryDirectory OnAnotherFileSystem() {
