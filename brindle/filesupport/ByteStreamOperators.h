@@ -96,7 +96,37 @@ IByteStream& operator>>(Stream&& inStream, Value& outValue) {
     return stream >> outValue;
 }
 
+namespace impl {
+
+template <typename T>
+inline constexpr bool kHasNoWireForm =
+    !std::is_convertible_v<T const&, double> && !std::is_convertible_v<T const&, std::string> &&
+    !std::is_convertible_v<T const&, UTF16String> && !std::is_convertible_v<T const&, UTF8String>;
+template <>
+inline constexpr bool kHasNoWireForm<UTF8String> = true; // unless WireForm.h is included
+
+/// What a value without a wire form converts to, to end the compilation with one readable message
+/// instead of a list of operators that do not match.
+struct NoWireForm {
+    template <typename Value, std::enable_if_t<kHasNoWireForm<Value>, int> = 0>
+    NoWireForm(Value const&) {
+        static_assert(brindle::impl::kNever<Value>,
+                      "the value has no wire form; those of UTF8String, vectors, pairs, times, "
+                      "identifiers, points and rectangles are in brindle/filesupport/WireForm.h");
+    }
+};
+
+} // namespace impl
+
+OByteStream& operator<<(OByteStream& outStream, impl::NoWireForm const& inValue);
+
 /// A pointer, such as a string literal, would be written as a `bool`.
+template <typename T>
+OByteStream& operator<<(OByteStream& outStream, T const*) {
+    static_assert(brindle::impl::kNever<T>,
+                  "a pointer has no wire form; text is written as std::string, or with _utf16");
+    return outStream;
+}
 OByteStream& operator<<(OByteStream& outStream, void const* inPointer) = delete;
 
 } // namespace brindle::filesupport

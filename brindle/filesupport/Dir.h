@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 namespace brindle::filesupport {
 
@@ -43,6 +44,12 @@ public:
     Dir() = default;
     explicit Dir(UTF16String const& inPath) : mHelper(inPath) {}
     explicit Dir(DirHelper const& inHelper) : mHelper(inHelper) {}
+    /// Paths in native form become files by `DirFromNative` (brindle/filesupport/NativePath.h).
+    template <typename Text, std::enable_if_t<brindle::impl::kIsOtherThanUTF16<Text>, int> = 0>
+    explicit Dir(Text const&) {
+        static_assert(brindle::impl::kNever<Text>,
+                      "use DirFromNative of brindle/filesupport/NativePath.h for a native path");
+    }
     /// The directory `inName` of `inParent`, whose path is not empty.
     Dir(Dir const& inParent, UTF16String const& inName);
     /// The same; but with `inResolveAlias`, if that name is a shortcut to a directory, the target

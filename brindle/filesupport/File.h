@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 namespace brindle::filesupport {
 
@@ -53,6 +54,12 @@ public:
     File() = default;
     explicit File(UTF16String const& inPath) : mHelper(inPath) {}
     explicit File(FileHelper const& inHelper) : mHelper(inHelper) {}
+    /// Paths in native form become files by `FileFromNative` (brindle/filesupport/NativePath.h).
+    template <typename Text, std::enable_if_t<brindle::impl::kIsOtherThanUTF16<Text>, int> = 0>
+    explicit File(Text const&) {
+        static_assert(brindle::impl::kNever<Text>,
+                      "use FileFromNative of brindle/filesupport/NativePath.h for a native path");
+    }
     /// The file `inName` of `inDir`.
     File(Dir const& inDir, UTF16String const& inName) : mHelper(inDir, inName) {}
     /// The same; but with `inResolveAlias`, if that file is a shortcut to a file, the target of the

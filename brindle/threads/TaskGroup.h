@@ -114,9 +114,11 @@ public:
     /// function is not called.
     template <typename Function>
     void Run(Function&& inFunction) {
-        static_assert(std::is_invocable_v<std::decay_t<Function>&>, "the function takes nothing");
-        RunTask(new impl::TaskOf<std::decay_t<Function>>(std::in_place,
-                                                         std::forward<Function>(inFunction)));
+        using Stored = std::decay_t<Function>;
+        static_assert(std::is_invocable_v<Stored&>, "a function of a group takes no argument");
+        if constexpr (std::is_invocable_v<Stored&>) {
+            RunTask(new impl::TaskOf<Stored>(std::in_place, std::forward<Function>(inFunction)));
+        }
     }
 
     /// Blocks until all functions have returned, and rethrows the first exception, in every call. A

@@ -8,6 +8,7 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace brindle {
 
@@ -36,11 +37,45 @@ inline namespace literals {
 
 } // namespace literals
 
+namespace impl {
+
+template <typename T>
+inline constexpr bool kNever = false;
+
+template <typename T>
+inline constexpr bool kIsWideText = std::is_convertible_v<T, std::wstring_view>;
+template <typename T>
+inline constexpr bool kIsOtherThanUTF16 =
+    kIsWideText<T> || std::is_convertible_v<T, std::string_view> || std::is_same_v<T, UTF8String>;
+template <typename T>
+inline constexpr bool kIsOtherThanUTF8 =
+    kIsWideText<T> || std::is_convertible_v<T, std::u16string_view>;
+
+/// What text of another encoding converts to beside a `UTF16String`, to end the compilation with
+/// one readable message instead of a list of templates that do not match.
+struct NotUTF16 {
+    template <typename Text, std::enable_if_t<kIsOtherThanUTF16<Text>, int> = 0>
+    NotUTF16(Text const&) {
+        static_assert(kNever<Text>, "UTF-16 text goes with u\"text\"; convert other text by "
+                                    "utility::Utf16 of brindle/utility/TextConversions.h");
+    }
+};
+
+/// The same beside a `UTF8String`.
+struct NotUTF8 {
+    template <typename Text, std::enable_if_t<kIsOtherThanUTF8<Text>, int> = 0>
+    NotUTF8(Text const&) {
+        static_assert(kNever<Text>, "UTF-8 text goes with \"text\"; convert other text by "
+                                    "utility::Utf8 of brindle/utility/TextConversions.h");
+    }
+};
+
+} // namespace impl
+
 } // namespace brindle
 
 // Comparison with literals and with text of the standard library, and output. The operators are in
-// namespace std, because that is the only namespace that is searched for the operands' types. What
-// is deleted would otherwise be an error in the templates of the standard library.
+// namespace std, because that is the only namespace that is searched for the operands' types.
 
 namespace std {
 
@@ -73,13 +108,34 @@ inline bool operator!=(std::string_view inLeft, brindle::UTF8String const& inRig
     return !(inRight == inLeft);
 }
 
-/// Compare with `u"text"`, or convert one of them (brindle/utility/TextConversions.h).
-bool operator==(brindle::UTF16String const&, std::string_view) = delete;
-bool operator==(std::string_view, brindle::UTF16String const&) = delete;
-bool operator==(brindle::UTF16String const&, brindle::UTF8String const&) = delete;
-bool operator==(brindle::UTF8String const&, brindle::UTF16String const&) = delete;
-bool operator==(brindle::UTF8String const&, std::u16string_view) = delete;
-bool operator==(std::u16string_view, brindle::UTF8String const&) = delete;
+/// Append text of the same encoding.
+inline brindle::UTF16String operator+(brindle::UTF16String inLeft, std::u16string_view inRight) {
+    return inLeft.append(inRight.begin(), inRight.end());
+}
+inline brindle::UTF16String operator+(std::u16string_view inLeft,
+                                      brindle::UTF16String const& inRight) {
+    return brindle::UTF16String(inLeft.begin(), inLeft.end()).append(inRight);
+}
+inline brindle::UTF8String operator+(brindle::UTF8String inLeft, std::string_view inRight) {
+    return inLeft.append(inRight.begin(), inRight.end());
+}
+inline brindle::UTF8String operator+(std::string_view inLeft, brindle::UTF8String const& inRight) {
+    return brindle::UTF8String(inLeft.begin(), inLeft.end()).append(inRight);
+}
+
+/// Text of another encoding has to be converted first.
+bool operator==(brindle::UTF16String const&, brindle::impl::NotUTF16 const&);
+bool operator==(brindle::impl::NotUTF16 const&, brindle::UTF16String const&);
+bool operator==(brindle::UTF8String const&, brindle::impl::NotUTF8 const&);
+bool operator==(brindle::impl::NotUTF8 const&, brindle::UTF8String const&);
+bool operator!=(brindle::UTF16String const&, brindle::impl::NotUTF16 const&);
+bool operator!=(brindle::impl::NotUTF16 const&, brindle::UTF16String const&);
+bool operator!=(brindle::UTF8String const&, brindle::impl::NotUTF8 const&);
+bool operator!=(brindle::impl::NotUTF8 const&, brindle::UTF8String const&);
+brindle::UTF16String operator+(brindle::UTF16String const&, brindle::impl::NotUTF16 const&);
+brindle::UTF16String operator+(brindle::impl::NotUTF16 const&, brindle::UTF16String const&);
+brindle::UTF8String operator+(brindle::UTF8String const&, brindle::impl::NotUTF8 const&);
+brindle::UTF8String operator+(brindle::impl::NotUTF8 const&, brindle::UTF8String const&);
 
 /// Insert the text as UTF-8, as a `std::string` would be.
 BRN_API std::ostream& operator<<(std::ostream& ioStream, brindle::UTF16String const& inText);
