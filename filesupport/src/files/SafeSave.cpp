@@ -63,8 +63,6 @@ void SafeSave::CreateTempFile() {
                                                                : platform::Readers::kOwner);
         if (created) {
             mTempFile = std::make_unique<platform::TemporaryFile>(std::move(created.value));
-        }
-        if (created) {
             return;
         }
         mTempError = created.error;
