@@ -106,7 +106,7 @@ SealedEntry ReadFile(PropListEntry const& inEntry) {
     FileSum& sum = file.state.sum;
     PropList const* const properties = inEntry.SubList();
     require(properties != nullptr, "list");
-    require(properties->TryGet(kKey_Size, sum.size), "size");
+    require(properties->GetValue(kKey_Size, sum.size), "size");
 
     require(IsTimeText(properties->Get(kKey_Modified, "")), "time");
 
@@ -174,7 +174,7 @@ Manifest ReadManifest(std::string const& inName) {
     LoadList(inName, list);
 
     std::uint32_t format = 0;
-    if (!list.TryGet(kKey_Format, format)) {
+    if (!list.GetValue(kKey_Format, format)) {
         Refuse("it has no format number");
     }
     if (format != kFormat) {
