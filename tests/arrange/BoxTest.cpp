@@ -1,10 +1,13 @@
 #include <brindle/arrange/Box.h>
 #include <brindle/arrange/ExplainLayout.h>
 #include <brindle/arrange/FunctionLeaf.h>
+#include <brindle/arrange/PixelRect.h>
 #include <brindle/arrange/TreeSizes.h>
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <random>
@@ -176,6 +179,12 @@ TEST(FunctionLeaf, SizesAreAskedForWhenItIsMeasured) {
     row.Rearrange();
     leaf.Invalidate();
     EXPECT_EQ(PlacesOf({&leaf, &end}), (Places{{0, 0, 40, 10}, {90, 0, 10, 10}}));
+}
+
+TEST(PixelRect, RoundsTheEdges) {
+    using Pixels = RectT<std::int32_t>;
+    EXPECT_EQ(PixelRect({0.4F, -0.5F, 10.2F, 3}), (Pixels{0, 0, 11, 3}));
+    EXPECT_EQ(PixelRect({10.6F, -2.6F, 1e30F, NAN}), (Pixels{11, -3, 999'999'989, 3}));
 }
 
 /// The explanation has its own form of the rules: it has to name the alternative that is arranged.
