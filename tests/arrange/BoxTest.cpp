@@ -40,8 +40,8 @@ TEST(Box, ChangesOfTheListRearrangeTheTree) {
 
     row.Insert(1, c);
     EXPECT_EQ(PlacesOf({&a, &c, &b}), (Places{{0, 0, 10, 20}, {15, 0, 30, 10}, {50, 0, 50, 20}}));
-    row.Insert(3, a); // moves it to the end
-    EXPECT_EQ(PlacesOf({&c, &b, &a}), (Places{{0, 0, 30, 10}, {35, 0, 50, 20}, {90, 0, 10, 20}}));
+    row.Insert(2, a); // moves it in front of the last one
+    EXPECT_EQ(PlacesOf({&c, &a, &b}), (Places{{0, 0, 30, 10}, {35, 0, 10, 20}, {50, 0, 50, 20}}));
 
     EXPECT_TRUE(row.SetShown(b, false));
     EXPECT_EQ(PlacesOf({&c, &a}), (Places{{0, 0, 30, 10}, {35, 0, 10, 20}}));
@@ -49,12 +49,12 @@ TEST(Box, ChangesOfTheListRearrangeTheTree) {
     EXPECT_FALSE(row.IsShown(b));
     b.SetSizes({20, 20}); // heard again when it is shown
     row.SetShown(b, true);
-    EXPECT_EQ(PlacesOf({&b, &a}), (Places{{35, 0, 20, 20}, {60, 0, 10, 20}}));
+    EXPECT_EQ(PlacesOf({&a, &b}), (Places{{35, 0, 10, 20}, {50, 0, 20, 20}}));
 
     EXPECT_TRUE(row.Remove(c));
     EXPECT_FALSE(row.Remove(c));
     EXPECT_EQ(c.Parent(), nullptr);
-    EXPECT_EQ(PlacesOf({&b, &a}), (Places{{0, 0, 20, 20}, {25, 0, 10, 20}}));
+    EXPECT_EQ(PlacesOf({&a, &b}), (Places{{0, 0, 10, 20}, {15, 0, 20, 20}}));
     row.Clear();
     EXPECT_EQ(row.Size(), 0u);
     EXPECT_EQ(row.Arrange({0, 0, 9, 9}), PointT<float>{});
@@ -93,14 +93,17 @@ TEST(Box, MayBeChangedWhileItIsArranged) {
     auto const uses = std::make_shared<int>();
     int placings = 0;
     Box<Row> row(3);
-    auto* removed = &row.Emplace<FunctionLeaf>(LeafSizes{10, 10}, [uses](auto const&) {});
     FunctionLeaf last({10, 10});
+    FunctionLeaf* removed = nullptr;
     auto& changer = row.Emplace<FunctionLeaf>(LeafSizes{10, 10}, [&](auto const&) {
         if (++placings == 1) {
             row.Remove(*removed);
             EXPECT_EQ(uses.use_count(), 2) << "it is still in use";
             row.Add(last);
         }
+    });
+    removed = &row.Emplace<FunctionLeaf>(LeafSizes{10, 10}, [uses](auto const&) {
+        ADD_FAILURE() << "it is placed after it was removed";
     });
     row.Arrange({0, 0, 100, 100});
     EXPECT_EQ(uses.use_count(), 1);
@@ -128,6 +131,8 @@ TEST(Box, TheInsetCountsAtAnyDepthAndInEveryKind) {
     EXPECT_EQ(PlacesOf({&a, &b, &after}),
               (Places{{11, 2, 50, 20}, {62, 1, 50, 20}, {132, 0, 5, 5}}));
     EXPECT_EQ(background, (RectT<float>{0, 0, 132, 25}));
+    panel.SetShown(a, false); // 10 of 50 are cut off, 20 high
+    EXPECT_EQ(ExplainedAlternatives(panel, {70, 23}).front().clippedArea, 200);
 }
 
 TEST(Box, SeparatorsFollowWhatIsShown) {
