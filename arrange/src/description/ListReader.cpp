@@ -48,7 +48,7 @@ std::optional<double> NumberIn(PropList const& inList, UTF8String const& inKey) 
     return number;
 }
 
-std::string Joined(std::vector<char const*> const& inWords) {
+std::string Joined(Words inWords) {
     std::string joined;
     for (char const* const word : inWords) {
         joined.append(joined.empty() ? "" : ", ").append(word);
@@ -61,7 +61,7 @@ std::string Joined(std::vector<char const*> const& inWords) {
 ListReader::ListReader(PropList const& inList, std::string inPrefix)
     : mList(&inList), mPrefix(std::move(inPrefix)) {}
 
-void ListReader::RefuseOtherKeys(std::vector<char const*> const& inKnown) const {
+void ListReader::RefuseOtherKeys(Words inKnown) const {
     std::list<UTF8String> keys;
     mList->GetPropertyNames(keys);
     for (UTF8String const& key : keys) {
@@ -130,8 +130,7 @@ std::optional<std::string> ListReader::Text(char const* inKey) const {
     }
 }
 
-std::optional<std::size_t> ListReader::Word(char const* inKey,
-                                            std::vector<char const*> const& inWords) const {
+std::optional<std::size_t> ListReader::Word(char const* inKey, Words inWords) const {
     std::optional<std::string> const text = Text(inKey);
     if (!text) {
         return {};
