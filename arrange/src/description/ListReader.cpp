@@ -1,14 +1,14 @@
-#include "host/layout/ListReader.h"
+#include "arrange/src/description/ListReader.h"
 
-#include "host/commandline/PlainText.h"
-#include "host/layout/NodeDescription.h"
+#include <brindle/arrange/LayoutDescription.h>
+#include <brindle/utility/TextConversions.h>
 
 #include <algorithm>
 #include <charconv>
 #include <type_traits>
 #include <utility>
 
-namespace brindle::host::layout {
+namespace brindle::arrange::impl {
 
 using namespace proplist;
 
@@ -42,7 +42,7 @@ std::optional<double> NumberIn(PropList const& inList, char const* inKey) {
     return number;
 }
 
-std::string Joined(std::vector<char const*> const& inWords) {
+std::string Joined(Words inWords) {
     std::string joined;
     for (char const* const word : inWords) {
         joined.append(joined.empty() ? "" : ", ").append(word);
@@ -55,9 +55,9 @@ std::string Joined(std::vector<char const*> const& inWords) {
 ListReader::ListReader(PropList const& inList, std::string inPrefix)
     : mList(&inList), mPrefix(std::move(inPrefix)) {}
 
-void ListReader::RefuseOtherKeys(std::vector<char const*> const& inKnown) const {
+void ListReader::RefuseOtherKeys(Words inKnown) const {
     for (PropListEntry const& entry : *mList) {
-        std::string const text = PlainText(entry.Key());
+        std::string const text = utility::ToStd(entry.Key());
         if (std::find(inKnown.begin(), inKnown.end(), text) == inKnown.end()) {
             Fail(text, "unknown key; known here are " + Joined(inKnown));
         }
@@ -116,8 +116,7 @@ std::optional<std::string> ListReader::Text(char const* inKey) const {
     return text;
 }
 
-std::optional<std::size_t> ListReader::Word(char const* inKey,
-                                            std::vector<char const*> const& inWords) const {
+std::optional<std::size_t> ListReader::Word(char const* inKey, Words inWords) const {
     std::optional<std::string> const text = Text(inKey);
     if (!text) {
         return {};
@@ -143,7 +142,7 @@ std::optional<ListReader> ListReader::List(char const* inKey) const {
 std::vector<ListReader::NumberedList> ListReader::NumberedLists() const {
     std::vector<NumberedList> lists;
     for (PropListEntry const& entry : *mList) {
-        std::string const text = PlainText(entry.Key());
+        std::string const text = utility::ToStd(entry.Key());
         std::uint32_t number = 0;
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error != std::errc() || end != text.data() + text.size() || text[0] == '0') {
@@ -169,7 +168,7 @@ void ListReader::FailAsOther(std::string const& inKey, std::string const& inExpe
 }
 
 void ListReader::Fail(std::string const& inKey, std::string const& inReason) const {
-    throw description_error(mPrefix + inKey + ": " + inReason);
+    throw layout_error(mPrefix + inKey + ": " + inReason);
 }
 
-} // namespace brindle::host::layout
+} // namespace brindle::arrange::impl
