@@ -3,12 +3,12 @@
 #include "tests/support/SystemCallFaults.h"
 #include "tests/support/Text.h"
 
+#include <brindle/filesupport/BufferByteStream.h>
 #include <brindle/filesupport/ByteStreamOperators.h>
 #include <brindle/filesupport/CRCByteStream.h>
 #include <brindle/filesupport/CopyBytes.h>
 #include <brindle/filesupport/CopyFile.h>
 #include <brindle/filesupport/CountingByteStream.h>
-#include <brindle/filesupport/DequeByteStream.h>
 #include <brindle/filesupport/FileContent.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/SafeSave.h>
@@ -66,24 +66,24 @@ void CopyByTheOperator(OByteStream& outStream, IByteStream& inStream) {
 }
 
 /// How a copy ended and where it left the streams.
-using Outcome = std::tuple<std::string, std::uint64_t, std::uint64_t>;
-
-Outcome OutcomeOf(void (*inCopy)(OByteStream&, IByteStream&), OByteStream& outStream,
-                  IByteStream& inStream) {
+auto OutcomeOf(void (*inCopy)(OByteStream&, IByteStream&), OByteStream& outStream,
+               IByteStream& inStream) {
     std::string end = "done";
+    auto cause = utility::SystemError::kNone;
     try {
         inCopy(outStream, inStream);
     } catch (config::FileFailure const& failure) {
-        end = typeid(failure).name() + std::to_string(static_cast<int>(failure.Cause())) +
-              std::to_string(static_cast<int>(failure.Operation()));
+        end = typeid(failure).name();
+        cause = failure.Cause();
     }
-    return {end, inStream.CurPos(), outStream.CurPos()};
+    return std::tuple(end, cause, inStream.CurPos(), outStream.CurPos());
 }
 
 TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
-    Fill("source", mContent.substr(0, 70'000));
-    Fill("empty", "");
     std::string const text = mContent.substr(0, 70'000);
+    Fill("source", text);
+    Fill("empty", "");
+    std::uint8_t buffer[100];
     using Source = std::function<std::unique_ptr<IByteStream>()>;
     using Sink = std::function<std::unique_ptr<OByteStream>(std::string&)>;
     std::pair<std::string, Source> const sources[] = {
@@ -97,25 +97,22 @@ TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
         {"file", [&](auto&) { return std::make_unique<OPlatformByteStream>(FileAt("sink")); }},
         {"new version", [&](auto&) { return std::make_unique<OSafeSaveStream>(FileAt("new")); }},
         {"string", [](auto& outText) { return std::make_unique<OStringByteStream>(outText); }},
+        {"full", [&](auto&) { return std::make_unique<OBufferByteStream>(buffer, sizeof buffer); }},
     };
     tests::FileSizeLimit const limit(50'000);
     for (auto const& [sourceName, makeSource] : sources) {
         for (auto const& [sinkName, makeSink] : sinks) {
             SCOPED_TRACE(sourceName + " to " + sinkName);
-            std::string texts[2], files[2];
-            Outcome outcomes[2];
-            for (int way = 0; way < 2; ++way) {
+            auto const copy = [&](void (*inCopy)(OByteStream&, IByteStream&)) {
                 Fill("sink", "x");
+                std::string copied;
                 auto const source = makeSource();
-                auto const sink = makeSink(texts[way]);
+                auto const sink = makeSink(copied);
                 source->CurPos(1);
-                outcomes[way] =
-                    OutcomeOf(way == 0 ? &CopyByTheOperator : &CopyEachByte, *sink, *source);
-                files[way] = ContentOf("sink");
-            }
-            EXPECT_EQ(outcomes[0], outcomes[1]);
-            EXPECT_TRUE(texts[0] == texts[1]);
-            EXPECT_TRUE(files[0] == files[1]);
+                auto const outcome = OutcomeOf(inCopy, *sink, *source);
+                return std::tuple(outcome, copied, ContentOf("sink"));
+            };
+            EXPECT_TRUE(copy(&CopyByTheOperator) == copy(&CopyEachByte));
         }
     }
 }
@@ -144,11 +141,8 @@ TEST_F(Copying, TheOperatorMovesBlocksOnlyWhereNobodyCanTell) {
         OPlatformByteStream(FileAt("copy")) << IPlatformByteStream(FileAt("big"));
         return 0;
     };
-    constexpr int kMostCalls = 100;
-    EXPECT_FALSE(
-        tests::RunWithFault(copy, {tests::SystemCallFault::kActBefore, 0, kMostCalls, [] {}})
-            .hasHappened)
-        << "too many system calls";
+    tests::SystemCallFault const hundredth{tests::SystemCallFault::kActBefore, 0, 100, [] {}};
+    EXPECT_FALSE(tests::RunWithFault(copy, hundredth).hasHappened) << "too many system calls";
 }
 
 TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
@@ -158,7 +152,7 @@ TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
         std::uint64_t Length() const override { return length; }
         std::uint64_t length;
     };
-    for (std::size_t const length : {std::size_t{0}, mContent.size(), std::size_t{1'000'000}}) {
+    for (std::size_t const length : {0u, 300'000u, 1'000'000u}) {
         SCOPED_TRACE(length);
         std::string copy;
         std::vector<std::uint64_t> told;
@@ -172,8 +166,8 @@ TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
         if (length > mContent.size()) {
             EXPECT_THROW(CopyBytes(source, sink, note), eof_error);
         } else {
-            EXPECT_EQ(CopyBytes(source, sink, note), mContent.size() - 1000);
-            EXPECT_EQ(told.back(), mContent.size() - 1000);
+            EXPECT_EQ(CopyBytes(source, sink, note), 299'000u);
+            EXPECT_EQ(told.back(), 299'000u);
         }
         EXPECT_GE(told.size(), 2u);
         EXPECT_TRUE(copy == mContent.substr(1000));
@@ -184,7 +178,6 @@ TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
     Fill("from", mContent);
     fs::permissions(Native("from"), fs::perms(0640));
     FileAt("from").SetModified(130'000'000'000'000'007);
-    EXPECT_EQ(FileAt("from").Modified(), 130'000'000'000'000'007u);
     OCountingByteStream counter;
     OCRCByteStream crc(counter);
     crc.WriteBlock(reinterpret_cast<std::uint8_t const*>(mContent.data()), 300'000);
@@ -199,13 +192,12 @@ TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
         EXPECT_EQ(result.size, mContent.size());
         EXPECT_EQ(result.crc, isAsked ? crc.Value() : 0);
         EXPECT_TRUE(ContentOf("to") == mContent);
-        EXPECT_EQ(FileAt("to").Modified() == FileAt("from").Modified(), isAsked);
+        EXPECT_EQ(FileAt("to").Modified() == 130'000'000'000'000'007, isAsked);
         EXPECT_EQ(fs::status(Native("to")).permissions(), fs::perms(isAsked ? 0640 : 0604));
     }
     CopyFile(FileAt("from"), FileAt("new"));
     EXPECT_EQ(fs::status(Native("new")).permissions(), fs::perms(0640)) << "as private";
-    auto const unsizedCopy = CopyFile(File(Wide("/proc/version")), FileAt("to"));
-    EXPECT_EQ(unsizedCopy.size, ContentOf("to").size());
+    CopyFile(File(Wide("/proc/version")), FileAt("to"));
     EXPECT_EQ(ContentOf("to"), ContentOf("/proc/version")) << "a file without a size";
 }
 
@@ -225,9 +217,7 @@ TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
         FileAt("from").SetModified(130'000'000'000'000'000);
         CopyOptions options;
         options.progress = [&act = act, calls = 0](std::uint64_t, std::uint64_t) mutable {
-            if (++calls == 1) {
-                act();
-            }
+            ++calls == 1 ? act() : void();
         };
         try {
             CopyFile(FileAt("from"), FileAt("to"), options);
@@ -241,10 +231,8 @@ TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
     Fill("from", mContent);
     for (int const most : {0, 1, 2}) {
         CopyOptions options;
-        int asked = 0;
-        options.isCancelled = [&] { return asked++ == most; };
-        auto const result = CopyFile(FileAt("from"), FileAt("to"), options);
-        EXPECT_FALSE(result.isComplete);
+        options.isCancelled = [most, asked = 0]() mutable { return asked++ == most; };
+        EXPECT_FALSE(CopyFile(FileAt("from"), FileAt("to"), options).isComplete);
         EXPECT_TRUE(ContentOf("to") == "old");
     }
     tests::FileSizeLimit const limit(100'000);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
 #include <sstream>
 
 namespace brindle::filesupport {
@@ -17,15 +18,14 @@ constexpr auto kFar = std::numeric_limits<std::uint64_t>::max();
 std::uint8_t const kData[] = {'a', 'b', 'c', 'd', 'e'};
 
 TEST(InputStreams, DeliverBytesBlocksAndPositions) {
-    IBufferByteStream buffer(kData, sizeof kData);
     std::deque<std::uint8_t> bytes(kData, kData + sizeof kData);
-    IDequeByteStream deque(bytes);
     std::string text(kData, kData + sizeof kData);
-    IStringByteStream string(text);
     std::istringstream stream(text);
-    IStdByteStream standard(stream);
-    for (IByteStream* const in :
-         std::initializer_list<IByteStream*>{&buffer, &deque, &string, &standard}) {
+    std::unique_ptr<IByteStream> const streams[] = {
+        std::make_unique<IBufferByteStream>(kData, sizeof kData),
+        std::make_unique<IDequeByteStream>(bytes), std::make_unique<IStringByteStream>(text),
+        std::make_unique<IStdByteStream>(stream)};
+    for (auto const& in : streams) {
         std::uint8_t block[] = "xxxx";
         EXPECT_EQ(in->Get(), 'a');
         in->ReadBlock(block, 2);
