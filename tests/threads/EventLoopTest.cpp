@@ -4,6 +4,7 @@
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/RecordingErrorManager.h"
+#include "tests/support/SystemCallFilter.h"
 #include "threads/src/executors/SharedTimer.h"
 #include "threads/src/locks/Gate.h"
 #include "threads/src/threads/CurrentThreadPriority.h"
@@ -12,18 +13,14 @@
 #include <boost/thread/exceptions.hpp>
 #include <glib-unix.h>
 #include <gtest/gtest.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <poll.h>
 #include <sched.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
-#include <cstddef>
 #include <functional>
 #include <future>
 #include <memory>
@@ -76,18 +73,6 @@ struct Counting {
     std::shared_ptr<int> count;
     AsyncEventLoopExecutor& executor;
 };
-
-/// Has the system refuse event descriptors, and only these, to the calling thread and those that it
-/// starts. A sanitizer may need other descriptors.
-void RefuseEventDescriptors() {
-    sock_filter steps[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_eventfd2, 0, 1),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EMFILE),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
-    sock_fprog const program{4, steps};
-    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
-}
 
 } // namespace
 
@@ -278,7 +263,8 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
 TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
     RecordingErrorManager errors;
     InAnotherThread([] {
-        RefuseEventDescriptors();
+        // A sanitizer may need other descriptors.
+        ASSERT_TRUE(FilterSystemCall(SYS_eventfd2, SECCOMP_RET_ERRNO | EMFILE));
         EXPECT_THROW(static_cast<void>(EventLoopDescriptor()), boost::thread_resource_error);
         EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
     });

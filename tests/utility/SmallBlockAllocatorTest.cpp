@@ -1,14 +1,13 @@
 #include <brindle/utility/SmallBlockAllocator.h>
 
 #include "platform/AlignedMemory.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/InThreads.h"
 #include "utility/src/memory/HeapRegistry.h"
 #include "utility/src/memory/RegionStore.h"
 
 #include <gtest/gtest.h>
 #include <pthread.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdlib>
@@ -102,8 +101,7 @@ TEST(SmallBlockAllocator, ClassThatKeepsNoChunkReturnsItWithItsOnlyBlock) {
     auto const before = GetFigures().bytesHeld;
     Blocks chunks(64);
     for (void*& chunk : chunks) {
-        chunk = Allocate(4128);
-        std::memset(chunk, 0xFF, 4128);
+        chunk = std::memset(Allocate(4128), 0xFF, 4128);
     }
     EXPECT_EQ(GetFigures(4128).blocksInUse, 64U);
     EXPECT_EQ(GetFigures().bytesHeld, before);
@@ -232,15 +230,12 @@ TEST(SmallBlockAllocator, ThreadsAndForkedChildrenNeverShareABlock) {
             GetFigures(8);
         } while (inThread != 0 && !isDone);
         for (int round = 0; inThread == 0 && round < 20; ++round) {
-            pid_t const child = ::fork();
-            if (child == 0) {
+            tests::ChildProcess child([] {
                 Exchange own;
                 Churn(own, 7, 20);
-                ::_exit(::testing::Test::HasFailure() ? 1 : 0);
-            }
-            int status = 0;
-            EXPECT_EQ(::waitpid(child, &status, 0), child);
-            EXPECT_EQ(status, 0) << round;
+                return ::testing::Test::HasFailure() ? 1 : 0;
+            });
+            EXPECT_EQ(child.Wait(), 0) << round;
         }
         isDone = true;
     });
