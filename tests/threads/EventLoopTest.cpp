@@ -1,6 +1,7 @@
+#include <brindle/glue/GLib.h>
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 #include <brindle/threads/AsyncEventLoopExecutor.h>
-#include <brindle/threads/EventLoop.h>
+#include <brindle/threads/DroppedException.h>
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/RecordingErrorManager.h"
@@ -11,7 +12,6 @@
 
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <boost/thread/exceptions.hpp>
-#include <glib-unix.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sched.h>
@@ -24,6 +24,8 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -38,15 +40,10 @@ constexpr std::uint32_t kHour = 60 * 60 * 1000;
 /// Runs GLib's loop until the condition holds.
 template <typename Condition>
 void TurnUntil(Condition inCondition) {
-    auto const dispatch = [](gint, GIOCondition, gpointer) -> gboolean {
-        DispatchMessages();
-        return G_SOURCE_CONTINUE;
-    };
-    guint const source = g_unix_fd_add(EventLoopDescriptor(), G_IO_IN, dispatch, nullptr);
+    brindle::glue::GLibLoop const attached;
     while (!inCondition()) {
         g_main_context_iteration(nullptr, TRUE);
     }
-    g_source_remove(source);
 }
 
 void InAnotherThread(std::function<void()> const& inFunction) {
@@ -73,6 +70,18 @@ struct Counting {
     std::shared_ptr<int> count;
     AsyncEventLoopExecutor& executor;
 };
+
+std::string S_heard;
+
+/// Keeps what is dropped.
+void Hear(std::exception_ptr const& inException, char const* inName) {
+    try {
+        std::rethrow_exception(inException);
+    } catch (std::exception const& problem) {
+        S_heard += std::string(inName) + ": " + problem.what() + '\n';
+    }
+    throw 1; // which ends no loop
+}
 
 } // namespace
 
@@ -290,4 +299,56 @@ TEST(EventLoopExecutor, RefusedMemoryLosesNoItemAndNoLoop) {
     InAnotherThread([&] { EXPECT_GT(RefuseEachAllocation(useLoops, endLoop), 20); });
     endLoop();
     EXPECT_EQ(*token, 1);
+}
+
+TEST(EventLoop, AnExceptionReachesTheHookUnlessItReachesTheCaller) {
+    auto const fail = [] { throw std::runtime_error("failed"); };
+    EXPECT_EQ(SetDroppedExceptionHook(Hear), nullptr);
+    std::promise<void> arePosted;
+    auto const loop = CreateAsyncEventLoopExecutor("loop");
+    loop->Post(fail, 0);
+    loop->Post([&] { arePosted.get_future().wait(), loop->Shutdown(); }, 0);
+    loop->Post(fail, 0); // after the loop has ended, in the final drain
+    arePosted.set_value();
+    loop->Join();
+    EXPECT_EQ(std::exchange(S_heard, {}), "loop: failed\nloop: failed\n");
+    auto const adaptor = AdaptCurrentEventLoopAsExecutor();
+    adaptor->Post(fail, 0);
+    EXPECT_THROW(adaptor->Drain(), std::runtime_error);
+    EXPECT_EQ(S_heard, "");
+    adaptor->Post(fail, 0);
+    DispatchMessages();
+    EXPECT_EQ(S_heard, ": failed\n");
+    EXPECT_EQ(SetDroppedExceptionHook(nullptr), Hear);
+}
+
+TEST(GLibLoop, RunsFunctionsByItsPriorityAndInNestedLoopsAsLongAsItExists) {
+    auto attached = std::make_unique<brindle::glue::GLibLoop>(G_PRIORITY_LOW);
+    Adaptor const loop = AdaptCurrentEventLoopAsExecutor();
+    std::string ran;
+    // A source of the application that is ready at the same time.
+    auto const idle = [](gpointer ioRan) -> gboolean {
+        static_cast<std::string*>(ioRan)->push_back('i');
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add(idle, &ran);
+    auto const runNestedLoop = [&] {
+        ran += '(';
+        while (ran.back() != '2') { // which only a nested turn can run
+            g_main_context_iteration(nullptr, TRUE);
+        }
+        ran += ')';
+    };
+    InAnotherThread([&] {
+        loop->Post(runNestedLoop, 0);
+        loop->Post([&] { ran += '1', throw 1; }, 0);
+        loop->Post([&] { ran += '2'; }, 0);
+    });
+    while (ran.empty() || ran.back() != ')') {
+        g_main_context_iteration(nullptr, TRUE);
+    }
+    EXPECT_EQ(ran, "i(12)");
+    attached.reset();
+    loop->Post([] { ADD_FAILURE(); }, 0);
+    EXPECT_FALSE(g_main_context_iteration(nullptr, FALSE));
 }

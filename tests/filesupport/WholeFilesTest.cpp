@@ -11,14 +11,18 @@
 #include <brindle/filesupport/CountingByteStream.h>
 #include <brindle/filesupport/FileContent.h>
 #include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/RecursiveFileIterator.h>
 #include <brindle/filesupport/SafeSave.h>
 #include <brindle/filesupport/SafeSaveStream.h>
 #include <brindle/filesupport/StringByteStream.h>
+#include <brindle/utility/TextConversions.h>
 
 #include <cctype>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <tuple>
 #include <typeinfo>
 #include <vector>
@@ -38,10 +42,15 @@ std::string Irregular(std::size_t inSize) {
     return bytes;
 }
 
-class Copying : public tests::InTemporaryDirectory {
+class WholeFiles : public tests::InTemporaryDirectory {
 protected:
     File FileAt(std::string const& inName) const { return File(At(inName)); }
+    static std::string ReadBack(File const& inFile, std::size_t inLimit) {
+        auto const bytes = ReadFile(inFile, inLimit);
+        return {bytes.begin(), bytes.end()};
+    }
     std::string const mContent = Irregular(300'000);
+    Dir const mDir{mTemporary.Path()};
 };
 
 /// The contract of the operator, byte by byte.
@@ -79,7 +88,7 @@ auto OutcomeOf(void (*inCopy)(OByteStream&, IByteStream&), OByteStream& outStrea
     return std::tuple(end, cause, inStream.CurPos(), outStream.CurPos());
 }
 
-TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
+TEST_F(WholeFiles, TheOperatorActsAsIfByteByByte) {
     std::string const text = mContent.substr(0, 70'000);
     Fill("source", text);
     Fill("empty", "");
@@ -117,7 +126,7 @@ TEST_F(Copying, TheOperatorActsAsIfByteByByte) {
     }
 }
 
-TEST_F(Copying, TheOperatorMovesBlocksOnlyWhereNobodyCanTell) {
+TEST_F(WholeFiles, TheOperatorMovesBlocksOnlyWhereNobodyCanTell) {
     struct Upper : IPlatformByteStream {
         using IPlatformByteStream::IPlatformByteStream;
         std::uint8_t Get() override {
@@ -145,7 +154,7 @@ TEST_F(Copying, TheOperatorMovesBlocksOnlyWhereNobodyCanTell) {
     EXPECT_FALSE(tests::RunWithFault(copy, hundredth).hasHappened) << "too many system calls";
 }
 
-TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
+TEST_F(WholeFiles, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
     struct OfLength : IStringByteStream {
         OfLength(std::string const& inText, std::uint64_t inLength)
             : IStringByteStream(inText), length(inLength) {}
@@ -174,7 +183,7 @@ TEST_F(Copying, CopyBytesCopiesTheRestAndTellsHowFarItIs) {
     }
 }
 
-TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
+TEST_F(WholeFiles, KeepsWhatItIsAskedToKeep) {
     Fill("from", mContent);
     fs::permissions(Native("from"), fs::perms(0640));
     FileAt("from").SetModified(130'000'000'000'000'007);
@@ -201,7 +210,7 @@ TEST_F(Copying, KeepsWhatItIsAskedToKeep) {
     EXPECT_EQ(ContentOf("to"), ContentOf("/proc/version")) << "a file without a size";
 }
 
-TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
+TEST_F(WholeFiles, ACopyThatEndsEarlyKeepsTheOldTarget) {
     Fill("from", mContent);
     Fill("to", "old");
     std::optional<OPlatformByteStream> writer;
@@ -243,7 +252,7 @@ TEST_F(Copying, ACopyThatEndsEarlyKeepsTheOldTarget) {
     EXPECT_EQ(EntryCount(), 2);
 }
 
-TEST_F(Copying, WhateverCallFailsTheTargetIsWhole) {
+TEST_F(WholeFiles, WhateverCallFailsTheTargetIsWhole) {
     auto const content = mContent.substr(0, 5000);
     Fill("from", content);
     CopyOptions all;
@@ -271,11 +280,88 @@ TEST_F(Copying, WhateverCallFailsTheTargetIsWhole) {
                 hasHappened = run.hasHappened;
                 auto const left = ContentOf("to");
                 EXPECT_TRUE(left == content || (left == "old" && run.status != 0));
-                SafeSave::RemoveAbandoned(Dir(mTemporary.Path()));
+                SafeSave::RemoveAbandoned(mDir);
                 EXPECT_EQ(EntryCount(), 2);
             }
         }
     }
+}
+
+TEST_F(WholeFiles, AreReadUpToALimitWhateverTheirSizeIsSaidToBe) {
+    for (std::size_t const size : {1u, 65535u, 65536u, 200'000u}) {
+        SCOPED_TRACE(size);
+        std::string const content(size, 'x');
+        Fill("file", content);
+        EXPECT_EQ(ReadBack(FileAt("file"), size), content);
+        EXPECT_EQ(ReadBack(FileAt("file"), ~std::size_t{}), content);
+        EXPECT_THROW(ReadBack(FileAt("file"), size - 1), file_exception);
+    }
+    Fill("file", "");
+    EXPECT_EQ(ReadBack(FileAt("file"), 0), "");
+    File const unsized(Wide("/proc/version"));
+    EXPECT_EQ(ReadBack(unsized, 10'000), ContentOf("/proc/version"));
+    EXPECT_THROW(ReadBack(FileAt("missing"), 1), file_not_found_exception);
+}
+
+TEST_F(WholeFiles, AreReplacedInOneStepOrNotAtAll) {
+    tests::FileSizeLimit const limit(4);
+    WriteFile(FileAt("file"), "text");
+    EXPECT_EQ(ContentOf("file"), "text");
+    WriteFile(FileAt("file"), std::vector<std::uint8_t>{'o', 'l', 'd'});
+    EXPECT_THROW(WriteFile(FileAt("file"), std::string(10, 'n')), file_exception);
+    EXPECT_EQ(ContentOf("file"), "old");
+    EXPECT_THROW(WriteFile(FileAt("missing/file"), ""), create_exception);
+}
+
+TEST_F(WholeFiles, RemainsOfKilledSavesAreRemovedAndNothingElse) {
+    // They look like the files of saves, but are none; the empty one may be written at any moment.
+    Fill("report.2023.11.xml", "x");
+    Fill("a.1.12", "x");
+    Fill(".brindle-0123456789abcdeg", "x");
+    Fill(".brindle-0123456789abcdef", "");
+    fs::create_symlink("a.1.12", Native(".brindle-0000000000000000"));
+    SafeSave committed(FileAt("taken.5.51.xml")), live(FileAt("live.xml"));
+    std::ofstream(NativePath(committed.GetTempFile())) << "x";
+    committed.Commit();
+    live.GetTempFile();
+    EXPECT_EQ(SafeSave::RemoveAbandoned(mDir), 0u);
+    EXPECT_EQ(EntryCount(), 7);
+
+    WalkOptions options;
+    options.leaveOutSaves = true;
+    std::set<std::string> walked;
+    for (RecursiveFileIterator file(mDir, options), end; file != end; ++file) {
+        walked.insert(utility::ToStd((*file).GetName()));
+    }
+    EXPECT_EQ(walked, (std::set<std::string>{"report.2023.11.xml", "a.1.12", "taken.5.51.xml",
+                                             ".brindle-0123456789abcdeg"}));
+    EXPECT_THROW(SafeSave::RemoveAbandoned(Dir(At("missing"))), dir_exception);
+}
+
+TEST_F(WholeFiles, WhateverCallASaveIsKilledAtItsRemainsAreRecognised) {
+    auto const work = [this] {
+        SafeSave save(FileAt("file.xml"));
+        std::ofstream(NativePath(save.GetTempFile())) << "new";
+        save.Commit();
+        return 0;
+    };
+    std::size_t unrecognised = 0, removed = 0;
+    bool hasHappened = true;
+    for (int call = 1; hasHappened; ++call) {
+        SCOPED_TRACE(call);
+        Fill("file.xml", "old");
+        hasHappened =
+            tests::RunWithFault(work, {tests::SystemCallFault::kKillAfter, 0, call}).hasHappened;
+        auto const content = ContentOf("file.xml");
+        EXPECT_TRUE(content == "old" || content == "new");
+        removed += SafeSave::RemoveAbandoned(mDir);
+        unrecognised += EntryCount() == 1 ? 0u : 1u;
+        for (auto const& entry : fs::directory_iterator(Native(""))) {
+            fs::remove(entry);
+        }
+    }
+    EXPECT_LT(2 * unrecognised, removed)
+        << "only before the file is marked, and at the moment before it takes its place";
 }
 
 } // namespace
