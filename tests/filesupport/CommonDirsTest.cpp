@@ -21,14 +21,7 @@ namespace {
 class CommonDirs : public tests::InTemporaryDirectory {
 protected:
     void SetUp() override { ::mkdir(mHome.c_str(), 0755); }
-    void TearDown() override {
-        using namespace commondirs;
-        for (auto const reset :
-             {SetAppDirOverride, SetExecutableDirOverride, SetResourcesDirOverride,
-              SetPluginsDirOverride, SetRequiredPluginsDirOverride}) {
-            reset(Dir());
-        }
-    }
+    void TearDown() override { commondirs::SetPackageDirOverride(Dir()); }
 
     static unsigned ModeOf(std::string const& inNative) {
         return static_cast<unsigned>(std::filesystem::status(inNative).permissions());
