@@ -190,19 +190,21 @@ TEST_F(WholeFiles, KeepsWhatItIsAskedToKeep) {
     OCountingByteStream counter;
     OCRCByteStream crc(counter);
     crc.WriteBlock(reinterpret_cast<std::uint8_t const*>(mContent.data()), 300'000);
-    for (bool const isAsked : {false, true}) {
-        SCOPED_TRACE(isAsked);
+    for (int const asked : {0, 1, 2, 4}) {
+        SCOPED_TRACE(asked);
         Fill("to", "old");
         fs::permissions(Native("to"), fs::perms(0604));
         CopyOptions options;
-        options.keepTimes = options.keepPermissions = options.sum = isAsked;
+        options.keepTimes = asked == 1;
+        options.keepPermissions = asked == 2;
+        options.sum = asked == 4;
         auto const result = CopyFile(FileAt("from"), FileAt("to"), options);
         EXPECT_TRUE(result.isComplete);
         EXPECT_EQ(result.size, mContent.size());
-        EXPECT_EQ(result.crc, isAsked ? crc.Value() : 0);
+        EXPECT_EQ(result.crc, asked == 4 ? crc.Value() : 0);
         EXPECT_TRUE(ContentOf("to") == mContent);
-        EXPECT_EQ(FileAt("to").Modified() == 130'000'000'000'000'007, isAsked);
-        EXPECT_EQ(fs::status(Native("to")).permissions(), fs::perms(isAsked ? 0640 : 0604));
+        EXPECT_EQ(FileAt("to").Modified() == 130'000'000'000'000'007, asked == 1);
+        EXPECT_EQ(fs::status(Native("to")).permissions(), fs::perms(asked == 2 ? 0640 : 0604));
     }
     CopyFile(FileAt("from"), FileAt("new"));
     EXPECT_EQ(fs::status(Native("new")).permissions(), fs::perms(0640)) << "as private";

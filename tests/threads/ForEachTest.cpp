@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <map>
 #include <memory>
@@ -89,15 +90,12 @@ TEST(ForEach, TheFirstExceptionEndsTheRunAfterTheCallsInProgress) {
     auto const pool = MakePool(2);
     for (std::size_t round = 0; round < 200; ++round) {
         bool const isDelivering = round % 2 == 1;
-        std::atomic<int> inside{0};
         std::size_t next = 0;
         auto const work = [&](bool inMayFail, std::size_t inIndex) {
             if (inMayFail && inIndex == round / 2) {
                 throw std::runtime_error("at an index");
             }
-            ++inside;
             TakeTime(inIndex);
-            --inside;
         };
         auto const compute = [&](std::size_t inIndex) { work(!isDelivering, inIndex); };
         auto const deliver = [&](std::size_t inIndex) {
@@ -105,9 +103,20 @@ TEST(ForEach, TheFirstExceptionEndsTheRunAfterTheCallsInProgress) {
             work(isDelivering, inIndex);
         };
         EXPECT_THROW(ForEach(pool, 1'000'000'000, compute, deliver), std::runtime_error);
-        EXPECT_EQ(inside, 0);
-        EXPECT_THROW(ForEach(pool, 1'000'000'000, [](std::size_t) { throw 1; }), int);
     }
+    std::promise<void> begun;
+    std::atomic<bool> hasReturned{false};
+    auto const compute = [&](std::size_t inIndex) {
+        if (inIndex == 0) {
+            begun.get_future().wait();
+            throw 1;
+        }
+        begun.set_value();
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        hasReturned = true;
+    };
+    EXPECT_THROW(ForEach(pool, 2, compute), int);
+    EXPECT_TRUE(hasReturned);
 }
 
 TEST(ForEach, UsesTheWorkersAndNestsWhenTheyAreBusy) {
