@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string>
 #include <unordered_set>
 
 namespace brindle::filesupport {

@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <future>
 #include <thread>
 
 using namespace brindle::threads;
