@@ -176,29 +176,15 @@ TEST(TextOperations, TakeTextApart) {
 }
 
 TEST(TextOperations, SortNamesAsPeopleDo) {
-    UTF16String const inOrder[] = {u""_utf16,
-                                   u"007"_utf16,
-                                   u"7"_utf16,
-                                   u"10"_utf16,
-                                   u"a"_utf16,
-                                   u"Clip 9"_utf16,
-                                   u"clip 9"_utf16,
-                                   u"clip 10"_utf16,
-                                   u"clip 10 b"_utf16,
-                                   u"clip 99999999999999999999999"_utf16,
-                                   u"clip 100000000000000000000000"_utf16,
-                                   u"clip b"_utf16,
-                                   u"\u00C9"_utf16};
+    std::vector<UTF16String> const inOrder =
+        Lines(u"\n007\n7\n10\na\nClip 9\nclip 9\nclip 10\nclip 10 b\nclip 99999999999999999999999\n"
+              u"clip 100000000000000000000000\nclip b\n\u00C9"_utf16);
     for (std::size_t i = 0; i < std::size(inOrder); ++i) {
         for (std::size_t j = 0; j < std::size(inOrder); ++j) {
             auto const order = CompareNatural(inOrder[i], inOrder[j]);
-            EXPECT_EQ(order < 0   ? -1
-                      : order > 0 ? 1
-                                  : 0,
-                      i < j   ? -1
-                      : i > j ? 1
-                              : 0)
-                << inOrder[i] << " and " << inOrder[j];
+            SCOPED_TRACE(ToStd(inOrder[i] + u" and "_utf16 + inOrder[j]));
+            EXPECT_EQ(order < 0, i < j);
+            EXPECT_EQ(order > 0, i > j);
         }
     }
     std::set<UTF16String, NaturalLess> const names(std::begin(inOrder), std::end(inOrder));
