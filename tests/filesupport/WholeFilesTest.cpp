@@ -112,7 +112,8 @@ TEST_F(WholeFiles, TheOperatorActsAsIfByteByByte) {
     for (auto const& [sourceName, makeSource] : sources) {
         for (auto const& [sinkName, makeSink] : sinks) {
             SCOPED_TRACE(sourceName + " to " + sinkName);
-            auto const copy = [&](void (*inCopy)(OByteStream&, IByteStream&)) {
+            auto const copy = [&, &makeSource = makeSource,
+                               &makeSink = makeSink](void (*inCopy)(OByteStream&, IByteStream&)) {
                 Fill("sink", "x");
                 std::string copied;
                 auto const source = makeSource();
