@@ -245,7 +245,10 @@ public:
     /// A pointer, a string literal among them, would be stored as a `bool`, and a character as a
     /// number. Texts are written with `_utf8` or `_utf16` behind the literal, or stored by `Set`.
     template <typename T>
-    void SetValue(UTF8String const& inKey, T const* inPointer) = delete;
+    void SetValue(UTF8String const&, T const*) {
+        static_assert(brindle::impl::kNever<T>,
+                      "a pointer is no value; Set stores a text, or write _utf8 behind it");
+    }
     void SetValue(UTF8String const& inKey, char inCharacter) = delete;
     void SetValue(UTF8String const& inKey, wchar_t inCharacter) = delete;
     void SetValue(UTF8String const& inKey, char16_t inCharacter) = delete;
