@@ -339,10 +339,20 @@ template <typename T>
 bool ReadValue(PropList const& inList, UTF8String const& inKey, T& outValue) {
     if constexpr (HasStoredForm<T>::value) {
         typename PropertyValue<T>::Stored stored{};
-        return ReadValue(inList, inKey, stored) && PropertyValue<T>::FromStored(stored, outValue);
+        T value = outValue; // the client's function may change what it then refuses
+        if (!ReadValue(inList, inKey, stored) || !PropertyValue<T>::FromStored(stored, value)) {
+            return false;
+        }
+        outValue = std::move(value);
+        return true;
     } else if constexpr (HasListForm<T>::value) {
         PropList const* const list = inList.GetSubList(inKey);
-        return list != nullptr && PropertyValue<T>::Read(*list, outValue);
+        T value = outValue;
+        if (list == nullptr || !PropertyValue<T>::Read(*list, value)) {
+            return false;
+        }
+        outValue = std::move(value);
+        return true;
     } else if constexpr (Sequence<T>::value) {
         return ReadSequence(inList, inKey, outValue);
     } else if constexpr (std::is_same_v<T, bool>) {
