@@ -1,0 +1,152 @@
+#include "EditList.h"
+
+#include <brindle/utility/DecodeText.h>
+#include <brindle/utility/Digits.h>
+#include <brindle/utility/Numbers.h>
+#include <brindle/utility/ParseNumbers.h>
+
+#include <algorithm>
+#include <cmath>
+#include <iomanip>
+#include <sstream>
+
+namespace edlconform {
+
+namespace {
+
+/// Reads lines. Functions return false if the line is to be left out.
+struct Reader {
+    bool ReadLine(UTF16String const& inText) {
+        auto const words = Words(inText);
+        UTF16String const first = words.empty() ? u" "_utf16 : UpperCase(words[0]);
+        bool const isSpeed = first == u"M2", isCounting = first == u"FCM:";
+        ++line;
+        if (IsDigit(first[0])) {
+            notes = nullptr;
+            return words.size() >= 8 && ReadEvent(words);
+        }
+        if (!words.empty() && !isSpeed && !isCounting && notes != nullptr) {
+            notes->push_back(Trim(inText));
+        }
+        bool const isDrop = UpperCase(inText).find(u"NON"_utf16) == UTF16String::npos;
+        return isSpeed ? ReadSpeed(words) : !isCounting || list.Count(isDrop);
+    }
+
+    /// Number, reel, track; a transition such as "C", "D 025", "W001 025" or "K B"; four times.
+    bool ReadEvent(std::vector<UTF16String> const& inWords) {
+        auto const times = inWords.end() - 4;
+        auto const number = ParseInteger(inWords[0]);
+        auto const length = ParseInteger(times[-1]), frames = length ? length : 0;
+        UTF16String transition;
+        for (auto word = inWords.begin() + 3; word != times - (length ? 1 : 0); ++word) {
+            transition += (transition.empty() ? u""_utf16 : u" "_utf16) + *word;
+        }
+        TickTime in, out, recordIn, recordOut;
+        bool const isGood = number && *number < 1000000 && *frames >= 0 && *frames < 1000 &&
+                            ReadTime(times[0], in) && ReadTime(times[1], out) &&
+                            ReadTime(times[2], recordIn) && ReadTime(times[3], recordOut);
+        if (isGood) {
+            list.events.push_back({line,
+                                   static_cast<std::uint32_t>(*number),
+                                   inWords[1],
+                                   UpperCase(inWords[2]),
+                                   transition,
+                                   TickTime(*frames, list.rate),
+                                   in,
+                                   out,
+                                   recordIn,
+                                   recordOut,
+                                   1,
+                                   {}});
+            notes = &list.events.back().notes;
+        }
+        return isGood;
+    }
+
+    /// "M2", a reel, the frames per second at which its last event plays, and where it begins.
+    bool ReadSpeed(std::vector<UTF16String> const& inWords) {
+        auto const speed = inWords.size() == 4 ? ParseNumber(inWords[2]) : std::nullopt;
+        auto const event = std::find_if(list.events.rbegin(), list.events.rend(),
+                                        [&](Event const& e) { return e.reel == inWords[1]; });
+        bool const isGood = speed && std::abs(*speed) < 1000 && event != list.events.rend();
+        if (isGood) {
+            event->speed = *speed / std::ceil(list.rate.GetValue());
+        }
+        return isGood;
+    }
+
+    bool ReadTime(UTF16String const& inWord, TickTime& outTime) const {
+        std::string const text = ToStd(inWord);
+        auto const reading = list.Format().ToTime(text, list.Counting());
+        outTime = reading.time;
+        if (reading.fault == TimecodeFault::kDroppedNumber) {
+            list.Say(line, "$$$/edl/Dropped=has ^1, a timecode that drop-frame counting lacks.",
+                     text);
+        }
+        // bridge: a reading that is told how to count, and wants all four groups
+        auto const isSeparator = [](char c) { return c == ':' || c == ';' || c == '.'; };
+        bool const isWhole = std::count_if(text.begin(), text.end(), isSeparator) == 3;
+        // end of bridge
+        return isWhole && reading.fault == TimecodeFault::kNone && outTime >= kTickTime_Zero &&
+               outTime <= kTickTime_Max;
+    }
+
+    EditList& list;
+    std::vector<UTF16String>* notes = &list.head; ///< of what was read last; null if left out
+    std::uint32_t line = 0;
+};
+
+} // namespace
+
+bool EditList::Count(bool inInDropFrame) {
+    isDropFrame = inInDropFrame && TimecodeFormat::Create(rate, FrameCounting::kDropFrame);
+    return isDropFrame == inInDropFrame;
+}
+
+void ReadText(EditList& ioList, std::vector<std::uint8_t> const& inBytes) {
+    TextReport report;
+    UTF16String const text = DecodeText(inBytes.data(), inBytes.size(), &report);
+    if (report.replacedCount > 0) {
+        Report("$$$/edl/Replaced=^1: ^2 ^2{one=part is|other=parts are} no text, and replaced.",
+               ioList.name, report.replacedCount);
+    }
+    Reader reader{ioList};
+    for (UTF16String const& line : Lines(text)) {
+        if (line.size() > 4096 || !reader.ReadLine(line)) {
+            ioList.Say(reader.line, "$$$/edl/LeftOut=is left out: '^1'", line.substr(0, 80));
+        }
+    }
+}
+
+std::string TextOf(EditList const& inList) {
+    auto const format = inList.Format();
+    auto const padded = [](std::int64_t n) {
+        return NumberToString(static_cast<double>(n), 3, 0, {});
+    };
+    std::ostringstream text;
+    auto const write = [&](std::vector<UTF16String> const& lines) {
+        for (UTF16String const& line : lines) {
+            text << line << '\n';
+        }
+    };
+    write(inList.head);
+    text << "FCM: " << (inList.isDropFrame ? "" : "NON-") << "DROP FRAME\n" << std::left;
+    for (Event const& event : inList.events) {
+        auto const frames = event.length.ToFrame64(inList.rate);
+        text << padded(event.number) << "  " << std::setw(8) << event.reel << ' ' << std::setw(5)
+             << event.track << ' ' << std::setw(4) << event.transition << ' '
+             << (frames == 0 ? u"   "_utf16 : padded(frames)) << ' '
+             << format.ToText(event.sourceIn) << ' ' << format.ToText(event.sourceOut) << ' '
+             << format.ToText(event.recordIn) << ' ' << format.ToText(event.recordOut) << '\n';
+        if (event.speed != 1) {
+            auto const speed = event.speed * std::ceil(inList.rate.GetValue());
+            text << "M2   " << std::setw(8) << event.reel << ' '
+                 << NumberToString(speed, 3, 1, kNumberFormat_NoInternationalize) << "  "
+                 << format.ToText(event.sourceIn) << '\n';
+        }
+        write(event.notes);
+    }
+    return text.str();
+}
+
+} // namespace edlconform

@@ -1,0 +1,195 @@
+// Conforms edit decision lists from one frame rate to another. `edlconform --help` explains.
+#include "EditList.h"
+
+#include <brindle/config/Describe.h>
+#include <brindle/config/PrintingErrorManager.h>
+#include <brindle/filesupport/DirectoryIterators.h>
+#include <brindle/filesupport/FileContent.h>
+#include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/PathNames.h>
+#include <brindle/proplist/PropListUtils.h>
+#include <brindle/proplist/TableLocalizer.h>
+#include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/ForEach.h>
+#include <brindle/utility/Numbers.h>
+#include <brindle/utility/ParseNumbers.h>
+#include <brindle/xml/ExpatParser.h>
+#include <brindle/xml/Parser.h>
+
+#include <cstring>
+#include <iostream>
+#include <set>
+
+namespace edlconform {
+
+constexpr char kHelp[] = R"($$$/edl/Help=usage: edlconform --from=RATE [OPTION...] FILE...
+Checks edit decision lists, conforms them to a frame rate, and prints the time of each reel.
+  --to=RATE --counting=drop|non-drop  another rate or counting than that of the lists
+  --start=01:00:00:00+25*60           where the record time begins
+  --sort=reel|source --reels=A,B,C    by reel and record or source time; the reels that exist
+  --output=DIR --plist=FILE           writes the lists; writes their exact times
+  --cache=DIR --jobs=N                keeps what was read; how many lists are read at once
+  --texts=DIR                         has texts in other languages, such as de.xml
+Exit status: 0 done, 1 done but something was reported, 2 wrong usage.)";
+
+void Require(bool inIsMet, char const* inKey) {
+    if (!inIsMet) {
+        throw std::invalid_argument(inKey);
+    }
+}
+
+// bridge: the options and operands of a command line
+struct Arguments {
+    Arguments(int inCount, char** inWords) {
+        for (int i = 1; i < inCount; ++i) {
+            std::string const word = inWords[i], name = word.substr(0, word.find('='));
+            bool const isOption = word.compare(0, 2, "--") == 0;
+            Require(!isOption || std::strstr(kHelp, (name + '=').c_str()) != nullptr, kHelp);
+            (isOption ? words[name] : files.emplace_back()) =
+                word.substr(isOption ? word.find('=') + 1 : 0);
+        }
+    }
+    /// Empty if there is no such option.
+    std::string operator[](std::string const& inName) const {
+        auto const word = words.find("--" + inName);
+        return word == words.end() ? "" : word->second;
+    }
+
+    std::map<std::string, std::string> words;
+    std::vector<std::string> files;
+};
+// end of bridge
+
+FrameRate RateOf(std::string const& inName) {
+    auto const rate = FrameRate::FromName(inName);
+    Require(rate && TimecodeFormat::Create(*rate, FrameCounting::kNonDrop),
+            "$$$/edl/Rate=--from and --to are frame rates that have timecode.");
+    return *rate;
+}
+
+File FileIn(std::string const& inDir, std::string const& inFile, UTF16String const& inExtension) {
+    File const file(DirFromNative(inDir), FileFromNative(inFile).GetName());
+    return WithExtension(file, inExtension);
+}
+
+/// Makes a list, which is sorted by record time, what the options want. Its times stay exact.
+void Change(EditList& ioList, Arguments const& inArguments) {
+    std::string const counting = inArguments["counting"], start = inArguments["start"];
+    ioList.rate = RateOf(inArguments[inArguments["to"].empty() ? "from" : "to"]);
+    bool const isCounted = ioList.Count(counting.empty() ? ioList.isDropFrame : counting == "drop");
+    Require(counting.empty() || (isCounted && (counting == "drop" || counting == "non-drop")),
+            "$$$/edl/Counting=--counting is drop, if the rate has it, or non-drop.");
+    if (!start.empty()) {
+        auto const begin = ioList.Format().Evaluate(start);
+        Require(begin.fault == TimecodeFault::kNone && begin.time >= kTickTime_Zero &&
+                    begin.time <= kTickTime_Max,
+                "$$$/edl/Start=--start is no time at this rate.");
+        TickTime const first = ioList.events.empty() ? TickTime() : ioList.events[0].recordIn;
+        for (Event& event : ioList.events) {
+            event.recordIn += begin.time - first;
+            event.recordOut += begin.time - first;
+        }
+    }
+    Require(std::set<std::string>{"", "reel", "source"}.count(inArguments["sort"]) != 0,
+            "$$$/edl/Sort=--sort is reel or source.");
+    Sort(ioList, !inArguments["sort"].empty(), inArguments["sort"] == "source");
+}
+
+/// What became of a list: nothing if it could not be read.
+using Outcome = std::pair<std::optional<EditList>, std::vector<CollectedError>>;
+
+Outcome Process(std::string const& inFile, Arguments const& inArguments) {
+    File const cache = FileIn(inArguments["cache"], inFile, u".cache"_utf16);
+    UTF16String reels = Utf16(inArguments["reels"]);
+    ReplaceAllStringInString(reels, u","_utf16, u" "_utf16);
+    ErrorCollector errors;
+    try {
+        EditList list{inFile, RateOf(inArguments["from"]), false, {}, {}};
+        Load(list, inArguments["cache"].empty() ? nullptr : &cache, errors);
+        Sort(list, false, false);
+        Check(list, Words(reels));
+        Change(list, inArguments);
+        EditList const conformed = Conformed(list);
+        if (!inArguments["output"].empty()) {
+            WriteFile(FileIn(inArguments["output"], inFile, u".edl"_utf16), TextOf(conformed));
+        }
+        return {list, errors.TakeErrors()};
+    } catch (std::exception const& error) {
+        Report("$$$/edl/Failed=^1: ^2", inFile, Describe(error));
+    }
+    return {std::nullopt, errors.TakeErrors()};
+}
+
+/// Prints the total of each reel and of the list, and adds the exact times to the property list.
+void Tell(EditList const& inList, proplist::PropList& ioProperties) {
+    std::map<UTF16String, TickTime, NaturalLess> totals;
+    auto* const list = ioProperties.NewSubList(inList.name);
+    for (Event const& event : inList.events) {
+        totals[event.reel] += event.recordOut - event.recordIn;
+        auto* const entry = list->NewSubList(ToStd(NumberToString(event.line, 6, 0, {})));
+        entry->Set("reel", event.reel);
+        entry->Set("source", std::vector<TickTime>{event.sourceIn, event.sourceOut});
+        entry->Set("record", std::vector<TickTime>{event.recordIn, event.recordOut});
+    }
+    TickTime sum;
+    for (auto const& [reel, total] : totals) {
+        sum += total;
+        std::cout << "  " << reel << ' ' << inList.Format().ToText(total) << '\n';
+    }
+    std::cout << Text("$$$/edl/Total=^1: ^2 ^2{one=event|other=events}, ^3\n",
+                      {inList.name, inList.events.size(), inList.Format().ToText(sum)});
+}
+
+void Run(Arguments const& inArguments) {
+    auto const& files = inArguments.files;
+    EditList none;
+    Change(none, inArguments); // throws if the options make no sense
+    Require(RateOf(inArguments["from"]) != kFrameRate_Zero && !files.empty(), kHelp);
+    proplist::PropList properties;
+    auto const process = [&](std::size_t i) { return Process(files[i], inArguments); };
+    auto const deliver = [&](std::size_t, Outcome const& outcome) {
+        for (CollectedError const& error : outcome.second) {
+            error.Raise();
+        }
+        if (outcome.first) {
+            Tell(*outcome.first, properties);
+        }
+    };
+    auto const jobs = ParseInteger(Utf16(inArguments["jobs"])).value_or(-1);
+    threads::ForEach(threads::CreateAsyncThreadedExecutor("edlconform", static_cast<int>(jobs),
+                                                          threads::kThreadPriorityNormal),
+                     files.size(), process, deliver);
+    if (!inArguments["plist"].empty()) {
+        proplist::utils::SavePropList(FileFromNative(inArguments["plist"]), properties);
+    }
+}
+
+} // namespace edlconform
+
+int main(int inCount, char** inWords) {
+    using namespace edlconform;
+    PrintingErrorManager errors("edlconform");
+    ErrorManager::Set(&errors);
+    proplist::TableLocalizer texts;
+    Localizer::Set(&texts);
+    std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
+    xml::SetParserFactory(parsers);
+    bool isUsage = false;
+    try {
+        Arguments const arguments(inCount, inWords);
+        Dir const tables = DirFromNative(arguments["texts"]);
+        for (auto file = tables.BeginFiles(false); file != tables.EndFiles(); ++file) {
+            texts.LoadTable(ToStd((*file).GetTitle()), *file);
+        }
+        Run(arguments);
+        if (!std::cout.flush()) {
+            Report("$$$/edl/Output=Standard output could not be written.");
+        }
+    } catch (std::exception const& error) {
+        errors.PrintException(error);
+        isUsage = dynamic_cast<std::invalid_argument const*>(&error) != nullptr;
+    }
+    Localizer::Set(nullptr);
+    ErrorManager::Set(nullptr);
+    return isUsage ? 2 : errors.Count() == 0 ? 0 : 1;
+}
