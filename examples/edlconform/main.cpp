@@ -30,7 +30,10 @@ Checks edit decision lists, conforms them to a frame rate, and prints the time o
   --output=DIR --plist=FILE           writes the lists; writes their exact times
   --cache=DIR --jobs=N                keeps what was read; how many lists are read at once
   --texts=DIR                         has texts in other languages, such as de.xml
-Exit status: 0 done, 1 done but something was reported, 2 wrong usage.)";
+Exit status: 0 done, 1 done but something was reported, 2 wrong usage.
+)";
+
+constexpr char kUsage[] = "$$$/edl/Usage=These options and files are not understood: try --help.";
 
 void Require(bool inIsMet, char const* inKey) {
     if (!inIsMet) {
@@ -44,7 +47,7 @@ struct Arguments {
         for (int i = 1; i < inCount; ++i) {
             std::string const word = inWords[i], name = word.substr(0, word.find('='));
             bool const isOption = word.compare(0, 2, "--") == 0;
-            Require(!isOption || std::strstr(kHelp, (name + '=').c_str()) != nullptr, kHelp);
+            Require(!isOption || std::strstr(kHelp, (name + '=').c_str()) != nullptr, kUsage);
             (isOption ? words[name] : files.emplace_back()) =
                 word.substr(isOption ? word.find('=') + 1 : 0);
         }
@@ -144,7 +147,7 @@ void Run(Arguments const& inArguments) {
     auto const& files = inArguments.files;
     EditList none;
     Change(none, inArguments); // throws if the options make no sense
-    Require(RateOf(inArguments["from"]) != kFrameRate_Zero && !files.empty(), kHelp);
+    Require(RateOf(inArguments["from"]) != kFrameRate_Zero && !files.empty(), kUsage);
     proplist::PropList properties;
     auto const process = [&](std::size_t i) { return Process(files[i], inArguments); };
     auto const deliver = [&](std::size_t, Outcome const& outcome) {
@@ -176,12 +179,17 @@ int main(int inCount, char** inWords) {
     xml::SetParserFactory(parsers);
     bool isUsage = false;
     try {
-        Arguments const arguments(inCount, inWords);
+        bool const isHelp = inCount == 2 && std::strcmp(inWords[1], "--help") == 0;
+        Arguments const arguments(isHelp ? 0 : inCount, inWords);
         Dir const tables = DirFromNative(arguments["texts"]);
         for (auto file = tables.BeginFiles(false); file != tables.EndFiles(); ++file) {
             texts.LoadTable(ToStd((*file).GetTitle()), *file);
         }
-        Run(arguments);
+        if (isHelp) {
+            std::cout << Text(kHelp);
+        } else {
+            Run(arguments);
+        }
         if (!std::cout.flush()) {
             Report("$$$/edl/Output=Standard output could not be written.");
         }
