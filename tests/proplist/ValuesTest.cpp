@@ -221,6 +221,7 @@ TEST_F(Values, ExactNumbersAreReadByEveryReader) {
 TEST_F(Values, OfALongListAreWalkedComparedAndMoved) {
     PropList list;
     list.SetValue("not a number", std::nan(""));
+    list.Set("array", std::vector<int>{1, 2});
     auto& inner = *list.NewSubList("inner");
     for (int number = 0; number < 1'000; ++number) {
         inner.Set(std::to_string(number), number);
@@ -234,7 +235,7 @@ TEST_F(Values, OfALongListAreWalkedComparedAndMoved) {
         names.pop_front();
     }
     EXPECT_TRUE(names.empty());
-    EXPECT_EQ(list.begin()->SubList(), &inner);
+    EXPECT_EQ((++list.begin())->SubList(), &inner);
 
     PropList copy;
     auto const clone = [&] { copy = list.Clone(); };
@@ -243,6 +244,10 @@ TEST_F(Values, OfALongListAreWalkedComparedAndMoved) {
     // One difference each: in a value, a type, a key, a nested list and an array.
     std::pair<char const*, void (*)(PropList&)> const changes[] = {
         {"value", [](PropList& ioList) { ioList.SetValue("not a number", 0.0); }},
+        {"array",
+         [](PropList& ioList) {
+             ioList.Set("array", std::vector<int>{1, 3});
+         }},
         {"type", [](PropList& ioList) { ioList.SetValue("not a number", 0); }},
         {"key", [](PropList& ioList) { ioList.SetValue("zzz", 0); }},
         {"list", [](PropList& ioList) { ioList.GetSubList("inner")->Set("500", 501); }},

@@ -1,5 +1,6 @@
 #include <brindle/utility/Calculator.h>
 #include <brindle/utility/DecodeText.h>
+#include <brindle/utility/Numbers.h>
 #include <brindle/utility/ParseNumbers.h>
 #include <brindle/utility/Streams.h>
 #include <brindle/utility/TextConversions.h>
@@ -235,7 +236,7 @@ TEST(ParseNumbers, TakeTheWholeTextOrNothing) {
         auto const number = static_cast<std::int64_t>(random()) >> random() % 64;
         auto const text = NumberToString(number, kNumberFormat_Group);
         EXPECT_EQ(ParseInteger(text, NumberForm::kUser), number);
-        if (number == std::int32_t(number)) {
+        if (number == static_cast<std::int32_t>(number)) {
             auto const asDouble = static_cast<double>(number);
             EXPECT_EQ(text, NumberToString(asDouble, 1, 1,
                                            kNumberFormat_Group | kNumberFormat_TrimZeros));
