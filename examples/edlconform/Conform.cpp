@@ -18,12 +18,12 @@ std::vector<UTF16String> ChannelsOf(UTF16String inTrack) {
 void CheckTimes(EditList const& inList, Event const& inEvent) {
     TickTime const played = inEvent.sourceOut - inEvent.sourceIn;
     TickTime const recorded = inEvent.recordOut - inEvent.recordIn;
-    bool const isRetimed = inEvent.speed != 1;
+    bool const isRetimed = inEvent.speed != 1; // which is exact to a frame
     TickTime const wanted = isRetimed ? recorded * std::abs(inEvent.speed) : recorded;
     if (std::min(played, recorded) < kTickTime_Zero) {
         inList.Say(inEvent.line, "$$$/edl/Backward=ends before it begins.");
     } else if (inEvent.speed != 0 &&
-               TickTime(played - wanted).Abs() > TickTime(isRetimed ? 1 : 0, inList.rate)) {
+               TickTime(played - wanted).Abs() > TickTime(isRetimed, inList.rate)) {
         inList.Say(inEvent.line, "$$$/edl/Times=records ^1 of the source in ^2.",
                    inList.Format().ToText(played), inList.Format().ToText(recorded));
     }

@@ -51,7 +51,10 @@ struct EditList {
     }
     TimecodeFormat Format() const { return TimecodeFormat::Create(rate, Counting()).value(); }
     /// Counts non-drop, and returns false, if drop-frame is wanted but the rate has none.
-    bool Count(bool inInDropFrame);
+    bool Count(bool inInDropFrame) {
+        isDropFrame = inInDropFrame && TimecodeFormat::Create(rate, FrameCounting::kDropFrame);
+        return isDropFrame == inInDropFrame;
+    }
     template <typename... Values>
     void Say(std::uint32_t inLine, char const* inSentence, Values const&... inValues) const {
         Report("$$$/edl/Line=^1: line ^2 ^3", name, inLine, Text(inSentence, {inValues...}));

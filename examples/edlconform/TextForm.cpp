@@ -23,34 +23,30 @@ struct Reader {
         ++line;
         if (IsDigit(first[0])) {
             notes = nullptr;
-            return words.size() >= 8 && ReadEvent(words);
+            return (words.size() == 8 || words.size() == 9) && ReadEvent(words);
         }
         if (!words.empty() && !isSpeed && !isCounting && notes != nullptr) {
             notes->push_back(Trim(inText));
         }
         bool const isDrop = UpperCase(inText).find(u"NON"_utf16) == UTF16String::npos;
-        return isSpeed ? ReadSpeed(words) : !isCounting || list.Count(isDrop);
+        return isSpeed ? words.size() == 4 && ReadSpeed(words) : !isCounting || list.Count(isDrop);
     }
 
-    /// Number, reel, track; a transition such as "C", "D 025", "W001 025" or "K B"; four times.
+    /// Number, reel, track; "C", or another transition with its length in frames; four times.
     bool ReadEvent(std::vector<UTF16String> const& inWords) {
         auto const times = inWords.end() - 4;
         auto const number = ParseInteger(inWords[0]);
-        auto const length = ParseInteger(times[-1]), frames = length ? length : 0;
-        UTF16String transition;
-        for (auto word = inWords.begin() + 3; word != times - (length ? 1 : 0); ++word) {
-            transition += (transition.empty() ? u""_utf16 : u" "_utf16) + *word;
-        }
+        auto const frames = inWords.size() == 9 ? ParseInteger(inWords[4]) : 0;
         TickTime in, out, recordIn, recordOut;
-        bool const isGood = number && *number < 1000000 && *frames >= 0 && *frames < 1000 &&
-                            ReadTime(times[0], in) && ReadTime(times[1], out) &&
+        bool const isGood = number && *number < 1000000 && frames && *frames >= 0 &&
+                            *frames < 1000 && ReadTime(times[0], in) && ReadTime(times[1], out) &&
                             ReadTime(times[2], recordIn) && ReadTime(times[3], recordOut);
         if (isGood) {
             list.events.push_back({line,
                                    static_cast<std::uint32_t>(*number),
                                    inWords[1],
                                    UpperCase(inWords[2]),
-                                   transition,
+                                   inWords[3],
                                    TickTime(*frames, list.rate),
                                    in,
                                    out,
@@ -65,7 +61,7 @@ struct Reader {
 
     /// "M2", a reel, the frames per second at which its last event plays, and where it begins.
     bool ReadSpeed(std::vector<UTF16String> const& inWords) {
-        auto const speed = inWords.size() == 4 ? ParseNumber(inWords[2]) : std::nullopt;
+        auto const speed = ParseNumber(inWords[2]);
         auto const event = std::find_if(list.events.rbegin(), list.events.rend(),
                                         [&](Event const& e) { return e.reel == inWords[1]; });
         bool const isGood = speed && std::abs(*speed) < 1000 && event != list.events.rend();
@@ -80,15 +76,13 @@ struct Reader {
         auto const reading = list.Format().ToTime(text, list.Counting());
         outTime = reading.time;
         if (reading.fault == TimecodeFault::kDroppedNumber) {
-            list.Say(line, "$$$/edl/Dropped=has ^1, a timecode that drop-frame counting lacks.",
-                     text);
+            list.Say(line, "$$$/edl/Dropped=has ^1, which drop-frame counting leaves out.", text);
         }
         // bridge: a reading that is told how to count, and wants all four groups
-        auto const isSeparator = [](char c) { return c == ':' || c == ';' || c == '.'; };
-        bool const isWhole = std::count_if(text.begin(), text.end(), isSeparator) == 3;
+        bool const isWhole = text.size() >= 11 && IsDigit(text[0]) && !IsDigit(text[2]) &&
+                             !IsDigit(text[5]) && !IsDigit(text[8]);
         // end of bridge
-        return isWhole && reading.fault == TimecodeFault::kNone && outTime >= kTickTime_Zero &&
-               outTime <= kTickTime_Max;
+        return isWhole && reading.fault == TimecodeFault::kNone && outTime <= kTickTime_Max;
     }
 
     EditList& list;
@@ -97,11 +91,6 @@ struct Reader {
 };
 
 } // namespace
-
-bool EditList::Count(bool inInDropFrame) {
-    isDropFrame = inInDropFrame && TimecodeFormat::Create(rate, FrameCounting::kDropFrame);
-    return isDropFrame == inInDropFrame;
-}
 
 void ReadText(EditList& ioList, std::vector<std::uint8_t> const& inBytes) {
     TextReport report;

@@ -3,20 +3,14 @@
 
 #include <brindle/config/Describe.h>
 #include <brindle/config/PrintingErrorManager.h>
-#include <brindle/filesupport/DirectoryIterators.h>
 #include <brindle/filesupport/FileContent.h>
-#include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/FilesystemPath.h>
 #include <brindle/filesupport/PathNames.h>
 #include <brindle/proplist/PropListUtils.h>
-#include <brindle/proplist/TableLocalizer.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/ForEach.h>
 #include <brindle/utility/Numbers.h>
-#include <brindle/utility/ParseNumbers.h>
-#include <brindle/xml/ExpatParser.h>
-#include <brindle/xml/Parser.h>
 
-#include <cstring>
 #include <iostream>
 #include <set>
 
@@ -29,11 +23,8 @@ Checks edit decision lists, conforms them to a frame rate, and prints the time o
   --sort=reel|source --reels=A,B,C    by reel and record or source time; the reels that exist
   --output=DIR --plist=FILE           writes the lists; writes their exact times
   --cache=DIR --jobs=N                keeps what was read; how many lists are read at once
-  --texts=DIR                         has texts in other languages, such as de.xml
 Exit status: 0 done, 1 done but something was reported, 2 wrong usage.
 )";
-
-constexpr char kUsage[] = "$$$/edl/Usage=These options and files are not understood: try --help.";
 
 void Require(bool inIsMet, char const* inKey) {
     if (!inIsMet) {
@@ -47,7 +38,8 @@ struct Arguments {
         for (int i = 1; i < inCount; ++i) {
             std::string const word = inWords[i], name = word.substr(0, word.find('='));
             bool const isOption = word.compare(0, 2, "--") == 0;
-            Require(!isOption || std::strstr(kHelp, (name + '=').c_str()) != nullptr, kUsage);
+            Require(!isOption || std::string(kHelp).find(name + '=') != std::string::npos,
+                    "$$$/edl/Option=There is no such option.");
             (isOption ? words[name] : files.emplace_back()) =
                 word.substr(isOption ? word.find('=') + 1 : 0);
         }
@@ -82,16 +74,15 @@ void Change(EditList& ioList, Arguments const& inArguments) {
     bool const isCounted = ioList.Count(counting.empty() ? ioList.isDropFrame : counting == "drop");
     Require(counting.empty() || (isCounted && (counting == "drop" || counting == "non-drop")),
             "$$$/edl/Counting=--counting is drop, if the rate has it, or non-drop.");
-    if (!start.empty()) {
-        auto const begin = ioList.Format().Evaluate(start);
-        Require(begin.fault == TimecodeFault::kNone && begin.time >= kTickTime_Zero &&
-                    begin.time <= kTickTime_Max,
-                "$$$/edl/Start=--start is no time at this rate.");
-        TickTime const first = ioList.events.empty() ? TickTime() : ioList.events[0].recordIn;
-        for (Event& event : ioList.events) {
-            event.recordIn += begin.time - first;
-            event.recordOut += begin.time - first;
-        }
+    auto const begin = ioList.Format().Evaluate(start.empty() ? "0" : start);
+    Require(begin.fault == TimecodeFault::kNone && begin.time >= kTickTime_Zero &&
+                begin.time <= kTickTime_Max,
+            "$$$/edl/Start=--start is no time at this rate.");
+    bool const isMoved = !start.empty() && !ioList.events.empty();
+    TickTime const way = isMoved ? begin.time - ioList.events[0].recordIn : TickTime();
+    for (Event& event : ioList.events) {
+        event.recordIn += way;
+        event.recordOut += way;
     }
     Require(std::set<std::string>{"", "reel", "source"}.count(inArguments["sort"]) != 0,
             "$$$/edl/Sort=--sort is reel or source.");
@@ -145,9 +136,18 @@ void Tell(EditList const& inList, proplist::PropList& ioProperties) {
 
 void Run(Arguments const& inArguments) {
     auto const& files = inArguments.files;
-    EditList none;
+    std::set<std::filesystem::path> taken;
+    for (std::string const& file : files) {
+        taken.insert(std::filesystem::weakly_canonical(file));
+    }
+    for (std::string const& file : files) {
+        auto const path = ToPath(FileIn(inArguments["output"], file, u".edl"_utf16));
+        Require(inArguments["output"].empty() || taken.insert(weakly_canonical(path)).second,
+                "$$$/edl/Target=A list in --output would replace another one.");
+    }
+    EditList none{"", RateOf(inArguments["from"]), false, {}, {}};
     Change(none, inArguments); // throws if the options make no sense
-    Require(RateOf(inArguments["from"]) != kFrameRate_Zero && !files.empty(), kUsage);
+    Require(!files.empty(), "$$$/edl/Files=There is no FILE.");
     proplist::PropList properties;
     auto const process = [&](std::size_t i) { return Process(files[i], inArguments); };
     auto const deliver = [&](std::size_t, Outcome const& outcome) {
@@ -158,10 +158,10 @@ void Run(Arguments const& inArguments) {
             Tell(*outcome.first, properties);
         }
     };
-    auto const jobs = ParseInteger(Utf16(inArguments["jobs"])).value_or(-1);
-    threads::ForEach(threads::CreateAsyncThreadedExecutor("edlconform", static_cast<int>(jobs),
-                                                          threads::kThreadPriorityNormal),
-                     files.size(), process, deliver);
+    int const jobs = inArguments["jobs"].empty() ? -1 : std::atoi(inArguments["jobs"].c_str());
+    threads::ForEach(
+        threads::CreateAsyncThreadedExecutor("edlconform", jobs, threads::kThreadPriorityNormal),
+        files.size(), process, deliver);
     if (!inArguments["plist"].empty()) {
         proplist::utils::SavePropList(FileFromNative(inArguments["plist"]), properties);
     }
@@ -173,31 +173,19 @@ int main(int inCount, char** inWords) {
     using namespace edlconform;
     PrintingErrorManager errors("edlconform");
     ErrorManager::Set(&errors);
-    proplist::TableLocalizer texts;
-    Localizer::Set(&texts);
-    std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
-    xml::SetParserFactory(parsers);
-    bool isUsage = false;
+    bool isMisused = false;
     try {
-        bool const isHelp = inCount == 2 && std::strcmp(inWords[1], "--help") == 0;
-        Arguments const arguments(isHelp ? 0 : inCount, inWords);
-        Dir const tables = DirFromNative(arguments["texts"]);
-        for (auto file = tables.BeginFiles(false); file != tables.EndFiles(); ++file) {
-            texts.LoadTable(ToStd((*file).GetTitle()), *file);
-        }
-        if (isHelp) {
-            std::cout << Text(kHelp);
-        } else {
-            Run(arguments);
-        }
+        Run({inCount, inWords});
         if (!std::cout.flush()) {
             Report("$$$/edl/Output=Standard output could not be written.");
         }
+    } catch (std::invalid_argument const& error) {
+        errors.PrintException(error);
+        std::cerr << Text(kHelp);
+        isMisused = true;
     } catch (std::exception const& error) {
         errors.PrintException(error);
-        isUsage = dynamic_cast<std::invalid_argument const*>(&error) != nullptr;
     }
-    Localizer::Set(nullptr);
     ErrorManager::Set(nullptr);
-    return isUsage ? 2 : errors.Count() == 0 ? 0 : 1;
+    return isMisused ? 2 : errors.Count() == 0 ? 0 : 1;
 }
