@@ -19,8 +19,6 @@ IByteStream& operator>>(IByteStream& ioStream, Event& outEvent) {
     return ioStream;
 }
 
-namespace {
-
 constexpr std::size_t kMostBytes = 256 << 20;
 
 /// Of which version of a list a cache is made, at which rate, and in which form.
@@ -42,8 +40,6 @@ bool ReadCache(File const& inCache, CacheKey const& inKey, EditList& ioList) {
     ioList = key == inKey ? list : ioList;
     return key == inKey;
 }
-
-} // namespace
 
 void Load(EditList& ioList, File const* inCache, ErrorCollector const& inErrors) {
     File const file = FileFromNative(ioList.name);

@@ -5,8 +5,6 @@
 
 namespace edlconform {
 
-namespace {
-
 /// "B" is picture and sound, "AA/V" the picture and two channels of sound.
 std::vector<UTF16String> ChannelsOf(UTF16String inTrack) {
     ReplaceAllStringInString(inTrack, u"AA"_utf16, u"A A2"_utf16);
@@ -15,24 +13,11 @@ std::vector<UTF16String> ChannelsOf(UTF16String inTrack) {
     return Words(inTrack);
 }
 
-void CheckTimes(EditList const& inList, Event const& inEvent) {
-    TickTime const played = inEvent.sourceOut - inEvent.sourceIn;
-    TickTime const recorded = inEvent.recordOut - inEvent.recordIn;
-    bool const isRetimed = inEvent.speed != 1; // which is exact to a frame
-    TickTime const wanted = isRetimed ? recorded * std::abs(inEvent.speed) : recorded;
-    if (std::min(played, recorded) < kTickTime_Zero) {
-        inList.Say(inEvent.line, "$$$/edl/Backward=ends before it begins.");
-    } else if (inEvent.speed != 0 &&
-               TickTime(played - wanted).Abs() > TickTime(isRetimed, inList.rate)) {
-        inList.Say(inEvent.line, "$$$/edl/Times=records ^1 of the source in ^2.",
-                   inList.Format().ToText(played), inList.Format().ToText(recorded));
-    }
-}
-
 /// `ioLasts` has the event that ends last on each channel.
 void CheckPlace(EditList const& inList, Event const& inEvent,
                 std::map<UTF16String, Event const*>& ioLasts) {
-    for (UTF16String const& channel : ChannelsOf(inEvent.track)) {
+    bool const isEmpty = inEvent.recordIn >= inEvent.recordOut; // what a transition begins with
+    for (UTF16String const& channel : ChannelsOf(isEmpty ? UTF16String() : inEvent.track)) {
         Event const*& last = ioLasts.emplace(channel, &inEvent).first->second;
         TickTime const gap = last == &inEvent ? TickTime() : inEvent.recordIn - last->recordOut;
         if (gap < kTickTime_Zero) {
@@ -45,8 +30,6 @@ void CheckPlace(EditList const& inList, Event const& inEvent,
         last = last->recordOut < inEvent.recordOut ? &inEvent : last;
     }
 }
-
-} // namespace
 
 void Sort(EditList& ioList, bool inIsByReel, bool inIsBySource) {
     auto& events = ioList.events;
@@ -75,10 +58,18 @@ void Check(EditList const& inList, std::vector<UTF16String> const& inReels) {
         if (!inReels.empty() && std::count(inReels.begin(), inReels.end(), event.reel) == 0) {
             inList.Say(event.line, "$$$/edl/Reel=has the unknown reel '^1'.", event.reel);
         }
-        CheckTimes(inList, event);
-        if (event.recordIn < event.recordOut) { // not what a transition begins with
-            CheckPlace(inList, event, lasts);
+        TickTime const played = event.sourceOut - event.sourceIn;
+        TickTime const recorded = event.recordOut - event.recordIn;
+        bool const isRetimed = event.speed != 1; // which is exact to a frame
+        TickTime const wanted = isRetimed ? recorded * std::abs(event.speed) : recorded;
+        if (std::min(played, recorded) < kTickTime_Zero) {
+            inList.Say(event.line, "$$$/edl/Backward=ends before it begins.");
+        } else if (event.speed != 0 &&
+                   TickTime(played - wanted).Abs() > TickTime(isRetimed, inList.rate)) {
+            inList.Say(event.line, "$$$/edl/Times=records ^1 of the source in ^2.",
+                       inList.Format().ToText(played), inList.Format().ToText(recorded));
         }
+        CheckPlace(inList, event, lasts);
         previous = event.line;
     }
 }

@@ -13,7 +13,6 @@
 #include <brindle/utility/TextOperations.h>
 
 #include <map>
-#include <tuple>
 
 namespace edlconform {
 
@@ -46,10 +45,10 @@ struct EditList {
     std::vector<UTF16String> head; ///< the lines before the first event
     std::vector<Event> events;
 
-    FrameCounting Counting() const {
-        return isDropFrame ? FrameCounting::kDropFrame : FrameCounting::kNonDrop;
+    TimecodeFormat Format() const {
+        auto const counting = isDropFrame ? FrameCounting::kDropFrame : FrameCounting::kNonDrop;
+        return TimecodeFormat::Create(rate, counting).value();
     }
-    TimecodeFormat Format() const { return TimecodeFormat::Create(rate, Counting()).value(); }
     /// Counts non-drop, and returns false, if drop-frame is wanted but the rate has none.
     bool Count(bool inInDropFrame) {
         isDropFrame = inInDropFrame && TimecodeFormat::Create(rate, FrameCounting::kDropFrame);

@@ -12,8 +12,6 @@
 
 namespace edlconform {
 
-namespace {
-
 /// Reads lines. Functions return false if the line is to be left out.
 struct Reader {
     bool ReadLine(UTF16String const& inText) {
@@ -72,25 +70,24 @@ struct Reader {
     }
 
     bool ReadTime(UTF16String const& inWord, TickTime& outTime) const {
-        std::string const text = ToStd(inWord);
-        auto const reading = list.Format().ToTime(text, list.Counting());
+        std::string text = ToStd(inWord);
+        // bridge: a reading that is told how to count, and wants all four groups
+        text.replace(std::min(text.find_last_of(":;"), text.size()), 1,
+                     list.isDropFrame ? ";" : ":");
+        // end of bridge
+        auto const reading = list.Format().ToTime(text);
         outTime = reading.time;
         if (reading.fault == TimecodeFault::kDroppedNumber) {
             list.Say(line, "$$$/edl/Dropped=has ^1, which drop-frame counting leaves out.", text);
         }
-        // bridge: a reading that is told how to count, and wants all four groups
-        bool const isWhole = text.size() >= 11 && IsDigit(text[0]) && !IsDigit(text[2]) &&
-                             !IsDigit(text[5]) && !IsDigit(text[8]);
-        // end of bridge
-        return isWhole && reading.fault == TimecodeFault::kNone && outTime <= kTickTime_Max;
+        return reading.fault == TimecodeFault::kNone && outTime >= kTickTime_Zero &&
+               outTime <= kTickTime_Max;
     }
 
     EditList& list;
     std::vector<UTF16String>* notes = &list.head; ///< of what was read last; null if left out
     std::uint32_t line = 0;
 };
-
-} // namespace
 
 void ReadText(EditList& ioList, std::vector<std::uint8_t> const& inBytes) {
     TextReport report;

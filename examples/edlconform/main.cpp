@@ -1,4 +1,19 @@
-// Conforms edit decision lists from one frame rate to another. `edlconform --help` explains.
+// Checks edit decision lists, conforms them to a frame rate, and prints the time of each reel.
+//
+//   --from=RATE                    the rate at which the lists count, such as 25, 29.97 or
+//   30000/1001
+//   --to=RATE                      another rate to conform to
+//   --counting=drop or non-drop    another counting than that of the lists
+//   --start=01:00:00:00+25*60      where the record time begins
+//   --sort=reel or source          by reel and record time, or by reel and source time; without
+//                                  it, by record time
+//   --reels='A B C'                the reels that exist
+//   --output=DIR                   writes the conformed lists
+//   --plist=FILE                   writes a property list with the exact times
+//   --cache=DIR                    keeps what was read
+//   --jobs=N                       how many lists are read at once; without it, one a processor
+//
+// Exit status: 0 done, 1 done but something was reported, 2 wrong usage.
 #include "EditList.h"
 
 #include <brindle/config/Describe.h>
@@ -17,13 +32,8 @@
 namespace edlconform {
 
 constexpr char kHelp[] = R"($$$/edl/Help=usage: edlconform --from=RATE [OPTION...] FILE...
-Checks edit decision lists, conforms them to a frame rate, and prints the time of each reel.
-  --to=RATE --counting=drop|non-drop  another rate or counting than that of the lists
-  --start=01:00:00:00+25*60           where the record time begins
-  --sort=reel|source --reels=A,B,C    by reel and record or source time; the reels that exist
-  --output=DIR --plist=FILE           writes the lists; writes their exact times
-  --cache=DIR --jobs=N                keeps what was read; how many lists are read at once
-Exit status: 0 done, 1 done but something was reported, 2 wrong usage.
+  --to=RATE --counting=drop|non-drop  --start=TIME --sort=reel|source
+  --reels='A B C' --output=DIR --plist=FILE --cache=DIR --jobs=N
 )";
 
 void Require(bool inIsMet, char const* inKey) {
@@ -94,14 +104,12 @@ using Outcome = std::pair<std::optional<EditList>, std::vector<CollectedError>>;
 
 Outcome Process(std::string const& inFile, Arguments const& inArguments) {
     File const cache = FileIn(inArguments["cache"], inFile, u".cache"_utf16);
-    UTF16String reels = Utf16(inArguments["reels"]);
-    ReplaceAllStringInString(reels, u","_utf16, u" "_utf16);
     ErrorCollector errors;
     try {
         EditList list{inFile, RateOf(inArguments["from"]), false, {}, {}};
         Load(list, inArguments["cache"].empty() ? nullptr : &cache, errors);
         Sort(list, false, false);
-        Check(list, Words(reels));
+        Check(list, Words(Utf16(inArguments["reels"])));
         Change(list, inArguments);
         EditList const conformed = Conformed(list);
         if (!inArguments["output"].empty()) {
@@ -137,31 +145,29 @@ void Tell(EditList const& inList, proplist::PropList& ioProperties) {
 void Run(Arguments const& inArguments) {
     auto const& files = inArguments.files;
     std::set<std::filesystem::path> taken;
-    for (std::string const& file : files) {
-        taken.insert(std::filesystem::weakly_canonical(file));
-    }
-    for (std::string const& file : files) {
-        auto const path = ToPath(FileIn(inArguments["output"], file, u".edl"_utf16));
-        Require(inArguments["output"].empty() || taken.insert(weakly_canonical(path)).second,
-                "$$$/edl/Target=A list in --output would replace another one.");
+    for (std::filesystem::path const file : files) {
+        auto const target = ToPath(FileIn(inArguments["output"], file, u".edl"_utf16));
+        Require(taken.insert(absolute(file).lexically_normal()).second &&
+                    (inArguments["output"].empty() ||
+                     taken.insert(absolute(target).lexically_normal()).second),
+                "$$$/edl/Target=A list comes twice, or would be replaced by another one.");
     }
     EditList none{"", RateOf(inArguments["from"]), false, {}, {}};
     Change(none, inArguments); // throws if the options make no sense
     Require(!files.empty(), "$$$/edl/Files=There is no FILE.");
     proplist::PropList properties;
     auto const process = [&](std::size_t i) { return Process(files[i], inArguments); };
+    int const jobs = inArguments["jobs"].empty() ? -1 : std::atoi(inArguments["jobs"].c_str());
+    auto const pool =
+        threads::CreateAsyncThreadedExecutor("edlconform", jobs, threads::kThreadPriorityNormal);
     auto const deliver = [&](std::size_t, Outcome const& outcome) {
-        for (CollectedError const& error : outcome.second) {
-            error.Raise();
-        }
+        std::for_each(outcome.second.begin(), outcome.second.end(),
+                      std::mem_fn(&CollectedError::Raise));
         if (outcome.first) {
             Tell(*outcome.first, properties);
         }
     };
-    int const jobs = inArguments["jobs"].empty() ? -1 : std::atoi(inArguments["jobs"].c_str());
-    threads::ForEach(
-        threads::CreateAsyncThreadedExecutor("edlconform", jobs, threads::kThreadPriorityNormal),
-        files.size(), process, deliver);
+    threads::ForEach(pool, files.size(), process, deliver);
     if (!inArguments["plist"].empty()) {
         proplist::utils::SavePropList(FileFromNative(inArguments["plist"]), properties);
     }
