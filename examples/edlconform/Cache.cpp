@@ -19,14 +19,12 @@ IByteStream& operator>>(IByteStream& ioStream, Event& outEvent) {
     return ioStream;
 }
 
-constexpr std::size_t kMostBytes = 256 << 20;
-
 /// Of which version of a list a cache is made, at which rate, and in which form.
 using CacheKey = std::vector<std::uint64_t>;
 
 /// Returns false if the cache has another key, and throws if it is damaged.
 bool ReadCache(File const& inCache, CacheKey const& inKey, EditList& ioList) {
-    auto const bytes = ReadFile(inCache, kMostBytes);
+    auto const bytes = ReadFile(inCache, 256 << 20);
     IBufferByteStream cache(bytes.data(), bytes.size());
     ICRCByteStream summed(cache);
     CacheKey key;
@@ -54,7 +52,7 @@ void Load(EditList& ioList, File const* inCache, ErrorCollector const& inErrors)
         Report("$$$/edl/Damaged=^1: the cache was damaged, and is made again.", ioList.name);
     }
     std::size_t const reported = inErrors.Errors().size();
-    ReadText(ioList, ReadFile(file, kMostBytes));
+    ReadText(ioList, ReadFile(file, 256 << 20));
     if (inCache != nullptr && inErrors.Errors().size() == reported) {
         std::string bytes;
         OStringByteStream cache(bytes);

@@ -1,7 +1,6 @@
 #include "EditList.h"
 
 #include <brindle/utility/DecodeText.h>
-#include <brindle/utility/Digits.h>
 #include <brindle/utility/Numbers.h>
 #include <brindle/utility/ParseNumbers.h>
 
@@ -18,8 +17,7 @@ struct Reader {
         auto const words = Words(inText);
         UTF16String const first = words.empty() ? u" "_utf16 : UpperCase(words[0]);
         bool const isSpeed = first == u"M2", isCounting = first == u"FCM:";
-        ++line;
-        if (IsDigit(first[0])) {
+        if (ParseInteger(first.substr(0, 1))) {
             notes = nullptr;
             return (words.size() == 8 || words.size() == 9) && ReadEvent(words);
         }
@@ -36,23 +34,15 @@ struct Reader {
         auto const number = ParseInteger(inWords[0]);
         auto const frames = inWords.size() == 9 ? ParseInteger(inWords[4]) : 0;
         TickTime in, out, recordIn, recordOut;
+        Event event;
         bool const isGood = number && *number < 1000000 && frames && *frames >= 0 &&
                             *frames < 1000 && ReadTime(times[0], in) && ReadTime(times[1], out) &&
                             ReadTime(times[2], recordIn) && ReadTime(times[3], recordOut);
         if (isGood) {
-            list.events.push_back({line,
-                                   static_cast<std::uint32_t>(*number),
-                                   inWords[1],
-                                   UpperCase(inWords[2]),
-                                   inWords[3],
-                                   TickTime(*frames, list.rate),
-                                   in,
-                                   out,
-                                   recordIn,
-                                   recordOut,
-                                   1,
-                                   {}});
-            notes = &list.events.back().notes;
+            Fields(event) = std::tuple(line, *number, inWords[1], UpperCase(inWords[2]), inWords[3],
+                                       TickTime(*frames, list.rate), in, out, recordIn, recordOut,
+                                       1.0, std::vector<UTF16String>());
+            notes = &list.events.emplace_back(event).notes;
         }
         return isGood;
     }
@@ -98,6 +88,7 @@ void ReadText(EditList& ioList, std::vector<std::uint8_t> const& inBytes) {
     }
     Reader reader{ioList};
     for (UTF16String const& line : Lines(text)) {
+        ++reader.line;
         if (line.size() > 4096 || !reader.ReadLine(line)) {
             ioList.Say(reader.line, "$$$/edl/LeftOut=is left out: '^1'", line.substr(0, 80));
         }
@@ -106,22 +97,17 @@ void ReadText(EditList& ioList, std::vector<std::uint8_t> const& inBytes) {
 
 std::string TextOf(EditList const& inList) {
     auto const format = inList.Format();
-    auto const padded = [](std::int64_t n) {
-        return NumberToString(static_cast<double>(n), 3, 0, {});
-    };
     std::ostringstream text;
-    auto const write = [&](std::vector<UTF16String> const& lines) {
-        for (UTF16String const& line : lines) {
-            text << line << '\n';
-        }
-    };
-    write(inList.head);
+    for (UTF16String const& line : inList.head) {
+        text << line << '\n';
+    }
     text << "FCM: " << (inList.isDropFrame ? "" : "NON-") << "DROP FRAME\n" << std::left;
     for (Event const& event : inList.events) {
-        auto const frames = event.length.ToFrame64(inList.rate);
-        text << padded(event.number) << "  " << std::setw(8) << event.reel << ' ' << std::setw(5)
-             << event.track << ' ' << std::setw(4) << event.transition << ' '
-             << (frames == 0 ? u"   "_utf16 : padded(frames)) << ' '
+        auto const frames = static_cast<double>(event.length.ToFrame64(inList.rate));
+        text << NumberToString(static_cast<double>(event.number), 3, 0, {}) << "  " << std::setw(8)
+             << event.reel << ' ' << std::setw(5) << event.track << ' ' << std::setw(4)
+             << event.transition << ' '
+             << (frames == 0 ? u"   "_utf16 : NumberToString(frames, 3, 0, {})) << ' '
              << format.ToText(event.sourceIn) << ' ' << format.ToText(event.sourceOut) << ' '
              << format.ToText(event.recordIn) << ' ' << format.ToText(event.recordOut) << '\n';
         if (event.speed != 1) {
@@ -130,7 +116,9 @@ std::string TextOf(EditList const& inList) {
                  << NumberToString(speed, 3, 1, kNumberFormat_NoInternationalize) << "  "
                  << format.ToText(event.sourceIn) << '\n';
         }
-        write(event.notes);
+        for (UTF16String const& note : event.notes) {
+            text << note << '\n';
+        }
     }
     return text.str();
 }

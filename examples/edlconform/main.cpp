@@ -31,10 +31,10 @@
 
 namespace edlconform {
 
-constexpr char kHelp[] = R"($$$/edl/Help=usage: edlconform --from=RATE [OPTION...] FILE...
-  --to=RATE --counting=drop|non-drop  --start=TIME --sort=reel|source
-  --reels='A B C' --output=DIR --plist=FILE --cache=DIR --jobs=N
-)";
+constexpr char kHelp[] =
+    "$$$/edl/Help=usage: edlconform --from=RATE [--to=RATE] [--counting=drop|non-drop] "
+    "[--start=TIME]\n  [--sort=reel|source] [--reels='A B C'] [--output=DIR] [--plist=FILE] "
+    "[--cache=DIR] [--jobs=N] FILE...\n";
 
 void Require(bool inIsMet, char const* inKey) {
     if (!inIsMet) {
@@ -56,8 +56,7 @@ struct Arguments {
     }
     /// Empty if there is no such option.
     std::string operator[](std::string const& inName) const {
-        auto const word = words.find("--" + inName);
-        return word == words.end() ? "" : word->second;
+        return words.count("--" + inName) != 0 ? words.at("--" + inName) : "";
     }
 
     std::map<std::string, std::string> words;
@@ -79,7 +78,8 @@ File FileIn(std::string const& inDir, std::string const& inFile, UTF16String con
 
 /// Makes a list, which is sorted by record time, what the options want. Its times stay exact.
 void Change(EditList& ioList, Arguments const& inArguments) {
-    std::string const counting = inArguments["counting"], start = inArguments["start"];
+    std::string const counting = inArguments["counting"], start = inArguments["start"],
+                      sort = inArguments["sort"];
     ioList.rate = RateOf(inArguments[inArguments["to"].empty() ? "from" : "to"]);
     bool const isCounted = ioList.Count(counting.empty() ? ioList.isDropFrame : counting == "drop");
     Require(counting.empty() || (isCounted && (counting == "drop" || counting == "non-drop")),
@@ -94,9 +94,9 @@ void Change(EditList& ioList, Arguments const& inArguments) {
         event.recordIn += way;
         event.recordOut += way;
     }
-    Require(std::set<std::string>{"", "reel", "source"}.count(inArguments["sort"]) != 0,
+    Require(sort.empty() || sort == "reel" || sort == "source",
             "$$$/edl/Sort=--sort is reel or source.");
-    Sort(ioList, !inArguments["sort"].empty(), inArguments["sort"] == "source");
+    Sort(ioList, !sort.empty(), sort == "source");
 }
 
 /// What became of a list: nothing if it could not be read.
@@ -143,9 +143,8 @@ void Tell(EditList const& inList, proplist::PropList& ioProperties) {
 }
 
 void Run(Arguments const& inArguments) {
-    auto const& files = inArguments.files;
     std::set<std::filesystem::path> taken;
-    for (std::filesystem::path const file : files) {
+    for (std::filesystem::path const file : inArguments.files) {
         auto const target = ToPath(FileIn(inArguments["output"], file, u".edl"_utf16));
         Require(taken.insert(absolute(file).lexically_normal()).second &&
                     (inArguments["output"].empty() ||
@@ -154,9 +153,9 @@ void Run(Arguments const& inArguments) {
     }
     EditList none{"", RateOf(inArguments["from"]), false, {}, {}};
     Change(none, inArguments); // throws if the options make no sense
-    Require(!files.empty(), "$$$/edl/Files=There is no FILE.");
+    Require(!inArguments.files.empty(), "$$$/edl/Files=There is no FILE.");
     proplist::PropList properties;
-    auto const process = [&](std::size_t i) { return Process(files[i], inArguments); };
+    auto const process = [&](std::size_t i) { return Process(inArguments.files[i], inArguments); };
     int const jobs = inArguments["jobs"].empty() ? -1 : std::atoi(inArguments["jobs"].c_str());
     auto const pool =
         threads::CreateAsyncThreadedExecutor("edlconform", jobs, threads::kThreadPriorityNormal);
@@ -167,7 +166,7 @@ void Run(Arguments const& inArguments) {
             Tell(*outcome.first, properties);
         }
     };
-    threads::ForEach(pool, files.size(), process, deliver);
+    threads::ForEach(pool, inArguments.files.size(), process, deliver);
     if (!inArguments["plist"].empty()) {
         proplist::utils::SavePropList(FileFromNative(inArguments["plist"]), properties);
     }
@@ -185,12 +184,10 @@ int main(int inCount, char** inWords) {
         if (!std::cout.flush()) {
             Report("$$$/edl/Output=Standard output could not be written.");
         }
-    } catch (std::invalid_argument const& error) {
-        errors.PrintException(error);
-        std::cerr << Text(kHelp);
-        isMisused = true;
     } catch (std::exception const& error) {
         errors.PrintException(error);
+        isMisused = dynamic_cast<std::invalid_argument const*>(&error) != nullptr;
+        std::cerr << Text(isMisused ? kHelp : "");
     }
     ErrorManager::Set(nullptr);
     return isMisused ? 2 : errors.Count() == 0 ? 0 : 1;
