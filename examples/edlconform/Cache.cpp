@@ -2,8 +2,6 @@
 
 #include <brindle/filesupport/BufferByteStream.h>
 #include <brindle/filesupport/CRCByteStream.h>
-#include <brindle/filesupport/FileContent.h>
-#include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/StringByteStream.h>
 #include <brindle/filesupport/WireForm.h>
 

@@ -1,8 +1,5 @@
 #include "EditList.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace edlconform {
 
 /// "B" is picture and sound, "AA/V" the picture and two channels of sound.
@@ -16,8 +13,7 @@ std::vector<UTF16String> ChannelsOf(UTF16String inTrack) {
 /// `ioLasts` has the event that ends last on each channel.
 void CheckPlace(EditList const& inList, Event const& inEvent,
                 std::map<UTF16String, Event const*>& ioLasts) {
-    bool const isEmpty = inEvent.recordIn >= inEvent.recordOut; // what a transition begins with
-    for (UTF16String const& channel : ChannelsOf(isEmpty ? UTF16String() : inEvent.track)) {
+    for (UTF16String const& channel : ChannelsOf(inEvent.track)) {
         Event const*& last = ioLasts.emplace(channel, &inEvent).first->second;
         TickTime const gap = last == &inEvent ? TickTime() : inEvent.recordIn - last->recordOut;
         if (gap < kTickTime_Zero) {
@@ -32,19 +28,19 @@ void CheckPlace(EditList const& inList, Event const& inEvent,
 }
 
 void Sort(EditList& ioList, bool inIsByReel, bool inIsBySource) {
-    auto& events = ioList.events;
     std::multimap<std::pair<UTF16String, TickTime>, Event> sorted;
-    for (std::size_t i = 0; i < events.size(); ++i) {
+    for (std::size_t i = 0; i < ioList.events.size(); ++i) {
         // The two lines of a transition stay together, where the second one belongs.
-        bool const isPair = i + 1 < events.size() && events[i + 1].number == events[i].number;
-        Event const& key = events[isPair ? i + 1 : i];
+        bool const isPair =
+            i + 1 < ioList.events.size() && ioList.events[i + 1].number == ioList.events[i].number;
+        Event const& key = ioList.events[isPair ? i + 1 : i];
         sorted.emplace(std::pair(inIsByReel ? key.reel : UTF16String(),
                                  inIsBySource ? key.sourceIn : key.recordIn),
-                       events[i]);
+                       ioList.events[i]);
     }
-    events.clear();
+    ioList.events.clear();
     for (auto& [key, event] : sorted) {
-        events.push_back(std::move(event));
+        ioList.events.push_back(std::move(event));
     }
 }
 
@@ -60,16 +56,18 @@ void Check(EditList const& inList, std::vector<UTF16String> const& inReels) {
         }
         TickTime const played = event.sourceOut - event.sourceIn;
         TickTime const recorded = event.recordOut - event.recordIn;
-        bool const isRetimed = event.speed != 1; // which is exact to a frame
-        TickTime const wanted = isRetimed ? recorded * std::abs(event.speed) : recorded;
+        // A list gives speeds, and so what they make of durations, only roughly.
+        TickTime const wanted = event.speed == 1 ? recorded : recorded * std::abs(event.speed);
         if (std::min(played, recorded) < kTickTime_Zero) {
             inList.Say(event.line, "$$$/edl/Backward=ends before it begins.");
         } else if (event.speed != 0 &&
-                   TickTime(played - wanted).Abs() > TickTime(isRetimed, inList.rate)) {
+                   TickTime(played - wanted).Abs() > TickTime(event.speed != 1, inList.rate)) {
             inList.Say(event.line, "$$$/edl/Times=records ^1 of the source in ^2.",
                        inList.Format().ToText(played), inList.Format().ToText(recorded));
         }
-        CheckPlace(inList, event, lasts);
+        if (event.recordIn < event.recordOut) { // not what a transition begins with
+            CheckPlace(inList, event, lasts);
+        }
         previous = event.line;
     }
 }

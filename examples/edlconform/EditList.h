@@ -6,12 +6,16 @@
 #include <brindle/config/ErrorCollector.h>
 #include <brindle/config/Report.h>
 #include <brindle/config/Text.h>
-#include <brindle/filesupport/File.h>
+#include <brindle/filesupport/FileContent.h>
+#include <brindle/filesupport/FilesystemPath.h>
 #include <brindle/proplist/MediaValues.h>
 #include <brindle/time/Timecode.h>
+#include <brindle/utility/Numbers.h>
 #include <brindle/utility/StringUtils.h>
 #include <brindle/utility/TextOperations.h>
 
+#include <algorithm>
+#include <cmath>
 #include <map>
 
 namespace edlconform {

@@ -1,11 +1,8 @@
 #include "EditList.h"
 
 #include <brindle/utility/DecodeText.h>
-#include <brindle/utility/Numbers.h>
 #include <brindle/utility/ParseNumbers.h>
 
-#include <algorithm>
-#include <cmath>
 #include <iomanip>
 #include <sstream>
 
@@ -31,16 +28,16 @@ struct Reader {
     /// Number, reel, track; "C", or another transition with its length in frames; four times.
     bool ReadEvent(std::vector<UTF16String> const& inWords) {
         auto const times = inWords.end() - 4;
-        auto const number = ParseInteger(inWords[0]);
-        auto const frames = inWords.size() == 9 ? ParseInteger(inWords[4]) : 0;
+        auto const number = ParseInteger(inWords[0]).value_or(-1);
+        auto const frames = inWords.size() == 9 ? ParseInteger(inWords[4]).value_or(-1) : 0;
         TickTime in, out, recordIn, recordOut;
         Event event;
-        bool const isGood = number && *number < 1000000 && frames && *frames >= 0 &&
-                            *frames < 1000 && ReadTime(times[0], in) && ReadTime(times[1], out) &&
+        bool const isGood = number >= 0 && number < 1000000 && frames >= 0 && frames < 1000 &&
+                            ReadTime(times[0], in) && ReadTime(times[1], out) &&
                             ReadTime(times[2], recordIn) && ReadTime(times[3], recordOut);
         if (isGood) {
-            Fields(event) = std::tuple(line, *number, inWords[1], UpperCase(inWords[2]), inWords[3],
-                                       TickTime(*frames, list.rate), in, out, recordIn, recordOut,
+            Fields(event) = std::tuple(line, number, inWords[1], UpperCase(inWords[2]), inWords[3],
+                                       TickTime(frames, list.rate), in, out, recordIn, recordOut,
                                        1.0, std::vector<UTF16String>());
             notes = &list.events.emplace_back(event).notes;
         }
@@ -98,9 +95,8 @@ void ReadText(EditList& ioList, std::vector<std::uint8_t> const& inBytes) {
 std::string TextOf(EditList const& inList) {
     auto const format = inList.Format();
     std::ostringstream text;
-    for (UTF16String const& line : inList.head) {
-        text << line << '\n';
-    }
+    std::ostream_iterator<UTF16String> const lines(text, "\n");
+    std::copy(inList.head.begin(), inList.head.end(), lines);
     text << "FCM: " << (inList.isDropFrame ? "" : "NON-") << "DROP FRAME\n" << std::left;
     for (Event const& event : inList.events) {
         auto const frames = static_cast<double>(event.length.ToFrame64(inList.rate));
@@ -116,9 +112,7 @@ std::string TextOf(EditList const& inList) {
                  << NumberToString(speed, 3, 1, kNumberFormat_NoInternationalize) << "  "
                  << format.ToText(event.sourceIn) << '\n';
         }
-        for (UTF16String const& note : event.notes) {
-            text << note << '\n';
-        }
+        std::copy(event.notes.begin(), event.notes.end(), lines);
     }
     return text.str();
 }

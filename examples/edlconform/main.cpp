@@ -18,23 +18,18 @@
 
 #include <brindle/config/Describe.h>
 #include <brindle/config/PrintingErrorManager.h>
-#include <brindle/filesupport/FileContent.h>
-#include <brindle/filesupport/FilesystemPath.h>
 #include <brindle/filesupport/PathNames.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/ForEach.h>
-#include <brindle/utility/Numbers.h>
 
 #include <iostream>
-#include <set>
 
 namespace edlconform {
 
 constexpr char kHelp[] =
-    "$$$/edl/Help=usage: edlconform --from=RATE [--to=RATE] [--counting=drop|non-drop] "
-    "[--start=TIME]\n  [--sort=reel|source] [--reels='A B C'] [--output=DIR] [--plist=FILE] "
-    "[--cache=DIR] [--jobs=N] FILE...\n";
+    "$$$/edl/Help=usage: edlconform --from=RATE [OPTION=VALUE...] FILE...\noptions: --to= --sort= "
+    "--counting= --start= --reels= --output= --plist= --cache= --jobs=\n";
 
 void Require(bool inIsMet, char const* inKey) {
     if (!inIsMet) {
@@ -59,7 +54,7 @@ struct Arguments {
         return words.count("--" + inName) != 0 ? words.at("--" + inName) : "";
     }
 
-    std::map<std::string, std::string> words;
+    std::map<std::string, std::string> words{{"--jobs", "-1"}};
     std::vector<std::string> files;
 };
 // end of bridge
@@ -85,8 +80,8 @@ void Change(EditList& ioList, Arguments const& inArguments) {
     Require(counting.empty() || (isCounted && (counting == "drop" || counting == "non-drop")),
             "$$$/edl/Counting=--counting is drop, if the rate has it, or non-drop.");
     auto const begin = ioList.Format().Evaluate(start.empty() ? "0" : start);
-    Require(begin.fault == TimecodeFault::kNone && begin.time >= kTickTime_Zero &&
-                begin.time <= kTickTime_Max,
+    Require(begin.fault == TimecodeFault::kNone &&
+                begin.time == std::clamp(begin.time, kTickTime_Zero, kTickTime_Max),
             "$$$/edl/Start=--start is no time at this rate.");
     bool const isMoved = !start.empty() && !ioList.events.empty();
     TickTime const way = isMoved ? begin.time - ioList.events[0].recordIn : TickTime();
@@ -143,22 +138,21 @@ void Tell(EditList const& inList, proplist::PropList& ioProperties) {
 }
 
 void Run(Arguments const& inArguments) {
-    std::set<std::filesystem::path> taken;
+    std::map<std::filesystem::path, int> uses;
     for (std::filesystem::path const file : inArguments.files) {
         auto const target = ToPath(FileIn(inArguments["output"], file, u".edl"_utf16));
-        Require(taken.insert(absolute(file).lexically_normal()).second &&
-                    (inArguments["output"].empty() ||
-                     taken.insert(absolute(target).lexically_normal()).second),
-                "$$$/edl/Target=A list comes twice, or would be replaced by another one.");
+        Require(
+            ++uses[absolute(file).lexically_normal()] == 1 &&
+                (inArguments["output"].empty() || ++uses[absolute(target).lexically_normal()] == 1),
+            "$$$/edl/Target=A list comes twice, or would be replaced by another one.");
     }
     EditList none{"", RateOf(inArguments["from"]), false, {}, {}};
     Change(none, inArguments); // throws if the options make no sense
     Require(!inArguments.files.empty(), "$$$/edl/Files=There is no FILE.");
     proplist::PropList properties;
     auto const process = [&](std::size_t i) { return Process(inArguments.files[i], inArguments); };
-    int const jobs = inArguments["jobs"].empty() ? -1 : std::atoi(inArguments["jobs"].c_str());
-    auto const pool =
-        threads::CreateAsyncThreadedExecutor("edlconform", jobs, threads::kThreadPriorityNormal);
+    auto const pool = threads::CreateAsyncThreadedExecutor(
+        "edlconform", std::atoi(inArguments["jobs"].c_str()), threads::kThreadPriorityNormal);
     auto const deliver = [&](std::size_t, Outcome const& outcome) {
         std::for_each(outcome.second.begin(), outcome.second.end(),
                       std::mem_fn(&CollectedError::Raise));
