@@ -17,7 +17,7 @@ IByteStream& operator>>(IByteStream& ioStream, Event& outEvent) {
     return ioStream;
 }
 
-/// Of which version of a list a cache is made, at which rate, and in which form.
+/// In which form a cache is, at which rate, of which version of which list.
 using CacheKey = std::vector<std::uint64_t>;
 
 /// Returns false if the cache has another key, and throws if it is damaged.
@@ -41,7 +41,8 @@ void Load(EditList& ioList, File const* inCache, ErrorCollector const& inErrors)
     File const file = FileFromNative(ioList.name);
     // A change from now on makes the cache stale.
     CacheKey const key{1, static_cast<std::uint64_t>(ioList.rate.GetTicksPerFrame()),
-                       file.Modified(), file.Size(kFileSize_Data)};
+                       file.Modified(), file.Size(kFileSize_Data),
+                       hash_value(absolute(ToPath(file)))};
     try {
         if (inCache != nullptr && inCache->Exists() && ReadCache(*inCache, key, ioList)) {
             return;

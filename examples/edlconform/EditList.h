@@ -28,8 +28,7 @@ using namespace brindle::utility;
 
 /// A line of the list. A transition has two of the same number.
 struct Event {
-    std::uint32_t line = 0;
-    std::int64_t number = 0;
+    std::uint32_t line = 0, number = 0;
     UTF16String reel, track, transition;
     TickTime length, sourceIn, sourceOut, recordIn, recordOut; ///< `length` is the transition's
     double speed = 1;                                          ///< 1 is as it was shot

@@ -100,9 +100,8 @@ std::string TextOf(EditList const& inList) {
     text << "FCM: " << (inList.isDropFrame ? "" : "NON-") << "DROP FRAME\n" << std::left;
     for (Event const& event : inList.events) {
         auto const frames = static_cast<double>(event.length.ToFrame64(inList.rate));
-        text << NumberToString(static_cast<double>(event.number), 3, 0, {}) << "  " << std::setw(8)
-             << event.reel << ' ' << std::setw(5) << event.track << ' ' << std::setw(4)
-             << event.transition << ' '
+        text << NumberToString(event.number, 3, 0, {}) << "  " << std::setw(8) << event.reel << ' '
+             << std::setw(5) << event.track << ' ' << std::setw(4) << event.transition << ' '
              << (frames == 0 ? u"   "_utf16 : NumberToString(frames, 3, 0, {})) << ' '
              << format.ToText(event.sourceIn) << ' ' << format.ToText(event.sourceOut) << ' '
              << format.ToText(event.recordIn) << ' ' << format.ToText(event.recordOut) << '\n';
