@@ -1,7 +1,6 @@
 // Checks edit decision lists, conforms them to a frame rate, and prints the time of each reel.
 //
-//   --from=RATE                    the rate at which the lists count, such as 25, 29.97 or
-//   30000/1001
+//   --from=RATE                    the rate at which the lists count, such as 25 or 29.97
 //   --to=RATE                      another rate to conform to
 //   --counting=drop or non-drop    another counting than that of the lists
 //   --start=01:00:00:00+25*60      where the record time begins
