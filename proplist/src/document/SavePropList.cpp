@@ -11,6 +11,17 @@ namespace brindle::proplist {
 
 namespace {
 
+using config::Because;
+using config::FileOperation;
+
+// The program is the reason, not the system.
+constexpr char kKey_SaveText[] =
+    "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text has a character "
+    "that the file cannot hold.";
+constexpr char kKey_SaveUnread[] =
+    "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not be read, and "
+    "what it holds would be lost.";
+
 /// Replaces carriage returns by references, since a reader turns plain ones into line feeds.
 void EscapeCarriageReturns(UTF8String& ioDocument) {
     auto at = ioDocument.find('\r');
@@ -48,14 +59,12 @@ void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
     WritePropList(document, inList);
     EscapeCarriageReturns(document);
     if (!impl::HasOnlyXMLCharacters(document) || impl::HasTextWithNul(inList)) {
-        throw filesupport::file_exception(
-            ioFile, "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text "
-                    "has a character that the file cannot hold.");
+        throw Because(filesupport::file_exception(ioFile, kKey_SaveText), FileOperation::kReplace,
+                      utility::SystemError::kNone);
     }
     if (IsUnread(inList, ioFile.FullPath())) {
-        throw filesupport::file_exception(
-            ioFile, "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not "
-                    "be read, and what it holds would be lost.");
+        throw Because(filesupport::file_exception(ioFile, kKey_SaveUnread), FileOperation::kReplace,
+                      utility::SystemError::kNone);
     }
 
     filesupport::SafeSaveText(ioFile, document);
