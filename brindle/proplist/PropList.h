@@ -42,6 +42,38 @@ IfStandardKey<Key> KeyOf(Key const& inKey) {
     return UTF8String(key.begin(), key.end());
 }
 
+// Whether `SetValue` and `GetValue` take a type. What they do not take matches an overload of its
+// own, so that a mistake is one error and not a list of all overloads.
+
+template <typename Key>
+constexpr bool kIsKey = std::is_convertible_v<Key const&, UTF8String const&> ||
+                        std::is_convertible_v<Key const&, std::string_view>;
+
+template <typename T>
+constexpr bool kIsStorableScalar = std::is_arithmetic_v<T> || std::is_enum_v<T>;
+template <>
+inline constexpr bool kIsStorableScalar<char> = false;
+template <>
+inline constexpr bool kIsStorableScalar<wchar_t> = false;
+template <>
+inline constexpr bool kIsStorableScalar<char16_t> = false;
+template <>
+inline constexpr bool kIsStorableScalar<char32_t> = false;
+
+#define BRN_IS_CONVERTIBLE(Name, T, ...)                                                           \
+    || std::is_convertible_v<Value const&, T const&> ||                                            \
+        std::is_convertible_v<Value const&, std::list<T> const&>
+#define BRN_IS_TARGET(Name, T, ...)                                                                \
+    || std::is_convertible_v<Value*, T*> || std::is_convertible_v<Value*, std::list<T>*>
+template <typename Value>
+constexpr bool kIsStorable = kIsStorableScalar<Value> ||
+                             (std::is_class_v<Value> &&
+                              (false BRN_PROPERTY_TYPES(BRN_IS_CONVERTIBLE)));
+template <typename Value>
+constexpr bool kIsReadable = std::is_integral_v<Value> BRN_PROPERTY_TYPES(BRN_IS_TARGET);
+#undef BRN_IS_CONVERTIBLE
+#undef BRN_IS_TARGET
+
 /// What `Get` returns for a `T`: a text that owns its characters.
 template <typename T>
 struct Gotten;
@@ -183,12 +215,31 @@ public:
 
     /// Keys without `_utf8`.
     template <typename Key, typename T, typename = impl::IfStandardKey<Key>>
-    void SetValue(Key const& inKey, T const& inValue) {
+    std::enable_if_t<impl::kIsStorable<T>> SetValue(Key const& inKey, T const& inValue) {
         SetValue(impl::KeyOf(inKey), inValue);
     }
     template <typename Key, typename T, typename = impl::IfStandardKey<Key>>
-    bool GetValue(Key const& inKey, T& ioValue) const {
+    std::enable_if_t<impl::kIsReadable<T>, bool> GetValue(Key const& inKey, T& ioValue) const {
         return GetValue(impl::KeyOf(inKey), ioValue);
+    }
+
+    /// What is not a key, or not of a property's type, fails to compile with one reason.
+    template <typename Key, typename T>
+    std::enable_if_t<!(impl::kIsKey<Key> && impl::kIsStorable<T>)&&!std::is_null_pointer_v<T>>
+    SetValue(Key const&, T const&) {
+        static_assert(impl::kIsKey<Key>,
+                      "a key is a UTF8String, or a text of the standard library");
+        static_assert(!impl::kIsKey<Key> || impl::kIsStorable<T>,
+                      "this is not the type of a property: Set takes every usual type");
+    }
+    template <typename Key, typename T>
+    std::enable_if_t<!(impl::kIsKey<Key> && impl::kIsReadable<T>), bool> GetValue(Key const&,
+                                                                                  T&) const {
+        static_assert(impl::kIsKey<Key>,
+                      "a key is a UTF8String, or a text of the standard library");
+        static_assert(!impl::kIsKey<Key> || impl::kIsReadable<T>,
+                      "this is not the type of a property: Get takes every usual type");
+        return false;
     }
 
     /// A pointer, a string literal among them, would be stored as a `bool`, and a character as a

@@ -211,10 +211,14 @@ constexpr bool CheckIsValue() {
         return true;
     } else if constexpr (Sequence<T>::value) {
         using Element = typename T::value_type;
-        static_assert(!HasListForm<Element>::value &&
-                          !Sequence<typename StoredElement<Element>::Type>::value,
-                      "the elements of an array are single flags, numbers or texts");
-        return CheckIsValue<Element>();
+        if constexpr (HasListForm<Element>::value ||
+                      Sequence<typename StoredElement<Element>::Type>::value) {
+            static_assert(kNoValue<T>,
+                          "the elements of an array are single flags, numbers or texts");
+            return false;
+        } else {
+            return CheckIsValue<Element>();
+        }
     } else if constexpr (kIsCharacter<T>) {
         static_assert(kNoValue<T>, "a character is no value: store a text, or an int");
         return false;
@@ -310,21 +314,25 @@ bool FromStored(Stored const& inStored, T& outValue) {
 template <typename T>
 bool ReadSequence(PropList const& inList, UTF8String const& inKey, T& outValues) {
     using Element = typename T::value_type;
-    static_assert(!kIsBorrowedText<Element>, "read texts as std::string or UTF8String");
-    std::vector<typename StoredElement<Element>::Type> stored;
-    if (!ReadElements(inList, inKey, stored)) {
+    if constexpr (kIsBorrowedText<Element>) {
+        static_assert(kNoValue<T>, "read texts as std::string or UTF8String");
         return false;
-    }
-    T values;
-    for (auto const& each : stored) {
-        Element element{};
-        if (!FromStored<Element>(each, element)) {
+    } else {
+        std::vector<typename StoredElement<Element>::Type> stored;
+        if (!ReadElements(inList, inKey, stored)) {
             return false;
         }
-        values.push_back(std::move(element));
+        T values;
+        for (auto const& each : stored) {
+            Element element{};
+            if (!FromStored<Element>(each, element)) {
+                return false;
+            }
+            values.push_back(std::move(element));
+        }
+        outValues = std::move(values);
+        return true;
     }
-    outValues = std::move(values);
-    return true;
 }
 
 template <typename T>

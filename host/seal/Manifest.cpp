@@ -5,11 +5,11 @@
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
 #include "host/plist/LoadList.h"
-#include "host/seal/PercentNames.h"
 #include <brindle/utility/Digits.h>
 
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
+#include <brindle/utility/PercentNames.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
@@ -92,7 +92,7 @@ std::string Quoted(UTF8String const& inKey) {
 
 std::string ReadPath(UTF8String const& inKey) {
     std::string path;
-    if (!PercentDecode(inKey, path) || !IsPathBelow(path)) {
+    if (!utility::PercentDecode(inKey, path) || !IsPathBelow(path)) {
         Refuse(Quoted(inKey) + " is no path below the root");
     }
     return path;
@@ -154,11 +154,11 @@ void ReadEntries(PropList const* inList,
 NewManifest::NewManifest(std::string const& inRoot)
     : mFiles(*mList.NewSubList(kKey_Files)), mOthers(*mList.NewSubList(kKey_Others)) {
     mList.SetValue(kKey_Format, kFormat);
-    mList.SetValue(kKey_Root, PercentEncoded(inRoot));
+    mList.SetValue(kKey_Root, utility::PercentEncoded(inRoot));
 }
 
 void NewManifest::Add(std::string const& inPath, EntryState const& inState) {
-    UTF8String const key = PercentEncoded(inPath);
+    UTF8String const key = utility::PercentEncoded(inPath);
     if (inState.kind != EntryState::kFile) {
         mOthers.SetValue(key, AsUTF8(kKindWords[inState.kind]));
         return;
@@ -192,7 +192,7 @@ Manifest ReadManifest(std::string const& inName) {
     }
     Manifest manifest;
     UTF8String root;
-    if (!list.GetValue(kKey_Root, root) || !PercentDecode(root, manifest.root) ||
+    if (!list.GetValue(kKey_Root, root) || !utility::PercentDecode(root, manifest.root) ||
         manifest.root.empty() || manifest.root.find('\0') != std::string::npos) {
         Refuse("its root is missing or wrong");
     }

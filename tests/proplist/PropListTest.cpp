@@ -218,7 +218,7 @@ TEST_F(PropLists, NestAMillionDeep) {
             list = list->NewSubList("a"_utf8);
         }
         UTF8String text;
-        node->AppendXML(text);
+        node->AppendXML(text, impl::NumberDigits::kSix);
         EXPECT_EQ(text.size(), std::size_t{kDepth} * 126 + 25);
         tests::AllocationFailure const failure(way.allocations);
         way.end(node);

@@ -25,7 +25,7 @@ public:
     virtual ~PropNodeBase() = default;
 
     /// Appends the value as its XML element.
-    virtual void AppendXML(UTF8String& ioText) const = 0;
+    virtual void AppendXML(UTF8String& ioText, NumberDigits inDigits) const = 0;
 
     /// A node with the same key and value; for a nested list, with an empty list.
     virtual std::unique_ptr<PropNodeBase> Clone() const = 0;
@@ -60,7 +60,9 @@ public:
     SimpleTypeArrayNode(UTF8String const& inKey, T const& inValue)
         : PropNodeBase(kType, inKey), mValue(inValue) {}
 
-    void AppendXML(UTF8String& ioText) const override { AppendElement(ioText, mValue); }
+    void AppendXML(UTF8String& ioText, NumberDigits inDigits) const override {
+        AppendElement(ioText, mValue, inDigits);
+    }
     std::unique_ptr<PropNodeBase> Clone() const override {
         return std::make_unique<SimpleTypeArrayNode>(GetKey(), mValue);
     }
@@ -89,12 +91,12 @@ public:
     PropListArrayNode(UTF8String const& inKey, Values const& inValues)
         : PropNodeBase(kType, inKey), mValues(inValues.begin(), inValues.end()) {}
 
-    void AppendXML(UTF8String& ioText) const override {
+    void AppendXML(UTF8String& ioText, NumberDigits inDigits) const override {
         AppendText(ioText, "<array>\n<array.type>");
         AppendText(ioText, ElementTags<T>::kEmpty);
         AppendText(ioText, "</array.type>\n");
         for (auto const& value : mValues) {
-            AppendElement(ioText, value);
+            AppendElement(ioText, value, inDigits);
         }
         AppendText(ioText, "</array>\n");
     }
@@ -130,7 +132,11 @@ public:
 
     explicit PropListNode(UTF8String const& inKey) : PropNodeBase(kType, inKey) {}
 
-    void AppendXML(UTF8String& ioText) const override { mList.OutputAsXMLFragment(ioText); }
+    /// With six digits: a writer that asks for more does not come here, because it visits nested
+    /// lists without recursion.
+    void AppendXML(UTF8String& ioText, NumberDigits) const override {
+        mList.OutputAsXMLFragment(ioText);
+    }
     std::unique_ptr<PropNodeBase> Clone() const override {
         return std::make_unique<PropListNode>(GetKey());
     }

@@ -1,4 +1,4 @@
-#include "host/seal/PercentNames.h"
+#include <brindle/utility/PercentNames.h>
 
 #include <brindle/utility/Digits.h>
 #include <brindle/utility/UTF8Sequence.h>
@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace brindle::host {
+namespace brindle::utility {
 
 namespace {
 
@@ -15,7 +15,7 @@ constexpr char kDigits[] = "0123456789ABCDEF";
 /// The length in bytes of the character at the position, if it needs no encoding; 0 if it does.
 std::size_t PlainLength(std::string const& inName, std::size_t inPosition) {
     auto const [character, length] =
-        utility::DecodeUTF8Sequence(inName.data() + inPosition, inName.size() - inPosition);
+        DecodeUTF8Sequence(inName.data() + inPosition, inName.size() - inPosition);
     bool const isControl = character < 0x20 || (0x7F <= character && character <= 0x9F);
     bool const isSurrogate = 0xD800 <= character && character <= 0xDFFF;
     bool const isNoncharacter = character == 0xFFFE || character == 0xFFFF;
@@ -52,16 +52,16 @@ bool PercentDecode(UTF8String const& inText, std::string& outName) {
         if (inText.size() - i <= 2) {
             return false;
         }
-        auto const high = utility::HexDigitValue(inText[i + 1]);
-        auto const low = utility::HexDigitValue(inText[i + 2]);
+        auto const high = HexDigitValue(inText[i + 1]);
+        auto const low = HexDigitValue(inText[i + 2]);
         if ((high | low) > 15) {
             return false;
         }
         outName += static_cast<char>(high << 4 | low);
         i += 2;
     }
-    // Every name has one encoding, so no two keys of a manifest name the same file.
+    // Every name has one encoding, so that no two texts are the same name.
     return PercentEncoded(outName) == inText;
 }
 
-} // namespace brindle::host
+} // namespace brindle::utility
