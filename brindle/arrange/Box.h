@@ -26,7 +26,8 @@ class FramedArrangement;
 /// What boxes of all kinds have in common: a list of children that may change at run time, and the
 /// look of the group.
 ///
-/// A box owns a child that it was given as a `unique_ptr` or that it made, and points to any other.
+/// A box owns a child that it was given as a `unique_ptr` or that it made, and points to any other;
+/// it becomes the parent of both.
 /// Boxes and children may be destroyed in any order: a box leaves out a child that was destroyed
 /// when it is measured next. A change invalidates the box, so the tree is rearranged before the
 /// operation returns; while the tree is being arranged, as in the place function of a leaf, the box

@@ -165,7 +165,7 @@ TEST(FunctionLeaf, TheHeightFollowsTheWidth) {
     FunctionLeaf text({Flexible(20, 100), 0}), below({10, 10});
     text.SetHeightForWidth(linesOfText);
     Box<Column> column({&text, &below});
-    EXPECT_EQ(column.BestSize(), (PointT<float>{100, 20}));
+    EXPECT_EQ(column.BestSize(), (PointT<float>{20, 20}));
     for (float const width : {50.0F, 200.0F}) {
         column.Arrange({0, 0, width, 100});
         EXPECT_EQ(text.Place()->height, 1000 / width);

@@ -121,11 +121,14 @@ TEST_F(Layout, NamesTheWrongKeyWithItsPath) {
          "expected, not \"row\""},
         {mLeaf + Row(Pair("1", List(mLeaf))),
          "height: unknown key; known here are kind, children, spacing, alignment, separators, "
-         "label, margins"},
+         "name, label, margins"},
         {Pair("width", flag) + Pair("hight\n", flag),
-         "hight\\n: unknown key; known here are width, height, role, label, margins, kind, "
+         "hight\\n: unknown key; known here are width, height, role, name, label, margins, kind, "
          "children"},
         {mLeaf + Pair("label", List("")), "label: a text is expected, not a list"},
+        {Row(Pair("1", List(Pair("name", Text("x")))) +
+             Pair("2", List(mLeaf + Pair("name", Text("x"))))),
+         "children/2/name: another node is named \"x\", too"},
         {Pair("width", "<array><true/></array>"),
          "width: a number or a list is expected, not an array"},
         {Row(""), "children: is missing; a list with at least one child is expected"},

@@ -55,10 +55,15 @@ void AbstractBox::Insert(std::size_t inIndex, IArrangeable& inChild) {
 }
 
 void AbstractBox::InsertEntry(std::size_t inIndex, Entry inEntry) {
-    if (inEntry.Get() == nullptr) {
+    IArrangeable* const child = inEntry.Get();
+    if (child == nullptr) {
         return;
     }
-    ForgetDestroyed();
+    child->SetParent(this);
+    // Not each time, so that a long list is made in linear time.
+    if (inIndex != kEnd || mChildren.size() == mChildren.capacity()) {
+        ForgetDestroyed();
+    }
     auto const index = static_cast<std::ptrdiff_t>(std::min(inIndex, mChildren.size()));
     mChildren.insert(mChildren.begin() + index, std::move(inEntry));
     NoteChange();

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-namespace brindle::host::layout {
+namespace brindle::arrange::impl {
 
-/// Reads a property list in which every key must be known. Throws `description_error`, with the
+/// Reads a property list in which every key must be known. Throws `layout_error`, with the
 /// path of the key, for anything unexpected.
 class ListReader {
 public:
@@ -56,4 +56,4 @@ private:
     std::string mPrefix;
 };
 
-} // namespace brindle::host::layout
+} // namespace brindle::arrange::impl

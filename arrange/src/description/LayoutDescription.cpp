@@ -1,12 +1,15 @@
-#include "host/layout/ReadDescription.h"
+#include <brindle/arrange/LayoutDescription.h>
 
-#include "host/layout/ListReader.h"
+#include <brindle/proplist/PropList.h>
 
+#include "arrange/src/description/ListReader.h"
+
+#include <set>
 #include <utility>
 
-namespace brindle::host::layout {
+namespace brindle::arrange {
 
-using namespace arrange;
+using impl::ListReader;
 using proplist::PropList;
 
 namespace {
@@ -18,12 +21,12 @@ Words const kKinds{"Row",       "Column", "Flipping", "HorizontalWrapping", "Ver
                    "AutoLayout"};
 Words const kHorizontalAlignments{"left", "centre", "right"};
 Words const kVerticalAlignments{"top", "centre", "bottom"};
-Words const kRoles(kRoleNames.begin(), kRoleNames.end());
+Words const kRoles(kLeafRoleNames.begin(), kLeafRoleNames.end());
 
 Words const kGroupKeys{"kind",       "children", "spacing", "alignment",
-                       "separators", "label",    "margins"};
+                       "separators", "name",     "label",   "margins"};
 /// Including the two that would make the node a group.
-Words const kLeafKeys{"width", "height", "role", "label", "margins", "kind", "children"};
+Words const kLeafKeys{"width", "height", "role", "name", "label", "margins", "kind", "children"};
 
 constexpr char kNumberOrList[] = "a number or a list";
 
@@ -36,8 +39,8 @@ void ReadWord(ListReader const& inReader, char const* inKey, Words const& inWord
     }
 }
 
-MarginsDescription ReadMargins(ListReader const& inNode) {
-    MarginsDescription margins;
+Margins ReadMargins(ListReader const& inNode) {
+    Margins margins;
     if (!inNode.HasList("margins")) {
         float const all = inNode.Number("margins", kNumberOrList).value_or(0);
         return {all, all, all, all};
@@ -69,17 +72,16 @@ float ReadBest(ListReader const& inReader, char const* inKey, char const* inExpe
     return *best;
 }
 
-ExtentDescription ReadExtent(ListReader const& inNode, char const* inKey) {
-    ExtentDescription extent;
+Extent ReadExtent(ListReader const& inNode, char const* inKey) {
     if (!inNode.HasList(inKey)) {
-        extent.best = ReadBest(inNode, inKey, kNumberOrList);
-        return extent;
+        return ReadBest(inNode, inKey, kNumberOrList);
     }
     ListReader const list = *inNode.List(inKey);
     list.RefuseOtherKeys({"best", "minimum", "expandable", "maximum"});
-    extent.best = ReadBest(list, "best", "a number");
-    extent.minimum = list.Number("minimum");
+    Extent extent = ReadBest(list, "best", "a number");
+    extent.minimum = list.Number("minimum").value_or(extent.best);
     extent.isExpandable = list.Flag("expandable").value_or(false);
+    extent.maximum = kLargestSize;
     if (auto const maximum = list.Number("maximum")) {
         extent.maximum = *maximum;
         if (!extent.isExpandable) {
@@ -89,15 +91,21 @@ ExtentDescription ReadExtent(ListReader const& inNode, char const* inKey) {
     return extent;
 }
 
-void ReadLeaf(ListReader const& inReader, NodeDescription& outLeaf) {
+/// The program gives a leaf with a name its size, so the list need not.
+void ReadLeaf(ListReader const& inReader, LayoutDescription& outLeaf) {
     ReadWord(inReader, "role", kRoles, outLeaf.role);
-    outLeaf.width = ReadExtent(inReader, "width");
-    outLeaf.height = ReadExtent(inReader, "height");
+    bool const isBound = !outLeaf.name.empty();
+    if (!isBound || inReader.Has("width")) {
+        outLeaf.sizes.width = ReadExtent(inReader, "width");
+    }
+    if (!isBound || inReader.Has("height")) {
+        outLeaf.sizes.height = ReadExtent(inReader, "height");
+    }
 }
 
 /// Returns the lists of the children, which the caller reads into `outGroup.children`.
 std::vector<ListReader::NumberedList> ReadGroup(ListReader const& inReader,
-                                                NodeDescription& outGroup) {
+                                                LayoutDescription& outGroup) {
     auto const kind = inReader.Word("kind", kKinds);
     if (!kind) {
         inReader.FailAsMissing("kind", "the kind of the group");
@@ -121,34 +129,36 @@ std::vector<ListReader::NumberedList> ReadGroup(ListReader const& inReader,
 
 class TreeReader {
 public:
-    NodeDescription Read(PropList const& inList) {
+    LayoutDescription Read(PropList const& inList) {
         try {
-            NodeDescription root;
+            LayoutDescription root;
             ReadNode(inList, root);
             while (!mOpenGroups.empty()) {
                 ReadNext();
             }
             return root;
-        } catch (description_error const& error) {
-            throw description_error(Path() + error.what());
+        } catch (layout_error const& error) {
+            throw layout_error(Path() + error.what());
         }
     }
 
 private:
     struct OpenGroup {
-        NodeDescription* description;
+        LayoutDescription* description;
         std::vector<ListReader::NumberedList> children;
         std::size_t readCount = 0;
     };
 
-    void ReadNode(PropList const& inList, NodeDescription& outNode) {
+    void ReadNode(PropList const& inList, LayoutDescription& outNode) {
         ListReader const reader(inList);
         // Unknown keys are reported before missing ones: a key may seem missing because it is
         // misspelt.
         bool const isGroup = reader.Has("kind") || reader.Has("children");
         reader.RefuseOtherKeys(isGroup ? kGroupKeys : kLeafKeys);
-        if (auto const label = reader.Text("label")) {
-            outNode.label = *label;
+        outNode.label = reader.Text("label").value_or("");
+        outNode.name = reader.Text("name").value_or("");
+        if (!outNode.name.empty() && !mNames.insert(outNode.name).second) {
+            reader.Fail("name", "another node is named \"" + outNode.name + "\", too");
         }
         outNode.margins = ReadMargins(reader);
         if (!isGroup) {
@@ -159,8 +169,7 @@ private:
         mOpenGroups.push_back({&outNode, std::move(children)});
         if (mOpenGroups.size() == kMostLevels) {
             mOpenGroups.clear();
-            throw description_error("the tree has more than " + std::to_string(kMostLevels) +
-                                    " levels");
+            throw layout_error("the tree has more than " + std::to_string(kMostLevels) + " levels");
         }
     }
 
@@ -171,7 +180,7 @@ private:
             return;
         }
         ListReader::NumberedList const& child = group.children[group.readCount];
-        NodeDescription& description = group.description->children[group.readCount];
+        LayoutDescription& description = group.description->children[group.readCount];
         ++group.readCount;
         description.key = child.number;
         ReadNode(*child.list, description);
@@ -186,13 +195,14 @@ private:
         return path;
     }
 
+    std::set<std::string> mNames;
     std::vector<OpenGroup> mOpenGroups; ///< the groups around the current node, the root first
 };
 
 } // namespace
 
-NodeDescription ReadDescription(PropList const& inList) {
+LayoutDescription ReadLayoutDescription(PropList const& inList) {
     return TreeReader().Read(inList);
 }
 
-} // namespace brindle::host::layout
+} // namespace brindle::arrange

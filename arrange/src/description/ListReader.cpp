@@ -1,7 +1,7 @@
-#include "host/layout/ListReader.h"
+#include "arrange/src/description/ListReader.h"
 
-#include "host/commandline/PlainText.h"
-#include "host/layout/NodeDescription.h"
+#include <brindle/arrange/LayoutDescription.h>
+#include <brindle/utility/TextConversions.h>
 
 #include <algorithm>
 #include <charconv>
@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace brindle::host::layout {
+namespace brindle::arrange::impl {
 
 using namespace proplist;
 
@@ -65,7 +65,7 @@ void ListReader::RefuseOtherKeys(std::vector<char const*> const& inKnown) const 
     std::list<UTF8String> keys;
     mList->GetPropertyNames(keys);
     for (UTF8String const& key : keys) {
-        std::string const text = PlainText(key);
+        std::string const text = utility::ToStd(key);
         if (std::find(inKnown.begin(), inKnown.end(), text) == inKnown.end()) {
             Fail(text, "unknown key; known here are " + Joined(inKnown));
         }
@@ -121,10 +121,10 @@ std::optional<std::string> ListReader::Text(char const* inKey) const {
         return {};
     case kPropertyType_UTF8String:
         mList->GetValue(KeyOf(inKey), text);
-        return PlainText(text);
+        return utility::ToStd(text);
     case kPropertyType_UTF16String:
         mList->GetValue(KeyOf(inKey), wideText);
-        return PlainText(wideText);
+        return utility::ToStd(wideText);
     default:
         FailAsOther(inKey, "a text");
     }
@@ -160,7 +160,7 @@ std::vector<ListReader::NumberedList> ListReader::NumberedLists() const {
     std::vector<NumberedList> lists;
     lists.reserve(keys.size());
     for (UTF8String const& key : keys) {
-        std::string const text = PlainText(key);
+        std::string const text = utility::ToStd(key);
         std::uint32_t number = 0;
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error != std::errc() || end != text.data() + text.size() || text[0] == '0') {
@@ -186,7 +186,7 @@ void ListReader::FailAsOther(std::string const& inKey, std::string const& inExpe
 }
 
 void ListReader::Fail(std::string const& inKey, std::string const& inReason) const {
-    throw description_error(mPrefix + inKey + ": " + inReason);
+    throw layout_error(mPrefix + inKey + ": " + inReason);
 }
 
-} // namespace brindle::host::layout
+} // namespace brindle::arrange::impl
