@@ -88,8 +88,9 @@ public:
         gtk_window_set_default_size(GTK_WINDOW(Widget("window")),
                                     mHost.preferences.Get("width", 600),
                                     mHost.preferences.Get("height", 440));
+        gtk_widget_show_all(Widget("layout")); // what is not shown has no size
         Translate();
-        gtk_widget_show_all(Widget("window"));
+        gtk_widget_show(Widget("window"));
     }
     ~Window() { g_object_unref(mBuilder); }
 
