@@ -16,33 +16,33 @@ namespace offload {
 using namespace filesupport;
 using config::Text;
 
-UTF16String State::Summary() const {
-    return Text(isCancelled ? "$$$/offload/Cancelled=Cancelled: ^1 ^1{one=file|other=files} "
-                              "copied, ^2 already there, ^3 failed."
-                            : "$$$/offload/Done=^1 ^1{one=file|other=files} copied, ^2 already "
-                              "there, ^3 failed.",
-                {copied, present, failures.size()});
-}
-
-Offload::Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow,
-                 Show inFinish)
-    : mOrder(std::move(inOrder)), mPool(inPool), mProgress(inLoop, std::move(inShow)),
-      mGroup(inPool) {
+Offload::Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow)
+    : mOrder(std::move(inOrder)), mPool(inPool), mProgress(inLoop, inShow), mGroup(inPool) {
     mGroup.Run([this] { Try([this] { Run(); }); });
-    mGroup.WhenDone(inLoop, [this, finish = std::move(inFinish)](std::exception_ptr) {
-        mState.isCancelled = mGroup.IsCancelled();
-        finish(mState);
+    mGroup.WhenDone(inLoop, [this, show = std::move(inShow)](std::exception_ptr) {
+        mState.summary = Text(
+            "$$$/offload/Done=^4{0=|other=Cancelled: }^1 ^1{one=file|other=files} copied, "
+            "^2 already there, ^3 failed.",
+            {mState.copied, mState.present, mState.failures.size(), mGroup.IsCancelled() ? 1 : 0});
+        show(mState);
     });
 }
 
-void Offload::Change(std::function<void(State&)> const& inChange) {
+void Offload::Advance(std::uint64_t inBytes, std::size_t State::*inCounter) {
     std::lock_guard const lock(mMutex);
-    inChange(mState);
+    mState.bytes += inBytes;
+    if (inCounter != nullptr) {
+        ++(mState.*inCounter);
+    }
     mProgress.Set(mState);
 }
 
-void Offload::Fail(UTF16String const& inSentence) {
-    Change([&](State& ioState) { ioState.failures.push_back(inSentence); });
+/// Returns no entry.
+Manifest::Entry Offload::Fail(UTF16String const& inSentence) {
+    std::lock_guard const lock(mMutex);
+    mState.failures.push_back(inSentence);
+    mProgress.Set(mState);
+    return {};
 }
 
 /// What fails is told, and does not stop the rest.
@@ -58,28 +58,22 @@ void Offload::Try(std::function<void()> const& inFunction) {
 }
 
 void Offload::Run() {
-    if (!mOrder.source.Exists()) {
-        return Fail(Text("$$$/offload/NoSource=There is no folder '^1'.", {mOrder.source}));
-    }
     auto const inside = ToPath(mOrder.destination).lexically_relative(ToPath(mOrder.source));
     if (!inside.empty() && *inside.begin() != "..") {
-        return Fail(Text("$$$/offload/Inside=The destination must be outside the card."));
+        Fail(Text("$$$/offload/Inside=The destination must be outside the card."));
+        return;
     }
     mOrder.destination.CreateAll();
     auto const files = ListFiles();
     Manifest manifest(mOrder);
-    if (!manifest.damaged.empty()) {
-        Fail(Text("$$$/offload/Damaged=The manifest was damaged, and has been moved to '^1'.",
-                  {File(manifest.damaged)}));
-    }
     auto const transfer = [&](std::size_t inIndex) {
-        std::optional<Entry> entry;
+        Manifest::Entry entry;
         Try([&] { entry = Transfer(files[inIndex], manifest); });
         return entry;
     };
-    auto const note = [&](std::size_t inIndex, std::optional<Entry> const& inEntry) {
-        if (inEntry) {
-            manifest.Set(files[inIndex], *inEntry);
+    auto const note = [&](std::size_t inIndex, Manifest::Entry inEntry) {
+        if (!inEntry.IsEmpty()) {
+            manifest.Set(files[inIndex], std::move(inEntry));
         }
     };
     try {
@@ -92,65 +86,56 @@ void Offload::Run() {
 
 /// Also makes the directories, and removes what a run left there that was killed.
 std::vector<Offload::Path> Offload::ListFiles() {
-    auto const relative = [source = ToPath(mOrder.source)](Path const& inPath) {
-        return inPath.lexically_relative(source);
+    auto const failing = [this](char const* inLiteral) {
+        return [=](Dir const& inDir) { Fail(Text(inLiteral, {inDir})); };
     };
     std::vector<Path> files;
     std::set<Dir> dirs;
-    std::uint64_t bytes = 0;
     WalkOptions options;
     options.leaveOutSaves = true;
-    options.onUnreadableDir = [&](Dir const& inDir) {
-        Fail(Text("$$$/offload/Unreadable=Could not read the folder '^1'.", {inDir}));
-    };
-    options.onDirLink = [&](Dir const& inDir) {
-        Fail(Text("$$$/offload/Link=The link '^1' was not followed.", {inDir}));
-    };
+    options.onUnreadableDir = failing("$$$/offload/Unreadable=Could not read the folder '^1'.");
+    options.onDirLink = failing("$$$/offload/Link=The link '^1' was not followed.");
     options.onEmptyDir = [&](Dir const& inDir) { dirs.insert(inDir); };
     for (RecursiveFileIterator file(mOrder.source, options), end; file != end; ++file) {
         mGroup.Token().ThrowIfCancelled();
-        files.push_back(relative(ToPath(*file)));
+        files.push_back(ToPath(*file).lexically_relative(ToPath(mOrder.source)));
         dirs.insert(file.CurrentDir());
-        bytes += (*file).Size(kFileSize_Data);
+        mState.totalBytes += (*file).Size(kFileSize_Data);
     }
+    mState.files = files.size();
     for (Dir const& dir : dirs) {
         Try([&] {
-            Dir const made = DirFromPath(ToPath(mOrder.destination) / relative(ToPath(dir)));
-            made.CreateAll();
-            SafeSave::RemoveAbandoned(made);
+            auto const path = ToPath(dir).lexically_relative(ToPath(mOrder.source));
+            Dir const copy = DirFromPath(ToPath(mOrder.destination) / path);
+            copy.CreateAll();
+            SafeSave::RemoveAbandoned(copy);
         });
     }
-    Change([&](State& ioState) {
-        ioState.files = files.size();
-        ioState.totalBytes = bytes;
-    });
     return files;
 }
 
-std::optional<Entry> Offload::Transfer(Path const& inPath, Manifest const& inManifest) {
+Manifest::Entry Offload::Transfer(Path const& inPath, Manifest const& inManifest) {
     File const original = FileFromPath(ToPath(mOrder.source) / inPath);
     File const copy = FileFromPath(ToPath(mOrder.destination) / inPath);
-    Entry entry{original.Size(kFileSize_Data), original.Modified(), 0};
     if (copy == inManifest.file) {
-        Fail(Text("$$$/offload/Manifest=The manifest of the card itself was not copied."));
-        return {};
+        return Fail(Text("$$$/offload/Manifest=The card's own '^1' was not copied.", {inPath}));
     }
+    Manifest::Entry entry;
+    auto const size = original.Size(kFileSize_Data);
+    entry.Set("size", size);
+    entry.Set("modified", original.Modified());
     if (copy.Exists()) {
-        auto const known = inManifest.Find(inPath);
-        bool const isListed =
-            known && known->size == entry.size && known->modified == entry.modified;
-        entry.crc = isListed ? known->crc : SumOf(original);
-        if (copy.Size(kFileSize_Data) == entry.size && SumOf(copy) == entry.crc) {
-            Change([&](State& ioState) {
-                ++ioState.present;
-                ioState.bytes += entry.size;
-            });
+        auto const* const known = inManifest.Find(inPath);
+        entry.Set("crc", known != nullptr ? known->Get("crc", 0U) : 0U);
+        bool const isListed = known != nullptr && *known == entry;
+        entry.Set("crc", isListed ? known->Get("crc", 0U) : SumOf(original));
+        if (copy.Size(kFileSize_Data) == size && SumOf(copy) == entry.Get("crc", 0U)) {
+            Advance(size, &State::present);
             return entry;
         }
         if (!isListed) {
-            Fail(Text("$$$/offload/Other='^1' is another file than the card's, and was kept.",
-                      {copy}));
-            return {};
+            return Fail(
+                Text("$$$/offload/Other='^1' is another file than the card's: kept.", {copy}));
         }
     }
     std::uint64_t shown = 0;
@@ -158,12 +143,13 @@ std::optional<Entry> Offload::Transfer(Path const& inPath, Manifest const& inMan
     options.keepTimes = options.sum = true;
     options.isCancelled = [token = mGroup.Token()] { return token.IsCancelled(); };
     options.progress = [&](std::uint64_t inDone, std::uint64_t) {
-        Change([&](State& ioState) { ioState.bytes += inDone - std::exchange(shown, inDone); });
+        Advance(inDone - std::exchange(shown, inDone));
     };
     auto const copied = CopyFile(original, copy, options);
     mGroup.Token().ThrowIfCancelled();
-    Change([&](State& ioState) { ++ioState.copied; });
-    return Entry{copied.size, entry.modified, copied.crc};
+    Advance(0, &State::copied);
+    entry.Set("crc", copied.crc);
+    return entry;
 }
 
 // bridge: the sum of a file

@@ -17,11 +17,7 @@ struct State {
     std::uint64_t bytes = 0;
     std::uint64_t totalBytes = 0;
     std::vector<UTF16String> failures; // a sentence for each
-    bool isCancelled = false;
-
-    bool HasSucceeded() const { return failures.empty() && !isCancelled; }
-    /// A sentence for the end.
-    UTF16String Summary() const;
+    UTF16String summary;               // empty before the end
 };
 
 /// Copies a tree, from its construction on. A copy is whole or not there at all, whatever happens,
@@ -30,27 +26,26 @@ class Offload {
 public:
     using Show = std::function<void(State const&)>;
 
-    /// The functions are called on the loop: `inShow` now and then, `inFinish` once, at the end.
-    Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow,
-            Show inFinish);
+    /// `inShow` is called on the loop, now and then and at the end, when there is a summary.
+    Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow);
     /// What is being copied is given up.
     void Cancel() noexcept { mGroup.Cancel(); }
 
 private:
-    using Path = std::filesystem::path; // relative to the source and to the destination
+    using Path = Manifest::Path; // relative to the source and to the destination
 
     void Run();
     std::vector<Path> ListFiles();
-    std::optional<Entry> Transfer(Path const& inPath, Manifest const& inManifest);
+    Manifest::Entry Transfer(Path const& inPath, Manifest const& inManifest);
     std::uint32_t SumOf(filesupport::File const& inFile) const;
     void Try(std::function<void()> const& inFunction);
-    void Fail(UTF16String const& inSentence);
-    void Change(std::function<void(State&)> const& inChange);
+    Manifest::Entry Fail(UTF16String const& inSentence);
+    void Advance(std::uint64_t inBytes, std::size_t State::*inCounter = nullptr);
 
     Order const mOrder;
     Executor const mPool;
     std::mutex mMutex;
-    State mState; // guarded by the mutex
+    State mState; // guarded by the mutex while files are copied
     threads::Progress<State> mProgress;
     threads::TaskGroup mGroup; // destroyed first, since its functions use the rest
 };

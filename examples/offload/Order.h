@@ -16,26 +16,29 @@ struct Order {
           destination(PlaceOf(inPreferences.Get("destination", ""))) {
         auto const counting = inPreferences.Get("counting", "25");
         auto const name = counting.substr(0, counting.find(' '));
-        bool const isDropFrame = name != counting;
         rate = time::FrameRate::FromName(name).value_or(time::kFrameRate_VideoPAL);
-        format = time::TimecodeFormat::Create(rate, isDropFrame ? time::FrameCounting::kDropFrame
-                                                                : time::FrameCounting::kNonDrop);
+        format =
+            time::TimecodeFormat::Create(rate, name == counting ? time::FrameCounting::kNonDrop
+                                                                : time::FrameCounting::kDropFrame);
         start = format->Evaluate(inPreferences.Get("start", "0"));
     }
 
-    /// The directory that a user typed, without links and relative parts.
-    static filesupport::Dir PlaceOf(std::string const& inText) {
-        std::error_code error;
-        auto const path = std::filesystem::absolute(inText, error);
-        auto const canonical = std::filesystem::weakly_canonical(path, error);
-        return filesupport::DirFromPath(error ? path : canonical);
-    }
+    bool HasStart() const { return start.fault == time::TimecodeFault::kNone; }
+    std::string Timecode() const { return format->ToText(start.time); }
 
     filesupport::Dir source;
     filesupport::Dir destination;
     time::FrameRate rate;
-    std::optional<time::TimecodeFormat> format; // never empty
+    std::optional<time::TimecodeFormat> format;
     time::TimecodeReading start;
+
+private:
+    /// The directory that a user typed, without links and relative parts.
+    static filesupport::Dir PlaceOf(std::filesystem::path const& inPath) {
+        std::error_code error;
+        auto const path = std::filesystem::weakly_canonical(inPath, error);
+        return filesupport::DirFromPath(std::filesystem::absolute(error ? inPath : path, error));
+    }
 };
 
 } // namespace offload

@@ -1,52 +1,55 @@
-// Offloads camera cards: offload [SOURCE DESTINATION] [--start] [--quit-when-done] [--no-window]
+// Offloads camera cards: offload [SOURCE DESTINATION [--no-window]]
 #include "Window.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/config/Describe.h>
 #include <brindle/config/PrintingErrorManager.h>
 #include <brindle/filesupport/CommonDirs.h>
-#include <brindle/glue/GLib.h>
 #include <brindle/proplist/Preferences.h>
-#include <brindle/threads/AsyncEventLoopAdaptor.h>
+#include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
+#include <future>
 #include <iostream>
 
 using namespace brindle;
 
 namespace {
 
-/// Interrupting the program cancels the offload.
-bool OffloadInTerminal(offload::Host const& inHost) {
-    std::optional<offload::State> last;
-    offload::Offload offload(
-        offload::Order(inHost.preferences), inHost.pool, inHost.loop, [](auto const&) {},
-        [&](offload::State const& inState) { last = inState; });
-    auto const cancel = +[](gpointer ioOffload) -> gboolean {
-        static_cast<offload::Offload*>(ioOffload)->Cancel();
-        return G_SOURCE_CONTINUE;
-    };
-    g_unix_signal_add(SIGINT, cancel, &offload);
-    while (!last) {
-        g_main_context_iteration(nullptr, TRUE);
-    }
-    for (UTF16String const& sentence : last->failures) {
+/// Returns whether nothing failed.
+bool OffloadInTerminal(offload::Order const& inOrder, offload::Executor const& inPool) {
+    std::promise<offload::State> end;
+    offload::Offload const offload(inOrder, inPool,
+                                   threads::CreateAsyncEventLoopExecutor("progress"),
+                                   [&](offload::State const& inState) {
+                                       if (!inState.summary.empty()) {
+                                           end.set_value(inState);
+                                       }
+                                   });
+    auto const last = end.get_future().get();
+    for (UTF16String const& sentence : last.failures) {
         std::cerr << sentence << '\n';
     }
-    std::cout << last->Summary() << '\n';
-    return last->HasSucceeded();
+    std::cout << last.summary << '\n';
+    return last.failures.empty();
 }
 
 } // namespace
 
 int main(int argc, char** argv) try {
-    std::vector<std::string> const words(argv + 1, argv + argc);
-    std::set<std::string> const options(words.begin(), words.end());
     config::SetCompanyName(u"Example"_utf16);
     config::SetClientName(u"Offload"_utf16);
     config::SetClientInternalVersion(u"1.0"_utf16);
     static config::PrintingErrorManager errors("offload");
     config::ErrorManager::Set(&errors);
+
+    proplist::PropList preferences;
+    auto const file = proplist::utils::PreferencesFile();
+    proplist::utils::LoadPropList(file, preferences);
+    if (argc >= 3) {
+        preferences.Set("source", argv[1]);
+        preferences.Set("destination", argv[2]);
+    }
 
     proplist::PropList german;
     proplist::utils::LoadPropList({filesupport::commondirs::ResourcesDir(), u"german.xml"_utf16},
@@ -54,29 +57,18 @@ int main(int argc, char** argv) try {
     static proplist::TableLocalizer texts;
     texts.AddTable("de", german);
     config::Localizer::Set(&texts);
-
-    auto const file = proplist::utils::PreferencesFile();
-    proplist::PropList preferences;
-    proplist::utils::LoadPropList(file, preferences);
     if (std::string language; preferences.TryGet("language", language)) {
         texts.SetLanguages({language});
     }
-    if (words.size() >= 2 && words[0].front() != '-') {
-        preferences.Set("source", words[0]);
-        preferences.Set("destination", words[1]);
-    }
 
-    glue::GLibLoop const attached(G_PRIORITY_DEFAULT_IDLE);
-    offload::Host const host{
-        preferences, texts,
-        threads::CreateAsyncThreadedExecutor("offload", -1, threads::kThreadPriorityNormal),
-        threads::AdaptCurrentEventLoopAsExecutor()};
-    if (options.count("--no-window") != 0) {
-        return OffloadInTerminal(host) ? 0 : 1;
+    auto const pool =
+        threads::CreateAsyncThreadedExecutor("offload", -1, threads::kThreadPriorityNormal);
+    if (argc >= 4 && std::string_view(argv[3]) == "--no-window") {
+        return OffloadInTerminal(offload::Order(preferences), pool) ? 0 : 1;
     }
-    bool const hasSucceeded = offload::RunWindow(host, options);
+    offload::RunWindow(preferences, texts, pool);
     proplist::utils::SavePropList(file, preferences);
-    return hasSucceeded ? 0 : 1;
+    return 0;
 } catch (std::exception const& error) {
     std::cerr << config::DescribeInUTF8(error) << '\n';
     return 2;
