@@ -6,6 +6,8 @@
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/utility/PercentNames.h>
 
+#include <mutex>
+
 namespace offload {
 
 /// The property list beside the copies that says which files were offloaded: under the relative
@@ -14,7 +16,6 @@ namespace offload {
 /// into one directory.
 class Manifest {
 public:
-    using Entry = proplist::PropList;
     using Path = std::filesystem::path;
 
     /// Reads the one of the destination, if there is one; a damaged one is renamed.
@@ -29,10 +30,12 @@ public:
     }
 
     /// What the file held when it was read, or null. Any thread may call.
-    Entry const* Find(Path const& inPath) const {
+    proplist::PropList const* Find(Path const& inPath) const {
         return mKnown.GetSubList("files")->GetSubList(utility::PercentEncoded(inPath));
     }
-    void Set(Path const& inPath, Entry inEntry) {
+    /// Any thread may call.
+    void Set(Path const& inPath, proplist::PropList inEntry) {
+        std::lock_guard const lock(mMutex);
         *mList.GetSubList("files")->NewSubList(utility::PercentEncoded(inPath)) =
             std::move(inEntry);
     }
@@ -42,6 +45,7 @@ public:
     filesupport::File const file;
 
 private:
+    std::mutex mMutex; // while files are copied
     proplist::PropList mList;
     proplist::PropList mKnown; // never changed
 };

@@ -2,9 +2,8 @@
 
 #include <brindle/config/Describe.h>
 #include <brindle/config/Text.h>
-#include <brindle/filesupport/CRCByteStream.h>
 #include <brindle/filesupport/CopyFile.h>
-#include <brindle/filesupport/CountingByteStream.h>
+#include <brindle/filesupport/FileSum.h>
 #include <brindle/filesupport/RecursiveFileIterator.h>
 #include <brindle/filesupport/SafeSave.h>
 #include <brindle/threads/ForEach.h>
@@ -16,42 +15,44 @@ namespace offload {
 using namespace filesupport;
 using config::Text;
 
-Offload::Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow)
-    : mOrder(std::move(inOrder)), mPool(inPool), mProgress(inLoop, inShow), mGroup(inPool) {
-    mGroup.Run([this] { Try([this] { Run(); }); });
-    mGroup.WhenDone(inLoop, [this, show = std::move(inShow)](std::exception_ptr) {
-        mState.summary = Text(
-            "$$$/offload/Done=^4{0=|other=Cancelled: }^1 ^1{one=file|other=files} copied, "
-            "^2 already there, ^3 failed.",
-            {mState.copied, mState.present, mState.failures.size(), mGroup.IsCancelled() ? 1 : 0});
-        show(mState);
+Offload::Offload(Order inOrder, Executor const& inPool, Executor const& inLoop,
+                 std::function<void(State const&)> inShow)
+    : mOrder(std::move(inOrder)), mPool(inPool), mProgress(inLoop, std::move(inShow)),
+      mGroup(inPool) {
+    mGroup.Run([this] {
+        Try([this] { Run(); });
+        Change([this](State& ioState) {
+            ioState.summary =
+                Text("$$$/offload/Done=^4{0=|other=Cancelled: }^1 ^1{one=file|other=files} copied, "
+                     "^2 already there, ^3 failed.",
+                     {ioState.copied, ioState.present, ioState.failures.size(),
+                      int(mCancel.IsCancelled())});
+        });
     });
 }
 
-void Offload::Advance(std::uint64_t inBytes, std::size_t State::*inCounter) {
+State const& Offload::Wait() {
+    mGroup.Wait();
+    return mState;
+}
+
+void Offload::Change(std::function<void(State&)> const& inChange) {
     std::lock_guard const lock(mMutex);
-    mState.bytes += inBytes;
-    if (inCounter != nullptr) {
-        ++(mState.*inCounter);
-    }
+    inChange(mState);
     mProgress.Set(mState);
 }
 
-/// Returns no entry.
-Manifest::Entry Offload::Fail(UTF16String const& inSentence) {
-    std::lock_guard const lock(mMutex);
-    mState.failures.push_back(inSentence);
-    mProgress.Set(mState);
-    return {};
+void Offload::Fail(UTF16String const& inSentence) {
+    Change([&](State& ioState) { ioState.failures.push_back(inSentence); });
 }
 
-/// What fails is told, and does not stop the rest.
+/// What fails is told, and does not stop the rest. Nothing begins after the user has cancelled.
 void Offload::Try(std::function<void()> const& inFunction) {
     try {
-        mGroup.Token().ThrowIfCancelled();
+        mCancel.Token().ThrowIfCancelled();
         inFunction();
     } catch (threads::cancelled_exception const&) {
-        throw;
+        return;
     } catch (std::exception const& error) {
         Fail(config::Describe(error));
     }
@@ -60,27 +61,13 @@ void Offload::Try(std::function<void()> const& inFunction) {
 void Offload::Run() {
     auto const inside = ToPath(mOrder.destination).lexically_relative(ToPath(mOrder.source));
     if (!inside.empty() && *inside.begin() != "..") {
-        Fail(Text("$$$/offload/Inside=The destination must be outside the card."));
-        return;
+        return Fail(Text("$$$/offload/Inside=The destination must be outside the card."));
     }
-    mOrder.destination.CreateAll();
     auto const files = ListFiles();
     Manifest manifest(mOrder);
-    auto const transfer = [&](std::size_t inIndex) {
-        Manifest::Entry entry;
-        Try([&] { entry = Transfer(files[inIndex], manifest); });
-        return entry;
-    };
-    auto const note = [&](std::size_t inIndex, Manifest::Entry inEntry) {
-        if (!inEntry.IsEmpty()) {
-            manifest.Set(files[inIndex], std::move(inEntry));
-        }
-    };
-    try {
-        threads::ForEach(mPool, files.size(), transfer, note);
-    } catch (threads::cancelled_exception const&) {
-        // The manifest has what was copied until then.
-    }
+    threads::ForEach(mPool, files.size(), [&](std::size_t inIndex) {
+        Try([&] { Transfer(files[inIndex], manifest); });
+    });
     manifest.Save();
 }
 
@@ -90,14 +77,14 @@ std::vector<Offload::Path> Offload::ListFiles() {
         return [=](Dir const& inDir) { Fail(Text(inLiteral, {inDir})); };
     };
     std::vector<Path> files;
-    std::set<Dir> dirs;
+    std::set<Dir> dirs{mOrder.source};
     WalkOptions options;
     options.leaveOutSaves = true;
     options.onUnreadableDir = failing("$$$/offload/Unreadable=Could not read the folder '^1'.");
     options.onDirLink = failing("$$$/offload/Link=The link '^1' was not followed.");
     options.onEmptyDir = [&](Dir const& inDir) { dirs.insert(inDir); };
     for (RecursiveFileIterator file(mOrder.source, options), end; file != end; ++file) {
-        mGroup.Token().ThrowIfCancelled();
+        mCancel.Token().ThrowIfCancelled();
         files.push_back(ToPath(*file).lexically_relative(ToPath(mOrder.source)));
         dirs.insert(file.CurrentDir());
         mState.totalBytes += (*file).Size(kFileSize_Data);
@@ -114,24 +101,27 @@ std::vector<Offload::Path> Offload::ListFiles() {
     return files;
 }
 
-Manifest::Entry Offload::Transfer(Path const& inPath, Manifest const& inManifest) {
+void Offload::Transfer(Path const& inPath, Manifest& ioManifest) {
     File const original = FileFromPath(ToPath(mOrder.source) / inPath);
     File const copy = FileFromPath(ToPath(mOrder.destination) / inPath);
-    if (copy == inManifest.file) {
+    if (copy == ioManifest.file) {
         return Fail(Text("$$$/offload/Manifest=The card's own '^1' was not copied.", {inPath}));
     }
-    Manifest::Entry entry;
+    proplist::PropList entry;
     auto const size = original.Size(kFileSize_Data);
     entry.Set("size", size);
     entry.Set("modified", original.Modified());
     if (copy.Exists()) {
-        auto const* const known = inManifest.Find(inPath);
-        entry.Set("crc", known != nullptr ? known->Get("crc", 0U) : 0U);
+        auto const stop = [this](auto...) { mCancel.Token().ThrowIfCancelled(); };
+        auto const* const known = ioManifest.Find(inPath);
+        auto const crc = known != nullptr ? known->Get("crc", 0U) : 0U;
+        entry.Set("crc", crc);
         bool const isListed = known != nullptr && *known == entry;
-        entry.Set("crc", isListed ? known->Get("crc", 0U) : SumOf(original));
-        if (copy.Size(kFileSize_Data) == size && SumOf(copy) == entry.Get("crc", 0U)) {
-            Advance(size, &State::present);
-            return entry;
+        entry.Set("crc", isListed ? crc : SumOf(original, stop));
+        if (copy.Size(kFileSize_Data) == size && SumOf(copy, stop) == entry.Get("crc", 0U)) {
+            Change([&](State& ioState) { ioState.bytes += size; });
+            Change([&](State& ioState) { ++ioState.present; });
+            return ioManifest.Set(inPath, std::move(entry));
         }
         if (!isListed) {
             return Fail(
@@ -141,25 +131,15 @@ Manifest::Entry Offload::Transfer(Path const& inPath, Manifest const& inManifest
     std::uint64_t shown = 0;
     CopyOptions options;
     options.keepTimes = options.sum = true;
-    options.isCancelled = [token = mGroup.Token()] { return token.IsCancelled(); };
+    options.isCancelled = [token = mCancel.Token()] { return token.IsCancelled(); };
     options.progress = [&](std::uint64_t inDone, std::uint64_t) {
-        Advance(inDone - std::exchange(shown, inDone));
+        Change([&](State& ioState) { ioState.bytes += inDone - std::exchange(shown, inDone); });
     };
     auto const copied = CopyFile(original, copy, options);
-    mGroup.Token().ThrowIfCancelled();
-    Advance(0, &State::copied);
+    mCancel.Token().ThrowIfCancelled();
+    Change([&](State& ioState) { ++ioState.copied; });
     entry.Set("crc", copied.crc);
-    return entry;
+    ioManifest.Set(inPath, std::move(entry));
 }
-
-// bridge: the sum of a file
-std::uint32_t Offload::SumOf(File const& inFile) const {
-    OCountingByteStream nothing;
-    OCRCByteStream sum(nothing);
-    CopyBytes(IPlatformByteStream(inFile), sum,
-              [&](std::uint64_t, std::uint64_t) { mGroup.Token().ThrowIfCancelled(); });
-    return sum.Value();
-}
-// end of bridge
 
 } // namespace offload

@@ -24,26 +24,29 @@ struct State {
 /// and a file that is there already is compared and never replaced by another one.
 class Offload {
 public:
-    using Show = std::function<void(State const&)>;
+    /// `inShow` is called on the loop, now and then, and at last with the summary.
+    Offload(Order inOrder, Executor const& inPool, Executor const& inLoop,
+            std::function<void(State const&)> inShow);
+    ~Offload() { Cancel(); }
 
-    /// `inShow` is called on the loop, now and then and at the end, when there is a summary.
-    Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow);
     /// What is being copied is given up.
-    void Cancel() noexcept { mGroup.Cancel(); }
+    void Cancel() noexcept { mCancel.Cancel(); }
+    /// Waits for the end.
+    State const& Wait();
 
 private:
     using Path = Manifest::Path; // relative to the source and to the destination
 
     void Run();
     std::vector<Path> ListFiles();
-    Manifest::Entry Transfer(Path const& inPath, Manifest const& inManifest);
-    std::uint32_t SumOf(filesupport::File const& inFile) const;
+    void Transfer(Path const& inPath, Manifest& ioManifest);
     void Try(std::function<void()> const& inFunction);
-    Manifest::Entry Fail(UTF16String const& inSentence);
-    void Advance(std::uint64_t inBytes, std::size_t State::*inCounter = nullptr);
+    void Fail(UTF16String const& inSentence);
+    void Change(std::function<void(State&)> const& inChange);
 
     Order const mOrder;
     Executor const mPool;
+    threads::CancelSource mCancel;
     std::mutex mMutex;
     State mState; // guarded by the mutex while files are copied
     threads::Progress<State> mProgress;

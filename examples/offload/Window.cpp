@@ -14,21 +14,17 @@ namespace {
 
 using config::Text;
 
-/// The fields that are preferences, and the properties that hold their values.
-constexpr std::pair<char const*, char const*> kFields[] = {
-    {"source", "text"}, {"destination", "text"}, {"start", "text"}, {"counting", "active-id"}};
+/// The fields that are preferences.
+constexpr char const* kFields[] = {"source", "destination", "start", "counting", "language"};
 
 filesupport::File Resource(UTF16String const& inName) {
     return {filesupport::commondirs::ResourcesDir(), inName};
 }
 
-// bridge: a layout from a file
-arrange::LayoutDescription Layout() {
-    proplist::PropList list;
-    proplist::utils::LoadPropList(Resource(u"layout.xml"_utf16), list);
-    return arrange::ReadLayoutDescription(list);
+/// The property of a widget that has its value.
+char const* ValueOf(GtkWidget* inWidget) {
+    return GTK_IS_ENTRY(inWidget) ? "text" : GTK_IS_COMBO_BOX(inWidget) ? "active-id" : "label";
 }
-// end of bridge
 
 /// The leaf is as large as the widget wants to be, and grows where the layout says so.
 void Bind(GtkWidget* inWidget, arrange::FunctionLeaf& ioLeaf) {
@@ -55,7 +51,7 @@ public:
         for (std::string const& name : mTree.LeafNames()) {
             Bind(Widget(name), mTree.Leaf(name));
             if (GTK_IS_LABEL(Widget(name)) || GTK_IS_BUTTON(Widget(name))) {
-                mLiterals[name] = Get(name, "label");
+                mLiterals[name] = Get(name);
             }
         }
         mTree.Leaf("status").SetHeightForWidth([this](float inWidth) {
@@ -64,9 +60,9 @@ public:
                                                       &best);
             return float(best);
         });
-        Set("language", "active-id", Text("$$$/offload/Language=en"));
-        for (auto const& [field, property] : kFields) {
-            Set(field, property, mPreferences.Get(field, Get(field, property)));
+        Set("language", Text("$$$/offload/Language=en"));
+        for (char const* const name : kFields) {
+            Set(name, mPreferences.Get(name, Get(name)));
         }
         g_object_set(Widget("window"), "default-width", mPreferences.Get("width", 600),
                      "default-height", mPreferences.Get("height", 440), nullptr);
@@ -88,15 +84,14 @@ private:
     GtkWidget* Widget(std::string const& inName) const {
         return GTK_WIDGET(gtk_builder_get_object(mBuilder, inName.c_str()));
     }
-    std::string Get(std::string const& inWidget, char const* inProperty) const {
-        g_autofree char* text = nullptr;
-        g_object_get(Widget(inWidget), inProperty, &text, nullptr);
-        return text == nullptr ? "" : text;
+    std::string Get(std::string const& inName) const {
+        g_autofree char* value = nullptr;
+        g_object_get(Widget(inName), ValueOf(Widget(inName)), &value, nullptr);
+        return value == nullptr ? "" : value;
     }
-    void Set(std::string const& inWidget, char const* inProperty,
-             config::ReplacementValue const& inText) {
-        auto const text = utility::ToStd(config::TextOf(inText));
-        g_object_set(Widget(inWidget), inProperty, text.c_str(), nullptr);
+    void Set(std::string const& inName, config::ReplacementValue const& inValue) {
+        g_object_set(Widget(inName), ValueOf(Widget(inName)),
+                     utility::ToStd(config::TextOf(inValue)).c_str(), nullptr);
     }
     template <void (Window::*Function)()>
     void Connect(char const* inSignal, std::initializer_list<char const*> inWidgets) {
@@ -116,10 +111,9 @@ private:
     }
 
     void Translate() {
-        mPreferences.Set("language", Get("language", "active-id"));
-        mTexts.SetLanguages({Get("language", "active-id")});
+        mTexts.SetLanguages({Get("language")});
         for (auto const& [name, literal] : mLiterals) {
-            Set(name, "label", Text(literal.c_str()));
+            Set(name, Text(literal.c_str()));
         }
         mTree.Root().InvalidateAll();
         auto const least =
@@ -132,39 +126,38 @@ private:
     void ChooseDestination() { Choose("destination"); }
     void Choose(char const* inEntry) {
         auto* const chooser = GTK_FILE_CHOOSER(Widget("chooser"));
-        gtk_file_chooser_set_filename(chooser, Get(inEntry, "text").c_str());
+        gtk_file_chooser_set_filename(chooser, Get(inEntry).c_str());
         if (gtk_dialog_run(GTK_DIALOG(chooser)) == GTK_RESPONSE_ACCEPT) {
             g_autofree char* path = gtk_file_chooser_get_filename(chooser);
-            Set(inEntry, "text", path);
+            Set(inEntry, path);
         }
         gtk_widget_hide(Widget("chooser"));
     }
 
     /// Keeps the fields, and shows what can be done and whether the start is a timecode.
     void Update() {
-        for (auto const& [field, property] : kFields) {
-            mPreferences.Set(field, Get(field, property));
+        for (char const* const name : kFields) {
+            mPreferences.Set(name, Get(name));
         }
         bool const hasStart = Order(mPreferences).HasStart();
         auto const mark = hasStart ? gtk_style_context_remove_class : gtk_style_context_add_class;
         mark(gtk_widget_get_style_context(Widget("start")), "error");
         gtk_widget_set_sensitive(Widget("offload"), !mIsRunning && hasStart);
         gtk_widget_set_sensitive(Widget("cancel"), mIsRunning);
-        Set("status", "label",
-            hasStart ? Text("$$$/offload/Ready=Choose a card and a folder for its files.")
-                     : Text("$$$/offload/NoTimecode=The start is not a timecode."));
+        Set("status", hasStart ? Text("$$$/offload/Ready=Choose a card and a folder for its files.")
+                               : Text("$$$/offload/NoTimecode=The start is not a timecode."));
     }
 
     /// Replaces a calculation by its result.
     void Calculate() {
         if (Order const order(mPreferences); order.HasStart()) {
-            Set("start", "text", order.Timecode());
+            Set("start", order.Timecode());
         }
     }
 
     void Start() {
         Calculate();
-        gtk_text_buffer_set_text(Failures(), "", 0);
+        gtk_text_buffer_set_text(mFailures, "", 0);
         mShownFailures = 0;
         mIsRunning = true;
         Update();
@@ -178,20 +171,16 @@ private:
         g_object_set(Widget("bar"), "fraction", double(inState.bytes) / total, nullptr);
         for (; mShownFailures < inState.failures.size(); ++mShownFailures) {
             auto const line = utility::ToStd(inState.failures[mShownFailures]) + '\n';
-            gtk_text_buffer_insert_at_cursor(Failures(), line.c_str(), -1);
+            gtk_text_buffer_insert_at_cursor(mFailures, line.c_str(), -1);
         }
         mIsRunning = inState.summary.empty();
         Update();
-        Set("status", "label",
+        Set("status",
             mIsRunning ? Text("$$$/offload/Progress=^1 of ^2 ^2{one=file|other=files}, ^3 of ^4 MB",
                               {inState.copied + inState.present, inState.files,
                                inState.bytes / 1'000'000, inState.totalBytes / 1'000'000})
                        : inState.summary);
     }
-    GtkTextBuffer* Failures() const {
-        return GTK_TEXT_BUFFER(gtk_builder_get_object(mBuilder, "failures"));
-    }
-
     proplist::PropList& mPreferences;
     proplist::TableLocalizer& mTexts;
     Executor const mPool;
@@ -199,7 +188,8 @@ private:
     Executor const mLoop = threads::AdaptCurrentEventLoopAsExecutor();
     GtkBuilder* const mBuilder =
         gtk_builder_new_from_file(ToPath(Resource(u"window.ui"_utf16)).c_str());
-    arrange::LayoutTree mTree{Layout()};
+    GtkTextBuffer* const mFailures = GTK_TEXT_BUFFER(gtk_builder_get_object(mBuilder, "failures"));
+    arrange::LayoutTree mTree{arrange::LoadLayoutDescription(Resource(u"layout.xml"_utf16))};
     std::map<std::string, std::string> mLiterals;
     std::size_t mShownFailures = 0;
     bool mIsRunning = false;

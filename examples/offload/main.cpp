@@ -6,10 +6,8 @@
 #include <brindle/config/PrintingErrorManager.h>
 #include <brindle/filesupport/CommonDirs.h>
 #include <brindle/proplist/Preferences.h>
-#include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
-#include <future>
 #include <iostream>
 
 using namespace brindle;
@@ -18,15 +16,8 @@ namespace {
 
 /// Returns whether nothing failed.
 bool OffloadInTerminal(offload::Order const& inOrder, offload::Executor const& inPool) {
-    std::promise<offload::State> end;
-    offload::Offload const offload(inOrder, inPool,
-                                   threads::CreateAsyncEventLoopExecutor("progress"),
-                                   [&](offload::State const& inState) {
-                                       if (!inState.summary.empty()) {
-                                           end.set_value(inState);
-                                       }
-                                   });
-    auto const last = end.get_future().get();
+    offload::Offload offload(inOrder, inPool, inPool, [](auto const&) {});
+    auto const& last = offload.Wait();
     for (UTF16String const& sentence : last.failures) {
         std::cerr << sentence << '\n';
     }
@@ -51,15 +42,9 @@ int main(int argc, char** argv) try {
         preferences.Set("destination", argv[2]);
     }
 
-    proplist::PropList german;
-    proplist::utils::LoadPropList({filesupport::commondirs::ResourcesDir(), u"german.xml"_utf16},
-                                  german);
     static proplist::TableLocalizer texts;
-    texts.AddTable("de", german);
+    texts.LoadTable("de", {filesupport::commondirs::ResourcesDir(), u"german.xml"_utf16});
     config::Localizer::Set(&texts);
-    if (std::string language; preferences.TryGet("language", language)) {
-        texts.SetLanguages({language});
-    }
 
     auto const pool =
         threads::CreateAsyncThreadedExecutor("offload", -1, threads::kThreadPriorityNormal);
