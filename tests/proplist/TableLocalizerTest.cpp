@@ -11,9 +11,6 @@
 #include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
-#include <atomic>
-#include <thread>
-
 namespace brindle::proplist {
 
 namespace {
@@ -129,22 +126,6 @@ TEST_F(Tables, SpeakTheLanguagesOfTheUser) {
         }
         EXPECT_EQ(localizer.LocalizeString("$$$/a=A"), utility::Utf16(expected));
     }
-}
-
-TEST_F(Tables, MayChangeWhileOthersRead) {
-    std::atomic<bool> isOver{false};
-    std::thread reader([&] {
-        while (!isOver) {
-            auto const text = config::Text("$$$/a=A");
-            EXPECT_TRUE(text == u"A" || text == u"Ä");
-        }
-    });
-    for (int i = 0; i < 200; ++i) {
-        Add("de", "a", u"\u00C4"_utf16);
-        mLocalizer.SetLanguages({i % 2 == 0 ? "de" : "fr"});
-    }
-    isOver = true;
-    reader.join();
 }
 
 } // namespace
