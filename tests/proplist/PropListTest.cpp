@@ -220,6 +220,7 @@ TEST_F(PropLists, NestAMillionDeep) {
         UTF8String text;
         node->AppendXML(text, impl::NumberDigits::kSix);
         EXPECT_EQ(text.size(), std::size_t{kDepth} * 126 + 25);
+        EXPECT_TRUE(node->mList.Clone() == node->mList);
         tests::AllocationFailure const failure(way.allocations);
         way.end(node);
         EXPECT_FALSE(failure.HasHappened()) << way.name;

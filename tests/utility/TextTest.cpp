@@ -1,5 +1,6 @@
 #include <brindle/utility/Calculator.h>
 #include <brindle/utility/DecodeText.h>
+#include <brindle/utility/Numbers.h>
 #include <brindle/utility/ParseNumbers.h>
 #include <brindle/utility/Streams.h>
 #include <brindle/utility/TextConversions.h>
@@ -226,6 +227,22 @@ TEST(ParseNumbers, TakeTheWholeTextOrNothing) {
     for (auto const* const text : {u"1.", u"1..000", u".1", u"1,000.5", u"1,2,3"}) {
         EXPECT_EQ(ParseNumber(Utf16(text), NumberForm::kUser), std::nullopt) << Utf16(text);
     }
+    EXPECT_EQ(NumberToString(std::numeric_limits<std::int64_t>::min(), kNumberFormat_Group),
+              u"-9.223.372.036.854.775.808");
+    EXPECT_EQ(NumberToString(~std::uint64_t{0}, kNumberFormat_Group | kNumberFormat_ForcePlus),
+              u"+18.446.744.073.709.551.615");
+    std::mt19937_64 random(1);
+    for (int count = 0; count < 10'000; ++count) {
+        auto const number = static_cast<std::int64_t>(random()) >> random() % 64;
+        auto const text = NumberToString(number, kNumberFormat_Group);
+        EXPECT_EQ(ParseInteger(text, NumberForm::kUser), number);
+        if (number == static_cast<std::int32_t>(number)) {
+            auto const asDouble = static_cast<double>(number);
+            EXPECT_EQ(text, NumberToString(asDouble, 1, 1,
+                                           kNumberFormat_Group | kNumberFormat_TrimZeros));
+        }
+    }
+    EXPECT_EQ(ParseInteger(u"1.000,0"_utf16, NumberForm::kUser), std::nullopt);
     EXPECT_EQ(TryCalculate(u" ((1.080+200)*(-2,5)) /2 ^ 2"_utf16), -800.0);
     EXPECT_EQ(TryCalculate(u"2*-3e2-1"_utf16), -601.0);
     EXPECT_EQ(TryCalculate(u"\uFF12\uFF0B\uFF13"_utf16), 5.0);

@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <list>
-#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -15,10 +13,6 @@ namespace brindle::arrange::impl {
 using namespace proplist;
 
 namespace {
-
-UTF8String KeyOf(std::string_view inKey) {
-    return {inKey.begin(), inKey.end()};
-}
 
 char const* NameOf(PropListPropertyType inType) {
     switch (inType) {
@@ -34,7 +28,7 @@ char const* NameOf(PropListPropertyType inType) {
     }
 }
 
-std::optional<double> NumberIn(PropList const& inList, UTF8String const& inKey) {
+std::optional<double> NumberIn(PropList const& inList, char const* inKey) {
     std::optional<double> number;
     VisitPropertyType(inList.GetPropertyType(inKey), [&](auto inType) {
         using T = typename decltype(inType)::Type;
@@ -62,10 +56,8 @@ ListReader::ListReader(PropList const& inList, std::string inPrefix)
     : mList(&inList), mPrefix(std::move(inPrefix)) {}
 
 void ListReader::RefuseOtherKeys(std::vector<char const*> const& inKnown) const {
-    std::list<UTF8String> keys;
-    mList->GetPropertyNames(keys);
-    for (UTF8String const& key : keys) {
-        std::string const text = utility::ToStd(key);
+    for (PropListEntry const& entry : *mList) {
+        std::string const text = utility::ToStd(entry.Key());
         if (std::find(inKnown.begin(), inKnown.end(), text) == inKnown.end()) {
             Fail(text, "unknown key; known here are " + Joined(inKnown));
         }
@@ -73,7 +65,7 @@ void ListReader::RefuseOtherKeys(std::vector<char const*> const& inKnown) const 
 }
 
 PropListPropertyType ListReader::TypeOf(char const* inKey) const {
-    return mList->GetPropertyType(KeyOf(inKey));
+    return mList->GetPropertyType(inKey);
 }
 
 bool ListReader::Has(char const* inKey) const {
@@ -88,7 +80,7 @@ std::optional<float> ListReader::Number(char const* inKey, std::string const& in
     if (!Has(inKey)) {
         return {};
     }
-    std::optional<double> const number = NumberIn(*mList, KeyOf(inKey));
+    std::optional<double> const number = NumberIn(*mList, inKey);
     if (!number) {
         FailAsOther(inKey, inExpected);
     }
@@ -107,27 +99,21 @@ std::optional<bool> ListReader::Flag(char const* inKey) const {
         return {};
     }
     bool flag = false;
-    if (!mList->GetValue(KeyOf(inKey), flag)) {
+    if (!mList->TryGet(inKey, flag)) {
         FailAsOther(inKey, "true or false");
     }
     return flag;
 }
 
 std::optional<std::string> ListReader::Text(char const* inKey) const {
-    UTF8String text;
-    UTF16String wideText;
-    switch (TypeOf(inKey)) {
-    case kPropertyType_None:
+    if (!Has(inKey)) {
         return {};
-    case kPropertyType_UTF8String:
-        mList->GetValue(KeyOf(inKey), text);
-        return utility::ToStd(text);
-    case kPropertyType_UTF16String:
-        mList->GetValue(KeyOf(inKey), wideText);
-        return utility::ToStd(wideText);
-    default:
+    }
+    std::string text;
+    if (!mList->TryGet(inKey, text)) {
         FailAsOther(inKey, "a text");
     }
+    return text;
 }
 
 std::optional<std::size_t> ListReader::Word(char const* inKey,
@@ -147,7 +133,7 @@ std::optional<ListReader> ListReader::List(char const* inKey) const {
     if (!Has(inKey)) {
         return {};
     }
-    PropList const* const list = mList->GetSubList(KeyOf(inKey));
+    PropList const* const list = mList->GetSubList(inKey);
     if (list == nullptr) {
         FailAsOther(inKey, "a list");
     }
@@ -155,18 +141,15 @@ std::optional<ListReader> ListReader::List(char const* inKey) const {
 }
 
 std::vector<ListReader::NumberedList> ListReader::NumberedLists() const {
-    std::list<UTF8String> keys;
-    mList->GetPropertyNames(keys);
     std::vector<NumberedList> lists;
-    lists.reserve(keys.size());
-    for (UTF8String const& key : keys) {
-        std::string const text = utility::ToStd(key);
+    for (PropListEntry const& entry : *mList) {
+        std::string const text = utility::ToStd(entry.Key());
         std::uint32_t number = 0;
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error != std::errc() || end != text.data() + text.size() || text[0] == '0') {
             Fail(text, "the key has to be a whole number from 1 up");
         }
-        lists.push_back({number, mList->GetSubList(key)});
+        lists.push_back({number, entry.SubList()});
         if (lists.back().list == nullptr) {
             FailAsOther(text, "a list");
         }
@@ -182,7 +165,7 @@ void ListReader::FailAsMissing(char const* inKey, std::string const& inExpected)
 }
 
 void ListReader::FailAsOther(std::string const& inKey, std::string const& inExpected) const {
-    Fail(inKey, inExpected + " is expected, not " + NameOf(mList->GetPropertyType(KeyOf(inKey))));
+    Fail(inKey, inExpected + " is expected, not " + NameOf(mList->GetPropertyType(inKey)));
 }
 
 void ListReader::Fail(std::string const& inKey, std::string const& inReason) const {
