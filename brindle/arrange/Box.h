@@ -27,12 +27,13 @@ class FramedArrangement;
 /// look of the group.
 ///
 /// A box owns a child that it was given as a `unique_ptr` or that it made, and points to any other;
-/// it becomes the parent of both.
-/// Boxes and children may be destroyed in any order: a box leaves out a child that was destroyed
-/// when it is measured next. A change invalidates the box, so the tree is rearranged before the
-/// operation returns; while the tree is being arranged, as in the place function of a leaf, the box
-/// is only marked, and the `Arrange` under way has another pass. To pay for one rearrangement of
-/// many changes, see `EnableArrangement`.
+/// it becomes the parent of both. Boxes and children may be destroyed in any order: a box leaves
+/// out a child that was destroyed when it is measured next.
+///
+/// A change invalidates the box, so the tree is rearranged before the operation returns; while the
+/// tree is being arranged, as in the place function of a leaf, the box is only marked, and the
+/// `Arrange` under way has another pass. Exceptions of the functions that rearranging calls pass
+/// through; the change stands. `EnableArrangement` makes many changes cost one rearrangement.
 class BRN_API AbstractBox : public virtual impl::AbstractArrangeableGroup {
 public:
     /// Called for a gap with the number of its separator, which counts from 0 and is less than the
@@ -136,6 +137,7 @@ private:
         bool isShown = true;
 
         IArrangeable* Get() const noexcept;
+        bool IsGone() const noexcept { return dynamic == nullptr && node.Get() == nullptr; }
     };
     using Entries = std::vector<Entry>;
 

@@ -46,8 +46,10 @@ BRN_API std::vector<ExplainedAlternative> ExplainedAlternatives(IArrangeable& io
 ///
 ///     std::cerr << ExplainLayout(root, {160, 90});
 ///
-///     * rows 2+1: minimum 108x44, best 108x44, fits: chosen, it leaves least unused (9648)
 ///       row of 3: minimum 162x20, best 162x20, does not fit: the chosen one fits
+///       rows 1+2: minimum 108x40, best 108x40, fits: its minimum area is larger (4320)
+///     * column of 3: minimum 54x60, best 54x60, fits: chosen, its minimum area is the
+///       smallest (3240)
 BRN_API std::string ExplainLayout(IArrangeable& ioTree, geom::PointT<float> const& inSize);
 
 } // namespace brindle::arrange

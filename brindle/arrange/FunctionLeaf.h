@@ -7,27 +7,32 @@
 #include <functional>
 #include <limits>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace brindle::arrange {
 
-/// What a leaf asks for along one axis: a number is a size that it always has.
+/// What a leaf asks for along one axis: a number of any type is a size that it always has.
 struct Extent {
-    constexpr Extent(float inSize = 0) noexcept : minimum(inSize), best(inSize) {}
+    constexpr Extent() noexcept = default;
+    template <typename Number, typename = std::enable_if_t<std::is_arithmetic_v<Number>>>
+    constexpr Extent(Number inSize) noexcept
+        : minimum(static_cast<float>(inSize)), best(static_cast<float>(inSize)) {}
     constexpr Extent(float inMinimum, float inBest, float inMaximum, bool inIsExpandable) noexcept
         : minimum(inMinimum), best(inBest), maximum(inMaximum), isExpandable(inIsExpandable) {}
 
-    float minimum;
-    float best;
+    float minimum = 0;
+    float best = 0;
     float maximum = std::numeric_limits<float>::infinity(); ///< of an expandable leaf
     bool isExpandable = false;
 };
 
 /// An extent that takes the space that is left, up to a maximum. Expandable neighbours share the
 /// space in proportion to their best sizes, so one with a best size of 0 gets nothing.
-constexpr Extent Growing(float inBest,
+template <typename Number>
+constexpr Extent Growing(Number inBest,
                          float inMaximum = std::numeric_limits<float>::infinity()) noexcept {
-    return {inBest, inBest, inMaximum, true};
+    return {static_cast<float>(inBest), static_cast<float>(inBest), inMaximum, true};
 }
 
 /// An extent that shrinks to a minimum as well as growing, across the line in which the leaf

@@ -5,6 +5,7 @@
 #include <brindle/arrange/FunctionLeaf.h>
 #include <brindle/arrange/LayoutDescription.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>

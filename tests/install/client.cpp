@@ -6,7 +6,9 @@
 #include <brindle/MemoryMappedFile.h>
 #include <brindle/Version.h>
 #include <brindle/arrange/DynamicGroup.h>
+#include <brindle/arrange/ExplainLayout.h>
 #include <brindle/arrange/Groups.h>
+#include <brindle/arrange/LayoutTree.h>
 #include <brindle/arrange/Single.h>
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/config/DeferredErrorReporter.h>
@@ -226,6 +228,11 @@ void UseGroups() {
     using namespace arrange;
     UseEachGroup<Row, Column, Flipping, HorizontalWrapping, VerticalWrapping, AutoLayout,
                  DynamicGroup>();
+    Box<AutoLayout> box;
+    box.Emplace<FunctionLeaf>(LeafSizes{10, 20});
+    box.Emplace<Spacer>(1.0F, 0.0F);
+    Check(!ExplainLayout(box, {30, 30}).empty(), "a box");
+    Check(LayoutTree({}).LeafNames().empty(), "a described tree");
 }
 
 void UseValues() {
@@ -255,8 +262,8 @@ void UseTypeInformation() {
 void UseOtherClasses() {
     using namespace filesupport;
     UseTypeInformation<
-        arrange::impl::RowArrangement, arrange::impl::ColumnArrangement, Impl,
-        arrange::IArrangeable, arrange::Single, arrange::impl::AbstractArrangeableGroup,
+        arrange::impl::RowArrangement, arrange::impl::ColumnArrangement, arrange::layout_error,
+        Impl, arrange::IArrangeable, arrange::Single, arrange::impl::AbstractArrangeableGroup,
         arrange::impl::ArrangementSet, arrange::impl::GroupArrangement, arrange::impl::IArrangement,
         config::DeferredErrorReporter, config::ErrorManager, config::FileFailure, config::Localizer,
         config::ReplacementValue, console::Command, console::ConsoleLogFile, debug::DebugDatabase,

@@ -55,11 +55,12 @@ void AbstractBox::Insert(std::size_t inIndex, IArrangeable& inChild) {
 }
 
 void AbstractBox::InsertEntry(std::size_t inIndex, Entry inEntry) {
-    IArrangeable* const child = inEntry.Get();
-    if (child == nullptr) {
+    if (inEntry.IsGone()) {
         return;
     }
-    child->SetParent(this);
+    if (IArrangeable* const child = inEntry.Get()) {
+        child->SetParent(this);
+    }
     // Not each time, so that a long list is made in linear time.
     if (inIndex != kEnd || mChildren.size() == mChildren.capacity()) {
         ForgetDestroyed();
@@ -142,7 +143,7 @@ bool AbstractBox::IsShown(IArrangeable const& inChild) const noexcept {
 }
 
 void AbstractBox::ForgetDestroyed() {
-    auto const isDestroyed = [](Entry const& inEntry) { return inEntry.Get() == nullptr; };
+    auto const isDestroyed = [](Entry const& inEntry) { return inEntry.IsGone(); };
     mChildren.erase(std::remove_if(mChildren.begin(), mChildren.end(), isDestroyed),
                     mChildren.end());
 }

@@ -4,36 +4,38 @@
 
 #include "arrange/src/description/ListReader.h"
 
+#include <array>
 #include <set>
 #include <utility>
 
 namespace brindle::arrange {
 
 using impl::ListReader;
+using impl::Words;
 using proplist::PropList;
 
 namespace {
 
-using Words = std::vector<char const*>;
-
 // The words for the values of an enumeration, in the order of the values.
-Words const kKinds{"Row",       "Column", "Flipping", "HorizontalWrapping", "VerticalWrapping",
-                   "AutoLayout"};
-Words const kHorizontalAlignments{"left", "centre", "right"};
-Words const kVerticalAlignments{"top", "centre", "bottom"};
-Words const kRoles(kLeafRoleNames.begin(), kLeafRoleNames.end());
+constexpr std::array kKinds{
+    "Row", "Column", "Flipping", "HorizontalWrapping", "VerticalWrapping", "AutoLayout"};
+constexpr std::array kHorizontalAlignments{"left", "centre", "right"};
+constexpr std::array kVerticalAlignments{"top", "centre", "bottom"};
 
-Words const kGroupKeys{"kind",       "children", "spacing", "alignment",
-                       "separators", "name",     "label",   "margins"};
+constexpr std::array kGroupKeys{"kind",       "children", "spacing", "alignment",
+                                "separators", "name",     "label",   "margins"};
 /// Including the two that would make the node a group.
-Words const kLeafKeys{"width", "height", "role", "name", "label", "margins", "kind", "children"};
+constexpr std::array kLeafKeys{"width", "height",  "role", "name",
+                               "label", "margins", "kind", "children"};
+constexpr std::array kSides{"left", "top", "right", "bottom"};
+constexpr std::array kDirections{"horizontal", "vertical"};
+constexpr std::array kExtentKeys{"best", "minimum", "expandable", "maximum"};
 
 constexpr char kNumberOrList[] = "a number or a list";
 
 /// Leaves the value unchanged if there is no such key.
 template <typename Enumeration>
-void ReadWord(ListReader const& inReader, char const* inKey, Words const& inWords,
-              Enumeration& ioValue) {
+void ReadWord(ListReader const& inReader, char const* inKey, Words inWords, Enumeration& ioValue) {
     if (auto const place = inReader.Word(inKey, inWords)) {
         ioValue = static_cast<Enumeration>(*place);
     }
@@ -46,7 +48,7 @@ Margins ReadMargins(ListReader const& inNode) {
         return {all, all, all, all};
     }
     ListReader const list = *inNode.List("margins");
-    list.RefuseOtherKeys({"left", "top", "right", "bottom"});
+    list.RefuseOtherKeys(kSides);
     margins.left = list.Number("left").value_or(0);
     margins.top = list.Number("top").value_or(0);
     margins.right = list.Number("right").value_or(0);
@@ -60,7 +62,7 @@ geom::PointT<float> ReadSpacing(ListReader const& inNode) {
         return {both, both};
     }
     ListReader const list = *inNode.List("spacing");
-    list.RefuseOtherKeys({"horizontal", "vertical"});
+    list.RefuseOtherKeys(kDirections);
     return {list.Number("horizontal").value_or(0), list.Number("vertical").value_or(0)};
 }
 
@@ -77,7 +79,7 @@ Extent ReadExtent(ListReader const& inNode, char const* inKey) {
         return ReadBest(inNode, inKey, kNumberOrList);
     }
     ListReader const list = *inNode.List(inKey);
-    list.RefuseOtherKeys({"best", "minimum", "expandable", "maximum"});
+    list.RefuseOtherKeys(kExtentKeys);
     Extent extent = ReadBest(list, "best", "a number");
     extent.minimum = list.Number("minimum").value_or(extent.best);
     extent.isExpandable = list.Flag("expandable").value_or(false);
@@ -93,7 +95,7 @@ Extent ReadExtent(ListReader const& inNode, char const* inKey) {
 
 /// The program gives a leaf with a name its size, so the list need not.
 void ReadLeaf(ListReader const& inReader, LayoutDescription& outLeaf) {
-    ReadWord(inReader, "role", kRoles, outLeaf.role);
+    ReadWord(inReader, "role", kLeafRoleNames, outLeaf.role);
     bool const isBound = !outLeaf.name.empty();
     if (!isBound || inReader.Has("width")) {
         outLeaf.sizes.width = ReadExtent(inReader, "width");
@@ -113,7 +115,7 @@ std::vector<ListReader::NumberedList> ReadGroup(ListReader const& inReader,
     outGroup.kind = static_cast<GroupArrangementType>(*kind);
     outGroup.spacing = ReadSpacing(inReader);
     if (auto const alignment = inReader.List("alignment")) {
-        alignment->RefuseOtherKeys({"horizontal", "vertical"});
+        alignment->RefuseOtherKeys(kDirections);
         ReadWord(*alignment, "horizontal", kHorizontalAlignments, outGroup.horizontalAlignment);
         ReadWord(*alignment, "vertical", kVerticalAlignments, outGroup.verticalAlignment);
     }
@@ -154,7 +156,7 @@ private:
         // Unknown keys are reported before missing ones: a key may seem missing because it is
         // misspelt.
         bool const isGroup = reader.Has("kind") || reader.Has("children");
-        reader.RefuseOtherKeys(isGroup ? kGroupKeys : kLeafKeys);
+        reader.RefuseOtherKeys(isGroup ? Words(kGroupKeys) : Words(kLeafKeys));
         outNode.label = reader.Text("label").value_or("");
         outNode.name = reader.Text("name").value_or("");
         if (!outNode.name.empty() && !mNames.insert(outNode.name).second) {

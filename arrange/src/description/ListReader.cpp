@@ -42,7 +42,7 @@ std::optional<double> NumberIn(PropList const& inList, char const* inKey) {
     return number;
 }
 
-std::string Joined(std::vector<char const*> const& inWords) {
+std::string Joined(Words inWords) {
     std::string joined;
     for (char const* const word : inWords) {
         joined.append(joined.empty() ? "" : ", ").append(word);
@@ -55,7 +55,7 @@ std::string Joined(std::vector<char const*> const& inWords) {
 ListReader::ListReader(PropList const& inList, std::string inPrefix)
     : mList(&inList), mPrefix(std::move(inPrefix)) {}
 
-void ListReader::RefuseOtherKeys(std::vector<char const*> const& inKnown) const {
+void ListReader::RefuseOtherKeys(Words inKnown) const {
     for (PropListEntry const& entry : *mList) {
         std::string const text = utility::ToStd(entry.Key());
         if (std::find(inKnown.begin(), inKnown.end(), text) == inKnown.end()) {
@@ -116,8 +116,7 @@ std::optional<std::string> ListReader::Text(char const* inKey) const {
     return text;
 }
 
-std::optional<std::size_t> ListReader::Word(char const* inKey,
-                                            std::vector<char const*> const& inWords) const {
+std::optional<std::size_t> ListReader::Word(char const* inKey, Words inWords) const {
     std::optional<std::string> const text = Text(inKey);
     if (!text) {
         return {};

@@ -2,6 +2,7 @@
 
 #include <brindle/proplist/PropList.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -9,6 +10,21 @@
 #include <vector>
 
 namespace brindle::arrange::impl {
+
+/// Words that a list may hold, in a constant array that outlives this.
+class Words {
+public:
+    template <std::size_t kCount>
+    constexpr Words(std::array<char const*, kCount> const& inWords) noexcept
+        : mBegin(inWords.data()), mEnd(inWords.data() + kCount) {}
+
+    constexpr char const* const* begin() const noexcept { return mBegin; }
+    constexpr char const* const* end() const noexcept { return mEnd; }
+
+private:
+    char const* const* mBegin;
+    char const* const* mEnd;
+};
 
 /// Reads a property list in which every key must be known. Throws `layout_error`, with the
 /// path of the key, for anything unexpected.
@@ -19,7 +35,7 @@ public:
     explicit ListReader(proplist::PropList const& inList, std::string inPrefix = {});
 
     /// Throws if the list has any other key.
-    void RefuseOtherKeys(std::vector<char const*> const& inKnown) const;
+    void RefuseOtherKeys(Words inKnown) const;
 
     bool Has(char const* inKey) const;
     bool HasList(char const* inKey) const;
@@ -33,8 +49,7 @@ public:
     std::optional<bool> Flag(char const* inKey) const;
     std::optional<std::string> Text(char const* inKey) const;
     /// The index of the text in the words; a text that is none of them throws.
-    std::optional<std::size_t> Word(char const* inKey,
-                                    std::vector<char const*> const& inWords) const;
+    std::optional<std::size_t> Word(char const* inKey, Words inWords) const;
     std::optional<ListReader> List(char const* inKey) const;
 
     /// The nested lists in ascending order of their keys, each of which has to be a whole number
