@@ -16,38 +16,35 @@ namespace offload {
 /// into one directory.
 class Manifest {
 public:
-    using Path = std::filesystem::path;
-
     /// Reads the one of the destination, if there is one; a damaged one is renamed.
     explicit Manifest(Order const& inOrder)
-        : file(inOrder.destination, u"offload-manifest.xml"_utf16) {
-        proplist::utils::LoadPropList(file, mList);
-        mList.NewSubList("files");
-        mKnown = mList.Clone();
+        : mFile(filesupport::FileFromPath(inOrder.to / "offload-manifest.xml")) {
+        proplist::utils::LoadPropList(mFile, mList);
+        mFiles = mList.NewSubList("files");
+        mKnown = mFiles->Clone();
         mList.Set("start", inOrder.start.time);
         mList.Set("timecode", inOrder.Timecode());
         mList.Set("rate", inOrder.rate);
     }
 
     /// What the file held when it was read, or null. Any thread may call.
-    proplist::PropList const* Find(Path const& inPath) const {
-        return mKnown.GetSubList("files")->GetSubList(utility::PercentEncoded(inPath));
+    proplist::PropList const* Find(std::filesystem::path const& inPath) const {
+        return mKnown.GetSubList(utility::PercentEncoded(inPath));
     }
     /// Any thread may call.
-    void Set(Path const& inPath, proplist::PropList inEntry) {
+    void Set(std::filesystem::path const& inPath, proplist::PropList inEntry) {
         std::lock_guard const lock(mMutex);
-        *mList.GetSubList("files")->NewSubList(utility::PercentEncoded(inPath)) =
-            std::move(inEntry);
+        *mFiles->NewSubList(utility::PercentEncoded(inPath)) = std::move(inEntry);
     }
     /// Replaces the file. Throws as `SavePropList`.
-    void Save() const { proplist::utils::SavePropList(file, mList); }
-
-    filesupport::File const file;
+    void Save() const { proplist::utils::SavePropList(mFile, mList); }
 
 private:
+    filesupport::File const mFile;
     std::mutex mMutex; // while files are copied
     proplist::PropList mList;
-    proplist::PropList mKnown; // never changed
+    proplist::PropList* mFiles; // in the list
+    proplist::PropList mKnown;  // as it was read
 };
 
 } // namespace offload

@@ -31,11 +31,6 @@ Offload::Offload(Order inOrder, Executor const& inPool, Executor const& inLoop,
     });
 }
 
-State const& Offload::Wait() {
-    mGroup.Wait();
-    return mState;
-}
-
 void Offload::Change(std::function<void(State&)> const& inChange) {
     std::lock_guard const lock(mMutex);
     inChange(mState);
@@ -52,19 +47,20 @@ void Offload::Try(std::function<void()> const& inFunction) {
         mCancel.Token().ThrowIfCancelled();
         inFunction();
     } catch (threads::cancelled_exception const&) {
-        return;
+        // Nobody has to be told.
     } catch (std::exception const& error) {
         Fail(config::Describe(error));
     }
 }
 
 void Offload::Run() {
-    auto const inside = ToPath(mOrder.destination).lexically_relative(ToPath(mOrder.source));
+    auto const inside = mOrder.to.lexically_relative(mOrder.from);
     if (!inside.empty() && *inside.begin() != "..") {
         return Fail(Text("$$$/offload/Inside=The destination must be outside the card."));
     }
     auto const files = ListFiles();
     Manifest manifest(mOrder);
+    manifest.Save(); // if that fails, nothing else has to be tried
     threads::ForEach(mPool, files.size(), [&](std::size_t inIndex) {
         Try([&] { Transfer(files[inIndex], manifest); });
     });
@@ -72,28 +68,27 @@ void Offload::Run() {
 }
 
 /// Also makes the directories, and removes what a run left there that was killed.
-std::vector<Offload::Path> Offload::ListFiles() {
+std::vector<std::filesystem::path> Offload::ListFiles() {
     auto const failing = [this](char const* inLiteral) {
         return [=](Dir const& inDir) { Fail(Text(inLiteral, {inDir})); };
     };
-    std::vector<Path> files;
-    std::set<Dir> dirs{mOrder.source};
+    std::vector<std::filesystem::path> files;
+    std::set<Dir> dirs{DirFromPath(mOrder.from)};
     WalkOptions options;
     options.leaveOutSaves = true;
     options.onUnreadableDir = failing("$$$/offload/Unreadable=Could not read the folder '^1'.");
     options.onDirLink = failing("$$$/offload/Link=The link '^1' was not followed.");
     options.onEmptyDir = [&](Dir const& inDir) { dirs.insert(inDir); };
-    for (RecursiveFileIterator file(mOrder.source, options), end; file != end; ++file) {
+    for (RecursiveFileIterator file(DirFromPath(mOrder.from), options), end; file != end; ++file) {
         mCancel.Token().ThrowIfCancelled();
-        files.push_back(ToPath(*file).lexically_relative(ToPath(mOrder.source)));
+        files.push_back(ToPath(*file).lexically_relative(mOrder.from));
         dirs.insert(file.CurrentDir());
         mState.totalBytes += (*file).Size(kFileSize_Data);
     }
     mState.files = files.size();
     for (Dir const& dir : dirs) {
         Try([&] {
-            auto const path = ToPath(dir).lexically_relative(ToPath(mOrder.source));
-            Dir const copy = DirFromPath(ToPath(mOrder.destination) / path);
+            Dir const copy = DirFromPath(mOrder.to / ToPath(dir).lexically_relative(mOrder.from));
             copy.CreateAll();
             SafeSave::RemoveAbandoned(copy);
         });
@@ -101,42 +96,36 @@ std::vector<Offload::Path> Offload::ListFiles() {
     return files;
 }
 
-void Offload::Transfer(Path const& inPath, Manifest& ioManifest) {
-    File const original = FileFromPath(ToPath(mOrder.source) / inPath);
-    File const copy = FileFromPath(ToPath(mOrder.destination) / inPath);
-    if (copy == ioManifest.file) {
-        return Fail(Text("$$$/offload/Manifest=The card's own '^1' was not copied.", {inPath}));
-    }
+void Offload::Transfer(std::filesystem::path const& inPath, Manifest& ioManifest) {
+    File const original = FileFromPath(mOrder.from / inPath);
+    File const copy = FileFromPath(mOrder.to / inPath);
     proplist::PropList entry;
     auto const size = original.Size(kFileSize_Data);
     entry.Set("size", size);
     entry.Set("modified", original.Modified());
+    std::uint64_t shown = 0;
+    auto const progress = [&](std::uint64_t inDone, std::uint64_t) {
+        mCancel.Token().ThrowIfCancelled();
+        Change([&](State& ioState) { ioState.bytes += inDone - std::exchange(shown, inDone); });
+    };
     if (copy.Exists()) {
-        auto const stop = [this](auto...) { mCancel.Token().ThrowIfCancelled(); };
         auto const* const known = ioManifest.Find(inPath);
         auto const crc = known != nullptr ? known->Get("crc", 0U) : 0U;
         entry.Set("crc", crc);
         bool const isListed = known != nullptr && *known == entry;
-        entry.Set("crc", isListed ? crc : SumOf(original, stop));
-        if (copy.Size(kFileSize_Data) == size && SumOf(copy, stop) == entry.Get("crc", 0U)) {
-            Change([&](State& ioState) { ioState.bytes += size; });
+        entry.Set("crc", isListed ? crc : SumOf(original, progress));
+        if (copy.Size(kFileSize_Data) == size && SumOf(copy, progress) == entry.Get("crc", 0U)) {
             Change([&](State& ioState) { ++ioState.present; });
             return ioManifest.Set(inPath, std::move(entry));
         }
         if (!isListed) {
-            return Fail(
-                Text("$$$/offload/Other='^1' is another file than the card's: kept.", {copy}));
+            return Fail(Text("$$$/offload/Other='^1' is another file: it was kept.", {copy}));
         }
     }
-    std::uint64_t shown = 0;
     CopyOptions options;
     options.keepTimes = options.sum = true;
-    options.isCancelled = [token = mCancel.Token()] { return token.IsCancelled(); };
-    options.progress = [&](std::uint64_t inDone, std::uint64_t) {
-        Change([&](State& ioState) { ioState.bytes += inDone - std::exchange(shown, inDone); });
-    };
+    options.progress = progress;
     auto const copied = CopyFile(original, copy, options);
-    mCancel.Token().ThrowIfCancelled();
     Change([&](State& ioState) { ++ioState.copied; });
     entry.Set("crc", copied.crc);
     ioManifest.Set(inPath, std::move(entry));

@@ -11,11 +11,8 @@ using Executor = boost::shared_ptr<threads::AsyncExecutor>;
 
 /// How far an offload has come.
 struct State {
-    std::size_t files = 0;
-    std::size_t copied = 0;
-    std::size_t present = 0; // were there already, and are whole
-    std::uint64_t bytes = 0;
-    std::uint64_t totalBytes = 0;
+    std::size_t files = 0, copied = 0, present = 0; // those present were there already
+    std::uint64_t bytes = 0, totalBytes = 0;
     std::vector<UTF16String> failures; // a sentence for each
     UTF16String summary;               // empty before the end
 };
@@ -32,14 +29,14 @@ public:
     /// What is being copied is given up.
     void Cancel() noexcept { mCancel.Cancel(); }
     /// Waits for the end.
-    State const& Wait();
+    void Wait() { mGroup.Wait(); }
+    /// After the end.
+    State const& Last() const { return mState; }
 
 private:
-    using Path = Manifest::Path; // relative to the source and to the destination
-
     void Run();
-    std::vector<Path> ListFiles();
-    void Transfer(Path const& inPath, Manifest& ioManifest);
+    std::vector<std::filesystem::path> ListFiles();
+    void Transfer(std::filesystem::path const& inPath, Manifest& ioManifest);
     void Try(std::function<void()> const& inFunction);
     void Fail(UTF16String const& inSentence);
     void Change(std::function<void(State&)> const& inChange);

@@ -12,32 +12,31 @@ using namespace brindle;
 /// "source", "destination", "start" and "counting", which is a rate such as "29.97" or "29.97 DF".
 struct Order {
     explicit Order(proplist::PropList const& inPreferences)
-        : source(PlaceOf(inPreferences.Get("source", ""))),
-          destination(PlaceOf(inPreferences.Get("destination", ""))) {
+        : from(PlaceOf(inPreferences.Get("source", ""))),
+          to(PlaceOf(inPreferences.Get("destination", ""))) {
+        // The frames are counted in drop-frame if there is more than the rate's name.
         auto const counting = inPreferences.Get("counting", "25");
         auto const name = counting.substr(0, counting.find(' '));
         rate = time::FrameRate::FromName(name).value_or(time::kFrameRate_VideoPAL);
-        format =
-            time::TimecodeFormat::Create(rate, name == counting ? time::FrameCounting::kNonDrop
-                                                                : time::FrameCounting::kDropFrame);
+        format = time::TimecodeFormat::Create(rate, time::FrameCounting(name != counting));
         start = format->Evaluate(inPreferences.Get("start", "0"));
     }
 
     bool HasStart() const { return start.fault == time::TimecodeFault::kNone; }
     std::string Timecode() const { return format->ToText(start.time); }
 
-    filesupport::Dir source;
-    filesupport::Dir destination;
+    std::filesystem::path from;
+    std::filesystem::path to;
     time::FrameRate rate;
     std::optional<time::TimecodeFormat> format;
     time::TimecodeReading start;
 
 private:
     /// The directory that a user typed, without links and relative parts.
-    static filesupport::Dir PlaceOf(std::filesystem::path const& inPath) {
+    static std::filesystem::path PlaceOf(std::filesystem::path const& inPath) {
         std::error_code error;
         auto const path = std::filesystem::weakly_canonical(inPath, error);
-        return filesupport::DirFromPath(std::filesystem::absolute(error ? inPath : path, error));
+        return std::filesystem::absolute(error ? inPath : path, error);
     }
 };
 

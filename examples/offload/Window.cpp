@@ -1,6 +1,7 @@
 #include "Window.h"
 
 #include <brindle/arrange/LayoutTree.h>
+#include <brindle/arrange/PixelRect.h>
 #include <brindle/arrange/TreeSizes.h>
 #include <brindle/config/Text.h>
 #include <brindle/filesupport/CommonDirs.h>
@@ -28,16 +29,17 @@ char const* ValueOf(GtkWidget* inWidget) {
 
 /// The leaf is as large as the widget wants to be, and grows where the layout says so.
 void Bind(GtkWidget* inWidget, arrange::FunctionLeaf& ioLeaf) {
-    ioLeaf.SetSizes([=, growsWide = ioLeaf.HorizontallyExpandable(),
-                     growsHigh = ioLeaf.VerticallyExpandable()] {
+    ioLeaf.SetSizes([=, &ioLeaf] {
         GtkRequisition size;
         gtk_widget_get_preferred_size(inWidget, nullptr, &size);
-        arrange::Extent const width = float(size.width), height = float(size.height);
-        return arrange::LeafSizes{growsWide ? arrange::Growing(width.best) : width,
-                                  growsHigh ? arrange::Growing(height.best) : height};
+        arrange::Extent const width(size.width), height(size.height);
+        return arrange::LeafSizes{
+            ioLeaf.HorizontallyExpandable() ? arrange::Growing(width.best) : width,
+            ioLeaf.VerticallyExpandable() ? arrange::Growing(height.best) : height};
     });
     ioLeaf.SetPlace([=](geom::RectT<float> const& inRect) {
-        GtkAllocation place{int(inRect.x), int(inRect.y), int(inRect.width), int(inRect.height)};
+        auto const [x, y, width, height] = arrange::PixelRect(inRect);
+        GtkAllocation place{x, y, width, height};
         gtk_widget_size_allocate(inWidget, &place);
     });
 }
@@ -66,7 +68,6 @@ public:
         }
         g_object_set(Widget("window"), "default-width", mPreferences.Get("width", 600),
                      "default-height", mPreferences.Get("height", 440), nullptr);
-        gtk_widget_show_all(Widget("layout")); // what is not shown has no size
         Translate();
         Connect<&Window::Update>("changed", {"source", "destination", "start", "counting"});
         Connect<&Window::Calculate>("activate", {"start"});
@@ -95,9 +96,9 @@ private:
     }
     template <void (Window::*Function)()>
     void Connect(char const* inSignal, std::initializer_list<char const*> inWidgets) {
-        auto const call = +[](Window* ioWindow) { (ioWindow->*Function)(); };
+        GCallback const call = G_CALLBACK(+[](Window* ioWindow) { (ioWindow->*Function)(); });
         for (char const* const name : inWidgets) {
-            g_signal_connect_swapped(Widget(name), inSignal, G_CALLBACK(call), this);
+            g_signal_connect_swapped(Widget(name), inSignal, call, this);
         }
     }
 
@@ -175,12 +176,11 @@ private:
         }
         mIsRunning = inState.summary.empty();
         Update();
-        Set("status",
-            mIsRunning ? Text("$$$/offload/Progress=^1 of ^2 ^2{one=file|other=files}, ^3 of ^4 MB",
-                              {inState.copied + inState.present, inState.files,
-                               inState.bytes / 1'000'000, inState.totalBytes / 1'000'000})
-                       : inState.summary);
+        Set("status", mIsRunning ? Text("$$$/offload/Progress=^1 of ^2 ^2{one=file|other=files}",
+                                        {inState.copied + inState.present, inState.files})
+                                 : inState.summary);
     }
+
     proplist::PropList& mPreferences;
     proplist::TableLocalizer& mTexts;
     Executor const mPool;

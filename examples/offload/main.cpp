@@ -12,21 +12,6 @@
 
 using namespace brindle;
 
-namespace {
-
-/// Returns whether nothing failed.
-bool OffloadInTerminal(offload::Order const& inOrder, offload::Executor const& inPool) {
-    offload::Offload offload(inOrder, inPool, inPool, [](auto const&) {});
-    auto const& last = offload.Wait();
-    for (UTF16String const& sentence : last.failures) {
-        std::cerr << sentence << '\n';
-    }
-    std::cout << last.summary << '\n';
-    return last.failures.empty();
-}
-
-} // namespace
-
 int main(int argc, char** argv) try {
     config::SetCompanyName(u"Example"_utf16);
     config::SetClientName(u"Offload"_utf16);
@@ -49,7 +34,13 @@ int main(int argc, char** argv) try {
     auto const pool =
         threads::CreateAsyncThreadedExecutor("offload", -1, threads::kThreadPriorityNormal);
     if (argc >= 4 && std::string_view(argv[3]) == "--no-window") {
-        return OffloadInTerminal(offload::Order(preferences), pool) ? 0 : 1;
+        offload::Offload offload(offload::Order(preferences), pool, pool, [](auto const&) {});
+        offload.Wait();
+        for (UTF16String const& sentence : offload.Last().failures) {
+            std::cerr << sentence << '\n';
+        }
+        std::cout << offload.Last().summary << '\n';
+        return offload.Last().failures.empty() ? 0 : 1;
     }
     offload::RunWindow(preferences, texts, pool);
     proplist::utils::SavePropList(file, preferences);
