@@ -119,7 +119,7 @@ void Offload::Transfer(std::filesystem::path const& inPath, Manifest& ioManifest
             return ioManifest.Set(inPath, std::move(entry));
         }
         if (!isListed) {
-            return Fail(Text("$$$/offload/Other='^1' is another file: it was kept.", {copy}));
+            return Fail(Text("$$$/offload/Other=There is another '^1', which was kept.", {copy}));
         }
     }
     CopyOptions options;
