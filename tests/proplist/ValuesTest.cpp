@@ -244,7 +244,10 @@ TEST_F(Values, OfALongListAreWalkedComparedAndMoved) {
     // One difference each: in a value, a type, a key, a nested list and an array.
     std::pair<char const*, void (*)(PropList&)> const changes[] = {
         {"value", [](PropList& ioList) { ioList.SetValue("not a number", 0.0); }},
-        {"array", [](PropList& ioList) { ioList.Set("array", std::vector<int>{1, 3}); }},
+        {"array",
+         [](PropList& ioList) {
+             ioList.Set("array", std::vector<int>{1, 3});
+         }},
         {"type", [](PropList& ioList) { ioList.SetValue("not a number", 0); }},
         {"key", [](PropList& ioList) { ioList.SetValue("zzz", 0); }},
         {"list", [](PropList& ioList) { ioList.GetSubList("inner")->Set("500", 501); }},
