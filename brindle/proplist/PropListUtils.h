@@ -48,6 +48,8 @@ BRN_API void ReadPropList(UTF8String const& inText, PropList& ioList);
 /// has both paths, and what it throws is dropped. A file that could not be read is not renamed, for
 /// it may be intact.
 BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorrupt);
+/// A path is a `UTF16String`, or a `filesupport::File` that `FileFromNative` makes.
+void LoadPropList(char const* inPath, PropList& ioList, bool inRenameCorrupt) = delete;
 
 /// Read as the two functions above do, but return how it went instead of reporting it. Only a
 /// document of a later version is still reported.

@@ -15,19 +15,18 @@ namespace offload {
 using namespace filesupport;
 using config::Text;
 
-Offload::Offload(Order inOrder, Executor const& inPool, Executor const& inLoop,
-                 std::function<void(State const&)> inShow)
+constexpr char kInside[] = "$$$/offload/Inside=The destination must be outside the card.";
+
+Offload::Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow)
     : mOrder(std::move(inOrder)), mPool(inPool), mProgress(inLoop, std::move(inShow)),
       mGroup(inPool) {
     mGroup.Run([this] {
         Try([this] { Run(); });
-        Change([this](State& ioState) {
-            ioState.summary =
-                Text("$$$/offload/Done=^4{0=|other=Cancelled: }^1 ^1{one=file|other=files} copied, "
-                     "^2 already there, ^3 failed.",
-                     {ioState.copied, ioState.present, ioState.failures.size(),
-                      int(mCancel.IsCancelled())});
-        });
+        mState.summary = Text(
+            "$$$/offload/Done=^4{0=|other=Cancelled: }^1 ^1{one=file|other=files} copied, ^2 "
+            "already there, ^3 failed.",
+            {mState.copied, mState.present, mState.failures.size(), int(mCancel.IsCancelled())});
+        mProgress.Set(mState);
     });
 }
 
@@ -55,8 +54,8 @@ void Offload::Try(std::function<void()> const& inFunction) {
 
 void Offload::Run() {
     auto const inside = mOrder.to.lexically_relative(mOrder.from);
-    if (!inside.empty() && *inside.begin() != "..") {
-        return Fail(Text("$$$/offload/Inside=The destination must be outside the card."));
+    if (!mOrder.HasStart() || (!inside.empty() && *inside.begin() != "..")) {
+        return Fail(Text(mOrder.HasStart() ? kInside : kNoTimecode));
     }
     auto const files = ListFiles();
     Manifest manifest(mOrder);

@@ -21,9 +21,10 @@ struct State {
 /// and a file that is there already is compared and never replaced by another one.
 class Offload {
 public:
+    using Show = std::function<void(State const&)>;
+
     /// `inShow` is called on the loop, now and then, and at last with the summary.
-    Offload(Order inOrder, Executor const& inPool, Executor const& inLoop,
-            std::function<void(State const&)> inShow);
+    Offload(Order inOrder, Executor const& inPool, Executor const& inLoop, Show inShow);
     ~Offload() { Cancel(); }
 
     /// What is being copied is given up.

@@ -8,6 +8,8 @@ namespace offload {
 
 using namespace brindle;
 
+constexpr char kNoTimecode[] = "$$$/offload/NoTimecode=The start is not a timecode.";
+
 /// What is copied where, and the timecode at which its material starts: from the preferences
 /// "source", "destination", "start" and "counting", which is a rate such as "29.97" or "29.97 DF".
 struct Order {
@@ -19,6 +21,7 @@ struct Order {
         auto const name = counting.substr(0, counting.find(' '));
         rate = time::FrameRate::FromName(name).value_or(time::kFrameRate_VideoPAL);
         format = time::TimecodeFormat::Create(rate, time::FrameCounting(name != counting));
+        format = format.value_or(*time::TimecodeFormat::Create(time::kFrameRate_VideoPAL, {}));
         start = format->Evaluate(inPreferences.Get("start", "0"));
     }
 

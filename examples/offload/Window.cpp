@@ -145,8 +145,8 @@ private:
         mark(gtk_widget_get_style_context(Widget("start")), "error");
         gtk_widget_set_sensitive(Widget("offload"), !mIsRunning && hasStart);
         gtk_widget_set_sensitive(Widget("cancel"), mIsRunning);
-        Set("status", hasStart ? Text("$$$/offload/Ready=Choose a card and a folder for its files.")
-                               : Text("$$$/offload/NoTimecode=The start is not a timecode."));
+        Set("status",
+            Text(hasStart ? "$$$/offload/Ready=Choose a card and a folder." : kNoTimecode));
     }
 
     /// Replaces a calculation by its result.
