@@ -38,7 +38,7 @@ std::string InUTF8(UTF16String const& inText) {
     return Printable({reinterpret_cast<char const*>(text.data()), text.size()});
 }
 
-std::string InUTF8(char const* inLiteral) {
+std::string WithClientName(char const* inLiteral) {
     return InUTF8(config::Text(inLiteral, {config::GetClientName()}));
 }
 
@@ -48,12 +48,12 @@ DialogQuestion AssertQuestion(char const* inHeading, char const* inBody) {
     DialogQuestion question;
     question.width = 405;
     question.height = 217;
-    question.title = InUTF8(kAssertTitle);
+    question.title = WithClientName(kAssertTitle);
     question.heading = Printable(inHeading);
     question.body = Printable(inBody);
     for (auto const& button : kAssertButtons) {
-        question.buttons.push_back(
-            {button.id, InUTF8(button.label), button.isDefault, button.id == kButton_Copy});
+        question.buttons.push_back({button.id, InUTF8(config::Text(button.label)), button.isDefault,
+                                    button.id == kButton_Copy});
     }
     question.closingButton = kButton_IgnoreOnce;
     return question;
@@ -63,10 +63,10 @@ DialogQuestion ContractQuestion(char const* inMessage) {
     DialogQuestion question;
     question.width = 300;
     question.height = 100;
-    question.title = InUTF8(kContractTitle);
-    question.heading = InUTF8(kContractHeading);
+    question.title = WithClientName(kContractTitle);
+    question.heading = WithClientName(kContractHeading);
     question.body = Printable(inMessage);
-    question.buttons = {{kButton_Debug, InUTF8(kContinue), true, false}};
+    question.buttons = {{kButton_Debug, InUTF8(config::Text(kContinue)), true, false}};
     question.closingButton = kButton_Debug;
     return question;
 }
