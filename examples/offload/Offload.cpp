@@ -54,7 +54,7 @@ void Offload::Try(std::function<void()> const& inFunction) {
 
 void Offload::Run() {
     auto const inside = mOrder.to.lexically_relative(mOrder.from);
-    if (!mOrder.HasStart() || (!inside.empty() && *inside.begin() != "..")) {
+    if (!mOrder.HasStart() || inside.empty() || *inside.begin() != "..") {
         return Fail(Text(mOrder.HasStart() ? kInside : kNoTimecode));
     }
     auto const files = ListFiles();
