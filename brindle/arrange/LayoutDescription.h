@@ -20,6 +20,12 @@ class PropList;
 
 } // namespace brindle::proplist
 
+namespace brindle::filesupport {
+
+class File;
+
+} // namespace brindle::filesupport
+
 namespace brindle::arrange {
 
 /// The upper bound of every size, margin and spacing of a description, which keeps all sums finite.
@@ -67,5 +73,9 @@ public:
 /// first key that is unknown, missing or of the wrong type or value, NaN included, for a name that
 /// two nodes have, and for more than `kMostLevels` levels.
 BRN_API LayoutDescription ReadLayoutDescription(proplist::PropList const& inList);
+
+/// The same from a file, for which the program need not have installed an XML parser. Also throws
+/// `layout_error`, with the path, if the file cannot be read or is no property list.
+BRN_API LayoutDescription LoadLayoutDescription(filesupport::File const& inFile);
 
 } // namespace brindle::arrange

@@ -48,6 +48,8 @@ BRN_API void ReadPropList(UTF8String const& inText, PropList& ioList);
 /// has both paths, and what it throws is dropped. A file that could not be read is not renamed, for
 /// it may be intact.
 BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRenameCorrupt);
+/// A path is a `UTF16String`, or a `filesupport::File` that `FileFromNative` makes.
+void LoadPropList(char const* inPath, PropList& ioList, bool inRenameCorrupt) = delete;
 
 /// Read as the two functions above do, but return how it went instead of reporting it. Only a
 /// document of a later version is still reported.
@@ -63,6 +65,10 @@ BRN_API void LoadPropList(UTF16String const& inPath, PropList& ioList, bool inRe
 /// Whether `LoadPropList` takes a missing file for an empty one.
 enum class MissingFile : std::uint8_t { kIsEmpty, kIsFailure };
 
+/// Whether `LoadPropList` renames a damaged file, as fits preferences, or leaves it, as fits a part
+/// of the program.
+enum class DamagedFile { kIsRenamed, kStays };
+
 /// Reads a file as `TryLoadPropList` does; a damaged one is renamed by appending ".old". A file
 /// that does not exist is like an empty list, and the status is `kPropListLoad_Done`:
 ///
@@ -73,7 +79,8 @@ enum class MissingFile : std::uint8_t { kIsEmpty, kIsFailure };
 /// Also works in a program that has installed no parser. `ioList` keeps its properties if the file
 /// is missing or read, and is cleared otherwise.
 BRN_API PropListLoadResult LoadPropList(filesupport::File const& inFile, PropList& ioList,
-                                        MissingFile inMissing = MissingFile::kIsEmpty);
+                                        MissingFile inMissing = MissingFile::kIsEmpty,
+                                        DamagedFile inDamaged = DamagedFile::kIsRenamed);
 
 /// Replaces the file by the document of the list, atomically: whatever happens, the file has the
 /// whole old content or the whole new one. It is durable when this returns.

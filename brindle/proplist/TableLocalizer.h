@@ -42,8 +42,8 @@ public:
 
     /// Adds the texts of a table, in place of those that the language has under the same keys.
     void AddTable(std::string_view inLanguage, PropList const& inTable);
-    /// The same from a file; adds nothing unless the status is `kPropListLoad_Done`. The host has
-    /// installed an XML parser (`xml::SetParserFactory`).
+    /// The same from a file; adds nothing unless the status is `kPropListLoad_Done`. The program
+    /// need not have installed an XML parser.
     PropListLoadResult LoadTable(std::string_view inLanguage, filesupport::File const& inFile);
 
     /// In which languages texts are sought, in place of those that the user has chosen in the

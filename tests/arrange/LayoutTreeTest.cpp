@@ -1,5 +1,6 @@
 #include <brindle/arrange/LayoutTree.h>
 #include <brindle/arrange/TreeSizes.h>
+#include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropList.h>
 
 #include <gtest/gtest.h>
@@ -96,6 +97,16 @@ TEST(LayoutTree, AnyListIsATreeOrAnErrorWithThePathOfTheKey) {
     }
     EXPECT_GT(trees, 1000);
     EXPECT_GT(refusedNaN, 10);
+}
+
+TEST(LayoutFile, IsLoadedOrRefusedWithItsPath) {
+    auto const load = [](std::string const& inName) {
+        return LoadLayoutDescription(
+            filesupport::FileFromNative(BRINDLE_SOURCES "/examples/" + inName));
+    };
+    EXPECT_EQ(load("layouts/mixer.xml").kind, kGroupArrangementType_Row);
+    EXPECT_THROW(load("data/digits"), layout_error);
+    EXPECT_THROW(load("none.xml"), layout_error);
 }
 
 } // namespace

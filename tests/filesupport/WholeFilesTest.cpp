@@ -11,6 +11,7 @@
 #include <brindle/filesupport/CountingByteStream.h>
 #include <brindle/filesupport/FileContent.h>
 #include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/FileSum.h>
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/RecursiveFileIterator.h>
 #include <brindle/filesupport/SafeSave.h>
@@ -314,6 +315,17 @@ TEST_F(WholeFiles, AreReplacedInOneStepOrNotAtAll) {
     EXPECT_THROW(WriteFile(FileAt("file"), std::string(10, 'n')), file_exception);
     EXPECT_EQ(ContentOf("file"), "old");
     EXPECT_THROW(WriteFile(FileAt("missing/file"), ""), create_exception);
+}
+
+TEST_F(WholeFiles, AreSummedInAnyNumberOfBlocks) {
+    Fill("digits", "123456789");
+    EXPECT_EQ(SumOf(FileAt("digits")), 0xCBF43926u); // the published check value
+    Fill("zeros", std::string(1 << 20, '\0'));
+    EXPECT_EQ(SumOf(FileAt("zeros")), 0xA738EA1Cu); // zlib's
+    Fill("empty", "");
+    EXPECT_EQ(SumOf(FileAt("empty")), 0u);
+    EXPECT_THROW(static_cast<void>(SumOf(FileAt("digits"), [](auto...) { throw 7; })), int);
+    EXPECT_THROW(static_cast<void>(SumOf(FileAt("missing"))), file_not_found_exception);
 }
 
 TEST_F(WholeFiles, RemainsOfKilledSavesAreRemovedAndNothingElse) {

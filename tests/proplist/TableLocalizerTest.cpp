@@ -8,7 +8,6 @@
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropList.h>
 #include <brindle/proplist/PropListUtils.h>
-#include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
 namespace brindle::proplist {
@@ -73,8 +72,7 @@ TEST_F(Tables, CountInTheLanguageOfEachText) {
 }
 
 TEST_F(Tables, ComeFromFilesWithNestedLists) {
-    std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
-    xml::SetParserFactory(parsers);
+    xml::ResetParserFactory(); // tables need none
     PropList table;
     auto* const nested = table.NewSubList("a"_utf8)->NewSubList("b"_utf8);
     nested->SetValue("c"_utf8, "\xC3\xA4"_utf8);
@@ -84,6 +82,10 @@ TEST_F(Tables, ComeFromFilesWithNestedLists) {
     EXPECT_EQ(mLocalizer.LoadTable("de", file).status, kPropListLoad_Done);
     EXPECT_EQ(mLocalizer.LoadTable("de", filesupport::File(At("none"))).status,
               kPropListLoad_Missing);
+    Fill("damaged", "<");
+    EXPECT_EQ(mLocalizer.LoadTable("de", filesupport::File(At("damaged"))).status,
+              kPropListLoad_Damaged);
+    EXPECT_EQ(ContentOf("damaged"), "<"); // it stays where it is
     mLocalizer.SetLanguages({"de"});
     EXPECT_EQ(config::Text("$$$/a/b/c=c"), u"\u00E4");
     EXPECT_EQ(config::Text("$$$/a/b/d=d"), u"d");

@@ -1,6 +1,8 @@
 #include <brindle/arrange/LayoutDescription.h>
 
+#include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropList.h>
+#include <brindle/proplist/PropListUtils.h>
 
 #include "arrange/src/description/ListReader.h"
 
@@ -205,6 +207,17 @@ private:
 
 LayoutDescription ReadLayoutDescription(PropList const& inList) {
     return TreeReader().Read(inList);
+}
+
+LayoutDescription LoadLayoutDescription(filesupport::File const& inFile) {
+    using namespace proplist::utils;
+    PropList list;
+    auto const result = LoadPropList(inFile, list, MissingFile::kIsFailure, DamagedFile::kStays);
+    if (result.status != proplist::kPropListLoad_Done) {
+        throw layout_error(filesupport::NativePath(inFile) +
+                           ": this is not a property list that can be read");
+    }
+    return ReadLayoutDescription(list);
 }
 
 } // namespace brindle::arrange

@@ -38,8 +38,7 @@ std::string InUTF8(UTF16String const& inText) {
     return Printable({reinterpret_cast<char const*>(text.data()), text.size()});
 }
 
-/// A text about the client.
-std::string WithName(char const* inLiteral) {
+std::string WithClientName(char const* inLiteral) {
     return InUTF8(config::Text(inLiteral, {config::GetClientName()}));
 }
 
@@ -49,7 +48,7 @@ DialogQuestion AssertQuestion(char const* inHeading, char const* inBody) {
     DialogQuestion question;
     question.width = 405;
     question.height = 217;
-    question.title = WithName(kAssertTitle);
+    question.title = WithClientName(kAssertTitle);
     question.heading = Printable(inHeading);
     question.body = Printable(inBody);
     for (auto const& button : kAssertButtons) {
@@ -64,8 +63,8 @@ DialogQuestion ContractQuestion(char const* inMessage) {
     DialogQuestion question;
     question.width = 300;
     question.height = 100;
-    question.title = WithName(kContractTitle);
-    question.heading = WithName(kContractHeading);
+    question.title = WithClientName(kContractTitle);
+    question.heading = WithClientName(kContractHeading);
     question.body = Printable(inMessage);
     question.buttons = {{kButton_Debug, InUTF8(config::Text(kContinue)), true, false}};
     question.closingButton = kButton_Debug;

@@ -162,8 +162,9 @@ PropListLoadResult TryLoadPropList(UTF16String const& inPath, PropList& ioList,
 }
 
 PropListLoadResult LoadPropList(filesupport::File const& inFile, PropList& ioList,
-                                MissingFile inMissing) {
+                                MissingFile inMissing, DamagedFile inDamaged) {
     LoadOptions options;
+    options.renameCorrupt = inDamaged == DamagedFile::kIsRenamed;
     options.useExpat = true;
     options.keepIfMissing = inMissing == MissingFile::kIsEmpty;
     PropListLoadResult result = Load(inFile.FullPath(), ioList, options);

@@ -117,7 +117,8 @@ void TableLocalizer::AddTable(std::string_view inLanguage, PropList const& inTab
 PropListLoadResult TableLocalizer::LoadTable(std::string_view inLanguage,
                                              filesupport::File const& inFile) {
     PropList table;
-    auto result = utils::TryLoadPropList(inFile.FullPath(), table, false);
+    auto result = utils::LoadPropList(inFile, table, utils::MissingFile::kIsFailure,
+                                      utils::DamagedFile::kStays);
     if (result.status == kPropListLoad_Done) {
         AddTable(inLanguage, table);
     }
