@@ -21,6 +21,7 @@
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/ForEach.h>
+#include <brindle/time/FrameRateNames.h>
 
 #include <iostream>
 

@@ -2,6 +2,7 @@
 
 #include <brindle/filesupport/FilesystemPath.h>
 #include <brindle/proplist/PropList.h>
+#include <brindle/time/FrameRateNames.h>
 #include <brindle/time/Timecode.h>
 
 namespace offload {
@@ -28,8 +29,7 @@ struct Order {
     bool HasStart() const { return start.fault == time::TimecodeFault::kNone; }
     std::string Timecode() const { return format->ToText(start.time); }
 
-    std::filesystem::path from;
-    std::filesystem::path to;
+    std::filesystem::path from, to;
     time::FrameRate rate;
     std::optional<time::TimecodeFormat> format;
     time::TimecodeReading start;
