@@ -1,32 +1,24 @@
 // Loads preferences, changes one of them and saves them. Each run zooms in by a half.
 #include <brindle/config/Describe.h>
+#include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
-#include <brindle/xml/ExpatParser.h>
-#include <brindle/xml/Parser.h>
 #include <iostream>
-#include <memory>
 
 int main() try {
     using namespace brindle;
-    using namespace brindle::literals;
-    std::unique_ptr<xml::DocParserFactory> parsers = std::make_unique<xml::ExpatParserFactory>();
-    xml::SetParserFactory(parsers);
-
-    auto const path = u"preferences.xml"_utf16;
+    auto const file = filesupport::FileFromNative("preferences.xml");
     proplist::PropList preferences;
     // A damaged file is renamed to "preferences.xml.old"; in the first run there is none.
-    auto const loaded = proplist::utils::TryLoadPropList(path, preferences, true);
+    auto const loaded = proplist::utils::LoadPropList(file, preferences);
     if (loaded.status == proplist::kPropListLoad_Damaged) {
         std::cerr << "The preferences are damaged in line " << loaded.fault.line << ".\n";
     }
-    double zoom = 1; // if there is no such preference
-    preferences.GetValue("zoom"_utf8, zoom);
+    double const zoom = preferences.Get("zoom", 1.0); // 1, if there is no such preference
     std::cout << "zoom " << zoom << '\n';
 
-    preferences.SetValue("zoom"_utf8, zoom * 1.5);
-    preferences.NewSubList("window"_utf8)->SetValue("title"_utf8, u"Pier"_utf16);
-    proplist::utils::SavePropList(path, preferences); // whole, or not at all
-    xml::ResetParserFactory();
+    preferences.Set("zoom", zoom * 1.5);
+    preferences.NewSubList("window")->Set("title", u"Pier");
+    proplist::utils::SavePropList(file, preferences); // whole, or not at all
 } catch (std::exception const& error) {
     std::cerr << brindle::config::DescribeInUTF8(error) << '\n';
     return 1;

@@ -1,5 +1,6 @@
 // Reads any bytes as the document of a list. Whatever was read, whole or up to a fault, has to be
-// written so that it reads back the same, once carriage returns have become line feeds.
+// written so that it reads back the same, once carriage returns have become line feeds; with exact
+// numbers the list itself comes back.
 
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/ExpatParser.h>
@@ -22,6 +23,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
         proplist::PropList list;
         proplist::utils::ReadPropList(before, list);
         proplist::utils::WritePropList(text, list);
+        UTF8String exact;
+        proplist::utils::WritePropList(exact, list, proplist::utils::kExactNumbers);
+        proplist::PropList again;
+        proplist::utils::ReadPropList(exact, again);
+        if (list.Clone() != list || (time == 2 && again != list)) {
+            std::abort();
+        }
     }
     if (text != before) {
         std::abort();

@@ -2,13 +2,13 @@
 #include "host/commandline/Diagnostics.h"
 #include "host/commandline/PlainText.h"
 #include "host/setup/HostErrorManager.h"
-#include "host/setup/HostLocalizer.h"
 #include "host/setup/StartAndStop.h"
 #include "host/verbs/Verbs.h"
 
 #include <brindle/config/ClientIdentity.h>
 #include <brindle/config/Describe.h>
 #include <brindle/console/Terminal.h>
+#include <brindle/proplist/TableLocalizer.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
@@ -118,7 +118,7 @@ int main(int inCount, char** inWords) {
     // Beyond the limit on the size of files, a write fails and is reported like any other.
     std::signal(SIGXFSZ, SIG_IGN);
     host::HostErrorManager errorManager;
-    host::HostLocalizer localizer;
+    proplist::TableLocalizer localizer;
     host::StartLibrary(errorManager, localizer);
 
     int const status = host::RunAndReport({inWords + std::min(inCount, 1), inWords + inCount});

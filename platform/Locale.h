@@ -3,6 +3,8 @@
 #include <brindle/utility/TextTypes.h>
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace brindle::platform {
 
@@ -19,5 +21,10 @@ struct NumberSeparators {
 /// The first unit of each separator of the user's locale, or the structure's default for one that
 /// the locale does not have. Reads the user's setting at each call. Any thread may call.
 [[nodiscard]] NumberSeparators UserNumberSeparators();
+
+/// The languages that the user reads, preferred ones first, as tags such as "pt-BR"; none if the
+/// user has chosen none. Reads the user's setting at each call. Any thread may call unless another
+/// one changes the environment.
+[[nodiscard]] std::vector<std::string> UserLanguages();
 
 } // namespace brindle::platform

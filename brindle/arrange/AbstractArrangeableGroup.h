@@ -67,10 +67,11 @@ public:
     /// places its separators.
     std::uint32_t SeparatorBuilds() const noexcept { return mSeparatorBuilds; }
 
-private:
+protected:
     void RebuildSelf() override;
     ArrangementSet& ArrangementsSelf() override { return mArrangements; }
 
+private:
     using Children = std::vector<NodePointer<IArrangeable>>;
 
     Children CollectChildren();

@@ -34,6 +34,12 @@ public:
     void Prepare() override;
     bool IsOuter() const override { return mIsOuter; }
 
+    std::vector<boost::intrusive_ptr<IArrangement>> const& Children() const noexcept {
+        return mChildren;
+    }
+    /// Null once the group has been destroyed.
+    AbstractArrangeableGroup const* Owner() const noexcept { return mOwner.Get(); }
+
     virtual void ComputeBestWidth() = 0;
     virtual void ComputeBestHeight() = 0;
 

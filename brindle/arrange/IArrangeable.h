@@ -80,6 +80,9 @@ public:
     /// within, and the rest of the pass would still follow the old measures. Outside of arranging,
     /// the marks take effect with the next `Arrange`, `Rearrange` or `BestSize`.
     void MarkInvalid() noexcept;
+    /// Calls `MarkInvalid` while the tree is being arranged on this thread, and `Invalidate` at any
+    /// other time: the operation for a change that may be made from anywhere.
+    void NoteChange();
     /// Invalidates each child and then this node. Does nothing if arranging is switched off.
     void InvalidateAll();
 
@@ -108,6 +111,7 @@ private:
     bool mIsValid = false;
     bool mIsEnabled = true;
     bool mIsRebuilding = false;
+    bool mIsArranging = false;
     std::uint32_t mLimits = 0;
     geom::RectT<float> mRectangle;
     impl::NodePointer<IArrangeable> mParent;

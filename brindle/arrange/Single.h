@@ -41,8 +41,10 @@ public:
     /// size that it took; what follows is placed by it, so a leaf with margins adds them.
     virtual geom::PointT<float> ArrangeContent(geom::RectT<float> const& inRect) = 0;
 
-private:
+protected:
     void RebuildSelf() override;
+
+private:
     impl::ArrangementSet& ArrangementsSelf() override { return mArrangements; }
 
     impl::ArrangementSet mArrangements;

@@ -16,8 +16,8 @@ class ErrorManager;
 /// `Finish` is called, so that the user hears once of a run of failures. Of several reporters the
 /// newest records.
 ///
-/// The error manager is asked to show each error as it is raised, too; it asks
-/// `IsErrorReportingDeferred` and waits for the replay:
+/// The error manager is asked to show each error as it is raised, too; it asks `WillBeReplayed` and
+/// waits for the replay:
 ///
 ///     auto const reporter = ErrorManager::Get()->NewDeferredErrorReporter(true);
 ///     for (auto const& path : paths) { LoadPropList(path, list, false); }

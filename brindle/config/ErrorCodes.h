@@ -22,6 +22,11 @@ inline constexpr std::uint32_t kErrorModule_Threads = 106;
 inline constexpr std::uint32_t kErrorModule_Geom = 107;
 inline constexpr std::uint32_t kErrorModule_None = 110; ///< no error yet, in a reporter
 
+/// The library keeps the module numbers below `kErrorModule_Host` for itself. From that one on all
+/// are the host's, who divides them among its own parts; within them every code is the host's, too.
+/// The number itself is that of `Report` without a module.
+inline constexpr std::uint32_t kErrorModule_Host = 1000;
+
 /// What is always the same of an error: everything but its replacement values.
 struct ErrorCode {
     ErrorLevel level;
@@ -141,6 +146,10 @@ inline constexpr ErrorCode kErrorCodes[] = {
     kError_ThreadLock,
     kError_SingularMatrix,
 };
+
+// What a `ReplacementValue` of a `bool` says.
+inline constexpr char kKey_Yes[] = "$$$/brindle/config/Yes=yes";
+inline constexpr char kKey_No[] = "$$$/brindle/config/No=no";
 
 // What the exceptions of files and directories give as `what()`; each is the key of the class of
 // its name in `filesupport/FileExceptions.h`. `@0` stands for the path, `@1` for the new name.

@@ -10,10 +10,19 @@
 #include <atomic>
 #include <cstdint>
 #include <list>
+#include <stdexcept>
 
 namespace brindle::config {
 
 class DeferredErrorReporter;
+
+/// What `ErrorManager::Get` throws if the host has installed no manager. `Describe` says what to
+/// install.
+class BRN_API no_error_manager : public std::logic_error {
+public:
+    no_error_manager();
+    ~no_error_manager() override;
+};
 
 /// What the host derives from to decide what happens to an error: show it, log it, throw.
 ///
@@ -21,6 +30,8 @@ class DeferredErrorReporter;
 ///
 ///     MyErrorManager errors; // derives from ErrorManager and overrides ThrowErrorImpl
 ///     ErrorManager::Set(&errors);
+///
+/// `PrintingErrorManager` is one for programs without windows.
 ///
 /// The list of reporters has no lock: a host that defers errors on several threads at once holds a
 /// lock of its own around everything that it does with reporters, and around `ThrowError`.
@@ -44,7 +55,7 @@ public:
     NewDeferredErrorReporter(bool inReportWhenFinished);
 
     /// Does with an error what the host wants done; it may throw. Also called for an error that a
-    /// reporter has recorded: `IsErrorReportingDeferred` tells whether there is a reporter.
+    /// reporter has recorded: `WillBeReplayed` tells whether this one comes again.
     virtual void ThrowErrorImpl(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
                                 std::int32_t inCode, bool inDeferrable,
                                 ReplacementValue const& inFirst, ReplacementValue const& inSecond,
@@ -54,11 +65,17 @@ public:
     /// Installs a manager without taking ownership; null uninstalls.
     static void Set(ErrorManager* inManager) noexcept;
 
-    /// The installed manager. Throws `std::logic_error` if there is none.
+    /// The installed manager. Throws `no_error_manager`, a `std::logic_error`, if there is none: a
+    /// program then installs one at its start, such as `PrintingErrorManager`.
     static ErrorManager* Get();
 
     /// Whether there is a reporter, which records an error that may be deferred.
     bool IsErrorReportingDeferred() const noexcept { return !mReporters.empty(); }
+
+    /// For `ThrowErrorImpl`, which passes its own argument: true if a reporter has just recorded
+    /// the error, so that it will come again when the reporter finishes; false for the replay
+    /// itself.
+    bool WillBeReplayed(bool inDeferrable) const noexcept;
 
     /// Lets the newest reporter record the error if it may be deferred, and calls `ThrowErrorImpl`
     /// in any case.

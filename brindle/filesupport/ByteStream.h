@@ -79,6 +79,8 @@ protected:
     ByteStream_base() = default;
     /// For the classes of the library: what the copying operator may rely on.
     void SetBlocks(impl::BlockStream const& inBlocks) noexcept { mBlocks = &inBlocks; }
+    /// For filters: the stream that this one reads or writes, so that failures can name its file.
+    void SetFiltered(ByteStream_base const& inStream) noexcept { mFiltered = &inStream; }
 
 private:
     friend struct impl::BlockStream;
@@ -91,6 +93,7 @@ private:
     std::vector<void*> mPointers;
     std::vector<Callback> mCallbacks;
     impl::BlockStream const* mBlocks = nullptr;
+    ByteStream_base const* mFiltered = nullptr;
 };
 
 /// A source of bytes. Positions count bytes from the start of the data.

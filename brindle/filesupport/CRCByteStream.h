@@ -42,7 +42,9 @@ private:
 /// A byte that the source failed to give is not included.
 class BRN_API ICRCByteStream : public IByteStream {
 public:
-    explicit ICRCByteStream(IByteStream& inSource) noexcept : mSource(inSource) {}
+    explicit ICRCByteStream(IByteStream& inSource) noexcept : mSource(inSource) {
+        SetFiltered(inSource);
+    }
     ~ICRCByteStream() override;
 
     std::uint8_t Get() override;

@@ -142,6 +142,9 @@ inline bool operator<(Dir const& inLHS, Dir const& inRHS) noexcept {
     return inLHS.Helper().Path() < inRHS.Helper().Path();
 }
 
+/// The native path, for a `config::ReplacementValue`.
+BRN_API UTF16String ReplacementText(Dir const& inDir);
+
 } // namespace brindle::filesupport
 
 /// Agrees with `==`.

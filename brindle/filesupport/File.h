@@ -119,6 +119,9 @@ inline bool operator<(File const& inLHS, File const& inRHS) noexcept {
     return inLHS.Helper().Path() < inRHS.Helper().Path();
 }
 
+/// The native path, for a `config::ReplacementValue`.
+BRN_API UTF16String ReplacementText(File const& inFile);
+
 } // namespace brindle::filesupport
 
 /// Agrees with `==`.

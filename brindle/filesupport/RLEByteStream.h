@@ -16,7 +16,9 @@ namespace brindle::filesupport {
 /// returns 0.
 class BRN_API IRLEByteStream : public IByteStream {
 public:
-    explicit IRLEByteStream(IByteStream& inSource) noexcept : mSource(inSource) {}
+    explicit IRLEByteStream(IByteStream& inSource) noexcept : mSource(inSource) {
+        SetFiltered(inSource);
+    }
     ~IRLEByteStream() override;
 
     std::uint8_t Get() override;

@@ -2,6 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/filesupport/File.h>
+#include <brindle/utility/SystemError.h>
 
 #include <cstddef>
 #include <memory>
@@ -72,6 +73,7 @@ private:
     File mTemp;
     bool mHasTempName = false;
     std::unique_ptr<platform::TemporaryFile> mTempFile; // none where it could not be created
+    utility::SystemError mTempError = utility::SystemError::kFileNotFound; // why there is none
 };
 
 } // namespace brindle::filesupport

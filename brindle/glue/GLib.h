@@ -45,6 +45,8 @@ private:
             threads::DispatchMessages();
         } catch (std::exception const& error) { // it must not leave through GLib
             g_log("brindle", G_LOG_LEVEL_WARNING, "%s", error.what());
+        } catch (...) {
+            g_log("brindle", G_LOG_LEVEL_WARNING, "a function threw what is no std::exception");
         }
         return G_SOURCE_CONTINUE;
     }

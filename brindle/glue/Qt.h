@@ -54,6 +54,8 @@ private:
                 threads::DispatchMessages();
             } catch (std::exception const& error) { // it must not leave through Qt
                 qWarning("%s", error.what());
+            } catch (...) {
+                qWarning("a function threw what is no std::exception");
             }
         }
 

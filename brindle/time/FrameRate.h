@@ -3,9 +3,6 @@
 #include <brindle/Export.h>
 #include <brindle/time/Ticks.h>
 
-#include <optional>
-#include <string_view>
-
 namespace brindle::time {
 
 /// A frame rate, stored as its period: the exact number of ticks in one frame. The NTSC rates are
@@ -36,11 +33,11 @@ public:
         return rate;
     }
 
-    /// The rate that people call so: a number of frames a second such as "25" or "12.5", or a
-    /// fraction such as "30000/1001". A number whose frames would not last a whole number of ticks
-    /// is taken for a rounded NTSC rate, 1000/1001 of a whole number: "29.97", "23.976", "23.98".
-    /// Nothing for any other text.
-    [[nodiscard]] BRN_API static std::optional<FrameRate> FromName(std::string_view inName);
+    /// The rate that people call so, as a `std::optional`, for text that converts to a
+    /// `std::string_view`: see `FrameRateFromName` in brindle/time/FrameRateNames.h, which has to
+    /// be included.
+    template <typename Text>
+    [[nodiscard]] static auto FromName(Text const& inName);
 
     /// Frames per second; 0.0 for `kFrameRate_Zero`.
     constexpr double GetValue() const noexcept {

@@ -3,10 +3,23 @@
 #include <brindle/Export.h>
 #include <brindle/time/FrameRate.h>
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brindle::time {
+
+/// The rate that people call so: a number of frames a second such as "25" or "12.5", or a fraction
+/// such as "30000/1001". A number whose frames would not last a whole number of ticks is taken for
+/// a rounded NTSC rate, 1000/1001 of a whole number: "29.97", "23.976", "23.98". Nothing for any
+/// other text.
+[[nodiscard]] BRN_API std::optional<FrameRate> FrameRateFromName(std::string_view inName);
+
+template <typename Text>
+auto FrameRate::FromName(Text const& inName) {
+    return FrameRateFromName(inName);
+}
 
 /// A rate under its usual name, which `FrameRate::FromName` takes.
 struct NamedFrameRate {

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <optional>
 #include <type_traits>
 
 namespace brindle::time {
@@ -256,16 +255,6 @@ inline constexpr TickTime kTickTime_Max = TickTime::TicksToTickTime(914457600000
 inline constexpr TickTime kTickTime_Min = TickTime::TicksToTickTime(-91445760000000000);
 /// Below `kTickTime_Min`.
 inline constexpr TickTime kTickTime_Invalid = TickTime::TicksToTickTime(-101606400000000000);
-
-/// The sum, or nothing if it does not fit into 64 bits.
-[[nodiscard]] constexpr std::optional<TickTime> CheckedSum(TickTime const& inLHS,
-                                                           TickTime const& inRHS) noexcept {
-    std::int64_t sum = 0;
-    if (__builtin_add_overflow(inLHS.GetTicks(), inRHS.GetTicks(), &sum)) {
-        return std::nullopt;
-    }
-    return TickTime::TicksToTickTime(sum);
-}
 
 /// Writes the time in seconds, as the stream writes a double.
 BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,

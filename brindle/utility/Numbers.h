@@ -49,11 +49,31 @@ template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> =
     return NumberToString(static_cast<Wide>(inValue));
 }
 
+/// An integer of up to 64 bits, exactly, in the user's form or the neutral one. Of the flags,
+/// padding and trimming do not apply:
+///
+///     label = NumberToString(bytes, kNumberFormat_Group); // "9,223,372,036,854,775,807"
+///
+/// `ParseInteger` reads it.
+[[nodiscard]] BRN_API UTF16String NumberToString(std::int64_t inValue,
+                                                 Flags<std::uint16_t> inFlags);
+[[nodiscard]] BRN_API UTF16String NumberToString(std::uint64_t inValue,
+                                                 Flags<std::uint16_t> inFlags);
+template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
+[[nodiscard]] UTF16String NumberToString(Integer inValue, Flags<std::uint16_t> inFlags) {
+    using Wide = std::conditional_t<std::is_signed_v<Integer>, std::int64_t, std::uint64_t>;
+    return NumberToString(static_cast<Wide>(inValue), inFlags);
+}
+
 /// Characters are no numbers.
 UTF16String NumberToString(char) = delete;
 UTF16String NumberToString(wchar_t) = delete;
 UTF16String NumberToString(char16_t) = delete;
 UTF16String NumberToString(char32_t) = delete;
+UTF16String NumberToString(char, Flags<std::uint16_t>) = delete;
+UTF16String NumberToString(wchar_t, Flags<std::uint16_t>) = delete;
+UTF16String NumberToString(char16_t, Flags<std::uint16_t>) = delete;
+UTF16String NumberToString(char32_t, Flags<std::uint16_t>) = delete;
 
 /// Capital hexadecimal digits of the 32 bits, without prefix or leading zeros.
 [[nodiscard]] BRN_API UTF16String NumberToHexString(std::int32_t inValue);

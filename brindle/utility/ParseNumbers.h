@@ -15,13 +15,16 @@
 /// only the allocator can throw.
 namespace brindle::utility {
 
-/// An optional sign and decimal digits. Nothing if there is anything else, or if the number does
-/// not fit.
-[[nodiscard]] BRN_API std::optional<std::int64_t> ParseInteger(UTF16String const& inText);
-
 /// How a number is written: with "." before the fraction and without separators of groups, or as
 /// the user writes it, by the separators of the user's locale.
 enum class NumberForm : std::uint8_t { kNeutral, kUser };
+
+/// An optional sign and decimal digits. Nothing if there is anything else, or if the number does
+/// not fit.
+[[nodiscard]] BRN_API std::optional<std::int64_t> ParseInteger(UTF16String const& inText);
+/// The same; in the user's form separators of groups may stand between digits.
+[[nodiscard]] BRN_API std::optional<std::int64_t> ParseInteger(UTF16String const& inText,
+                                                               NumberForm inForm);
 
 /// A sign, digits with or without a fraction, and an exponent, of which only the digits must be
 /// there. Nothing if there is anything else, "inf" and "nan" among them, or if the magnitude is

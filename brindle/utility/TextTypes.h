@@ -2,7 +2,6 @@
 
 #include <brindle/Export.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
@@ -81,7 +80,11 @@ namespace std {
 
 /// Compares unit by unit.
 inline bool operator==(brindle::UTF16String const& inLeft, std::u16string_view inRight) noexcept {
-    return std::equal(inLeft.begin(), inLeft.end(), inRight.begin(), inRight.end());
+    std::size_t i = 0;
+    while (i < inLeft.size() && i < inRight.size() && inLeft[i] == inRight[i]) {
+        ++i;
+    }
+    return i == inLeft.size() && i == inRight.size();
 }
 inline bool operator==(std::u16string_view inLeft, brindle::UTF16String const& inRight) noexcept {
     return inRight == inLeft;

@@ -1,4 +1,7 @@
 #include <brindle/config/DeferredErrorReporter.h>
+
+#include "config/src/Replay.h"
+
 #include <brindle/config/ErrorManager.h>
 
 namespace brindle::config {
@@ -25,8 +28,10 @@ void DeferredErrorReporter::Finish() {
     // The manager may raise the next error or drop this reporter, so a copy is replayed.
     Error const last = mLast;
     mPendingCount = 0;
-    ErrorManager::Get()->ThrowErrorImpl(last.level, last.key.c_str(), last.module, last.code, true,
-                                        last.first, last.second, last.third, last.fourth);
+    ErrorManager* const manager = ErrorManager::Get();
+    Replay const replay(true);
+    manager->ThrowErrorImpl(last.level, last.key.c_str(), last.module, last.code, true, last.first,
+                            last.second, last.third, last.fourth);
 }
 
 void DeferredErrorReporter::SetLastError(ErrorLevel inLevel, char const* inKey,

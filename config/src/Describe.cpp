@@ -1,18 +1,18 @@
 #include <brindle/config/Describe.h>
 
+#include "config/src/LocalizedText.h"
 #include "platform/Paths.h"
 #include "platform/TextEncoding.h"
 
 #include <brindle/config/ErrorCodes.h>
+#include <brindle/config/ErrorManager.h>
 #include <brindle/config/FileFailure.h>
-#include <brindle/config/Localizer.h>
-#include <brindle/utility/StringUtils.h>
+#include <brindle/config/Text.h>
 #include <brindle/utility/Unicode.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
 #include <new>
 #include <string_view>
@@ -20,36 +20,6 @@
 namespace brindle::config {
 
 namespace {
-
-bool IsKey(char const* inText) {
-    return std::strncmp(inText, "$$$/", 4) == 0 && std::strchr(inText, '=') != nullptr;
-}
-
-/// In the host's language, or English; a text that is no key stays as it is.
-UTF16String Localized(char const* inText) {
-    if (!IsKey(inText)) {
-        return utility::AsciiToUTF16(inText);
-    }
-    return Localizer::Initialized() ? Localizer::Get()->LocalizeString(inText)
-                                    : utility::AsciiToUTF16(std::strchr(inText, '=') + 1);
-}
-
-/// With U+FFFD for control characters, and for surrogates without a partner, which stand for bytes
-/// of names that are not text.
-UTF16String Printable(UTF16String inText) {
-    for (std::size_t i = 0; i < inText.size(); ++i) {
-        std::uint16_t const unit = inText[i];
-        auto const half = utility::UnicodeSurrogate(unit);
-        if (half == utility::kSurrogate_High && i + 1 < inText.size() &&
-            utility::UnicodeSurrogate(inText[i + 1]) == utility::kSurrogate_Low) {
-            ++i;
-        } else if (half != utility::kSurrogate_None || unit < 0x20 ||
-                   (unit >= 0x7F && unit < 0xA0)) {
-            inText[i] = u'\uFFFD';
-        }
-    }
-    return inText;
-}
 
 /// The key of a row of a table, or `inDefault` if there is no such row.
 template <typename Row, std::size_t kCount, typename Value>
@@ -84,6 +54,12 @@ struct {
     {kKey_StreamEnd, utility::SystemError::kEndOfFile},
 };
 
+/// For the developer, so not translated.
+constexpr char kHowToInstall[] =
+    "No error manager is installed. A program installs one at its start, before it uses anything "
+    "else: brindle::config::PrintingErrorManager errors(\"my program\"); "
+    "brindle::config::ErrorManager::Set(&errors);";
+
 /// What the exception says by itself, or what was to be done if that tells more.
 std::string_view SentenceOf(FileFailure const& inFailure, char const* inWhat) {
     std::string_view const own = inFailure.Key() != nullptr ? inFailure.Key() : inWhat;
@@ -96,17 +72,13 @@ std::string_view SentenceOf(FileFailure const& inFailure, char const* inWhat) {
 
 UTF16String DescribeFailure(FileFailure const& inFailure, char const* inWhat) {
     std::string_view const key = SentenceOf(inFailure, inWhat);
-    UTF16String const none;
-    UTF16String text = utility::ReplaceInString(Localized(key.data()), NativeText(inFailure.Path()),
-                                                inFailure.NewName(), none, none, none, none, none,
-                                                none, none, none);
+    UTF16String text = Text(key.data(), {NativeText(inFailure.Path()), inFailure.NewName()});
     auto const cause = inFailure.Cause();
     bool const isSaid =
         std::any_of(std::begin(kSayTheCause), std::end(kSayTheCause),
                     [&](auto const& inRow) { return inRow.key == key && inRow.cause == cause; });
     if (cause != utility::SystemError::kNone && !isSaid) {
-        text +=
-            u" "_utf16 + Localized(KeyOf(kCauseKeys, &CauseKey::cause, cause, kKey_CauseUnknown));
+        text += u" "_utf16 + Text(KeyOf(kCauseKeys, &CauseKey::cause, cause, kKey_CauseUnknown));
     }
     return text;
 }
@@ -117,8 +89,11 @@ UTF16String Describe(std::exception const& inException) {
     if (auto const* const failure = dynamic_cast<FileFailure const*>(&inException)) {
         return DescribeFailure(*failure, inException.what());
     }
+    if (dynamic_cast<no_error_manager const*>(&inException) != nullptr) {
+        return utility::Utf16(kHowToInstall);
+    }
     bool const isMemory = dynamic_cast<std::bad_alloc const*>(&inException) != nullptr;
-    return Localized(isMemory ? kKey_NoMemory : inException.what());
+    return Localized(isMemory ? kKey_NoMemory : inException.what()).text;
 }
 
 std::string DescribeInUTF8(std::exception const& inException) {

@@ -1,13 +1,19 @@
 #include <brindle/config/ErrorManager.h>
 
+#include "config/src/Replay.h"
+
 #include <brindle/config/DeferredErrorReporter.h>
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace brindle::config {
 
 std::atomic<ErrorManager*> ErrorManager::S_managerP{nullptr};
+thread_local bool Replay::S_isInProgress = false;
+
+no_error_manager::no_error_manager()
+    : std::logic_error("brn::config::ErrorManager not initialized. Check brn/config/Errors.") {}
+no_error_manager::~no_error_manager() = default;
 
 ErrorManager::ErrorManager() = default;
 
@@ -47,10 +53,13 @@ void ErrorManager::Set(ErrorManager* inManager) noexcept {
 ErrorManager* ErrorManager::Get() {
     ErrorManager* const manager = S_managerP.load(std::memory_order_acquire);
     if (manager == nullptr) {
-        throw std::logic_error(
-            "brn::config::ErrorManager not initialized. Check brn/config/Errors.");
+        throw no_error_manager();
     }
     return manager;
+}
+
+bool ErrorManager::WillBeReplayed(bool inDeferrable) const noexcept {
+    return inDeferrable && IsErrorReportingDeferred() && !Replay::IsInProgress();
 }
 
 void ErrorManager::ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
@@ -63,6 +72,7 @@ void ErrorManager::ThrowErrorDispatch(ErrorLevel inLevel, char const* inKey, std
         mReporters.front()->SetLastError(inLevel, inKey, inModule, inCode, inFirst, inSecond,
                                          inThird, inFourth);
     }
+    Replay const none(false); // an error that a manager raises while it shows a replay
     // Dispatching changes nothing of the base; the host's operation may change the host's state.
     const_cast<ErrorManager*>(this)->ThrowErrorImpl(inLevel, inKey, inModule, inCode, inDeferrable,
                                                     inFirst, inSecond, inThird, inFourth);

@@ -1,7 +1,5 @@
 #include "Exhibits.h"
 
-#include "host/layout/ReadDescription.h"
-
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
 
@@ -13,14 +11,16 @@ namespace layout_gallery {
 namespace {
 
 using namespace brindle::arrange;
-using namespace brindle::host::layout;
 
 auto Aligned(AlignmentHorizontal inHorizontal, AlignmentVertical inVertical) {
-    return [=](GroupNode& ioRoot) { ioRoot.SetAlignment(inHorizontal, inVertical); };
+    return [=](LayoutDescription& ioRoot) {
+        ioRoot.horizontalAlignment = inHorizontal;
+        ioRoot.verticalAlignment = inVertical;
+    };
 }
 
 auto Become(GroupArrangementType inKind) {
-    return [=](GroupNode& ioRoot) { ioRoot.SetArrangementType(inKind, nullptr); };
+    return [=](LayoutDescription& ioRoot) { ioRoot.kind = inKind; };
 }
 
 Exhibit AcrossThePage(Exhibit inExhibit) {
@@ -104,12 +104,12 @@ std::vector<Exhibit> WithoutTrees() {
               {116, 100, "AutoLayout", Become(kGroupArrangementType_AutoLayout)}}})};
 }
 
-NodeDescription ReadTree(std::string const& inPath) {
+LayoutDescription ReadTree(std::string const& inPath) {
     try {
         brindle::proplist::PropList list;
         brindle::proplist::utils::LoadPropList(
             brindle::filesupport::FileFromNative(inPath).FullPath(), list, false);
-        return ReadDescription(list);
+        return ReadLayoutDescription(list);
     } catch (std::exception const& error) {
         throw std::runtime_error(inPath + ": " + error.what());
     }

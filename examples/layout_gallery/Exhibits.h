@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/layout/Nodes.h"
+#include <brindle/arrange/LayoutDescription.h>
 
 #include <functional>
 #include <string>
@@ -13,8 +13,8 @@ struct Viewpoint {
     float width;
     float height;
     std::string note = {}; ///< printed below the size
-    /// Applied to the root before it is arranged; may be empty.
-    std::function<void(brindle::host::layout::GroupNode&)> change = {};
+    /// Applied to the tree before it is arranged; may be empty.
+    std::function<void(brindle::arrange::LayoutDescription&)> change = {};
 };
 
 /// A tree, and the rectangles that show what it does.
@@ -25,7 +25,7 @@ struct Exhibit {
     std::vector<Viewpoint> viewpoints;
     bool showsWidths = false; ///< each leaf shows its width instead of its label
     bool isWide = false;      ///< has a line of the page to itself
-    brindle::host::layout::NodeDescription tree = {}; ///< a group
+    brindle::arrange::LayoutDescription tree = {}; ///< a group
 };
 
 /// The exhibits, with their trees read from the directory: each from the file that is named for the

@@ -50,11 +50,13 @@ struct View {
     brindle::geom::PointT<float> place; ///< of the frame, on the card
 };
 
-View Take(Exhibit const& inExhibit, GroupNode& ioRoot, Viewpoint const& inViewpoint) {
+View Take(Exhibit const& inExhibit, Viewpoint const& inViewpoint) {
+    brindle::arrange::LayoutDescription description = inExhibit.tree;
     if (inViewpoint.change) {
-        inViewpoint.change(ioRoot);
+        inViewpoint.change(description);
     }
-    View view{TakePicture(ioRoot, inViewpoint.width, inViewpoint.height),
+    PicturedTree tree(std::move(description));
+    View view{TakePicture(tree, inViewpoint.width, inViewpoint.height),
               WholeNumber(inViewpoint.width) + " \u00d7 " + WholeNumber(inViewpoint.height),
               inViewpoint.note,
               {}};
@@ -84,13 +86,12 @@ float CaptionHeight(View const& inView) {
 
 Card MakeCard(Exhibit const& inExhibit, float inWidth) {
     Card card{&inExhibit, {}, 0};
-    GroupNode root{NodeDescription(inExhibit.tree)};
     float const right = inWidth - kCardPadding;
     float x = kCardPadding;
     float y = kCardHeader;
     float lineHeight = 0;
     for (Viewpoint const& viewpoint : inExhibit.viewpoints) {
-        View view = Take(inExhibit, root, viewpoint);
+        View view = Take(inExhibit, viewpoint);
         Rect const& bounds = view.picture.bounds;
         float const width = std::max(
             {bounds.width, TextWidth(view.size, kLabelSize), TextWidth(view.note, kLabelSize)});
@@ -135,7 +136,8 @@ void DrawHeader(SvgPage& ioPage) {
                    "On each card one tree, and the arrangement that was chosen for each rectangle.",
                    kPageMargin, 66);
     float x = kPageWidth - kPageMargin;
-    for (auto name = kRoleNames.rbegin(); name != kRoleNames.rend(); ++name) {
+    using brindle::arrange::kLeafRoleNames;
+    for (auto name = kLeafRoleNames.rbegin(); name != kLeafRoleNames.rend(); ++name) {
         x -= TextWidth(*name, kLabelSize) + 6;
         ioPage.AddText("size", *name, x, 62);
         x -= 18;

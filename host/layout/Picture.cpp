@@ -11,8 +11,8 @@ using Rect = SvgPage::Rect;
 constexpr float kSmallestLabelSize = 8;
 constexpr float kRoundingError = 0.02F; ///< overflowing by less than this is not counted
 
-char const* Name(Role inRole) {
-    return kRoleNames[static_cast<std::size_t>(inRole)];
+char const* Name(arrange::LeafRole inRole) {
+    return arrange::kLeafRoleNames[static_cast<std::size_t>(inRole)];
 }
 
 Rect Moved(Rect const& inRect, float inX, float inY) {
@@ -26,9 +26,8 @@ Rect Intersected(Rect const& inLHS, Rect const& inRHS) {
             std::min(inLHS.y + inLHS.height, inRHS.y + inRHS.height) - y};
 }
 
-bool HasMargins(MarginsDescription const& inMargins) {
-    return inMargins.left != 0 || inMargins.top != 0 || inMargins.right != 0 ||
-           inMargins.bottom != 0;
+bool HasMargins(arrange::Margins const& inMargins) {
+    return inMargins != arrange::Margins();
 }
 
 void DrawLabel(SvgPage& ioPage, std::string const& inLabel, Rect const& inRoom) {
@@ -77,11 +76,10 @@ char const* const kPictureStyles =
 .spacer { fill: none; stroke: #a3aebb; stroke-dasharray: 3 3 }
 )";
 
-Picture TakePicture(Node& ioRoot, float inWidth, float inHeight) {
+Picture TakePicture(PicturedTree& ioTree, float inWidth, float inHeight) {
     Picture picture;
     picture.frame = {0, 0, inWidth, inHeight};
-    ioRoot.Arrangeable().Arrange(picture.frame);
-    ioRoot.AppendShapes(picture.shapes, 0);
+    picture.shapes = ioTree.Arranged(inWidth, inHeight);
     auto const placedEnd = std::remove_if(picture.shapes.begin(), picture.shapes.end(),
                                           [](Shape const& inShape) { return !inShape.isPlaced; });
     picture.leftOut = static_cast<std::size_t>(picture.shapes.end() - placedEnd);

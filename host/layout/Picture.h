@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/layout/Nodes.h"
+#include "host/layout/PicturedTree.h"
 #include "host/layout/SvgPage.h"
 
 #include <vector>
@@ -26,7 +26,7 @@ struct Picture {
 };
 
 /// Arranges the tree in a rectangle of this size.
-Picture TakePicture(Node& ioRoot, float inWidth, float inHeight);
+Picture TakePicture(PicturedTree& ioTree, float inWidth, float inHeight);
 
 /// Draws the picture with the upper left corner of its frame at a point of the page.
 void DrawPicture(SvgPage& ioPage, Picture const& inPicture, float inX, float inY);

@@ -3,7 +3,7 @@
 #include "host/commandline/EscapedText.h"
 #include "host/commandline/PlainText.h"
 
-#include <list>
+#include <vector>
 
 namespace brindle::host {
 
@@ -29,19 +29,9 @@ std::string TextOf(Number inNumber) {
 }
 
 template <typename T>
-std::string ScalarText(PropList const& inList, UTF8String const& inKey) {
-    T value{};
-    inList.GetValue(inKey, value);
-    return TextOf(value);
-}
-
-template <typename T>
 std::vector<std::string> ElementTexts(PropList const& inList, UTF8String const& inKey) {
-    std::list<T> values;
-    inList.GetValue(inKey, values);
     std::vector<std::string> texts;
-    texts.reserve(values.size());
-    for (auto const& value : values) {
+    for (T const& value : inList.Get<std::vector<T>>(inKey)) {
         texts.push_back(TextOf(value));
     }
     return texts;
@@ -53,17 +43,17 @@ void WriteLine(std::ostream& outStream, std::string const& inPath, std::string c
 }
 
 /// Writes the lines of a property that is not a list.
-void WriteValue(PropList const& inList, UTF8String const& inKey, std::string const& inPath,
+void WriteValue(PropList const& inList, PropListEntry const& inEntry, std::string const& inPath,
                 std::ostream& outStream) {
-    PropListPropertyType const type = inList.GetPropertyType(inKey);
+    PropListPropertyType const type = inEntry.Type();
     std::string const name(FindPropertyType(type)->name);
     VisitPropertyType(type, [&](auto inType) {
         using T = typename decltype(inType)::Type;
         if (!IsArray(type)) {
-            WriteLine(outStream, inPath, name, EscapedText(ScalarText<T>(inList, inKey)));
+            WriteLine(outStream, inPath, name, EscapedText(TextOf(inEntry.Get<T>())));
             return;
         }
-        std::vector<std::string> const elements = ElementTexts<T>(inList, inKey);
+        std::vector<std::string> const elements = ElementTexts<T>(inList, inEntry.Key());
         if (elements.empty()) {
             WriteLine(outStream, inPath, name + "[]", "");
         }
@@ -74,16 +64,11 @@ void WriteValue(PropList const& inList, UTF8String const& inKey, std::string con
     });
 }
 
-/// A list on the current path, and its keys that are still to be written.
+/// A list on the current path, and its first entry that is still to be written.
 struct Level {
-    explicit Level(PropList const& inList, std::size_t inPathLength)
-        : list(inList), pathLength(inPathLength) {
-        list.GetPropertyNames(keys);
-    }
-
-    PropList const& list;
+    PropList const* list;
     std::size_t pathLength;
-    std::list<UTF8String> keys;
+    PropListIterator next;
 };
 
 } // namespace
@@ -100,7 +85,7 @@ std::vector<std::string> ValueTexts(PropList const& inList, UTF8String const& in
         if (IsArray(type)) {
             texts = ElementTexts<T>(inList, inKey);
         } else {
-            texts.push_back(ScalarText<T>(inList, inKey));
+            texts.push_back(TextOf(inList.Get<T>(inKey)));
         }
     });
     return texts;
@@ -108,26 +93,25 @@ std::vector<std::string> ValueTexts(PropList const& inList, UTF8String const& in
 
 void WriteLines(PropList const& inList, std::ostream& outStream) {
     std::string path;
-    std::list<Level> levels;
-    levels.emplace_back(inList, 0);
+    std::vector<Level> levels{{&inList, 0, inList.begin()}};
     while (!levels.empty() && outStream) {
         Level& level = levels.back();
-        if (level.keys.empty()) {
+        if (level.next == level.list->end()) {
             levels.pop_back();
             continue;
         }
-        UTF8String const key = std::move(level.keys.front());
-        level.keys.pop_front();
+        PropListEntry const entry = *level.next;
+        ++level.next;
         path.resize(level.pathLength);
-        path += EscapedKey(key);
-        PropList const* const nested = level.list.GetSubList(key);
+        path += EscapedKey(entry.Key());
+        PropList const* const nested = entry.SubList();
         if (nested == nullptr) {
-            WriteValue(level.list, key, path, outStream);
+            WriteValue(*level.list, entry, path, outStream);
         } else if (nested->IsEmpty()) {
             WriteLine(outStream, path, "list", "");
         } else {
             path += '/';
-            levels.emplace_back(*nested, path.size());
+            levels.push_back({nested, path.size(), nested->begin()});
         }
     }
 }

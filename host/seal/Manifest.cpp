@@ -5,17 +5,16 @@
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
 #include "host/plist/LoadList.h"
-#include "host/seal/PercentNames.h"
 #include <brindle/utility/Digits.h>
 
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/proplist/PropListUtils.h>
+#include <brindle/utility/PercentNames.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
 #include <charconv>
 #include <ctime>
-#include <list>
 
 namespace brindle::host {
 
@@ -23,25 +22,22 @@ namespace {
 
 using namespace brindle::literals;
 using proplist::PropList;
+using proplist::PropListEntry;
 
 constexpr std::uint32_t kFormat = 1;
 
-UTF8String const kKey_Format = "format"_utf8;
-UTF8String const kKey_Root = "root"_utf8;
-UTF8String const kKey_Files = "files"_utf8;
-UTF8String const kKey_Others = "others"_utf8;
-UTF8String const kKey_Size = "size"_utf8;
-UTF8String const kKey_Modified = "modified"_utf8;
-UTF8String const kKey_CRC = "crc"_utf8;
+constexpr char kKey_Format[] = "format";
+constexpr char kKey_Root[] = "root";
+constexpr char kKey_Files[] = "files";
+constexpr char kKey_Others[] = "others";
+constexpr char kKey_Size[] = "size";
+constexpr char kKey_Modified[] = "modified";
+constexpr char kKey_CRC[] = "crc";
 
 /// The words for entries without a sum, in the order of `EntryState::Kind`.
 constexpr char const* kKindWords[] = {
     nullptr, "fifo",          "socket",          "device",
     "other", "dangling link", "unreadable file", "unreadable directory"};
-
-UTF8String AsUTF8(std::string const& inText) {
-    return UTF8String(inText.begin(), inText.end());
-}
 
 /// A time of the file system in ISO 8601, UTC.
 std::string TimeText(std::uint64_t inTicks) {
@@ -92,60 +88,54 @@ std::string Quoted(UTF8String const& inKey) {
 
 std::string ReadPath(UTF8String const& inKey) {
     std::string path;
-    if (!PercentDecode(inKey, path) || !IsPathBelow(path)) {
+    if (!utility::PercentDecode(inKey, path) || !IsPathBelow(path)) {
         Refuse(Quoted(inKey) + " is no path below the root");
     }
     return path;
 }
 
-SealedEntry ReadFile(PropList const& inFiles, UTF8String const& inKey) {
-    auto const require = [&inKey](bool inIsRight, char const* inKeyOfFile) {
+SealedEntry ReadFile(PropListEntry const& inEntry) {
+    UTF8String const& key = inEntry.Key();
+    auto const require = [&key](bool inIsRight, char const* inKeyOfFile) {
         if (!inIsRight) {
-            Refuse("the " + std::string(inKeyOfFile) + " of " + Quoted(inKey) +
+            Refuse("the " + std::string(inKeyOfFile) + " of " + Quoted(key) +
                    " is missing or wrong");
         }
     };
-    SealedEntry file{ReadPath(inKey), {}};
+    SealedEntry file{ReadPath(key), {}};
     FileSum& sum = file.state.sum;
-    PropList const* const properties = inFiles.GetSubList(inKey);
+    PropList const* const properties = inEntry.SubList();
     require(properties != nullptr, "list");
     require(properties->GetValue(kKey_Size, sum.size), "size");
 
-    UTF8String text;
-    require(properties->GetValue(kKey_Modified, text) && IsTimeText(PlainText(text)), "time");
+    require(IsTimeText(properties->Get(kKey_Modified, "")), "time");
 
-    require(properties->GetValue(kKey_CRC, text), "crc");
-    std::string const digits = PlainText(text);
+    auto const digits = properties->Get(kKey_CRC, "");
     std::from_chars(digits.data(), digits.data() + digits.size(), sum.crc, 16);
     require(digits == CRCText(sum.crc), "crc");
     return file;
 }
 
-SealedEntry ReadOther(PropList const& inOthers, UTF8String const& inKey) {
-    SealedEntry entry{ReadPath(inKey), {}};
-    UTF8String word;
-    inOthers.GetValue(inKey, word);
+SealedEntry ReadOther(PropListEntry const& inEntry) {
+    SealedEntry entry{ReadPath(inEntry.Key()), {}};
+    auto const word = inEntry.Get("");
     for (int kind = EntryState::kPipe; kind <= EntryState::kUnreadableDirectory; ++kind) {
-        if (PlainText(word) == kKindWords[kind]) {
+        if (word == kKindWords[kind]) {
             entry.state.kind = static_cast<EntryState::Kind>(kind);
             return entry;
         }
     }
-    Refuse("what " + Quoted(inKey) + " is, is missing or unknown");
+    Refuse("what " + Quoted(inEntry.Key()) + " is, is missing or unknown");
 }
 
-/// Appends what `inRead` makes of each key of a list; nothing if there is no list.
-void ReadEntries(PropList const* inList,
-                 SealedEntry (*inRead)(PropList const& inList, UTF8String const& inKey),
+/// Appends what `inRead` makes of each entry of a list; nothing if there is no list.
+void ReadEntries(PropList const* inList, SealedEntry (*inRead)(PropListEntry const& inEntry),
                  std::vector<SealedEntry>& ioEntries) {
     if (inList == nullptr) {
         return;
     }
-    std::list<UTF8String> keys;
-    inList->GetPropertyNames(keys);
-    ioEntries.reserve(ioEntries.size() + keys.size());
-    for (UTF8String const& key : keys) {
-        ioEntries.push_back(inRead(*inList, key));
+    for (PropListEntry const& entry : *inList) {
+        ioEntries.push_back(inRead(entry));
     }
 }
 
@@ -153,20 +143,20 @@ void ReadEntries(PropList const* inList,
 
 NewManifest::NewManifest(std::string const& inRoot)
     : mFiles(*mList.NewSubList(kKey_Files)), mOthers(*mList.NewSubList(kKey_Others)) {
-    mList.SetValue(kKey_Format, kFormat);
-    mList.SetValue(kKey_Root, PercentEncoded(inRoot));
+    mList.Set(kKey_Format, kFormat);
+    mList.Set(kKey_Root, utility::PercentEncoded(inRoot));
 }
 
 void NewManifest::Add(std::string const& inPath, EntryState const& inState) {
-    UTF8String const key = PercentEncoded(inPath);
+    UTF8String const key = utility::PercentEncoded(inPath);
     if (inState.kind != EntryState::kFile) {
-        mOthers.SetValue(key, AsUTF8(kKindWords[inState.kind]));
+        mOthers.Set(key, kKindWords[inState.kind]);
         return;
     }
     PropList& properties = *mFiles.NewSubList(key);
-    properties.SetValue(kKey_Size, inState.sum.size);
-    properties.SetValue(kKey_Modified, AsUTF8(TimeText(inState.modified)));
-    properties.SetValue(kKey_CRC, AsUTF8(CRCText(inState.sum.crc)));
+    properties.Set(kKey_Size, inState.sum.size);
+    properties.Set(kKey_Modified, TimeText(inState.modified));
+    properties.Set(kKey_CRC, CRCText(inState.sum.crc));
 }
 
 void NewManifest::Save(std::string const& inName) const {
@@ -191,8 +181,7 @@ Manifest ReadManifest(std::string const& inName) {
         Refuse("its format " + std::to_string(format) + " is not known");
     }
     Manifest manifest;
-    UTF8String root;
-    if (!list.GetValue(kKey_Root, root) || !PercentDecode(root, manifest.root) ||
+    if (!utility::PercentDecode(list.Get<UTF8String>(kKey_Root), manifest.root) ||
         manifest.root.empty() || manifest.root.find('\0') != std::string::npos) {
         Refuse("its root is missing or wrong");
     }

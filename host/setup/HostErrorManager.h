@@ -1,6 +1,6 @@
 #pragma once
 
-#include <brindle/config/ErrorManager.h>
+#include <brindle/config/PrintingErrorManager.h>
 
 #include <exception>
 
@@ -9,10 +9,11 @@ namespace brindle::host {
 /// Ends the verb after a fatal error, which has been reported already.
 class fatal_error : public std::exception {};
 
-/// Writes the localised text of every error to standard error, and throws `fatal_error` for a fatal
-/// one.
-class HostErrorManager : public config::ErrorManager {
+/// Prints every error to standard error, and throws `fatal_error` for a fatal one.
+class HostErrorManager : public config::PrintingErrorManager {
 public:
+    HostErrorManager();
+
     void ThrowErrorImpl(config::ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
                         std::int32_t inCode, bool inDeferrable,
                         config::ReplacementValue const& inFirst,

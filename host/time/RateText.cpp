@@ -2,6 +2,8 @@
 
 #include "host/commandline/Arguments.h"
 
+#include <brindle/time/FrameRateNames.h>
+
 namespace brindle::host {
 
 time::FrameRate RateFromText(std::string const& inText) {

@@ -5,9 +5,9 @@
 #include "host/files/FileErrors.h"
 #include "host/files/Output.h"
 #include "host/layout/Picture.h"
-#include "host/layout/ReadDescription.h"
 #include "host/plist/LoadList.h"
 
+#include <brindle/arrange/ExplainLayout.h>
 #include <brindle/utility/Streams.h>
 
 #include <algorithm>
@@ -30,7 +30,7 @@ geom::PointT<float> SizeFromText(std::string const& inText) {
         auto const [last, heightError] = std::from_chars(middle + 1, end, size.y);
         // A comparison with NaN is false.
         if (heightError == std::errc() && last == end && size.x > 0 && size.y > 0 &&
-            std::max(size.x, size.y) <= kLargestSize) {
+            std::max(size.x, size.y) <= arrange::kLargestSize) {
             return size;
         }
     }
@@ -67,6 +67,11 @@ void PrintPlaces(std::vector<Shape> const& inShapes) {
     }
 }
 
+/// Writes a line for each alternative.
+void Explain(arrange::IArrangeable& ioRoot, geom::PointT<float> const& inSize) {
+    utility::streams::Out << arrange::ExplainLayout(ioRoot, inSize).c_str();
+}
+
 void WritePicture(Picture const& inPicture, std::string const& inPath) {
     geom::RectT<float> const& bounds = inPicture.bounds;
     SvgPage page(std::string(kPageStyles) + kPictureStyles);
@@ -89,11 +94,18 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
     if (inArguments.Has("svg") && output.empty()) {
         throw usage_error("--svg takes a file");
     }
+    if (inArguments.Has("svg") && inArguments.Has("explain")) {
+        throw usage_error("--explain draws nothing");
+    }
     try {
         proplist::PropList list;
         LoadList(path, list);
-        auto const root = MakeNode(ReadDescription(list));
-        Picture const picture = TakePicture(*root, size.x, size.y);
+        PicturedTree tree(arrange::ReadLayoutDescription(list));
+        if (inArguments.Has("explain")) {
+            Explain(tree.Root(), size);
+            return;
+        }
+        Picture const picture = TakePicture(tree, size.x, size.y);
         if (output.empty()) {
             PrintPlaces(picture.shapes);
         } else {
@@ -105,7 +117,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
         }
     } catch (unreadable_error const& error) {
         ioDiagnostics.Report(path, error.what());
-    } catch (description_error const& error) {
+    } catch (arrange::layout_error const& error) {
         ioDiagnostics.Report(path, error.what());
     } catch (unwritable_error const& error) {
         ioDiagnostics.Report(output, error.what());
@@ -116,7 +128,7 @@ void Run(Arguments const& inArguments, Diagnostics& ioDiagnostics) {
 
 Verb const kLayoutVerb = {
     "layout",
-    "FILE WIDTHxHEIGHT [--svg=OUT]",
+    "FILE WIDTHxHEIGHT [--svg=OUT | --explain]",
     "the places of a tree of rectangles in a rectangle",
     "Arranges the tree that the property list in FILE describes in a rectangle of this size,\n"
     "and writes a line for every node: x, y, width, height, two blanks, its path, which is\n"
@@ -126,11 +138,16 @@ Verb const kLayoutVerb = {
     "children and their margins together. The FILE - is standard input.\n"
     "\n"
     "  --svg=OUT  draws the tree into the file OUT instead; - for standard output\n"
+    "  --explain  writes a line for each alternative of the root instead: its form, its\n"
+    "             minimum and best size, whether it fits, and by which rule the chosen one,\n"
+    "             which is marked with an asterisk, beat it\n"
     "\n"
     "A node is a list of these keys, and any other key is an error; it is a group if it has a\n"
     "kind or children. Sizes are numbers from 0 to 1e9, of any type.\n"
     "\n"
     "  label            a text\n"
+    "  name             a text that no other node has: a program that loads the tree finds\n"
+    "                   the node by it. A leaf with a name may leave its sizes to the program.\n"
     "  margins          a number, or a list: left, top, right, bottom\n"
     "\n"
     "  width, height    of a leaf: the best size, or a list: best, minimum, expandable,\n"
@@ -146,7 +163,7 @@ Verb const kLayoutVerb = {
     "  alignment        of a group: a list: horizontal (left, centre, right), vertical (top,\n"
     "                   centre, bottom)\n"
     "  separators       of a group: true or false\n",
-    {"help", "svg="},
+    {"explain", "help", "svg="},
     Run,
 };
 

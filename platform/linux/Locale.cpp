@@ -1,10 +1,13 @@
 #include "platform/Locale.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <langinfo.h>
 #include <locale.h>
-#include <string>
+#include <string_view>
+#include <utility>
 
 namespace brindle::platform {
 
@@ -74,6 +77,40 @@ NumberSeparators UserNumberSeparators() {
     separators.thousands = FirstUnit(locale, _NL_NUMERIC_THOUSANDS_SEP_WC, separators.thousands);
     ::freelocale(locale);
     return separators;
+}
+
+std::vector<std::string> UserLanguages() {
+    auto const variable = [](char const* inName) {
+        char const* const value = std::getenv(inName);
+        return std::string_view(value != nullptr ? value : "");
+    };
+    auto const tagOf = [](std::string_view inLocale) {
+        std::string tag(inLocale.substr(0, inLocale.find_first_of(".@")));
+        std::replace(tag.begin(), tag.end(), '_', '-');
+        return tag;
+    };
+    std::string locale;
+    for (auto const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        if (locale.empty()) {
+            locale = tagOf(variable(name));
+        }
+    }
+    std::vector<std::string> languages;
+    if (locale.empty() || locale == "C" || locale == "POSIX") {
+        return languages;
+    }
+    auto list = variable("LANGUAGE"); // separated by colons
+    while (!list.empty()) {
+        auto const end = std::min(list.find(':'), list.size());
+        if (auto tag = tagOf(list.substr(0, end)); !tag.empty()) {
+            languages.push_back(std::move(tag));
+        }
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    if (languages.empty()) {
+        languages.push_back(std::move(locale));
+    }
+    return languages;
 }
 
 } // namespace brindle::platform

@@ -62,17 +62,14 @@ void Forget(std::string const& inName) {
 
 TEST(CommandRegistry, AgreesWithAModel) {
     struct Entry {
-        std::string name;
-        std::string help;
+        std::string name, help;
         bool isCreated;
     };
     std::map<std::string, Entry> model; // by lower-cased names
     // "[" and "_" lie between the upper and the lower case; the others are not of ASCII.
     std::string const names[] = {"a", "A", "ab", "aB", "a[", "a_", "Z", "\u00E9", "\u00C9"};
     auto const lowerCased = [](std::string text) {
-        for (char& unit : text) {
-            unit = unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit + 32) : unit;
-        }
+        std::transform(text.begin(), text.end(), text.begin(), ::tolower);
         return text;
     };
     std::mt19937 random(1);
@@ -88,18 +85,16 @@ TEST(CommandRegistry, AgreesWithAModel) {
             break;
         case 1:
             EXPECT_EQ(Unregister(name), isCreated);
-            if (isCreated) {
-                model.erase(found);
-            }
+            isCreated ? model.erase(found) : found;
             break;
         case 2:
-            if (found != model.end()) {
-                found->second.isCreated = true;
-                auto const& entry = found->second;
-                EXPECT_EQ(Execute(name + "  x y "), entry.name + '|' + entry.help + "|x y");
-            } else {
+            if (found == model.end()) {
                 EXPECT_EQ(Execute(name), "-");
+                break;
             }
+            found->second.isCreated = true;
+            EXPECT_EQ(Execute(name + "  x y "),
+                      found->second.name + '|' + found->second.help + "|x y");
             break;
         default:
             std::string expected = "Currently installed commands.\r\n" + std::string(29, '-');
@@ -169,14 +164,12 @@ TEST(CommandRegistry, IsSafeInThreads) {
         std::mt19937 random(inThread);
         for (int step = 0; step < 3000; ++step) {
             std::string const name = "shared" + std::to_string(random() % 3);
-            switch (random() % 4) {
-            case 0:
+            auto const action = random() % 4;
+            if (action == 0) {
                 RegisterCommand(Wide(name), Wide(name), Make);
-                break;
-            case 1:
+            } else if (action == 1) {
                 Unregister(name);
-                break;
-            default:
+            } else {
                 auto const text = Execute(name);
                 EXPECT_TRUE(text == "-" || text == name + '|' + name + '|') << text;
             }

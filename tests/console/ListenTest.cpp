@@ -139,22 +139,13 @@ TEST_F(Listening, RunsLinesOnTheExecutorAndShowsWhatBecomesOfThem) {
         if (inArguments == u"throw"_utf16) {
             throw std::runtime_error("it is\nbroken");
         }
-        if (inArguments == u"flood"_utf16) {
-            ioOut << UTF16String(2 * kMostOutputUnits, u'\u20AC');
-            EXPECT_TRUE(ioOut.good());
-        }
+        bool const isFlood = inArguments == u"flood"_utf16;
+        EXPECT_TRUE(ioOut << UTF16String(isFlood ? 2 * kMostOutputUnits : 0, u'\u20AC'));
     };
     auto const big = "test " + std::string(kMostLineBytes - 9, 'x');
-    std::string flood = "flood\n";
-    for (std::size_t i = flood.size(); i < kMostOutputUnits; ++i) {
-        flood += "\u20AC";
-    }
-    struct {
-        std::string line;
-        Outcome outcome;
-        std::string output;
-        std::string note;
-    } const cases[] = {
+    auto const flood =
+        tests::Narrow(u"flood\n"_utf16 + UTF16String(kMostOutputUnits - 6, u'\u20AC'));
+    std::tuple<std::string, Outcome, std::string, std::string> const cases[] = {
         {std::string("test a\0caf\u00E9", 12), Outcome::kRan, std::string("a\0caf\u00E9\n", 8), ""},
         {"test a\nb", Outcome::kRan, "a b\n", ""},
         {big, Outcome::kRan, big.substr(5) + '\n', ""},
@@ -173,8 +164,7 @@ TEST_F(Listening, RunsLinesOnTheExecutorAndShowsWhatBecomesOfThem) {
         EXPECT_TRUE(answer.output == tests::AsUTF8(output)) << answer.output.size();
         EXPECT_EQ(answer.note, note);
     }
-    auto const completions = console.CompleteLine("tes and more"_utf8, 3);
-    EXPECT_EQ(completions.candidates, std::vector<UTF8String>{"test"_utf8});
+    EXPECT_EQ(console.CompleteLine("tes and more"_utf8, 3).candidates, std::vector{"test"_utf8});
 }
 
 TEST_F(Listening, NamesOfAnyKindAreHarmlessAndFound) {
@@ -279,11 +269,7 @@ class ManualExecutor : public threads::AsyncExecutor {
 public:
     explicit ManualExecutor(bool inRunsAtOnce) : mRunsAtOnce(inRunsAtOnce) {}
     bool Post(boost::function0<void> const& inFunction, std::uint32_t) override {
-        if (mRunsAtOnce) {
-            inFunction();
-        } else {
-            mPosted.set_value(inFunction);
-        }
+        mRunsAtOnce ? inFunction() : mPosted.set_value(inFunction);
         return true;
     }
     bool IsCurrentThreadExecutorThread() override { return false; }

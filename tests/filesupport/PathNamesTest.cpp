@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string>
 #include <unordered_set>
 
 namespace brindle::filesupport {
@@ -106,7 +105,11 @@ TEST(PathNames, RelativePathsLeadThereAndBack) {
         EXPECT_EQ(row.relative, Narrow(MakeNormalizedRelativePath(target, base))) << row.target;
         EXPECT_EQ(*row.relative != 0, MakeFileFromPath(Wide(row.relative), base) == target);
         EXPECT_EQ(Narrow(RelativePath(base.Parent(), target)), row.relative);
+        EXPECT_EQ(Narrow(RelativePath(base.Parent(), Dir(target.FullPath()))), row.relative);
     }
+    Dir const inner(Wide(R"(C:\a\b)"));
+    EXPECT_EQ(Narrow(RelativePath(inner, inner)), ".");
+    EXPECT_EQ(Narrow(RelativePath(inner, inner.Parent())), "..");
     File const onC(Wide(R"(C:\a\x)")), onD(Wide(R"(D:\a\x)"));
     EXPECT_EQ(onD, MakeFileFromPath(Wide("D:/a/x"), onC)) << "an absolute path ignores the base";
     EXPECT_EQ(File(), MakeFileFromPath(Wide("b/"), onC));
@@ -115,20 +118,6 @@ TEST(PathNames, RelativePathsLeadThereAndBack) {
     EXPECT_TRUE(IsNormalizedRelativePath(Wide(R"(a\b)")));
     for (char const* const absolute : {"", "/a", R"(\a)", "C:a"}) {
         EXPECT_FALSE(IsNormalizedRelativePath(Wide(absolute))) << absolute;
-    }
-}
-
-TEST(PathNames, DirectoriesLeadToEachOther) {
-    struct {
-        char const *from, *to, *relative;
-    } const rows[] = {
-        {R"(C:\a\b)", R"(C:\a\c)", "../c"}, {R"(C:\a)", R"(C:\a)", "."},
-        {R"(C:\a\b)", R"(C:\a)", ".."},     {R"(C:\a)", R"(C:\a\b:)", "./b:"},
-        {R"(C:\a)", R"(D:\a)", ""},
-    };
-    for (auto const& row : rows) {
-        EXPECT_EQ(Narrow(RelativePath(Dir(Wide(row.from)), Dir(Wide(row.to)))), row.relative)
-            << row.to;
     }
 }
 
@@ -170,12 +159,8 @@ TEST(PathNames, AreKeysOfContainersAndPathsOfTheStandardLibrary) {
     auto const dir = DirFromPath(native);
     EXPECT_EQ(ToPath(file), native);
     EXPECT_EQ(ToPath(dir), native);
-    std::set<File> ordered{file, FileFromPath("/b"), FileFromPath("/a"), file};
-    EXPECT_EQ(ordered.size(), 3u);
-    EXPECT_EQ(ToPath(*ordered.begin()), "/a");
-    std::unordered_set<Dir> hashed{dir, DirFromPath("/a"), dir};
-    EXPECT_EQ(hashed.size(), 2u);
-    EXPECT_EQ(hashed.count(dir), 1u);
+    EXPECT_EQ((std::set<File>{file, FileFromPath("/b"), file}).size(), 2u);
+    EXPECT_EQ((std::unordered_set<Dir>{dir, DirFromPath("/a"), dir}).size(), 2u);
 }
 
 } // namespace

@@ -103,6 +103,8 @@ TEST_F(Layout, ReadsNumbersOfAnyTypeAndListsExactPlaces) {
                                     "45.6 30 10 20  4000000000\n"
                                     "45.6 30 10 20  4000000000/1\n");
     EXPECT_EQ(RunTree(mLeaf + Pair("margins", Number("60"))).output, "60 60 0 0  .\n");
+    EXPECT_EQ(RunTree(mLeaf, "10x19.5 --explain").output,
+              "* leaf: minimum 10x20, best 10x20, does not fit: chosen, it is the only one\n");
     RunTree(tree, "100x50 --svg=out.svg");
     EXPECT_NE(ContentOf("out.svg").find(">a\\b\n&lt;</text>"), std::string::npos);
 }
@@ -121,11 +123,14 @@ TEST_F(Layout, NamesTheWrongKeyWithItsPath) {
          "expected, not \"row\""},
         {mLeaf + Row(Pair("1", List(mLeaf))),
          "height: unknown key; known here are kind, children, spacing, alignment, separators, "
-         "label, margins"},
+         "name, label, margins"},
         {Pair("width", flag) + Pair("hight\n", flag),
-         "hight\\n: unknown key; known here are width, height, role, label, margins, kind, "
+         "hight\\n: unknown key; known here are width, height, role, name, label, margins, kind, "
          "children"},
         {mLeaf + Pair("label", List("")), "label: a text is expected, not a list"},
+        {Row(Pair("1", List(Pair("name", Text("x")))) +
+             Pair("2", List(mLeaf + Pair("name", Text("x"))))),
+         "children/2/name: another node is named \"x\", too"},
         {Pair("width", "<array><true/></array>"),
          "width: a number or a list is expected, not an array"},
         {Row(""), "children: is missing; a list with at least one child is expected"},
@@ -183,10 +188,11 @@ TEST_F(Layout, ExitStatusTellsWrongUsageAndUnusableFiles) {
         EXPECT_EQ(outcome.output, "") << words;
         EXPECT_EQ(outcome.errors.find("brindle: "), 0u) << words;
     }
-    ExpectWrongUsage("layout", {"", "tree.xml", "tree.xml 1", "tree.xml 1x", "tree.xml x1",
-                                "tree.xml 1x1x1", "tree.xml 0x1", "tree.xml 1x-1", "tree.xml 1xnan",
-                                "tree.xml infx1", "tree.xml 2e9x1", "tree.xml 1x1 2",
-                                "tree.xml 1x1 --svg", "tree.xml 1x1 --svg="});
+    ExpectWrongUsage("layout",
+                     {"", "tree.xml", "tree.xml 1", "tree.xml 1x", "tree.xml x1", "tree.xml 1x1x1",
+                      "tree.xml 0x1", "tree.xml 1x-1", "tree.xml 1xnan", "tree.xml infx1",
+                      "tree.xml 2e9x1", "tree.xml 1x1 2", "tree.xml 1x1 --svg",
+                      "tree.xml 1x1 --svg=", "tree.xml 1x1 --svg=x --explain"});
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "host/setup/StartAndStop.h"
 
 #include "host/setup/HostErrorManager.h"
-#include "host/setup/HostLocalizer.h"
 #include "tests/support/InPreferences.h"
 
 #include <brindle/console/Console.h>
@@ -10,6 +9,7 @@
 #include <brindle/debug/TraceCategory.h>
 #include <brindle/filesupport/Dir.h>
 #include <brindle/filesupport/NativePath.h>
+#include <brindle/proplist/TableLocalizer.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 
 #include <stdexcept>
@@ -37,7 +37,7 @@ using StartAndStop = tests::InPreferences;
 
 TEST_F(StartAndStop, MayFollowEachOtherInOneProcess) {
     HostErrorManager errorManager;
-    HostLocalizer localizer;
+    proplist::TableLocalizer localizer;
     for (int run = 0; run < 3; ++run) {
         SCOPED_TRACE(run);
         StartLibrary(errorManager, localizer);

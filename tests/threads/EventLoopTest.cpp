@@ -1,35 +1,35 @@
+#include <brindle/glue/GLib.h>
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 #include <brindle/threads/AsyncEventLoopExecutor.h>
-#include <brindle/threads/EventLoop.h>
+#include <brindle/threads/DroppedException.h>
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/RecordingErrorManager.h"
+#include "tests/support/SystemCallFilter.h"
 #include "threads/src/executors/SharedTimer.h"
 #include "threads/src/locks/Gate.h"
 #include "threads/src/threads/CurrentThreadPriority.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <boost/thread/exceptions.hpp>
-#include <glib-unix.h>
 #include <gtest/gtest.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <poll.h>
 #include <sched.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
-#include <cstddef>
 #include <functional>
 #include <future>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <thread>
 #include <utility>
 
+using namespace brindle::tests;
 using namespace brindle::threads;
 using Adaptor = boost::shared_ptr<AsyncEventLoopAdaptor>;
 
@@ -40,15 +40,10 @@ constexpr std::uint32_t kHour = 60 * 60 * 1000;
 /// Runs GLib's loop until the condition holds.
 template <typename Condition>
 void TurnUntil(Condition inCondition) {
-    auto const dispatch = [](gint, GIOCondition, gpointer) -> gboolean {
-        DispatchMessages();
-        return G_SOURCE_CONTINUE;
-    };
-    guint const source = g_unix_fd_add(EventLoopDescriptor(), G_IO_IN, dispatch, nullptr);
+    brindle::glue::GLibLoop const attached;
     while (!inCondition()) {
         g_main_context_iteration(nullptr, TRUE);
     }
-    g_source_remove(source);
 }
 
 void InAnotherThread(std::function<void()> const& inFunction) {
@@ -67,7 +62,7 @@ std::shared_ptr<void> HoldTimer(std::uint32_t inDelay) {
 /// client's may.
 struct Counting {
     ~Counting() {
-        if (brindle::tests::AllocationFailure::HasHappened()) {
+        if (AllocationFailure::HasHappened()) {
             executor.Shutdown();
         }
     }
@@ -76,16 +71,16 @@ struct Counting {
     AsyncEventLoopExecutor& executor;
 };
 
-/// Has the system refuse event descriptors, and only these, to the calling thread and those that it
-/// starts. A sanitizer may need other descriptors.
-void RefuseEventDescriptors() {
-    sock_filter steps[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_eventfd2, 0, 1),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EMFILE),
-                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
-    sock_fprog const program{4, steps};
-    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
-    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+std::string S_heard;
+
+/// Keeps what is dropped.
+void Hear(std::exception_ptr const& inException, char const* inName) {
+    try {
+        std::rethrow_exception(inException);
+    } catch (std::exception const& problem) {
+        S_heard += std::string(inName) + ": " + problem.what() + '\n';
+    }
+    throw 1; // which ends no loop
 }
 
 } // namespace
@@ -129,17 +124,16 @@ TEST(EventLoop, ADestroyedAdaptorReleasesItsItemsAndTheLastOneTheTimer) {
     std::function<void()> const ways[] = {reset, [&] { InAnotherThread(reset); },
                                           [&] { adaptor->Drain(); }, [] { DispatchMessages(); },
                                           [] { /* with the thread */ }};
+    auto const token = std::make_shared<int>(0);
+    auto const use = [token] { ++*token; };
     for (int i = 0; i < 10; ++i) {
         Adaptor const other = i < 5 ? AdaptCurrentEventLoopAsExecutor() : Adaptor();
-        auto const token = std::make_shared<int>(0);
-        auto const use = [token] { ++*token; };
         InAnotherThread([&] {
             adaptor = AdaptCurrentEventLoopAsExecutor();
             timer = SharedTimer();
             InAnotherThread([&] { adaptor->Post(reset, 0); });
             adaptor->Post(use, 1);
-            auto const held =
-                HoldTimer(2); // its message waits, and the next pump is with the timer
+            auto const held = HoldTimer(2); // the message waits, the next pump is with the timer
             adaptor->Post(use, 0);
             InAnotherThread([&] { adaptor->Post(use, 0); });
             adaptor->Post(use, kHour);
@@ -149,10 +143,10 @@ TEST(EventLoop, ADestroyedAdaptorReleasesItsItemsAndTheLastOneTheTimer) {
         });
         EXPECT_TRUE(adaptor == nullptr || !adaptor->Post(use, 0));
         adaptor.reset();
-        EXPECT_EQ(*token, 0);
         EXPECT_EQ(token.use_count(), 2);
         EXPECT_EQ(timer.lock(), other != nullptr ? SharedTimer() : nullptr);
     }
+    EXPECT_EQ(*token, 0);
 }
 
 TEST(EventLoop, RunsWhatItPostsToItselfWithoutTheTimer) {
@@ -167,19 +161,16 @@ TEST(EventLoop, RunsWhatItPostsToItselfWithoutTheTimer) {
 }
 
 TEST(EventLoop, TheTimerReleasesNoItemOfAThreadThatHasEnded) {
-    auto const token = std::make_shared<int>(0);
-    auto const use = [token] { ++*token; };
+    auto const token = std::make_shared<int>();
     Adaptor adaptor;
     InAnotherThread([&] {
         adaptor = AdaptCurrentEventLoopAsExecutor();
-        EXPECT_TRUE(adaptor->Post(use, 1));
+        adaptor->Post([token] { ADD_FAILURE(); }, 1);
     });
     HoldTimer(2); // by now it has tried to send the message
-    EXPECT_EQ(token.use_count(), 3) << "the item waits for its adaptor";
-    EXPECT_FALSE(adaptor->Post(use, 1));
+    EXPECT_EQ(token.use_count(), 2) << "the item waits for its adaptor";
     adaptor.reset();
-    EXPECT_EQ(token.use_count(), 2);
-    EXPECT_EQ(*token, 0);
+    EXPECT_EQ(token.use_count(), 1);
 }
 
 TEST(EventLoopExecutor, ANestedLoopLearnsOfTheShutdownAndNeverSpins) {
@@ -211,32 +202,28 @@ TEST(EventLoopExecutor, ANestedLoopLearnsOfTheShutdownAndNeverSpins) {
     EXPECT_EQ(ended, 3);
 }
 
-/// Expects that an ordinary thread runs the items of the executor.
-template <typename Executor>
-void ExpectNormalPriority(Executor& ioExecutor, int inNiceness) {
-    std::promise<void> done;
-    auto const check = [&] {
-        EXPECT_EQ(getpriority(PRIO_PROCESS, 0), inNiceness);
-        EXPECT_EQ(sched_getscheduler(0), SCHED_OTHER);
-        done.set_value();
-    };
-    ioExecutor.Post(check, 0);
-    done.get_future().wait();
-}
-
 TEST(EventLoop, ThreadsOfLoweredPriorityDoNotLowerTheTimerOfOthers) {
-    int const normal = getpriority(PRIO_PROCESS, 0);
+    auto const expectNormal = [normal = getpriority(PRIO_PROCESS, 0)](auto const& inExecutor) {
+        std::promise<void> done;
+        auto const check = [&] {
+            EXPECT_EQ(getpriority(PRIO_PROCESS, 0), normal);
+            EXPECT_EQ(sched_getscheduler(0), SCHED_OTHER);
+            done.set_value();
+        };
+        inExecutor->Post(check, 0);
+        done.get_future().wait();
+    };
     Adaptor low;
     InAnotherThread([&] {
         SetCurrentThreadPriority(kThreadPriorityIdle);
         low = AdaptCurrentEventLoopAsExecutor();
         if (geteuid() == 0) { // others have no right to raise a thread again
-            ExpectNormalPriority(*CreateAsyncEventLoopExecutor("loop"), normal);
-            ExpectNormalPriority(*SharedTimer(), normal);
+            expectNormal(CreateAsyncEventLoopExecutor("loop"));
+            expectNormal(SharedTimer());
         }
     });
     Adaptor const adaptor = AdaptCurrentEventLoopAsExecutor();
-    ExpectNormalPriority(*SharedTimer(), normal);
+    expectNormal(SharedTimer());
 }
 
 TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
@@ -256,7 +243,6 @@ TEST(EventLoopExecutor, ShutdownRunsWhatWasAcceptedAndReleasesTheRest) {
     executor->Join();
     EXPECT_EQ(*token, 1);
     EXPECT_EQ(token.use_count(), 2);
-    executor->Shutdown();
     EXPECT_TRUE(executor->IsShutdown());
     EXPECT_FALSE(executor->IsCurrentThreadExecutorThread());
     EXPECT_FALSE(executor->Post(use, 0));
@@ -284,9 +270,10 @@ TEST(EventLoopExecutor, RunsEachAcceptedItemOnceWhileOthersDrainAndShutDown) {
 }
 
 TEST(EventLoopExecutor, WithoutDescriptorsThereIsAReportAndNoLoop) {
-    brindle::tests::RecordingErrorManager errors;
+    RecordingErrorManager errors;
     InAnotherThread([] {
-        RefuseEventDescriptors();
+        // A sanitizer may need other descriptors.
+        ASSERT_TRUE(FilterSystemCall(SYS_eventfd2, SECCOMP_RET_ERRNO | EMFILE));
         EXPECT_THROW(static_cast<void>(EventLoopDescriptor()), boost::thread_resource_error);
         EXPECT_TRUE(CreateAsyncEventLoopExecutor("loop")->IsShutdown());
     });
@@ -309,8 +296,59 @@ TEST(EventLoopExecutor, RefusedMemoryLosesNoItemAndNoLoop) {
         executor->Shutdown(), executor->Join();
         EXPECT_EQ(token.use_count(), 1);
     };
-    InAnotherThread(
-        [&] { EXPECT_GT(brindle::tests::RefuseEachAllocation(useLoops, endLoop), 20); });
+    InAnotherThread([&] { EXPECT_GT(RefuseEachAllocation(useLoops, endLoop), 20); });
     endLoop();
     EXPECT_EQ(*token, 1);
+}
+
+TEST(EventLoop, AnExceptionReachesTheHookUnlessItReachesTheCaller) {
+    auto const fail = [] { throw std::runtime_error("failed"); };
+    EXPECT_EQ(SetDroppedExceptionHook(Hear), nullptr);
+    std::promise<void> arePosted;
+    auto const loop = CreateAsyncEventLoopExecutor("loop");
+    loop->Post(fail, 0);
+    loop->Post([&] { arePosted.get_future().wait(), loop->Shutdown(); }, 0);
+    loop->Post(fail, 0); // after the loop has ended, in the final drain
+    arePosted.set_value();
+    loop->Join();
+    EXPECT_EQ(std::exchange(S_heard, {}), "loop: failed\nloop: failed\n");
+    auto const adaptor = AdaptCurrentEventLoopAsExecutor();
+    adaptor->Post(fail, 0);
+    EXPECT_THROW(adaptor->Drain(), std::runtime_error);
+    EXPECT_EQ(S_heard, "");
+    adaptor->Post(fail, 0);
+    DispatchMessages();
+    EXPECT_EQ(S_heard, ": failed\n");
+    EXPECT_EQ(SetDroppedExceptionHook(nullptr), Hear);
+}
+
+TEST(GLibLoop, RunsFunctionsByItsPriorityAndInNestedLoopsAsLongAsItExists) {
+    auto attached = std::make_unique<brindle::glue::GLibLoop>(G_PRIORITY_LOW);
+    Adaptor const loop = AdaptCurrentEventLoopAsExecutor();
+    std::string ran;
+    // A source of the application that is ready at the same time.
+    auto const idle = [](gpointer ioRan) -> gboolean {
+        static_cast<std::string*>(ioRan)->push_back('i');
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add(idle, &ran);
+    auto const runNestedLoop = [&] {
+        ran += '(';
+        while (ran.back() != '2') { // which only a nested turn can run
+            g_main_context_iteration(nullptr, TRUE);
+        }
+        ran += ')';
+    };
+    InAnotherThread([&] {
+        loop->Post(runNestedLoop, 0);
+        loop->Post([&] { ran += '1', throw 1; }, 0);
+        loop->Post([&] { ran += '2'; }, 0);
+    });
+    while (ran.empty() || ran.back() != ')') {
+        g_main_context_iteration(nullptr, TRUE);
+    }
+    EXPECT_EQ(ran, "i(12)");
+    attached.reset();
+    loop->Post([] { ADD_FAILURE(); }, 0);
+    EXPECT_FALSE(g_main_context_iteration(nullptr, FALSE));
 }

@@ -3,13 +3,13 @@
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/EventLoop.h>
 
+#include "tests/support/ChildProcess.h"
+
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
-#include <future>
 #include <thread>
 
 using namespace brindle::threads;
@@ -83,16 +83,14 @@ TEST(Fork, AChildWithStaticExecutorsExitsAndMayMakeItsOwn) {
     });
     for (int round = 0; round < 30; ++round) {
         DispatchMessages();
-        pid_t const child = fork();
-        if (child == 0) {
+        brindle::tests::ChildProcess child([&] {
             S_isChild = true;
             alarm(60); // ends a child that hangs
             int const failures = UseInChild(executors);
-            failures == 0 ? std::exit(0) : _exit(failures);
-        }
-        int status = 0;
-        EXPECT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
+            failures == 0 ? std::exit(0) : void();
+            return failures;
+        });
+        EXPECT_EQ(child.Wait(), 0);
     }
     isOver = true;
     busy.join();

@@ -135,15 +135,11 @@ using SignallingGate = BasicGate<SignalsBeforeSleep>;
 
 TEST(Gate, ReleasesSleepersEvenIfItClosesAtOnce) {
     std::optional<SignallingGate> gate(false);
-    for (int i = 0; i < 3; ++i) {
+    for (bool const isDestroyed : {false, false, true}) {
         boost::thread sleeper = Sleeper([&] { gate->Wait(); });
-        gate->Open();
-        gate->Close();
+        isDestroyed ? gate.reset() : (gate->Open(), gate->Close());
         sleeper.join();
     }
-    boost::thread sleeper = Sleeper([&] { gate->Wait(); });
-    gate.reset();
-    sleeper.join();
 }
 
 TEST(Gate, LosesNoWakeUp) {
@@ -171,7 +167,6 @@ using SignallingLock = BasicReadWriteLock<SignalsBeforeSleep>;
 TEST(ReadWriteLock, KeepsNewReadersOutWhileAWriterWaits) {
     SignallingLock lock;
     EXPECT_TRUE(lock.LockShared(false));
-    EXPECT_TRUE(lock.LockShared(true));
     EXPECT_FALSE(lock.LockExclusive(true));
     EXPECT_TRUE(lock.LockShared(true)) << "the failed attempt left the lock as it was";
     int value = 0;
@@ -186,15 +181,12 @@ TEST(ReadWriteLock, KeepsNewReadersOutWhileAWriterWaits) {
         EXPECT_EQ(value, 1);
         lock.UnlockShared();
     });
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(value, 0);
         lock.UnlockShared();
     }
     writer.join();
     reader.join();
-    EXPECT_TRUE(lock.LockExclusive(true)) << "they have left it";
-    EXPECT_FALSE(lock.LockShared(true));
-    lock.UnlockExclusive();
 }
 
 TEST(ReadWriteLock, ExcludesInEveryMixtureOfOperations) {
@@ -221,25 +213,25 @@ TEST(ReadWriteLock, ExcludesInEveryMixtureOfOperations) {
     });
     EXPECT_EQ(first, writes);
     EXPECT_TRUE(lock.LockExclusive(true)) << "no thread is left inside";
+    EXPECT_FALSE(lock.LockShared(true));
     lock.UnlockExclusive();
-}
-
-// The analysis rejects this misuse at compile time.
-void ExpectMisuseThrows(ReadWriteLock& ioLock) BRN_NO_THREAD_SAFETY_ANALYSIS {
-    SharedGuard shared(ioLock);
-    ExclusiveGuard exclusive(ioLock, true);
-    EXPECT_FALSE(exclusive.IsLocked());
-    EXPECT_THROW(exclusive.Unlock(), boost::lock_error);
-    EXPECT_THROW(shared.Lock(), boost::lock_error);
-    shared.Unlock();
-    EXPECT_THROW(shared.Unlock(), boost::lock_error);
-    exclusive.Lock();
-    EXPECT_THROW(exclusive.Lock(), boost::lock_error);
 }
 
 TEST(ReadWriteLock, GuardsReleaseOnceAndThrowOnMisuse) {
     ReadWriteLock lock;
-    ExpectMisuseThrows(lock);
+    // The analysis rejects this misuse at compile time.
+    auto const misuse = [&]() BRN_NO_THREAD_SAFETY_ANALYSIS {
+        SharedGuard shared(lock);
+        ExclusiveGuard exclusive(lock, true);
+        EXPECT_FALSE(exclusive.IsLocked());
+        EXPECT_THROW(exclusive.Unlock(), boost::lock_error);
+        EXPECT_THROW(shared.Lock(), boost::lock_error);
+        shared.Unlock();
+        EXPECT_THROW(shared.Unlock(), boost::lock_error);
+        exclusive.Lock();
+        EXPECT_THROW(exclusive.Lock(), boost::lock_error);
+    };
+    misuse();
     EXPECT_TRUE(ExclusiveGuard(lock, true).IsLocked());
 }
 

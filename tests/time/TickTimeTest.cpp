@@ -2,6 +2,7 @@
 
 #include "tests/support/RecordingErrorManager.h"
 
+#include <brindle/time/CheckedSum.h>
 #include <brindle/time/Chrono.h>
 #include <brindle/time/FrameRateNames.h>
 #include <brindle/time/TickTime.h>

@@ -3,21 +3,15 @@
 #include <brindle/utility/StringStreams.h>
 
 #include "tests/support/RecordingErrorManager.h"
+#include "tests/support/SystemCallFilter.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/syscall.h>
-#include <unistd.h>
-
+#include <cerrno>
 #include <sstream>
-
-static bool S_systemHasRandomBytes = true;
-
-/// Replaces the system's function, so that it can fail.
-extern "C" ssize_t getrandom(void* outBytes, std::size_t inCount, unsigned inFlags) {
-    return S_systemHasRandomBytes ? ::syscall(SYS_getrandom, outBytes, inCount, inFlags) : -1;
-}
+#include <sys/syscall.h>
+#include <thread>
 
 namespace brindle::utility {
 
@@ -112,9 +106,10 @@ TEST(Guid, StreamsCarryIt) {
 
 TEST(Guid, ASystemWithoutRandomBytesIsReported) {
     tests::RecordingErrorManager errors;
-    S_systemHasRandomBytes = false;
-    EXPECT_EQ(Guid::CreateUnique(), Guid());
-    S_systemHasRandomBytes = true;
+    std::thread([] {
+        EXPECT_TRUE(tests::FilterSystemCall(SYS_getrandom, SECCOMP_RET_ERRNO | ENOSYS));
+        EXPECT_EQ(Guid::CreateUnique(), Guid());
+    }).join();
     EXPECT_EQ(errors.TakeLines(),
               "1 105 27 $$$/brn/utility/Error/CouldntCreateGUID=Couldn't create Guid.\n");
 }

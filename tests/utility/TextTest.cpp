@@ -1,5 +1,6 @@
 #include <brindle/utility/Calculator.h>
 #include <brindle/utility/DecodeText.h>
+#include <brindle/utility/Numbers.h>
 #include <brindle/utility/ParseNumbers.h>
 #include <brindle/utility/Streams.h>
 #include <brindle/utility/TextConversions.h>
@@ -175,29 +176,15 @@ TEST(TextOperations, TakeTextApart) {
 }
 
 TEST(TextOperations, SortNamesAsPeopleDo) {
-    UTF16String const inOrder[] = {u""_utf16,
-                                   u"007"_utf16,
-                                   u"7"_utf16,
-                                   u"10"_utf16,
-                                   u"a"_utf16,
-                                   u"Clip 9"_utf16,
-                                   u"clip 9"_utf16,
-                                   u"clip 10"_utf16,
-                                   u"clip 10 b"_utf16,
-                                   u"clip 99999999999999999999999"_utf16,
-                                   u"clip 100000000000000000000000"_utf16,
-                                   u"clip b"_utf16,
-                                   u"\u00C9"_utf16};
+    std::vector<UTF16String> const inOrder =
+        Lines(u"\n007\n7\n10\na\nClip 9\nclip 9\nclip 10\nclip 10 b\nclip 99999999999999999999999\n"
+              u"clip 100000000000000000000000\nclip b\n\u00C9"_utf16);
     for (std::size_t i = 0; i < std::size(inOrder); ++i) {
         for (std::size_t j = 0; j < std::size(inOrder); ++j) {
             auto const order = CompareNatural(inOrder[i], inOrder[j]);
-            EXPECT_EQ(order < 0   ? -1
-                      : order > 0 ? 1
-                                  : 0,
-                      i < j   ? -1
-                      : i > j ? 1
-                              : 0)
-                << inOrder[i] << " and " << inOrder[j];
+            SCOPED_TRACE(ToStd(inOrder[i] + u" and "_utf16 + inOrder[j]));
+            EXPECT_EQ(order < 0, i < j);
+            EXPECT_EQ(order > 0, i > j);
         }
     }
     std::set<UTF16String, NaturalLess> const names(std::begin(inOrder), std::end(inOrder));
@@ -226,6 +213,22 @@ TEST(ParseNumbers, TakeTheWholeTextOrNothing) {
     for (auto const* const text : {u"1.", u"1..000", u".1", u"1,000.5", u"1,2,3"}) {
         EXPECT_EQ(ParseNumber(Utf16(text), NumberForm::kUser), std::nullopt) << Utf16(text);
     }
+    EXPECT_EQ(NumberToString(std::numeric_limits<std::int64_t>::min(), kNumberFormat_Group),
+              u"-9.223.372.036.854.775.808");
+    EXPECT_EQ(NumberToString(~std::uint64_t{0}, kNumberFormat_Group | kNumberFormat_ForcePlus),
+              u"+18.446.744.073.709.551.615");
+    std::mt19937_64 random(1);
+    for (int count = 0; count < 10'000; ++count) {
+        auto const number = static_cast<std::int64_t>(random()) >> random() % 64;
+        auto const text = NumberToString(number, kNumberFormat_Group);
+        EXPECT_EQ(ParseInteger(text, NumberForm::kUser), number);
+        if (number == static_cast<std::int32_t>(number)) {
+            auto const asDouble = static_cast<double>(number);
+            EXPECT_EQ(text, NumberToString(asDouble, 1, 1,
+                                           kNumberFormat_Group | kNumberFormat_TrimZeros));
+        }
+    }
+    EXPECT_EQ(ParseInteger(u"1.000,0"_utf16, NumberForm::kUser), std::nullopt);
     EXPECT_EQ(TryCalculate(u" ((1.080+200)*(-2,5)) /2 ^ 2"_utf16), -800.0);
     EXPECT_EQ(TryCalculate(u"2*-3e2-1"_utf16), -601.0);
     EXPECT_EQ(TryCalculate(u"\uFF12\uFF0B\uFF13"_utf16), 5.0);

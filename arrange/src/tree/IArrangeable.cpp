@@ -13,6 +13,19 @@ constexpr int kMostPasses = 5;
 
 thread_local std::uint32_t S_rebuildDepth = 0;
 
+/// Sets a flag, and restores what it was at the end of the scope.
+class Raised {
+public:
+    explicit Raised(bool& ioFlag) : mFlag(ioFlag), mBefore(std::exchange(ioFlag, true)) {}
+    Raised(Raised const&) = delete;
+    Raised& operator=(Raised const&) = delete;
+    ~Raised() { mFlag = mBefore; }
+
+private:
+    bool& mFlag;
+    bool mBefore;
+};
+
 } // namespace
 
 IArrangeable::IArrangeable(IArrangeable* inParent) : mParent(inParent) {}
@@ -48,6 +61,7 @@ geom::PointT<float> IArrangeable::Arrange(geom::RectT<float> const& inRect) {
         return {};
     }
     impl::Pass const pass;
+    Raised const arranging(mIsArranging);
     geom::RectT<float> const rect = inRect;
     mRectangle = rect;
     mLimits &= ~std::uint32_t{kLayoutLimit_Passes};
@@ -143,6 +157,14 @@ IArrangeable& IArrangeable::Root() noexcept {
 void IArrangeable::MarkInvalid() noexcept {
     for (IArrangeable* node = this; node != nullptr && std::exchange(node->mIsValid, false);) {
         node = node->Parent();
+    }
+}
+
+void IArrangeable::NoteChange() {
+    if (Root().mIsArranging) {
+        MarkInvalid();
+    } else {
+        Invalidate();
     }
 }
 

@@ -9,6 +9,11 @@ namespace brindle::filesupport {
 
 namespace {
 
+UTF16String Native(UTF16String const& inPath) {
+    auto const native = platform::NativePath(inPath);
+    return native ? utility::Utf16(native.value) : utility::Utf16(utility::ToStd(inPath));
+}
+
 UTF16String Displayed(UTF16String const& inPath) {
     auto const native = platform::NativePath(inPath);
     if (!native) {
@@ -33,6 +38,14 @@ UTF16String DisplayPath(File const& inFile) {
 
 UTF16String DisplayPath(Dir const& inDir) {
     return Displayed(inDir.Helper().Path());
+}
+
+UTF16String ReplacementText(File const& inFile) {
+    return Native(inFile.Helper().Path());
+}
+
+UTF16String ReplacementText(Dir const& inDir) {
+    return Native(inDir.Helper().Path());
 }
 
 } // namespace brindle::filesupport

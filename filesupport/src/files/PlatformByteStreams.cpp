@@ -29,12 +29,17 @@ std::unique_ptr<platform::OpenFile> OpenedOrThrow(platform::Result<platform::Ope
 
 } // namespace
 
-/// Which file a stream has open.
+/// Which file a stream has open, and under which name.
 struct PlatformStreamIdentity {
     template <typename Stream>
     static platform::Result<platform::FileIdentity> Of(ByteStream_base const& inStream) {
         auto const info = static_cast<Stream const&>(inStream).mFile->Inspect();
         return {info.value.identity, info.error};
+    }
+
+    template <typename Stream>
+    static UTF16String PathOf(ByteStream_base const& inStream) {
+        return static_cast<Stream const&>(inStream).mName.FullPath();
     }
 };
 
@@ -42,9 +47,11 @@ namespace {
 
 constexpr bool kIsFile = true;
 constexpr impl::BlockStream kInputBlocks{typeid(IPlatformByteStream), kIsFile,
-                                         &PlatformStreamIdentity::Of<IPlatformByteStream>};
+                                         &PlatformStreamIdentity::Of<IPlatformByteStream>,
+                                         &PlatformStreamIdentity::PathOf<IPlatformByteStream>};
 constexpr impl::BlockStream kOutputBlocks{typeid(OPlatformByteStream), kIsFile,
-                                          &PlatformStreamIdentity::Of<OPlatformByteStream>};
+                                          &PlatformStreamIdentity::Of<OPlatformByteStream>,
+                                          &PlatformStreamIdentity::PathOf<OPlatformByteStream>};
 
 } // namespace
 

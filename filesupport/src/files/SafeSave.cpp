@@ -63,7 +63,9 @@ void SafeSave::CreateTempFile() {
                                                                : platform::Readers::kOwner);
         if (created) {
             mTempFile = std::make_unique<platform::TemporaryFile>(std::move(created.value));
+            return;
         }
+        mTempError = created.error;
         if (created.error != platform::kError_AlreadyExists) {
             return;
         }
@@ -71,8 +73,8 @@ void SafeSave::CreateTempFile() {
 }
 
 void SafeSave::Commit() {
-    auto const error = mTempFile == nullptr ? platform::kError_FileNotFound
-                                            : mTempFile->TakePlaceOf(mTarget.Helper().Path());
+    auto const error =
+        mTempFile == nullptr ? mTempError : mTempFile->TakePlaceOf(mTarget.Helper().Path());
     if (error != platform::kError_None) {
         throw config::Because(rename_file(GetTempFile(), mTarget.GetName()),
                               config::FileOperation::kReplace, error);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr bool kIsFile = true;
 // Nobody else can open the new version.
-constexpr impl::BlockStream kBlocks{typeid(OSafeSaveStream), kIsFile, nullptr};
+constexpr impl::BlockStream kBlocks{typeid(OSafeSaveStream), kIsFile, nullptr, nullptr};
 
 } // namespace
 

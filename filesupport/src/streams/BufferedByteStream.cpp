@@ -1,19 +1,25 @@
 #include <brindle/filesupport/BufferedByteStream.h>
 
+#include "filesupport/src/streams/StreamEnd.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
 namespace brindle::filesupport {
 
+using config::FileOperation;
 using impl::Cell;
+using impl::ThrowEnd;
 
 IBufferedByteStream::IBufferedByteStream(IByteStream& inSource, std::uint32_t inBufferSize,
                                          std::uint32_t inBlockSize)
     : mSource(inSource), mBufferSize(std::max<std::uint32_t>(inBufferSize, 2)),
       mBlockSize(std::clamp<std::uint32_t>(inBlockSize, 1, mBufferSize / 2)),
       mLength(inSource.Length()), mBuffer(new Cell[mBufferSize]), mNext(mBuffer.get()),
-      mLimit(mNext) {}
+      mLimit(mNext) {
+    SetFiltered(inSource);
+}
 
 IBufferedByteStream::~IBufferedByteStream() = default;
 
@@ -35,12 +41,12 @@ void IBufferedByteStream::MoveTo(std::uint64_t inPosition) noexcept {
 void IBufferedByteStream::Refill() {
     auto const position = CurPos();
     if (position >= mLength) {
-        throw eof_error();
+        ThrowEnd(*this, FileOperation::kRead);
     }
     FillBuffer(position, 1);
     if (!Holds(position, 1)) {
         // Possible only if a derived class overrides `FillBuffer`.
-        throw eof_error();
+        ThrowEnd(*this, FileOperation::kRead);
     }
 }
 
@@ -61,20 +67,20 @@ void IBufferedByteStream::ReadBlock(std::uint8_t* outDestination, std::uint32_t 
         FillBuffer(position, count);
     }
     if (count > Unread()) {
-        throw eof_error();
+        ThrowEnd(*this, FileOperation::kRead);
     }
     if (count != 0) {
         std::memcpy(outDestination, mNext, count);
         mNext += count;
     }
     if (count < inCount) {
-        throw eof_error();
+        ThrowEnd(*this, FileOperation::kRead);
     }
 }
 
 void IBufferedByteStream::CurPos(std::uint64_t inPosition) {
     if (inPosition > mLength) {
-        throw eof_error();
+        ThrowEnd(*this, FileOperation::kSeek);
     }
     MoveTo(inPosition);
 }
@@ -88,7 +94,7 @@ void IBufferedByteStream::FillBuffer(std::uint64_t inPosition, std::uint32_t inC
         return;
     }
     if (inPosition > mLength || inCount > mLength - inPosition) {
-        throw eof_error();
+        ThrowEnd(*this, FileOperation::kRead);
     }
     auto const position = CurPos();
     auto start = inPosition - inPosition % mBlockSize;

@@ -10,8 +10,8 @@ template class OContainerByteStream<std::deque<std::uint8_t>>;
 namespace {
 
 constexpr bool kIsFile = false;
-constexpr impl::BlockStream kInputBlocks{typeid(IDequeByteStream), kIsFile, nullptr};
-constexpr impl::BlockStream kOutputBlocks{typeid(ODequeByteStream), kIsFile, nullptr};
+constexpr impl::BlockStream kInputBlocks{typeid(IDequeByteStream), kIsFile, nullptr, nullptr};
+constexpr impl::BlockStream kOutputBlocks{typeid(ODequeByteStream), kIsFile, nullptr, nullptr};
 
 } // namespace
 

@@ -1,17 +1,21 @@
 #include <brindle/filesupport/LimitedByteStream.h>
 
+#include "filesupport/src/streams/StreamEnd.h"
+
 #include <algorithm>
 
 namespace brindle::filesupport {
 
 ILimitedByteStream::ILimitedByteStream(IByteStream& inSource, std::uint64_t inLength)
-    : mSource(inSource), mStart(inSource.CurPos()), mLength(inLength) {}
+    : mSource(inSource), mStart(inSource.CurPos()), mLength(inLength) {
+    SetFiltered(inSource);
+}
 
 ILimitedByteStream::~ILimitedByteStream() = default;
 
 std::uint8_t ILimitedByteStream::Get() {
     if (mPosition == mLength) {
-        throw eof_error();
+        impl::ThrowEnd(*this, config::FileOperation::kRead);
     }
     auto const value = mSource.Get();
     ++mPosition;
@@ -20,7 +24,7 @@ std::uint8_t ILimitedByteStream::Get() {
 
 void ILimitedByteStream::ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) {
     if (inCount > mLength - mPosition) {
-        throw eof_error();
+        impl::ThrowEnd(*this, config::FileOperation::kRead);
     }
     mSource.ReadBlock(outDestination, inCount);
     mPosition += inCount;
@@ -28,7 +32,7 @@ void ILimitedByteStream::ReadBlock(std::uint8_t* outDestination, std::uint32_t i
 
 void ILimitedByteStream::CurPos(std::uint64_t inPosition) {
     if (inPosition > mLength) {
-        throw eof_error();
+        impl::ThrowEnd(*this, config::FileOperation::kSeek);
     }
     mSource.CurPos(mStart + inPosition);
     mPosition = inPosition;

@@ -1,5 +1,7 @@
 #include <brindle/filesupport/RLEByteStream.h>
 
+#include "filesupport/src/streams/StreamEnd.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -97,7 +99,7 @@ bool IRLEByteStream::HasPacket() {
 
 std::uint8_t IRLEByteStream::Get() {
     if (!HasPacket()) {
-        throw eof_error();
+        impl::ThrowEnd(*this, config::FileOperation::kRead);
     }
     if (mLiteralsLeft != 0) {
         --mLiteralsLeft;
@@ -109,7 +111,7 @@ std::uint8_t IRLEByteStream::Get() {
 
 void IRLEByteStream::ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) {
     if (ReadUpTo(outDestination, inCount) < inCount) {
-        throw eof_error();
+        impl::ThrowEnd(*this, config::FileOperation::kRead);
     }
 }
 

@@ -10,8 +10,8 @@ template class OContainerByteStream<std::string>;
 namespace {
 
 constexpr bool kIsFile = false;
-constexpr impl::BlockStream kInputBlocks{typeid(IStringByteStream), kIsFile, nullptr};
-constexpr impl::BlockStream kOutputBlocks{typeid(OStringByteStream), kIsFile, nullptr};
+constexpr impl::BlockStream kInputBlocks{typeid(IStringByteStream), kIsFile, nullptr, nullptr};
+constexpr impl::BlockStream kOutputBlocks{typeid(OStringByteStream), kIsFile, nullptr, nullptr};
 
 } // namespace
 

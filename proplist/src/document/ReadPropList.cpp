@@ -7,6 +7,7 @@
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/proplist/PropListXMLHandler.h>
+#include <brindle/xml/ExpatParser.h>
 #include <brindle/xml/Parser.h>
 
 #include <cstddef>
@@ -23,9 +24,21 @@ struct Reader {
     explicit Reader(PropList& ioList)
         : handler(std::make_unique<PropListXMLHandler>(ioList)), parser(xml::GetParser(handler)) {}
 
+    void UseExpatIfNoneIsInstalled() {
+        if (parser == nullptr) {
+            parser = std::make_unique<xml::ExpatParser>(handler);
+        }
+    }
+
     std::unique_ptr<xml::AbstractParseHandler>
         handler;                                    ///< empty, if the factory took it as it should
     std::unique_ptr<xml::AbstractDocParser> parser; ///< null if no factory is installed
+};
+
+struct LoadOptions {
+    bool renameCorrupt = true;
+    bool keepIfMissing = false; ///< the list keeps its properties if there is no file
+    bool useExpat = false;      ///< if no parser is installed
 };
 
 /// Why the file cannot be read; none if it can be read to its end.
@@ -99,22 +112,28 @@ PropListLoadResult TryReadPropList(UTF8String const& inText, PropList& ioList) {
     return result;
 }
 
-PropListLoadResult TryLoadPropList(UTF16String const& inPath, PropList& ioList,
-                                   bool inRenameCorrupt) {
+namespace {
+
+PropListLoadResult Load(UTF16String const& inPath, PropList& ioList, LoadOptions const& inOptions) {
     PropListLoadResult result;
     // The file stays marked as unread if this returns early or throws.
     auto before = impl::PropListAccess::ExchangeUnreadFile(
         ioList, std::make_unique<UTF16String>(filesupport::File(inPath).FullPath()));
-    Reader const reader(ioList);
+    Reader reader(ioList);
+    if (inOptions.useExpat) {
+        reader.UseExpatIfNoneIsInstalled();
+    }
     if (reader.parser == nullptr) {
         result.status = kPropListLoad_NoParser;
         return result;
     }
     auto const file = platform::Inspect(filesupport::File(inPath).Helper().Path());
     if (reader.parser->ParseDocument(inPath) != xml::kXMLParseStatus_Success) {
-        ioList.Clear();
         result.fault = FaultOf(*reader.parser, &inPath);
         result.status = StatusOf(result.fault);
+        if (result.status != kPropListLoad_Missing || !inOptions.keepIfMissing) {
+            ioList.Clear();
+        }
         if (result.status == kPropListLoad_Damaged && !IsStillThere(inPath, file)) {
             // What is there now was saved meanwhile, and is not what was found damaged.
             result.status = kPropListLoad_Unreadable;
@@ -127,8 +146,30 @@ PropListLoadResult TryLoadPropList(UTF16String const& inPath, PropList& ioList,
     }
     bool const wasSame = before != nullptr && *before == *impl::PropListAccess::UnreadFile(ioList);
     impl::PropListAccess::ExchangeUnreadFile(ioList, wasSame ? nullptr : std::move(before));
-    if (result.status == kPropListLoad_Damaged && inRenameCorrupt) {
+    if (result.status == kPropListLoad_Damaged && inOptions.renameCorrupt) {
         result.renamedTo = RenameToOld(inPath);
+    }
+    return result;
+}
+
+} // namespace
+
+PropListLoadResult TryLoadPropList(UTF16String const& inPath, PropList& ioList,
+                                   bool inRenameCorrupt) {
+    LoadOptions options;
+    options.renameCorrupt = inRenameCorrupt;
+    return Load(inPath, ioList, options);
+}
+
+PropListLoadResult LoadPropList(filesupport::File const& inFile, PropList& ioList,
+                                MissingFile inMissing, DamagedFile inDamaged) {
+    LoadOptions options;
+    options.renameCorrupt = inDamaged == DamagedFile::kIsRenamed;
+    options.useExpat = true;
+    options.keepIfMissing = inMissing == MissingFile::kIsEmpty;
+    PropListLoadResult result = Load(inFile.FullPath(), ioList, options);
+    if (result.status == kPropListLoad_Missing && options.keepIfMissing) {
+        result = {};
     }
     return result;
 }

@@ -1,15 +1,29 @@
 #include <brindle/proplist/PropListUtils.h>
 
+#include "filesupport/src/files/NewVersion.h"
 #include "platform/Files.h"
 #include "proplist/src/document/DocumentCheck.h"
+#include "proplist/src/document/DocumentWriter.h"
 #include "proplist/src/model/PropListAccess.h"
 
 #include <brindle/filesupport/FileExceptions.h>
-#include <brindle/filesupport/SafeSaveStream.h>
+
+#include <optional>
 
 namespace brindle::proplist {
 
 namespace {
+
+using config::Because;
+using config::FileOperation;
+
+// The program is the reason, not the system.
+constexpr char kKey_SaveText[] =
+    "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text has a character "
+    "that the file cannot hold.";
+constexpr char kKey_SaveUnread[] =
+    "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not be read, and "
+    "what it holds would be lost.";
 
 /// Replaces carriage returns by references, since a reader turns plain ones into line feeds.
 void EscapeCarriageReturns(UTF8String& ioDocument) {
@@ -41,34 +55,68 @@ bool IsUnread(PropList const& inList, UTF16String const& inPath) {
     return missed && target && missed.value.identity == target.value.identity;
 }
 
+/// Writes the new version of a file block by block. It is not begun before the first block is
+/// complete, so that a document of one block is checked before anything is touched.
+class NewDocument {
+public:
+    explicit NewDocument(filesupport::File const& inFile) : mFile(inFile) {}
+
+    /// Writes the text, and leaves it empty.
+    void Take(UTF8String& ioText) {
+        EscapeCarriageReturns(ioText);
+        RequireCharacters(impl::HasOnlyXMLCharacters(ioText));
+        if (!mNewVersion) {
+            mNewVersion.emplace(filesupport::BeginOrThrow(mFile, {}));
+        }
+        filesupport::RequireWritten(mFile, mNewVersion->Write(ioText.data(), ioText.size()));
+        ioText.clear();
+    }
+
+    void RequireCharacters(bool inAreAllowed) const {
+        if (!inAreAllowed) {
+            Refuse(kKey_SaveText);
+        }
+    }
+
+    [[noreturn]] void Refuse(char const* inKey) const {
+        throw Because(filesupport::file_exception(mFile, inKey), FileOperation::kReplace,
+                      utility::SystemError::kNone);
+    }
+
+    /// Puts the file in place. Something was written.
+    void Commit() { filesupport::CommitOrThrow(*mNewVersion, mFile); }
+
+private:
+    filesupport::File const& mFile;
+    std::optional<platform::FileReplacement> mNewVersion;
+};
+
 } // namespace
 
-void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
-    UTF8String document;
-    WritePropList(document, inList);
-    EscapeCarriageReturns(document);
-    if (!impl::HasOnlyXMLCharacters(document) || impl::HasTextWithNul(inList)) {
-        throw filesupport::file_exception(
-            ioFile, "$$$/brindle/proplist/Save/Text=Could not save the file '@0'. A key or a text "
-                    "has a character that the file cannot hold.");
+void utils::SavePropList(filesupport::File const& inFile, PropList const& inList,
+                         WriteOptions const& inOptions) {
+    NewDocument document(inFile);
+    document.RequireCharacters(!impl::HasTextWithNul(inList));
+    if (IsUnread(inList, inFile.FullPath())) {
+        document.Refuse(kKey_SaveUnread);
     }
-    if (IsUnread(inList, ioFile.FullPath())) {
-        throw filesupport::file_exception(
-            ioFile, "$$$/brindle/proplist/Save/Unread=The file '@0' was not replaced. It could not "
-                    "be read, and what it holds would be lost.");
-    }
+    UTF8String text;
+    impl::AppendDocument(text, inList, inOptions,
+                         [&document](UTF8String& ioText) { document.Take(ioText); });
+    document.Take(text);
+    document.Commit();
+}
 
-    filesupport::SafeSaveText(ioFile, document);
+void utils::SavePropList(filesupport::File& ioFile, PropList const& inList) {
+    SavePropList(ioFile, inList, {});
 }
 
 void utils::SavePropList(filesupport::File const& inFile, PropList const& inList) {
-    auto file = inFile;
-    SavePropList(file, inList);
+    SavePropList(inFile, inList, {});
 }
 
 void utils::SavePropList(UTF16String const& inPath, PropList const& inList) {
-    filesupport::File file(inPath);
-    SavePropList(file, inList);
+    SavePropList(filesupport::File(inPath), inList, {});
 }
 
 } // namespace brindle::proplist

@@ -69,6 +69,19 @@ void Write(PropNodeBlocks& ioNodes, UTF8String const& inKey, Value const& inValu
 
 PropList::PropList() noexcept = default;
 
+PropList::PropList(PropList&& ioOther) noexcept
+    : mNodes(std::move(ioOther.mNodes)), mUnreadFile(std::move(ioOther.mUnreadFile)),
+      mVersion(std::exchange(ioOther.mVersion, GetCurrentVersion())) {}
+
+PropList& PropList::operator=(PropList&& ioOther) noexcept {
+    PropList other(std::move(ioOther)); // which may be nested in this list
+    DeleteNodes();
+    mNodes.swap(other.mNodes);
+    mUnreadFile = std::move(other.mUnreadFile);
+    mVersion = other.mVersion;
+    return *this;
+}
+
 PropList::~PropList() {
     DeleteNodes();
 }
@@ -132,6 +145,10 @@ void PropList::GetPropertyNames(std::list<UTF8String>& ioNames) const {
         names.push_back(node->GetKey());
     }
     ioNames.splice(ioNames.end(), names);
+}
+
+bool PropList::Has(PropertyKey const& inKey) const {
+    return GetPropertyType(inKey) != kPropertyType_None;
 }
 
 PropListPropertyType PropList::GetPropertyType(UTF8String const& inKey) const {

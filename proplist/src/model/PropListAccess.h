@@ -10,6 +10,7 @@ namespace brindle::proplist::impl {
 /// What the readers and writers of documents need of a list beyond its public interface.
 struct PropListAccess {
     static PropNodeBlocks const& Nodes(PropList const& inList) noexcept { return inList.mNodes; }
+    static PropNodeBlocks& Nodes(PropList& ioList) noexcept { return ioList.mNodes; }
 
     static void SetVersion(PropList& ioList, std::uint16_t inVersion) noexcept {
         ioList.mVersion = inVersion;

@@ -5,8 +5,11 @@
 
 #include <brindle/proplist/PropList.h>
 
+#include <algorithm>
+#include <cmath>
 #include <list>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace brindle::proplist::impl {
@@ -22,7 +25,13 @@ public:
     virtual ~PropNodeBase() = default;
 
     /// Appends the value as its XML element.
-    virtual void AppendXML(UTF8String& ioText) const = 0;
+    virtual void AppendXML(UTF8String& ioText, NumberDigits inDigits) const = 0;
+
+    /// A node with the same key and value; for a nested list, with an empty list.
+    virtual std::unique_ptr<PropNodeBase> Clone() const = 0;
+
+    /// Compares the value with that of a node of the same type; true for any nested lists.
+    virtual bool HasValueOf(PropNodeBase const& inOther) const = 0;
 
     PropListPropertyType GetType() const noexcept { return mType; }
     UTF8String const& GetKey() const noexcept { return mKey; }
@@ -31,6 +40,16 @@ private:
     PropListPropertyType const mType;
     UTF8String const mKey;
 };
+
+/// Equality of values by which a copy equals its original: a NaN equals a NaN.
+template <typename T>
+bool AreSame(T const& inLHS, T const& inRHS) {
+    if constexpr (std::is_floating_point_v<T>) {
+        return inLHS == inRHS || (std::isnan(inLHS) && std::isnan(inRHS));
+    } else {
+        return inLHS == inRHS;
+    }
+}
 
 /// A node with one scalar, in spite of its name: arrays are in `PropListArrayNode`.
 template <typename T>
@@ -41,7 +60,15 @@ public:
     SimpleTypeArrayNode(UTF8String const& inKey, T const& inValue)
         : PropNodeBase(kType, inKey), mValue(inValue) {}
 
-    void AppendXML(UTF8String& ioText) const override { AppendElement(ioText, mValue); }
+    void AppendXML(UTF8String& ioText, NumberDigits inDigits) const override {
+        AppendElement(ioText, mValue, inDigits);
+    }
+    std::unique_ptr<PropNodeBase> Clone() const override {
+        return std::make_unique<SimpleTypeArrayNode>(GetKey(), mValue);
+    }
+    bool HasValueOf(PropNodeBase const& inOther) const override {
+        return AreSame(mValue, static_cast<SimpleTypeArrayNode const&>(inOther).mValue);
+    }
     void ReadInto(T& outValue) const { outValue = mValue; }
     T const& Value() const noexcept { return mValue; }
     void Assign(T const& inValue) { mValue = inValue; }
@@ -60,17 +87,28 @@ class PropListArrayNode final : public PropNodeBase {
 public:
     static constexpr PropListPropertyType kType = PropertyTypeOf<T>::kArray;
 
-    PropListArrayNode(UTF8String const& inKey, std::list<T> const& inValues)
+    template <typename Values>
+    PropListArrayNode(UTF8String const& inKey, Values const& inValues)
         : PropNodeBase(kType, inKey), mValues(inValues.begin(), inValues.end()) {}
 
-    void AppendXML(UTF8String& ioText) const override {
+    void AppendXML(UTF8String& ioText, NumberDigits inDigits) const override {
         AppendText(ioText, "<array>\n<array.type>");
         AppendText(ioText, ElementTags<T>::kEmpty);
         AppendText(ioText, "</array.type>\n");
         for (auto const& value : mValues) {
-            AppendElement(ioText, value);
+            AppendElement(ioText, value, inDigits);
         }
         AppendText(ioText, "</array>\n");
+    }
+
+    std::unique_ptr<PropNodeBase> Clone() const override {
+        return std::make_unique<PropListArrayNode>(GetKey(), mValues);
+    }
+
+    bool HasValueOf(PropNodeBase const& inOther) const override {
+        auto const& others = static_cast<PropListArrayNode const&>(inOther).mValues;
+        return std::equal(mValues.begin(), mValues.end(), others.begin(), others.end(),
+                          [](T const& inLHS, T const& inRHS) { return AreSame(inLHS, inRHS); });
     }
 
     void ReadInto(std::list<T>& ioValues) const {
@@ -94,7 +132,15 @@ public:
 
     explicit PropListNode(UTF8String const& inKey) : PropNodeBase(kType, inKey) {}
 
-    void AppendXML(UTF8String& ioText) const override { mList.OutputAsXMLFragment(ioText); }
+    /// With six digits: a writer that asks for more does not come here, because it visits nested
+    /// lists without recursion.
+    void AppendXML(UTF8String& ioText, NumberDigits) const override {
+        mList.OutputAsXMLFragment(ioText);
+    }
+    std::unique_ptr<PropNodeBase> Clone() const override {
+        return std::make_unique<PropListNode>(GetKey());
+    }
+    bool HasValueOf(PropNodeBase const&) const override { return true; }
 
     PropList mList;
 

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace brindle::utility {
 
@@ -69,6 +70,47 @@ private:
 std::string_view WithoutZeros(std::string_view inFraction) {
     auto const last = inFraction.find_last_not_of('0');
     return inFraction.substr(0, last == 0 ? 0 : last + 1);
+}
+
+void AppendSign(UTF16String& ioText, bool inIsNegative, bool inIsZero,
+                Flags<std::uint16_t> inFlags) {
+    if (inIsNegative) {
+        ioText += u'-';
+    } else if (inFlags.Has(kNumberFormat_ForcePlus)) {
+        if (!inIsZero || !inFlags.Has(kNumberFormat_NoPlusOnZero)) {
+            ioText += u'+';
+        }
+    } else if (inFlags.Has(kNumberFormat_SpaceForPlus)) {
+        ioText += u' ';
+    }
+}
+
+void AppendDigits(UTF16String& ioText, std::string_view inDigits, bool inIsGrouped) {
+    for (std::size_t i = 0; i < inDigits.size(); ++i) {
+        if (inIsGrouped && i != 0 && (inDigits.size() - i) % 3 == 0) {
+            ioText += u',';
+        }
+        ioText += static_cast<std::uint16_t>(inDigits[i]);
+    }
+}
+
+/// The text, which is in the neutral form, in the form that the flags ask for.
+UTF16String InFormOf(Flags<std::uint16_t> inFlags, UTF16String inText) {
+    if (!inFlags.Has(kNumberFormat_NoInternationalize)) {
+        InternationalizeNum(inText);
+    }
+    return inText;
+}
+
+UTF16String FormatInteger(std::uint64_t inMagnitude, bool inIsNegative,
+                          Flags<std::uint16_t> inFlags) {
+    char digits[24];
+    auto const* const end = std::to_chars(digits, digits + sizeof digits, inMagnitude).ptr;
+    UTF16String text;
+    AppendSign(text, inIsNegative, inMagnitude == 0, inFlags);
+    AppendDigits(text, {digits, static_cast<std::size_t>(end - digits)},
+                 inFlags.Has(kNumberFormat_Group));
+    return InFormOf(inFlags, std::move(text));
 }
 
 template <typename Integer>
@@ -185,6 +227,15 @@ UTF16String NumberToString(std::uint64_t inValue) {
     return IntegerToString(inValue, 10);
 }
 
+UTF16String NumberToString(std::int64_t inValue, Flags<std::uint16_t> inFlags) {
+    auto const bits = static_cast<std::uint64_t>(inValue);
+    return FormatInteger(inValue < 0 ? 0 - bits : bits, inValue < 0, inFlags);
+}
+
+UTF16String NumberToString(std::uint64_t inValue, Flags<std::uint16_t> inFlags) {
+    return FormatInteger(inValue, false, inFlags);
+}
+
 UTF16String NumberToHexString(std::int32_t inValue) {
     UTF16String text = IntegerToString(static_cast<std::uint32_t>(inValue), 16);
     for (auto& unit : text) {
@@ -216,28 +267,11 @@ UTF16String NumberToString(double inValue, int inMinIntegerDigits, int inDecimal
 
     UTF16String text;
     text.reserve(1 + count + (isGrouped ? count / 3 : 0) + fraction.size());
-    if (isNegative) {
-        text += u'-';
-    } else if (inFlags.Has(kNumberFormat_ForcePlus)) {
-        if (!isZero || !inFlags.Has(kNumberFormat_NoPlusOnZero)) {
-            text += u'+';
-        }
-    } else if (inFlags.Has(kNumberFormat_SpaceForPlus)) {
-        text += u' ';
-    }
-    char const fill = inFlags.Has(kNumberFormat_PadWithSpaces) ? ' ' : '0';
-    for (std::size_t i = 0; i < count; ++i) {
-        if (isGrouped && i != 0 && (count - i) % 3 == 0) {
-            text += u',';
-        }
-        text += static_cast<std::uint16_t>(i < padding ? fill : integer[i - padding]);
-    }
+    AppendSign(text, isNegative, isZero, inFlags);
+    std::string padded(padding, inFlags.Has(kNumberFormat_PadWithSpaces) ? ' ' : '0');
+    AppendDigits(text, padded.append(integer), isGrouped);
     text.append(fraction.begin(), fraction.end());
-
-    if (!inFlags.Has(kNumberFormat_NoInternationalize)) {
-        InternationalizeNum(text);
-    }
-    return text;
+    return InFormOf(inFlags, std::move(text));
 }
 
 double StringToNumber(UTF16String const& inText, Flags<std::uint16_t> inFlags) {

@@ -14,6 +14,10 @@ namespace brindle::utility {
 
 namespace {
 
+std::optional<platform::NumberSeparators> SeparatorsOf(NumberForm inForm) {
+    return inForm == NumberForm::kUser ? std::make_optional(UserSeparators()) : std::nullopt;
+}
+
 /// Removes the separators between digits of the integer.
 std::string WithoutSeparators(std::string const& inText) {
     auto const isDigitAt = [&inText](std::size_t inIndex) {
@@ -67,18 +71,23 @@ std::optional<double> WholeNumber(std::string inText, bool inIsGrouped) {
 }
 
 std::optional<std::int64_t> ParseInteger(UTF16String const& inText) {
-    auto text = InNeutralASCII(inText, {});
+    return ParseInteger(inText, NumberForm::kNeutral);
+}
+
+std::optional<std::int64_t> ParseInteger(UTF16String const& inText, NumberForm inForm) {
+    auto text = InNeutralASCII(inText, SeparatorsOf(inForm));
+    if (inForm == NumberForm::kUser) {
+        text = WithoutSeparators(text);
+    }
     // A minus belongs to the number, for the least one has no positive counterpart.
     bool const isSigned = text.size() > 1 && text[0] == '+' && IsDigit(text[1]);
     return FromChars<std::int64_t>(text.erase(0, isSigned ? 1 : 0));
 }
 
 std::optional<double> ParseNumber(UTF16String const& inText, NumberForm inForm) {
-    bool const isUsers = inForm == NumberForm::kUser;
-    auto text =
-        InNeutralASCII(inText, isUsers ? std::make_optional(UserSeparators()) : std::nullopt);
+    auto text = InNeutralASCII(inText, SeparatorsOf(inForm));
     bool const isNegative = TakeSign(text);
-    auto const magnitude = WholeNumber(text, isUsers);
+    auto const magnitude = WholeNumber(text, inForm == NumberForm::kUser);
     return magnitude && isNegative ? -*magnitude : magnitude;
 }
 

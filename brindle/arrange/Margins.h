@@ -1,0 +1,27 @@
+#pragma once
+
+namespace brindle::arrange {
+
+/// Space that is kept free at the four sides. A single number stands for all of them.
+struct Margins {
+    constexpr Margins(float inAll = 0) noexcept
+        : left(inAll), top(inAll), right(inAll), bottom(inAll) {}
+    constexpr Margins(float inLeft, float inTop, float inRight, float inBottom) noexcept
+        : left(inLeft), top(inTop), right(inRight), bottom(inBottom) {}
+
+    float left;
+    float top;
+    float right;
+    float bottom;
+};
+
+constexpr bool operator==(Margins const& inLHS, Margins const& inRHS) noexcept {
+    return inLHS.left == inRHS.left && inLHS.top == inRHS.top && inLHS.right == inRHS.right &&
+           inLHS.bottom == inRHS.bottom;
+}
+
+constexpr bool operator!=(Margins const& inLHS, Margins const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
+} // namespace brindle::arrange
