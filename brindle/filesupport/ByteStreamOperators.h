@@ -110,7 +110,7 @@ inline constexpr bool kHasNoWireForm<UTF8String> = true; // unless WireForm.h is
 struct NoWireForm {
     template <typename Value, std::enable_if_t<kHasNoWireForm<Value>, int> = 0>
     NoWireForm(Value const&) {
-        static_assert(brindle::impl::kNever<Value>,
+        static_assert(brindle::utility::impl::kNever<Value>,
                       "the value has no wire form; those of UTF8String, vectors, pairs, times, "
                       "identifiers, points and rectangles are in brindle/filesupport/WireForm.h");
     }
@@ -123,7 +123,7 @@ OByteStream& operator<<(OByteStream& outStream, impl::NoWireForm const& inValue)
 /// A pointer, such as a string literal, would be written as a `bool`.
 template <typename T>
 OByteStream& operator<<(OByteStream& outStream, T const*) {
-    static_assert(brindle::impl::kNever<T>,
+    static_assert(brindle::utility::impl::kNever<T>,
                   "a pointer has no wire form; text is written as std::string, or with _utf16");
     return outStream;
 }

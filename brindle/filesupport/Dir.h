@@ -45,9 +45,10 @@ public:
     explicit Dir(UTF16String const& inPath) : mHelper(inPath) {}
     explicit Dir(DirHelper const& inHelper) : mHelper(inHelper) {}
     /// Paths in native form become files by `DirFromNative` (brindle/filesupport/NativePath.h).
-    template <typename Text, std::enable_if_t<brindle::impl::kIsOtherThanUTF16<Text>, int> = 0>
+    template <typename Text,
+              std::enable_if_t<brindle::utility::impl::kIsOtherThanUTF16<Text>, int> = 0>
     explicit Dir(Text const&) {
-        static_assert(brindle::impl::kNever<Text>,
+        static_assert(brindle::utility::impl::kNever<Text>,
                       "use DirFromNative of brindle/filesupport/NativePath.h for a native path");
     }
     /// The directory `inName` of `inParent`, whose path is not empty.

@@ -55,9 +55,10 @@ public:
     explicit File(UTF16String const& inPath) : mHelper(inPath) {}
     explicit File(FileHelper const& inHelper) : mHelper(inHelper) {}
     /// Paths in native form become files by `FileFromNative` (brindle/filesupport/NativePath.h).
-    template <typename Text, std::enable_if_t<brindle::impl::kIsOtherThanUTF16<Text>, int> = 0>
+    template <typename Text,
+              std::enable_if_t<brindle::utility::impl::kIsOtherThanUTF16<Text>, int> = 0>
     explicit File(Text const&) {
-        static_assert(brindle::impl::kNever<Text>,
+        static_assert(brindle::utility::impl::kNever<Text>,
                       "use FileFromNative of brindle/filesupport/NativePath.h for a native path");
     }
     /// The file `inName` of `inDir`.

@@ -246,7 +246,7 @@ public:
     /// number. Texts are written with `_utf8` or `_utf16` behind the literal, or stored by `Set`.
     template <typename T>
     void SetValue(UTF8String const&, T const*) {
-        static_assert(brindle::impl::kNever<T>,
+        static_assert(brindle::utility::impl::kNever<T>,
                       "a pointer is no value; Set stores a text, or write _utf8 behind it");
     }
     void SetValue(UTF8String const& inKey, char inCharacter) = delete;

@@ -36,7 +36,7 @@ inline namespace literals {
 
 } // namespace literals
 
-namespace impl {
+namespace utility::impl {
 
 template <typename T>
 inline constexpr bool kNever = false;
@@ -69,7 +69,7 @@ struct NotUTF8 {
     }
 };
 
-} // namespace impl
+} // namespace utility::impl
 
 } // namespace brindle
 
@@ -127,18 +127,20 @@ inline brindle::UTF8String operator+(std::string_view inLeft, brindle::UTF8Strin
 }
 
 /// Text of another encoding has to be converted first.
-bool operator==(brindle::UTF16String const&, brindle::impl::NotUTF16 const&);
-bool operator==(brindle::impl::NotUTF16 const&, brindle::UTF16String const&);
-bool operator==(brindle::UTF8String const&, brindle::impl::NotUTF8 const&);
-bool operator==(brindle::impl::NotUTF8 const&, brindle::UTF8String const&);
-bool operator!=(brindle::UTF16String const&, brindle::impl::NotUTF16 const&);
-bool operator!=(brindle::impl::NotUTF16 const&, brindle::UTF16String const&);
-bool operator!=(brindle::UTF8String const&, brindle::impl::NotUTF8 const&);
-bool operator!=(brindle::impl::NotUTF8 const&, brindle::UTF8String const&);
-brindle::UTF16String operator+(brindle::UTF16String const&, brindle::impl::NotUTF16 const&);
-brindle::UTF16String operator+(brindle::impl::NotUTF16 const&, brindle::UTF16String const&);
-brindle::UTF8String operator+(brindle::UTF8String const&, brindle::impl::NotUTF8 const&);
-brindle::UTF8String operator+(brindle::impl::NotUTF8 const&, brindle::UTF8String const&);
+bool operator==(brindle::UTF16String const&, brindle::utility::impl::NotUTF16 const&);
+bool operator==(brindle::utility::impl::NotUTF16 const&, brindle::UTF16String const&);
+bool operator==(brindle::UTF8String const&, brindle::utility::impl::NotUTF8 const&);
+bool operator==(brindle::utility::impl::NotUTF8 const&, brindle::UTF8String const&);
+bool operator!=(brindle::UTF16String const&, brindle::utility::impl::NotUTF16 const&);
+bool operator!=(brindle::utility::impl::NotUTF16 const&, brindle::UTF16String const&);
+bool operator!=(brindle::UTF8String const&, brindle::utility::impl::NotUTF8 const&);
+bool operator!=(brindle::utility::impl::NotUTF8 const&, brindle::UTF8String const&);
+brindle::UTF16String operator+(brindle::UTF16String const&,
+                               brindle::utility::impl::NotUTF16 const&);
+brindle::UTF16String operator+(brindle::utility::impl::NotUTF16 const&,
+                               brindle::UTF16String const&);
+brindle::UTF8String operator+(brindle::UTF8String const&, brindle::utility::impl::NotUTF8 const&);
+brindle::UTF8String operator+(brindle::utility::impl::NotUTF8 const&, brindle::UTF8String const&);
 
 /// Insert the text as UTF-8, as a `std::string` would be.
 BRN_API std::ostream& operator<<(std::ostream& ioStream, brindle::UTF16String const& inText);
