@@ -9,8 +9,12 @@
 #include <brindle/arrange/Groups.h>
 #include <brindle/arrange/LayoutTree.h>
 #include <brindle/config/ClientIdentity.h>
+#include <brindle/config/CollectingErrorManager.h>
+#include <brindle/config/ErrorCollector.h>
 #include <brindle/config/Localizer.h>
+#include <brindle/config/PrintingErrorManager.h>
 #include <brindle/config/ReplacementValue.h>
+#include <brindle/config/Report.h>
 #include <brindle/console/Command.h>
 #include <brindle/debug/StreamBuffers.h>
 #include <brindle/debug/Trace.h>
@@ -32,6 +36,7 @@
 #include <brindle/filesupport/StringByteStream.h>
 #include <brindle/geom/Matrix.h>
 #include <brindle/proplist/PropListXMLHandler.h>
+#include <brindle/proplist/TableLocalizer.h>
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
@@ -185,6 +190,29 @@ void UseValues() {
     static_cast<void>(utility::SmallBlockAllocator::Metrics::GetSnapshot(snapshot));
 }
 
+void UseErrors() {
+    config::PrintingErrorManager printing("client");
+    config::CollectingErrorManager errors(printing);
+    config::ErrorManager::Set(&errors);
+    proplist::PropList table;
+    table.Set("client/Seen", "^1 sah man.");
+    proplist::TableLocalizer german;
+    german.AddTable((*table.begin()).Key() == "client/Seen" ? "de" : "", table);
+    german.SetLanguages({"de"});
+    config::Localizer::Set(&german);
+    config::ErrorCollector collector;
+    config::Report("$$$/client/Seen=^1 was seen.", "Es");
+    Check(collector.Errors().at(0).Sentence() == u"Es sah man.", "a collected error");
+    config::Localizer::Set(nullptr);
+    config::ErrorManager::Set(nullptr);
+    try {
+        config::Report("$$$/client/Seen=^1 was seen.", "Es");
+    } catch (config::no_error_manager const&) {
+        return;
+    }
+    Check(false, "nobody reports");
+}
+
 template <typename... Types>
 void UseTypeInformation() {
     static std::type_info const* const types[] = {&typeid(Types)...};
@@ -200,12 +228,12 @@ void UseOtherClasses() {
         arrange::impl::RowArrangement, arrange::impl::ColumnArrangement, arrange::layout_error,
         Impl, arrange::impl::AbstractArrangeableGroup, arrange::impl::ArrangementSet,
         arrange::impl::GroupArrangement, arrange::impl::IArrangement, config::FileFailure,
-        config::Localizer, config::ReplacementValue, console::Command, debug::TraceHandler,
-        IBufferByteStream, IByteStream, IContainerByteStream<std::string>, IDequeByteStream,
-        IRLEByteStream, IStdByteStream, IStringByteStream, OBufferByteStream, OBufferedByteStream,
-        ICRCByteStream, ILimitedByteStream, OContainerByteStream<std::string>, ODequeByteStream,
-        OPlatformByteStream, ORLEByteStream, OSafeSaveStream, OStdByteStream, OStringByteStream,
-        byte_stream_exception, create_accessdenied_exception, create_exception,
+        config::Localizer, config::PluralLocalizer, config::ReplacementValue, console::Command,
+        debug::TraceHandler, IBufferByteStream, IByteStream, IContainerByteStream<std::string>,
+        IDequeByteStream, IRLEByteStream, IStdByteStream, IStringByteStream, OBufferByteStream,
+        OBufferedByteStream, ICRCByteStream, ILimitedByteStream, OContainerByteStream<std::string>,
+        ODequeByteStream, OPlatformByteStream, ORLEByteStream, OSafeSaveStream, OStdByteStream,
+        OStringByteStream, byte_stream_exception, create_accessdenied_exception, create_exception,
         create_fnf_exception, create_invalidpath_exception, create_locked_exception,
         dir_delete_exception, dir_exception, dir_not_found_exception, eof_error,
         file_delete_exception, io_error, rename_dir, rename_dir_already_exists, rename_file,
@@ -225,6 +253,7 @@ int main() {
     UseThreads();
     UseGroups();
     UseValues();
+    UseErrors();
     UseOtherClasses();
     return S_status;
 }
