@@ -9,6 +9,16 @@ if(BRINDLE_WERROR)
   target_compile_options(brindle_options INTERFACE -Werror)
 endif()
 
+if(BRINDLE_HARDENING)
+  # What Debian's dpkg-buildflags sets with hardening=+all; the fortified C library needs optimisation.
+  add_compile_options(-fstack-protector-strong -fstack-clash-protection -Wformat -Werror=format-security
+    "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"
+    $<$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},x86_64>:-fcf-protection>)
+  add_link_options(LINKER:-z,relro LINKER:-z,now)
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  include(CheckPIESupported)
+  check_pie_supported()
+endif()
 if(BRINDLE_SANITIZE)
   add_compile_options(-fsanitize=${BRINDLE_SANITIZE} -fno-sanitize-recover=all
     -fno-omit-frame-pointer)

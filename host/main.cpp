@@ -29,17 +29,18 @@ Verb const* const kVerbs[] = {&kSumVerb,  &kSealVerb,   &kVerifyVerb, &kPlistVer
                               &kGuidVerb, &kLayoutVerb, &kConsoleVerb};
 
 void PrintHelp() {
-    constexpr int kCallWidth = 45;
+    constexpr int kCallWidth = 50; // of the longest call, and two blanks
     auto& out = utility::streams::Out;
     out << "usage: brindle VERB [OPTION...] [OPERAND...]\n\n";
     for (Verb const* const verb : kVerbs) {
         std::string const call = std::string(verb->name) + ' ' + verb->synopsis;
         out << "  " << std::left << std::setw(kCallWidth) << call << verb->summary << '\n';
     }
-    out << "\n"
-           "  brindle VERB --help                          what a verb does\n"
-           "  brindle --version                            the version of the library\n"
-           "\n"
+    out << "\n  " << std::setw(kCallWidth) << "brindle VERB --help"
+        << "what a verb does\n"
+        << "  " << std::setw(kCallWidth) << "brindle --version"
+        << "the version of the library\n"
+        << "\n"
            "The value of an option stands behind = or in the next word; what follows -- is no "
            "option.\n"
            "The file - is standard input or output.\n"

@@ -31,7 +31,7 @@ _brindle() {
     time) options='--rate= --help' ;;
     calc) options='--help' ;;
     guid) options='--help' ;;
-    layout) options='--svg= --help' ;;
+    layout) options='--svg= --explain --help' ;;
     console) options='--attach= --list --help' ;;
     esac
     if [[ $word == -* ]]; then

@@ -35,6 +35,7 @@ complete -c brindle -n __fish_use_subcommand -a guid -d 'new identifiers, one a 
 complete -c brindle -n '__fish_seen_subcommand_from guid' -l help -d 'what the verb does'
 complete -c brindle -n __fish_use_subcommand -a layout -d 'the places of a tree of rectangles in a rectangle'
 complete -c brindle -n '__fish_seen_subcommand_from layout' -l svg -d 'draws the tree into the file OUT instead; - for standard output' -r -F
+complete -c brindle -n '__fish_seen_subcommand_from layout' -l explain -d 'writes a line for each alternative of the root instead: its form, its minimum and best size, whether it fits, and by which rule the chosen one, which is marked with an asterisk, beat it'
 complete -c brindle -n '__fish_seen_subcommand_from layout' -l help -d 'what the verb does'
 complete -c brindle -n '__fish_seen_subcommand_from layout' -F
 complete -c brindle -n __fish_use_subcommand -a console -d 'commands for developers: settings, trace volumes, files'

@@ -44,12 +44,17 @@ list(APPEND brindle_platform_sources
   platform/linux/WakeUpEvent.cpp)
 
 # Where the program that shows dialogs is installed. Beside the library it is found wherever both are moved to.
-set(BRINDLE_DIALOG_PROGRAM "${CMAKE_INSTALL_FULL_LIBEXECDIR}/brindle/brindle-dialog" CACHE FILEPATH
-  "Where brindle-dialog is installed")
-file(RELATIVE_PATH dialog_from_library "${CMAKE_INSTALL_FULL_LIBDIR}"
-  "${CMAKE_INSTALL_FULL_LIBEXECDIR}/brindle/brindle-dialog")
+if(BRINDLE_INSTALL)
+  set(BRINDLE_DIALOG_PROGRAM "${CMAKE_INSTALL_FULL_LIBEXECDIR}/brindle/brindle-dialog" CACHE FILEPATH
+    "Where brindle-dialog is installed")
+  file(RELATIVE_PATH brindle_dialog_from_library "${CMAKE_INSTALL_FULL_LIBDIR}"
+    "${CMAKE_INSTALL_FULL_LIBEXECDIR}/brindle/brindle-dialog")
+else()
+  set(BRINDLE_DIALOG_PROGRAM "" CACHE FILEPATH "Where brindle-dialog is installed")
+  set(brindle_dialog_from_library "../libexec/brindle/brindle-dialog")
+endif()
 set_source_files_properties(platform/linux/Dialogs.cpp PROPERTIES COMPILE_DEFINITIONS
-  "BRINDLE_DIALOG_PROGRAM=\"${BRINDLE_DIALOG_PROGRAM}\";BRINDLE_DIALOG_FROM_LIBRARY=\"${dialog_from_library}\"")
+  "BRINDLE_DIALOG_PROGRAM=\"${BRINDLE_DIALOG_PROGRAM}\";BRINDLE_DIALOG_FROM_LIBRARY=\"${brindle_dialog_from_library}\"")
 
 # Shortcuts and file associations are those of the free desktops.
 include(${CMAKE_CURRENT_LIST_DIR}/../desktop/sources.cmake)
