@@ -44,13 +44,8 @@ void Rows() {
     Row("A duration holds a frame of 30000/1001 exactly",
         frame * 30000 == 1001 * G_TIME_SPAN_SECOND);
 
-    std::atomic<int> count{0};
     GThreadPool* const pool = g_thread_pool_new(Count, nullptr, 1, TRUE, nullptr);
-    for (int work = 0; work < 100; ++work) {
-        g_thread_pool_push(pool, &count, nullptr);
-    }
-    Row("A pool queues what its threads cannot take yet", Await([&] { return count == 100; }));
-    ForkRow([&](std::atomic<int>& outCalls) {
+    PoolRows([&](std::atomic<int>& outCalls) {
         return g_thread_pool_push(pool, &outCalls, nullptr) == TRUE;
     });
 }

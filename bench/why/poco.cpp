@@ -12,24 +12,27 @@
 #include <Poco/UTF8Encoding.h>
 #include <Poco/UTFString.h>
 #include <Poco/UnicodeConverter.h>
+#include <deque>
 
 namespace {
 
 struct Work : Poco::Runnable {
-    std::atomic<bool> ran{false};
+    explicit Work(std::atomic<int>& outCalls) : calls(outCalls) {}
     void run() override {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        ran = true;
+        ++calls;
     }
+    std::atomic<int>& calls;
 };
 
 } // namespace
 
 bool UseLibrary() {
-    Work work;
+    std::atomic<int> calls{0};
+    Work work(calls);
     Poco::ThreadPool::defaultPool().start(work);
     Poco::ThreadPool::defaultPool().joinAll();
-    return work.ran && Poco::NumberFormatter::format(12) == "12" && !Poco::Path::temp().empty();
+    return calls == 1 && Poco::NumberFormatter::format(12) == "12" && !Poco::Path::temp().empty();
 }
 
 bool Save(std::string const& inPath, std::string const& inContent) {
@@ -63,20 +66,9 @@ void Rows() {
         frame.totalMicroseconds() * 30000 == 1001 * Poco::Timespan::SECONDS);
 
     Poco::ThreadPool pool(1, 1);
-    static Work works[2];
-    bool isQueued = true;
-    try {
-        pool.start(works[0]);
-        pool.start(works[1]);
-    } catch (Poco::NoThreadAvailableException const&) {
-        isQueued = false;
-    }
-    pool.joinAll();
-    Row("A pool queues what its threads cannot take yet", isQueued);
-    ForkRow([&](std::atomic<int>& outCalls) {
-        works[0].ran = false;
-        pool.start(works[0]);
-        outCalls = Await([] { return works[0].ran.load(); });
+    std::deque<Work> works;
+    PoolRows([&](std::atomic<int>& outCalls) {
+        pool.start(works.emplace_back(outCalls));
         return true;
     });
 }
