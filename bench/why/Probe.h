@@ -105,8 +105,7 @@ inline bool KeepsOld(void (*inSignalHandler)(int)) {
 inline void FileRows() {
     fs::create_directory("names");
     std::ofstream("names/caf\xE9.txt") << "x"; // Latin-1
-    Row("Opens every file that it lists, also where the name is no UTF-8",
-        OpensWhatItLists("names"));
+    Row("Lists and opens files whose names are not UTF-8", OpensWhatItLists("names"));
 
     std::ofstream("target") << "old";
     fs::create_symlink("target", "link");
