@@ -9,7 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <functional>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -126,6 +126,27 @@ TEST(EventLoopWakeUp, ManyPostsShareACallAndNestedLoopsAreWoken) {
     EXPECT_EQ(ran, 102);
 }
 
+TEST(EventLoopWakeUp, ItsEndWaitsForTheCallsOfOtherThreads) {
+    auto const loop = AdaptCurrentEventLoopAsExecutor();
+    std::promise<void> entered;
+    std::atomic<bool> isInside{false};
+    std::optional<EventLoopWakeUp> wakeUp;
+    wakeUp.emplace([&, owner = std::this_thread::get_id()] {
+        if (std::this_thread::get_id() != owner) {
+            isInside = true;
+            entered.set_value();
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            isInside = false;
+        }
+    });
+    DispatchMessages();
+    std::thread poster([&] { loop->Post([] {}, 0); });
+    entered.get_future().wait();
+    wakeUp.reset();
+    EXPECT_FALSE(isInside);
+    poster.join();
+}
+
 TEST(EventLoopWakeUp, ALoopOnTheThreadOfAnExecutorLearnsOfItsShutdown) {
     auto const executor = CreateAsyncEventLoopExecutor("loop");
     auto const runNestedLoop = [&] {
@@ -156,6 +177,7 @@ TEST(EventLoopWakeUp, MisuseAndFailureHarmNobody) {
             EXPECT_EQ(calls, 3) << "the function still exists";
         }
     };
+    S_dropped = 0;
     SetDroppedExceptionHook([](std::exception_ptr const&, char const*) { ++S_dropped; });
     wakeUp.emplace(use);
     EXPECT_EQ(calls, 1);
