@@ -54,11 +54,16 @@ endif()
 if(TARGET brindle_dialog)
   install(TARGETS brindle_dialog DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/brindle COMPONENT dialog)
 endif()
-# GDB loads the printers by itself from here, if the data directory is its own, as with the prefix /usr.
+# GDB loads the printers by itself from here, if the data directory is its own, as with the prefix /usr. LLDB has no such
+# place: its user has it import them.
 if(BRINDLE_SHARED)
+  set(brindle_gdb_dir ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR})
   install(FILES debugger/brindle-gdb.py RENAME libbrindle.so.${brindle_version}-gdb.py
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR} COMPONENT debugger)
+    DESTINATION ${brindle_gdb_dir} COMPONENT debugger)
+  install(FILES debugger/brindle_values.py DESTINATION ${brindle_gdb_dir} COMPONENT debugger)
 endif()
+install(FILES debugger/brindle_lldb.py debugger/brindle_values.py
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/brindle/debugger COMPONENT debugger)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
   PATTERN CMakeLists.txt EXCLUDE PATTERN benchmarks EXCLUDE PATTERN abi EXCLUDE PATTERN check EXCLUDE)

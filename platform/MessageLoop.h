@@ -14,6 +14,16 @@ class MessageTarget;
 template <typename Steps>
 class MessageInbox;
 
+/// Wakes a loop that watches no descriptor.
+class WakeUpFunction : public utility::RefCountedObject {
+public:
+    ~WakeUpFunction() override;
+
+    /// Has the loop call `DispatchMessages` after this. False if that failed; then the next message
+    /// calls it again. Several threads may call it at once.
+    [[nodiscard]] virtual bool Call() noexcept = 0;
+};
+
 /// The messages to the targets of one thread, in the order of their arrival. The queue may outlive
 /// its thread, but takes no messages then.
 class MessageQueue : public utility::RefCountedObject {
@@ -33,6 +43,9 @@ public:
     /// Ends the loop of the thread after the messages that wait already. Only the first call has an
     /// effect.
     void PostQuit() noexcept;
+    /// Ends what `SetWakeUp` began: waits until the calls of other threads have returned. None
+    /// comes later. The function may call it.
+    void ClearWakeUp() noexcept;
 
     // Only the thread of the queue may call these.
 
@@ -43,8 +56,11 @@ public:
     /// message may call it. False once the thread has been told to quit; then nothing is handled
     /// any more, and the descriptor is not readable until another message arrives.
     bool DispatchMessages() noexcept;
-    /// Makes the descriptor readable for a loop that has yet to find out that the thread was told
-    /// to quit.
+    /// Has the function called once now, and by threads that send messages, so that a loop which
+    /// answers each call by `DispatchMessages` handles every message. Many messages share a call.
+    /// False if there is a function already.
+    [[nodiscard]] bool SetWakeUp(boost::intrusive_ptr<WakeUpFunction> inFunction) noexcept;
+    /// Wakes a loop that has yet to find out that the thread was told to quit.
     void RemindOfQuit() noexcept;
 
 private:
@@ -93,8 +109,8 @@ public:
     bool IsAccepting() const noexcept;
 
     /// Appends a message that was made for this target to the queue of its thread, which may be the
-    /// calling thread. Never blocks, and never handles the message. False, and it is not handled at
-    /// all, if messages are not accepted.
+    /// calling thread, and may call the function of `SetWakeUp`. Never blocks, and never handles
+    /// the message. False, and it is not handled at all, if messages are not accepted.
     [[nodiscard]] bool Send(boost::intrusive_ptr<Message> inMessage) noexcept;
 
 private:

@@ -8,6 +8,8 @@
 ///
 ///     pollfd watched{EventLoopDescriptor(), POLLIN, 0};
 ///     while (DispatchMessages()) { poll(&watched, 1, -1); }
+///
+/// A loop that cannot watch a descriptor is woken by a function instead (`EventLoopWakeUp.h`).
 
 namespace brindle::threads {
 

@@ -50,7 +50,7 @@ public:
     /// Takes over the messages that were pushed. Returns how many messages have been taken over in
     /// all.
     std::uint64_t Gather() noexcept {
-        Message const* const newest = mNewest.load(std::memory_order_relaxed);
+        Message const* const newest = mNewest.load(std::memory_order_seq_cst);
         if (newest != nullptr && newest != Closed()) {
             Append(mNewest.exchange(nullptr, std::memory_order_acquire));
         }

@@ -1,6 +1,7 @@
 #include "platform/MessageLoop.h"
 
 #include "platform/Fork.h"
+#include "platform/portable/LoopWakeUp.h"
 #include "platform/portable/MessageInbox.h"
 #include "utility/src/base/NoPause.h"
 
@@ -34,7 +35,16 @@ struct MessageQueue::State {
         }
     }
 
+    [[nodiscard]] bool Push(boost::intrusive_ptr<Message> inMessage) noexcept {
+        if (!inbox.Push(std::move(inMessage))) {
+            return false;
+        }
+        wakeUp.Call();
+        return true;
+    }
+
     MessageInbox<utility::NoPause> inbox;
+    LoopWakeUp<utility::NoPause> wakeUp;
     bool hasQuit = false; // accessed by the owner only
     // Made in advance, so that telling a thread to quit needs no memory.
     boost::intrusive_ptr<Message> const quit{new QuitMessage(hasQuit)};
@@ -97,7 +107,7 @@ int MessageQueue::Descriptor() const noexcept {
 void MessageQueue::PostQuit() noexcept {
     // Relaxed: the flag publishes nothing; it only lets the first call through.
     if (!mState->isQuitPosted.exchange(true, std::memory_order_relaxed)) {
-        static_cast<void>(mState->inbox.Push(mState->quit)); // refused if the thread has ended
+        static_cast<void>(mState->Push(mState->quit)); // refused if the thread has ended
     }
 }
 
@@ -116,8 +126,11 @@ bool MessageQueue::HandleMessage() noexcept {
 
 bool MessageQueue::DispatchMessages() noexcept {
     MessageInbox<utility::NoPause>& inbox = mState->inbox;
-    std::uint64_t const until = inbox.Gather();
+    std::uint64_t const until = mState->wakeUp.Gather(inbox);
     while (inbox.Popped() < until && !mState->hasQuit) {
+        if (inbox.Popped() + 1 < until) {
+            mState->wakeUp.Call(); // for a loop that the handler may run: others are left to it
+        }
         mState->HandleNext();
     }
     if (mState->hasQuit) {
@@ -130,7 +143,18 @@ bool MessageQueue::DispatchMessages() noexcept {
 
 void MessageQueue::RemindOfQuit() noexcept {
     mState->inbox.Signal();
+    mState->wakeUp.Call();
 }
+
+bool MessageQueue::SetWakeUp(boost::intrusive_ptr<WakeUpFunction> inFunction) noexcept {
+    return mState->wakeUp.Set(std::move(inFunction));
+}
+
+void MessageQueue::ClearWakeUp() noexcept {
+    mState->wakeUp.Clear();
+}
+
+WakeUpFunction::~WakeUpFunction() = default;
 
 Message::Message(boost::intrusive_ptr<MessageTarget> inTarget) noexcept
     : mTarget(std::move(inTarget)) {}
@@ -156,7 +180,7 @@ bool MessageTarget::IsAccepting() const noexcept {
 }
 
 bool MessageTarget::Send(boost::intrusive_ptr<Message> inMessage) noexcept {
-    return !IsClosed() && mQueue->mState->inbox.Push(std::move(inMessage));
+    return !IsClosed() && mQueue->mState->Push(std::move(inMessage));
 }
 
 } // namespace brindle::platform

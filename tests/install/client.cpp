@@ -40,6 +40,7 @@
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
+#include <brindle/threads/EventLoopWakeUp.h>
 #include <brindle/threads/ForEach.h>
 #include <brindle/threads/Progress.h>
 #include <brindle/threads/SyncPoint.h>
@@ -152,6 +153,9 @@ void UseThreads() {
     ForEach(pool, 100, [&](std::size_t) { ++count; });
     Check(count == 100, "a parallel loop");
     Progress<int>(pool, [](int) {}).Set(1);
+    bool isWoken = false;
+    EventLoopWakeUp([&] { isWoken = true; });
+    Check(isWoken, "a wake-up");
 }
 
 template <typename Group>

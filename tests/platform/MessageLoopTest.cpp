@@ -1,3 +1,4 @@
+#include "platform/portable/LoopWakeUp.h"
 #include "platform/portable/MessageInbox.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +40,59 @@ struct Inbox : MessageInbox<Scripted> {
     }
 };
 
+/// A loop that looks into its inbox only when it was woken.
+struct WokenLoop {
+    struct Wake : WakeUpFunction {
+        explicit Wake(int& outEvents) : events(outEvents) {}
+        bool Call() noexcept override { return ++events > 0; }
+        int& events;
+    };
+    void Push() {
+        static_cast<void>(inbox.Push(new Numbered(0)));
+        wakeUp.Call();
+    }
+    void Turn() {
+        for (std::uint64_t const until = wakeUp.Gather(inbox); inbox.Popped() < until;) {
+            inbox.Pop();
+        }
+    }
+    void TurnWhileWoken() {
+        for (; events > 0; Turn()) {
+            --events;
+        }
+    }
+    Inbox inbox;
+    LoopWakeUp<Scripted> wakeUp;
+    int events = 0;
+};
+
 } // namespace
+
+TEST(LoopWakeUp, NoMessageIsLeftWhereverAThreadHalts) {
+    WokenLoop loop;
+    boost::intrusive_ptr<WakeUpFunction> const wake(new WokenLoop::Wake(loop.events));
+    auto const push = [&] { loop.Push(); };
+    auto const set = [&] { loop.wakeUp.Clear(), static_cast<void>(loop.wakeUp.Set(wake)); };
+    auto const turn = [&] { loop.TurnWhileWoken(); };
+    auto const goOn = [&] { push(), turn(), push(), turn(); };
+    std::function<void()> const cases[][2] = {
+        {push, goOn}, {push, turn}, {goOn, push}, {set, push}};
+    set();
+    for (auto const& [halted, others] : cases) {
+        int step = 0;
+        for (int left = 0; left <= 0;) {
+            left = ++step;
+            Scripted::onPause = [&left, &then = others] { --left == 0 ? then() : void(); };
+            halted();
+            Scripted::onPause = [] {};
+            turn();
+            EXPECT_EQ(Numbered::S_alive, 0);
+            goOn();
+            EXPECT_EQ(Numbered::S_alive, 0);
+        }
+        EXPECT_GT(step, 2);
+    }
+}
 
 TEST(MessageInbox, IsReadableWhileMessagesWaitWhereverAThreadHalts) {
     Inbox inbox;

@@ -2,6 +2,7 @@
 #include <brindle/threads/AsyncEventLoopExecutor.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
 #include <brindle/threads/EventLoop.h>
+#include <brindle/threads/EventLoopWakeUp.h>
 
 #include "tests/support/ChildProcess.h"
 
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <thread>
 
@@ -22,6 +24,8 @@ struct Executors {
         CreateAsyncThreadedExecutor("pool", 2, kThreadPriorityNormal);
     boost::shared_ptr<AsyncEventLoopExecutor> loop = CreateAsyncEventLoopExecutor("loop");
     boost::shared_ptr<AsyncEventLoopAdaptor> adaptor = AdaptCurrentEventLoopAsExecutor();
+    // So long that the process is copied during a call.
+    EventLoopWakeUp wakeUp{[] { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }};
     ~Executors() {
         pool->Shutdown();
         pool->Synchronize();
@@ -58,9 +62,10 @@ int UseInChild(Executors& ioInherited) {
     pool->Post([&] { ++ran; }, 0);
     pool->Synchronize();
     auto const adaptor = AdaptCurrentEventLoopAsExecutor();
+    EventLoopWakeUp const wakeUp([&] { ++ran; });
     adaptor->Post([&] { ++ran; }, 0);
     DispatchMessages();
-    expect(ran == 2);
+    expect(ran == 3);
     return failures;
 }
 
