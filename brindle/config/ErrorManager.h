@@ -2,9 +2,9 @@
 
 #include <brindle/Export.h>
 #include <brindle/config/Errors.h>
+#include <brindle/utility/BoostFunction.h>
 
 #include <boost/core/noncopyable.hpp>
-#include <boost/function.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include <atomic>

@@ -4,8 +4,7 @@
 #include <brindle/filesupport/CopyBytes.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 

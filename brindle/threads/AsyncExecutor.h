@@ -1,8 +1,7 @@
 #pragma once
 
 #include <brindle/Export.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 

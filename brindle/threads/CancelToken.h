@@ -2,7 +2,7 @@
 
 #include <brindle/Export.h>
 
-#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/smart_ptr/make_shared_object.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <atomic>
