@@ -3,7 +3,6 @@
 #include <brindle/Export.h>
 #include <brindle/time/Ticks.h>
 
-#include <cstddef>
 #include <typeindex> // the smallest header that declares std::hash
 
 namespace brindle::time {
@@ -115,6 +114,6 @@ inline constexpr FrameRate kFrameRate_Audio192000 = FrameRate::Create(1323000);
 template <>
 struct std::hash<brindle::time::FrameRate> {
     std::size_t operator()(brindle::time::FrameRate const& inRate) const noexcept {
-        return std::hash<std::int64_t>()(inRate.GetTicksPerFrame());
+        return brindle::time::impl::HashOf(inRate.GetTicksPerFrame());
     }
 };

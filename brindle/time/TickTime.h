@@ -269,6 +269,6 @@ BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
 template <>
 struct std::hash<brindle::time::TickTime> {
     std::size_t operator()(brindle::time::TickTime const& inTime) const noexcept {
-        return std::hash<std::int64_t>()(inTime.GetTicks());
+        return brindle::time::impl::HashOf(inTime.GetTicks());
     }
 };
