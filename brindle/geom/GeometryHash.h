@@ -4,7 +4,7 @@
 #include <brindle/geom/Rect.h>
 
 #include <cstddef>
-#include <functional>
+#include <optional> // the smallest header that defines std::hash
 
 // Points and rectangles as keys of unordered containers, such as the tiles of a cache:
 //
