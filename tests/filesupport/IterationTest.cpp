@@ -7,6 +7,7 @@
 #include <brindle/filesupport/NativePath.h>
 #include <brindle/filesupport/PathStreams.h>
 #include <brindle/utility/Streams.h>
+#include <brindle/utility/TextConversions.h>
 
 #include <algorithm>
 #include <cstdio>

@@ -190,8 +190,8 @@ void UseValues() {
         time::TimecodeFormat::Create(time::kFrameRate_Film24, time::FrameCounting::kNonDrop);
     Check(film->ToText(time::TickTime(1.0)) == "00:00:01:00", "timecode");
     Check(geom::MatrixT<float>(true).Invert(false), "a matrix of float");
-    auto const moved = geom::PointT<double>{1, 2} *
-                       (geom::Rotation(0.0) * geom::Translation(3.0, 4.0));
+    auto const moved =
+        geom::PointT<double>{1, 2} * (geom::Rotation(0.0) * geom::Translation(3.0, 4.0));
     Check(moved == geom::PointT<double>{4, 6}, "a point that is transformed");
     std::ostringstream inserted;
     inserted << moved << time::kFrameRate_VideoPAL << filesupport::File();
