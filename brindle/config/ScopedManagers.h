@@ -11,9 +11,9 @@ namespace brindle::config {
 ///     PrintingErrorManager errors("offload");
 ///     ScopedErrorManager const installed(errors);
 ///
-/// Whoever raises errors on other threads meanwhile meets the same object, which therefore must
-/// outlive their use of it as well as this. Nested objects are destroyed in reverse order, as those
-/// of nested scopes are.
+/// Other threads use the installed object meanwhile, so it has to exist until they have finished
+/// with it. Guards that overlap have to be destroyed in reverse order, as those of nested scopes
+/// are.
 template <typename Manager>
 class ScopedInstallation {
 public:

@@ -44,8 +44,8 @@ public:
     /// forever.
     void Join();
 
-    /// Blocks the calling thread until the system's clock shows this time, in UTC. Whoever calls it
-    /// includes <boost/thread/xtime.hpp>.
+    /// Blocks the calling thread until the system's clock shows this time, in UTC. Callers
+    /// include <boost/thread/xtime.hpp>.
     static void Sleep(boost::xtime const& inTime);
     /// Gives up the rest of the time slice.
     static void YieldTime();
