@@ -56,6 +56,10 @@ public:
     /// opened whatever its size. After a failure the object holds nothing, and keeps the new name,
     /// size and flags.
     void Init(std::string const& inName, std::uint64_t inSize, std::uint32_t inFlags);
+    /// The same for memory that is created if it does not exist, writable, and mapped at once.
+    void Init(std::string const& inName, std::uint64_t inSize) {
+        Init(inName, inSize, kMappedFileCreate | kMappedFileMapNow | kMappedFileWritable);
+    }
 
     /// The size given to `Init`; existing memory may have another size.
     std::uint64_t Size() const noexcept { return mSize; }

@@ -3,7 +3,7 @@
 #include <brindle/Export.h>
 #include <brindle/arrange/AbstractArrangeableGroup.h>
 
-#include <boost/noncopyable.hpp>
+#include <boost/core/noncopyable.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>

@@ -27,6 +27,15 @@ struct Extent {
     bool isExpandable = false;
 };
 
+constexpr bool operator==(Extent const& inLHS, Extent const& inRHS) noexcept {
+    return inLHS.minimum == inRHS.minimum && inLHS.best == inRHS.best &&
+           inLHS.maximum == inRHS.maximum && inLHS.isExpandable == inRHS.isExpandable;
+}
+
+constexpr bool operator!=(Extent const& inLHS, Extent const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
 /// An extent that takes the space that is left, up to a maximum. Expandable neighbours share the
 /// space in proportion to their best sizes, so one with a best size of 0 gets nothing.
 template <typename Number>
@@ -48,6 +57,14 @@ struct LeafSizes {
     Extent width;
     Extent height;
 };
+
+constexpr bool operator==(LeafSizes const& inLHS, LeafSizes const& inRHS) noexcept {
+    return inLHS.width == inRHS.width && inLHS.height == inRHS.height;
+}
+
+constexpr bool operator!=(LeafSizes const& inLHS, LeafSizes const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
 
 /// A leaf made of numbers and functions, so that a program need not derive a class for each kind of
 /// widget.

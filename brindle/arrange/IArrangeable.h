@@ -5,8 +5,7 @@
 #include <brindle/arrange/NodePointer.h>
 #include <brindle/geom/Point.h>
 #include <brindle/geom/Rect.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 #include <memory>

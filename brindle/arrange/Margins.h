@@ -2,7 +2,8 @@
 
 namespace brindle::arrange {
 
-/// Space that is kept free at the four sides. A single number stands for all of them.
+/// Space that is kept free at the four sides. A single number stands for all of them. A plain
+/// value that is compared and not ordered.
 struct Margins {
     constexpr Margins(float inAll = 0) noexcept
         : left(inAll), top(inAll), right(inAll), bottom(inAll) {}

@@ -2,9 +2,9 @@
 
 #include <brindle/Export.h>
 #include <brindle/config/Errors.h>
+#include <brindle/utility/BoostFunction.h>
 
 #include <boost/core/noncopyable.hpp>
-#include <boost/function.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include <atomic>
@@ -64,6 +64,8 @@ public:
 
     /// Installs a manager without taking ownership; null uninstalls.
     static void Set(ErrorManager* inManager) noexcept;
+    /// The same; returns the former one, or null. ScopedManagers.h does it for a scope.
+    static ErrorManager* Exchange(ErrorManager* inManager) noexcept;
 
     /// The installed manager. Throws `no_error_manager`, a `std::logic_error`, if there is none: a
     /// program then installs one at its start, such as `PrintingErrorManager`.

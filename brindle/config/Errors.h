@@ -25,6 +25,17 @@ BRN_API void ThrowError(ErrorLevel inLevel, char const* inKey, std::uint32_t inM
                         ReplacementValue const& inSecond, ReplacementValue const& inThird,
                         ReplacementValue const& inFourth);
 
+/// The same with up to three values, an error that may be deferred unless it says otherwise:
+///
+///     ThrowError(kErrorLevel_NonFatal, "$$$/viewer/NoSpace=There is no space left.", kMyModule,
+///     2);
+inline void ThrowError(ErrorLevel inLevel, char const* inKey, std::uint32_t inModule,
+                       std::int32_t inCode, bool inDeferrable = true,
+                       ReplacementValue const& inFirst = {}, ReplacementValue const& inSecond = {},
+                       ReplacementValue const& inThird = {}) {
+    ThrowError(inLevel, inKey, inModule, inCode, inDeferrable, inFirst, inSecond, inThird, {});
+}
+
 /// Raises an error for trying out an error manager: `kError_FatalTest`, or `kError_NonFatalTest`
 /// with an integer, an unsigned integer and a double.
 BRN_API void TestThrowError(bool inFatal);

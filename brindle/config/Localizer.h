@@ -27,6 +27,8 @@ public:
 
     /// Installs a localiser without taking ownership; null uninstalls.
     static void Set(Localizer* inLocalizer) noexcept;
+    /// The same; returns the former one, or null. ScopedManagers.h does it for a scope.
+    static Localizer* Exchange(Localizer* inLocalizer) noexcept;
     /// The installed localiser. Throws `std::logic_error` if there is none.
     static Localizer* Get();
     /// Whether one is installed.

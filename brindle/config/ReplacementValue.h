@@ -62,6 +62,8 @@ auto Replacement(T const& inValue) {
 /// is set; the others are zero or empty.
 ///
 ///     Report("$$$/viewer/Copied=Copied ^1 files to '^2'.", count, folder);
+///
+/// An argument, like those of `std::format`: it is copied, and not compared.
 class BRN_API ReplacementValue {
 public:
     enum Kind : std::int32_t {

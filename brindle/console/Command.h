@@ -4,7 +4,7 @@
 #include <brindle/utility/StringStreams.h>
 #include <brindle/utility/TextTypes.h>
 
-#include <boost/noncopyable.hpp>
+#include <boost/core/noncopyable.hpp>
 
 namespace brindle::console {
 

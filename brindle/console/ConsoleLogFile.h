@@ -3,7 +3,7 @@
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
 
-#include <boost/noncopyable.hpp>
+#include <boost/core/noncopyable.hpp>
 
 #include <cstdint>
 #include <memory>

@@ -58,6 +58,9 @@ BRN_API void RemoveMasterTraceHandler() noexcept;
 /// `io_error`, and later questions go on without what the file says.
 [[nodiscard]] BRN_API bool TraceEnabled(UTF8String const& inCategory, std::int32_t inVolume,
                                         bool inUnused);
+[[nodiscard]] inline bool TraceEnabled(UTF8String const& inCategory, std::int32_t inVolume) {
+    return TraceEnabled(inCategory, inVolume, true);
+}
 
 // Changing a volume replaces the file by all that is known, in one step and durably. Of two
 // processes that share the preference directory the last one to write wins. A file that cannot be

@@ -32,6 +32,9 @@ public:
     /// limit.
     IBufferedByteStream(IByteStream& inSource, std::uint32_t inBufferSize,
                         std::uint32_t inBlockSize);
+    /// With the sizes that suit a file.
+    explicit IBufferedByteStream(IByteStream& inSource)
+        : IBufferedByteStream(inSource, 65536, 4096) {}
     ~IBufferedByteStream() override;
 
     std::uint8_t Get() override {
@@ -90,6 +93,9 @@ public:
                         std::uint32_t inBlockSize);
 
     /// Flushes. An exception of the sink is dropped; call `Flush` before to receive it.
+    /// With the sizes that suit a file.
+    explicit OBufferedByteStream(OByteStream& outSink)
+        : OBufferedByteStream(outSink, 65536, 4096) {}
     ~OBufferedByteStream() override;
 
     void Put(std::uint8_t inValue) override {

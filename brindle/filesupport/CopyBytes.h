@@ -2,8 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/filesupport/ByteStream.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 

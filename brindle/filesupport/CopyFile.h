@@ -4,8 +4,7 @@
 #include <brindle/filesupport/CopyBytes.h>
 #include <brindle/filesupport/File.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 
@@ -33,6 +32,15 @@ struct CopyResult {
     std::uint64_t size = 0;  ///< the bytes that were copied
     std::uint32_t crc = 0;   ///< of these bytes, if that was asked for
 };
+
+constexpr bool operator==(CopyResult const& inLHS, CopyResult const& inRHS) noexcept {
+    return inLHS.isComplete == inRHS.isComplete && inLHS.size == inRHS.size &&
+           inLHS.crc == inRHS.crc;
+}
+
+constexpr bool operator!=(CopyResult const& inLHS, CopyResult const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
 
 /// Copies a regular file, by a safe save: whatever happens, the target is the whole old file or the
 /// whole copy, and the copy is on the disk when this returns.

@@ -36,6 +36,9 @@ private:
 ///
 /// The operations from `Exists` on access the file system, and report its state at that moment; the
 /// constructors do so only to resolve an alias. Different objects may be used on different threads.
+///
+/// Ordered and hashed by its path, as `std::filesystem::path` is, to which FilesystemPath.h leads;
+/// inserted into streams by PathStreams.h.
 class BRN_API Dir {
 public:
     class DirIterator;
@@ -141,6 +144,18 @@ inline bool operator!=(Dir const& inLHS, Dir const& inRHS) noexcept {
 /// Orders paths by their units, for containers; `CompareFileNames` orders names for people.
 inline bool operator<(Dir const& inLHS, Dir const& inRHS) noexcept {
     return inLHS.Helper().Path() < inRHS.Helper().Path();
+}
+
+inline bool operator>(Dir const& inLHS, Dir const& inRHS) noexcept {
+    return inRHS < inLHS;
+}
+
+inline bool operator<=(Dir const& inLHS, Dir const& inRHS) noexcept {
+    return !(inRHS < inLHS);
+}
+
+inline bool operator>=(Dir const& inLHS, Dir const& inRHS) noexcept {
+    return !(inLHS < inRHS);
 }
 
 /// The native path, for a `config::ReplacementValue`.

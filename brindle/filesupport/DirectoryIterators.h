@@ -6,12 +6,29 @@
 #include <brindle/utility/TextTypes.h>
 
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
 namespace brindle::filesupport {
+
+namespace impl {
+
+/// What `->` of an iterator returns whose `*` makes a new object: it holds the object until the end
+/// of the expression.
+template <typename Value>
+class Pointed {
+public:
+    explicit Pointed(Value inValue) : mValue(std::move(inValue)) {}
+    Value const* operator->() const noexcept { return &mValue; }
+
+private:
+    Value mValue;
+};
+
+} // namespace impl
 
 /// A position in a listing, which is a snapshot: later changes of the directory do not affect it.
 /// Each copy has a position of its own. One thread at a time.
@@ -50,14 +67,23 @@ private:
 
 /// Walks the subdirectories of a directory, or the volumes of the machine, in the system's order.
 /// An end iterator equals every iterator at its end; a default-constructed iterator equals only
-/// another one.
+/// another one. An input iterator of the standard library; `Subdirs` and `Volumes` of Listings.h
+/// make ranges of them.
 class BRN_API Dir::DirIterator {
 public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = Dir;
+    using difference_type = std::ptrdiff_t;
+    using pointer = impl::Pointed<Dir>;
+    using reference = Dir;
+
     DirIterator() = default;
     explicit DirIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
     /// The current directory, a new object at each call; an empty one at the end.
     Dir operator*() const { return mHelper ? Dir(mHelper->CurrentPath()) : Dir(); }
+
+    pointer operator->() const { return pointer(**this); }
 
     DirIterator& operator++();
     DirIterator operator++(int);
@@ -75,14 +101,23 @@ private:
 
 /// Walks the files of a directory, which include everything that is not a directory, in the
 /// system's order. An end iterator equals every iterator at its end; a default-constructed iterator
-/// equals only another one.
+/// equals only another one. An input iterator of the standard library; `Files` of Listings.h makes
+/// a range of them.
 class BRN_API Dir::FileIterator {
 public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = File;
+    using difference_type = std::ptrdiff_t;
+    using pointer = impl::Pointed<File>;
+    using reference = File;
+
     FileIterator() = default;
     explicit FileIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
     /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return mHelper ? File(mHelper->CurrentPath()) : File(); }
+
+    pointer operator->() const { return pointer(**this); }
 
     FileIterator& operator++();
     FileIterator operator++(int);

@@ -49,6 +49,9 @@ enum FileSizeSelector : std::int32_t {
 ///
 /// The operations from `Exists` on access the file system, and report its state at that moment; the
 /// constructors do so only to resolve an alias. Different objects may be used on different threads.
+///
+/// Ordered and hashed by its path, as `std::filesystem::path` is, to which FilesystemPath.h leads;
+/// inserted into streams by PathStreams.h.
 class BRN_API File {
 public:
     File() = default;
@@ -92,6 +95,8 @@ public:
     void SetModified(std::uint64_t inTicks) const;
     /// Bytes; 0 on any failure.
     std::uint64_t Size(FileSizeSelector inSelector) const;
+    /// The length of the file.
+    std::uint64_t Size() const { return Size(kFileSize_Data); }
 
     /// Creates an empty file, or empties an existing one. Throws a class derived from
     /// `create_exception`.
@@ -118,6 +123,18 @@ inline bool operator!=(File const& inLHS, File const& inRHS) noexcept {
 /// Orders paths by their units, for containers; `CompareFileNames` orders names for people.
 inline bool operator<(File const& inLHS, File const& inRHS) noexcept {
     return inLHS.Helper().Path() < inRHS.Helper().Path();
+}
+
+inline bool operator>(File const& inLHS, File const& inRHS) noexcept {
+    return inRHS < inLHS;
+}
+
+inline bool operator<=(File const& inLHS, File const& inRHS) noexcept {
+    return !(inRHS < inLHS);
+}
+
+inline bool operator>=(File const& inLHS, File const& inRHS) noexcept {
+    return !(inLHS < inRHS);
 }
 
 /// The native path, for a `config::ReplacementValue`.

@@ -2,8 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/filesupport/DirectoryIterators.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstddef>
 #include <memory>
@@ -39,8 +38,17 @@ struct WalkOptions {
 /// `inResolveAliases` it enters the targets of shortcuts, but never a directory that is already on
 /// its branch. A directory that cannot be read contributes nothing. The memory needed is that of
 /// the listings on the current branch. One thread at a time.
+///
+/// An input iterator, as `std::filesystem::recursive_directory_iterator` is, but copies walk on by
+/// themselves; `FilesBelow` of Listings.h makes a range.
 class BRN_API RecursiveFileIterator {
 public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = File;
+    using difference_type = std::ptrdiff_t;
+    using pointer = impl::Pointed<File>;
+    using reference = File;
+
     /// The end of any walk.
     RecursiveFileIterator() = default;
     /// Begins a walk; `inStart` itself may be a link. An exception during construction, such as for
@@ -49,11 +57,14 @@ public:
     RecursiveFileIterator(Dir const& inStart, bool inResolveAliases,
                           boost::function<void(Dir const&)> inUnreadable = {});
 
+    explicit RecursiveFileIterator(Dir const& inStart) : RecursiveFileIterator(inStart, false) {}
+
     /// The same with options: `RecursiveFileIterator file(dir, options)`.
     RecursiveFileIterator(Dir const& inStart, WalkOptions inOptions);
 
     /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return *mFile; }
+    pointer operator->() const { return pointer(**this); }
     /// The directory that holds the current file; empty at the end.
     Dir const& CurrentDir() const noexcept { return mCurrentDir; }
 

@@ -13,6 +13,14 @@ struct VolumeSpace {
     std::uint64_t total = 0;     ///< what the volume holds altogether
 };
 
+constexpr bool operator==(VolumeSpace const& inLHS, VolumeSpace const& inRHS) noexcept {
+    return inLHS.available == inRHS.available && inLHS.total == inRHS.total;
+}
+
+constexpr bool operator!=(VolumeSpace const& inLHS, VolumeSpace const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
 /// The space of the volume that holds the directory:
 ///
 ///     bool const isEnough = SpaceOf(backup).available >= needed;

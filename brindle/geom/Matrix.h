@@ -10,7 +10,9 @@ namespace brindle::geom {
 ///
 /// As a transform of the plane it acts on row vectors, the point (x, y) being the row (x, y, 1) on
 /// its left: the upper left 2 by 2 block is the linear part, `[2][0]` and `[2][1]` are the
-/// translation, and the third column is (0, 0, 1).
+/// translation, and the third column is (0, 0, 1). Products are in brindle/geom/Transform.h.
+///
+/// Where the standard library has nothing: a plain value, compared by its elements and not ordered.
 template <typename T>
 class BRN_API MatrixT {
     static_assert(std::is_floating_point_v<T>);
@@ -54,6 +56,21 @@ private:
     // overwritten at once.
     T mElements[9]{};
 };
+
+/// Compares the elements as numbers.
+template <typename T>
+constexpr bool operator==(MatrixT<T> const& inLHS, MatrixT<T> const& inRHS) noexcept {
+    bool isEqual = true;
+    for (int i = 0; i < 9; ++i) {
+        isEqual = isEqual && inLHS[0][i] == inRHS[0][i];
+    }
+    return isEqual;
+}
+
+template <typename T>
+constexpr bool operator!=(MatrixT<T> const& inLHS, MatrixT<T> const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
 
 extern template class MatrixT<float>;
 extern template class MatrixT<double>;

@@ -3,6 +3,8 @@
 namespace brindle::geom {
 
 /// A rectangle: its origin and its extent, not two corners. Used with `float` and `std::int32_t`.
+///
+/// A plain value, compared, hashed and inserted into streams as `PointT` is.
 template <typename T>
 struct RectT {
     T x{}; ///< left edge

@@ -110,6 +110,9 @@ private:
 /// `SetValue` take the types of properties and do not convert. Any byte string is a key, the empty
 /// one too; keys are compared by their bytes. Lists nest to any depth. A change that throws
 /// (`std::bad_alloc`) leaves the list as it was. A list takes no lock: callers serialise access.
+///
+/// Like a `std::map` of `std::any`, it is copied, moved, swapped and compared with all that it
+/// holds, and neither ordered nor hashed.
 class BRN_API PropList {
 public:
     /// An empty list of the current version.

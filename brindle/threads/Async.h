@@ -3,7 +3,7 @@
 #include <brindle/threads/AsyncExecutor.h>
 #include <brindle/threads/TaskRefused.h>
 
-#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/smart_ptr/make_shared_object.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <exception>

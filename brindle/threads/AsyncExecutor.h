@@ -1,8 +1,7 @@
 #pragma once
 
 #include <brindle/Export.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 
@@ -30,6 +29,9 @@ public:
     /// is accepted and skipped. Throws `std::bad_alloc`. Does not block.
     virtual bool Post(boost::function0<void> const& inFunction,
                       std::uint32_t inDelayMilliseconds) = 0;
+    /// The same without a delay. A class that overrides the other form names both by a using
+    /// declaration.
+    bool Post(boost::function0<void> const& inFunction) { return Post(inFunction, 0); }
 
     /// Whether the calling thread belongs to this executor. Throws `std::bad_alloc`.
     virtual bool IsCurrentThreadExecutorThread() = 0;

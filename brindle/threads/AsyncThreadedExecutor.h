@@ -47,4 +47,11 @@ public:
 CreateAsyncThreadedExecutor(std::string const& inName, int inThreadCount,
                             ThreadPriority inPriority);
 
+/// The same at normal priority, with a worker for each processor unless a count is given:
+/// `CreateAsyncThreadedExecutor("decoder")`.
+[[nodiscard]] inline boost::shared_ptr<AsyncThreadedExecutor>
+CreateAsyncThreadedExecutor(std::string const& inName, int inThreadCount = -1) {
+    return CreateAsyncThreadedExecutor(inName, inThreadCount, kThreadPriorityNormal);
+}
+
 } // namespace brindle::threads

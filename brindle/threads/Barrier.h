@@ -2,10 +2,12 @@
 
 #include <brindle/Export.h>
 
-#include <boost/thread/barrier.hpp>
-
 #include <memory>
 #include <string>
+
+namespace boost {
+class barrier;
+}
 
 namespace brindle::threads {
 

@@ -2,7 +2,7 @@
 
 #include <brindle/Export.h>
 
-#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/smart_ptr/make_shared_object.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <atomic>
@@ -18,7 +18,8 @@ public:
 };
 
 /// Tells work that it is no longer wanted. Any thread may ask at any time; tokens are copied freely
-/// and may outlive what they came from. A token that was default-constructed is never cancelled.
+/// and may outlive what they came from. It does what `std::stop_token` of C++20 does. A token that
+/// was default-constructed is never cancelled.
 class CancelToken {
 public:
     CancelToken() = default;

@@ -21,4 +21,19 @@ using DroppedExceptionHook = void (*)(std::exception_ptr const& inException,
 /// Installs the hook; null removes it. Returns the former one. Any thread may call.
 BRN_API DroppedExceptionHook SetDroppedExceptionHook(DroppedExceptionHook inHook) noexcept;
 
+/// Installs a hook for a scope, and at its end the former one:
+///
+///     threads::ScopedDroppedExceptionHook const installed(&CountFailure);
+class ScopedDroppedExceptionHook {
+public:
+    explicit ScopedDroppedExceptionHook(DroppedExceptionHook inHook) noexcept
+        : mFormer(SetDroppedExceptionHook(inHook)) {}
+    ScopedDroppedExceptionHook(ScopedDroppedExceptionHook const&) = delete;
+    ScopedDroppedExceptionHook& operator=(ScopedDroppedExceptionHook const&) = delete;
+    ~ScopedDroppedExceptionHook() { SetDroppedExceptionHook(mFormer); }
+
+private:
+    DroppedExceptionHook const mFormer;
+};
+
 } // namespace brindle::threads

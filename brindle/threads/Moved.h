@@ -1,6 +1,6 @@
 #pragma once
 
-#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/smart_ptr/make_shared_object.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <type_traits>

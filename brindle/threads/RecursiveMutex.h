@@ -2,10 +2,12 @@
 
 #include <brindle/Export.h>
 
-#include <boost/thread/recursive_mutex.hpp>
-
 #include <memory>
 #include <string>
+
+namespace boost {
+class recursive_mutex;
+}
 
 namespace brindle::threads {
 

@@ -22,7 +22,9 @@ public:
     virtual ~ScopedLock();
 
 private:
-    std::unique_ptr<typename BoostMutex::scoped_lock> mLock;
+    struct Lock; // a `BoostMutex::scoped_lock`
+
+    std::unique_ptr<Lock> mLock;
 };
 
 using RecursiveMutexLock = ScopedLock<RecursiveMutex, boost::recursive_mutex>;

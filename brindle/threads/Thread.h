@@ -1,14 +1,16 @@
 #pragma once
 
 #include <brindle/Export.h>
-
-#include <boost/function.hpp>
-#include <boost/thread/thread.hpp>
-#include <boost/thread/xtime.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 #include <memory>
 #include <string>
+
+namespace boost {
+class thread;
+struct xtime;
+} // namespace boost
 
 namespace brindle::threads {
 
@@ -42,7 +44,8 @@ public:
     /// forever.
     void Join();
 
-    /// Blocks the calling thread until the system's clock shows this time, in UTC.
+    /// Blocks the calling thread until the system's clock shows this time, in UTC. Callers
+    /// include <boost/thread/xtime.hpp>.
     static void Sleep(boost::xtime const& inTime);
     /// Gives up the rest of the time slice.
     static void YieldTime();
@@ -53,19 +56,22 @@ public:
     bool operator!=(Thread const& inOther) const;
 
 protected:
-    /// Takes ownership of the thread.
+    /// Takes ownership of the thread. A class that uses this or the next operation includes
+    /// <boost/thread/thread.hpp>.
     Thread(std::string const& inName, boost::thread* inThread);
 
     boost::thread* GetThread() { return mThread.get(); }
 
 private:
     friend class ThreadGroup;
+    struct State;
+
     void Start(boost::function0<void> const& inFunction);
 
     std::string mName;
     std::shared_ptr<boost::thread> mThread; // shared with the groups that contain it
-    boost::thread::id mID;
-    std::uint64_t mNumber = 0; // unlike an id, never used again; 0 if unknown
+    State* mState;                          // owned by `mThread`; null after it was taken
+    std::uint64_t mNumber = 0;              // unlike an id, never used again; 0 if unknown
 };
 
 } // namespace brindle::threads

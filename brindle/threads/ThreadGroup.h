@@ -2,8 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/threads/Thread.h>
-
-#include <boost/function.hpp>
+#include <brindle/utility/BoostFunction.h>
 
 #include <cstdint>
 #include <memory>

@@ -3,6 +3,8 @@
 #include <brindle/Export.h>
 #include <brindle/time/Ticks.h>
 
+#include <typeindex> // the smallest header that declares std::hash
+
 namespace brindle::time {
 
 /// A frame rate, stored as its period: the exact number of ticks in one frame. The NTSC rates are
@@ -11,7 +13,8 @@ namespace brindle::time {
 ///     FrameRate const rate = kFrameRate_Film24;
 ///     TickTime const frame100(100, rate); // see TickTime.h
 ///
-/// A plain value. No operation reports an error.
+/// A plain value, ordered and hashed as integers are; inserted into streams by
+/// brindle/time/TimeStreams.h. No operation reports an error.
 class FrameRate {
 public:
     /// `kFrameRate_Zero`.
@@ -106,3 +109,11 @@ inline constexpr FrameRate kFrameRate_Audio96000 = FrameRate::Create(2646000);
 inline constexpr FrameRate kFrameRate_Audio192000 = FrameRate::Create(1323000);
 
 } // namespace brindle::time
+
+/// Agrees with `==`.
+template <>
+struct std::hash<brindle::time::FrameRate> {
+    std::size_t operator()(brindle::time::FrameRate const& inRate) const noexcept {
+        return brindle::time::impl::HashOf(inRate.GetTicksPerFrame());
+    }
+};

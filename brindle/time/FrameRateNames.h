@@ -27,6 +27,14 @@ struct NamedFrameRate {
     FrameRate rate;
 };
 
+inline bool operator==(NamedFrameRate const& inLHS, NamedFrameRate const& inRHS) noexcept {
+    return inLHS.name == inRHS.name && inLHS.rate == inRHS.rate;
+}
+
+inline bool operator!=(NamedFrameRate const& inLHS, NamedFrameRate const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
 /// The rates of video, from the lowest to the highest, for a menu.
 [[nodiscard]] BRN_API std::vector<NamedFrameRate> NamedFrameRates();
 

@@ -34,7 +34,10 @@ using IfOtherInteger =
 /// passes one or asks for one. A conversion from a double to ticks truncates toward zero; a double
 /// that is out of range or not a number becomes the least 64-bit integer. A violated contract is
 /// reported through `debug::ViolateContract`; if that returns, a division by an integer zero leaves
-/// the time as it was. A plain value.
+/// the time as it was.
+///
+/// A plain value. It meets `std::chrono::duration` in brindle/time/Chrono.h, is ordered and hashed
+/// as that is, but its period is fixed, and arithmetic with doubles is allowed.
 class TickTime {
 public:
     constexpr TickTime() noexcept = default;
@@ -261,3 +264,11 @@ BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
                                              TickTime const& inTime);
 
 } // namespace brindle::time
+
+/// Agrees with `==`.
+template <>
+struct std::hash<brindle::time::TickTime> {
+    std::size_t operator()(brindle::time::TickTime const& inTime) const noexcept {
+        return brindle::time::impl::HashOf(inTime.GetTicks());
+    }
+};

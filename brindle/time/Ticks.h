@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 
@@ -10,6 +11,12 @@ namespace brindle::time {
 inline constexpr std::int64_t kTicksPerSecond = 254016000000;
 
 namespace impl {
+
+/// Mixes all bits into all, because times are multiples of large powers of two.
+constexpr std::size_t HashOf(std::int64_t inTicks) noexcept {
+    auto const mixed = static_cast<std::uint64_t>(inTicks) * 0x9e3779b97f4a7c15u;
+    return static_cast<std::size_t>(mixed ^ mixed >> 32);
+}
 
 // 64-bit arithmetic that wraps, and that no operand makes trap.
 

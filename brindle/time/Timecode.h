@@ -38,6 +38,14 @@ struct TimecodeReading {
     TickTime time;
 };
 
+constexpr bool operator==(TimecodeReading const& inLHS, TimecodeReading const& inRHS) noexcept {
+    return inLHS.fault == inRHS.fault && inLHS.time == inRHS.time;
+}
+
+constexpr bool operator!=(TimecodeReading const& inLHS, TimecodeReading const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
 /// The SMPTE timecode of one rate, to and from text:
 ///
 ///     auto const format = TimecodeFormat::Create(kFrameRate_VideoNTSC, FrameCounting::kDropFrame);
@@ -52,7 +60,8 @@ struct TimecodeReading {
 /// 1001 seconds are a multiple of 1000 frames: it is counted as the next whole rate, 23.976 as 24.
 /// 12.5 has none.
 ///
-/// A plain value; any thread may use it.
+/// A plain value that is compared and not ordered; any thread may use it. `std::format` and its
+/// kind know no timecode.
 class BRN_API TimecodeFormat {
 public:
     /// Empty if the rate has no timecode. Drop-frame timecode exists for 29.97, 59.94 and the other
@@ -82,6 +91,14 @@ public:
     /// timecodes, `kForm` for anything else that is no calculation, division by zero among it, and
     /// `kTooLarge`. Takes time and memory linear in the length of the text.
     [[nodiscard]] TimecodeReading Evaluate(std::string_view inText) const;
+
+    /// Whether both write every time alike.
+    friend bool operator==(TimecodeFormat const& inLHS, TimecodeFormat const& inRHS) noexcept {
+        return inLHS.mFrameRate == inRHS.mFrameRate && inLHS.mCounting == inRHS.mCounting;
+    }
+    friend bool operator!=(TimecodeFormat const& inLHS, TimecodeFormat const& inRHS) noexcept {
+        return !(inLHS == inRHS);
+    }
 
 private:
     TimecodeFormat() noexcept = default;

@@ -24,6 +24,15 @@ struct TextReport {
     std::size_t firstReplaced = 0; ///< where the first of them is, in units of the result
 };
 
+constexpr bool operator==(TextReport const& inLHS, TextReport const& inRHS) noexcept {
+    return inLHS.encoding == inRHS.encoding && inLHS.hasByteOrderMark == inRHS.hasByteOrderMark &&
+           inLHS.replacedCount == inRHS.replacedCount && inLHS.firstReplaced == inRHS.firstReplaced;
+}
+
+constexpr bool operator!=(TextReport const& inLHS, TextReport const& inRHS) noexcept {
+    return !(inLHS == inRHS);
+}
+
 /// The text of a file whose encoding nobody has written down:
 ///
 ///     utility::TextReport report;

@@ -64,5 +64,9 @@ BRN_API std::int32_t ResolveIT(UTF16String& ioPath, bool& outIsDirectory);
 /// Writes a shortcut, replacing an existing file. Returns the same numbers as `ResolveIT`.
 BRN_API std::int32_t CreateLink(UTF16String const& inTarget, UTF16String const& inLinkPath,
                                 UTF16String const& inDescription);
+/// The same without a description.
+inline std::int32_t CreateLink(UTF16String const& inTarget, UTF16String const& inLinkPath) {
+    return CreateLink(inTarget, inLinkPath, {});
+}
 
 } // namespace brindle::utility::FileUtils

@@ -5,6 +5,9 @@
 namespace brindle::utility {
 
 /// A set of bit flags as wide as the unsigned integer type `Bits`. Pass it by value.
+///
+/// As `std::bitset` a plain value that is compared and not ordered, but made of the numbers of an
+/// enumeration.
 template <typename Bits>
 class Flags {
     static_assert(std::is_unsigned<Bits>::value, "flags are stored in an unsigned integer");

@@ -4,6 +4,7 @@
 #include <brindle/utility/PlatformTypes.h>
 #include <brindle/utility/TextTypes.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <string>
@@ -23,6 +24,8 @@ namespace utility {
 /// That text form has 36 characters with lower-case hexadecimal digits. Only this form is parsed,
 /// with digits of either case. Any other text is reported through `config::ThrowError`; if that
 /// returns, the Guid is all zero.
+///
+/// A plain value with a whole order and a hash, so that it is a key of every standard container.
 class BRN_API Guid {
 public:
     /// All zero.
@@ -124,6 +127,14 @@ constexpr bool operator>(Guid const& inLHS, Guid const& inRHS) noexcept {
     return inRHS < inLHS;
 }
 
+constexpr bool operator<=(Guid const& inLHS, Guid const& inRHS) noexcept {
+    return !(inRHS < inLHS);
+}
+
+constexpr bool operator>=(Guid const& inLHS, Guid const& inRHS) noexcept {
+    return !(inLHS < inRHS);
+}
+
 /// Inserts the text form into a stream of any unit type of text.
 BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
                                              Guid const& inGuid);
@@ -145,3 +156,17 @@ BRN_API iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGu
 } // namespace utility
 
 } // namespace brindle
+
+/// Agrees with `==`.
+template <>
+struct std::hash<brindle::utility::Guid> {
+    std::size_t operator()(brindle::utility::Guid const& inGuid) const noexcept {
+        auto const& guid = inGuid.GetGUID();
+        std::uint64_t mixed = std::uint64_t{guid.Data1} << 32 | std::uint64_t{guid.Data2} << 16 |
+                              std::uint64_t{guid.Data3};
+        for (std::uint8_t const byte : guid.Data4) {
+            mixed = (mixed ^ byte) * 0x100000001b3u; // the step of FNV-1a
+        }
+        return static_cast<std::size_t>(mixed ^ mixed >> 32);
+    }
+};

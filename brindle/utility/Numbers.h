@@ -91,6 +91,11 @@ UTF16String NumberToString(char32_t, Flags<std::uint16_t>) = delete;
 /// counts as six.
 [[nodiscard]] BRN_API UTF16String NumberToString(double inValue, int inMinIntegerDigits,
                                                  int inDecimals, Flags<std::uint16_t> inFlags);
+/// The same in the neutral form: "1234.50" for (1234.5, 1, 2).
+[[nodiscard]] inline UTF16String NumberToString(double inValue, int inMinIntegerDigits,
+                                                int inDecimals) {
+    return NumberToString(inValue, inMinIntegerDigits, inDecimals, Flags<std::uint16_t>());
+}
 
 /// The number at the front of the text, after white space; 0 if there is none or its magnitude is
 /// beyond the range of a double. Thousands separators are skipped wherever they stand. "1e3" is a

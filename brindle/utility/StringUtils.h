@@ -29,6 +29,15 @@ BRN_API void ReplaceAllStringInString(UTF16String& ioText, UTF16String const& in
                                                   UTF16String const& in4, UTF16String const& in5,
                                                   UTF16String const& in6, UTF16String const& in7,
                                                   UTF16String const& in8, UTF16String const& in9);
+/// The same with fewer arguments; those that are left out are empty.
+[[nodiscard]] inline UTF16String
+ReplaceInString(UTF16String const& inPattern, UTF16String const& in0, UTF16String const& in1 = {},
+                UTF16String const& in2 = {}, UTF16String const& in3 = {},
+                UTF16String const& in4 = {}, UTF16String const& in5 = {},
+                UTF16String const& in6 = {}, UTF16String const& in7 = {},
+                UTF16String const& in8 = {}) {
+    return ReplaceInString(inPattern, in0, in1, in2, in3, in4, in5, in6, in7, in8, {});
+}
 
 /// The units of a line ending. Empty for a value that is no enumerator.
 [[nodiscard]] BRN_API UTF16String GetLineEnding(LineEndingType inType);

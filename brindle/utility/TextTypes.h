@@ -13,9 +13,13 @@ namespace brindle {
 
 /// Text in UTF-16: one element is one code unit, so a surrogate pair is two elements. Units compare
 /// as unsigned numbers. There is no normalisation and no byte-order mark.
+///
+/// A container as `std::string` is, ordered by its units; hashed by `utility::TextHash`, because
+/// the standard library has no hash for these units.
 using UTF16String = std::basic_string<std::uint16_t>;
 
-/// Text in UTF-8: one element is one byte. Streams, XML and files take text in this form.
+/// Text in UTF-8: one element is one byte. Streams, XML and files take text in this form. Ordered
+/// and hashed as `UTF16String` is.
 using UTF8String = std::basic_string<std::uint8_t>;
 
 inline namespace literals {

@@ -22,6 +22,10 @@ namespace brindle::xml {
 /// factory installed before, unless it is the same object. With an empty holder, none is installed.
 BRN_API void SetParserFactory(std::unique_ptr<DocParserFactory>& ioFactory) noexcept;
 
+/// Installs a factory, or none, and returns the former one. See ScopedParserFactory.h.
+[[nodiscard]] BRN_API std::unique_ptr<DocParserFactory>
+ExchangeParserFactory(std::unique_ptr<DocParserFactory> inFactory) noexcept;
+
 /// Destroys the installed factory. Without this call it is never destroyed, not at exit either.
 BRN_API void ResetParserFactory() noexcept;
 

@@ -50,6 +50,10 @@ void ErrorManager::Set(ErrorManager* inManager) noexcept {
     S_managerP.store(inManager, std::memory_order_release);
 }
 
+ErrorManager* ErrorManager::Exchange(ErrorManager* inManager) noexcept {
+    return S_managerP.exchange(inManager, std::memory_order_acq_rel);
+}
+
 ErrorManager* ErrorManager::Get() {
     ErrorManager* const manager = S_managerP.load(std::memory_order_acquire);
     if (manager == nullptr) {

@@ -13,6 +13,10 @@ void Localizer::Set(Localizer* inLocalizer) noexcept {
     S_localizerP.store(inLocalizer, std::memory_order_release);
 }
 
+Localizer* Localizer::Exchange(Localizer* inLocalizer) noexcept {
+    return S_localizerP.exchange(inLocalizer, std::memory_order_acq_rel);
+}
+
 Localizer* Localizer::Get() {
     Localizer* const localizer = S_localizerP.load(std::memory_order_acquire);
     if (localizer == nullptr) {

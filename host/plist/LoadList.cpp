@@ -3,7 +3,7 @@
 #include "host/files/FileErrors.h"
 #include "host/files/Input.h"
 
-#include <brindle/config/ErrorManager.h>
+#include <brindle/config/ScopedManagers.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/xml/Parser.h>
 
@@ -20,9 +20,6 @@ namespace {
 /// While it exists, a reported error is thrown. The one that reading reports is a later version.
 class ThrowReports : public config::ErrorManager {
 public:
-    ThrowReports() : mBefore(config::ErrorManager::Get()) { config::ErrorManager::Set(this); }
-    ~ThrowReports() override { config::ErrorManager::Set(mBefore); }
-
     void ThrowErrorImpl(config::ErrorLevel, char const*, std::uint32_t, std::int32_t, bool,
                         config::ReplacementValue const&, config::ReplacementValue const&,
                         config::ReplacementValue const&, config::ReplacementValue const&) override {
@@ -30,7 +27,7 @@ public:
     }
 
 private:
-    config::ErrorManager* const mBefore;
+    config::ScopedErrorManager const mInstalled{*this};
 };
 
 /// Where and why a document is damaged.

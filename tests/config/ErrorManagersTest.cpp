@@ -7,6 +7,7 @@
 #include <brindle/config/ErrorCollector.h>
 #include <brindle/config/PrintingErrorManager.h>
 #include <brindle/config/Report.h>
+#include <brindle/config/ScopedManagers.h>
 
 #include <gtest/gtest.h>
 
@@ -20,8 +21,6 @@ namespace {
 
 class ErrorManagers : public testing::Test {
 protected:
-    ErrorManagers() { ErrorManager::Set(&mPrinting); }
-    ~ErrorManagers() override { ErrorManager::Set(nullptr); }
     std::string TakePrinted() {
         auto const text = mPrinted.str();
         mPrinted.str("");
@@ -30,6 +29,7 @@ protected:
 
     std::ostringstream mPrinted;
     PrintingErrorManager mPrinting{"viewer", mPrinted};
+    ScopedErrorManager mInstalled{mPrinting};
 };
 
 TEST_F(ErrorManagers, PrintSentencesThatCommandNoTerminal) {
@@ -38,6 +38,29 @@ TEST_F(ErrorManagers, PrintSentencesThatCommandNoTerminal) {
     EXPECT_EQ(TakePrinted(), "viewer: No decoder for \xEF\xBF\xBD[7m\xEF\xBF\xBD.\n"
                              "viewer: Bad.\n");
     EXPECT_EQ(mPrinting.Count(), 2u);
+}
+
+TEST_F(ErrorManagers, AreInstalledForAScope) {
+    EXPECT_EQ(mInstalled.Former(), nullptr);
+    try {
+        PrintingErrorManager inner{"inner", mPrinted};
+        ScopedErrorManager const installed(inner);
+        EXPECT_EQ(installed.Former(), &mPrinting);
+        ThrowError(kErrorLevel_NonFatal, "$$$/inner=one ^1", 1, 2, true, 7);
+        throw std::runtime_error("an exception leaves the scope");
+    } catch (std::runtime_error const&) {
+    }
+    EXPECT_EQ(ErrorManager::Get(), &mPrinting);
+    ThrowError(kErrorLevel_NonFatal, "$$$/outer=two", 1, 3);
+    EXPECT_EQ(TakePrinted(), "inner: one 7\nviewer: two\n");
+    struct : Localizer {
+        UTF16String LocalizeString(char const*) override { return {}; }
+    } localizer;
+    {
+        ScopedLocalizer const installed(localizer);
+        EXPECT_EQ(Localizer::Get(), &localizer);
+    }
+    EXPECT_FALSE(Localizer::Initialized());
 }
 
 TEST_F(ErrorManagers, ShowWhatAReporterRecordsOnlyOnce) {

@@ -1,3 +1,4 @@
+#include <brindle/debug/ScopedTraceHandler.h>
 #include <brindle/debug/Trace.h>
 #include <brindle/debug/TraceCategory.h>
 
@@ -50,6 +51,14 @@ TEST_F(TraceText, MayBeTracedByHandlersThatTraceOrThrow) {
     handler.onText = [] { Trace("nested"); };
     Trace("first");
     EXPECT_EQ(handler.texts, "first|nested|nested|nested|nested|nested|nested|nested|");
+    {
+        struct : TraceHandler {
+            void Trace(UTF8String const&) override {}
+        } silent;
+        ScopedTraceHandler const installed(silent);
+        Trace("unheard");
+    }
+    EXPECT_EQ(GetMasterTraceHandler(), &handler);
     handler.texts.clear();
     handler.onText = [] { throw std::runtime_error("no disk"); };
     for (int call = 0; call < 20; ++call) {

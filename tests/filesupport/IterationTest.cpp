@@ -3,9 +3,13 @@
 
 #include <brindle/filesupport/Aliases.h>
 #include <brindle/filesupport/FileExceptions.h>
+#include <brindle/filesupport/Listings.h>
 #include <brindle/filesupport/NativePath.h>
-#include <brindle/filesupport/RecursiveFileIterator.h>
+#include <brindle/filesupport/PathStreams.h>
+#include <brindle/utility/Streams.h>
+#include <brindle/utility/TextConversions.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
 #include <set>
@@ -66,6 +70,36 @@ TEST_F(Iteration, ListsFilesAndDirectoriesApartAndShortcutsAsTheirTargets) {
     EXPECT_EQ(Listed(mDir.BeginSubdirs(true), mDir.EndSubdirs()), (Names{"sub", "sub", "link"}));
     EXPECT_EQ(DirAt("missing").BeginFiles(false), mDir.EndFiles());
     EXPECT_EQ(DirAt("missing").BeginSubdirs(true), mDir.EndSubdirs());
+}
+
+TEST_F(Iteration, ListingsAreRangesForLoopsAndAlgorithms) {
+    MakeFile("a");
+    MakeFile("sub/bb");
+    Names files;
+    for (File const& file : Files(mDir)) {
+        files.insert(Relative(file));
+    }
+    EXPECT_EQ(files, (Names{"a"}));
+    auto const subdirs = Subdirs(mDir);
+    EXPECT_EQ(Names({Relative(*subdirs.begin())}), (Names{"sub"}));
+    EXPECT_EQ(std::distance(Volumes().begin(), Volumes().end()),
+              std::distance(Dir::BeginVolumes(), Dir::EndVolumes()));
+    EXPECT_TRUE(Files(DirAt("missing")).empty());
+    auto const below = FilesBelow(mDir);
+    std::vector<File> const all(below.begin(), below.end());
+    auto const larger = std::find_if(below.begin(), below.end(),
+                                     [](File const& inFile) { return inFile.Size() == 6; });
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_EQ(larger->GetName(), u"bb"_utf16);
+    EXPECT_GE(all[0], std::min(all[0], all[1]));
+    EXPECT_FALSE(all[0] > all[0] || all[0] < all[0]);
+
+    std::ostringstream narrow;
+    narrow << all[0];
+    EXPECT_EQ(utility::Utf16(narrow.str()), all[0].FullPath());
+    oUTF16StringStream wide;
+    wide << mDir << all[1];
+    EXPECT_EQ(wide.str(), mDir.FullPath() + all[1].FullPath());
 }
 
 TEST_F(Iteration, ASnapshotKeepsItsPlacesWhateverHappens) {

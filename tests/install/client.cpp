@@ -27,6 +27,7 @@
 #include <brindle/filesupport/FileExceptions.h>
 #include <brindle/filesupport/LimitedByteStream.h>
 #include <brindle/filesupport/NativePath.h>
+#include <brindle/filesupport/PathStreams.h>
 #include <brindle/filesupport/PlatformByteStreams.h>
 #include <brindle/filesupport/RLEByteStream.h>
 #include <brindle/filesupport/RecursiveFileIterator.h>
@@ -34,7 +35,8 @@
 #include <brindle/filesupport/SafeSaveStream.h>
 #include <brindle/filesupport/StdByteStream.h>
 #include <brindle/filesupport/StringByteStream.h>
-#include <brindle/geom/Matrix.h>
+#include <brindle/geom/GeometryStreams.h>
+#include <brindle/geom/Transform.h>
 #include <brindle/proplist/PropListXMLHandler.h>
 #include <brindle/proplist/TableLocalizer.h>
 #include <brindle/threads/AsyncEventLoopAdaptor.h>
@@ -46,6 +48,7 @@
 #include <brindle/threads/SyncPoint.h>
 #include <brindle/threads/TaskGroup.h>
 #include <brindle/threads/ThreadGroup.h>
+#include <brindle/time/TimeStreams.h>
 #include <brindle/time/Timecode.h>
 #include <brindle/utility/Locale.h>
 #include <brindle/utility/SmallBlockAllocator.h>
@@ -59,6 +62,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iomanip>
+#include <sstream>
 #include <typeinfo>
 #include <unistd.h>
 
@@ -190,6 +194,12 @@ void UseValues() {
         time::TimecodeFormat::Create(time::kFrameRate_Film24, time::FrameCounting::kNonDrop);
     Check(film->ToText(time::TickTime(1.0)) == "00:00:01:00", "timecode");
     Check(geom::MatrixT<float>(true).Invert(false), "a matrix of float");
+    auto const moved =
+        geom::PointT<double>{1, 2} * (geom::Rotation(0.0) * geom::Translation(3.0, 4.0));
+    Check(moved == geom::PointT<double>{4, 6}, "a point that is transformed");
+    std::ostringstream inserted;
+    inserted << moved << time::kFrameRate_VideoPAL << filesupport::File();
+    Check(inserted.str() == "(4, 6)25", "values in a stream");
     utility::SmallBlockAllocator::Metrics::Snapshot snapshot;
     static_cast<void>(utility::SmallBlockAllocator::Metrics::GetSnapshot(snapshot));
 }

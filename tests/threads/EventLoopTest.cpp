@@ -24,6 +24,7 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -303,10 +304,10 @@ TEST(EventLoopExecutor, RefusedMemoryLosesNoItemAndNoLoop) {
 
 TEST(EventLoop, AnExceptionReachesTheHookUnlessItReachesTheCaller) {
     auto const fail = [] { throw std::runtime_error("failed"); };
-    EXPECT_EQ(SetDroppedExceptionHook(Hear), nullptr);
+    auto installed = std::make_optional<ScopedDroppedExceptionHook>(Hear);
     std::promise<void> arePosted;
     auto const loop = CreateAsyncEventLoopExecutor("loop");
-    loop->Post(fail, 0);
+    loop->Post(fail);
     loop->Post([&] { arePosted.get_future().wait(), loop->Shutdown(); }, 0);
     loop->Post(fail, 0); // after the loop has ended, in the final drain
     arePosted.set_value();
@@ -319,7 +320,8 @@ TEST(EventLoop, AnExceptionReachesTheHookUnlessItReachesTheCaller) {
     adaptor->Post(fail, 0);
     DispatchMessages();
     EXPECT_EQ(S_heard, ": failed\n");
-    EXPECT_EQ(SetDroppedExceptionHook(nullptr), Hear);
+    installed.reset();
+    EXPECT_EQ(SetDroppedExceptionHook(nullptr), nullptr);
 }
 
 TEST(GLibLoop, RunsFunctionsByItsPriorityAndInNestedLoopsAsLongAsItExists) {

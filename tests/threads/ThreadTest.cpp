@@ -8,6 +8,8 @@
 #include "tests/support/RecordingErrorManager.h"
 #include "threads/src/threads/CurrentThreadPriority.h"
 
+#include <boost/thread/thread.hpp>
+#include <boost/thread/xtime.hpp>
 #include <gtest/gtest.h>
 
 #include <unistd.h>

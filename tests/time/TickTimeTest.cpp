@@ -6,11 +6,14 @@
 #include <brindle/time/Chrono.h>
 #include <brindle/time/FrameRateNames.h>
 #include <brindle/time/TickTime.h>
+#include <brindle/time/TimeStreams.h>
+#include <brindle/utility/Streams.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <sstream>
+#include <unordered_set>
 
 namespace brindle::time {
 
@@ -147,6 +150,24 @@ TEST(TickTime, IsWrittenAsTheStreamWritesItsSeconds) {
     std::ostringstream text;
     text << TickTime(1.5) << ' ' << std::fixed << TickTime(-100.25);
     EXPECT_EQ(text.str(), "1.5 -100.250000");
+}
+
+TEST(TickTime, AndRatesAreKeysAndInsertedIntoEveryStream) {
+    std::unordered_set<std::size_t> lowBits;
+    for (std::int64_t frame = 0; frame < 1000; ++frame) {
+        lowBits.insert(std::hash<TickTime>()(TickTime(frame, kFrameRate_Film24)) % 4096);
+    }
+    EXPECT_GT(lowBits.size(), 800u) << "frames share powers of two";
+    EXPECT_EQ(std::hash<FrameRate>()(FrameRate(25.0)), std::hash<FrameRate>()(kFrameRate_VideoPAL));
+    std::ostringstream narrow;
+    narrow << kFrameRate_VideoPAL << ' ' << kFrameRate_Zero;
+    EXPECT_EQ(narrow.str(), "25 0");
+    oUTF16StringStream wide;
+    wide << TickTime(1.5) << kFrameRate_Video12_5;
+    EXPECT_EQ(wide.str(), u"1.512.5"_utf16);
+    oUTF8StringStream bytes;
+    bytes << TickTime(1.5) << kFrameRate_Video12_5;
+    EXPECT_EQ(bytes.str(), "1.512.5"_utf8);
 }
 
 TEST(TickTime, ViolatedContractsReportAndGoOnWithoutATrap) {

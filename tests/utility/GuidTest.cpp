@@ -72,6 +72,9 @@ TEST(Guid, FieldsAreKeptAndOrderedByGroupsAndSignedHalves) {
             Guid const left(lhs), right(rhs);
             SCOPED_TRACE(std::string(lhs) + ' ' + rhs);
             EXPECT_EQ(left < right, &lhs < &rhs);
+            EXPECT_EQ(left <= right, &lhs <= &rhs);
+            EXPECT_EQ(left >= right, &lhs >= &rhs);
+            EXPECT_EQ(std::hash<Guid>()(left) == std::hash<Guid>()(right), &lhs == &rhs);
             EXPECT_EQ(left > right, &lhs > &rhs);
             EXPECT_EQ(left == right, &lhs == &rhs);
             EXPECT_EQ(left != right, &lhs != &rhs);

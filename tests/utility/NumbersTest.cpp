@@ -81,6 +81,10 @@ TEST_F(Numbers, HaveTheDigitsOfTheCLibrary) {
     });
 }
 
+TEST_F(Numbers, AreWrittenInTheNeutralFormIfNothingElseIsAsked) {
+    EXPECT_EQ(NumberToString(1234.5, 6, 2), u"001234.50"_utf16);
+}
+
 TEST_F(Numbers, AreTranslatedUnitByUnit) {
     SetUserSeparators({u',', u'.'});
     UTF16String text = u"1,234.5 a.b 1."_utf16;

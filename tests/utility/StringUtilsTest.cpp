@@ -62,6 +62,7 @@ TEST(StringUtils, ReplaceInStringExpandsPlaceholders) {
                               u"1"_utf16, u"2"_utf16, u"3"_utf16, u"4"_utf16, u"5"_utf16,
                               u"6"_utf16, u""_utf16, u"8"_utf16, u"@0"_utf16),
               u"Edit1234568@0 a@b@0 @x@:@/@"_utf16);
+    EXPECT_EQ(ReplaceInString(u"@1@0@2"_utf16, u"a"_utf16, u"b"_utf16), u"ba"_utf16);
 }
 
 TEST(StringUtils, LineEndings) {

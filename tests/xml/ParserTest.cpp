@@ -1,5 +1,5 @@
 #include <brindle/xml/ExpatParser.h>
-#include <brindle/xml/Parser.h>
+#include <brindle/xml/ScopedParserFactory.h>
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/InTemporaryDirectory.h"
@@ -240,6 +240,14 @@ TEST_F(Parser, ComesFromTheInstalledFactoryAndTakesItsHandler) {
     auto const parser = GetParser(handler);
     EXPECT_EQ(handler, nullptr);
     SetParserFactory(factory = std::make_unique<CountedFactory>());
+    EXPECT_EQ(CountedFactory::S_count, 1);
+    {
+        ScopedParserFactory const none(nullptr);
+        EXPECT_FALSE(Initialized());
+        ScopedParserFactory const inner(std::make_unique<CountedFactory>());
+        EXPECT_EQ(CountedFactory::S_count, 2);
+    }
+    EXPECT_TRUE(Initialized());
     EXPECT_EQ(CountedFactory::S_count, 1);
     ResetParserFactory();
     EXPECT_FALSE(Initialized());

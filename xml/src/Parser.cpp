@@ -1,6 +1,7 @@
 #include <brindle/xml/Parser.h>
 
 #include <atomic>
+#include <utility>
 
 namespace brindle::xml {
 
@@ -14,11 +15,17 @@ std::atomic<DocParserFactory*> S_factoryP{nullptr};
 DocParserFactory::~DocParserFactory() = default;
 
 void SetParserFactory(std::unique_ptr<DocParserFactory>& ioFactory) noexcept {
-    DocParserFactory* const factory = ioFactory.release();
-    DocParserFactory* const previous = S_factoryP.exchange(factory, std::memory_order_acq_rel);
-    if (previous != factory) {
-        delete previous;
+    DocParserFactory* const factory = ioFactory.get();
+    auto previous = ExchangeParserFactory(std::move(ioFactory));
+    if (previous.get() == factory) {
+        static_cast<void>(previous.release()); // it is installed still
     }
+}
+
+std::unique_ptr<DocParserFactory>
+ExchangeParserFactory(std::unique_ptr<DocParserFactory> inFactory) noexcept {
+    return std::unique_ptr<DocParserFactory>(
+        S_factoryP.exchange(inFactory.release(), std::memory_order_acq_rel));
 }
 
 void ResetParserFactory() noexcept {

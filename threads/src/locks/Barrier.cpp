@@ -2,6 +2,8 @@
 
 #include "threads/src/locks/ThreadErrors.h"
 
+#include <boost/thread/barrier.hpp>
+
 #include <stdexcept>
 #include <utility>
 

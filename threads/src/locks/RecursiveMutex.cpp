@@ -5,6 +5,7 @@
 #include "threads/src/locks/ThreadErrors.h"
 
 #include <boost/thread/lock_types.hpp>
+#include <boost/thread/recursive_mutex.hpp>
 
 #include <utility>
 
@@ -25,9 +26,13 @@ RecursiveMutex& RecursiveMutex::operator=(RecursiveMutex& ioSource) {
 RecursiveMutex::~RecursiveMutex() = default;
 
 template <typename Mutex, typename BoostMutex>
+struct ScopedLock<Mutex, BoostMutex>::Lock : BoostMutex::scoped_lock {
+    using BoostMutex::scoped_lock::scoped_lock;
+};
+
+template <typename Mutex, typename BoostMutex>
 ScopedLock<Mutex, BoostMutex>::ScopedLock(Mutex& ioMutex, bool inLockNow)
     : mLock(ReportingThreadErrors([&] {
-          using Lock = typename BoostMutex::scoped_lock;
           return inLockNow ? std::make_unique<Lock>(*ioMutex.GetMutex())
                            : std::make_unique<Lock>(*ioMutex.GetMutex(), boost::defer_lock);
       })) {}

@@ -3,7 +3,11 @@
 #include "platform/Process.h"
 #include "threads/src/locks/ThreadErrors.h"
 
+#include <boost/thread/thread.hpp>
+#include <boost/thread/xtime.hpp>
+
 #include <atomic>
+#include <memory>
 #include <utility>
 
 namespace brindle::threads {
@@ -49,31 +53,55 @@ private:
 
 } // namespace
 
+/// Boost's thread, and its id, which outlives the joining.
+struct Thread::State {
+    boost::thread own;
+    std::unique_ptr<boost::thread> adopted; ///< in place of `own`, for an adopted thread
+    boost::thread::id id;
+
+    static std::shared_ptr<boost::thread> ThreadOf(std::shared_ptr<State> const& inState) {
+        boost::thread* const thread = inState->adopted ? inState->adopted.get() : &inState->own;
+        return {inState, thread};
+    }
+};
+
 std::uint32_t GetCurrentThreadID() {
     return platform::ThreadId();
 }
 
-Thread::Thread(std::string const& inName)
-    : mName(inName), mThread(std::make_shared<boost::thread>()), mID(boost::this_thread::get_id()),
-      mNumber(CurrentNumber()) {}
+Thread::Thread(std::string const& inName) : mName(inName), mNumber(CurrentNumber()) {
+    auto const state = std::make_shared<State>();
+    mState = state.get();
+    mThread = State::ThreadOf(state);
+    mState->id = boost::this_thread::get_id();
+}
 
 Thread::Thread(std::string const& inName, boost::function0<void> const& inFunction)
-    : mName(inName), mThread(std::make_shared<boost::thread>()) {
+    : mName(inName) {
+    auto const state = std::make_shared<State>();
+    mState = state.get();
+    mThread = State::ThreadOf(state);
     ReportingThreadErrors([&] { Start(inFunction); });
 }
 
-Thread::Thread(std::string const& inName, boost::thread* inThread)
-    : mName(inName), mThread(inThread), mID(inThread->get_id()) {}
+Thread::Thread(std::string const& inName, boost::thread* inThread) : mName(inName) {
+    std::unique_ptr<boost::thread> adopted(inThread);
+    auto const state = std::make_shared<State>();
+    state->adopted = std::move(adopted);
+    mState = state.get();
+    mThread = State::ThreadOf(state);
+    mState->id = inThread->get_id();
+}
 
 Thread::Thread(Thread& ioSource)
-    : mName(ioSource.mName), mThread(std::move(ioSource.mThread)), mID(ioSource.mID),
-      mNumber(ioSource.mNumber) {}
+    : mName(ioSource.mName), mThread(std::move(ioSource.mThread)),
+      mState(std::exchange(ioSource.mState, nullptr)), mNumber(ioSource.mNumber) {}
 
 Thread& Thread::operator=(Thread& ioSource) {
     if (this != &ioSource) {
         mName = ioSource.mName;
         mThread = std::move(ioSource.mThread);
-        mID = ioSource.mID;
+        mState = std::exchange(ioSource.mState, nullptr);
         mNumber = ioSource.mNumber;
     }
     return *this;
@@ -84,7 +112,7 @@ Thread::~Thread() = default;
 void Thread::Start(boost::function0<void> const& inFunction) {
     mNumber = NewNumber();
     *mThread = boost::thread(Body(mNumber, inFunction));
-    mID = mThread->get_id();
+    mState->id = mThread->get_id();
 }
 
 void Thread::Join() {
@@ -111,7 +139,10 @@ void Thread::YieldTime() {
 }
 
 bool Thread::operator==(Thread const& inOther) const {
-    return mID == inOther.mID &&
+    if (mState == nullptr || inOther.mState == nullptr) {
+        return mState == inOther.mState;
+    }
+    return mState->id == inOther.mState->id &&
            (mNumber == inOther.mNumber || mNumber == 0 || inOther.mNumber == 0);
 }
 

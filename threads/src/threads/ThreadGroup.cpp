@@ -3,6 +3,8 @@
 #include "threads/src/locks/ThreadErrors.h"
 #include "utility/src/base/Mutex.h"
 
+#include <boost/thread/thread.hpp>
+
 #include <algorithm>
 #include <list>
 #include <utility>
