@@ -28,7 +28,7 @@ class SharedMemory;
 /// by two threads at the same time. Clients synchronise their accesses to the memory themselves.
 class BRN_API MemoryMappedFile {
 public:
-    static constexpr std::int32_t kErrorMappedFileException = 9002;
+    static constexpr std::int32_t kErrorMappedFileException = 9002; ///< what every failure throws
 
     // The flags of `Init`.
     static constexpr std::uint32_t kMappedFileCreate =
@@ -59,6 +59,7 @@ public:
 
     /// The size given to `Init`; existing memory may have another size.
     std::uint64_t Size() const noexcept { return mSize; }
+    /// The name given to `Init`, without a change.
     void GetName(std::string& outName) const { outName = mName; }
 
     /// The address of the whole memory. The first call maps it; further calls return the same

@@ -7,6 +7,7 @@
 
 namespace brindle::config {
 
+/// How bad an error is: a fatal one leaves the program unable to go on, a non-fatal one does not.
 enum ErrorLevel : std::int32_t { kErrorLevel_Fatal = 0, kErrorLevel_NonFatal = 1 };
 
 /// Raises a reportable error: hands it to the error manager that the host has installed. The

@@ -46,12 +46,14 @@ public:
     UTF16String Path() const;
     /// The name that it was to get; empty if it was not to be renamed.
     virtual UTF16String NewName() const;
+    /// What was to be done when it failed.
     FileOperation Operation() const noexcept { return mOperation; }
     /// Why the system refused; `kNone` if the system was not the reason.
     utility::SystemError Cause() const noexcept { return mCause; }
 
     /// For those who throw: records what failed and why.
     void SetFailure(FileOperation inOperation, utility::SystemError inCause) noexcept;
+    /// For those who throw: the full path. Only the allocator can throw.
     void SetPath(UTF16String const& inPath);
 
 private:

@@ -64,6 +64,7 @@ BRN_API void RemoveMasterTraceHandler() noexcept;
 // written is no failure: the volume lasts for this process. Where there is no preference directory,
 // setting a volume and shutting down throw `dir_exception` after they have done the rest.
 
+/// The volume that every message has to pass besides that of its category.
 [[nodiscard]] BRN_API std::int32_t GetMasterTraceVolume();
 BRN_API void SetMasterTraceVolume(std::int32_t inVolume);
 /// Makes the category known if it is not.

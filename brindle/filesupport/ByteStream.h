@@ -49,10 +49,13 @@ struct BlockStream;
 /// be copied and is used by one thread at a time.
 class BRN_API ByteStream_base {
 public:
+    /// Why a callback is called.
     enum event {
         erase_event = 0 ///< the stream is being destroyed; its derived classes already are
     };
 
+    /// Called with the event, the stream and the number that was registered. The stream must not be
+    /// read or written: what derived classes hold is gone.
     using event_callback = void (*)(event inEvent, ByteStream_base& inStream, int inData);
 
     ByteStream_base(ByteStream_base const&) = delete;
@@ -123,6 +126,7 @@ public:
     OByteStream() = default;
     ~OByteStream() override;
 
+    /// Writes one byte at the position, which advances.
     virtual void Put(std::uint8_t inValue) = 0;
 
     /// Writes `inCount` bytes, like that many calls of `Put`.

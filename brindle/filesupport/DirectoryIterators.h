@@ -17,6 +17,7 @@ namespace brindle::filesupport {
 /// Each copy has a position of its own. One thread at a time.
 class BRN_API IteratorHelper {
 public:
+    /// True if there is no current entry.
     bool AtEnd() const noexcept { return !mPaths || mIndex >= mPaths->size(); }
 
     /// The full path of the current entry, empty at the end.
@@ -32,7 +33,7 @@ public:
 protected:
     friend class Dir;
     friend class RecursiveFileIterator;
-    using Paths = std::vector<UTF16String>;
+    using Paths = std::vector<UTF16String>; ///< full, in the system's order
 
     /// The end of any listing.
     IteratorHelper() = default;
@@ -54,11 +55,13 @@ private:
 class BRN_API Dir::DirIterator {
 public:
     DirIterator() = default;
+    /// Begins at the position of the helper.
     explicit DirIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
     /// The current directory, a new object at each call; an empty one at the end.
     Dir operator*() const { return mHelper ? Dir(mHelper->CurrentPath()) : Dir(); }
 
+    /// Advances; at the end it stays there.
     DirIterator& operator++();
     DirIterator operator++(int);
 
@@ -79,11 +82,13 @@ private:
 class BRN_API Dir::FileIterator {
 public:
     FileIterator() = default;
+    /// Begins at the position of the helper.
     explicit FileIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
     /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return mHelper ? File(mHelper->CurrentPath()) : File(); }
 
+    /// Advances; at the end it stays there.
     FileIterator& operator++();
     FileIterator operator++(int);
 

@@ -16,11 +16,14 @@ namespace brindle::filesupport {
 class BRN_API FileHelper {
 public:
     FileHelper() = default;
+    /// Brings the path into normal form. It may be relative or empty.
     explicit FileHelper(UTF16String const& inPath);
+    /// The file `inName` of the directory.
     FileHelper(Dir const& inDir, UTF16String const& inName);
     /// From text in the system's 8-bit code page.
     explicit FileHelper(std::string const& inPath);
 
+    /// In normal form.
     UTF16String const& Path() const noexcept { return mPath; }
 
     /// The path with the prefix that lifts the system's limit on its length.
@@ -52,6 +55,7 @@ enum FileSizeSelector : std::int32_t {
 class BRN_API File {
 public:
     File() = default;
+    /// Brings the path into normal form, and does not ask the file system.
     explicit File(UTF16String const& inPath) : mHelper(inPath) {}
     explicit File(FileHelper const& inHelper) : mHelper(inHelper) {}
     /// Paths in native form become files by `FileFromNative` (brindle/filesupport/NativePath.h).
@@ -67,9 +71,11 @@ public:
     /// shortcut.
     File(Dir const& inDir, UTF16String const& inName, bool inResolveAlias);
 
+    /// The path itself, without the operations.
     FileHelper const& Helper() const noexcept { return mHelper; }
     FileHelper& Helper() noexcept { return mHelper; }
 
+    /// The path in normal form.
     UTF16String FullPath() const { return mHelper.Path(); }
     /// The path in the system's 8-bit code page.
     std::string FullPathMultiByte() const;
@@ -128,5 +134,6 @@ BRN_API UTF16String ReplacementText(File const& inFile);
 /// Agrees with `==`.
 template <>
 struct std::hash<brindle::filesupport::File> {
+    /// Equal paths have equal hashes, within one run of a program.
     BRN_API std::size_t operator()(brindle::filesupport::File const& inFile) const noexcept;
 };

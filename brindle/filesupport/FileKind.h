@@ -6,6 +6,7 @@
 
 namespace brindle::filesupport {
 
+/// What is at a path.
 enum class FileKind {
     kMissing,   ///< nothing, a dangling link, or something that this process may not inspect
     kRegular,   ///< an ordinary file, the only kind that streams open

@@ -16,6 +16,7 @@ namespace brindle::filesupport {
 /// returns 0.
 class BRN_API IRLEByteStream : public IByteStream {
 public:
+    /// Reads packets from the source, beginning at its present position.
     explicit IRLEByteStream(IByteStream& inSource) noexcept : mSource(inSource) {
         SetFiltered(inSource);
     }
@@ -57,6 +58,7 @@ private:
 /// Part of a block or packet may have been written by then.
 class BRN_API ORLEByteStream : public OByteStream {
 public:
+    /// Writes packets to the sink, which the caller keeps alive.
     explicit ORLEByteStream(OByteStream& outSink) noexcept : mSink(outSink) {}
     ~ORLEByteStream() override;
 

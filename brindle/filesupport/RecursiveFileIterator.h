@@ -57,6 +57,7 @@ public:
     /// The directory that holds the current file; empty at the end.
     Dir const& CurrentDir() const noexcept { return mCurrentDir; }
 
+    /// Advances to the next file of the walk; at the end it stays there.
     RecursiveFileIterator& operator++();
     RecursiveFileIterator operator++(int);
 

@@ -14,6 +14,7 @@ extern template class OContainerByteStream<std::string>;
 /// Reads a string of bytes that the caller keeps alive.
 class BRN_API IStringByteStream : public IContainerByteStream<std::string> {
 public:
+    /// The string must outlive the stream.
     explicit IStringByteStream(std::string& inString) noexcept;
     explicit IStringByteStream(std::string const& inString) noexcept;
     /// It would be gone before it is read.
@@ -24,6 +25,7 @@ public:
 /// Appends to a string of bytes that the caller keeps alive.
 class BRN_API OStringByteStream : public OContainerByteStream<std::string> {
 public:
+    /// The string must outlive the stream, and keeps what it has.
     explicit OStringByteStream(std::string& outString) noexcept;
     ~OStringByteStream() override;
 };

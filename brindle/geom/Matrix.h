@@ -26,12 +26,14 @@ public:
         }
     }
 
+    /// All nine elements become 0.
     constexpr void SetZero() noexcept {
         for (T& element : mElements) {
             element = 0;
         }
     }
 
+    /// 1 on the diagonal, 0 elsewhere: the transform that changes nothing.
     constexpr void SetIdentity() noexcept {
         SetZero();
         mElements[0] = mElements[4] = mElements[8] = 1;

@@ -6,10 +6,11 @@ namespace brindle::geom {
 /// and `std::int32_t`.
 template <typename T>
 struct PointT {
-    T x{};
-    T y{};
+    T x{}; ///< to the right, or the width
+    T y{}; ///< downward, or the height
 };
 
+/// Compares both numbers; a NaN equals nothing.
 template <typename T>
 constexpr bool operator==(PointT<T> const& inLHS, PointT<T> const& inRHS) noexcept {
     return inLHS.x == inRHS.x && inLHS.y == inRHS.y;

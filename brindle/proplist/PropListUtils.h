@@ -28,8 +28,10 @@ struct WriteOptions {
     /// read as 0 either way.
     bool exactNumbers = false;
 };
+/// For the argument of `WritePropList` and `SavePropList`.
 inline constexpr WriteOptions kExactNumbers{true};
 
+/// The same in the form that the options ask for.
 BRN_API void WritePropList(UTF8String& outText, PropList const& inList,
                            WriteOptions const& inOptions);
 

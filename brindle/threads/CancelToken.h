@@ -14,7 +14,7 @@ namespace brindle::threads {
 /// Leaves work that was cancelled. See `CancelToken::ThrowIfCancelled`.
 class BRN_API cancelled_exception : public std::exception {
 public:
-    char const* what() const noexcept override;
+    char const* what() const noexcept override; ///< in English, for developers
 };
 
 /// Tells work that it is no longer wanted. Any thread may ask at any time; tokens are copied freely
@@ -23,6 +23,7 @@ class CancelToken {
 public:
     CancelToken() = default;
 
+    /// True from `Cancel` on, for ever. What the thread that cancelled did before is visible then.
     bool IsCancelled() const noexcept {
         return mIsCancelled != nullptr && mIsCancelled->load(std::memory_order_acquire);
     }
@@ -54,8 +55,11 @@ class CancelSource {
 public:
     CancelSource() : mToken(boost::make_shared<std::atomic<bool>>(false)) {}
 
+    /// Cancels the work for good. Calling it again has no effect.
     void Cancel() noexcept { mToken.mIsCancelled->store(true, std::memory_order_release); }
+    /// Whether `Cancel` was called.
     bool IsCancelled() const noexcept { return mToken.IsCancelled(); }
+    /// A token for the work, as many as there are readers.
     CancelToken Token() const { return mToken; }
 
 private:

@@ -30,6 +30,7 @@ public:
     virtual ~RecursiveMutex();
 
 protected:
+    /// The mutex of Boost, which this object owns, for derived classes.
     boost::recursive_mutex* GetMutex() { return mMutex.get(); }
 
 private:

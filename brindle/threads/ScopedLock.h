@@ -25,6 +25,7 @@ private:
     std::unique_ptr<typename BoostMutex::scoped_lock> mLock;
 };
 
+/// The lock of a `RecursiveMutex`; the thread that holds it may take another one.
 using RecursiveMutexLock = ScopedLock<RecursiveMutex, boost::recursive_mutex>;
 
 extern template class BRN_API ScopedLock<RecursiveMutex, boost::recursive_mutex>;

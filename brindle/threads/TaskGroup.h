@@ -132,7 +132,10 @@ public:
     /// and `std::logic_error` if a function of the group calls it, which would wait for itself.
     void Wait();
 
+    /// Tells the functions of the group that they are not wanted: those that have not started are
+    /// not called, the others see it by `Token`.
     void Cancel() noexcept;
+    /// Whether `Cancel` was called, or a function has thrown.
     bool IsCancelled() const noexcept;
     /// For functions that take long, and for functions that they call.
     CancelToken Token() const;

@@ -50,12 +50,15 @@ public:
     /// Whether both denote the same thread, whatever their names. A thread that has ended differs
     /// from one that was given the same id later.
     bool operator==(Thread const& inOther) const;
+    /// The opposite.
     bool operator!=(Thread const& inOther) const;
 
 protected:
     /// Takes ownership of the thread.
     Thread(std::string const& inName, boost::thread* inThread);
 
+    /// The thread of Boost, which this object owns with the groups that contain it; null if there
+    /// is none.
     boost::thread* GetThread() { return mThread.get(); }
 
 private:

@@ -18,6 +18,7 @@ namespace brindle::threads {
 /// transferred or destroyed before or after it.
 class BRN_API ThreadGroup {
 public:
+    /// A group without threads. Threads that the group creates are named after it.
     explicit ThreadGroup(std::string const& inName);
     /// These take the source's threads, and copy its name and count. From then on the source may
     /// only be destroyed or assigned to.

@@ -18,7 +18,8 @@ enum class TextEncoding : std::uint8_t {
 
 /// What `DecodeText` found.
 struct TextReport {
-    TextEncoding encoding = TextEncoding::kUTF8;
+    TextEncoding encoding = TextEncoding::kUTF8; ///< in which the text was decoded
+    /// True if a mark at the beginning told the encoding; it is not in the text.
     bool hasByteOrderMark = false;
     std::size_t replacedCount = 0; ///< how many U+FFFD stand for something malformed
     std::size_t firstReplaced = 0; ///< where the first of them is, in units of the result

@@ -11,9 +11,10 @@ class Flags {
 
 public:
     constexpr Flags() noexcept = default;
+    /// Implicit, so that a plain number can be passed where flags are expected.
     constexpr Flags(Bits inBits) noexcept : mBits(inBits) {}
 
-    [[nodiscard]] constexpr Bits Value() const noexcept { return mBits; }
+    [[nodiscard]] constexpr Bits Value() const noexcept { return mBits; } ///< all bits as a number
 
     /// True if any of the bits of `inBits` is set.
     [[nodiscard]] constexpr bool Has(Bits inBits) const noexcept { return (mBits & inBits) != 0; }

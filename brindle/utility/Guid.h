@@ -53,6 +53,8 @@ public:
     /// The text form. Only the allocator can throw.
     [[nodiscard]] UTF16String AsString() const;
 
+    /// Splits the value into the four groups of the platform's structure: a 32-bit number, two
+    /// 16-bit numbers and eight bytes.
     static constexpr void GuidToComponents(Guid const& inGuid, std::uint32_t& out1,
                                            std::uint16_t& out2, std::uint16_t& out3,
                                            std::uint8_t& out4, std::uint8_t& out5,
@@ -72,6 +74,7 @@ private:
     _GUID mValue{};
 };
 
+/// Compares all 16 bytes.
 constexpr bool operator==(Guid const& inLHS, Guid const& inRHS) noexcept {
     _GUID const& lhs = inLHS.GetGUID();
     _GUID const& rhs = inRHS.GetGUID();
@@ -120,6 +123,7 @@ constexpr bool operator<(Guid const& inLHS, Guid const& inRHS) noexcept {
                : impl::SignedLittleEndian(lhs.Data4 + 4) < impl::SignedLittleEndian(rhs.Data4 + 4);
 }
 
+/// The reverse of `<`.
 constexpr bool operator>(Guid const& inLHS, Guid const& inRHS) noexcept {
     return inRHS < inLHS;
 }

@@ -19,11 +19,15 @@ namespace brindle::utility {
 class BRN_API RefCountedObject {
 public:
     RefCountedObject() noexcept = default;
+    /// A copy is another object, with a count of its own that starts at 0; an assignment leaves
+    /// both counts as they are.
     RefCountedObject(RefCountedObject const&) noexcept {}
     RefCountedObject& operator=(RefCountedObject const&) noexcept { return *this; }
     virtual ~RefCountedObject();
 
+    /// Adds a reference. An `intrusive_ptr` does this by itself.
     void AddRef() const noexcept { mRefCount.fetch_add(1, std::memory_order_relaxed); }
+    /// Takes a reference away, and deletes the object with the last one unless it is kept.
     void Release() const noexcept;
 
 protected:
@@ -39,6 +43,8 @@ private:
     bool mIsKept = false;
 };
 
+///@{
+/// What `boost::intrusive_ptr` calls.
 inline void intrusive_ptr_add_ref(RefCountedObject const* inObject) noexcept {
     inObject->AddRef();
 }
@@ -46,5 +52,6 @@ inline void intrusive_ptr_add_ref(RefCountedObject const* inObject) noexcept {
 inline void intrusive_ptr_release(RefCountedObject const* inObject) noexcept {
     inObject->Release();
 }
+///@}
 
 } // namespace brindle::utility

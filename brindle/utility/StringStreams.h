@@ -34,6 +34,7 @@ class UTF16OutputStream : public std::basic_ostream<std::uint16_t> {
 public:
     /// A stream without a buffer; it is bad until `utility::SetStreamBuffer` gives it one.
     BRN_API UTF16OutputStream();
+    /// Writes to the buffer, which must outlive the stream.
     BRN_API explicit UTF16OutputStream(std::basic_streambuf<std::uint16_t>* inBuffer);
 
     /// Moving would leave the buffer behind.
@@ -50,9 +51,12 @@ public:
 ///     in >> width >> height;
 class iUTF16StringStream : public std::basic_istringstream<std::uint16_t> {
 public:
+    /// Copies the text, which may hold NULs.
     BRN_API explicit iUTF16StringStream(UTF16String const& inText);
     /// `inText` is NUL-terminated and not null.
     BRN_API explicit iUTF16StringStream(std::uint16_t const* inText);
+    /// Takes the text, the position and the locale of the other, which may then only be destroyed
+    /// or assigned to.
     BRN_API iUTF16StringStream(iUTF16StringStream&& inOther);
     BRN_API iUTF16StringStream& operator=(iUTF16StringStream&& inOther);
 
@@ -67,6 +71,8 @@ public:
 class oUTF16StringStream : public std::basic_ostringstream<std::uint16_t> {
 public:
     BRN_API oUTF16StringStream();
+    /// Takes the text, the position and the locale of the other, which may then only be destroyed
+    /// or assigned to.
     BRN_API oUTF16StringStream(oUTF16StringStream&& inOther);
     BRN_API oUTF16StringStream& operator=(oUTF16StringStream&& inOther);
 
@@ -77,9 +83,12 @@ public:
 /// Reads from a copy of a UTF-8 text.
 class iUTF8StringStream : public std::basic_istringstream<std::uint8_t> {
 public:
+    /// Copies the text, which may hold NULs.
     BRN_API explicit iUTF8StringStream(UTF8String const& inText);
     /// `inText` is NUL-terminated and not null.
     BRN_API explicit iUTF8StringStream(std::uint8_t const* inText);
+    /// Takes the text, the position and the locale of the other, which may then only be destroyed
+    /// or assigned to.
     BRN_API iUTF8StringStream(iUTF8StringStream&& inOther);
     BRN_API iUTF8StringStream& operator=(iUTF8StringStream&& inOther);
 
@@ -91,6 +100,8 @@ public:
 class oUTF8StringStream : public std::basic_ostringstream<std::uint8_t> {
 public:
     BRN_API oUTF8StringStream();
+    /// Takes the text, the position and the locale of the other, which may then only be destroyed
+    /// or assigned to.
     BRN_API oUTF8StringStream(oUTF8StringStream&& inOther);
     BRN_API oUTF8StringStream& operator=(oUTF8StringStream&& inOther);
 

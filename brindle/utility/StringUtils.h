@@ -10,6 +10,7 @@
 
 namespace brindle::utility {
 
+/// How the lines of a text end.
 enum LineEndingType : std::int32_t {
     kLineEnding_CRLF = 0, ///< U+000D U+000A
     kLineEnding_CR = 1,   ///< U+000D
