@@ -65,6 +65,7 @@ public:
     DirIterator& operator++();
     DirIterator operator++(int);
 
+    /// Compares listings and positions; two at their end are equal.
     friend bool operator==(DirIterator const& inLHS, DirIterator const& inRHS) {
         return inLHS.mHelper == inRHS.mHelper;
     }
@@ -92,6 +93,7 @@ public:
     FileIterator& operator++();
     FileIterator operator++(int);
 
+    /// Compares listings and positions; two at their end are equal.
     friend bool operator==(FileIterator const& inLHS, FileIterator const& inRHS) {
         return inLHS.mHelper == inRHS.mHelper;
     }

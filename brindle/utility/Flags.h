@@ -19,9 +19,11 @@ public:
     /// True if any of the bits of `inBits` is set.
     [[nodiscard]] constexpr bool Has(Bits inBits) const noexcept { return (mBits & inBits) != 0; }
 
+    /// The flags of both.
     friend constexpr Flags operator|(Flags inLHS, Flags inRHS) noexcept {
         return Flags(static_cast<Bits>(inLHS.mBits | inRHS.mBits));
     }
+    /// True if all bits are the same.
     friend constexpr bool operator==(Flags inLHS, Flags inRHS) noexcept {
         return inLHS.mBits == inRHS.mBits;
     }
