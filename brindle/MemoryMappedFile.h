@@ -26,6 +26,8 @@ class SharedMemory;
 ///
 /// Failures throw `kErrorMappedFileException`, a plain `std::int32_t`. An object must not be used
 /// by two threads at the same time. Clients synchronise their accesses to the memory themselves.
+///
+/// Beside the standard library: there is none. Copies share as those of a `std::shared_ptr` do.
 class BRN_API MemoryMappedFile {
 public:
     static constexpr std::int32_t kErrorMappedFileException = 9002; ///< what every failure throws

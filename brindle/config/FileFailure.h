@@ -33,6 +33,9 @@ enum class FileOperation {
 ///     }
 ///
 /// `config::Describe` tells a user.
+///
+/// Beside the standard library: as `std::filesystem::filesystem_error`, with `utility::SystemError`
+/// instead of a `std::error_code`, and the operation besides.
 class BRN_API FileFailure {
 public:
     FileFailure() noexcept = default;

@@ -62,6 +62,9 @@ auto Replacement(T const& inValue) {
 /// is set; the others are zero or empty.
 ///
 ///     Report("$$$/viewer/Copied=Copied ^1 files to '^2'.", count, folder);
+///
+/// Beside the standard library: an argument of `std::format`, which keeps its value; inside it is
+/// as a `std::variant`.
 class BRN_API ReplacementValue {
 public:
     /// Which field is set.

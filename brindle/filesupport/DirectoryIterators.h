@@ -52,6 +52,9 @@ private:
 /// Walks the subdirectories of a directory, or the volumes of the machine, in the system's order.
 /// An end iterator equals every iterator at its end; a default-constructed iterator equals only
 /// another one.
+///
+/// Beside the standard library: as a `std::filesystem::directory_iterator`; but the listing is
+/// taken as a whole, and a failure makes it empty.
 class BRN_API Dir::DirIterator {
 public:
     DirIterator() = default;
@@ -80,6 +83,9 @@ private:
 /// Walks the files of a directory, which include everything that is not a directory, in the
 /// system's order. An end iterator equals every iterator at its end; a default-constructed iterator
 /// equals only another one.
+///
+/// Beside the standard library: as a `std::filesystem::directory_iterator`; but the listing is
+/// taken as a whole, and a failure makes it empty.
 class BRN_API Dir::FileIterator {
 public:
     FileIterator() = default;

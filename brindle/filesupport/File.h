@@ -52,6 +52,10 @@ enum FileSizeSelector : std::int32_t {
 ///
 /// The operations from `Exists` on access the file system, and report its state at that moment; the
 /// constructors do so only to resolve an alias. Different objects may be used on different threads.
+///
+/// Beside the standard library: as a `std::filesystem::path` with the operations on it as members;
+/// `FileFromPath` and `ToPath` (brindle/filesupport/FilesystemPath.h) convert. It has `==`, `<` and
+/// a `std::hash`.
 class BRN_API File {
 public:
     File() = default;

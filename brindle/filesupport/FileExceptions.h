@@ -25,6 +25,9 @@ namespace brindle::filesupport {
 ///     }
 
 /// A failure with a file, and the base of the others with files.
+///
+/// Beside the standard library: as `std::filesystem::filesystem_error`, and a class for each reason
+/// that callers tell apart.
 class BRN_API file_exception : public std::exception, public config::FileFailure {
 public:
     /// With the key `config::kKey_File`.
@@ -111,6 +114,9 @@ private:
 };
 
 /// A failure with a directory, and the base of the others with directories.
+///
+/// Beside the standard library: as `std::filesystem::filesystem_error`, and a class for each reason
+/// that callers tell apart.
 class BRN_API dir_exception : public std::exception, public config::FileFailure {
 public:
     /// With the key `config::kKey_Dir`.

@@ -39,6 +39,9 @@ struct WalkOptions {
 /// `inResolveAliases` it enters the targets of shortcuts, but never a directory that is already on
 /// its branch. A directory that cannot be read contributes nothing. The memory needed is that of
 /// the listings on the current branch. One thread at a time.
+///
+/// Beside the standard library: as a `std::filesystem::recursive_directory_iterator` that visits
+/// files alone, and goes on where a directory cannot be read.
 class BRN_API RecursiveFileIterator {
 public:
     /// The end of any walk.

@@ -11,6 +11,8 @@ namespace brindle::geom {
 /// As a transform of the plane it acts on row vectors, the point (x, y) being the row (x, y, 1) on
 /// its left: the upper left 2 by 2 block is the linear part, `[2][0]` and `[2][1]` are the
 /// translation, and the third column is (0, 0, 1).
+///
+/// Beside the standard library: in memory a `std::array` of nine elements.
 template <typename T>
 class BRN_API MatrixT {
     static_assert(std::is_floating_point_v<T>);

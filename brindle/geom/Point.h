@@ -4,6 +4,8 @@ namespace brindle::geom {
 
 /// A point of the plane, or a size with the width in `x` and the height in `y`. Used with `float`
 /// and `std::int32_t`.
+///
+/// Beside the standard library: an aggregate: structured bindings take it apart.
 template <typename T>
 struct PointT {
     T x{}; ///< to the right, or the width

@@ -3,6 +3,8 @@
 namespace brindle::geom {
 
 /// A rectangle: its origin and its extent, not two corners. Used with `float` and `std::int32_t`.
+///
+/// Beside the standard library: an aggregate: structured bindings take it apart.
 template <typename T>
 struct RectT {
     T x{};      ///< left edge

@@ -82,6 +82,9 @@ struct Gotten;
 
 /// The key of a property, as `Get` and `Set` take it: `"volume"`, a `std::string`, a
 /// `std::string_view` or a `UTF8String`. Only for parameters.
+///
+/// Beside the standard library: as a `std::string_view` for a parameter, which also keeps what it
+/// had to convert.
 class PropertyKey {
 public:
     /// Refers to the key, which must live as long as this object.
@@ -113,6 +116,9 @@ private:
 /// `SetValue` take the types of properties and do not convert. Any byte string is a key, the empty
 /// one too; keys are compared by their bytes. Lists nest to any depth. A change that throws
 /// (`std::bad_alloc`) leaves the list as it was. A list takes no lock: callers serialise access.
+///
+/// Beside the standard library: as a `std::map` from keys to `std::variant`, sorted and walked by
+/// `for`. It is moved but not copied; `Clone` copies.
 class BRN_API PropList {
 public:
     /// An empty list of the current version.

@@ -18,6 +18,8 @@ namespace brindle::proplist {
 ///     }
 ///
 /// Refers to the list, and is valid until the property is removed or changes its type.
+///
+/// Beside the standard library: as the `value_type` of a map; but the value is read by its type.
 class PropListEntry {
 public:
     /// Valid as long as the entry.
@@ -46,6 +48,8 @@ private:
 };
 
 /// Visits the entries of a list in the order of their keys.
+///
+/// Beside the standard library: an input iterator for `for` and for the algorithms that take one.
 class BRN_API PropListIterator {
 public:
     ///@{

@@ -18,6 +18,8 @@ namespace brindle::threads {
 /// Immediate functions, those with a delay of 0, start in the order of posting and run in parallel.
 /// The executor shuts down when its last reference is
 /// released, on whatever thread that happens.
+///
+/// Beside the standard library: there is none; `std::async` starts a thread for each call.
 class BRN_API AsyncThreadedExecutor : public AsyncExecutor {
 public:
     /// Accepts no more functions. Immediate functions that were accepted still run; delayed

@@ -13,6 +13,9 @@ namespace brindle::threads {
 ///
 /// A count of 0 throws `std::invalid_argument`. A lack of resources is reported through
 /// `config::ThrowError`, and throws `boost::thread_resource_error` if the report returns.
+///
+/// Beside the standard library: as C++20's `std::barrier` without a completion function; `Wait` is
+/// its `arrive_and_wait`.
 class BRN_API Barrier {
 public:
     ///@{

@@ -12,6 +12,8 @@
 namespace brindle::threads {
 
 /// Leaves work that was cancelled. See `CancelToken::ThrowIfCancelled`.
+///
+/// Beside the standard library: there is none; code that asks a `std::stop_token` returns instead.
 class BRN_API cancelled_exception : public std::exception {
 public:
     char const* what() const noexcept override; ///< in English, for developers
@@ -19,6 +21,8 @@ public:
 
 /// Tells work that it is no longer wanted. Any thread may ask at any time; tokens are copied freely
 /// and may outlive what they came from. A token that was default-constructed is never cancelled.
+///
+/// Beside the standard library: as C++20's `std::stop_token`, without callbacks.
 class CancelToken {
 public:
     CancelToken() = default;
@@ -51,6 +55,8 @@ private:
 ///
 /// Any thread may call any operation. What a thread did before `Cancel` is visible to whoever finds
 /// the token cancelled.
+///
+/// Beside the standard library: as C++20's `std::stop_source`.
 class CancelSource {
 public:
     CancelSource() : mToken(boost::make_shared<std::atomic<bool>>(false)) {}

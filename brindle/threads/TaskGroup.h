@@ -98,6 +98,9 @@ private:
 ///
 /// The functions run on threads of the executor alone. The group keeps the executor. In a forked
 /// child, a group of the parent can only be destroyed, which does nothing.
+///
+/// Beside the standard library: a set of `std::future` that is waited for as a whole, whose
+/// destructor waits, and whose first exception cancels the rest.
 class BRN_API TaskGroup {
 public:
     /// Throws `std::invalid_argument` if there is no executor, and `std::bad_alloc`.

@@ -22,6 +22,10 @@ BRN_API std::uint32_t GetCurrentThreadID();
 ///
 /// Failures are reported through `config::ThrowError`; if the report returns, a lack of resources
 /// throws `boost::thread_resource_error` and a failed lock `boost::lock_error`.
+///
+/// Beside the standard library: unlike `std::thread` it has a name, and destroying it while it runs
+/// detaches the thread instead of ending the process. It is transferred by a copy from an object
+/// that is not constant.
 class BRN_API Thread {
 public:
     /// Denotes the calling thread, for comparison. No thread is started, and it cannot be joined.

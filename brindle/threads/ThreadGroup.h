@@ -16,6 +16,8 @@ namespace brindle::threads {
 ///
 /// The group shares the ownership of its threads with their `Thread` objects, so these may be
 /// transferred or destroyed before or after it.
+///
+/// Beside the standard library: as a vector of `std::thread` that are joined one after another.
 class BRN_API ThreadGroup {
 public:
     /// A group without threads. Threads that the group creates are named after it.

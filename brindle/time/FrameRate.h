@@ -12,6 +12,8 @@ namespace brindle::time {
 ///     TickTime const frame100(100, rate); // see TickTime.h
 ///
 /// A plain value. No operation reports an error.
+///
+/// Beside the standard library: the period of a `std::chrono::duration`, known at run time.
 class FrameRate {
 public:
     /// `kFrameRate_Zero`.

@@ -35,6 +35,9 @@ using IfOtherInteger =
 /// that is out of range or not a number becomes the least 64-bit integer. A violated contract is
 /// reported through `debug::ViolateContract`; if that returns, a division by an integer zero leaves
 /// the time as it was. A plain value.
+///
+/// Beside the standard library: both a duration and a time point of `std::chrono`, with an integer
+/// tick; `ToChrono` and `FromChrono` (brindle/time/Chrono.h) convert.
 class TickTime {
 public:
     constexpr TickTime() noexcept = default;

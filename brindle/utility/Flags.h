@@ -5,6 +5,9 @@
 namespace brindle::utility {
 
 /// A set of bit flags as wide as the unsigned integer type `Bits`. Pass it by value.
+///
+/// Beside the standard library: as a `std::bitset` of the width of `Bits`, made of plain constants;
+/// `Value` is its `to_ulong`.
 template <typename Bits>
 class Flags {
     static_assert(std::is_unsigned<Bits>::value, "flags are stored in an unsigned integer");

@@ -23,6 +23,9 @@ namespace utility {
 /// That text form has 36 characters with lower-case hexadecimal digits. Only this form is parsed,
 /// with digits of either case. Any other text is reported through `config::ThrowError`; if that
 /// returns, the Guid is all zero.
+///
+/// Beside the standard library: there is none. It is compared, ordered and written to streams as
+/// other values are.
 class BRN_API Guid {
 public:
     /// All zero.

@@ -16,6 +16,9 @@ namespace brindle::utility {
 /// deletes the object. Counting is atomic, so pointers to one object may be copied and destroyed on
 /// any thread; what a thread did to the object before it released its pointer is visible to the
 /// destructor.
+///
+/// Beside the standard library: unlike with `std::shared_ptr` the count is in the object, so a
+/// plain pointer can become an owning one at any time, and there are no weak pointers.
 class BRN_API RefCountedObject {
 public:
     RefCountedObject() noexcept = default;

@@ -30,6 +30,8 @@ namespace utility {
 } // namespace utility
 
 /// An output stream of 16-bit units on a buffer that it does not own.
+///
+/// Beside the standard library: a `std::basic_ostream`, with its manipulators and state.
 class UTF16OutputStream : public std::basic_ostream<std::uint16_t> {
 public:
     /// A stream without a buffer; it is bad until `utility::SetStreamBuffer` gives it one.
@@ -49,6 +51,8 @@ public:
 ///
 ///     iUTF16StringStream in(u"12 34"_utf16);
 ///     in >> width >> height;
+///
+/// Beside the standard library: a `std::basic_istringstream`, with its manipulators and state.
 class iUTF16StringStream : public std::basic_istringstream<std::uint16_t> {
 public:
     /// Copies the text, which may hold NULs.
@@ -68,6 +72,8 @@ public:
 ///
 ///     oUTF16StringStream out;
 ///     out << width << " x " << height;
+///
+/// Beside the standard library: a `std::basic_ostringstream`, with its manipulators and state.
 class oUTF16StringStream : public std::basic_ostringstream<std::uint16_t> {
 public:
     BRN_API oUTF16StringStream();
@@ -81,6 +87,8 @@ public:
 };
 
 /// Reads from a copy of a UTF-8 text.
+///
+/// Beside the standard library: a `std::basic_istringstream`, with its manipulators and state.
 class iUTF8StringStream : public std::basic_istringstream<std::uint8_t> {
 public:
     /// Copies the text, which may hold NULs.
@@ -97,6 +105,8 @@ public:
 };
 
 /// Collects a UTF-8 text, which `str` returns.
+///
+/// Beside the standard library: a `std::basic_ostringstream`, with its manipulators and state.
 class oUTF8StringStream : public std::basic_ostringstream<std::uint8_t> {
 public:
     BRN_API oUTF8StringStream();

@@ -39,6 +39,9 @@ namespace brindle::utility {
 [[nodiscard]] BRN_API int CompareNatural(UTF16String const& inLeft, UTF16String const& inRight);
 
 /// Orders a container by `CompareNatural`.
+///
+/// Beside the standard library: a comparison for `std::map`, `std::set` and `std::sort`, as
+/// `std::less` is.
 struct NaturalLess {
     /// The order of `CompareNatural`.
     [[nodiscard]] bool operator()(UTF16String const& inLeft, UTF16String const& inRight) const {
