@@ -6,11 +6,12 @@
 
 #include <cstdint>
 
-// Everything that the library can raise, for the host that has to react to it or to translate it.
-//
-// A reportable error is told apart by its module and code; several errors may share these where a
-// host would react in the same way, and then differ in their keys. All of them may be deferred.
-// A new error gets the next free code of its module, and a row in the list at the end.
+/// @file
+/// Everything that the library can raise, for the host that has to react to it or to translate it.
+///
+/// A reportable error is told apart by its module and code; several errors may share these where a
+/// host would react in the same way, and then differ in their keys. All of them may be deferred.
+/// A new error gets the next free code of its module, and a row in the list at the end.
 
 namespace brindle::config {
 

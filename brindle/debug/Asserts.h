@@ -7,11 +7,12 @@
 #include <cstdint>
 #include <string>
 
-// Checks for developers. A failed check is silent until a developer sets the key "assert.enabled"
-// of the debug database to "true"; from then on it asks what to do:
-//
-//     BRN_ASSERT(count <= capacity);
-//     BRN_ASSERT_MESSAGE(frame != nullptr, "frame " + std::to_string(number) + " is missing");
+/// @file
+/// Checks for developers. A failed check is silent until a developer sets the key "assert.enabled"
+/// of the debug database to "true"; from then on it asks what to do:
+///
+///     BRN_ASSERT(count <= capacity);
+///     BRN_ASSERT_MESSAGE(frame != nullptr, "frame " + std::to_string(number) + " is missing");
 
 namespace brindle::debug {
 

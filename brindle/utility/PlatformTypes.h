@@ -2,8 +2,9 @@
 
 #include <cstdint>
 
-// The structures in which native interfaces pass identifiers, points and rectangles. They are
-// defined here for systems whose headers do not define them.
+/// @file
+/// The structures in which native interfaces pass identifiers, points and rectangles. They are
+/// defined here for systems whose headers do not define them.
 #if defined(_WIN32)
 #include <windows.h>
 #else

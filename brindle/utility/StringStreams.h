@@ -10,12 +10,13 @@
 #include <sstream>
 #include <streambuf>
 
-// Streams of the library's text types. They insert and extract exactly what the `wchar_t` streams
-// (for 16-bit units) and the `char` streams (for bytes) do in the same locale. A new stream has the
-// global locale of that moment. A stream is used by one thread at a time.
-//
-// A `std::uint16_t` is inserted as a number; use `put`, `'x'` or `u'x'` to write one unit. See
-// UnitInserters.h for the literals that can be inserted.
+/// @file
+/// Streams of the library's text types. They insert and extract exactly what the `wchar_t` streams
+/// (for 16-bit units) and the `char` streams (for bytes) do in the same locale. A new stream has
+/// the global locale of that moment. A stream is used by one thread at a time.
+///
+/// A `std::uint16_t` is inserted as a number; use `put`, `'x'` or `u'x'` to write one unit. See
+/// UnitInserters.h for the literals that can be inserted.
 
 namespace brindle {
 

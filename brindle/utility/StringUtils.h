@@ -5,8 +5,9 @@
 
 #include <cstdint>
 
-// Functions on UTF-16 text. All accept any text, well-formed or not, all may be called on any
-// thread, and only the allocator can throw. Several arguments may be one and the same object.
+/// @file
+/// Functions on UTF-16 text. All accept any text, well-formed or not, all may be called on any
+/// thread, and only the allocator can throw. Several arguments may be one and the same object.
 
 namespace brindle::utility {
 
