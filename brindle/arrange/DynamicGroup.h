@@ -12,12 +12,12 @@ namespace brindle::arrange {
 
 /// The kinds of groups that a `DynamicGroup` can be; see their classes.
 enum GroupArrangementType : std::int32_t {
-    kGroupArrangementType_Row = 0,
-    kGroupArrangementType_Column = 1,
-    kGroupArrangementType_Flipping = 2,
-    kGroupArrangementType_HorizontalWrapping = 3,
-    kGroupArrangementType_VerticalWrapping = 4,
-    kGroupArrangementType_AutoLayout = 5
+    kGroupArrangementType_Row = 0,                ///< `Row`
+    kGroupArrangementType_Column = 1,             ///< `Column`
+    kGroupArrangementType_Flipping = 2,           ///< `Flipping`
+    kGroupArrangementType_HorizontalWrapping = 3, ///< `HorizontalWrapping`
+    kGroupArrangementType_VerticalWrapping = 4,   ///< `VerticalWrapping`
+    kGroupArrangementType_AutoLayout = 5          ///< `AutoLayout`
 };
 
 /// A group whose kind can change at run time. It is not a node itself: `Group` returns the node,

@@ -35,7 +35,14 @@ constexpr float kLargestSize = 1e9F;
 constexpr std::size_t kMostLevels = 2000;
 
 /// What a leaf stands for.
-enum class LeafRole : std::uint8_t { kButton, kField, kLabel, kMeter, kPicture, kSpacer };
+enum class LeafRole : std::uint8_t {
+    kButton,  ///< "button"
+    kField,   ///< "field"
+    kLabel,   ///< "label"
+    kMeter,   ///< "meter"
+    kPicture, ///< "picture"
+    kSpacer   ///< "spacer": nothing to see, only space
+};
 
 /// The names of the roles, in the order of the enumeration.
 constexpr std::array<char const*, 6> kLeafRoleNames{"button", "field",   "label",

@@ -10,15 +10,15 @@ namespace brindle::config {
 
 /// What was to be done with a file or directory when it failed.
 enum class FileOperation {
-    kNone, ///< not known, or no file is involved, as for a stream in memory
-    kInspect,
-    kOpen,
-    kRead,
-    kWrite,
-    kSeek,
-    kCreate,
-    kDelete,
-    kRename,
+    kNone,    ///< not known, or no file is involved, as for a stream in memory
+    kInspect, ///< asking for its kind, size, times or entries
+    kOpen,    ///< opening it
+    kRead,    ///< reading its content
+    kWrite,   ///< writing its content
+    kSeek,    ///< setting a position in it
+    kCreate,  ///< making it
+    kDelete,  ///< removing it
+    kRename,  ///< giving it another name
     kReplace, ///< putting a new version in the place of the file
     kMap      ///< making a directory a volume
 };

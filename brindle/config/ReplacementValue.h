@@ -69,11 +69,11 @@ class BRN_API ReplacementValue {
 public:
     /// Which field is set.
     enum Kind : std::int32_t {
-        kKind_None = 0,
-        kKind_Signed = 1,
-        kKind_Unsigned = 2,
-        kKind_Double = 3,
-        kKind_Text = 4
+        kKind_None = 0,     ///< no value
+        kKind_Signed = 1,   ///< `GetSigned`
+        kKind_Unsigned = 2, ///< `GetUnsigned`
+        kKind_Double = 3,   ///< `GetDouble`
+        kKind_Text = 4      ///< `GetText`
     };
 
     ReplacementValue() = default;

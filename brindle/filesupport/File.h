@@ -36,12 +36,12 @@ private:
 /// Which part of a file `File::Size` measures. Every selector that includes the data gives the
 /// length of the file; files have no resource part, whose size is 0.
 enum FileSizeSelector : std::int32_t {
-    kFileSize_Data = 0,
-    kFileSize_Resource = 1,
-    kFileSize_Total = 2,
-    kFileSize_DataOnDisk = 3,
-    kFileSize_ResourceOnDisk = 4,
-    kFileSize_TotalOnDisk = 5
+    kFileSize_Data = 0,           ///< the length of the file
+    kFileSize_Resource = 1,       ///< 0
+    kFileSize_Total = 2,          ///< the length of the file
+    kFileSize_DataOnDisk = 3,     ///< the length of the file
+    kFileSize_ResourceOnDisk = 4, ///< 0
+    kFileSize_TotalOnDisk = 5     ///< the length of the file
 };
 
 /// A value that names a file, which need not exist. It holds no handle and no lock, and caches

@@ -21,7 +21,7 @@ enum class FrameCounting : std::uint8_t {
 
 /// Why a text is not a timecode.
 enum class TimecodeFault : std::uint8_t {
-    kNone,
+    kNone,          ///< it is a timecode
     kForm,          ///< not in the form that `TimecodeFormat` describes
     kMinutes,       ///< over 59
     kSeconds,       ///< over 59

@@ -10,10 +10,10 @@ namespace brindle::utility {
 
 /// The encodings that `DecodeText` reads.
 enum class TextEncoding : std::uint8_t {
-    kUTF8,
-    kUTF16LittleEndian,
-    kUTF16BigEndian,
-    kLatin1 ///< each byte is the code point of its value; only as a fall-back
+    kUTF8,              ///< also ASCII
+    kUTF16LittleEndian, ///< the low byte of a unit first
+    kUTF16BigEndian,    ///< the high byte of a unit first
+    kLatin1             ///< each byte is the code point of its value; only as a fall-back
 };
 
 /// What `DecodeText` found.
