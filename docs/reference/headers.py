@@ -127,8 +127,10 @@ def prepared_comment(comment):
     comment = [(inner, line.strip()) for inner, line in comment]
     texts = [line[3:].removeprefix(" ") for _, line in comment]
     length = 0
-    while length < len(texts) and texts[length].strip() and not texts[length].startswith(("    ", "- ")):
+    while length < len(texts) and texts[length].strip() and not texts[length].startswith(("    ", "- ", "@")):
         length += 1
+    if length == 0:
+        return comment
     paragraph = "\n".join(texts[:length])
     end = first_sentence(paragraph)
     summary, rest = (re.sub(r"\s+", " ", part).strip() for part in (paragraph[:end], paragraph[end:]))

@@ -32,7 +32,9 @@ class Page:
         parts = re.split(r"^(```.*?^```$)", self.text, flags=re.M | re.S)
         parts[1::2] = [re.sub(r"^```cpp.*", "```{.cpp}", fence, count=1) for fence in parts[1::2]]
         parts[::2] = [self.prose(part) for part in parts[::2]]
-        (self.source / "pages" / (self.name + ".md")).write_text("".join(parts))
+        target = self.source / self.path
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.write_text("".join(parts))
 
     def prose(self, text):
         text = re.sub(r"(?<!!)\[([^\]]+)\]\((?![a-z]+:)([^)\s]+)\)", self.link, text)
@@ -72,7 +74,6 @@ class Page:
 
 
 def prepare(source):
-    (source / "pages").mkdir()
     (source / "pictures").mkdir()
     documents = {str(path) for pattern in ("*.md", "docs/**/*.md") for path in pathlib.Path().glob(pattern)}
     for path in sorted(documents):
