@@ -8,7 +8,8 @@
 #include <vector>
 
 /// The kinds of groups. The constructor of each takes the parent; a group that shows the node as a
-/// child replaces it.
+/// child replaces it. `DynamicGroup` describes what a class derived from one of them may override:
+/// the spacing, the alignment, the margins, the separators, and what it hears of its place.
 ///
 ///     class Toolbar : public arrange::HorizontalWrapping { /* VisitChildren, twice */ };
 ///     toolbar.Arrange({0, 0, 320, 48});
@@ -70,39 +71,39 @@ public:
 
 } // namespace impl
 
-/// Its children stand side by side.
+/// Its children stand side by side. See Groups.h.
 class Row : public impl::BasicArrangeableGroup<impl::RowArrangement> {
 public:
     using BasicArrangeableGroup::BasicArrangeableGroup;
 };
 
-/// Its children stand one below the other.
+/// Its children stand one below the other. See Groups.h.
 class Column : public impl::BasicArrangeableGroup<impl::ColumnArrangement> {
 public:
     using BasicArrangeableGroup::BasicArrangeableGroup;
 };
 
-/// A row or a column, whichever suits the rectangle.
+/// A row or a column, whichever suits the rectangle. See Groups.h.
 class Flipping : public impl::BinaryArrangeableGroup<Row, Column> {
 public:
     using BinaryArrangeableGroup::BinaryArrangeableGroup;
 };
 
-/// Its children stand in rows, broken where it suits the rectangle.
+/// Its children stand in rows, broken where it suits the rectangle. See Groups.h.
 class HorizontalWrapping
     : public impl::WrappingArrangeableGroup<impl::RowArrangement, impl::ColumnArrangement> {
 public:
     using WrappingArrangeableGroup::WrappingArrangeableGroup;
 };
 
-/// Its children stand in columns, broken where it suits the rectangle.
+/// Its children stand in columns, broken where it suits the rectangle. See Groups.h.
 class VerticalWrapping
     : public impl::WrappingArrangeableGroup<impl::ColumnArrangement, impl::RowArrangement> {
 public:
     using WrappingArrangeableGroup::WrappingArrangeableGroup;
 };
 
-/// Rows or columns, broken where it suits the rectangle.
+/// Rows or columns, broken where it suits the rectangle. See Groups.h.
 class AutoLayout : public impl::BinaryArrangeableGroup<HorizontalWrapping, VerticalWrapping> {
 public:
     using BinaryArrangeableGroup::BinaryArrangeableGroup;
