@@ -71,39 +71,51 @@ public:
 
 } // namespace impl
 
-/// Its children stand side by side. See Groups.h.
+/// Its children stand side by side.
+///
+/// Groups.h says what a derived class overrides.
 class Row : public impl::BasicArrangeableGroup<impl::RowArrangement> {
 public:
     using BasicArrangeableGroup::BasicArrangeableGroup;
 };
 
-/// Its children stand one below the other. See Groups.h.
+/// Its children stand one below the other.
+///
+/// Groups.h says what a derived class overrides.
 class Column : public impl::BasicArrangeableGroup<impl::ColumnArrangement> {
 public:
     using BasicArrangeableGroup::BasicArrangeableGroup;
 };
 
-/// A row or a column, whichever suits the rectangle. See Groups.h.
+/// A row or a column, whichever suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class Flipping : public impl::BinaryArrangeableGroup<Row, Column> {
 public:
     using BinaryArrangeableGroup::BinaryArrangeableGroup;
 };
 
-/// Its children stand in rows, broken where it suits the rectangle. See Groups.h.
+/// Its children stand in rows, broken where it suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class HorizontalWrapping
     : public impl::WrappingArrangeableGroup<impl::RowArrangement, impl::ColumnArrangement> {
 public:
     using WrappingArrangeableGroup::WrappingArrangeableGroup;
 };
 
-/// Its children stand in columns, broken where it suits the rectangle. See Groups.h.
+/// Its children stand in columns, broken where it suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class VerticalWrapping
     : public impl::WrappingArrangeableGroup<impl::ColumnArrangement, impl::RowArrangement> {
 public:
     using WrappingArrangeableGroup::WrappingArrangeableGroup;
 };
 
-/// Rows or columns, broken where it suits the rectangle. See Groups.h.
+/// Rows or columns, broken where it suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class AutoLayout : public impl::BinaryArrangeableGroup<HorizontalWrapping, VerticalWrapping> {
 public:
     using BinaryArrangeableGroup::BinaryArrangeableGroup;
