@@ -19,7 +19,7 @@ namespace brindle::threads {
 /// The executor shuts down when its last reference is
 /// released, on whatever thread that happens.
 ///
-/// Beside the standard library: there is none; `std::async` starts a thread for each call.
+/// Beside the standard library: there is none; `std::async` may start a thread for each call.
 class BRN_API AsyncThreadedExecutor : public AsyncExecutor {
 public:
     /// Accepts no more functions. Immediate functions that were accepted still run; delayed

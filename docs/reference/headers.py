@@ -71,6 +71,12 @@ def is_function(declaration):
     return "(" in head
 
 
+def without_impl(text):
+    """The text, with empty lines instead of the namespaces "impl"."""
+    return re.sub(r"^namespace [\w:]*\bimpl \{$.*?^\} // namespace [\w:]*\bimpl$",
+                  lambda match: "\n" * match.group().count("\n"), text, flags=re.M | re.S)
+
+
 def without_private(lines):
     """The lines, with those of private sections empty."""
     code, number = code_only("\n".join(lines)).split("\n"), 0
@@ -230,9 +236,7 @@ class Header:
 
 def undocumented_enumerators(text):
     """Yields (number of the line in the header, name)."""
-    text = re.sub(r"^namespace [\w:]*\bimpl \{$.*?^\} // namespace [\w:]*\bimpl$",
-                  lambda match: "\n" * match.group().count("\n"), text, flags=re.M | re.S)
-    lines = without_private(text.split("\n"))
+    lines = without_private(without_impl(text).split("\n"))
     text = "\n".join(lines)
     for match in re.finditer(r"\benum (?:class )?(?:\[\[\w+\]\] )?(\w+)[^;{]*\{([^}]*)\}", code_only(text)):
         start = text[:match.start(2)].count("\n")
@@ -283,13 +287,20 @@ def group_name(room):
     return name if name in WHOLE_NAMESPACES else "room_" + name
 
 
+def contents(path, text):
+    """What a header without a comment on itself declares."""
+    types = re.findall(r"^(?:class|struct|enum class|enum) (?:BRN_API )?(?:\[\[\w+\]\] )?(\w+)\b[^;]*?\{",
+                       without_impl(text), re.M)
+    return ", ".join(f"<code>{name}</code>" for name in types) or f"`#include <{path}>`"
+
+
 def prepare_header(path, group, source):
     """Returns messages about what Doxygen would not find."""
     text = pathlib.Path(path).read_text()
     faults = [f"{path}:{number}: error: {name} is not documented." for number, name in undocumented_enumerators(text)]
     comment, text = take_file_comment(text)
     numbered = [(0, f"/// @file {path}")]
-    numbered += prepared_comment(comment) if comment else [(0, f"/// @brief `#include <{path}>`")]
+    numbered += prepared_comment(comment) if comment else [(0, "/// @brief " + contents(path, text))]
     numbered += in_group(Header(text).prepare(), group)
     target = source / path
     target.parent.mkdir(parents=True, exist_ok=True)
