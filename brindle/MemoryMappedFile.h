@@ -26,9 +26,11 @@ class SharedMemory;
 ///
 /// Failures throw `kErrorMappedFileException`, a plain `std::int32_t`. An object must not be used
 /// by two threads at the same time. Clients synchronise their accesses to the memory themselves.
+///
+/// Beside the standard library: there is none. Copies share as those of a `std::shared_ptr` do.
 class BRN_API MemoryMappedFile {
 public:
-    static constexpr std::int32_t kErrorMappedFileException = 9002;
+    static constexpr std::int32_t kErrorMappedFileException = 9002; ///< what every failure throws
 
     // The flags of `Init`.
     static constexpr std::uint32_t kMappedFileCreate =
@@ -63,6 +65,7 @@ public:
 
     /// The size given to `Init`; existing memory may have another size.
     std::uint64_t Size() const noexcept { return mSize; }
+    /// The name given to `Init`, without a change.
     void GetName(std::string& outName) const { outName = mName; }
 
     /// The address of the whole memory. The first call maps it; further calls return the same

@@ -97,8 +97,13 @@ public:
     /// Also false for a node that is not a child of the box.
     bool IsShown(IArrangeable const& inChild) const noexcept;
 
+    ///@{
+    /// The space between neighbours in a line, and between lines; initially that of the
+    /// constructor.
     void SetSpacing(float inBoth) { SetSpacing(inBoth, inBoth); }
     void SetSpacing(float inHorizontal, float inVertical);
+    ///@}
+    /// Where children stand in space that they do not fill; initially at the top left.
     void SetAlignment(AlignmentHorizontal inHorizontal, AlignmentVertical inVertical);
     /// Space around all children, inside the box. It counts wherever the box stands, at the root or
     /// deep in a tree. A box that shows no child has no inset.
@@ -113,14 +118,21 @@ public:
 
     bool VisitChildren(boost::function<bool(IArrangeable const&)> inFunction) const override;
     bool VisitChildren(boost::function<bool(IArrangeable&)> inFunction) override;
+    ///@{
+    /// As `SetSpacing` and `SetAlignment` have set them.
     float HorizontalSpacing() const override { return mSpacing.x; }
     float VerticalSpacing() const override { return mSpacing.y; }
     AlignmentHorizontal HorizontalAlignment() const override { return mHorizontalAlignment; }
     AlignmentVertical VerticalAlignment() const override { return mVerticalAlignment; }
+    ///@}
+    ///@{
+    /// For the engine: objects that call the function of `SetSeparator`.
     ISeparator* BuildSeparator() override;
     void ClearSeparators() override;
+    ///@}
 
 protected:
+    /// Points to the children, and ignores null pointers.
     AbstractBox(std::initializer_list<IArrangeable*> inChildren, float inSpacing);
 
 private:
@@ -171,6 +183,7 @@ class Box final : public Kind, public AbstractBox {
                   "a box is of a kind of group, such as Row");
 
 public:
+    /// A box without children.
     explicit Box(float inSpacing = 0) : Box({}, inSpacing) {}
     /// Points to the children, and ignores null pointers. The spacing is that of both directions.
     Box(std::initializer_list<IArrangeable*> inChildren, float inSpacing = 0)

@@ -26,10 +26,10 @@ struct ExplainedAlternative {
     /// Such as "row of 3", "rows 3+2" or, with the groups inside, "column of 2 [row of 4, .]". A
     /// dot stands for a child that is a leaf. A long form ends in "...".
     std::string form;
-    geom::PointT<float> minimum;
-    geom::PointT<float> best;
-    bool fits = false;
-    bool isChosen = false;
+    geom::PointT<float> minimum; ///< below it the alternative does not fit
+    geom::PointT<float> best;    ///< what it takes if there is room
+    bool fits = false;     ///< true if the rectangle is at least the minimum in both directions
+    bool isChosen = false; ///< true of at most one
     float clippedArea = 0; ///< of one that does not fit: how much is cut off
     float unusedArea = 0;  ///< of one that fits: how much of the rectangle stays empty
     /// Why it was not chosen. Of the chosen one: the latest rule that any other one lost by.

@@ -15,16 +15,18 @@ namespace brindle::arrange {
 /// What a leaf asks for along one axis: a number of any type is a size that it always has.
 struct Extent {
     constexpr Extent() noexcept = default;
+    /// A size that never changes.
     template <typename Number, typename = std::enable_if_t<std::is_arithmetic_v<Number>>>
     constexpr Extent(Number inSize) noexcept
         : minimum(static_cast<float>(inSize)), best(static_cast<float>(inSize)) {}
+    /// All fields in their order; `Growing` and `Flexible` say it more clearly.
     constexpr Extent(float inMinimum, float inBest, float inMaximum, bool inIsExpandable) noexcept
         : minimum(inMinimum), best(inBest), maximum(inMaximum), isExpandable(inIsExpandable) {}
 
-    float minimum = 0;
-    float best = 0;
+    float minimum = 0; ///< the least size at which the leaf is usable
+    float best = 0;    ///< the size without space to give out
     float maximum = std::numeric_limits<float>::infinity(); ///< of an expandable leaf
-    bool isExpandable = false;
+    bool isExpandable = false; ///< whether the leaf takes more than the best size if there is space
 };
 
 constexpr bool operator==(Extent const& inLHS, Extent const& inRHS) noexcept {
@@ -54,8 +56,8 @@ constexpr Extent Flexible(float inMinimum, float inBest,
 
 /// What a leaf asks for. The margins do not count.
 struct LeafSizes {
-    Extent width;
-    Extent height;
+    Extent width;  ///< along x
+    Extent height; ///< along y
 };
 
 constexpr bool operator==(LeafSizes const& inLHS, LeafSizes const& inRHS) noexcept {
@@ -105,6 +107,7 @@ public:
 
     /// Where the leaf was placed last, without its margins; empty before that.
     std::optional<geom::RectT<float>> const& Place() const noexcept { return mLastPlace; }
+    /// Those given to the constructor or to `SetMargins`.
     Margins const& LeafMargins() const noexcept { return mMargins; }
 
     float MinWidth() const override { return mSizes.width.minimum; }
@@ -138,6 +141,7 @@ private:
 ///     row.Emplace<Spacer>(1.0F, 0.0F); // pushes what follows to the end of the row
 class BRN_API Spacer final : public Single {
 public:
+    /// The best sizes in both directions; a direction with 0 does not expand.
     Spacer(float inWidth, float inHeight) noexcept : mWidth(inWidth), mHeight(inHeight) {}
     ~Spacer() override;
 

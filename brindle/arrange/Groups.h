@@ -8,7 +8,8 @@
 #include <vector>
 
 /// The kinds of groups. The constructor of each takes the parent; a group that shows the node as a
-/// child replaces it.
+/// child replaces it. `DynamicGroup` describes what a class derived from one of them may override:
+/// the spacing, the alignment, the margins, the separators, and what it hears of its place.
 ///
 ///     class Toolbar : public arrange::HorizontalWrapping { /* VisitChildren, twice */ };
 ///     toolbar.Arrange({0, 0, 320, 48});
@@ -71,24 +72,32 @@ public:
 } // namespace impl
 
 /// Its children stand side by side.
+///
+/// Groups.h says what a derived class overrides.
 class Row : public impl::BasicArrangeableGroup<impl::RowArrangement> {
 public:
     using BasicArrangeableGroup::BasicArrangeableGroup;
 };
 
 /// Its children stand one below the other.
+///
+/// Groups.h says what a derived class overrides.
 class Column : public impl::BasicArrangeableGroup<impl::ColumnArrangement> {
 public:
     using BasicArrangeableGroup::BasicArrangeableGroup;
 };
 
 /// A row or a column, whichever suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class Flipping : public impl::BinaryArrangeableGroup<Row, Column> {
 public:
     using BinaryArrangeableGroup::BinaryArrangeableGroup;
 };
 
 /// Its children stand in rows, broken where it suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class HorizontalWrapping
     : public impl::WrappingArrangeableGroup<impl::RowArrangement, impl::ColumnArrangement> {
 public:
@@ -96,6 +105,8 @@ public:
 };
 
 /// Its children stand in columns, broken where it suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class VerticalWrapping
     : public impl::WrappingArrangeableGroup<impl::ColumnArrangement, impl::RowArrangement> {
 public:
@@ -103,6 +114,8 @@ public:
 };
 
 /// Rows or columns, broken where it suits the rectangle.
+///
+/// Groups.h says what a derived class overrides.
 class AutoLayout : public impl::BinaryArrangeableGroup<HorizontalWrapping, VerticalWrapping> {
 public:
     using BinaryArrangeableGroup::BinaryArrangeableGroup;

@@ -31,6 +31,7 @@ enum LayoutLimit : std::uint32_t {
 /// client's own operations, which pass through.
 class BRN_API IArrangeable {
 public:
+    /// Sets the parent, which may be null and is not owned.
     explicit IArrangeable(IArrangeable* inParent = nullptr);
     /// A copy has the same parent and is not measured yet.
     IArrangeable(IArrangeable const& inOther);
@@ -46,6 +47,7 @@ public:
 
     /// Sets the parent and nothing else. A group sets it for its children when it is measured.
     void SetParent(IArrangeable* inParent) { mParent = impl::NodePointer<IArrangeable>(inParent); }
+    /// The parent, or null for a root. A parent that was destroyed is null.
     IArrangeable* Parent() noexcept { return mParent.Get(); }
     IArrangeable const* Parent() const noexcept { return mParent.Get(); }
 
@@ -67,6 +69,7 @@ public:
     /// client that makes many changes switches it off before and on afterwards, and pays for one
     /// rearrangement.
     void EnableArrangement(bool inEnabled);
+    /// False between `EnableArrangement(false)` and `EnableArrangement(true)` anywhere in the tree.
     bool ArrangementEnabled() const noexcept { return Root().mIsEnabled; }
 
     /// To be called when this node looks different: marks it and its ancestors to be measured
@@ -117,6 +120,8 @@ private:
     std::shared_ptr<bool> mIsAlive = std::make_shared<bool>(true);
 };
 
+///@{
+/// The member functions of these names, for code that does not see the class of the node.
 inline IArrangeable* Parent(IArrangeable& inNode) noexcept {
     return inNode.Parent();
 }
@@ -128,5 +133,6 @@ inline IArrangeable const* Parent(IArrangeable const& inNode) noexcept {
 BRN_API bool VisitChildren(IArrangeable& inNode, boost::function<bool(IArrangeable&)> inFunction);
 BRN_API bool VisitChildren(IArrangeable const& inNode,
                            boost::function<bool(IArrangeable const&)> inFunction);
+///@}
 
 } // namespace brindle::arrange

@@ -8,8 +8,8 @@ namespace brindle::arrange {
 
 /// Which children a separator stands between: two of a row (it is upright) or two of a column.
 enum SeparatorOrientation : std::int32_t {
-    kSeparatorOrientation_InRow = 0,
-    kSeparatorOrientation_InColumn = 1
+    kSeparatorOrientation_InRow = 0,   ///< upright, between two children of a row
+    kSeparatorOrientation_InColumn = 1 ///< lying, between two children of a column
 };
 
 /// What a client shows in the gap between two children of a group. The group asks for one for each

@@ -35,7 +35,14 @@ constexpr float kLargestSize = 1e9F;
 constexpr std::size_t kMostLevels = 2000;
 
 /// What a leaf stands for.
-enum class LeafRole : std::uint8_t { kButton, kField, kLabel, kMeter, kPicture, kSpacer };
+enum class LeafRole : std::uint8_t {
+    kButton,  ///< "button"
+    kField,   ///< "field"
+    kLabel,   ///< "label"
+    kMeter,   ///< "meter"
+    kPicture, ///< "picture"
+    kSpacer   ///< "spacer": nothing to see, only space
+};
 
 /// The names of the roles, in the order of the enumeration.
 constexpr std::array<char const*, 6> kLeafRoleNames{"button", "field",   "label",
@@ -45,20 +52,22 @@ constexpr std::array<char const*, 6> kLeafRoleNames{"button", "field",   "label"
 struct LayoutDescription {
     std::uint32_t key = 0; ///< among its siblings, which are in ascending order of their keys
     std::string name;      ///< by which a program finds the node: different for each, or empty
-    std::string label;
-    Margins margins; ///< around a leaf; the inset of a group
+    std::string label;     ///< the text to show, for a person
+    Margins margins;       ///< around a leaf; the inset of a group
 
     // of a leaf
-    LeafRole role = LeafRole::kButton;
-    LeafSizes sizes;
+    LeafRole role = LeafRole::kButton; ///< what kind of widget it stands for
+    LeafSizes sizes;                   ///< what it asks for
 
     // of a group
-    std::optional<GroupArrangementType> kind;
-    geom::PointT<float> spacing;
+    std::optional<GroupArrangementType> kind; ///< which group it is; a leaf has none
+    geom::PointT<float> spacing;              ///< between neighbours, and between lines
+    /// Of children narrower than their space.
     AlignmentHorizontal horizontalAlignment = kAlignmentHorizontal_Left;
+    /// Of children lower than their space.
     AlignmentVertical verticalAlignment = kAlignmentVertical_Top;
-    bool hasSeparators = false;
-    std::vector<LayoutDescription> children;
+    bool hasSeparators = false;              ///< whether something is drawn in the gaps
+    std::vector<LayoutDescription> children; ///< in the order in which they are placed
 };
 
 /// A property list does not describe a tree, or a tree has no node of a name. Of a list `what()` is

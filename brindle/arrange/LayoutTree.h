@@ -24,11 +24,13 @@ namespace brindle::arrange {
 /// It owns its nodes. The boxes and leaves may be changed in any way.
 class BRN_API LayoutTree {
 public:
+    /// Makes the boxes and leaves of the description, which is not needed afterwards.
     explicit LayoutTree(LayoutDescription const& inDescription);
     LayoutTree(LayoutTree const&) = delete;
     LayoutTree& operator=(LayoutTree const&) = delete;
     ~LayoutTree();
 
+    /// The topmost node, to be arranged. It lives as long as the tree.
     IArrangeable& Root() noexcept { return *mRoot; }
     IArrangeable const& Root() const noexcept { return *mRoot; }
 

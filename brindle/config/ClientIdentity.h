@@ -23,6 +23,7 @@ BRN_API UTF16String const& GetClientVersion();
 BRN_API void SetClientInternalVersion(UTF16String const& inVersion);
 BRN_API UTF16String const& GetClientInternalVersion();
 
+/// The number of the build. The library itself shows it nowhere.
 BRN_API void SetClientBuildNumber(UTF16String const& inNumber);
 BRN_API UTF16String const& GetClientBuildNumber();
 

@@ -6,20 +6,23 @@
 
 #include <cstdint>
 
-// Everything that the library can raise, for the host that has to react to it or to translate it.
-//
-// A reportable error is told apart by its module and code; several errors may share these where a
-// host would react in the same way, and then differ in their keys. All of them may be deferred.
-// A new error gets the next free code of its module, and a row in the list at the end.
+/// @file
+/// Everything that the library can raise, for the host that has to react to it or to translate it.
+///
+/// A reportable error is told apart by its module and code; several errors may share these where a
+/// host would react in the same way, and then differ in their keys. All of them may be deferred.
+/// A new error gets the next free code of its module, and a row in the list at the end.
 
 namespace brindle::config {
 
-// Who raises an error: the `module` of `ThrowError`.
+///@{
+/// Who raises an error: the `module` of `ThrowError`.
 inline constexpr std::uint32_t kErrorModule_Config = 100;
 inline constexpr std::uint32_t kErrorModule_PropList = 104;
 inline constexpr std::uint32_t kErrorModule_Utility = 105;
 inline constexpr std::uint32_t kErrorModule_Threads = 106;
 inline constexpr std::uint32_t kErrorModule_Geom = 107;
+///@}
 inline constexpr std::uint32_t kErrorModule_None = 110; ///< no error yet, in a reporter
 
 /// The library keeps the module numbers below `kErrorModule_Host` for itself. From that one on all
@@ -29,9 +32,9 @@ inline constexpr std::uint32_t kErrorModule_Host = 1000;
 
 /// What is always the same of an error: everything but its replacement values.
 struct ErrorCode {
-    ErrorLevel level;
-    std::uint32_t module;
-    std::int32_t code;
+    ErrorLevel level;     ///< whether the program can go on
+    std::uint32_t module; ///< who raises it: `kErrorModule_...`
+    std::int32_t code;    ///< tells the errors of a module apart
     /// "$$$/path=default text", in which `^1` to `^4` stand for the replacement values.
     char const* key;
 };
@@ -147,12 +150,15 @@ inline constexpr ErrorCode kErrorCodes[] = {
     kError_SingularMatrix,
 };
 
-// What a `ReplacementValue` of a `bool` says.
+///@{
+/// What a `ReplacementValue` of a `bool` says.
 inline constexpr char kKey_Yes[] = "$$$/brindle/config/Yes=yes";
 inline constexpr char kKey_No[] = "$$$/brindle/config/No=no";
+///@}
 
-// What the exceptions of files and directories give as `what()`; each is the key of the class of
-// its name in `filesupport/FileExceptions.h`. `@0` stands for the path, `@1` for the new name.
+///@{
+/// What the exceptions of files and directories give as `what()`; each is the key of the class of
+/// its name in `filesupport/FileExceptions.h`. `@0` stands for the path, `@1` for the new name.
 inline constexpr char kKey_File[] = "$$$/brindle/filesupport/error=Error with file: '@0'.";
 inline constexpr char kKey_FileNotFound[] =
     "$$$/brindle/filesupport/FileNotFound=The file '@0' could not be found.";
@@ -183,14 +189,17 @@ inline constexpr char kKey_DirRename[] =
 inline constexpr char kKey_DirRenameExists[] = "$$$/brindle/filesupport/DirRename/exists="
                                                "Could not rename the directory '@0' to '@1'. "
                                                "The directory already exists.";
+///@}
 
-// What `Describe` says of the exceptions of byte streams, whose `what()` is none of these.
+///@{
+/// What `Describe` says of the exceptions of byte streams, whose `what()` is none of these.
 inline constexpr char kKey_StreamUse[] =
     "$$$/brindle/filesupport/StreamUse=The stream cannot do this.";
 inline constexpr char kKey_StreamEnd[] =
     "$$$/brindle/filesupport/StreamEnd=There is less data than expected.";
 inline constexpr char kKey_StreamFailure[] =
     "$$$/brindle/filesupport/StreamFailure=Data could not be read or written.";
+///@}
 
 /// All of these keys.
 inline constexpr char const* kFileKeys[] = {
@@ -215,9 +224,10 @@ inline constexpr char const* kFileKeys[] = {
 
 /// What `Describe` says of an operation on a file or directory whose exception says less itself.
 struct OperationKey {
-    FileOperation operation;
-    char const* key;
+    FileOperation operation; ///< that failed
+    char const* key;         ///< of the text, in which `@0` stands for the path
 };
+/// The sentences of all operations.
 inline constexpr OperationKey kOperationKeys[] = {
     {FileOperation::kInspect, "$$$/brindle/filesupport/Operation/Inspect=Could not look at '@0'."},
     {FileOperation::kOpen, "$$$/brindle/filesupport/Operation/Open=Could not open '@0'."},
@@ -233,13 +243,16 @@ inline constexpr OperationKey kOperationKeys[] = {
 
 /// Why the system refused, as `Describe` says it behind the sentence of an exception.
 struct CauseKey {
-    utility::SystemError cause;
-    char const* key;
+    utility::SystemError cause; ///< what the system said
+    char const* key;            ///< of the text
 };
+/// Also for `std::bad_alloc`.
 inline constexpr char kKey_NoMemory[] =
     "$$$/brindle/system/NotEnoughMemory=There is not enough memory.";
+/// For a cause that is none of `kCauseKeys`.
 inline constexpr char kKey_CauseUnknown[] =
     "$$$/brindle/system/GeneralFailure=The system gave no reason.";
+/// The sentences of all causes.
 inline constexpr CauseKey kCauseKeys[] = {
     {utility::SystemError::kFileNotFound, "$$$/brindle/system/FileNotFound=It does not exist."},
     {utility::SystemError::kPathNotFound,

@@ -14,12 +14,12 @@ namespace brindle::config {
 
 /// An error as it was raised.
 struct BRN_API CollectedError {
-    ErrorLevel level;
-    std::string key;
-    std::uint32_t module;
-    std::int32_t code;
-    bool isDeferrable;
-    std::array<ReplacementValue, 4> values;
+    ErrorLevel level;                       ///< whether the program could go on
+    std::string key;                        ///< with its default text
+    std::uint32_t module;                   ///< who raised it
+    std::int32_t code;                      ///< tells the errors of a module apart
+    bool isDeferrable;                      ///< whether it may be shown later
+    std::array<ReplacementValue, 4> values; ///< of `^1` to `^4`
 
     /// The text of the key with the values, in the host's language.
     [[nodiscard]] UTF16String Sentence() const;

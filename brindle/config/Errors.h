@@ -7,7 +7,11 @@
 
 namespace brindle::config {
 
-enum ErrorLevel : std::int32_t { kErrorLevel_Fatal = 0, kErrorLevel_NonFatal = 1 };
+/// How bad an error is: a fatal one leaves the program unable to go on, a non-fatal one does not.
+enum ErrorLevel : std::int32_t {
+    kErrorLevel_Fatal = 0,   ///< the program cannot go on
+    kErrorLevel_NonFatal = 1 ///< the program goes on without what failed
+};
 
 /// Raises a reportable error: hands it to the error manager that the host has installed. The
 /// library's own errors are in `config/ErrorCodes.h`; a client raises its own with a module number

@@ -10,15 +10,15 @@ namespace brindle::config {
 
 /// What was to be done with a file or directory when it failed.
 enum class FileOperation {
-    kNone, ///< not known, or no file is involved, as for a stream in memory
-    kInspect,
-    kOpen,
-    kRead,
-    kWrite,
-    kSeek,
-    kCreate,
-    kDelete,
-    kRename,
+    kNone,    ///< not known, or no file is involved, as for a stream in memory
+    kInspect, ///< asking for its kind, size, times or entries
+    kOpen,    ///< opening it
+    kRead,    ///< reading its content
+    kWrite,   ///< writing its content
+    kSeek,    ///< setting a position in it
+    kCreate,  ///< making it
+    kDelete,  ///< removing it
+    kRename,  ///< giving it another name
     kReplace, ///< putting a new version in the place of the file
     kMap      ///< making a directory a volume
 };
@@ -33,6 +33,9 @@ enum class FileOperation {
 ///     }
 ///
 /// `config::Describe` tells a user.
+///
+/// Beside the standard library: as `std::filesystem::filesystem_error`, with `utility::SystemError`
+/// instead of a `std::error_code`, and the operation besides.
 class BRN_API FileFailure {
 public:
     FileFailure() noexcept = default;
@@ -46,12 +49,14 @@ public:
     UTF16String Path() const;
     /// The name that it was to get; empty if it was not to be renamed.
     virtual UTF16String NewName() const;
+    /// What was to be done when it failed.
     FileOperation Operation() const noexcept { return mOperation; }
     /// Why the system refused; `kNone` if the system was not the reason.
     utility::SystemError Cause() const noexcept { return mCause; }
 
     /// For those who throw: records what failed and why.
     void SetFailure(FileOperation inOperation, utility::SystemError inCause) noexcept;
+    /// For those who throw: the full path. Only the allocator can throw.
     void SetPath(UTF16String const& inPath);
 
 private:

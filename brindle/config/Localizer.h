@@ -17,6 +17,9 @@ namespace brindle::config {
 ///
 /// The host installs one object with `Set` at start-up, before other threads use the library, and
 /// owns it. Without one the library's texts are English.
+///
+/// Beside the standard library: as the facet `std::messages`, for one language of the whole process
+/// and with the default text in the key.
 class BRN_API Localizer : private boost::noncopyable {
 public:
     virtual ~Localizer();

@@ -9,8 +9,8 @@ namespace brindle::config {
 
 /// A text, and the rule of the language that it is in.
 struct LocalizedText {
-    UTF16String text;
-    PluralRule rule;
+    UTF16String text; ///< not yet expanded
+    PluralRule rule;  ///< how its language counts
 };
 
 /// A localiser that also tells `Text` how the language of each text counts. It may return texts of

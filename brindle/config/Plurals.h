@@ -9,7 +9,14 @@ namespace brindle::config {
 
 /// The forms that a language may have for counted things; English has `kOne` and `kOther`. In texts
 /// they are called "zero", "one", "two", "few", "many" and "other".
-enum class PluralCategory { kZero, kOne, kTwo, kFew, kMany, kOther };
+enum class PluralCategory {
+    kZero, ///< "zero"
+    kOne,  ///< "one"
+    kTwo,  ///< "two"
+    kFew,  ///< "few"
+    kMany, ///< "many"
+    kOther ///< "other", which every language has
+};
 
 /// Which form a language uses for a number: `inInteger` is its magnitude without the fraction.
 ///

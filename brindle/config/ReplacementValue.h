@@ -63,18 +63,21 @@ auto Replacement(T const& inValue) {
 ///
 ///     Report("$$$/viewer/Copied=Copied ^1 files to '^2'.", count, folder);
 ///
-/// An argument, like those of `std::format`: it is copied, and not compared.
+/// Beside the standard library: an argument of `std::format`, which keeps its value; inside it is
+/// as a `std::variant`. It is copied, and not compared.
 class BRN_API ReplacementValue {
 public:
+    /// Which field is set.
     enum Kind : std::int32_t {
-        kKind_None = 0,
-        kKind_Signed = 1,
-        kKind_Unsigned = 2,
-        kKind_Double = 3,
-        kKind_Text = 4
+        kKind_None = 0,     ///< no value
+        kKind_Signed = 1,   ///< `GetSigned`
+        kKind_Unsigned = 2, ///< `GetUnsigned`
+        kKind_Double = 3,   ///< `GetDouble`
+        kKind_Text = 4      ///< `GetText`
     };
 
     ReplacementValue() = default;
+    /// Numbers and a text, of the kind that their type says.
     ReplacementValue(int inValue) : mKind(kKind_Signed), mSigned(inValue) {}
     ReplacementValue(unsigned inValue) : mKind(kKind_Unsigned), mUnsigned(inValue) {}
     ReplacementValue(long inValue) : mKind(kKind_Signed), mSigned(inValue) {}
@@ -106,11 +109,15 @@ public:
         mDouble = 0.0;
     }
 
+    /// Which of the getters has the value.
     Kind GetKind() const noexcept { return mKind; }
+    ///@{
+    /// The value if it is of this kind; otherwise 0 or empty.
     std::uint64_t GetUnsigned() const noexcept { return mUnsigned; }
     std::int64_t GetSigned() const noexcept { return mSigned; }
     double GetDouble() const noexcept { return mDouble; }
     UTF16String const& GetText() const noexcept { return mText; }
+    ///@}
 
 private:
     Kind mKind = kKind_None;

@@ -35,7 +35,9 @@ public:
     /// tabs around it; it may be empty. What this throws reaches the caller of `ExecuteCommand`.
     virtual void Execute(UTF16String const& inArguments, UTF16OutputStream& ioOut) = 0;
 
+    /// The word by which it is called.
     UTF16String const& GetName() const noexcept { return mName; }
+    /// The line that the list of commands shows.
     UTF16String const& GetHelp() const noexcept { return mHelp; }
 
 private:

@@ -31,6 +31,7 @@ class BRN_API Listener {
 public:
     /// Does not listen.
     Listener() noexcept;
+    /// Takes the place; the source no longer listens.
     Listener(Listener&& inOther) noexcept;
     Listener& operator=(Listener&& inOther) noexcept;
 

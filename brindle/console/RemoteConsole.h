@@ -14,8 +14,8 @@ namespace brindle::console {
 
 /// A program of this user that listens (brindle/console/Listen.h).
 struct ListeningProgram {
-    UTF16String name; ///< cut if it is long
-    std::uint32_t processId = 0;
+    UTF16String name;            ///< cut if it is long
+    std::uint32_t processId = 0; ///< as the system counts processes
 };
 
 /// Who listens now, in the order of their names. Empty where nobody can listen.
@@ -27,6 +27,7 @@ ListeningPrograms(UTF16String const& inNameOrProcessId);
 
 /// What became of a line.
 struct RemoteAnswer {
+    /// What became of the line.
     enum class Outcome {
         kRan,         ///< the command ran
         kNoCommand,   ///< the program knows no such command
@@ -36,9 +37,9 @@ struct RemoteAnswer {
                       ///< line is unknown
     };
 
-    Outcome outcome = Outcome::kDisconnected;
-    UTF8String output; ///< what the command wrote, with its own line ends
-    std::string note;  ///< a line of UTF-8 without control characters for the developer, or empty
+    Outcome outcome = Outcome::kDisconnected; ///< what became of the line
+    UTF8String output;                        ///< what the command wrote, with its own line ends
+    std::string note; ///< a line of UTF-8 without control characters for the developer, or empty
 };
 
 /// A console that is attached to a program that listens. Its operations block until the program
@@ -50,10 +51,12 @@ class BRN_API RemoteConsole {
 public:
     /// Attaches, and waits at most five seconds for the program to accept.
     explicit RemoteConsole(ListeningProgram const& inProgram);
+    /// Takes the connection; the source may then only be destroyed or assigned to.
     RemoteConsole(RemoteConsole&& inOther) noexcept;
     RemoteConsole& operator=(RemoteConsole&& inOther) noexcept;
     ~RemoteConsole();
 
+    /// False once an operation has found that the program has ended or has closed the connection.
     [[nodiscard]] bool IsAttached() const noexcept;
     /// Why it could not be attached, in a phrase for a diagnostic; otherwise empty.
     [[nodiscard]] std::string const& Failure() const noexcept;

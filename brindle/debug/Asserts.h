@@ -7,17 +7,19 @@
 #include <cstdint>
 #include <string>
 
-// Checks for developers. A failed check is silent until a developer sets the key "assert.enabled"
-// of the debug database to "true"; from then on it asks what to do:
-//
-//     BRN_ASSERT(count <= capacity);
-//     BRN_ASSERT_MESSAGE(frame != nullptr, "frame " + std::to_string(number) + " is missing");
+/// @file
+/// Checks for developers. A failed check is silent until a developer sets the key "assert.enabled"
+/// of the debug database to "true"; from then on it asks what to do:
+///
+///     BRN_ASSERT(count <= capacity);
+///     BRN_ASSERT_MESSAGE(frame != nullptr, "frame " + std::to_string(number) + " is missing");
 
 namespace brindle::debug {
 
 /// What `DisplayAssert` returns.
 inline constexpr std::int32_t kAssert_Break = 0;
-inline constexpr std::int32_t kAssert_IgnoreOnce = 3;
+inline constexpr std::int32_t kAssert_IgnoreOnce = 3; ///< go on, and ask again at the next failure
+/// Go on, and do not ask again about this place.
 inline constexpr std::int32_t kAssert_IgnoreAlways = 4;
 inline constexpr std::int32_t kAssert_Failed = -1; ///< the dialog failed, or the process is ending
 
@@ -85,6 +87,7 @@ namespace impl {
     static_cast<void>(false && ((inExpression) ? true : (static_cast<void>(inMessage), true)))
 #else
 #define BRN_ASSERT(...) BRN_ASSERT_AS(static_cast<bool>(__VA_ARGS__), #__VA_ARGS__, "")
+/// `BRN_ASSERT` with a message, which is evaluated only if the check fails.
 #define BRN_ASSERT_MESSAGE(inExpression, inMessage)                                                \
     BRN_ASSERT_AS(static_cast<bool>(inExpression), #inExpression, inMessage)
 #endif

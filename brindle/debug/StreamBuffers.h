@@ -31,6 +31,7 @@ public:
 protected:
     using typename std::basic_streambuf<Unit, Traits>::int_type;
 
+    /// Emits what has been collected, and then collects the unit.
     int_type overflow(int_type inUnit = Traits::eof()) override {
         Flush();
         if (this->pptr() == this->epptr()) {
@@ -42,6 +43,7 @@ protected:
         return Traits::not_eof(inUnit);
     }
 
+    /// Emits what has been collected; never fails.
     int sync() override {
         Flush();
         return 0;

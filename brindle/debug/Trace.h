@@ -6,17 +6,18 @@
 #include <cstdint>
 #include <list>
 
-// Diagnostic text for developers. Each message belongs to a category and has a volume. It is wanted
-// if its volume is not above that of its category, nor above the master volume, which caps all
-// categories at once. A developer changes the volumes from the console, and they are kept in the
-// file "Trace Database.txt" in the preference directory:
-//
-//     if (debug::TraceEnabled("decoder"_utf8, 3, true)) {
-//         debug::TraceMessage("decoder"_utf8, 3, "a frame was dropped");
-//     }
-//
-// Where a question is asked often, ask it of a `TraceCategory`, or use `BRN_TRACE`, which formats
-// only what is wanted (brindle/debug/TraceCategory.h). Any thread may call any of these functions.
+/// @file
+/// Diagnostic text for developers. Each message belongs to a category and has a volume. It is
+/// wanted if its volume is not above that of its category, nor above the master volume, which caps
+/// all categories at once. A developer changes the volumes from the console, and they are kept in
+/// the file "Trace Database.txt" in the preference directory:
+///
+///     if (debug::TraceEnabled("decoder"_utf8, 3, true)) {
+///         debug::TraceMessage("decoder"_utf8, 3, "a frame was dropped");
+///     }
+///
+/// Where a question is asked often, ask it of a `TraceCategory`, or use `BRN_TRACE`, which formats
+/// only what is wanted (brindle/debug/TraceCategory.h). Any thread may call any of these functions.
 
 namespace brindle::debug {
 
@@ -62,11 +63,13 @@ BRN_API void RemoveMasterTraceHandler() noexcept;
     return TraceEnabled(inCategory, inVolume, true);
 }
 
-// Changing a volume replaces the file by all that is known, in one step and durably. Of two
-// processes that share the preference directory the last one to write wins. A file that cannot be
-// written is no failure: the volume lasts for this process. Where there is no preference directory,
-// setting a volume and shutting down throw `dir_exception` after they have done the rest.
-
+/// The volume that every message has to pass besides that of its category.
+///
+/// Changing a volume, also that of a category, replaces the file by all that is known, in one step
+/// and durably. Of two processes that share the preference directory the last one to write wins. A
+/// file that cannot be written is no failure: the volume lasts for this process. Where there is no
+/// preference directory, setting a volume and shutting down throw `dir_exception` after they have
+/// done the rest.
 [[nodiscard]] BRN_API std::int32_t GetMasterTraceVolume();
 BRN_API void SetMasterTraceVolume(std::int32_t inVolume);
 /// Makes the category known if it is not.

@@ -38,6 +38,7 @@ inline bool HasToAsk(std::int64_t inLimit) noexcept {
 /// `main` and after it too. Its name is kept until the process ends.
 class BRN_API TraceCategory {
 public:
+    /// The category of this name, which is listed once it has been asked about.
     explicit TraceCategory(UTF8String const& inName);
 
     /// Whether a message of this volume is wanted; see `TraceEnabled`.
@@ -46,6 +47,7 @@ public:
         return impl::MayPass(limit, inVolume) && (!impl::HasToAsk(limit) || Ask(inVolume));
     }
 
+    /// As given to the constructor. It lives until the process ends.
     [[nodiscard]] UTF8String const& Name() const noexcept;
 
 private:

@@ -25,6 +25,7 @@ BRN_API void CreateShortCut(File const& inShortcut, File const& inTarget);
 /// The shortcut operations of `utility::FileUtils`, for clients of this namespace.
 class BRN_API FileUtils {
 public:
+    /// `utility::FileUtils::ResolveIT` and `utility::FileUtils::CreateLink`.
     static std::int32_t ResolveIT(UTF16String& ioPath, bool& outIsDirectory);
     static std::int32_t CreateLink(UTF16String const& inTarget, UTF16String const& inLinkPath,
                                    UTF16String const& inDescription);

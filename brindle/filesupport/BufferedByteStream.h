@@ -25,6 +25,8 @@ enum class Cell : std::uint8_t {};
 /// The caller owns the source and keeps it alive. Its length is read once, by the constructor.
 /// Refills are aligned to blocks and reuse bytes that the buffer already has. Reads of more than
 /// the buffer less one block bypass the buffer.
+///
+/// Beside the standard library: the buffer that a `std::filebuf` has inside, for any stream.
 class BRN_API IBufferedByteStream : public IByteStream {
 public:
     /// The sizes are in bytes; `inBlockSize` is at least 1 and at most half of `inBufferSize`.
@@ -86,6 +88,8 @@ private:
 /// Buffers writes to a stream whose single writes are expensive. The caller owns the sink and keeps
 /// it alive. The buffer holds one contiguous range of bytes, in which seeking and rewriting do not
 /// use the sink. The range is written as one block when a byte arrives that does not fit.
+///
+/// Beside the standard library: the buffer that a `std::filebuf` has inside, for any stream.
 class BRN_API OBufferedByteStream : public OByteStream {
 public:
     /// `inBufferSize` is in bytes; 0 counts as 1. The block size is not used for writing.

@@ -11,6 +11,9 @@ namespace brindle::filesupport {
 
 /// The stream does not support the operation. Also the base of all exceptions of the byte streams.
 /// The streams that work on a file record which one, the operation and the system's reason.
+///
+/// Beside the standard library: as `std::ios_base::failure`; but the streams have no state to ask
+/// instead.
 class BRN_API byte_stream_exception : public std::exception, public config::FileFailure {
 public:
     byte_stream_exception() noexcept = default;
@@ -47,12 +50,18 @@ struct BlockStream;
 /// The common base of input and output streams: slots for data of the client, and callbacks at the
 /// stream's destruction. There are no error flags; every failure is an exception. A stream cannot
 /// be copied and is used by one thread at a time.
+///
+/// Beside the standard library: as `std::ios_base` without its flags: `xalloc`, `iword`, `pword`
+/// and callbacks are the same.
 class BRN_API ByteStream_base {
 public:
+    /// Why a callback is called.
     enum event {
         erase_event = 0 ///< the stream is being destroyed; its derived classes already are
     };
 
+    /// Called with the event, the stream and the number that was registered. The stream must not be
+    /// read or written: what derived classes hold is gone.
     using event_callback = void (*)(event inEvent, ByteStream_base& inStream, int inData);
 
     ByteStream_base(ByteStream_base const&) = delete;
@@ -97,6 +106,9 @@ private:
 };
 
 /// A source of bytes. Positions count bytes from the start of the data.
+///
+/// Beside the standard library: as the reading half of a `std::streambuf`, which throws instead of
+/// returning `eof`; `IStdByteStream` reads a `std::istream`.
 class BRN_API IByteStream : public ByteStream_base {
 public:
     IByteStream() = default;
@@ -118,11 +130,15 @@ public:
 };
 
 /// A sink of bytes. Positions count bytes from the start of the data.
+///
+/// Beside the standard library: as the writing half of a `std::streambuf`, which throws instead of
+/// returning `eof`; `OStdByteStream` writes to a `std::ostream`.
 class BRN_API OByteStream : public ByteStream_base {
 public:
     OByteStream() = default;
     ~OByteStream() override;
 
+    /// Writes one byte at the position, which advances.
     virtual void Put(std::uint8_t inValue) = 0;
 
     /// Writes `inCount` bytes, like that many calls of `Put`.

@@ -35,6 +35,8 @@ BRN_API OByteStream& operator<<(OByteStream& outStream, std::uint32_t const& inV
 BRN_API OByteStream& operator<<(OByteStream& outStream, std::int64_t const& inValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, std::uint64_t const& inValue);
 
+/// Extract what the operators above insert. If the data ends inside a value, `eof_error` is thrown
+/// and the target keeps its value.
 BRN_API IByteStream& operator>>(IByteStream& inStream, bool& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, char& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, std::int8_t& outValue);
@@ -52,6 +54,7 @@ BRN_API IByteStream& operator>>(IByteStream& inStream, std::uint64_t& outValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, std::string const& inText);
 BRN_API OByteStream& operator<<(OByteStream& outStream, UTF16String const& inText);
 
+/// Extract what is inserted so.
 BRN_API IByteStream& operator>>(IByteStream& inStream, std::string& outText);
 BRN_API IByteStream& operator>>(IByteStream& inStream, UTF16String& outText);
 
@@ -65,6 +68,7 @@ BRN_API OByteStream& operator<<(OByteStream& outStream, float const& inValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, double const& inValue);
 BRN_API OByteStream& operator<<(OByteStream& outStream, long double const& inValue);
 
+/// Extract what is inserted so.
 BRN_API IByteStream& operator>>(IByteStream& inStream, float& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, double& outValue);
 BRN_API IByteStream& operator>>(IByteStream& inStream, long double& outValue);

@@ -17,6 +17,7 @@ namespace brindle::filesupport {
 /// Seeking does not affect the sum. A byte is included even if the sink then throws.
 class BRN_API OCRCByteStream : public OByteStream {
 public:
+    /// Passes the bytes on to the sink, which the caller keeps alive.
     explicit OCRCByteStream(OByteStream& outSink) noexcept : mSink(outSink) {}
     ~OCRCByteStream() override;
 
@@ -42,6 +43,7 @@ private:
 /// A byte that the source failed to give is not included.
 class BRN_API ICRCByteStream : public IByteStream {
 public:
+    /// Reads from the source, which the caller keeps alive.
     explicit ICRCByteStream(IByteStream& inSource) noexcept : mSource(inSource) {
         SetFiltered(inSource);
     }
@@ -53,6 +55,7 @@ public:
     std::uint64_t CurPos() const override;
     std::uint64_t Length() const override;
 
+    /// The sum of the bytes read so far, 0 for none.
     [[nodiscard]] std::uint32_t Value() const noexcept { return ~mRegister; }
 
 private:

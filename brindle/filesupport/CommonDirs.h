@@ -25,6 +25,7 @@ BRN_API void SetMainExecutableOverride(File const& inFile);
 [[nodiscard]] BRN_API Dir ExecutableDir();
 BRN_API void SetExecutableDirOverride(Dir const& inDir);
 
+/// `Dir::AppDir` by default: what the program reads but does not run.
 [[nodiscard]] BRN_API Dir ResourcesDir();
 BRN_API void SetResourcesDirOverride(Dir const& inDir);
 

@@ -17,6 +17,7 @@ class BRN_API IContainerByteStream : public IByteStream {
 public:
     ~IContainerByteStream() override;
 
+    /// Throws `eof_error` at the end of the container.
     std::uint8_t Get() override {
         if (mPosition >= mContainer.size()) {
             throw eof_error();
@@ -24,6 +25,7 @@ public:
         return static_cast<std::uint8_t>(mContainer[mPosition++]);
     }
 
+    /// Reads what there is, and then throws `eof_error` if that is less.
     void ReadBlock(std::uint8_t* outDestination, std::uint32_t inCount) override {
         // The size is looked at afresh, because the owner may have shortened the container.
         auto const start = std::min(mPosition, mContainer.size());
@@ -36,6 +38,8 @@ public:
         }
     }
 
+    ///@{
+    /// A position behind the end is refused with `eof_error`.
     void CurPos(std::uint64_t inPosition) override {
         if (inPosition > mContainer.size()) {
             throw eof_error();
@@ -43,11 +47,13 @@ public:
         mPosition = static_cast<std::size_t>(inPosition);
     }
     std::uint64_t CurPos() const override { return mPosition; }
+    ///@}
 
     /// The present size of the container.
     std::uint64_t Length() const override { return mContainer.size(); }
 
 protected:
+    /// Reads from the container, which must outlive the stream.
     explicit IContainerByteStream(Container const& inContainer) noexcept
         : mContainer(inContainer) {}
 
@@ -67,6 +73,8 @@ class BRN_API OContainerByteStream : public OByteStream {
 public:
     ~OContainerByteStream() override;
 
+    ///@{
+    /// Appends, whatever position was set.
     void Put(std::uint8_t inValue) override {
         mContainer.push_back(static_cast<typename Container::value_type>(inValue));
     }
@@ -74,10 +82,15 @@ public:
         auto const source = reinterpret_cast<typename Container::value_type const*>(inSource);
         mContainer.insert(mContainer.end(), source, source + inCount);
     }
+    ///@}
+    ///@{
+    /// The size of the container; setting it has no effect.
     void CurPos(std::uint64_t) override {}
     std::uint64_t CurPos() const override { return mContainer.size(); }
+    ///@}
 
 protected:
+    /// Appends to the container, which must outlive the stream.
     explicit OContainerByteStream(Container& outContainer) noexcept : mContainer(outContainer) {}
 
 private:

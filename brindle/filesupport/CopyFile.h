@@ -27,6 +27,7 @@ struct CopyOptions {
     FileSharing sharing = kShareWithReaders;
 };
 
+/// How a copy ended.
 struct CopyResult {
     bool isComplete = false; ///< false if the copy was cancelled
     std::uint64_t size = 0;  ///< the bytes that were copied

@@ -14,6 +14,7 @@ extern template class OContainerByteStream<std::deque<std::uint8_t>>;
 /// Reads a deque of bytes that the caller keeps alive.
 class BRN_API IDequeByteStream : public IContainerByteStream<std::deque<std::uint8_t>> {
 public:
+    /// The deque must outlive the stream.
     explicit IDequeByteStream(std::deque<std::uint8_t>& inDeque) noexcept;
     explicit IDequeByteStream(std::deque<std::uint8_t> const& inDeque) noexcept;
     /// It would be gone before it is read.
@@ -24,6 +25,7 @@ public:
 /// Appends to a deque of bytes that the caller keeps alive.
 class BRN_API ODequeByteStream : public OContainerByteStream<std::deque<std::uint8_t>> {
 public:
+    /// The deque must outlive the stream, and keeps what it has.
     explicit ODequeByteStream(std::deque<std::uint8_t>& outDeque) noexcept;
     ~ODequeByteStream() override;
 };

@@ -16,9 +16,10 @@ namespace brindle::filesupport {
 class BRN_API DirHelper {
 public:
     DirHelper() = default;
+    /// Brings the path into normal form. It may be relative or empty.
     explicit DirHelper(UTF16String const& inPath);
 
-    UTF16String const& Path() const noexcept { return mPath; }
+    UTF16String const& Path() const noexcept { return mPath; } ///< in normal form
 
     /// The path with the prefix that lifts the system's limit on its length.
     UTF16String FullNativePath() const;
@@ -37,14 +38,16 @@ private:
 /// The operations from `Exists` on access the file system, and report its state at that moment; the
 /// constructors do so only to resolve an alias. Different objects may be used on different threads.
 ///
-/// Ordered and hashed by its path, as `std::filesystem::path` is, to which FilesystemPath.h leads;
-/// inserted into streams by PathStreams.h.
+/// Beside the standard library: as a `std::filesystem::path` with the operations on it as members;
+/// `DirFromPath` and `ToPath` (brindle/filesupport/FilesystemPath.h) convert. It has `==`, `<` and
+/// a `std::hash`, by its path, and is inserted into streams by brindle/filesupport/PathStreams.h.
 class BRN_API Dir {
 public:
     class DirIterator;
     class FileIterator;
 
     Dir() = default;
+    /// Brings the path into normal form, and does not ask the file system.
     explicit Dir(UTF16String const& inPath) : mHelper(inPath) {}
     explicit Dir(DirHelper const& inHelper) : mHelper(inHelper) {}
     /// Paths in native form become files by `DirFromNative` (brindle/filesupport/NativePath.h).
@@ -60,11 +63,14 @@ public:
     /// of the shortcut.
     Dir(Dir const& inParent, UTF16String const& inName, bool inResolveAlias);
 
+    /// The path itself, without the operations.
     DirHelper const& Helper() const noexcept { return mHelper; }
 
+    /// The path in normal form.
     UTF16String FullPath() const { return mHelper.Path(); }
     /// The path in the system's 8-bit code page.
     std::string FullPathMultiByte() const;
+    /// The last component.
     UTF16String GetName() const;
     /// The directory that holds this one; empty for a path without a separator.
     Dir Parent() const;
@@ -104,6 +110,7 @@ public:
     static Dir AppDir();
     /// The same directory.
     static Dir PackageDir();
+    /// Where programs put files that need not last.
     static Dir TempDir();
     /// Where the user's programs keep their settings; created if it does not exist.
     static Dir GlobalPrefDir();
@@ -120,10 +127,16 @@ public:
     // that cannot be read is empty. With `inResolveAliases` a shortcut (".lnk") is listed as its
     // target, and a broken one not at all. Include DirectoryIterators.h to use them.
 
+    ///@{
+    /// The directories within this one.
     DirIterator BeginSubdirs(bool inResolveAliases) const;
     DirIterator EndSubdirs() const;
+    ///@}
+    ///@{
+    /// Everything within this one that is not a directory.
     FileIterator BeginFiles(bool inResolveAliases) const;
     FileIterator EndFiles() const;
+    ///@}
     /// The volumes of the machine, except removable ones.
     static DirIterator BeginVolumes();
     static DirIterator EndVolumes();
@@ -166,5 +179,6 @@ BRN_API UTF16String ReplacementText(Dir const& inDir);
 /// Agrees with `==`.
 template <>
 struct std::hash<brindle::filesupport::Dir> {
+    /// Equal paths have equal hashes, within one run of a program.
     BRN_API std::size_t operator()(brindle::filesupport::Dir const& inDir) const noexcept;
 };

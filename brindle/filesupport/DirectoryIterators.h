@@ -34,6 +34,7 @@ private:
 /// Each copy has a position of its own. One thread at a time.
 class BRN_API IteratorHelper {
 public:
+    /// True if there is no current entry.
     bool AtEnd() const noexcept { return !mPaths || mIndex >= mPaths->size(); }
 
     /// The full path of the current entry, empty at the end.
@@ -49,7 +50,7 @@ public:
 protected:
     friend class Dir;
     friend class RecursiveFileIterator;
-    using Paths = std::vector<UTF16String>;
+    using Paths = std::vector<UTF16String>; ///< full, in the system's order
 
     /// The end of any listing.
     IteratorHelper() = default;
@@ -67,8 +68,11 @@ private:
 
 /// Walks the subdirectories of a directory, or the volumes of the machine, in the system's order.
 /// An end iterator equals every iterator at its end; a default-constructed iterator equals only
-/// another one. An input iterator of the standard library; `Subdirs` and `Volumes` of Listings.h
-/// make ranges of them.
+/// another one.
+///
+/// Beside the standard library: an input iterator, as a `std::filesystem::directory_iterator`; but
+/// the listing is taken as a whole, and a failure makes it empty. `Subdirs` and `Volumes`
+/// (brindle/filesupport/Listings.h) make ranges.
 class BRN_API Dir::DirIterator {
 public:
     using iterator_category = std::input_iterator_tag;
@@ -78,6 +82,7 @@ public:
     using reference = Dir;
 
     DirIterator() = default;
+    /// Begins at the position of the helper.
     explicit DirIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
     /// The current directory, a new object at each call; an empty one at the end.
@@ -85,9 +90,11 @@ public:
 
     pointer operator->() const { return pointer(**this); }
 
+    /// Advances; at the end it stays there.
     DirIterator& operator++();
     DirIterator operator++(int);
 
+    /// Compares listings and positions; two at their end are equal.
     friend bool operator==(DirIterator const& inLHS, DirIterator const& inRHS) {
         return inLHS.mHelper == inRHS.mHelper;
     }
@@ -101,8 +108,11 @@ private:
 
 /// Walks the files of a directory, which include everything that is not a directory, in the
 /// system's order. An end iterator equals every iterator at its end; a default-constructed iterator
-/// equals only another one. An input iterator of the standard library; `Files` of Listings.h makes
-/// a range of them.
+/// equals only another one.
+///
+/// Beside the standard library: an input iterator, as a `std::filesystem::directory_iterator`; but
+/// the listing is taken as a whole, and a failure makes it empty. `Files`
+/// (brindle/filesupport/Listings.h) makes a range.
 class BRN_API Dir::FileIterator {
 public:
     using iterator_category = std::input_iterator_tag;
@@ -112,6 +122,7 @@ public:
     using reference = File;
 
     FileIterator() = default;
+    /// Begins at the position of the helper.
     explicit FileIterator(IteratorHelper inHelper) : mHelper(std::move(inHelper)) {}
 
     /// The current file, a new object at each call; an empty one at the end.
@@ -119,9 +130,11 @@ public:
 
     pointer operator->() const { return pointer(**this); }
 
+    /// Advances; at the end it stays there.
     FileIterator& operator++();
     FileIterator operator++(int);
 
+    /// Compares listings and positions; two at their end are equal.
     friend bool operator==(FileIterator const& inLHS, FileIterator const& inRHS) {
         return inLHS.mHelper == inRHS.mHelper;
     }

@@ -16,11 +16,14 @@ namespace brindle::filesupport {
 class BRN_API FileHelper {
 public:
     FileHelper() = default;
+    /// Brings the path into normal form. It may be relative or empty.
     explicit FileHelper(UTF16String const& inPath);
+    /// The file `inName` of the directory.
     FileHelper(Dir const& inDir, UTF16String const& inName);
     /// From text in the system's 8-bit code page.
     explicit FileHelper(std::string const& inPath);
 
+    /// In normal form.
     UTF16String const& Path() const noexcept { return mPath; }
 
     /// The path with the prefix that lifts the system's limit on its length.
@@ -33,12 +36,12 @@ private:
 /// Which part of a file `File::Size` measures. Every selector that includes the data gives the
 /// length of the file; files have no resource part, whose size is 0.
 enum FileSizeSelector : std::int32_t {
-    kFileSize_Data = 0,
-    kFileSize_Resource = 1,
-    kFileSize_Total = 2,
-    kFileSize_DataOnDisk = 3,
-    kFileSize_ResourceOnDisk = 4,
-    kFileSize_TotalOnDisk = 5
+    kFileSize_Data = 0,           ///< the length of the file
+    kFileSize_Resource = 1,       ///< 0
+    kFileSize_Total = 2,          ///< the length of the file
+    kFileSize_DataOnDisk = 3,     ///< the length of the file
+    kFileSize_ResourceOnDisk = 4, ///< 0
+    kFileSize_TotalOnDisk = 5     ///< the length of the file
 };
 
 /// A value that names a file, which need not exist. It holds no handle and no lock, and caches
@@ -50,11 +53,13 @@ enum FileSizeSelector : std::int32_t {
 /// The operations from `Exists` on access the file system, and report its state at that moment; the
 /// constructors do so only to resolve an alias. Different objects may be used on different threads.
 ///
-/// Ordered and hashed by its path, as `std::filesystem::path` is, to which FilesystemPath.h leads;
-/// inserted into streams by PathStreams.h.
+/// Beside the standard library: as a `std::filesystem::path` with the operations on it as members;
+/// `FileFromPath` and `ToPath` (brindle/filesupport/FilesystemPath.h) convert. It has `==`, `<` and
+/// a `std::hash`, by its path, and is inserted into streams by brindle/filesupport/PathStreams.h.
 class BRN_API File {
 public:
     File() = default;
+    /// Brings the path into normal form, and does not ask the file system.
     explicit File(UTF16String const& inPath) : mHelper(inPath) {}
     explicit File(FileHelper const& inHelper) : mHelper(inHelper) {}
     /// Paths in native form become files by `FileFromNative` (brindle/filesupport/NativePath.h).
@@ -70,9 +75,11 @@ public:
     /// shortcut.
     File(Dir const& inDir, UTF16String const& inName, bool inResolveAlias);
 
+    /// The path itself, without the operations.
     FileHelper const& Helper() const noexcept { return mHelper; }
     FileHelper& Helper() noexcept { return mHelper; }
 
+    /// The path in normal form.
     UTF16String FullPath() const { return mHelper.Path(); }
     /// The path in the system's 8-bit code page.
     std::string FullPathMultiByte() const;
@@ -145,5 +152,6 @@ BRN_API UTF16String ReplacementText(File const& inFile);
 /// Agrees with `==`.
 template <>
 struct std::hash<brindle::filesupport::File> {
+    /// Equal paths have equal hashes, within one run of a program.
     BRN_API std::size_t operator()(brindle::filesupport::File const& inFile) const noexcept;
 };

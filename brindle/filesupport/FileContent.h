@@ -29,6 +29,7 @@ namespace brindle::filesupport {
 /// `file_exception` if the bytes cannot be written. `inBytes` may be null if `inCount` is 0.
 BRN_API void WriteFile(File const& inFile, void const* inBytes, std::size_t inCount);
 
+/// The same for a vector and for texts, whose bytes are written as they are.
 inline void WriteFile(File const& inFile, std::vector<std::uint8_t> const& inBytes) {
     WriteFile(inFile, inBytes.data(), inBytes.size());
 }

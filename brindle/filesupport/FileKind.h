@@ -6,6 +6,9 @@
 
 namespace brindle::filesupport {
 
+/// What is at a path.
+///
+/// Beside the standard library: as `std::filesystem::file_type`.
 enum class FileKind {
     kMissing,   ///< nothing, a dangling link, or something that this process may not inspect
     kRegular,   ///< an ordinary file, the only kind that streams open

@@ -10,6 +10,7 @@
 ///     auto const size = std::filesystem::file_size(ToPath(file));
 namespace brindle::filesupport {
 
+/// The file or directory at a path of the standard library; the bytes of its name are kept.
 inline File FileFromPath(std::filesystem::path const& inPath) {
     return FileFromNative(inPath.string());
 }

@@ -17,6 +17,7 @@ namespace brindle::filesupport {
 /// source was at construction. The source may end earlier.
 class BRN_API ILimitedByteStream : public IByteStream {
 public:
+    /// Begins at the present position of the source, and ends `inLength` bytes behind it.
     ILimitedByteStream(IByteStream& inSource, std::uint64_t inLength);
     ~ILimitedByteStream() override;
 

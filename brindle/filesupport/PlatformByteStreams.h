@@ -30,6 +30,8 @@ enum FileSharing {
 /// One system call for each `Get` and each `ReadBlock`: wrap it in `IBufferedByteStream` to read by
 /// the byte. Every operation throws `io_error` on a failure of the system, such as a position past
 /// 2^63 - 1.
+///
+/// Beside the standard library: as a `std::ifstream` in binary mode without a buffer.
 class BRN_API IPlatformByteStream : public IByteStream {
 public:
     /// Throws `file_not_found_exception` if there is no such file, and `io_error` on any other
@@ -65,6 +67,9 @@ enum MakeNewFile {
 ///
 /// One system call for each `Put` and each `WriteBlock`: wrap it in `OBufferedByteStream` to write
 /// by the byte. Every operation throws `io_error` on a failure of the system, such as a full disk.
+///
+/// Beside the standard library: as a `std::fstream` in binary mode without a buffer, which does not
+/// truncate.
 class BRN_API OPlatformByteStream : public OByteStream {
 public:
     /// Throws `file_not_found_exception` if there is no such file, and `io_error` on any other

@@ -7,15 +7,17 @@
 
 namespace brindle::filesupport {
 
-// The run-length format is PackBits: a sequence of packets without a header or an end mark. A
-// packet begins with a control byte, a signed number c. If c is 0 or more, c + 1 literal bytes
-// follow. From -127 to -1, one byte follows that is repeated 1 - c times. -128 is skipped.
+/// @file
+/// The run-length format is PackBits: a sequence of packets without a header or an end mark. A
+/// packet begins with a control byte, a signed number c. If c is 0 or more, c + 1 literal bytes
+/// follow. From -127 to -1, one byte follows that is repeated 1 - c times. -128 is skipped.
 
 /// Decodes the data of a stream that the caller keeps alive. The data ends where the source ends;
 /// there, and in a truncated packet, reading throws `eof_error`. The length is unknown, so `Length`
 /// returns 0.
 class BRN_API IRLEByteStream : public IByteStream {
 public:
+    /// Reads packets from the source, beginning at its present position.
     explicit IRLEByteStream(IByteStream& inSource) noexcept : mSource(inSource) {
         SetFiltered(inSource);
     }
@@ -57,6 +59,7 @@ private:
 /// Part of a block or packet may have been written by then.
 class BRN_API ORLEByteStream : public OByteStream {
 public:
+    /// Writes packets to the sink, which the caller keeps alive.
     explicit ORLEByteStream(OByteStream& outSink) noexcept : mSink(outSink) {}
     ~ORLEByteStream() override;
 

@@ -39,8 +39,10 @@ struct WalkOptions {
 /// its branch. A directory that cannot be read contributes nothing. The memory needed is that of
 /// the listings on the current branch. One thread at a time.
 ///
-/// An input iterator, as `std::filesystem::recursive_directory_iterator` is, but copies walk on by
-/// themselves; `FilesBelow` of Listings.h makes a range.
+/// Beside the standard library: an input iterator, as a
+/// `std::filesystem::recursive_directory_iterator` that visits files alone, and goes on where a
+/// directory cannot be read; but copies walk on by themselves. `FilesBelow`
+/// (brindle/filesupport/Listings.h) makes a range.
 class BRN_API RecursiveFileIterator {
 public:
     using iterator_category = std::input_iterator_tag;
@@ -68,6 +70,7 @@ public:
     /// The directory that holds the current file; empty at the end.
     Dir const& CurrentDir() const noexcept { return mCurrentDir; }
 
+    /// Advances to the next file of the walk; at the end it stays there.
     RecursiveFileIterator& operator++();
     RecursiveFileIterator operator++(int);
 

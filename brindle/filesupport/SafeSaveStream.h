@@ -29,6 +29,9 @@ namespace brindle::filesupport {
 /// One system call for each `Put` and each `WriteBlock`: wrap it in `OBufferedByteStream` to write
 /// by the byte, and flush that before `Commit`. Every operation throws `io_error` on a failure of
 /// the system, such as a full disk.
+///
+/// Beside the standard library: what to use where `std::ofstream` would truncate the old file
+/// before the new one is there.
 class BRN_API OSafeSaveStream : public OByteStream {
 public:
     /// A file that does not exist yet gets the permissions that the process's settings give it.

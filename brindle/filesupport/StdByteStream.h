@@ -16,6 +16,7 @@ namespace brindle::filesupport {
 /// caller has to clear that state before the stream can be used again.
 class BRN_API IStdByteStream : public IByteStream {
 public:
+    /// Reads at the present position of the stream.
     explicit IStdByteStream(std::istream& inStream) noexcept : mStream(inStream) {}
     ~IStdByteStream() override;
 
@@ -38,6 +39,7 @@ private:
 /// `IStdByteStream`.
 class BRN_API OStdByteStream : public OByteStream {
 public:
+    /// Writes at the present position of the stream.
     explicit OStdByteStream(std::ostream& outStream) noexcept : mStream(outStream) {}
     ~OStdByteStream() override;
 

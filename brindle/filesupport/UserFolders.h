@@ -9,17 +9,17 @@ namespace brindle::filesupport {
 
 /// The directories that a desktop keeps for its user.
 enum class UserFolder : std::uint8_t {
-    kHome,
-    kDocuments,
-    kPictures,
-    kMusic,
-    kVideos,
-    kDownloads,
-    kDesktop,
-    kSettings, ///< what programs are told to do; see also `Dir::PrefDir`
-    kCache,    ///< what programs can make again
-    kState,    ///< what programs remember from one run to the next, such as histories
-    kData      ///< what programs keep for the user
+    kHome,      ///< the directory that holds the others
+    kDocuments, ///< what the user writes
+    kPictures,  ///< still pictures
+    kMusic,     ///< sound
+    kVideos,    ///< moving pictures
+    kDownloads, ///< what came from elsewhere
+    kDesktop,   ///< what lies on the background of the screen
+    kSettings,  ///< what programs are told to do; see also `Dir::PrefDir`
+    kCache,     ///< what programs can make again
+    kState,     ///< what programs remember from one run to the next, such as histories
+    kData       ///< what programs keep for the user
 };
 
 /// Where the user has a folder, by the desktop's settings:

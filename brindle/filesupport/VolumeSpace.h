@@ -8,6 +8,8 @@
 namespace brindle::filesupport {
 
 /// In bytes. What is available may be taken by others at any moment, so that a copy may still fail.
+///
+/// Beside the standard library: as `std::filesystem::space_info`.
 struct VolumeSpace {
     std::uint64_t available = 0; ///< what this user may still write
     std::uint64_t total = 0;     ///< what the volume holds altogether

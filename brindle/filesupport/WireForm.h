@@ -85,6 +85,7 @@ IByteStream& operator>>(IByteStream& inStream, geom::PointT<T>& outPoint) {
     return inStream;
 }
 
+/// A rectangle is x, y, width and height.
 template <typename T>
 OByteStream& operator<<(OByteStream& outStream, geom::RectT<T> const& inRect) {
     return outStream << inRect.x << inRect.y << inRect.width << inRect.height;
@@ -129,6 +130,7 @@ IByteStream& operator>>(IByteStream& inStream, std::vector<T>& outVector) {
     return inStream;
 }
 
+/// A pair is its first and its second value.
 template <typename First, typename Second>
 OByteStream& operator<<(OByteStream& outStream, std::pair<First, Second> const& inPair) {
     return outStream << inPair.first << inPair.second;

@@ -12,7 +12,8 @@ namespace brindle::geom {
 /// its left: the upper left 2 by 2 block is the linear part, `[2][0]` and `[2][1]` are the
 /// translation, and the third column is (0, 0, 1). Products are in brindle/geom/Transform.h.
 ///
-/// Where the standard library has nothing: a plain value, compared by its elements and not ordered.
+/// Beside the standard library: in memory a `std::array` of nine elements, compared and not
+/// ordered.
 template <typename T>
 class BRN_API MatrixT {
     static_assert(std::is_floating_point_v<T>);
@@ -28,12 +29,14 @@ public:
         }
     }
 
+    /// All nine elements become 0.
     constexpr void SetZero() noexcept {
         for (T& element : mElements) {
             element = 0;
         }
     }
 
+    /// 1 on the diagonal, 0 elsewhere: the transform that changes nothing.
     constexpr void SetIdentity() noexcept {
         SetZero();
         mElements[0] = mElements[4] = mElements[8] = 1;

@@ -16,17 +16,25 @@
 /// on a drive that is not mapped, is kept in the library's form.
 namespace brindle::proplist {
 
+/// A file as its native path, with percent signs where a document needs them.
 template <>
 struct PropertyValue<filesupport::File> {
+    /// What is stored: the encoded path.
     using Stored = UTF8String;
+    /// Encodes the native path.
     BRN_API static Stored ToStored(filesupport::File const& inFile);
+    /// Always succeeds: every text is a path.
     BRN_API static bool FromStored(Stored const& inStored, filesupport::File& outFile);
 };
 
+/// A directory as a value, in the form of a file.
 template <>
 struct PropertyValue<filesupport::Dir> {
+    /// What is stored: the encoded path.
     using Stored = UTF8String;
+    /// Encodes the native path.
     BRN_API static Stored ToStored(filesupport::Dir const& inDir);
+    /// Always succeeds: every text is a path.
     BRN_API static bool FromStored(Stored const& inStored, filesupport::Dir& outDir);
 };
 

@@ -13,12 +13,16 @@
 /// height, or x and y. The first elements of a longer array are read; a shorter one is no value.
 namespace brindle::proplist {
 
+/// A rectangle as an array of four numbers.
 template <typename T>
 struct PropertyValue<geom::RectT<T>> {
+    /// What is stored: x, y, width and height.
     using Stored = std::vector<T>;
+    /// The four numbers.
     static Stored ToStored(geom::RectT<T> const& inRect) {
         return {inRect.x, inRect.y, inRect.width, inRect.height};
     }
+    /// Returns false, and leaves the rectangle alone, for fewer than four numbers.
     static bool FromStored(Stored const& inStored, geom::RectT<T>& outRect) {
         if (inStored.size() < 4) {
             return false;
@@ -28,10 +32,14 @@ struct PropertyValue<geom::RectT<T>> {
     }
 };
 
+/// A point as an array of two numbers.
 template <typename T>
 struct PropertyValue<geom::PointT<T>> {
+    /// What is stored: x and y.
     using Stored = std::vector<T>;
+    /// The two numbers.
     static Stored ToStored(geom::PointT<T> const& inPoint) { return {inPoint.x, inPoint.y}; }
+    /// Returns false, and leaves the point alone, for fewer than two numbers.
     static bool FromStored(Stored const& inStored, geom::PointT<T>& outPoint) {
         if (inStored.size() < 2) {
             return false;

@@ -17,8 +17,10 @@ namespace brindle::proplist {
 /// The number of ticks, a 64-bit integer.
 template <>
 struct PropertyValue<time::TickTime> {
-    using Stored = std::int64_t;
+    using Stored = std::int64_t; ///< the number of ticks
+    /// Exact.
     static Stored ToStored(time::TickTime const& inTime) noexcept { return inTime.GetTicks(); }
+    /// Always succeeds.
     static bool FromStored(Stored inStored, time::TickTime& outTime) noexcept {
         outTime = time::TickTime::TicksToTickTime(inStored);
         return true;
@@ -28,10 +30,12 @@ struct PropertyValue<time::TickTime> {
 /// The number of ticks in a frame, a 64-bit integer.
 template <>
 struct PropertyValue<time::FrameRate> {
-    using Stored = std::int64_t;
+    using Stored = std::int64_t; ///< the number of ticks in a frame
+    /// Exact.
     static Stored ToStored(time::FrameRate const& inRate) noexcept {
         return inRate.GetTicksPerFrame();
     }
+    /// Always succeeds.
     static bool FromStored(Stored inStored, time::FrameRate& outRate) noexcept {
         outRate = time::FrameRate::Create(inStored);
         return true;
@@ -41,8 +45,10 @@ struct PropertyValue<time::FrameRate> {
 /// The text form. Any other text is no value, and is not reported.
 template <>
 struct PropertyValue<utility::Guid> {
-    using Stored = UTF8String;
+    using Stored = UTF8String; ///< the text form
+    /// As `Guid::AsString` writes it.
     BRN_API static Stored ToStored(utility::Guid const& inGuid);
+    /// Returns false, and leaves the identifier alone, for any other text.
     BRN_API static bool FromStored(Stored const& inStored, utility::Guid& outGuid);
 };
 

@@ -82,14 +82,20 @@ struct Gotten;
 
 /// The key of a property, as `Get` and `Set` take it: `"volume"`, a `std::string`, a
 /// `std::string_view` or a `UTF8String`. Only for parameters.
+///
+/// Beside the standard library: as a `std::string_view` for a parameter, which also keeps what it
+/// had to convert.
 class PropertyKey {
 public:
+    /// Refers to the key, which must live as long as this object.
     PropertyKey(UTF8String const& inKey) noexcept : mKey(inKey) {}
+    /// Copies the bytes of the key.
     template <typename Key, typename = impl::IfStandardKey<Key>>
     PropertyKey(Key const& inKey) : mCopy(impl::KeyOf(inKey)), mKey(mCopy) {}
     PropertyKey(PropertyKey const&) = delete;
     PropertyKey& operator=(PropertyKey const&) = delete;
 
+    /// The key as the other functions take it, valid as long as this object.
     operator UTF8String const&() const noexcept { return mKey; }
 
 private:
@@ -111,8 +117,8 @@ private:
 /// one too; keys are compared by their bytes. Lists nest to any depth. A change that throws
 /// (`std::bad_alloc`) leaves the list as it was. A list takes no lock: callers serialise access.
 ///
-/// Like a `std::map` of `std::any`, it is copied, moved, swapped and compared with all that it
-/// holds, and neither ordered nor hashed.
+/// Beside the standard library: as a `std::map` from keys to `std::variant`, sorted and walked by
+/// `for`; moved, swapped and compared with all that it holds, but not copied: `Clone` copies.
 class BRN_API PropList {
 public:
     /// An empty list of the current version.
@@ -147,6 +153,7 @@ public:
     template <typename T>
     void Set(PropertyKey const& inKey, T const& inValue);
 
+    /// True for a property of any type, nested lists included.
     [[nodiscard]] bool Has(PropertyKey const& inKey) const;
 
     /// The entries in the order of their keys (PropListEntry.h). No property may be added or
@@ -265,6 +272,7 @@ public:
     /// place of what the key held. The property owns it, as above.
     virtual PropList* NewSubList(UTF8String const& inKey);
 
+    /// The same for keys without `_utf8`.
     template <typename Key, typename = impl::IfStandardKey<Key>>
     [[nodiscard]] PropList* GetSubList(Key const& inKey) const {
         return GetSubList(impl::KeyOf(inKey));
@@ -294,8 +302,10 @@ public:
 
     /// The version of the document that the list was read from; the current one if it was not read.
     [[nodiscard]] std::uint16_t GetVersion() const noexcept { return mVersion; }
+    /// The version that `SavePropList` writes.
     [[nodiscard]] static std::uint16_t GetCurrentVersion() noexcept { return 4; }
 
+    /// True if there is no property; the version does not count.
     [[nodiscard]] bool IsEmpty() const noexcept { return mNodes.empty(); }
 
     /// Returns false if there is no such property.

@@ -18,10 +18,13 @@ namespace brindle::proplist {
 ///     }
 ///
 /// Refers to the list, and is valid until the property is removed or changes its type.
+///
+/// Beside the standard library: as the `value_type` of a map; but the value is read by its type.
 class PropListEntry {
 public:
+    /// Valid as long as the entry.
     [[nodiscard]] UTF8String const& Key() const noexcept { return *mKey; }
-    [[nodiscard]] PropListPropertyType Type() const noexcept { return mType; }
+    [[nodiscard]] PropListPropertyType Type() const noexcept { return mType; } ///< of the value
 
     /// The nested list, or null if the entry is none.
     [[nodiscard]] PropList* SubList() const { return mList->GetSubList(*mKey); }
@@ -45,18 +48,24 @@ private:
 };
 
 /// Visits the entries of a list in the order of their keys.
+///
+/// Beside the standard library: an input iterator for `for` and for the algorithms that take one.
 class BRN_API PropListIterator {
 public:
+    ///@{
+    /// What `std::iterator_traits` asks for. An iterator may be copied, but walks once.
     using iterator_category = std::input_iterator_tag;
     using value_type = PropListEntry;
     using difference_type = std::ptrdiff_t;
     using pointer = PropListEntry const*;
     using reference = PropListEntry const&;
+    ///@}
 
     /// Refers to the iterator, until it is changed.
     reference operator*() const noexcept { return mEntry; }
     pointer operator->() const noexcept { return &mEntry; }
 
+    /// Goes on to the next key; the end must not be passed.
     PropListIterator& operator++() noexcept;
     PropListIterator operator++(int) noexcept {
         PropListIterator const before = *this;

@@ -7,6 +7,7 @@
 
 namespace brindle::proplist {
 
+/// What became of the document.
 enum PropListLoadStatus : std::int32_t {
     kPropListLoad_Done = 0,       ///< the whole document was read
     kPropListLoad_Missing = 1,    ///< there is no such file
@@ -17,7 +18,7 @@ enum PropListLoadStatus : std::int32_t {
 
 /// How a document was read.
 struct PropListLoadResult {
-    PropListLoadStatus status = kPropListLoad_Done;
+    PropListLoadStatus status = kPropListLoad_Done; ///< what became of the document
     /// Why a file is missing or unreadable, or where a damaged document is malformed.
     xml::XMLParseFault fault;
     /// The new path of a damaged file; empty if it was not renamed.

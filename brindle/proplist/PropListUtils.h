@@ -28,8 +28,10 @@ struct WriteOptions {
     /// read as 0 either way.
     bool exactNumbers = false;
 };
+/// For the argument of `WritePropList` and `SavePropList`.
 inline constexpr WriteOptions kExactNumbers{true};
 
+/// The same in the form that the options ask for.
 BRN_API void WritePropList(UTF8String& outText, PropList const& inList,
                            WriteOptions const& inOptions);
 
@@ -63,11 +65,17 @@ void LoadPropList(char const* inPath, PropList& ioList, bool inRenameCorrupt) = 
                                                          PropList& ioList, bool inRenameCorrupt);
 
 /// Whether `LoadPropList` takes a missing file for an empty one.
-enum class MissingFile : std::uint8_t { kIsEmpty, kIsFailure };
+enum class MissingFile : std::uint8_t {
+    kIsEmpty,  ///< it is as good as an empty list
+    kIsFailure ///< the result is `kPropListLoad_Missing`
+};
 
 /// Whether `LoadPropList` renames a damaged file, as fits preferences, or leaves it, as fits a part
 /// of the program.
-enum class DamagedFile { kIsRenamed, kStays };
+enum class DamagedFile {
+    kIsRenamed, ///< ".old" is appended to its name
+    kStays      ///< it stays where it is
+};
 
 /// Reads a file as `TryLoadPropList` does; a damaged one is renamed by appending ".old". A file
 /// that does not exist is like an empty list, and the status is `kPropListLoad_Done`:

@@ -12,6 +12,7 @@
 // A row: the part of the enumerators' names, the C++ type, the number of the type and of arrays of
 // it, the name for people, and the XML element with its attributes.
 
+/// The rows of the numbers. `X` is called with each row of the table.
 #define BRN_PROPERTY_NUMBER_TYPES(X)                                                               \
     X(UInt16, std::uint16_t, 4, 15, "uint16", "int", " type='unsigned' size='16'")                 \
     X(UInt32, std::uint32_t, 5, 16, "uint32", "int", " type='unsigned' size='32'")                 \
@@ -21,6 +22,7 @@
     X(Float, float, 9, 20, "float", "float", "")                                                   \
     X(Double, double, 10, 21, "double", "double", "")
 
+/// All rows of the table. `X` is called with each.
 #define BRN_PROPERTY_TYPES(X)                                                                      \
     X(UTF16String, UTF16String, 1, 12, "ustring", "ustring", "")                                   \
     X(UTF8String, UTF8String, 2, 13, "string", "string", "")                                       \
@@ -35,20 +37,22 @@ enum PropListPropertyType : std::int32_t {
     kPropertyType_None = 0,      ///< there is no such property
     kPropertyType_PropList = 11, ///< a nested list
 #define BRN_ENUMERATORS(Name, T, inNumber, inArrayNumber, ...)                                     \
-    kPropertyType_##Name = inNumber, kPropertyType_##Name##Array = inArrayNumber,
+    kPropertyType_##Name = inNumber,                 /**< a single value */                        \
+        kPropertyType_##Name##Array = inArrayNumber, /**< an array of such values */
     BRN_PROPERTY_TYPES(BRN_ENUMERATORS)
 #undef BRN_ENUMERATORS
 };
 
 /// A row of the table.
 struct PropertyTypeRow {
-    PropListPropertyType scalar;
-    PropListPropertyType array;
+    PropListPropertyType scalar; ///< of a single value
+    PropListPropertyType array;  ///< of an array of such values
     std::string_view name;       ///< for people: "int32"
     std::string_view element;    ///< the name of its XML element: "int"
     std::string_view attributes; ///< what follows the name in the start tag
 };
 
+/// The table, in the order of the rows.
 inline constexpr PropertyTypeRow kPropertyTypes[] = {
 #define BRN_ROW(Name, T, inNumber, inArrayNumber, ...)                                             \
     {kPropertyType_##Name, kPropertyType_##Name##Array, __VA_ARGS__},
@@ -66,6 +70,7 @@ constexpr PropertyTypeRow const* FindPropertyType(PropListPropertyType inType) n
     return nullptr;
 }
 
+/// True for the type of an array. A nested list is none.
 constexpr bool IsArray(PropListPropertyType inType) noexcept {
     PropertyTypeRow const* const type = FindPropertyType(inType);
     return type != nullptr && type->array == inType;
@@ -77,10 +82,14 @@ template <typename T>
 struct PropertyTypeOf;
 
 #define BRN_TYPE_OF(Name, T, ...)                                                                  \
+    /** The numbers of this type. */                                                               \
     template <>                                                                                    \
     struct PropertyTypeOf<T> {                                                                     \
+        /** The type itself. */                                                                    \
         using Type = T;                                                                            \
+        /** The number of a single value. */                                                       \
         static constexpr PropListPropertyType kScalar = kPropertyType_##Name;                      \
+        /** The number of an array of such values. */                                              \
         static constexpr PropListPropertyType kArray = kPropertyType_##Name##Array;                \
     };
 BRN_PROPERTY_TYPES(BRN_TYPE_OF)

@@ -25,6 +25,7 @@ public:
     /// Accepts no more functions. Immediate functions that were accepted still run, even if one of
     /// them throws; delayed functions that are not due are released. Does not wait for the thread.
     virtual void Shutdown() = 0;
+    /// True from `Shutdown` on.
     virtual bool IsShutdown() = 0;
 
     /// Blocks until the thread has ended, which it does after `Shutdown`. Returns at once when

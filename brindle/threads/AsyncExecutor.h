@@ -20,6 +20,9 @@ namespace brindle::threads {
 /// In a forked child, the executors of the parent have no threads: they accept nothing,
 /// `IsShutdown` is true, other operations do nothing, and destroying them releases nothing, so the
 /// child can call `exit`. It may make executors of its own.
+///
+/// Beside the standard library: what `std::async` leaves open: on which threads, and in which
+/// order. `threads::Async` gives a `std::future`.
 class BRN_API AsyncExecutor {
 public:
     virtual ~AsyncExecutor();

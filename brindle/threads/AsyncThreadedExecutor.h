@@ -18,6 +18,8 @@ namespace brindle::threads {
 /// Immediate functions, those with a delay of 0, start in the order of posting and run in parallel.
 /// The executor shuts down when its last reference is
 /// released, on whatever thread that happens.
+///
+/// Beside the standard library: there is none; `std::async` may start a thread for each call.
 class BRN_API AsyncThreadedExecutor : public AsyncExecutor {
 public:
     /// Accepts no more functions. Immediate functions that were accepted still run; delayed
@@ -25,6 +27,7 @@ public:
     /// pool. Does not wait for the workers. Has no effect when called on a worker of this executor.
     /// Throws `std::bad_alloc` without having done anything.
     virtual void Shutdown() = 0;
+    /// True from `Shutdown` on.
     virtual bool IsShutdown() = 0;
 
     /// Blocks until every immediate function that was posted before has returned; after `Shutdown`,
@@ -35,6 +38,7 @@ public:
     /// Until `Resume`, each worker blocks before its next function. Functions that are running are
     /// not affected.
     virtual void Suspend() = 0;
+    /// Lets the workers go on after `Suspend`.
     virtual void Resume() = 0;
     /// Blocks while the executor is suspended, but no longer than until `Shutdown`.
     virtual void WaitUntilResumed() = 0;

@@ -15,10 +15,16 @@ namespace brindle::threads {
 ///
 /// A count of 0 throws `std::invalid_argument`. A lack of resources is reported through
 /// `config::ThrowError`, and throws `boost::thread_resource_error` if the report returns.
+///
+/// Beside the standard library: as C++20's `std::barrier` without a completion function; `Wait` is
+/// its `arrive_and_wait`.
 class BRN_API Barrier {
 public:
+    ///@{
+    /// The count is how many threads wait for each other. The name is kept for developers.
     explicit Barrier(unsigned int inCount);
     Barrier(std::string const& inName, unsigned int inCount);
+    ///@}
     /// These take the source's barrier, and copy its name. From then on the source may only be
     /// destroyed or assigned to. No thread may wait at either meanwhile.
     Barrier(Barrier& ioSource);

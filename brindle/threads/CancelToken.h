@@ -12,18 +12,22 @@
 namespace brindle::threads {
 
 /// Leaves work that was cancelled. See `CancelToken::ThrowIfCancelled`.
+///
+/// Beside the standard library: there is none; code that asks a `std::stop_token` returns instead.
 class BRN_API cancelled_exception : public std::exception {
 public:
-    char const* what() const noexcept override;
+    char const* what() const noexcept override; ///< in English, for developers
 };
 
 /// Tells work that it is no longer wanted. Any thread may ask at any time; tokens are copied freely
-/// and may outlive what they came from. It does what `std::stop_token` of C++20 does. A token that
-/// was default-constructed is never cancelled.
+/// and may outlive what they came from. A token that was default-constructed is never cancelled.
+///
+/// Beside the standard library: as C++20's `std::stop_token`, without callbacks.
 class CancelToken {
 public:
     CancelToken() = default;
 
+    /// True from `Cancel` on, for ever. What the thread that cancelled did before is visible then.
     bool IsCancelled() const noexcept {
         return mIsCancelled != nullptr && mIsCancelled->load(std::memory_order_acquire);
     }
@@ -51,12 +55,17 @@ private:
 ///
 /// Any thread may call any operation. What a thread did before `Cancel` is visible to whoever finds
 /// the token cancelled.
+///
+/// Beside the standard library: as C++20's `std::stop_source`.
 class CancelSource {
 public:
     CancelSource() : mToken(boost::make_shared<std::atomic<bool>>(false)) {}
 
+    /// Cancels the work for good. Calling it again has no effect.
     void Cancel() noexcept { mToken.mIsCancelled->store(true, std::memory_order_release); }
+    /// Whether `Cancel` was called.
     bool IsCancelled() const noexcept { return mToken.IsCancelled(); }
+    /// A token for the work, as many as there are readers.
     CancelToken Token() const { return mToken; }
 
 private:

@@ -20,6 +20,9 @@ class ScopedLock;
 ///
 /// A lack of resources is reported through `config::ThrowError`, and throws
 /// `boost::thread_resource_error` if the report returns.
+///
+/// Beside the standard library: a `std::recursive_mutex` that is locked through
+/// `RecursiveMutexLock` alone, so that it is always unlocked again.
 class BRN_API RecursiveMutex {
 public:
     RecursiveMutex();
@@ -32,6 +35,7 @@ public:
     virtual ~RecursiveMutex();
 
 protected:
+    /// The mutex of Boost, which this object owns, for derived classes.
     boost::recursive_mutex* GetMutex() { return mMutex.get(); }
 
 private:

@@ -12,6 +12,8 @@ namespace brindle::threads {
 ///
 /// A failure is reported through `config::ThrowError`, and throws `boost::lock_error` or
 /// `boost::thread_resource_error` if the report returns.
+///
+/// Beside the standard library: as `std::unique_lock`, which cannot be unlocked before its end.
 template <typename Mutex, typename BoostMutex>
 class ScopedLock {
 public:
@@ -27,6 +29,7 @@ private:
     std::unique_ptr<Lock> mLock;
 };
 
+/// The lock of a `RecursiveMutex`; the thread that holds it may take another one.
 using RecursiveMutexLock = ScopedLock<RecursiveMutex, boost::recursive_mutex>;
 
 extern template class BRN_API ScopedLock<RecursiveMutex, boost::recursive_mutex>;

@@ -11,6 +11,8 @@ namespace brindle::threads {
 
 /// A handle to a `Barrier`, for copying into threads and work items: all copies refer to the same
 /// barrier, which exists as long as a handle does or a thread waits at it.
+///
+/// Beside the standard library: a `std::shared_ptr` to a barrier in one object.
 class BRN_API SyncPoint {
 public:
     /// As for `Barrier`: a count of 0 throws `std::invalid_argument`.

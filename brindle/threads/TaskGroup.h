@@ -98,6 +98,9 @@ private:
 ///
 /// The functions run on threads of the executor alone. The group keeps the executor. In a forked
 /// child, a group of the parent can only be destroyed, which does nothing.
+///
+/// Beside the standard library: a set of `std::future` that is waited for as a whole, whose
+/// destructor waits, and whose first exception cancels the rest.
 class BRN_API TaskGroup {
 public:
     /// Throws `std::invalid_argument` if there is no executor, and `std::bad_alloc`.
@@ -132,7 +135,10 @@ public:
     /// and `std::logic_error` if a function of the group calls it, which would wait for itself.
     void Wait();
 
+    /// Tells the functions of the group that they are not wanted: those that have not started are
+    /// not called, the others see it by `Token`.
     void Cancel() noexcept;
+    /// Whether `Cancel` was called, or a function has thrown.
     bool IsCancelled() const noexcept;
     /// For functions that take long, and for functions that they call.
     CancelToken Token() const;

@@ -10,7 +10,7 @@ namespace brindle::threads {
 /// function that it had accepted without calling it.
 class BRN_API task_refused_exception : public std::exception {
 public:
-    char const* what() const noexcept override;
+    char const* what() const noexcept override; ///< in English, for developers
 };
 
 } // namespace brindle::threads

@@ -24,6 +24,10 @@ BRN_API std::uint32_t GetCurrentThreadID();
 ///
 /// Failures are reported through `config::ThrowError`; if the report returns, a lack of resources
 /// throws `boost::thread_resource_error` and a failed lock `boost::lock_error`.
+///
+/// Beside the standard library: unlike `std::thread` it has a name, and destroying it while it runs
+/// detaches the thread instead of ending the process. It is transferred by a copy from an object
+/// that is not constant.
 class BRN_API Thread {
 public:
     /// Denotes the calling thread, for comparison. No thread is started, and it cannot be joined.
@@ -53,6 +57,7 @@ public:
     /// Whether both denote the same thread, whatever their names. A thread that has ended differs
     /// from one that was given the same id later.
     bool operator==(Thread const& inOther) const;
+    /// The opposite.
     bool operator!=(Thread const& inOther) const;
 
 protected:
@@ -60,6 +65,8 @@ protected:
     /// <boost/thread/thread.hpp>.
     Thread(std::string const& inName, boost::thread* inThread);
 
+    /// The thread of Boost, which this object owns with the groups that contain it; null if there
+    /// is none.
     boost::thread* GetThread() { return mThread.get(); }
 
 private:

@@ -15,8 +15,11 @@ namespace brindle::threads {
 ///
 /// The group shares the ownership of its threads with their `Thread` objects, so these may be
 /// transferred or destroyed before or after it.
+///
+/// Beside the standard library: as a vector of `std::thread` that are joined one after another.
 class BRN_API ThreadGroup {
 public:
+    /// A group without threads. Threads that the group creates are named after it.
     explicit ThreadGroup(std::string const& inName);
     /// These take the source's threads, and copy its name and count. From then on the source may
     /// only be destroyed or assigned to.

@@ -13,8 +13,10 @@ namespace brindle::time {
 ///     FrameRate const rate = kFrameRate_Film24;
 ///     TickTime const frame100(100, rate); // see TickTime.h
 ///
-/// A plain value, ordered and hashed as integers are; inserted into streams by
-/// brindle/time/TimeStreams.h. No operation reports an error.
+/// A plain value. No operation reports an error.
+///
+/// Beside the standard library: the period of a `std::chrono::duration`, known at run time; ordered
+/// and hashed as integers are, and inserted into streams by brindle/time/TimeStreams.h.
 class FrameRate {
 public:
     /// `kFrameRate_Zero`.
@@ -49,8 +51,10 @@ public:
                    : static_cast<double>(kTicksPerSecond) / static_cast<double>(mTicksPerFrame);
     }
 
+    /// The period. That of `kFrameRate_Zero` is the greatest 64-bit integer.
     constexpr std::int64_t GetTicksPerFrame() const noexcept { return mTicksPerFrame; }
 
+    /// Exact: rates are equal if their periods have the same number of ticks.
     constexpr bool operator==(FrameRate const& inRHS) const noexcept {
         return mTicksPerFrame == inRHS.mTicksPerFrame;
     }
@@ -84,6 +88,8 @@ private:
 /// No frames at all.
 inline constexpr FrameRate kFrameRate_Zero;
 
+///@{
+/// As many frames of video, or samples of audio, in a second as the name says.
 inline constexpr FrameRate kFrameRate_Video10 = FrameRate::Create(25401600000);
 inline constexpr FrameRate kFrameRate_Video12 = FrameRate::Create(21168000000);
 inline constexpr FrameRate kFrameRate_Video12_5 = FrameRate::Create(20321280000);
@@ -107,6 +113,7 @@ inline constexpr FrameRate kFrameRate_Audio48000 = FrameRate::Create(5292000);
 inline constexpr FrameRate kFrameRate_Audio88200 = FrameRate::Create(2880000);
 inline constexpr FrameRate kFrameRate_Audio96000 = FrameRate::Create(2646000);
 inline constexpr FrameRate kFrameRate_Audio192000 = FrameRate::Create(1323000);
+///@}
 
 } // namespace brindle::time
 

@@ -16,6 +16,7 @@ namespace brindle::time {
 /// other text.
 [[nodiscard]] BRN_API std::optional<FrameRate> FrameRateFromName(std::string_view inName);
 
+/// The member of `FrameRate`, which calls `FrameRateFromName`.
 template <typename Text>
 auto FrameRate::FromName(Text const& inName) {
     return FrameRateFromName(inName);
@@ -23,8 +24,8 @@ auto FrameRate::FromName(Text const& inName) {
 
 /// A rate under its usual name, which `FrameRate::FromName` takes.
 struct NamedFrameRate {
-    std::string name;
-    FrameRate rate;
+    std::string name; ///< such as "29.97"
+    FrameRate rate;   ///< exact, whatever the name rounds
 };
 
 inline bool operator==(NamedFrameRate const& inLHS, NamedFrameRate const& inRHS) noexcept {

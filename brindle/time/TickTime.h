@@ -34,10 +34,11 @@ using IfOtherInteger =
 /// passes one or asks for one. A conversion from a double to ticks truncates toward zero; a double
 /// that is out of range or not a number becomes the least 64-bit integer. A violated contract is
 /// reported through `debug::ViolateContract`; if that returns, a division by an integer zero leaves
-/// the time as it was.
+/// the time as it was. A plain value.
 ///
-/// A plain value. It meets `std::chrono::duration` in brindle/time/Chrono.h, is ordered and hashed
-/// as that is, but its period is fixed, and arithmetic with doubles is allowed.
+/// Beside the standard library: both a duration and a time point of `std::chrono`, with an integer
+/// tick; `ToChrono` and `FromChrono` (brindle/time/Chrono.h) convert. Ordered and hashed as
+/// integers are.
 class TickTime {
 public:
     constexpr TickTime() noexcept = default;
@@ -53,10 +54,12 @@ public:
         mTicks = impl::Product(inFrameRate.GetTicksPerFrame(), inFrames);
     }
 
+    /// The time of exactly this count, for values that were stored as ticks.
     static constexpr TickTime TicksToTickTime(std::int64_t inTicks) noexcept {
         return TickTime(Ticks{inTicks});
     }
 
+    /// The count, for storing the time. A second has `kTicksPerSecond` of them.
     constexpr std::int64_t GetTicks() const noexcept { return mTicks; }
 
     /// Moves by `inFrames` frames of `inFrameRate`.
@@ -117,6 +120,7 @@ public:
                                  impl::Quotient(mTicks, static_cast<std::int64_t>(inFrameCount)));
     }
 
+    /// Exact comparisons of the counts of ticks.
     constexpr bool operator==(TickTime const& inRHS) const noexcept {
         return mTicks == inRHS.mTicks;
     }
@@ -132,6 +136,7 @@ public:
         return mTicks >= inRHS.mTicks;
     }
 
+    /// Exact sums and differences; what exceeds 64 bits wraps.
     constexpr TickTime& operator+=(TickTime const& inRHS) noexcept {
         mTicks = impl::Sum(mTicks, inRHS.mTicks);
         return *this;
@@ -156,6 +161,8 @@ public:
         return *this;
     }
 
+    /// Multiplications by an integer are exact, and wrap at 64 bits. With a double the product is
+    /// computed in doubles and truncated toward zero.
     constexpr TickTime& operator*=(std::int32_t inValue) noexcept {
         mTicks = impl::Product(mTicks, inValue);
         return *this;
@@ -250,11 +257,12 @@ private:
     std::int64_t mTicks = 0;
 };
 
-inline constexpr TickTime kTickTime_Zero;
+inline constexpr TickTime kTickTime_Zero; ///< the start, and the duration of nothing
 
 /// One hundred hours. This and the next two are conventions for clients: no operation tests against
 /// them, clamps to them or treats the invalid time in a special way.
 inline constexpr TickTime kTickTime_Max = TickTime::TicksToTickTime(91445760000000000);
+/// One hundred hours before 0.
 inline constexpr TickTime kTickTime_Min = TickTime::TicksToTickTime(-91445760000000000);
 /// Below `kTickTime_Min`.
 inline constexpr TickTime kTickTime_Invalid = TickTime::TicksToTickTime(-101606400000000000);

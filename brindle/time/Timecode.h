@@ -21,7 +21,7 @@ enum class FrameCounting : std::uint8_t {
 
 /// Why a text is not a timecode.
 enum class TimecodeFault : std::uint8_t {
-    kNone,
+    kNone,          ///< it is a timecode
     kForm,          ///< not in the form that `TimecodeFormat` describes
     kMinutes,       ///< over 59
     kSeconds,       ///< over 59
@@ -33,7 +33,7 @@ enum class TimecodeFault : std::uint8_t {
 
 /// The result of reading a timecode: the start of its frame, or why there is none.
 struct TimecodeReading {
-    TimecodeFault fault = TimecodeFault::kNone;
+    TimecodeFault fault = TimecodeFault::kNone; ///< `kNone` if the text was a timecode
     /// 0 if there is a fault.
     TickTime time;
 };

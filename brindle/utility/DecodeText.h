@@ -10,15 +10,16 @@ namespace brindle::utility {
 
 /// The encodings that `DecodeText` reads.
 enum class TextEncoding : std::uint8_t {
-    kUTF8,
-    kUTF16LittleEndian,
-    kUTF16BigEndian,
-    kLatin1 ///< each byte is the code point of its value; only as a fall-back
+    kUTF8,              ///< also ASCII
+    kUTF16LittleEndian, ///< the low byte of a unit first
+    kUTF16BigEndian,    ///< the high byte of a unit first
+    kLatin1             ///< each byte is the code point of its value; only as a fall-back
 };
 
 /// What `DecodeText` found.
 struct TextReport {
-    TextEncoding encoding = TextEncoding::kUTF8;
+    TextEncoding encoding = TextEncoding::kUTF8; ///< in which the text was decoded
+    /// True if a mark at the beginning told the encoding; it is not in the text.
     bool hasByteOrderMark = false;
     std::size_t replacedCount = 0; ///< how many U+FFFD stand for something malformed
     std::size_t firstReplaced = 0; ///< where the first of them is, in units of the result

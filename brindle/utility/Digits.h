@@ -30,10 +30,12 @@ constexpr std::uint32_t HexDigitValue(std::uint8_t inByte) noexcept {
     return kHexDigitValues[inByte];
 }
 
+/// For a `char`, as the unsigned byte that it is.
 constexpr std::uint32_t HexDigitValue(char inCharacter) noexcept {
     return HexDigitValue(static_cast<std::uint8_t>(inCharacter));
 }
 
+/// For a unit of UTF-16; one above 0xFF is no digit.
 constexpr std::uint32_t HexDigitValue(std::uint16_t inUnit) noexcept {
     return kHexDigitValues[inUnit & 0xFF] | (inUnit & 0xFF00U);
 }

@@ -25,7 +25,8 @@ namespace utility {
 /// with digits of either case. Any other text is reported through `config::ThrowError`; if that
 /// returns, the Guid is all zero.
 ///
-/// A plain value with a whole order and a hash, so that it is a key of every standard container.
+/// Beside the standard library: there is none. It has a whole order and a hash, so that it is a key
+/// of every container, and is written to streams as other values are.
 class BRN_API Guid {
 public:
     /// All zero.
@@ -56,6 +57,8 @@ public:
     /// The text form. Only the allocator can throw.
     [[nodiscard]] UTF16String AsString() const;
 
+    /// Splits the value into the four groups of the platform's structure: a 32-bit number, two
+    /// 16-bit numbers and eight bytes.
     static constexpr void GuidToComponents(Guid const& inGuid, std::uint32_t& out1,
                                            std::uint16_t& out2, std::uint16_t& out3,
                                            std::uint8_t& out4, std::uint8_t& out5,
@@ -75,6 +78,7 @@ private:
     _GUID mValue{};
 };
 
+/// Compares all 16 bytes.
 constexpr bool operator==(Guid const& inLHS, Guid const& inRHS) noexcept {
     _GUID const& lhs = inLHS.GetGUID();
     _GUID const& rhs = inRHS.GetGUID();
@@ -123,6 +127,7 @@ constexpr bool operator<(Guid const& inLHS, Guid const& inRHS) noexcept {
                : impl::SignedLittleEndian(lhs.Data4 + 4) < impl::SignedLittleEndian(rhs.Data4 + 4);
 }
 
+/// The reverse of `<`.
 constexpr bool operator>(Guid const& inLHS, Guid const& inRHS) noexcept {
     return inRHS < inLHS;
 }

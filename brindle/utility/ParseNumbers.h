@@ -17,7 +17,10 @@ namespace brindle::utility {
 
 /// How a number is written: with "." before the fraction and without separators of groups, or as
 /// the user writes it, by the separators of the user's locale.
-enum class NumberForm : std::uint8_t { kNeutral, kUser };
+enum class NumberForm : std::uint8_t {
+    kNeutral, ///< the same everywhere, for program logic and files
+    kUser     ///< by the user's locale, for fields and labels
+};
 
 /// An optional sign and decimal digits. Nothing if there is anything else, or if the number does
 /// not fit.

@@ -14,6 +14,7 @@ class File;
 
 namespace brindle::utility {
 
+/// The same point in the platform's structure, and back; nothing is lost.
 BRN_API tagPOINT BRNtoWIN(geom::PointT<std::int32_t> const& inPoint) noexcept;
 BRN_API geom::PointT<std::int32_t> WINtoBRN(tagPOINT const& inPoint) noexcept;
 

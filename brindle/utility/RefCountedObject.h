@@ -16,14 +16,21 @@ namespace brindle::utility {
 /// deletes the object. Counting is atomic, so pointers to one object may be copied and destroyed on
 /// any thread; what a thread did to the object before it released its pointer is visible to the
 /// destructor.
+///
+/// Beside the standard library: unlike with `std::shared_ptr` the count is in the object, so a
+/// plain pointer can become an owning one at any time, and there are no weak pointers.
 class BRN_API RefCountedObject {
 public:
     RefCountedObject() noexcept = default;
+    /// A copy is another object, with a count of its own that starts at 0; an assignment leaves
+    /// both counts as they are.
     RefCountedObject(RefCountedObject const&) noexcept {}
     RefCountedObject& operator=(RefCountedObject const&) noexcept { return *this; }
     virtual ~RefCountedObject();
 
+    /// Adds a reference. An `intrusive_ptr` does this by itself.
     void AddRef() const noexcept { mRefCount.fetch_add(1, std::memory_order_relaxed); }
+    /// Takes a reference away, and deletes the object with the last one unless it is kept.
     void Release() const noexcept;
 
 protected:
@@ -39,6 +46,8 @@ private:
     bool mIsKept = false;
 };
 
+///@{
+/// What `boost::intrusive_ptr` calls.
 inline void intrusive_ptr_add_ref(RefCountedObject const* inObject) noexcept {
     inObject->AddRef();
 }
@@ -46,5 +55,6 @@ inline void intrusive_ptr_add_ref(RefCountedObject const* inObject) noexcept {
 inline void intrusive_ptr_release(RefCountedObject const* inObject) noexcept {
     inObject->Release();
 }
+///@}
 
 } // namespace brindle::utility

@@ -39,6 +39,7 @@ struct Figures {
     std::uint64_t bytesInUse = 0;  ///< of these blocks
     std::uint64_t blocksHeld = 0;  ///< the capacity of the chunks
     std::uint64_t bytesHeld = 0;   ///< of the chunks
+    /// The pieces of memory that are divided into blocks of this size.
     std::uint64_t chunksHeld = 0;
 };
 

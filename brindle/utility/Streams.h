@@ -22,6 +22,7 @@ SetStreamBuffer(UTF16OutputStream& ioStream, std::basic_streambuf<std::uint16_t>
 /// 16-bit units.
 namespace streams {
 
+///@{
 /// Standard output and standard error for text:
 ///
 ///     utility::streams::TextOut << u"caf\u00E9 "_utf16 << 3 << '\n';
@@ -30,6 +31,7 @@ namespace streams {
 /// streams are used; flushing flushes the standard stream.
 BRN_API extern UTF16OutputStream& TextOut;
 BRN_API extern UTF16OutputStream& TextErr;
+///@}
 
 /// Standard output in lines of at most 255 units, for developers: each flush ends a line, and so
 /// does every 255th unit, which may split a surrogate pair. See `debug::UTF16StdOutStreamBuffer`.

@@ -5,11 +5,13 @@
 
 #include <cstdint>
 
-// Functions on UTF-16 text. All accept any text, well-formed or not, all may be called on any
-// thread, and only the allocator can throw. Several arguments may be one and the same object.
+/// @file
+/// Functions on UTF-16 text. All accept any text, well-formed or not, all may be called on any
+/// thread, and only the allocator can throw. Several arguments may be one and the same object.
 
 namespace brindle::utility {
 
+/// How the lines of a text end.
 enum LineEndingType : std::int32_t {
     kLineEnding_CRLF = 0, ///< U+000D U+000A
     kLineEnding_CR = 1,   ///< U+000D

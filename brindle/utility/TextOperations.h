@@ -23,6 +23,8 @@ namespace brindle::utility {
 /// The words of the text: what is between white space.
 [[nodiscard]] BRN_API std::vector<UTF16String> Words(UTF16String const& inText);
 
+/// Compare unit by unit, without regard to canonical equivalence. Every text starts and ends with
+/// the empty one.
 [[nodiscard]] BRN_API bool StartsWith(UTF16String const& inText,
                                       UTF16String const& inStart) noexcept;
 [[nodiscard]] BRN_API bool EndsWith(UTF16String const& inText, UTF16String const& inEnd) noexcept;
@@ -37,7 +39,11 @@ namespace brindle::utility {
 [[nodiscard]] BRN_API int CompareNatural(UTF16String const& inLeft, UTF16String const& inRight);
 
 /// Orders a container by `CompareNatural`.
+///
+/// Beside the standard library: a comparison for `std::map`, `std::set` and `std::sort`, as
+/// `std::less` is.
 struct NaturalLess {
+    /// The order of `CompareNatural`.
     [[nodiscard]] bool operator()(UTF16String const& inLeft, UTF16String const& inRight) const {
         return CompareNatural(inLeft, inRight) < 0;
     }
@@ -47,6 +53,7 @@ struct NaturalLess {
 ///
 ///     std::unordered_map<UTF16String, Clip, utility::TextHash> clips;
 struct TextHash {
+    /// Equal texts have equal hashes within one run of a program; do not store them.
     [[nodiscard]] BRN_API std::size_t operator()(UTF16String const& inText) const noexcept;
     [[nodiscard]] BRN_API std::size_t operator()(UTF8String const& inText) const noexcept;
 };

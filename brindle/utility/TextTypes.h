@@ -14,8 +14,10 @@ namespace brindle {
 /// Text in UTF-16: one element is one code unit, so a surrogate pair is two elements. Units compare
 /// as unsigned numbers. There is no normalisation and no byte-order mark.
 ///
-/// A container as `std::string` is, ordered by its units; hashed by `utility::TextHash`, because
-/// the standard library has no hash for these units.
+/// Beside the standard library: `std::basic_string`, with all members and algorithms. It differs
+/// from `std::u16string` in its unit alone, compares and joins with `u"text"`, and converts by
+/// `utility::Utf16` and `utility::ToStdUtf16`. The standard library has no hash for these units;
+/// `utility::TextHash` is one.
 using UTF16String = std::basic_string<std::uint16_t>;
 
 /// Text in UTF-8: one element is one byte. Streams, XML and files take text in this form. Ordered

@@ -7,7 +7,7 @@ namespace brindle::utility {
 
 /// The first sequence of a UTF-8 text.
 struct UTF8Sequence {
-    char32_t value = 0;
+    char32_t value = 0;       ///< the code point, 0 if there is none
     std::uint32_t length = 0; ///< in bytes; 0 if the sequence is malformed or incomplete
 };
 

@@ -9,12 +9,13 @@
 #include <string_view>
 #include <utility>
 
-// On streams of 16-bit units and of bytes the standard templates would insert a literal without its
-// suffix as an address or as a number. With these functions it is either inserted as text or does
-// not compile.
-//
-// They are in namespace std because in the middle of a chain, where the static type is
-// `std::basic_ostream<std::uint16_t>`, no other namespace is searched.
+/// @file
+/// On streams of 16-bit units and of bytes the standard templates would insert a literal without
+/// its suffix as an address or as a number. With these functions it is either inserted as text or
+/// does not compile.
+///
+/// They are in namespace std because in the middle of a chain, where the static type is
+/// `std::basic_ostream<std::uint16_t>`, no other namespace is searched.
 
 namespace brindle::utility::impl {
 

@@ -7,14 +7,15 @@
 
 #include <memory>
 
-// The parser factory of the process. The library installs none: the host does at start-up, before
-// other threads use it.
-//
-//     std::unique_ptr<xml::DocParserFactory> factory = std::make_unique<xml::ExpatParserFactory>();
-//     xml::SetParserFactory(factory);
-//
-// Any thread may call `GetParser` and `Initialized`, but none may be in `GetParser` while the
-// factory is exchanged.
+/// @file
+/// The parser factory of the process. The library installs none: the host does at start-up, before
+/// other threads use it.
+///
+///     std::unique_ptr<xml::DocParserFactory> factory =
+///     std::make_unique<xml::ExpatParserFactory>(); xml::SetParserFactory(factory);
+///
+/// Any thread may call `GetParser` and `Initialized`, but none may be in `GetParser` while the
+/// factory is exchanged.
 
 namespace brindle::xml {
 
