@@ -97,10 +97,10 @@ namespace std {
 
 #define BRN_UNIT_FACET(FACET, INTERFACE, UNIT)                                                     \
     template <>                                                                                    \
-    class BRN_API FACET<UNIT> : public brindle::utility::impl::INTERFACE<UNIT> {                   \
+    class FACET<UNIT> : public brindle::utility::impl::INTERFACE<UNIT> {                           \
     public:                                                                                        \
         explicit FACET(size_t inReferences = 0) : INTERFACE(inReferences) {}                       \
-        static locale::id id;                                                                      \
+        BRN_API static locale::id id;                                                              \
                                                                                                    \
     protected:                                                                                     \
         ~FACET() override = default;                                                               \
