@@ -4,6 +4,7 @@
 set(oldest_GNU 12)
 set(oldest_Clang 14)
 set(oldest_libstdcxx 12)
+set(oldest_libcxx 14)
 
 if(NOT CMAKE_SIZEOF_VOID_P EQUAL 8)
   message(FATAL_ERROR "brindle needs a 64-bit target")
@@ -17,14 +18,19 @@ if(NOT CMAKE_SCRIPT_MODE_FILE)
   include(CheckCXXSourceCompiles)
   # What is not defined counts as 0.
   check_cxx_source_compiles("#include <string>
-#if _GLIBCXX_RELEASE < ${oldest_libstdcxx}
+#if _GLIBCXX_RELEASE < ${oldest_libstdcxx} && _LIBCPP_VERSION < ${oldest_libcxx}000
 #error
 #endif
 int main() {}" brindle_has_standard_library)
   if(NOT brindle_has_standard_library)
-    message(FATAL_ERROR
-      "brindle needs libstdc++ ${oldest_libstdcxx} or later as the standard library")
+    message(FATAL_ERROR "brindle needs libstdc++ ${oldest_libstdcxx} or libc++ ${oldest_libcxx}, or later, "
+      "as the standard library")
   endif()
+  check_cxx_source_compiles("#include <string>
+#ifndef _LIBCPP_VERSION
+#error
+#endif
+int main() {}" brindle_uses_libcxx)
   check_cxx_source_compiles("#include <string>
 #if __linux__ && !__GLIBC__
 #error

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <brindle/Export.h>
+#include <brindle/utility/UnitTraits.h>
 
 #include <cstddef>
 #include <cstdint>

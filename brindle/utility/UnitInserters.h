@@ -2,6 +2,7 @@
 
 #include <brindle/Export.h>
 #include <brindle/utility/TextTypes.h>
+#include <brindle/utility/UnitFacets.h>
 
 #include <iomanip>
 #include <istream>
@@ -17,6 +18,8 @@
 /// They are in namespace std because in the middle of a chain, where the static type is
 /// `std::basic_ostream<std::uint16_t>`, no other namespace is searched.
 
+#ifdef __GLIBCXX__ // in libc++ the standard's own operators do it
+
 namespace brindle::utility::impl {
 
 /// What `std::quoted` returns for the forms of 16-bit text.
@@ -28,17 +31,6 @@ using QuotedVariable = decltype(std::quoted(std::declval<UTF16String&>()));
 } // namespace brindle::utility::impl
 
 namespace std {
-
-/// Inserts one unit.
-template <>
-BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
-                                                 char inCharacter);
-BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
-                                                 char16_t inUnit);
-
-/// Inserts NUL-terminated UTF-16. A null pointer makes the stream bad.
-BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
-                                                 char16_t const* inText);
 
 /// Insert and extract `std::quoted` text. A field width applies to the text with its quotation
 /// marks.
@@ -56,6 +48,23 @@ operator<<(basic_ostream<std::uint16_t>& ioStream,
 BRN_API basic_istream<std::uint16_t>&
 operator>>(basic_istream<std::uint16_t>& ioStream,
            brindle::utility::impl::QuotedVariable const& outText);
+
+} // namespace std
+
+#endif
+
+namespace std {
+
+/// Inserts one unit.
+template <>
+BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
+                                                 char inCharacter);
+BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
+                                                 char16_t inUnit);
+
+/// Inserts NUL-terminated UTF-16. A null pointer makes the stream bad.
+BRN_API basic_ostream<std::uint16_t>& operator<<(basic_ostream<std::uint16_t>& ioStream,
+                                                 char16_t const* inText);
 
 /// Insert text of the other type and of the standard library, converted as by `utility::Utf16` and
 /// `utility::Utf8`.

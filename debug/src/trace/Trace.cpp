@@ -1,7 +1,8 @@
 #include <brindle/debug/Trace.h>
 
+#include "platform/Process.h"
+
 #include <brindle/console/ConsoleLogFile.h>
-#include <brindle/threads/Thread.h>
 #include <brindle/utility/Unicode.h>
 
 #include <atomic>
@@ -67,7 +68,7 @@ void Trace(char const* inText) {
 
 void TraceMessage(UTF8String const& inCategory, std::int32_t inVolume, char const* inText) {
     UTF8String line;
-    AppendPiece(line, Decimal(threads::GetCurrentThreadID()));
+    AppendPiece(line, Decimal(platform::ThreadId()));
     AppendPiece(line, inCategory.c_str());
     AppendPiece(line, Decimal(inVolume));
     line += utility::AsciiToUTF8Impl(inText != nullptr ? inText : "");

@@ -1,11 +1,12 @@
 #include "proplist/src/document/NumberText.h"
 
+#include "utility/src/base/FromChars.h"
+
 #include <brindle/proplist/PropertyTypes.h>
 #include <brindle/utility/StringStreams.h>
 
 #include <brindle/utility/Digits.h>
 
-#include <charconv>
 #include <locale>
 #include <optional>
 #include <system_error>
@@ -17,7 +18,7 @@ namespace {
 /// Reads the texts that the writer makes. Returns nothing for any other text, which is left to a
 /// stream.
 template <typename T>
-std::optional<T> ReadPlain(UTF16String const& inText) noexcept {
+std::optional<T> ReadPlain(UTF16String const& inText) {
     char text[32];
     std::size_t const length = inText.size();
     if (length > sizeof text) {
@@ -35,7 +36,7 @@ std::optional<T> ReadPlain(UTF16String const& inText) noexcept {
         return std::nullopt;
     }
     T number;
-    auto const result = std::from_chars(text, text + length, number);
+    auto const result = utility::FromChars(text, text + length, number);
     if (result.ec != std::errc() || result.ptr != text + length) {
         return std::nullopt;
     }

@@ -2,6 +2,7 @@
 
 #include <brindle/utility/StringUtils.h>
 
+#include "utility/src/base/FromChars.h"
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
 #include <brindle/utility/Digits.h>
@@ -210,7 +211,7 @@ double ReadNumber(std::uint16_t const* inBegin, std::uint16_t const* inEnd,
     double value = 0.0;
     if (hasDigits) {
         // Leaves `value` alone if the number is out of range in either direction.
-        std::from_chars(text.data(), text.data() + text.size(), value);
+        FromChars(text.data(), text.data() + text.size(), value);
     }
     return value;
 }

@@ -1,5 +1,6 @@
 #include <brindle/utility/ParseNumbers.h>
 
+#include "utility/src/base/FromChars.h"
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
 
@@ -7,7 +8,6 @@
 #include <brindle/utility/TextOperations.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 
 namespace brindle::utility {
@@ -35,10 +35,10 @@ std::string WithoutSeparators(std::string const& inText) {
 
 /// The number that is the whole text.
 template <typename Number>
-std::optional<Number> FromChars(std::string const& inText) {
+std::optional<Number> WholeText(std::string const& inText) {
     Number number{};
     auto const* const end = inText.data() + inText.size();
-    auto const result = std::from_chars(inText.data(), end, number);
+    auto const result = utility::FromChars(inText.data(), end, number);
     bool const isWhole = result.ec == std::errc() && result.ptr == end;
     return isWhole ? std::make_optional(number) : std::nullopt;
 }
@@ -66,7 +66,7 @@ std::string InNeutralASCII(UTF16String const& inText,
 std::optional<double> WholeNumber(std::string inText, bool inIsGrouped) {
     // Neither a sign nor "inf" or "nan".
     bool const isNumber = !inText.empty() && (IsDigit(inText[0]) || inText[0] == '.');
-    return isNumber ? FromChars<double>(inIsGrouped ? WithoutSeparators(inText) : inText)
+    return isNumber ? WholeText<double>(inIsGrouped ? WithoutSeparators(inText) : inText)
                     : std::nullopt;
 }
 
@@ -81,7 +81,7 @@ std::optional<std::int64_t> ParseInteger(UTF16String const& inText, NumberForm i
     }
     // A minus belongs to the number, for the least one has no positive counterpart.
     bool const isSigned = text.size() > 1 && text[0] == '+' && IsDigit(text[1]);
-    return FromChars<std::int64_t>(text.erase(0, isSigned ? 1 : 0));
+    return WholeText<std::int64_t>(text.erase(0, isSigned ? 1 : 0));
 }
 
 std::optional<double> ParseNumber(UTF16String const& inText, NumberForm inForm) {

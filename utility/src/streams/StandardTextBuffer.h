@@ -1,5 +1,7 @@
 #pragma once
 
+#include <brindle/utility/UnitTraits.h>
+
 #include <cstdint>
 #include <ostream>
 #include <streambuf>

@@ -10,11 +10,18 @@
 #include <memory>
 #include <typeinfo>
 
+#ifdef _LIBCPP_VERSION
+namespace std {
+locale::id ctype<uint16_t>::id;
+locale::id ctype<uint8_t>::id;
+locale::id numpunct<uint16_t>::id;
+locale::id numpunct<uint8_t>::id;
+} // namespace std
+#endif
+
 namespace brindle::utility {
 
 namespace {
-
-using Extensions = std::__use_cache<LocaleExtension>;
 
 /// The facet that exactly this locale has, or null.
 template <typename Facet>
@@ -79,7 +86,7 @@ void AddFacets(std::locale& ioLocale) {
 } // namespace
 
 std::locale WithTextFacets(std::locale const& inBase) {
-    if (LocaleExtension const* const known = Extensions::Find(inBase)) {
+    if (LocaleExtension const* const known = LocaleExtensions::Find(inBase)) {
         return known->Extended();
     }
     std::locale extended = inBase;
@@ -88,7 +95,7 @@ std::locale WithTextFacets(std::locale const& inBase) {
     if (extended == inBase) {
         return inBase; // it has all facets already, and must not own itself
     }
-    return Extensions::Attach(inBase, new LocaleExtension(extended)).Extended();
+    return LocaleExtensions::Attach(inBase, new LocaleExtension(extended));
 }
 
 } // namespace brindle::utility

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <brindle/utility/UnitFacets.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <locale>
+
+#ifdef __GLIBCXX__
 
 namespace std {
 
@@ -75,6 +79,8 @@ Unit const* ctype<Unit>::do_narrow(Unit const*, Unit const* inEnd, char, char*) 
 }
 
 } // namespace std
+
+#endif
 
 namespace brindle::utility {
 

@@ -13,6 +13,8 @@ using Units = std::basic_string_view<std::uint16_t>;
 using OutStream = std::basic_ostream<std::uint16_t>;
 using InStream = std::basic_istream<std::uint16_t>;
 
+#ifdef __GLIBCXX__
+
 template <typename Quoted>
 OutStream& Insert(OutStream& ioStream, Quoted const& inQuoted) {
     UTF16String text(1, inQuoted._M_delim);
@@ -47,6 +49,8 @@ InStream& Extract(InStream& ioStream, UTF16String& outText, std::uint16_t inDeli
     }
     return ioStream;
 }
+
+#endif
 
 } // namespace
 
@@ -98,6 +102,8 @@ basic_ostream<uint8_t>& operator<<(basic_ostream<uint8_t>& ioStream, string_view
     return ioStream << brindle::utility::Utf8(inText);
 }
 
+#ifdef __GLIBCXX__
+
 basic_ostream<uint16_t>& operator<<(basic_ostream<uint16_t>& ioStream,
                                     QuotedPointer const& inText) {
     return Insert(ioStream, inText);
@@ -120,5 +126,7 @@ basic_istream<uint16_t>& operator>>(basic_istream<uint16_t>& ioStream,
                                     QuotedVariable const& outText) {
     return Extract(ioStream, outText._M_string, outText._M_delim, outText._M_escape);
 }
+
+#endif
 
 } // namespace std

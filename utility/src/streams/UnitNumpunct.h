@@ -5,6 +5,8 @@
 #include <locale>
 #include <string>
 
+#ifdef __GLIBCXX__
+
 namespace std {
 
 // Undefined in the standard library, as for `std::ctype`; but these two are called.
@@ -16,6 +18,8 @@ template <typename Unit>
 void numpunct<Unit>::_M_initialize_numpunct(__c_locale) {}
 
 } // namespace std
+
+#endif
 
 namespace brindle::utility {
 

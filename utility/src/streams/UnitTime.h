@@ -4,13 +4,50 @@
 
 #include <ctime>
 #include <locale>
+#include <string>
+
+#ifdef _LIBCPP_VERSION
+
+namespace brindle::utility {
+
+template <typename Unit>
+std::basic_string<Unit> const& NoText() {
+    static std::basic_string<Unit> const none;
+    return none;
+}
+
+} // namespace brindle::utility
+
+#endif
 
 namespace std {
 
-// Undefined in the standard library, as for `std::ctype`. `UnitTimePut` never calls it.
+// Undefined in the standard libraries for units, as `std::ctype` is. The classes below override
+// what would call these definitions.
+
+#ifdef __GLIBCXX__
 
 template <typename Unit>
 void __timepunct<Unit>::_M_put(Unit*, size_t, Unit const*, tm const*) const throw() {}
+
+#else
+
+#define BRN_NO_TIME_TEXT(NAME, RESULT, VALUE)                                                      \
+    template <typename Unit>                                                                       \
+    typename __time_get_c_storage<Unit>::string_type const RESULT                                  \
+    __time_get_c_storage<Unit>::NAME() const {                                                     \
+        return VALUE;                                                                              \
+    }
+BRN_NO_TIME_TEXT(__weeks, *, nullptr)
+BRN_NO_TIME_TEXT(__months, *, nullptr)
+BRN_NO_TIME_TEXT(__am_pm, *, nullptr)
+BRN_NO_TIME_TEXT(__c, &, brindle::utility::NoText<Unit>())
+BRN_NO_TIME_TEXT(__r, &, brindle::utility::NoText<Unit>())
+BRN_NO_TIME_TEXT(__x, &, brindle::utility::NoText<Unit>())
+BRN_NO_TIME_TEXT(__X, &, brindle::utility::NoText<Unit>())
+#undef BRN_NO_TIME_TEXT
+
+#endif
 
 } // namespace std
 
