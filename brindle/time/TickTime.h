@@ -195,6 +195,7 @@ public:
     [[nodiscard]] constexpr TickTime operator*(Integer inValue) const noexcept {
         return TickTime(*this) *= inValue;
     }
+    /// As `inTime * inValue`, for every type of numbers.
     template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number>, int> = 0>
     [[nodiscard]] friend constexpr TickTime operator*(Number inValue,
                                                       TickTime const& inTime) noexcept {

@@ -41,7 +41,7 @@ class Names:
             if f"{scope}::{name}" in self.places:
                 return self.places[f"{scope}::{name}"]
             scope = scope.rpartition("::")[0]
-        if not re.match("[A-Z]|k[A-Z]", name) and "::" not in name:
+        if not re.match("[A-Z]|k[A-Z]", name) and "::" not in name and "_" not in name:
             return None  # elsewhere it is likely to be a word
         found = [full for full in self.full.get(name.split("::")[-1], []) if f"::{full}".endswith(f"::{name}")]
         return self.places[found[0]] if len(found) == 1 else None
