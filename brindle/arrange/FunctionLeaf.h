@@ -29,6 +29,7 @@ struct Extent {
     bool isExpandable = false; ///< whether the leaf takes more than the best size if there is space
 };
 
+/// Compares all fields.
 constexpr bool operator==(Extent const& inLHS, Extent const& inRHS) noexcept {
     return inLHS.minimum == inRHS.minimum && inLHS.best == inRHS.best &&
            inLHS.maximum == inRHS.maximum && inLHS.isExpandable == inRHS.isExpandable;
@@ -60,6 +61,7 @@ struct LeafSizes {
     Extent height; ///< along y
 };
 
+/// Compares all fields.
 constexpr bool operator==(LeafSizes const& inLHS, LeafSizes const& inRHS) noexcept {
     return inLHS.width == inRHS.width && inLHS.height == inRHS.height;
 }

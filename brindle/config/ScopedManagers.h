@@ -31,7 +31,9 @@ private:
     Manager* const mFormer;
 };
 
+/// Installs an error manager for a scope.
 using ScopedErrorManager = ScopedInstallation<ErrorManager>;
+/// Installs a localiser for a scope.
 using ScopedLocalizer = ScopedInstallation<Localizer>;
 
 } // namespace brindle::config

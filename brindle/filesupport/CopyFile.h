@@ -34,6 +34,7 @@ struct CopyResult {
     std::uint32_t crc = 0;   ///< of these bytes, if that was asked for
 };
 
+/// Compares all fields.
 constexpr bool operator==(CopyResult const& inLHS, CopyResult const& inRHS) noexcept {
     return inLHS.isComplete == inRHS.isComplete && inLHS.size == inRHS.size &&
            inLHS.crc == inRHS.crc;

@@ -75,11 +75,14 @@ private:
 /// (brindle/filesupport/Listings.h) make ranges.
 class BRN_API Dir::DirIterator {
 public:
+    ///@{
+    /// What `std::iterator_traits` asks for.
     using iterator_category = std::input_iterator_tag;
     using value_type = Dir;
     using difference_type = std::ptrdiff_t;
     using pointer = impl::Pointed<Dir>;
     using reference = Dir;
+    ///@}
 
     DirIterator() = default;
     /// Begins at the position of the helper.
@@ -88,6 +91,7 @@ public:
     /// The current directory, a new object at each call; an empty one at the end.
     Dir operator*() const { return mHelper ? Dir(mHelper->CurrentPath()) : Dir(); }
 
+    /// The same, for a member of it; the object lives until the end of the expression.
     pointer operator->() const { return pointer(**this); }
 
     /// Advances; at the end it stays there.
@@ -115,11 +119,14 @@ private:
 /// (brindle/filesupport/Listings.h) makes a range.
 class BRN_API Dir::FileIterator {
 public:
+    ///@{
+    /// What `std::iterator_traits` asks for.
     using iterator_category = std::input_iterator_tag;
     using value_type = File;
     using difference_type = std::ptrdiff_t;
     using pointer = impl::Pointed<File>;
     using reference = File;
+    ///@}
 
     FileIterator() = default;
     /// Begins at the position of the helper.
@@ -128,6 +135,7 @@ public:
     /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return mHelper ? File(mHelper->CurrentPath()) : File(); }
 
+    /// The same, for a member of it; the object lives until the end of the expression.
     pointer operator->() const { return pointer(**this); }
 
     /// Advances; at the end it stays there.

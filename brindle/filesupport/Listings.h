@@ -18,15 +18,21 @@ namespace brindle::filesupport {
 template <typename Iterator>
 class Listing {
 public:
+    ///@{
+    /// What the standard library asks of a range.
     using iterator = Iterator;
     using const_iterator = Iterator;
     using value_type = typename Iterator::value_type;
+    ///@}
 
+    /// From an iterator and the end of its walk.
     Listing(Iterator inBegin, Iterator inEnd)
         : mBegin(std::move(inBegin)), mEnd(std::move(inEnd)) {}
 
+    /// The first element; past it, the end of the listing.
     Iterator begin() const { return mBegin; }
     Iterator end() const { return mEnd; }
+    /// Whether there is no element.
     [[nodiscard]] bool empty() const { return mBegin == mEnd; }
 
 private:

@@ -45,11 +45,14 @@ struct WalkOptions {
 /// (brindle/filesupport/Listings.h) makes a range.
 class BRN_API RecursiveFileIterator {
 public:
+    ///@{
+    /// What `std::iterator_traits` asks for.
     using iterator_category = std::input_iterator_tag;
     using value_type = File;
     using difference_type = std::ptrdiff_t;
     using pointer = impl::Pointed<File>;
     using reference = File;
+    ///@}
 
     /// The end of any walk.
     RecursiveFileIterator() = default;
@@ -59,6 +62,7 @@ public:
     RecursiveFileIterator(Dir const& inStart, bool inResolveAliases,
                           boost::function<void(Dir const&)> inUnreadable = {});
 
+    /// The same, without resolving shortcuts.
     explicit RecursiveFileIterator(Dir const& inStart) : RecursiveFileIterator(inStart, false) {}
 
     /// The same with options: `RecursiveFileIterator file(dir, options)`.
@@ -66,6 +70,7 @@ public:
 
     /// The current file, a new object at each call; an empty one at the end.
     File operator*() const { return *mFile; }
+    /// The same, for a member of it; the object lives until the end of the expression.
     pointer operator->() const { return pointer(**this); }
     /// The directory that holds the current file; empty at the end.
     Dir const& CurrentDir() const noexcept { return mCurrentDir; }

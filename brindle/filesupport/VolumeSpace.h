@@ -15,6 +15,7 @@ struct VolumeSpace {
     std::uint64_t total = 0;     ///< what the volume holds altogether
 };
 
+/// Compares all fields.
 constexpr bool operator==(VolumeSpace const& inLHS, VolumeSpace const& inRHS) noexcept {
     return inLHS.available == inRHS.available && inLHS.total == inRHS.total;
 }

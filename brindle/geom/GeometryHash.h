@@ -25,6 +25,7 @@ std::size_t HashOf(T inFirst, Rest... inRest) noexcept {
 /// Agrees with `==`.
 template <typename T>
 struct std::hash<brindle::geom::PointT<T>> {
+    /// Equal values have equal hashes.
     std::size_t operator()(brindle::geom::PointT<T> const& inPoint) const noexcept {
         return brindle::geom::impl::HashOf(inPoint.x, inPoint.y);
     }
@@ -33,6 +34,7 @@ struct std::hash<brindle::geom::PointT<T>> {
 /// Agrees with `==`.
 template <typename T>
 struct std::hash<brindle::geom::RectT<T>> {
+    /// Equal values have equal hashes.
     std::size_t operator()(brindle::geom::RectT<T> const& inRect) const noexcept {
         return brindle::geom::impl::HashOf(inRect.x, inRect.y, inRect.width, inRect.height);
     }

@@ -44,6 +44,7 @@ template <typename T>
 [[nodiscard]] BRN_API MatrixT<T> operator*(MatrixT<T> const& inLHS,
                                            MatrixT<T> const& inRHS) noexcept;
 
+/// Multiplies from the right.
 template <typename T>
 MatrixT<T>& operator*=(MatrixT<T>& ioLHS, MatrixT<T> const& inRHS) noexcept {
     return ioLHS = ioLHS * inRHS;

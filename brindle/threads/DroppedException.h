@@ -26,6 +26,7 @@ BRN_API DroppedExceptionHook SetDroppedExceptionHook(DroppedExceptionHook inHook
 ///     threads::ScopedDroppedExceptionHook const installed(&CountFailure);
 class ScopedDroppedExceptionHook {
 public:
+    /// Installs the hook; null removes any.
     explicit ScopedDroppedExceptionHook(DroppedExceptionHook inHook) noexcept
         : mFormer(SetDroppedExceptionHook(inHook)) {}
     ScopedDroppedExceptionHook(ScopedDroppedExceptionHook const&) = delete;

@@ -120,6 +120,7 @@ inline constexpr FrameRate kFrameRate_Audio192000 = FrameRate::Create(1323000);
 /// Agrees with `==`.
 template <>
 struct std::hash<brindle::time::FrameRate> {
+    /// Equal values have equal hashes.
     std::size_t operator()(brindle::time::FrameRate const& inRate) const noexcept {
         return brindle::time::impl::HashOf(inRate.GetTicksPerFrame());
     }

@@ -28,6 +28,7 @@ struct NamedFrameRate {
     FrameRate rate;   ///< exact, whatever the name rounds
 };
 
+/// Compares all fields.
 inline bool operator==(NamedFrameRate const& inLHS, NamedFrameRate const& inRHS) noexcept {
     return inLHS.name == inRHS.name && inLHS.rate == inRHS.rate;
 }

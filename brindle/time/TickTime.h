@@ -277,6 +277,7 @@ BRN_API std::basic_ostream<char>& operator<<(std::basic_ostream<char>& ioStream,
 /// Agrees with `==`.
 template <>
 struct std::hash<brindle::time::TickTime> {
+    /// Equal values have equal hashes.
     std::size_t operator()(brindle::time::TickTime const& inTime) const noexcept {
         return brindle::time::impl::HashOf(inTime.GetTicks());
     }

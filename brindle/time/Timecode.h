@@ -38,6 +38,7 @@ struct TimecodeReading {
     TickTime time;
 };
 
+/// Compares all fields.
 constexpr bool operator==(TimecodeReading const& inLHS, TimecodeReading const& inRHS) noexcept {
     return inLHS.fault == inRHS.fault && inLHS.time == inRHS.time;
 }

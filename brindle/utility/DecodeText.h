@@ -25,6 +25,7 @@ struct TextReport {
     std::size_t firstReplaced = 0; ///< where the first of them is, in units of the result
 };
 
+/// Compares all fields.
 constexpr bool operator==(TextReport const& inLHS, TextReport const& inRHS) noexcept {
     return inLHS.encoding == inRHS.encoding && inLHS.hasByteOrderMark == inRHS.hasByteOrderMark &&
            inLHS.replacedCount == inRHS.replacedCount && inLHS.firstReplaced == inRHS.firstReplaced;

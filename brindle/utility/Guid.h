@@ -165,6 +165,7 @@ BRN_API iUTF16StringStream& operator>>(iUTF16StringStream& ioStream, Guid& outGu
 /// Agrees with `==`.
 template <>
 struct std::hash<brindle::utility::Guid> {
+    /// Equal values have equal hashes.
     std::size_t operator()(brindle::utility::Guid const& inGuid) const noexcept {
         auto const& guid = inGuid.GetGUID();
         std::uint64_t mixed = std::uint64_t{guid.Data1} << 32 | std::uint64_t{guid.Data2} << 16 |

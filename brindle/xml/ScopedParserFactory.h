@@ -14,6 +14,7 @@ namespace brindle::xml {
 /// No thread may be in `GetParser` at either moment.
 class ScopedParserFactory {
 public:
+    /// Takes ownership of the factory; null installs none.
     explicit ScopedParserFactory(std::unique_ptr<DocParserFactory> inFactory) noexcept
         : mFormer(ExchangeParserFactory(std::move(inFactory))) {}
     ScopedParserFactory(ScopedParserFactory const&) = delete;
