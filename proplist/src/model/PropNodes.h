@@ -96,7 +96,8 @@ public:
         AppendText(ioText, ElementTags<T>::kEmpty);
         AppendText(ioText, "</array.type>\n");
         for (auto const& value : mValues) {
-            AppendElement(ioText, value, inDigits);
+            // The elements of a vector of bool are of another type in some standard libraries.
+            AppendElement(ioText, static_cast<T const&>(value), inDigits);
         }
         AppendText(ioText, "</array>\n");
     }
