@@ -17,6 +17,7 @@
 
 #include <brindle/config/Describe.h>
 #include <brindle/config/PrintingErrorManager.h>
+#include <brindle/config/ScopedManagers.h>
 #include <brindle/filesupport/PathNames.h>
 #include <brindle/proplist/PropListUtils.h>
 #include <brindle/threads/AsyncThreadedExecutor.h>
@@ -171,7 +172,7 @@ void Run(Arguments const& inArguments) {
 int main(int inCount, char** inWords) {
     using namespace edlconform;
     PrintingErrorManager errors("edlconform");
-    ErrorManager::Set(&errors);
+    ScopedErrorManager const installed(errors);
     bool isMisused = false;
     try {
         Run({inCount, inWords});
@@ -183,6 +184,5 @@ int main(int inCount, char** inWords) {
         isMisused = dynamic_cast<std::invalid_argument const*>(&error) != nullptr;
         std::cerr << Text(isMisused ? kHelp : "");
     }
-    ErrorManager::Set(nullptr);
     return isMisused ? 2 : errors.Count() == 0 ? 0 : 1;
 }

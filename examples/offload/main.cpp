@@ -31,8 +31,7 @@ int main(int argc, char** argv) try {
     texts.LoadTable("de", {filesupport::commondirs::ResourcesDir(), u"german.xml"_utf16});
     config::Localizer::Set(&texts);
 
-    auto const pool =
-        threads::CreateAsyncThreadedExecutor("offload", -1, threads::kThreadPriorityNormal);
+    auto const pool = threads::CreateAsyncThreadedExecutor("offload");
     if (argc >= 4 && std::string_view(argv[3]) == "--no-window") {
         offload::Offload offload(offload::Order(preferences), pool, pool, [](auto const&) {});
         offload.Wait();
