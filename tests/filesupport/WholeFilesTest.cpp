@@ -113,12 +113,12 @@ TEST_F(WholeFiles, TheOperatorActsAsIfByteByByte) {
     for (auto const& [sourceName, makeSource] : sources) {
         for (auto const& [sinkName, makeSink] : sinks) {
             SCOPED_TRACE(sourceName + " to " + sinkName);
-            auto const copy = [&, &makeSource = makeSource,
-                               &makeSink = makeSink](void (*inCopy)(OByteStream&, IByteStream&)) {
+            auto const copy = [&, &sourceOf = makeSource,
+                               &sinkOf = makeSink](void (*inCopy)(OByteStream&, IByteStream&)) {
                 Fill("sink", "x");
                 std::string copied;
-                auto const source = makeSource();
-                auto const sink = makeSink(copied);
+                auto const source = sourceOf();
+                auto const sink = sinkOf(copied);
                 source->CurPos(1);
                 auto const outcome = OutcomeOf(inCopy, *sink, *source);
                 return std::tuple(outcome, copied, ContentOf("sink"));
@@ -229,8 +229,8 @@ TEST_F(WholeFiles, ACopyThatEndsEarlyKeepsTheOldTarget) {
         Fill("from", mContent);
         FileAt("from").SetModified(130'000'000'000'000'000);
         CopyOptions options;
-        options.progress = [&act = act, calls = 0](std::uint64_t, std::uint64_t) mutable {
-            ++calls == 1 ? act() : void();
+        options.progress = [&change = act, calls = 0](std::uint64_t, std::uint64_t) mutable {
+            ++calls == 1 ? change() : void();
         };
         try {
             CopyFile(FileAt("from"), FileAt("to"), options);

@@ -6,7 +6,6 @@
 #include "tests/support/RandomDelays.h"
 #include "utility/src/base/NoPause.h"
 
-#include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -132,7 +131,7 @@ TEST(CompletionPort, IsFirstInFirstOutAcrossThreads) {
 template <typename Port>
 void ExpectAllWake(unsigned int inSleepers, int inRounds) {
     Port port;
-    boost::barrier round(inSleepers + 1);
+    tests::Barrier round(inSleepers + 1);
     tests::InThreads(inSleepers + 1, [&](unsigned int inThread) {
         void* packet = nullptr;
         for (int i = 0; i < inRounds; ++i) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <boost/thread/barrier.hpp>
+#include "tests/support/Barrier.h"
 
 #include <thread>
 #include <vector>
@@ -10,7 +10,7 @@ namespace brindle::tests {
 /// Runs the function, given 0 and up, in several threads that begin together, and waits for them.
 template <typename Function>
 void InThreads(unsigned int inCount, Function const& inFunction) {
-    boost::barrier start(inCount);
+    Barrier start(inCount);
     std::vector<std::thread> threads;
     for (unsigned int i = 0; i < inCount; ++i) {
         threads.emplace_back([&, i] {

@@ -250,7 +250,7 @@ TEST(SmallBlockAllocator, ThreadsAndForkedChildrenNeverShareABlock) {
 Figures AfterDisposalByIdlePool(Blocks const& inBlocks, unsigned int inSize) {
     constexpr unsigned int kThreads = 3;
     Figures figures;
-    boost::barrier turn(kThreads);
+    tests::Barrier turn(kThreads);
     InThreads(kThreads, [&](unsigned int inThread) {
         std::size_t const count = inBlocks.size() / kThreads;
         for (std::size_t i = 0; i < count; ++i) {
@@ -288,7 +288,7 @@ TEST(SmallBlockAllocator, RemoteFreesReturnMemoryWithoutTheOwner) {
 
 TEST(SmallBlockAllocator, MemoryIsBoundedIfOneThreadAllocatesAndAnotherFrees) {
     std::array<Blocks, 2> belts{Blocks(20000), Blocks(20000)};
-    boost::barrier turn(2);
+    tests::Barrier turn(2);
     InThreads(2, [&](unsigned int inThread) {
         for (unsigned int round = 0; round < 51; ++round) {
             for (void*& block : belts[(round + inThread) % 2]) {

@@ -128,7 +128,7 @@ TEST(Unicode, LongTextIsConvertedAcrossTheBordersOfItsChunks) {
         }
         UTF8String bytes = UTF16to8(text);
         ASSERT_EQ(bytes, model::UTF16to8(text));
-        ASSERT_EQ(bytes.capacity(), bytes.size());
+        ASSERT_LT(bytes.capacity(), bytes.size() + 16) << "some libraries round it up";
         bytes[random() % bytes.size()] ^= static_cast<std::uint8_t>(round % 4 == 3 ? random() : 0);
         ASSERT_EQ(UTF8to16(bytes), model::UTF8to16(bytes));
     }

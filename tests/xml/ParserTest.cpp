@@ -5,7 +5,7 @@
 #include "tests/support/InTemporaryDirectory.h"
 #include "xml/src/ExpatParse.h"
 
-#include <boost/thread/thread.hpp>
+#include <pthread.h>
 
 namespace brindle::xml {
 
@@ -183,6 +183,22 @@ std::string EntityChain(int inCount, bool inIsReversed = false) {
     return declarations;
 }
 
+/// Runs the function in a thread whose stack has 256 KiB.
+template <typename Function>
+void InSmallStack(Function const& inFunction) {
+    pthread_attr_t small;
+    pthread_attr_init(&small);
+    pthread_attr_setstacksize(&small, std::size_t{256} << 10);
+    pthread_t thread;
+    auto const run = [](void* inCall) -> void* {
+        (*static_cast<Function const*>(inCall))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &small, run, const_cast<Function*>(&inFunction)), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&small);
+}
+
 TEST_F(Parser, BoundsHowDeepEntitiesNestOnASmallStack) {
     std::string many, parameters = Entity("% p0", "");
     for (int i = 1; i < 24'000; ++i) {
@@ -207,15 +223,13 @@ TEST_F(Parser, BoundsHowDeepEntitiesNestOnASmallStack) {
          body, failure},
         {"a ring of 24,000", Entity("e1", "&e24000;") + EntityChain(24'000), longBody, failure},
         {"itself", Entity("e64", "&e64;"), body, failure}};
-    boost::thread::attributes small;
-    small.set_stack_size(std::size_t{256} << 10);
-    boost::thread(small, [&] {
+    InSmallStack([&] {
         for (auto const& document : documents) {
             EXPECT_EQ(Events("<!DOCTYPE r [" + document.declarations + document.body),
                       document.expected)
                 << document.name;
         }
-    }).join();
+    });
 }
 
 /// Counts those that exist.

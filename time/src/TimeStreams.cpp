@@ -1,5 +1,7 @@
 #include <brindle/time/TimeStreams.h>
 
+#include <brindle/utility/UnitInserters.h>
+
 #include <ostream>
 
 namespace brindle::time {

@@ -1,5 +1,9 @@
 #include <brindle/filesupport/ByteStreamOperators.h>
 
+#include "utility/src/base/CharConversions.h"
+
+#include <brindle/utility/Digits.h>
+
 #include <charconv>
 #include <cstddef>
 #include <limits>
@@ -64,7 +68,7 @@ OByteStream& PutFloat(OByteStream& outStream, Float inValue) {
     char text[64];
     constexpr int kPrecision = 36;
     auto const result =
-        std::to_chars(text, text + sizeof text, inValue, std::chars_format::general, kPrecision);
+        utility::ToChars(text, text + sizeof text, inValue, std::chars_format::general, kPrecision);
     return PutString(outStream, std::string(text, result.ptr));
 }
 
@@ -72,6 +76,17 @@ template <typename Float>
 IByteStream& GetFloat(IByteStream& inStream, Float& outValue) {
     std::string text;
     GetString(inStream, text);
+    // What operator<< writes of finite numbers. Some standard streams refuse subnormal numbers.
+    char const* const end = text.data() + text.size();
+    std::size_t const first = text[0] == '-' ? 1 : 0;
+    Float value{};
+    if (utility::IsDigit(text[first])) {
+        auto const result = utility::FromChars(text.data(), end, value);
+        if (result.ec == std::errc() && result.ptr == end) {
+            outValue = value;
+            return inStream;
+        }
+    }
     std::istringstream stream(text);
     stream.imbue(std::locale::classic());
     stream >> outValue;

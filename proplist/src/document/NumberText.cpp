@@ -1,6 +1,6 @@
 #include "proplist/src/document/NumberText.h"
 
-#include "utility/src/base/FromChars.h"
+#include "utility/src/base/CharConversions.h"
 
 #include <brindle/proplist/PropertyTypes.h>
 #include <brindle/utility/StringStreams.h>

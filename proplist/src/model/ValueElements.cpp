@@ -1,5 +1,7 @@
 #include "proplist/src/model/ValueElements.h"
 
+#include "utility/src/base/CharConversions.h"
+
 #include <brindle/xml/ReservedCharacters.h>
 
 #include <charconv>
@@ -15,8 +17,8 @@ void AppendNumber(UTF8String& ioText, T inNumber, [[maybe_unused]] NumberDigits 
         // The general format with six digits is what a stream writes by default.
         constexpr auto kGeneral = std::chars_format::general;
         result = inDigits == NumberDigits::kExact
-                     ? std::to_chars(text, text + sizeof text, inNumber, kGeneral)
-                     : std::to_chars(text, text + sizeof text, inNumber, kGeneral, 6);
+                     ? utility::ToChars(text, text + sizeof text, inNumber, kGeneral)
+                     : utility::ToChars(text, text + sizeof text, inNumber, kGeneral, 6);
     } else {
         result = std::to_chars(text, text + sizeof text, inNumber);
     }

@@ -2,7 +2,7 @@
 
 #include <brindle/utility/StringUtils.h>
 
-#include "utility/src/base/FromChars.h"
+#include "utility/src/base/CharConversions.h"
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
 #include <brindle/utility/Digits.h>
@@ -58,9 +58,9 @@ public:
     bool HasExponent() const { return mHasExponent; }
 
 private:
-    template <typename... Format>
-    void Print(Format... inFormat) {
-        mEnd = std::to_chars(mText, mText + sizeof mText, inFormat...).ptr;
+    template <typename Number, typename... Format>
+    void Print(Number inMagnitude, Format... inFormat) {
+        mEnd = ToChars(mText, mText + sizeof mText, inMagnitude, inFormat...).ptr;
     }
 
     char mText[64]; ///< 22 integer digits, the point and 20 decimals fit

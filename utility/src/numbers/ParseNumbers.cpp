@@ -1,6 +1,6 @@
 #include <brindle/utility/ParseNumbers.h>
 
-#include "utility/src/base/FromChars.h"
+#include "utility/src/base/CharConversions.h"
 #include "utility/src/numbers/NumberReading.h"
 #include "utility/src/numbers/Separators.h"
 

@@ -1,16 +1,19 @@
 #pragma once
 
 #include <charconv>
+#include <cmath>
+#include <cstring>
 #include <system_error>
 #include <type_traits>
 
-#if defined(_LIBCPP_VERSION) && _LIBCPP_VERSION < 200000
-#define BRN_FROM_CHARS_BY_STREAM
-#include <cmath>
+#ifdef _LIBCPP_VERSION
 #include <limits>
 #include <locale>
 #include <sstream>
 #include <string>
+#if _LIBCPP_VERSION < 200000
+#define BRN_FROM_CHARS_BY_STREAM
+#endif
 #endif
 
 namespace brindle::utility {
@@ -80,5 +83,39 @@ std::from_chars_result FromChars(char const* inBegin, char const* inEnd, Number&
         return std::from_chars(inBegin, inEnd, outNumber);
     }
 }
+
+/// `std::to_chars` into a buffer of at least 4 units, with a NaN as streams write it in every
+/// standard library: "nan" or "-nan".
+template <typename Number, typename... Format>
+std::to_chars_result ToChars(char* inBegin, char* inEnd, Number inNumber, Format... inFormat) {
+    if constexpr (std::is_floating_point_v<Number>) {
+        if (std::isnan(inNumber)) {
+            char const* const text = std::signbit(inNumber) ? "-nan" : "nan";
+            std::size_t const length = std::strlen(text);
+            std::memcpy(inBegin, text, length);
+            return {inBegin + length, std::errc()};
+        }
+    }
+    return std::to_chars(inBegin, inEnd, inNumber, inFormat...);
+}
+
+#ifdef _LIBCPP_VERSION
+
+/// libc++ would convert the number to a double first. The format is the general one.
+inline std::to_chars_result ToChars(char* inBegin, char* inEnd, long double inNumber,
+                                    std::chars_format, int inPrecision) {
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    stream.precision(inPrecision);
+    stream << inNumber;
+    std::string const text = stream.str();
+    if (text.size() > static_cast<std::size_t>(inEnd - inBegin)) {
+        return {inEnd, std::errc::value_too_large};
+    }
+    std::memcpy(inBegin, text.data(), text.size());
+    return {inBegin + text.size(), std::errc()};
+}
+
+#endif
 
 } // namespace brindle::utility
