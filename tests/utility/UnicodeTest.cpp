@@ -1,12 +1,14 @@
 #include "UnicodeModel.h"
 
-#include "utility/src/unicode/UnicodeKernels.h"
+#include "utility/src/unicode/UnicodeConversion.h"
 
 #include <brindle/utility/Unicode.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -18,10 +20,10 @@ namespace {
 using impl::UnicodeKernels;
 
 std::vector<UnicodeKernels const*> KernelsOfThisProcessor() {
-    std::vector<UnicodeKernels const*> kernels{&impl::kPortableUnicodeKernels};
-    if (impl::AVX2UnicodeKernels() != nullptr) {
-        kernels.push_back(impl::AVX2UnicodeKernels());
-    }
+    auto const all = impl::AllUnicodeKernels();
+    std::vector<UnicodeKernels const*> kernels;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(kernels),
+                 [](auto each) { return each != nullptr; });
     return kernels;
 }
 
@@ -42,6 +44,7 @@ void ExpectKernelsEncode(UTF16String const& inText, std::size_t inOffset = 0) {
     UTF8String const bytes = model::EncodeAll(inText);
     std::size_t const measured = model::EncodeAll(untilNul).size();
     for (UnicodeKernels const* const kernels : KernelsOfThisProcessor()) {
+        SCOPED_TRACE(kernels->name);
         auto const [units, size] = kernels->MeasureUTF16(text.get() + inOffset, inText.size());
         ASSERT_EQ(units, untilNul.size());
         ASSERT_EQ(size, measured);
@@ -56,6 +59,7 @@ void ExpectKernelsDecode(UTF8String const& inText, std::size_t inOffset = 0) {
     std::size_t consumed = 0;
     UTF16String const units = model::UTF8to16(inText, consumed);
     for (UnicodeKernels const* const kernels : KernelsOfThisProcessor()) {
+        SCOPED_TRACE(kernels->name);
         auto const bound = kernels->CountUTF16(text.get() + inOffset, inText.size());
         if (consumed == inText.size()) {
             ASSERT_EQ(bound, units.size());
@@ -126,12 +130,34 @@ TEST(Unicode, LongTextIsConvertedAcrossTheBordersOfItsChunks) {
         if (round % 3 == 0) {
             text[random() % text.size()] = 0;
         }
-        UTF8String bytes = UTF16to8(text);
-        ASSERT_EQ(bytes, model::UTF16to8(text));
-        ASSERT_EQ(bytes.capacity(), bytes.size());
-        bytes[random() % bytes.size()] ^= static_cast<std::uint8_t>(round % 4 == 3 ? random() : 0);
-        ASSERT_EQ(UTF8to16(bytes), model::UTF8to16(bytes));
+        UTF8String const bytes = model::UTF16to8(text);
+        UTF8String damaged = bytes;
+        damaged[random() % bytes.size()] ^=
+            static_cast<std::uint8_t>(round % 4 == 3 ? random() : 0);
+        UTF16String const decoded = model::UTF8to16(damaged);
+        for (UnicodeKernels const* const kernels : KernelsOfThisProcessor()) {
+            SCOPED_TRACE(kernels->name);
+            auto const encoded = impl::EncodeWith(*kernels, text.data(), text.size());
+            ASSERT_EQ(encoded, bytes);
+            ASSERT_EQ(encoded.capacity(), encoded.size());
+            ASSERT_EQ(impl::DecodeWith(*kernels, damaged.data(), damaged.size()), decoded);
+        }
     }
+}
+
+TEST(UnicodeKernels, AreTheBestThatTheProcessorHas) {
+#if defined(__x86_64__)
+    // What the system says of the processor, without what it does not support.
+    std::ifstream file("/proc/cpuinfo");
+    std::string const text((std::istreambuf_iterator<char>(file)), {});
+    auto const has = [&text](char const* inFlag) { return text.find(inFlag) != text.npos; };
+    std::string const best = has(" avx512_vbmi2") ? "AVX-512" : has(" avx2") ? "AVX2" : "portable";
+#elif defined(__AARCH64EL__)
+    std::string const best = "NEON";
+#else
+    std::string const best = "portable";
+#endif
+    EXPECT_EQ(impl::BestUnicodeKernels().name, best);
 }
 
 TEST(UnicodeKernels, AgreeOnTextWholeAndDamagedAtEveryLengthAndAlignment) {
