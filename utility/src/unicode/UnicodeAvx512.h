@@ -21,8 +21,8 @@
 /// Compiles one function for AVX-512 with VBMI2, although the rest of the library is compiled for
 /// any processor.
 #define BRN_AVX512                                                                                 \
-    __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,avx512vbmi2,bmi2,"        \
-                          "popcnt")))
+    __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,avx512vbmi2,"             \
+                          "bmi,bmi2,popcnt")))
 
 namespace brindle::utility::impl::avx512 {
 

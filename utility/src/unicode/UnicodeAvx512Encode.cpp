@@ -188,15 +188,13 @@ public:
         mHighBefore = 0;
     }
 
-    /// Adds the first `inUnits` of a block of any kind.
+    /// Adds the first `inUnits` of a block of any kind, of which the others are NUL.
     BRN_AVX512 void AddAny(__m512i inBlock, std::size_t inUnits) noexcept {
-        std::uint64_t const counted = LowBits(inUnits);
         __mmask32 const high = AreOfKind(inBlock, kEncode.high);
         // A pair takes two bytes less than its two units would take by themselves.
-        std::uint64_t const pairs =
-            (high << 1 | mHighBefore) & AreOfKind(inBlock, kEncode.low) & counted;
-        mBytes += inUnits + CountBits(HaveAny(inBlock, kEncode.notASCII) & counted) +
-                  CountBits(HaveAny(inBlock, kEncode.notTwoBytes) & counted) - 2 * CountBits(pairs);
+        __mmask32 const pairs = (high << 1 | mHighBefore) & AreOfKind(inBlock, kEncode.low);
+        mBytes += inUnits + CountBits(HaveAny(inBlock, kEncode.notASCII)) +
+                  CountBits(HaveAny(inBlock, kEncode.notTwoBytes)) - 2 * CountBits(pairs);
         mHighBefore = high >> 31;
     }
 
@@ -234,14 +232,16 @@ UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexc
     while (done != inCount) {
         std::size_t const count = std::min(inCount - done, kBlock);
         __m512i const units = LoadUpToBlock(inText + done, count);
-        std::uint64_t const nuls = _mm512_testn_epi16_mask(units, units) | std::uint64_t{1}
-                                                                               << kBlock;
-        std::size_t const beforeNul = CountBits(~nuls & (nuls - 1));
-        meter.AddAny(units, beforeNul);
-        done += beforeNul;
+        std::uint64_t const ends = _mm512_testn_epi16_mask(units, units) | std::uint64_t{1}
+                                                                               << count;
+        std::size_t const beforeNul = _tzcnt_u64(ends);
         if (beforeNul != count) {
-            break;
+            auto const isBefore = static_cast<__mmask32>(LowBits(beforeNul));
+            meter.AddAny(_mm512_maskz_mov_epi16(isBefore, units), beforeNul);
+            return {done + beforeNul, meter.Bytes()};
         }
+        meter.AddAny(units, count);
+        done += count;
     }
     return {done, meter.Bytes()};
 }
