@@ -83,14 +83,14 @@ struct Values {
 };
 
 /// `inText` is the address of the bytes. What is before it is read only where a sequence started
-/// there.
+/// there. `inTrailing` equals `inPlaces.trailing`, but is in a mask register already.
 BRN_AVX512 inline Values CombineBytes(std::uint8_t const* inText, __m512i inBytes,
-                                      Places const& inPlaces) noexcept {
-    __m512i const middle = _mm512_maskz_loadu_epi8(inPlaces.trailing, inText - 1);
+                                      __mmask64 inTrailing, Places const& inPlaces) noexcept {
+    __m512i const middle = _mm512_maskz_loadu_epi8(inTrailing, inText - 1);
     __m512i const first = _mm512_maskz_loadu_epi8(inPlaces.third, inText - 2);
     // Shifts of 16 bits serve for bytes, because the bits from the neighbour are not selected.
     __m512i const low = Select(Splat(kDecode.lowSixBits), inBytes, _mm512_slli_epi16(middle, 6));
-    return {_mm512_mask_mov_epi8(inBytes, inPlaces.trailing, low),
+    return {_mm512_mask_mov_epi8(inBytes, inTrailing, low),
             Select(Splat(kDecode.lowFourBits), _mm512_srli_epi16(middle, 2),
                    _mm512_slli_epi16(first, 4))};
 }
@@ -185,10 +185,11 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
         }
         Leads const leads = Leads::In(bytes);
         Places const places(before, leads);
-        if (places.trailing != AreTrailing(bytes)) {
+        __mmask64 const trailing = AreTrailing(bytes);
+        if (places.trailing != trailing) {
             break;
         }
-        Values const values = CombineBytes(text, bytes, places);
+        Values const values = CombineBytes(text, bytes, trailing, places);
         if (!AreInRange(bytes, leads, values, places)) {
             break;
         }
