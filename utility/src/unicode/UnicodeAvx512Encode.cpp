@@ -36,10 +36,10 @@ BRN_AVX512 inline __m512i BytePairs(__m512i inUnits, Pattern64 const& inBits,
     return _mm512_ternarylogic_epi64(bytes, Splat(inMask), Splat(inTags), 0xEA);
 }
 
-/// Stores the bytes that differ from those of `inLeftOut`.
-BRN_AVX512 inline void StoreOthers(__m512i inBytes, Pattern32 const& inLeftOut,
-                                   std::uint8_t* outBytes) noexcept {
-    __mmask64 const kept = _mm512_cmpneq_epi8_mask(inBytes, Splat(inLeftOut));
+/// Stores the bytes that differ from those of `inAbsent`, without gaps.
+BRN_AVX512 inline void StorePresent(__m512i inBytes, Pattern32 const& inAbsent,
+                                    std::uint8_t* outBytes) noexcept {
+    __mmask64 const kept = _mm512_cmpneq_epi8_mask(inBytes, Splat(inAbsent));
     Store(outBytes, _mm512_maskz_compress_epi8(kept, inBytes));
 }
 
@@ -55,7 +55,7 @@ BRN_AVX512 inline std::uint8_t* EncodeUpToTwoBytes(__m512i inUnits,
     __m512i const twoBytes = BytePairs(inUnits, kEncode.bits6And0, kEncode.leadAndTrailing2Mask,
                                        kEncode.leadAndTrailing2);
     __mmask32 const notASCII = HaveAny(inUnits, kEncode.notASCII);
-    StoreOthers(_mm512_mask_mov_epi16(inUnits, notASCII, twoBytes), kEncode.notInTwo, outBytes);
+    StorePresent(_mm512_mask_mov_epi16(inUnits, notASCII, twoBytes), kEncode.absentOfTwo, outBytes);
     return outBytes + kBlock + CountBits(notASCII);
 }
 
@@ -103,7 +103,6 @@ struct Sequences {
 };
 
 /// Each unit of a surrogate pair becomes two bytes, which together are the four bytes of the pair.
-/// There is no branch for text without pairs: it would be mispredicted in text that has some.
 BRN_AVX512 inline Sequences MakeSequences(Window const& inWindow) noexcept {
     __m512i const units = inWindow.units;
     __mmask32 const isHigh =
@@ -142,11 +141,11 @@ BRN_AVX512 inline std::uint8_t* EncodeAny(Window const& inWindow, std::size_t in
     __m512i const order = Load(kEncode.interleaved);
     __m512i const first = _mm512_permutexvar_epi64(order, sequences.first);
     __m512i const lastTwo = _mm512_permutexvar_epi64(order, sequences.lastTwo);
-    StoreOthers(_mm512_unpacklo_epi16(first, lastTwo), kEncode.notInThree, outBytes);
+    StorePresent(_mm512_unpacklo_epi16(first, lastTwo), kEncode.absentOfThree, outBytes);
     outBytes +=
         kBlock / 2 + CountBits(sequences.two & 0xFFFF) + CountBits(sequences.three & 0xFFFF);
     if (inCount > kBlock / 2) {
-        StoreOthers(_mm512_unpackhi_epi16(first, lastTwo), kEncode.notInThree, outBytes);
+        StorePresent(_mm512_unpackhi_epi16(first, lastTwo), kEncode.absentOfThree, outBytes);
         outBytes += kBlock / 2 + CountBits(sequences.two >> 16) + CountBits(sequences.three >> 16);
     }
     return outBytes;

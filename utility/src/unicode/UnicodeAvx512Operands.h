@@ -5,8 +5,8 @@
 #if defined(__x86_64__)
 
 /// What the kernels for AVX-512 compute with. The values are in a source of their own, so that the
-/// kernels load them: where a compiler knows a value, it moves it from a general register to a
-/// vector in every round of a loop, and these moves would take a third of the time.
+/// kernels load them: where GCC knows a value, it moves it from a general register to a vector in
+/// every round of a loop, and these moves take up to a third of the time.
 namespace brindle::utility::impl::avx512 {
 
 /// An operand is the pattern of its bits that is repeated throughout a vector.
@@ -20,7 +20,7 @@ using LaneOrder = std::uint64_t[8];
 struct alignas(64) DecodeOperands {
     LaneOrder interleaved = {0, 4, 1, 5, 2, 6, 3, 7};
 
-    // bytes
+    // Bytes.
     Pattern32 lead2 = 0xC0C0C0C0;
     Pattern32 leastLead2 = 0xC2C2C2C2; ///< C0 and C1 would be leads of overlong sequences
     Pattern32 lead3 = 0xE0E0E0E0;
@@ -31,7 +31,7 @@ struct alignas(64) DecodeOperands {
     Pattern32 leastHigh4 = 0x04040404;   ///< the upper byte of U+10000 >> 6
     Pattern32 rangeOfHigh4 = 0x3F3F3F3F; ///< from there to that of U+10FFFF >> 6
 
-    // units
+    // Units.
     Pattern32 firstOfPair = 0xD7C0D7C0; ///< what makes of a code point >> 10 a high surrogate
     Pattern32 secondOfPair = 0xDC00DC00;
     Pattern32 lowTenBits = 0x03FF03FF;
@@ -51,7 +51,8 @@ struct alignas(64) EncodeOperands {
     Pattern32 lowTenBits = 0x03FF03FF;
     Pattern32 planeOne = 0x00400040; ///< 0x10000 >> 10
 
-    // Pairs of bytes, which hold these bits of a unit, of which the mask keeps some, with tags.
+    // Pairs of bytes, which hold the bits of a unit from these on. A mask keeps some of them, and
+    // the bits that make a byte a lead or a trailing byte are added.
     Pattern64 bits6And0 = 0x3036202610160006;
     Pattern64 bits12And6 = 0x363C262C161C060C;
     Pattern64 bits8And2 = 0x3238222812180208;
@@ -67,9 +68,10 @@ struct alignas(64) EncodeOperands {
     Pattern32 trailingToLead2 = 0x00400040; ///< what makes the first of two trailing bytes a lead
     Pattern32 carriedBits = 0x00300030;     ///< of the third byte of four, from the unit before
 
-    // What the bytes of a vector are not, if they are part of the text.
-    Pattern32 notInTwo = 0x00FF00FF;
-    Pattern32 notInThree = 0xFF000000;
+    // A byte of a vector that equals the one in its place here is not part of the text: 0 where a
+    // sequence may have no byte, and 0xFF, which is in no sequence, where it always has one.
+    Pattern32 absentOfTwo = 0x00FF00FF;
+    Pattern32 absentOfThree = 0xFF000000;
 };
 
 extern DecodeOperands const kDecode;
