@@ -124,8 +124,8 @@ def write_table(rows, peak, path):
     with open(path, "w", encoding="utf-8") as out:
         out.write("# Benchmarks\n\nWritten by `bench/run`, beside the peers that a user would pick instead, all in one run: "
                   f"medians of {REPETITIONS}\nruns by turns. The ratio is the speed beside that of the fastest peer: above 1 is "
-                  "faster. What stands in brackets\ndoes another job (no string is allocated, nothing is converted), is there for "
-                  f"orientation, and does not count.\n\nMachine: {machine()}.\n\n![speed beside the fastest peer](ratios.svg)"
+                  "faster. What stands in brackets\ndoes another job (no string is allocated, nothing is converted) or is brindle in "
+                  f"another way, is there for orientation, and\ndoes not count.\n\nMachine: {machine()}.\n\n![speed beside the fastest peer](ratios.svg)"
                   "\n\n| what | on | brindle | peers | ratio |\n|---|---|---|---|---|\n")
         for (subject, case), ours, peers, ratio in compared(rows):
             others = ", ".join(f"{who} {shown(figure)}" for who, figure in peers)

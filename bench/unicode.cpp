@@ -1,3 +1,5 @@
+#include "utility/src/unicode/UnicodeConversion.h"
+
 #include <brindle/utility/Unicode.h>
 
 #include <benchmark/benchmark.h>
@@ -18,6 +20,9 @@ using brindle::UTF8String;
 using brindle::utility::UnicodeSurrogate;
 using brindle::utility::UTF16to8;
 using brindle::utility::UTF8to16;
+using brindle::utility::impl::DecodeWith;
+using brindle::utility::impl::EncodeWith;
+using brindle::utility::impl::UnicodeKernels;
 
 constexpr std::size_t kLongText = 70000; // units, 140 KB
 
@@ -215,6 +220,18 @@ void DecodeIconv(benchmark::State& ioState) {
     RunIconv(ioState, Encoded(Texts(ioState)), "UTF-16LE", "UTF-8");
 }
 
+void EncodeWithKernels(benchmark::State& ioState, UnicodeKernels const& inKernels) {
+    Run(ioState, Texts(ioState), [&](auto const& text) {
+        benchmark::DoNotOptimize(EncodeWith(inKernels, text.data(), text.size()));
+    });
+}
+
+void DecodeWithKernels(benchmark::State& ioState, UnicodeKernels const& inKernels) {
+    Run(ioState, Encoded(Texts(ioState)), [&](auto const& text) {
+        benchmark::DoNotOptimize(DecodeWith(inKernels, text.data(), text.size()));
+    });
+}
+
 /// The speed of memory, with which the ASCII rows are compared: one copy of the UTF-16 text.
 void CopyText(benchmark::State& ioState) {
     Run(ioState, Texts(ioState),
@@ -239,5 +256,19 @@ BENCHMARK(DecodeICU)->Name("UTF8to16/ICU")->Apply(EveryText);
 BENCHMARK(DecodeICUIntoBuffer)->Name("UTF8to16/(ICU into a buffer)")->Apply(EveryText);
 BENCHMARK(DecodeIconv)->Name("UTF8to16/(iconv into a buffer)")->Apply(EveryText);
 BENCHMARK(CopyText)->Name("UTF16to8/(a copy of the text)")->Apply(EveryText);
+
+/// Each set of kernels that this processor has, called without the library's boundary between.
+bool const S_hasKernelRows = [] {
+    for (UnicodeKernels const* const kernels : brindle::utility::impl::AllUnicodeKernels()) {
+        if (kernels != nullptr) {
+            auto const who = std::string("/(brindle, ") + kernels->name + " kernels)";
+            benchmark::RegisterBenchmark(("UTF16to8" + who).c_str(), EncodeWithKernels, *kernels)
+                ->Apply(EveryText);
+            benchmark::RegisterBenchmark(("UTF8to16" + who).c_str(), DecodeWithKernels, *kernels)
+                ->Apply(EveryText);
+        }
+    }
+    return true;
+}();
 
 } // namespace

@@ -34,9 +34,12 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
         Require(UTF8to16(bytes) == text);
     }
 
-    UTF8String buffer(3 * text.size() + impl::UnicodeKernels::kSlack, 0);
-    buffer.resize(
-        impl::kPortableUnicodeKernels.EncodeUTF8(text.data(), text.size(), buffer.data()));
-    Require(buffer == model::EncodeAll(text));
+    for (impl::UnicodeKernels const* const kernels : impl::AllUnicodeKernels()) {
+        if (kernels != nullptr) {
+            UTF8String buffer(3 * text.size() + impl::UnicodeKernels::kSlack, 0);
+            buffer.resize(kernels->EncodeUTF8(text.data(), text.size(), buffer.data()));
+            Require(buffer == model::EncodeAll(text));
+        }
+    }
     return 0;
 }

@@ -26,10 +26,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* inData, std::size_t in
     Require(AsciiToUTF16(reinterpret_cast<char const*>(bytes.c_str())) ==
             model::UTF8to16(UTF8String(bytes.c_str())));
 
-    UTF16String buffer(inSize + impl::UnicodeKernels::kSlack, 0);
-    impl::UnicodeProgress const progress =
-        impl::kPortableUnicodeKernels.DecodeUTF8(inData, inSize, buffer.data());
-    buffer.resize(progress.produced);
-    Require(progress.consumed == consumed && buffer == text);
+    for (impl::UnicodeKernels const* const kernels : impl::AllUnicodeKernels()) {
+        if (kernels != nullptr) {
+            UTF16String buffer(inSize + impl::UnicodeKernels::kSlack, 0);
+            auto const progress = kernels->DecodeUTF8(inData, inSize, buffer.data());
+            buffer.resize(progress.produced);
+            Require(progress.consumed == consumed && buffer == text);
+        }
+    }
     return 0;
 }

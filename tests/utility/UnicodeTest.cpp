@@ -1,13 +1,16 @@
 #include "UnicodeModel.h"
 
-#include "utility/src/unicode/UnicodeKernels.h"
+#include "utility/src/unicode/UnicodeConversion.h"
 
 #include <brindle/utility/Unicode.h>
 
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+
 #include <algorithm>
-#include <memory>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <sstream>
 #include <vector>
@@ -18,52 +21,62 @@ namespace {
 using impl::UnicodeKernels;
 
 std::vector<UnicodeKernels const*> KernelsOfThisProcessor() {
-    std::vector<UnicodeKernels const*> kernels{&impl::kPortableUnicodeKernels};
-    if (impl::AVX2UnicodeKernels() != nullptr) {
-        kernels.push_back(impl::AVX2UnicodeKernels());
-    }
+    auto const all = impl::AllUnicodeKernels();
+    std::vector<UnicodeKernels const*> kernels;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(kernels),
+                 [](auto each) { return each != nullptr; });
     return kernels;
 }
 
-/// A copy that starts `inOffset` elements behind an aligned address and ends with its allocation,
-/// so that the address sanitizer finds a read past its end.
+/// A copy between two pages that cannot be read. For even places it ends at the upper one, and for
+/// odd ones it starts half as many elements above the lower one. It lasts until the next call.
 template <typename Element>
-std::unique_ptr<Element[]> ExactCopy(std::basic_string<Element> const& inText,
-                                     std::size_t inOffset) {
-    std::unique_ptr<Element[]> copy(new Element[inOffset + inText.size()]);
-    std::copy(inText.begin(), inText.end(), copy.get() + inOffset);
+Element const* GuardedCopy(std::basic_string<Element> const& inText, std::size_t inPlace) {
+    constexpr std::size_t kSize = 1 << 16; // a multiple of every size of a page
+    static Element* const S_startP = [] {
+        void* const guards =
+            ::mmap(nullptr, 3 * kSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        void* const start = static_cast<char*>(guards) + kSize;
+        EXPECT_EQ(::mprotect(start, kSize, PROT_READ | PROT_WRITE), 0);
+        return static_cast<Element*>(start);
+    }();
+    Element* const copy =
+        S_startP + (inPlace % 2 == 0 ? kSize / sizeof(Element) - inText.size() : inPlace / 2);
+    std::copy(inText.begin(), inText.end(), copy);
     return copy;
 }
 
 /// Compares every set of kernels with the model.
-void ExpectKernelsEncode(UTF16String const& inText, std::size_t inOffset = 0) {
-    auto const text = ExactCopy(inText, inOffset);
+void ExpectKernelsEncode(UTF16String const& inText, std::size_t inPlace) {
+    auto const* const text = GuardedCopy(inText, inPlace);
     UTF16String const untilNul(inText.c_str());
     UTF8String const bytes = model::EncodeAll(inText);
     std::size_t const measured = model::EncodeAll(untilNul).size();
     for (UnicodeKernels const* const kernels : KernelsOfThisProcessor()) {
-        auto const [units, size] = kernels->MeasureUTF16(text.get() + inOffset, inText.size());
+        SCOPED_TRACE(kernels->name);
+        auto const [units, size] = kernels->MeasureUTF16(text, inText.size());
         ASSERT_EQ(units, untilNul.size());
         ASSERT_EQ(size, measured);
         std::vector<std::uint8_t> out(3 * inText.size() + UnicodeKernels::kSlack);
-        auto const count = kernels->EncodeUTF8(text.get() + inOffset, inText.size(), out.data());
+        auto const count = kernels->EncodeUTF8(text, inText.size(), out.data());
         ASSERT_EQ(UTF8String(out.data(), count), bytes);
     }
 }
 
-void ExpectKernelsDecode(UTF8String const& inText, std::size_t inOffset = 0) {
-    auto const text = ExactCopy(inText, inOffset);
+void ExpectKernelsDecode(UTF8String const& inText, std::size_t inPlace) {
+    auto const* const text = GuardedCopy(inText, inPlace);
     std::size_t consumed = 0;
     UTF16String const units = model::UTF8to16(inText, consumed);
     for (UnicodeKernels const* const kernels : KernelsOfThisProcessor()) {
-        auto const bound = kernels->CountUTF16(text.get() + inOffset, inText.size());
+        SCOPED_TRACE(kernels->name);
+        auto const bound = kernels->CountUTF16(text, inText.size());
         if (consumed == inText.size()) {
             ASSERT_EQ(bound, units.size());
         } else {
             ASSERT_GE(bound, units.size());
         }
         std::vector<std::uint16_t> out(inText.size() + UnicodeKernels::kSlack);
-        auto const progress = kernels->DecodeUTF8(text.get() + inOffset, inText.size(), out.data());
+        auto const progress = kernels->DecodeUTF8(text, inText.size(), out.data());
         ASSERT_EQ(progress.consumed, consumed);
         ASSERT_EQ(UTF16String(out.data(), progress.produced), units);
     }
@@ -126,29 +139,51 @@ TEST(Unicode, LongTextIsConvertedAcrossTheBordersOfItsChunks) {
         if (round % 3 == 0) {
             text[random() % text.size()] = 0;
         }
-        UTF8String bytes = UTF16to8(text);
-        ASSERT_EQ(bytes, model::UTF16to8(text));
-        ASSERT_LT(bytes.capacity(), bytes.size() + 16) << "some libraries round it up";
-        bytes[random() % bytes.size()] ^= static_cast<std::uint8_t>(round % 4 == 3 ? random() : 0);
-        ASSERT_EQ(UTF8to16(bytes), model::UTF8to16(bytes));
+        UTF8String const bytes = model::UTF16to8(text);
+        UTF8String damaged = bytes;
+        damaged[random() % bytes.size()] ^=
+            static_cast<std::uint8_t>(round % 4 == 3 ? random() : 0);
+        UTF16String const decoded = model::UTF8to16(damaged);
+        for (UnicodeKernels const* const kernels : KernelsOfThisProcessor()) {
+            SCOPED_TRACE(kernels->name);
+            auto const encoded = impl::EncodeWith(*kernels, text.data(), text.size());
+            ASSERT_EQ(encoded, bytes);
+            ASSERT_LT(encoded.capacity(), encoded.size() + 16) << "some libraries round it up";
+            ASSERT_EQ(impl::DecodeWith(*kernels, damaged.data(), damaged.size()), decoded);
+        }
     }
 }
 
-TEST(UnicodeKernels, AgreeOnTextWholeAndDamagedAtEveryLengthAndAlignment) {
+TEST(UnicodeKernels, AreTheBestThatTheProcessorHas) {
+#if defined(__x86_64__)
+    // What the system says of the processor, without what it does not support.
+    std::ifstream file("/proc/cpuinfo");
+    std::string const text((std::istreambuf_iterator<char>(file)), {});
+    auto const has = [&text](char const* inFlag) { return text.find(inFlag) != text.npos; };
+    std::string const best = has(" avx512_vbmi2") ? "AVX-512" : has(" avx2") ? "AVX2" : "portable";
+#elif defined(__AARCH64EL__)
+    std::string const best = "NEON";
+#else
+    std::string const best = "portable";
+#endif
+    EXPECT_EQ(impl::BestUnicodeKernels().name, best);
+}
+
+TEST(UnicodeKernels, AgreeOnTextWholeAndDamagedAndReadNothingBesideIt) {
     std::mt19937 random(20011);
     for (std::size_t length = 0; length <= 200; ++length) {
-        for (std::size_t offset = 0; offset < 16; ++offset) {
+        for (std::size_t place = 0; place < 16; ++place) {
             UTF16String text = RandomText(random, length);
             UTF8String const bytes = model::EncodeAll(text);
-            ASSERT_NO_FATAL_FAILURE(ExpectKernelsEncode(text, offset));
-            ASSERT_NO_FATAL_FAILURE(ExpectKernelsDecode(bytes, offset));
+            ASSERT_NO_FATAL_FAILURE(ExpectKernelsEncode(text, place));
+            ASSERT_NO_FATAL_FAILURE(ExpectKernelsDecode(bytes, place));
             text[random() % (length + 1)] = 0;
-            ASSERT_NO_FATAL_FAILURE(ExpectKernelsEncode(text, offset));
+            ASSERT_NO_FATAL_FAILURE(ExpectKernelsEncode(text, place));
             for (int round = 0; round < 20 && length > 1; ++round) {
                 UTF8String damaged = bytes;
                 damaged[random() % bytes.size()] = static_cast<std::uint8_t>(random());
                 damaged.erase(random() % bytes.size(), random() % 2);
-                ASSERT_NO_FATAL_FAILURE(ExpectKernelsDecode(damaged, offset));
+                ASSERT_NO_FATAL_FAILURE(ExpectKernelsDecode(damaged, place));
             }
         }
     }

@@ -1,128 +1,38 @@
 #include <brindle/utility/Unicode.h>
 
 #include "utility/src/unicode/UnicodeAssign.h"
-#include "utility/src/unicode/UnicodeKernels.h"
+#include "utility/src/unicode/UnicodeConversion.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace brindle::utility {
-namespace {
 
-using impl::UnicodeKernels;
-
-// Long text is converted chunk by chunk through a buffer on the stack, which stays in the
-// first-level cache. Converting into the string itself would need a string that is filled with
-// zeros first.
-constexpr std::size_t kChunk = 2048;
-
-// A text of one to three units keeps its length even if it contains a NUL.
-constexpr std::size_t kFixedLengthUnits = 3;
-
-UnicodeKernels const& Kernels() noexcept {
-    static UnicodeKernels const* const S_kernelsP = [] {
-        UnicodeKernels const* const kernels = impl::AVX2UnicodeKernels();
-        return kernels != nullptr ? kernels : &impl::kPortableUnicodeKernels;
-    }();
-    return *S_kernelsP;
-}
-
-UTF8String EncodeChunks(std::uint16_t const* inText, impl::UTF16Extent inExtent) {
-    UTF8String result;
-    result.reserve(inExtent.bytes);
-    std::uint8_t buffer[3 * kChunk + UnicodeKernels::kSlack];
-    for (std::size_t done = 0; done < inExtent.units;) {
-        std::size_t count = std::min(inExtent.units - done, kChunk);
-        std::uint16_t const* const chunk = inText + done;
-        // A surrogate pair across the border belongs to the next chunk.
-        if (count < inExtent.units - done &&
-            UnicodeSurrogate(chunk[count - 1]) == kSurrogate_High) {
-            --count;
-        }
-        result.append(buffer, Kernels().EncodeUTF8(chunk, count, buffer));
-        done += count;
-    }
-    return result;
-}
-
-UTF8String Encode(std::uint16_t const* inText, std::size_t inCount) {
-    impl::UTF16Extent const extent = Kernels().MeasureUTF16(inText, inCount);
-    if (extent.units > kChunk) {
-        return EncodeChunks(inText, extent);
-    }
-
-    std::uint8_t buffer[3 * kChunk + UnicodeKernels::kSlack];
-    std::size_t bytes = Kernels().EncodeUTF8(inText, extent.units, buffer);
-    if (inCount <= kFixedLengthUnits) {
-        std::fill_n(buffer + bytes, inCount - extent.units, std::uint8_t{0});
-        bytes += inCount - extent.units;
-    }
-    return UTF8String(buffer, bytes);
-}
-
-/// `ioText` is empty, but may have storage.
-void DecodeChunks(std::uint8_t const* inText, std::size_t inCount, UTF16String& ioText) {
-    ioText.reserve(Kernels().CountUTF16(inText, inCount));
-    if (impl::AppendUTF8to16(inText, inCount, ioText) < inCount) {
-        ioText.shrink_to_fit();
-    }
-}
-
-UTF16String Decode(std::uint8_t const* inText, std::size_t inCount) {
-    if (inCount > kChunk) {
-        UTF16String result;
-        DecodeChunks(inText, inCount, result);
-        return result;
-    }
-    std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
-    return UTF16String(buffer, Kernels().DecodeUTF8(inText, inCount, buffer).produced);
-}
-
-} // namespace
+using impl::BestUnicodeKernels;
 
 void impl::AssignUTF8to16(char const* inText, std::size_t inCount, UTF16String& outText) {
-    std::uint8_t const* const text = AsciiToUTF8Impl(inText);
-    if (inCount > kChunk) {
-        outText.clear();
-        DecodeChunks(text, inCount, outText);
-        return;
-    }
-    std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
-    outText.assign(buffer, Kernels().DecodeUTF8(text, inCount, buffer).produced);
+    AssignWith(BestUnicodeKernels(), AsciiToUTF8Impl(inText), inCount, outText);
 }
 
 std::size_t impl::AppendUTF8to16(std::uint8_t const* inText, std::size_t inCount,
                                  UTF16String& ioText) {
-    std::uint16_t buffer[kChunk + UnicodeKernels::kSlack];
-    std::size_t done = 0;
-    while (done < inCount) {
-        // The end of a chunk may cut a sequence, which is then the start of the next chunk. If
-        // nothing was consumed, the sequence is malformed or incomplete.
-        impl::UnicodeProgress const progress =
-            Kernels().DecodeUTF8(inText + done, std::min(inCount - done, kChunk), buffer);
-        ioText.append(buffer, progress.produced);
-        done += progress.consumed;
-        if (progress.consumed == 0) {
-            break;
-        }
-    }
-    return done;
+    return AppendWith(BestUnicodeKernels(), inText, inCount, ioText);
 }
 
 UTF8String UTF16to8(UTF16String const& inText) {
-    return Encode(inText.data(), inText.size());
+    return impl::EncodeWith(BestUnicodeKernels(), inText.data(), inText.size());
 }
 
 UTF8String UTF16to8(std::uint16_t const* inText) {
-    return Encode(inText, std::char_traits<std::uint16_t>::length(inText));
+    return impl::EncodeWith(BestUnicodeKernels(), inText,
+                            std::char_traits<std::uint16_t>::length(inText));
 }
 
 UTF16String UTF8to16(UTF8String const& inText) {
-    return Decode(inText.data(), inText.size());
+    return impl::DecodeWith(BestUnicodeKernels(), inText.data(), inText.size());
 }
 
 UTF16String AsciiToUTF16(char const* inText) {
-    return Decode(AsciiToUTF8Impl(inText), std::strlen(inText));
+    return impl::DecodeWith(BestUnicodeKernels(), AsciiToUTF8Impl(inText), std::strlen(inText));
 }
 
 } // namespace brindle::utility

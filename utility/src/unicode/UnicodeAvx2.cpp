@@ -4,7 +4,7 @@ namespace brindle::utility::impl {
 
 UnicodeKernels const* AVX2UnicodeKernels() noexcept {
 #if defined(__x86_64__)
-    static constexpr UnicodeKernels kKernels = {avx2::MeasureUTF16, avx2::EncodeUTF8,
+    static constexpr UnicodeKernels kKernels = {"AVX2", avx2::MeasureUTF16, avx2::EncodeUTF8,
                                                 avx2::CountUTF16, avx2::DecodeUTF8};
     // A static constructor of another library may convert text before the one that initialises the
     // compiler's processor data has run.

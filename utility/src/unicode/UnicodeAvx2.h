@@ -1,8 +1,8 @@
 #pragma once
 
 #include "utility/src/unicode/UnicodeKernels.h"
+#include "utility/src/unicode/UnicodeShuffles.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -13,12 +13,6 @@
 #define BRN_AVX2 __attribute__((target("avx2,popcnt")))
 
 namespace brindle::utility::impl::avx2 {
-
-/// The second operand of a byte shuffle: for each byte of the result, the index of its source.
-struct alignas(16) ByteShuffle {
-    std::uint8_t bytes[16];
-};
-using ByteShuffles = std::array<ByteShuffle, 256>;
 
 BRN_AVX2 UTF16Extent MeasureUTF16(std::uint16_t const* inText, std::size_t inCount) noexcept;
 BRN_AVX2 std::size_t EncodeUTF8(std::uint16_t const* inText, std::size_t inCount,

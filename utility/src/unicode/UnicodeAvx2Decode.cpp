@@ -1,4 +1,6 @@
 #include "utility/src/unicode/UnicodeAvx2.h"
+#include "utility/src/unicode/UnicodeBlocks.h"
+#include "utility/src/unicode/UnicodeFaults.h"
 
 #if defined(__x86_64__)
 
@@ -9,24 +11,6 @@ namespace brindle::utility::impl::avx2 {
 namespace {
 
 constexpr std::size_t kBlock = 32;
-
-/// For each set of 16-bit lanes, given as a bit mask, the shuffle that moves these lanes to the
-/// front and so drops the others.
-constexpr ByteShuffles MakeUnitShuffles() {
-    ByteShuffles shuffles{};
-    for (unsigned kept = 0; kept < 256; ++kept) {
-        unsigned next = 0;
-        for (unsigned lane = 0; lane < 8; ++lane) {
-            if ((kept >> lane & 1) != 0) {
-                shuffles[kept].bytes[next++] = static_cast<std::uint8_t>(2 * lane);
-                shuffles[kept].bytes[next++] = static_cast<std::uint8_t>(2 * lane + 1);
-            }
-        }
-    }
-    return shuffles;
-}
-
-constexpr ByteShuffles kUnitShuffles = MakeUnitShuffles();
 
 BRN_AVX2 inline __m256i Splat(int inByte) noexcept {
     return _mm256_set1_epi8(static_cast<char>(inByte));
@@ -76,33 +60,6 @@ BRN_AVX2 inline Window MakeWindow(__m256i inPrevious, __m256i inBytes) noexcept 
             _mm256_alignr_epi8(inBytes, middle, 14), _mm256_alignr_epi8(inBytes, middle, 13)};
 }
 
-// The faults that two adjacent bytes can have, one bit each. Three tables give, for the upper and
-// the lower half of the first byte and for the upper half of the second byte, the faults that this
-// half allows. A fault that all three allow is present.
-constexpr std::uint8_t kTooShort = 0x01;    // a lead that is not followed by a trailing byte
-constexpr std::uint8_t kTooLong = 0x02;     // ASCII that is followed by a trailing byte
-constexpr std::uint8_t kOverlong3 = 0x04;   // E0 80..9F
-constexpr std::uint8_t kTooLarge = 0x08;    // F4..FF 90..BF
-constexpr std::uint8_t kOverlong2 = 0x20;   // C0..C1 80..BF
-constexpr std::uint8_t kNotFour = 0x40;     // F0 and F5..FF 80..8F
-constexpr std::uint8_t kTwoTrailing = 0x80; // a fault unless a lead of three or four is before them
-constexpr std::uint8_t kLow = kTooShort | kTooLong | kTwoTrailing;
-constexpr std::uint8_t kLowLarge = kLow | kTooLarge | kNotFour;
-constexpr std::uint8_t kTrailing = kTooLong | kOverlong2 | kTwoTrailing;
-
-constexpr ByteShuffle kFirstUpperHalf = {
-    {kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTooLong, kTwoTrailing,
-     kTwoTrailing, kTwoTrailing, kTwoTrailing, kTooShort | kOverlong2, kTooShort,
-     kTooShort | kOverlong3, kTooShort | kTooLarge | kNotFour}};
-constexpr ByteShuffle kFirstLowerHalf = {
-    {kLow | kOverlong2 | kOverlong3 | kNotFour, kLow | kOverlong2, kLow, kLow, kLow | kTooLarge,
-     kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge, kLowLarge,
-     kLowLarge, kLowLarge, kLowLarge}};
-constexpr ByteShuffle kSecondUpperHalf = {
-    {kTooShort, kTooShort, kTooShort, kTooShort, kTooShort, kTooShort, kTooShort, kTooShort,
-     kTrailing | kOverlong3 | kNotFour, kTrailing | kOverlong3 | kTooLarge, kTrailing | kTooLarge,
-     kTrailing | kTooLarge, kTooShort, kTooShort, kTooShort, kTooShort}};
-
 BRN_AVX2 inline __m256i LookUp(ByteShuffle const& inTable, __m256i inHalves) noexcept {
     __m128i const table = _mm_load_si128(reinterpret_cast<__m128i const*>(inTable.bytes));
     return _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(table), inHalves);
@@ -122,17 +79,13 @@ BRN_AVX2 inline __m256i IsLeadFrom(__m256i inBefore, int inLead) noexcept {
 /// trailing bytes in a row are no fault but required.
 BRN_AVX2 inline bool IsWellFormed(Window const& inWindow, __m256i inLongLeads) noexcept {
     __m256i const found = _mm256_and_si256(
-        _mm256_and_si256(LookUp(kFirstUpperHalf, UpperHalves(inWindow.before1)),
-                         LookUp(kFirstLowerHalf, _mm256_and_si256(inWindow.before1, Splat(0x0F)))),
-        LookUp(kSecondUpperHalf, UpperHalves(inWindow.bytes)));
+        _mm256_and_si256(
+            LookUp(faults::kFirstUpperHalf, UpperHalves(inWindow.before1)),
+            LookUp(faults::kFirstLowerHalf, _mm256_and_si256(inWindow.before1, Splat(0x0F)))),
+        LookUp(faults::kSecondUpperHalf, UpperHalves(inWindow.bytes)));
     __m256i const expected = _mm256_and_si256(inLongLeads, Splat(0x80));
     __m256i const wrong = _mm256_xor_si256(found, expected);
     return _mm256_testz_si256(wrong, wrong) != 0;
-}
-
-/// True if a sequence that starts in the three bytes before `inText` continues at `inText`.
-inline bool IsInsideSequence(std::uint8_t const* inText) noexcept {
-    return inText[-1] >= 0xC0 || inText[-2] >= 0xE0 || inText[-3] >= 0xF0;
 }
 
 /// For each byte the value of its sequence up to and including that byte, of which the lower 16
@@ -245,23 +198,8 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
         units -= kBlock - count;
     }
     // A partial block cannot end inside a sequence, because the NUL behind it would be a fault.
-    if (done >= kBlock) {
-        // A whole block may end inside a sequence, which is then left to the portable kernel.
-        if (inText[done - 1] >= 0xC0) {
-            done -= 1;
-        } else if (inText[done - 2] >= 0xE0) {
-            done -= 2;
-        } else if (inText[done - 3] >= 0xF0) {
-            done -= 3;
-            units -= 1;
-        }
-    }
-    if (done == inCount) {
-        return {done, static_cast<std::size_t>(units - outUnits)};
-    }
-    UnicodeProgress const rest =
-        kPortableUnicodeKernels.DecodeUTF8(inText + done, inCount - done, units);
-    return {done + rest.consumed, static_cast<std::size_t>(units - outUnits) + rest.produced};
+    return FinishDecoding(inText, inCount, {done, static_cast<std::size_t>(units - outUnits)},
+                          outUnits);
 }
 
 } // namespace brindle::utility::impl::avx2

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -22,7 +23,9 @@ struct UnicodeProgress {
 /// No kernel reads outside `[inText, inText + inCount)`. A kernel may write garbage to up to
 /// `kSlack` elements behind its output.
 struct UnicodeKernels {
-    static constexpr std::size_t kSlack = 48;
+    static constexpr std::size_t kSlack = 64;
+
+    char const* name; ///< for tests and benchmarks
 
     UTF16Extent (*MeasureUTF16)(std::uint16_t const* inText, std::size_t inCount);
 
@@ -46,5 +49,17 @@ extern UnicodeKernels const kPortableUnicodeKernels;
 
 /// Kernels for AVX2, or null if the processor does not have it.
 UnicodeKernels const* AVX2UnicodeKernels() noexcept;
+
+/// Kernels for AVX-512 with VBMI2, or null if the processor or the system does not support it.
+UnicodeKernels const* AVX512UnicodeKernels() noexcept;
+
+/// Kernels for NEON, or null on processors of another architecture than 64-bit ARM.
+UnicodeKernels const* NEONUnicodeKernels() noexcept;
+
+/// All sets, the best one first. Those that this processor cannot run are null.
+std::array<UnicodeKernels const*, 4> AllUnicodeKernels() noexcept;
+
+/// The set that the conversions use: the first that is not null.
+UnicodeKernels const& BestUnicodeKernels() noexcept;
 
 } // namespace brindle::utility::impl

@@ -175,7 +175,7 @@ UnicodeProgress DecodeUTF8(std::uint8_t const* inText, std::size_t inCount,
 
 } // namespace
 
-constexpr UnicodeKernels kPortableUnicodeKernels = {MeasureUTF16, EncodeUTF8, CountUTF16,
-                                                    DecodeUTF8};
+constexpr UnicodeKernels kPortableUnicodeKernels = {"portable", MeasureUTF16, EncodeUTF8,
+                                                    CountUTF16, DecodeUTF8};
 
 } // namespace brindle::utility::impl
