@@ -12,8 +12,9 @@ namespace brindle::host {
 
 namespace {
 
-/// The threads that work beside the calling one; null if there are none.
-boost::shared_ptr<threads::AsyncExecutor> MakeHelpers(std::size_t inCount, std::uint32_t inJobs) {
+/// The pool of threads that work beside the calling one; null if there are none.
+boost::shared_ptr<threads::AsyncThreadedExecutor> MakeHelpers(std::size_t inCount,
+                                                              std::uint32_t inJobs) {
     std::size_t const jobs =
         std::min<std::size_t>(inCount, inJobs == 0 ? std::thread::hardware_concurrency() : inJobs);
     if (jobs <= 1) {
@@ -26,6 +27,19 @@ boost::shared_ptr<threads::AsyncExecutor> MakeHelpers(std::size_t inCount, std::
         return {};
     }
 }
+
+/// At its end the threads of the pool, if there is one, have ended and released what was posted to
+/// them: otherwise the program could exit before they do.
+struct WaitForEnd {
+    threads::AsyncThreadedExecutor* pool;
+
+    ~WaitForEnd() {
+        if (pool != nullptr) {
+            pool->Shutdown();
+            pool->Synchronize();
+        }
+    }
+};
 
 } // namespace
 
@@ -59,7 +73,9 @@ void SumInOrder(std::size_t inCount, std::uint32_t inJobs, Diagnostics& ioDiagno
         showProgress(inIndex + 1);
     };
     showProgress(0);
-    threads::ForEach(MakeHelpers(inCount, inJobs), inCount, sum, deliver, kMostAhead);
+    auto const helpers = MakeHelpers(inCount, inJobs);
+    WaitForEnd const waitForEnd{helpers.get()};
+    threads::ForEach(helpers, inCount, sum, deliver, kMostAhead);
 }
 
 } // namespace brindle::host
